@@ -1,0 +1,46 @@
+// A plane of samples that owns its memory and is never copied by accident.
+#ifndef ORVANEL_GRID_PLANE_H
+#define ORVANEL_GRID_PLANE_H
+
+#include <cstddef>
+#include <memory>
+
+namespace orvanel {
+
+// side x side doubles, row-major, row 0 at the top: sample (row r, column c) is element r * side + c. Zero when made.
+// Moves, but does not copy; a moved-from plane and one with a side below 1 hold nothing. Aligned to 64 bytes.
+class GridPlane {
+ public:
+  GridPlane() = default;
+  explicit GridPlane(int side);
+
+  int side() const { return side_; }
+  std::size_t size() const { return static_cast<std::size_t>(side_) * static_cast<std::size_t>(side_); }
+  double* data() { return samples_.get(); }
+  const double* data() const { return samples_.get(); }
+  double* begin() { return data(); }
+  double* end() { return data() + size(); }
+  const double* begin() const { return data(); }
+  const double* end() const { return data() + size(); }
+
+  double& operator[](std::size_t index) { return samples_[index]; }
+  double operator[](std::size_t index) const { return samples_[index]; }
+  double& operator()(int row, int column) { return samples_[Index(row, column)]; }
+  double operator()(int row, int column) const { return samples_[Index(row, column)]; }
+
+ private:
+  struct Release {
+    void operator()(double* samples) const;
+  };
+
+  std::size_t Index(int row, int column) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(side_) + static_cast<std::size_t>(column);
+  }
+
+  std::unique_ptr<double[], Release> samples_;
+  int side_ = 0;
+};
+
+}  // namespace orvanel
+
+#endif  // ORVANEL_GRID_PLANE_H

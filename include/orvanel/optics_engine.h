@@ -1,0 +1,139 @@
+// The optics engine for C++ hosts: one eye, its planes, and every operation on them.
+//
+//     orvanel::OpticsEngine engine;
+//     engine.synthesizeWavefront(coefficients, 6.0, 1, 1, 1);
+//     engine.ComputeMtf(orvanel::kWavelength, mtf.data(), &step, row, column, limit, 256);
+//
+// PLANES are n x n doubles, n = gridSize, row-major, row 0 at the top. Images, point spread function, transfer
+// function and pupil have their centre at sample (n/2, n/2); otfRealPlane and otfImagPlane alone keep the transform's
+// order, zero frequency at (0, 0).
+//
+// BUFFERS handed in are the caller's. Nothing is checked for null.
+//
+// UNITS: millimetres (wavelength, pupil, wavefront, coefficients, half width on the retina), cycles per degree.
+//
+// THREADS: an engine serves one thread at a time; different engines share nothing that changes.
+#ifndef ORVANEL_OPTICS_ENGINE_H
+#define ORVANEL_OPTICS_ENGINE_H
+
+#include <cstdint>
+#include <memory>
+
+#include "orvanel/grid_plane.h"
+
+namespace orvanel {
+
+constexpr int kCoefficients = 28;                      // Zernike terms of radial orders 0 to 6
+constexpr double kWavelength = 0x1.340cf7e020e77p-11;  // 587.56 nm in millimetres, the library's one wavelength
+constexpr double kWavefrontOutside = 1000.0;           // marks wavefront samples outside the pupil
+
+class OpticsEngine {
+ public:
+  // Allocates the planes, all zero, and sets every other field to 0. Operations that transform need a side that is a
+  // power of two.
+  explicit OpticsEngine(int n = 256);
+
+  // The same, and then synthesizeWavefront with the other arguments.
+  OpticsEngine(const double* coefficients, double diameter, int n, int includeAstigmatism, int includeAllSecondOrder,
+               int includeDefocus);
+
+  OpticsEngine(OpticsEngine&&) noexcept;
+  OpticsEngine& operator=(OpticsEngine&&) noexcept;
+  ~OpticsEngine();
+
+  int gridSize;                      // n, the side of every plane
+  double psfHalfWidth = 0.0;         // half the side of the PSF plane on the retina, mm
+  GridPlane psfPlane;                // point spread function, peak 1 at the centre
+  GridPlane auxPlaneA;               // spare; no operation reads or writes it
+  GridPlane phasePlane;              // phase transfer function, radians; means something where the MTF is not ~0
+  double strehlRatio = 0.0;          // see ComputePsf
+  std::uint8_t normaliseOutput = 0;  // how FilterThroughEye scales: 1 stretches, 0 keeps the object's light
+  double focalLength = 0.0;          // 17 mm once a PSF has been computed
+  int pupilSamples = 0;              // M = n/2 + 1, the pupil's diameter in samples
+  GridPlane wavefrontPlane;          // wavefront in mm inside the pupil, kWavefrontOutside outside
+  GridPlane pupilXPlane;             // X * pupilDiameter inside the pupil, X the normalised column coordinate
+  GridPlane pupilYPlane;             // Y * pupilDiameter inside the pupil, Y the normalised row coordinate
+  double psfWavelength = 0.0;        // wavelength of the PSF held; 0 means that none is current
+  double pupilDiameter = 0.0;        // as handed to the last synthesis, mm
+  GridPlane otfRealPlane;            // optical transfer function: the backward transform of psfPlane,
+  GridPlane otfImagPlane;            //   zero frequency at (0, 0)
+  std::uint8_t otfValid = 0;         // 1 while the two planes above belong to psfPlane
+
+  // Wavefront over the pupil from 28 Zernike coefficients (mm, unnormalised, order as in orvanel.h). Orders 0 and 1
+  // are never used. The flags select second-order terms:
+  //   includeAllSecondOrder 1                          all three
+  //   otherwise includeDefocus 1, includeAstigmatism 1 all three
+  //             includeDefocus 1, includeAstigmatism 0 defocus only
+  //             includeDefocus 0, includeAstigmatism 1 astigmatism only
+  //   anything else                                    none
+  // Marks the PSF stale and sets normaliseOutput.
+  // Source of the polynomials: Born and Wolf, Principles of Optics, 9.2.
+  void synthesizeWavefront(const double* coefficients, double diameter, int includeAstigmatism,
+                           int includeAllSecondOrder, int includeDefocus);
+
+  // Point spread function of the wavefront held, centred on its brightest sample (the first in row-major order among
+  // equals), peak 1 to one unit in the last place; leaves psfPlane, psfHalfWidth, strehlRatio, focalLength and
+  // psfWavelength current and otfValid 0.
+  //   wavelength  mm
+  //   psfCopy     n x n, receives psfPlane
+  //   pitch       receives 2 psfHalfWidth / (n - 1), mm
+  //   strehl      receives strehlRatio: the peak over that of a perfect pupil on the 256 grid; over 3209^2 on the 128
+  //               grid, where the transform is scaled otherwise, so that it is only good for comparing; -1 on others
+  //   size        must not exceed n: else nothing happens and the result is false
+  //   reuse       1 keeps the PSF held when psfWavelength equals wavelength, and then writes nothing at all
+  // A pupil without samples, or with a sample that is not finite, gives a PSF and a Strehl ratio of 0.
+  // Source: Goodman, Introduction to Fourier Optics, 6.
+  bool ComputePsf(double wavelength, double* psfCopy, double* pitch, double* strehl, int size, int reuse);
+
+  // The same, always computed afresh.
+  bool ComputePsf(double wavelength, double* psfCopy, double* pitch, double* strehl, int size);
+
+  // Point spread function (always afresh), then modulation and phase transfer function. Always true.
+  //   mtfOut                 n x n doubles, of which the first s x s receive the central part of the MTF
+  //   frequencyStep          cycles per degree from one MTF sample to the next, as far as (n - 1)/2 steps make the
+  //                          cut-off: 2 (n/4 / psfHalfWidth) / (degrees per mm of retina) / (n - 1)
+  //   rowSection, columnSection, diffractionLimit  s/2 doubles each, from zero frequency outwards (mtf.h)
+  //   s                      at most n
+  // Meant for the 256 grid: the transform is told that a line has 2^8 samples whatever n is, so on other grids MTF
+  // and phase mean nothing, while the PSF, the step and the diffraction limit are good.
+  // The MTF of an empty PSF is not a number.
+  bool ComputeMtf(double wavelength, double* mtfOut, double* frequencyStep, double* rowSection, double* columnSection,
+                  double* diffractionLimit, int s);
+
+  // The broken ring of decimal acuity `acuity` on the retinal sampling of the current PSF; changes nothing in the
+  // engine. Writes one line to standard output and flushes it: acuity as "%g", a tab, the diameter in samples.
+  //   plane            n x n, receives 0.0 (ring) and 1.0 (background)
+  //   effectiveAcuity  receives the acuity of the diameter drawn; infinite for an empty plane
+  //   gapDirection     1 down, 2 up, 3 right, 4 left; any other value draws a closed ring
+  void DrawRingOptotype(double* plane, int n, double acuity, double* effectiveAcuity, int gapDirection);
+
+  // The ring as drawn (optotype, n x n) and as seen through the eye (image, n x n). Needs a PSF.
+  void RingRetinalImage(double* image, double* optotype, double acuity, double* effectiveAcuity, int gapDirection);
+
+  // Any object plane as seen through the eye. Needs a PSF. Returns 1, or 0 and does nothing where n is not gridSize.
+  int PatternRetinalImage(double* image, const double* pattern, int n);
+
+  // Makes the transfer function from psfPlane unless otfValid is 1.
+  void EnsureOtf();
+
+  // The image-formation chain. The object planes are used up.
+  //   objectReal, objectImag  n x n
+  //   image                   n x n, receives the squared magnitude of the filtered object: scaled to objectTotal and
+  //                           clipped to 0.0 .. 1.0 where normaliseOutput is 0, else stretched to span 0.0 .. 1.0
+  //   objectTotal             the sum of the object's samples
+  void FilterThroughEye(double* objectReal, double* objectImag, double* image, double objectTotal);
+
+  // The two transforms, the power spectrum and the circular shift; fft.h and psf.h describe them.
+  bool Fft2(double* re, double* im, int n, int direction);
+  void CentredFft2(double* re, double* im, int direction, int n, int log2n);
+  void ShiftedPowerSpectrum(double* out, const double* re, const double* im);
+  void RecentreLine(double* line, int index);
+
+ private:
+  struct Workspace;  // scratch planes, allocated once
+  std::unique_ptr<Workspace> workspace_;
+};
+
+}  // namespace orvanel
+
+#endif  // ORVANEL_OPTICS_ENGINE_H

@@ -1,0 +1,108 @@
+// The eight exported functions: each a check and a call or a copy.
+#include <cstring>
+
+#include "interface/module_state.h"
+#include "interface/pattern_asset.h"
+#include "optics/mtf.h"
+#include "optics/samples.h"
+#include "orvanel/orvanel.h"
+
+namespace orvanel {
+namespace {
+
+constexpr int kDone = 1;
+constexpr int kRefused = 0;
+constexpr double kStepsToRange = 127.5;  // MTF samples from the centre to the frequency range
+
+ModuleState module;
+
+bool HasResults() { return module.mtfPlane.data() != nullptr; }
+
+}  // namespace
+}  // namespace orvanel
+
+using namespace orvanel;
+
+void OrvanelInputPupil(double pupilDiameter) noexcept {
+  module.pupilDiameter = pupilDiameter;
+  module.wavelength = kWavelength;
+}
+
+int OrvanelInputZer(const double* coefficients) noexcept {
+  if (!(module.pupilDiameter < 0.0 || module.pupilDiameter > 0.0)) return kRefused;
+  std::memcpy(module.coefficients.data(), static_cast<const void*>(coefficients), sizeof module.coefficients);
+  if (!HasResults()) module.mtfPlane = GridPlane(ORVANEL_GRID_SIZE);
+
+  double frequencyStep = 0.0;
+  double rowSection[ORVANEL_SECTION_SAMPLES];
+  double columnSection[ORVANEL_SECTION_SAMPLES];
+  double diffractionLimit[ORVANEL_SECTION_SAMPLES];
+  module.engine.synthesizeWavefront(module.coefficients.data(), module.pupilDiameter, 1, 1, 1);
+  module.engine.ComputeMtf(module.wavelength, module.mtfPlane.data(), &frequencyStep, rowSection, columnSection,
+                           diffractionLimit, ORVANEL_GRID_SIZE);
+  module.mtfFrequencyRange = frequencyStep * kStepsToRange;
+  return kDone;
+}
+
+int OrvanelGetPSF(double* psf, double* strehl, double* psfHalfWidth) noexcept {
+  const GridPlane& held = module.engine.psfPlane;
+  if (held.data() == nullptr) return kRefused;
+  StoreAll(psf, held.data(), held.size());
+  Store(strehl, 0, module.engine.strehlRatio);
+  Store(psfHalfWidth, 0, module.engine.psfHalfWidth);
+  return kDone;
+}
+
+int OrvanelGetMTF(double* mtf, double* frequencyRange) noexcept {
+  if (!HasResults()) return kRefused;
+  StoreAll(mtf, module.mtfPlane.data(), module.mtfPlane.size());
+  Store(frequencyRange, 0, module.mtfFrequencyRange);
+  return kDone;
+}
+
+int OrvanelGetMTFGraph(double* rowSection, double* columnSection, double* diffractionLimit,
+                       double* frequencyRange) noexcept {
+  if (!HasResults()) return kRefused;
+  constexpr int kCount = ORVANEL_SECTION_SAMPLES;
+  double row[kCount];
+  double column[kCount];
+  CutSections(module.mtfPlane.data(), ORVANEL_GRID_SIZE, kCount, row, column);
+  StoreAll(rowSection, row, kCount);
+  StoreAll(columnSection, column, kCount);
+  if (diffractionLimit != nullptr) {
+    double limit[kCount];
+    DiffractionLimit(module.engine.psfHalfWidth, module.engine.pupilSamples, kCount, limit);
+    StoreAll(diffractionLimit, limit, kCount);
+  }
+  Store(frequencyRange, 0, module.mtfFrequencyRange);
+  return kDone;
+}
+
+int OrvanelGetOrvanel(double acuity, double* image, double* effectiveAcuity, double* optotype,
+                      int gapDirection) noexcept {
+  if (!HasResults() || image == nullptr) return kRefused;
+  if (gapDirection != 1 && gapDirection != 2 && gapDirection != 4) gapDirection = 3;
+  module.engine.normaliseOutput = 0;
+  double drawnAcuity = 0.0;
+  // A host that wants no optotype lends its image for it, which is written last.
+  double* const drawing = optotype != nullptr ? optotype : image;
+  module.engine.RingRetinalImage(image, drawing, acuity, &drawnAcuity, gapDirection);
+  Store(effectiveAcuity, 0, drawnAcuity);
+  return kDone;
+}
+
+int OrvanelGetPattern(double* image) noexcept {
+  if (!HasResults()) return kRefused;
+  if (module.patternPlane.data() == nullptr) {
+    module.patternPlane = GridPlane(ORVANEL_GRID_SIZE);
+    LoadPatternAsset(module.patternPlane.data());
+  }
+  module.engine.PatternRetinalImage(image, module.patternPlane.data(), ORVANEL_GRID_SIZE);
+  return kDone;
+}
+
+int OrvanelGetPatternOriginal(double* pattern) noexcept {
+  if (module.patternPlane.data() == nullptr) return kRefused;
+  StoreAll(pattern, module.patternPlane.data(), module.patternPlane.size());
+  return kDone;
+}

@@ -1,0 +1,25 @@
+// The one object behind the exports.
+#ifndef ORVANEL_INTERFACE_MODULE_STATE_H
+#define ORVANEL_INTERFACE_MODULE_STATE_H
+
+#include <array>
+
+#include "orvanel/optics_engine.h"
+
+namespace orvanel {
+
+// Constructed when the library is loaded, destroyed when it is unloaded.
+struct ModuleState {
+  OpticsEngine engine;
+  std::array<double, kCoefficients> coefficients{};  // as last given to OrvanelInputZer
+  double wavelength = 0.0;                           // mm; set together with the pupil
+  double pupilDiameter = 0.0;                        // mm, as given by the host
+  GridPlane mtfPlane;                                // allocated by the first OrvanelInputZer that is not refused;
+                                                     // its existence means that there are results
+  GridPlane patternPlane;                            // allocated and filled by the first OrvanelGetPattern
+  double mtfFrequencyRange = 0.0;                    // cycles per degree at the edge of the MTF plane
+};
+
+}  // namespace orvanel
+
+#endif  // ORVANEL_INTERFACE_MODULE_STATE_H

@@ -1,0 +1,45 @@
+// Life of an engine: its planes are allocated here, once.
+#include <utility>
+
+#include "optics/fft.h"
+#include "optics/psf.h"
+#include "optics/workspace.h"
+#include "orvanel/optics_engine.h"
+
+namespace orvanel {
+
+OpticsEngine::OpticsEngine(int n)
+    : gridSize(n),
+      psfPlane(n),
+      auxPlaneA(n),
+      phasePlane(n),
+      wavefrontPlane(n),
+      pupilXPlane(n),
+      pupilYPlane(n),
+      otfRealPlane(n),
+      otfImagPlane(n),
+      workspace_(std::make_unique<Workspace>(n)) {}
+
+OpticsEngine::OpticsEngine(const double* coefficients, double diameter, int n, int includeAstigmatism,
+                           int includeAllSecondOrder, int includeDefocus)
+    : OpticsEngine(n) {
+  synthesizeWavefront(coefficients, diameter, includeAstigmatism, includeAllSecondOrder, includeDefocus);
+}
+
+OpticsEngine::OpticsEngine(OpticsEngine&&) noexcept = default;
+OpticsEngine& OpticsEngine::operator=(OpticsEngine&&) noexcept = default;
+OpticsEngine::~OpticsEngine() = default;
+
+bool OpticsEngine::Fft2(double* re, double* im, int n, int direction) { return orvanel::Fft2(re, im, n, direction); }
+
+void OpticsEngine::CentredFft2(double* re, double* im, int direction, int n, int log2n) {
+  orvanel::CentredFft2(re, im, direction, n, log2n);
+}
+
+void OpticsEngine::ShiftedPowerSpectrum(double* out, const double* re, const double* im) {
+  orvanel::ShiftedPowerSpectrum(out, re, im, gridSize);
+}
+
+void OpticsEngine::RecentreLine(double* line, int index) { orvanel::RecentreLine(line, index, gridSize); }
+
+}  // namespace orvanel

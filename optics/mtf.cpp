@@ -1,0 +1,73 @@
+// Modulation and phase transfer function.
+#include "optics/mtf.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "optics/elementary.h"
+#include "optics/fft.h"
+#include "optics/samples.h"
+#include "optics/workspace.h"
+
+namespace orvanel {
+namespace {
+
+constexpr double kTwoOverPi = 0.636619772367582;
+constexpr double kDegreesPerRadian = 57.29577951308239;
+constexpr int kLog2OfGrid = 8;  // of the one grid this is meant for
+
+double Modulus(double re, double im) { return std::sqrt(re * re + im * im); }
+
+}  // namespace
+
+void CutSections(const double* mtf, int n, int count, double* rowSection, double* columnSection) {
+  for (int i = 0; i < count; ++i) {
+    rowSection[i] = mtf[SampleIndex(n / 2, n / 2 + i, n)];
+    columnSection[i] = mtf[SampleIndex(n / 2 + i, n / 2, n)];
+  }
+}
+
+void DiffractionLimit(double psfHalfWidth, int pupilSamples, int count, double* limit) {
+  for (int i = 0; i < count; ++i) {
+    const double x = (2 * psfHalfWidth / (pupilSamples - 1)) * i * (1.0 / (2 * psfHalfWidth));
+    limit[i] = (ArcCosine(x) - x * std::sqrt(1.0 - x * x)) * kTwoOverPi;
+  }
+}
+
+double FrequencyStep(int n, double psfHalfWidth, double focalLength) {
+  const double degreesPerMillimetre = ArcTangent(1.0 / focalLength) * kDegreesPerRadian;
+  return 2 * ((n * 0.25) / psfHalfWidth) / degreesPerMillimetre / (n - 1);
+}
+
+bool OpticsEngine::ComputeMtf(double wavelength, double* mtfOut, double* frequencyStep, double* rowSection,
+                              double* columnSection, double* diffractionLimit, int s) {
+  const int n = gridSize;
+  double strehl = 0.0;
+  ComputePsf(wavelength, mtfOut, frequencyStep, &strehl, n);
+
+  // Optical transfer function, zero frequency at the centre.
+  double* const re = workspace_->objectReal.data();
+  double* const im = workspace_->objectImag.data();
+  std::copy_n(mtfOut, SampleCount(n), re);
+  std::fill_n(im, SampleCount(n), 0.0);
+  CentredFft2(re, im, 1, n, kLog2OfGrid);
+
+  double* const mtf = workspace_->productReal.data();
+  const std::size_t centre = SampleIndex(n / 2, n / 2, n);
+  const double zeroFrequency = Modulus(re[centre], im[centre]);
+  for (std::size_t i = 0; i < SampleCount(n); ++i) {
+    mtf[i] = Modulus(re[i], im[i]) / zeroFrequency;
+    phasePlane[i] = ArcTangent2(im[i], re[i]);
+  }
+
+  for (int r = 0; r < s; ++r) {
+    const int from = n / 2 - s / 2;
+    std::copy_n(mtf + SampleIndex(from + r, from, n), s, mtfOut + SampleIndex(r, 0, s));
+  }
+  CutSections(mtf, n, s / 2, rowSection, columnSection);
+  DiffractionLimit(psfHalfWidth, pupilSamples, s / 2, diffractionLimit);
+  *frequencyStep = FrequencyStep(n, psfHalfWidth, focalLength);
+  return true;
+}
+
+}  // namespace orvanel

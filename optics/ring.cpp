@@ -1,0 +1,96 @@
+// The broken-ring optotype: outer diameter D, stroke and gap D/5, black on white, without anti-aliasing.
+// Proportions: the ring of ISO 8596.
+#include "optics/ring.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+#include "optics/samples.h"
+#include "orvanel/optics_engine.h"
+
+namespace orvanel {
+namespace {
+
+constexpr double kHalfMinuteOfArc = 0.000145444;  // radians, to six digits
+constexpr double kRing = 0.0;
+constexpr double kBackground = 1.0;
+
+// Samples that a ring takes up on the retina, where quotient is strokes over acuity.
+double RawSize(const RingScale& scale, double quotient) {
+  return quotient * scale.gridSize / scale.psfHalfWidth * scale.focalLength * kHalfMinuteOfArc;
+}
+
+// Only the full grid draws the five strokes into the rule of size.
+double Numerator(int n) { return n == 256 ? 5.0 : 3.0; }
+
+// Even rings are centred between four samples, odd ones on a sample.
+bool IsEven(int diameter) { return diameter % 2 == 0; }
+
+// One line: the acuity as printf's "%g" gives it in the C locale, a tab, the diameter.
+void Trace(double acuity, int diameter) {
+  char line[64];
+  char* end = std::to_chars(line, line + 32, acuity, std::chars_format::general, 6).ptr;
+  *end++ = '\t';
+  end = std::to_chars(end, line + 63, diameter).ptr;
+  *end++ = '\n';
+  std::fwrite(line, 1, static_cast<std::size_t>(end - line), stdout);
+  std::fflush(stdout);
+}
+
+void DrawClosedRing(double* plane, int n, int diameter) {
+  const double centre = IsEven(diameter) ? n / 2 + 0.5 : n / 2;
+  const double outer = 0.5 * diameter;
+  const double inner = outer - 0.2 * diameter;
+  for (int y = 0; y < n; ++y) {
+    for (int x = 0; x < n; ++x) {
+      const double d2 = (x - centre) * (x - centre) + (y - centre) * (y - centre);
+      plane[SampleIndex(y, x, n)] = d2 <= outer * outer && d2 >= inner * inner ? kRing : kBackground;
+    }
+  }
+}
+
+// Whitens a bar, as wide as the gap, from the centre to one edge of the plane.
+void OpenGap(double* plane, int n, int diameter, int gapDirection) {
+  const GapRange across = GapAcross(diameter, n);
+  const int onward = IsEven(diameter) ? n / 2 + 1 : n / 2;
+  const GapRange along = gapDirection == 1 || gapDirection == 3 ? GapRange{onward, n - 1} : GapRange{0, n / 2};
+  const bool vertical = gapDirection == 1 || gapDirection == 2;
+  const GapRange rows = vertical ? along : across;
+  const GapRange columns = vertical ? across : along;
+  for (int y = std::max(rows.first, 0); y <= std::min(rows.last, n - 1); ++y) {
+    for (int x = std::max(columns.first, 0); x <= std::min(columns.last, n - 1); ++x) {
+      plane[SampleIndex(y, x, n)] = kBackground;
+    }
+  }
+}
+
+}  // namespace
+
+int RingDiameter(const RingScale& scale, double acuity) {
+  constexpr double kLargest = 1e9;  // keeps all that follows inside int; far beyond any plane
+  const double raw = RawSize(scale, -Numerator(scale.n) / acuity);
+  const int truncated = std::isnan(raw) ? 0 : static_cast<int>(std::clamp(raw, -kLargest, kLargest));
+  int diameter = -2 - truncated;
+  while (diameter % 5 != 0) ++diameter;
+  return diameter;
+}
+
+double EffectiveAcuity(const RingScale& scale, int diameter) { return RawSize(scale, Numerator(scale.n) / diameter); }
+
+GapRange GapAcross(int diameter, int n) {
+  const int halfWidth = diameter / 10;
+  return {n / 2 - halfWidth + (IsEven(diameter) ? 1 : 0), n / 2 + halfWidth};
+}
+
+void OpticsEngine::DrawRingOptotype(double* plane, int n, double acuity, double* effectiveAcuity, int gapDirection) {
+  const RingScale scale{n, gridSize, psfHalfWidth, focalLength};
+  const int diameter = RingDiameter(scale, acuity);
+  Trace(acuity, diameter);
+  *effectiveAcuity = EffectiveAcuity(scale, diameter);
+  DrawClosedRing(plane, n, diameter);
+  if (gapDirection >= 1 && gapDirection <= 4) OpenGap(plane, n, diameter, gapDirection);
+}
+
+}  // namespace orvanel
