@@ -1,0 +1,169 @@
+// Elementary functions against the C library's in long double, and at their special points.
+#include "optics/elementary.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <random>
+
+#include "tests/support/ulps.h"
+
+namespace orvanel {
+namespace {
+
+using test::UlpOf;
+using test::UlpsBetween;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kPi = 0x1.921fb54442d18p+1;  // rounded
+
+// The error in units in the last place, or in those of kSmallestExactSine for smaller values.
+long double SineUlps(double value, long double exact) {
+  const long double unit = std::max(UlpOf(exact), UlpOf(kSmallestExactSine));
+  return std::fabs(value - exact) / unit;
+}
+
+void ExpectSineAndCosine(double x) {
+  const SineCosine value = SineAndCosine(x);
+  EXPECT_LE(SineUlps(value.sine, std::sin(static_cast<long double>(x))), kSineCosineUlps) << "x = " << x;
+  EXPECT_LE(SineUlps(value.cosine, std::cos(static_cast<long double>(x))), kSineCosineUlps) << "x = " << x;
+}
+
+TEST(Elementary, SineAndCosineAreWithinTheirBoundOverTheFirstTurns) {
+  for (int i = -40000; i <= 40000; ++i) ExpectSineAndCosine(i * 3.137e-4);
+}
+
+TEST(Elementary, SineAndCosineAreWithinTheirBoundForEveryMagnitude) {
+  std::mt19937_64 random(20260917);
+  for (int i = 0; i < 100000; ++i) {
+    const double x = std::bit_cast<double>(random());
+    if (std::isfinite(x)) ExpectSineAndCosine(x);
+  }
+}
+
+TEST(Elementary, SineAndCosineAreWithinTheirBoundForThePhasesOfRealEyes) {
+  std::mt19937_64 random(7);
+  std::uniform_real_distribution<double> phase(-700.0, 700.0);
+  for (int i = 0; i < 100000; ++i) ExpectSineAndCosine(phase(random));
+}
+
+TEST(Elementary, SineAndCosineAreWithinTheirBoundNearMultiplesOfAQuarterTurn) {
+  for (int k = 1; k < 3000; ++k) {
+    double x = k * (kPi / 2);
+    for (int step = 0; step < 3; ++step, x = std::nextafter(x, kInfinity)) ExpectSineAndCosine(x);
+  }
+}
+
+TEST(Elementary, SineAndCosineAreWithinTheirBoundWhereTheReductionChanges) {
+  double x = std::nextafter(0x1p24, 0.0);
+  for (int step = 0; step < 3; ++step, x = std::nextafter(x, kInfinity)) {
+    ExpectSineAndCosine(x);
+    ExpectSineAndCosine(-x);
+  }
+  ExpectSineAndCosine(std::numeric_limits<double>::max());
+  // The double whose reduction by quarter turns cancels most: Muller, Elementary Functions, chapter 11.
+  ExpectSineAndCosine(6381956970095103.0 * 0x1p797);
+}
+
+TEST(Elementary, SineAndCosineOfZeroAreExact) {
+  EXPECT_EQ(SineAndCosine(0.0).sine, 0.0);
+  EXPECT_EQ(SineAndCosine(0.0).cosine, 1.0);
+}
+
+TEST(Elementary, SineAndCosineOfWhatIsNotFiniteAreNotNumbers) {
+  for (const double x : {kInfinity, -kInfinity, kNan}) {
+    EXPECT_TRUE(std::isnan(SineAndCosine(x).sine));
+    EXPECT_TRUE(std::isnan(SineAndCosine(x).cosine));
+  }
+}
+
+TEST(Elementary, FractionsOfATurnAreWithinTheirBound) {
+  constexpr long double kTurn = 6.28318530717958647692528676655900577L;
+  for (int n = 8; n <= 4096; n *= 2) {
+    // Up to an eighth of a turn, where the long double angle is good to its last digit also for the smallest sine.
+    for (int k = 0; k <= n / 8; ++k) {
+      const long double sine = std::sin(kTurn * k / n);
+      const long double cosine = std::cos(kTurn * k / n);
+      const SineCosine value = SineAndCosineOfTurn(k, n);
+      EXPECT_LE(SineUlps(value.sine, sine), kSineCosineUlps) << k << "/" << n;
+      EXPECT_LE(SineUlps(value.cosine, cosine), kSineCosineUlps) << k << "/" << n;
+      const SineCosine quarterOn = SineAndCosineOfTurn(k + n / 4, n);
+      EXPECT_LE(SineUlps(quarterOn.sine, cosine), kSineCosineUlps) << k << "/" << n;
+      EXPECT_LE(SineUlps(quarterOn.cosine, -sine), kSineCosineUlps) << k << "/" << n;
+      const SineCosine quarterLess = SineAndCosineOfTurn(n / 4 - k, n);
+      EXPECT_LE(SineUlps(quarterLess.sine, cosine), kSineCosineUlps) << k << "/" << n;
+      EXPECT_LE(SineUlps(quarterLess.cosine, sine), kSineCosineUlps) << k << "/" << n;
+      const SineCosine halfOn = SineAndCosineOfTurn(k + n / 2, n);
+      EXPECT_LE(SineUlps(halfOn.sine, -sine), kSineCosineUlps) << k << "/" << n;
+      EXPECT_LE(SineUlps(halfOn.cosine, -cosine), kSineCosineUlps) << k << "/" << n;
+    }
+  }
+}
+
+TEST(Elementary, QuartersOfATurnAreExact) {
+  const double sines[] = {0.0, 1.0, 0.0, -1.0};
+  for (int k = 0; k < 4; ++k) {
+    EXPECT_EQ(SineAndCosineOfTurn(k * 16, 64).sine, sines[k]);
+    EXPECT_EQ(SineAndCosineOfTurn(k * 16, 64).cosine, sines[(k + 1) % 4]);
+  }
+}
+
+TEST(Elementary, ArcTangentOfAPointIsWithinItsBoundInEveryDirection) {
+  std::mt19937_64 random(31);
+  std::uniform_real_distribution<double> logarithm(-60.0, 60.0);
+  for (int i = 0; i < 200000; ++i) {
+    const double x = (i & 1 ? 1.0 : -1.0) * std::exp2(logarithm(random) / (i % 7 + 1));
+    const double y = (i & 2 ? 1.0 : -1.0) * std::exp2(logarithm(random) / (i % 5 + 1));
+    EXPECT_LE(UlpsBetween(ArcTangent2(y, x), std::atan2(static_cast<long double>(y), static_cast<long double>(x))),
+              kArcTangentUlps)
+        << "atan2(" << y << ", " << x << ")";
+  }
+}
+
+TEST(Elementary, ArcTangentOfHugeAndTinyPointsIsWithinItsBound) {
+  const double magnitudes[] = {5e-324, 1e-310, 3e-300, 1.7, 2e300, 1.7e308};
+  for (const double a : magnitudes) {
+    for (const double b : magnitudes) {
+      const long double exact = std::atan2(static_cast<long double>(a), static_cast<long double>(b));
+      EXPECT_LE(UlpsBetween(ArcTangent2(a, b), exact), kArcTangentUlps) << a << " " << b;
+    }
+  }
+}
+
+TEST(Elementary, ArcTangentHasTheSpecialValuesOfTheCLibrary) {
+  for (const double y : {0.0, -0.0, 2.0, -2.0, kInfinity, -kInfinity}) {
+    for (const double x : {0.0, -0.0, 3.0, -3.0, kInfinity, -kInfinity}) {
+      EXPECT_DOUBLE_EQ(ArcTangent2(y, x), std::atan2(y, x)) << y << " " << x;
+      EXPECT_EQ(std::signbit(ArcTangent2(y, x)), std::signbit(std::atan2(y, x))) << y << " " << x;
+    }
+    EXPECT_TRUE(std::isnan(ArcTangent2(y, kNan)));
+    EXPECT_TRUE(std::isnan(ArcTangent2(kNan, y)));
+  }
+}
+
+TEST(Elementary, ArcTangentOfOneSeventeenthIsTheAngleOfAMillimetreOnTheRetina) {
+  EXPECT_LE(UlpsBetween(ArcTangent(1.0 / 17.0), std::atan(static_cast<long double>(1.0 / 17.0))), kArcTangentUlps);
+}
+
+TEST(Elementary, ArcCosineIsWithinItsBound) {
+  for (int i = -10000; i <= 10000; ++i) {
+    const double x = i / 10000.0;
+    EXPECT_LE(UlpsBetween(ArcCosine(x), std::acos(static_cast<long double>(x))), kArcCosineUlps) << x;
+  }
+  EXPECT_EQ(ArcCosine(0.0), kPi / 2);
+  EXPECT_EQ(ArcCosine(1.0), 0.0);
+  EXPECT_EQ(ArcCosine(-1.0), kPi);
+}
+
+TEST(Elementary, ArcCosineOutsideItsRangeIsNotANumber) {
+  EXPECT_TRUE(std::isnan(ArcCosine(std::nextafter(1.0, 2.0))));
+  EXPECT_TRUE(std::isnan(ArcCosine(-1.5)));
+  EXPECT_TRUE(std::isnan(ArcCosine(kNan)));
+}
+
+}  // namespace
+}  // namespace orvanel

@@ -1,0 +1,120 @@
+// Life of an engine.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "orvanel/optics_engine.h"
+
+namespace orvanel {
+namespace {
+
+using Coefficients = std::array<double, kCoefficients>;
+
+Coefficients SomeEye() {
+  Coefficients c{};
+  c[4] = 1e-4;
+  c[7] = -2e-4;
+  c[11] = 3e-5;
+  return c;
+}
+
+TEST(Engine, IsMadeForTheFullGridByDefault) {
+  const OpticsEngine engine;
+  EXPECT_EQ(engine.gridSize, 256);
+  for (const GridPlane* plane : {&engine.wavefrontPlane, &engine.pupilXPlane, &engine.pupilYPlane, &engine.psfPlane,
+                                 &engine.otfRealPlane, &engine.otfImagPlane, &engine.auxPlaneA, &engine.phasePlane}) {
+    EXPECT_EQ(plane->side(), 256);
+    EXPECT_TRUE(std::all_of(plane->begin(), plane->end(), [](double v) { return v == 0.0; }));
+  }
+}
+
+TEST(Engine, StartsWithZeros) {
+  const OpticsEngine engine(32);
+  EXPECT_EQ(engine.gridSize, 32);
+  EXPECT_EQ(engine.psfHalfWidth, 0.0);
+  EXPECT_EQ(engine.strehlRatio, 0.0);
+  EXPECT_EQ(engine.normaliseOutput, 0);
+  EXPECT_EQ(engine.focalLength, 0.0);
+  EXPECT_EQ(engine.pupilSamples, 0);
+  EXPECT_EQ(engine.psfWavelength, 0.0);
+  EXPECT_EQ(engine.pupilDiameter, 0.0);
+  EXPECT_EQ(engine.otfValid, 0);
+}
+
+TEST(Engine, CanBeMadeWithItsWavefront) {
+  const OpticsEngine made(SomeEye().data(), 4.2, 64, 0, 0, 1);
+  OpticsEngine synthesized(64);
+  synthesized.synthesizeWavefront(SomeEye().data(), 4.2, 0, 0, 1);
+  EXPECT_TRUE(std::equal(made.wavefrontPlane.begin(), made.wavefrontPlane.end(), synthesized.wavefrontPlane.begin()));
+  EXPECT_EQ(made.pupilDiameter, 4.2);
+  EXPECT_EQ(made.pupilSamples, 33);
+  EXPECT_EQ(made.normaliseOutput, 1);
+}
+
+TEST(Engine, KeepsItsPlanesForLife) {
+  OpticsEngine engine(64);
+  const double* const wavefront = engine.wavefrontPlane.data();
+  const double* const psf = engine.psfPlane.data();
+  std::vector<double> copy(64 * 64);
+  double pitch = 0.0, strehl = 0.0;
+  engine.synthesizeWavefront(SomeEye().data(), 4.2, 1, 1, 1);
+  engine.ComputePsf(kWavelength, copy.data(), &pitch, &strehl, 64);
+  EXPECT_EQ(engine.wavefrontPlane.data(), wavefront);
+  EXPECT_EQ(engine.psfPlane.data(), psf);
+  EXPECT_EQ(engine.gridSize, 64);
+}
+
+TEST(Engine, DoesNotTouchItsSparePlane) {
+  OpticsEngine engine(SomeEye().data(), 4.2, 256, 1, 1, 1);
+  std::fill(engine.auxPlaneA.begin(), engine.auxPlaneA.end(), 3.25);
+  std::vector<double> plane(65536), image(65536);
+  std::array<double, 128> row{}, column{}, limit{};
+  double step = 0.0;
+  engine.ComputeMtf(kWavelength, plane.data(), &step, row.data(), column.data(), limit.data(), 256);
+  engine.PatternRetinalImage(image.data(), plane.data(), 256);
+  EXPECT_TRUE(std::all_of(engine.auxPlaneA.begin(), engine.auxPlaneA.end(), [](double v) { return v == 3.25; }));
+}
+
+TEST(Engine, Moves) {
+  OpticsEngine engine(SomeEye().data(), 4.2, 64, 1, 1, 1);
+  const double value = engine.wavefrontPlane(40, 30);
+  OpticsEngine moved = std::move(engine);
+  EXPECT_EQ(moved.wavefrontPlane(40, 30), value);
+  std::vector<double> copy(64 * 64);
+  double pitch = 0.0, strehl = 0.0;
+  EXPECT_TRUE(moved.ComputePsf(kWavelength, copy.data(), &pitch, &strehl, 64));
+}
+
+TEST(Engine, SynthesisOnAGridWithoutSamplesDoesNothing) {
+  for (const int n : {0, -4}) {
+    OpticsEngine engine(n);
+    engine.synthesizeWavefront(SomeEye().data(), 4.2, 1, 1, 1);
+    EXPECT_EQ(engine.wavefrontPlane.data(), nullptr);
+    EXPECT_EQ(engine.gridSize, n);
+  }
+}
+
+TEST(Engine, WavelengthHasItsExactBits) { EXPECT_EQ(std::bit_cast<std::uint64_t>(kWavelength), 0x3F4340CF7E020E77u); }
+
+TEST(Engine, OffersTheTransformsOfItsSteps) {
+  OpticsEngine engine(8);
+  std::vector<double> re(64, 0.0), im(64, 0.0), power(64, -1.0);
+  re[0] = 64.0;
+  EXPECT_TRUE(engine.Fft2(re.data(), im.data(), 8, 0));
+  EXPECT_EQ(re[63], 1.0);
+  EXPECT_TRUE(engine.Fft2(re.data(), im.data(), 8, 1));
+  engine.ShiftedPowerSpectrum(power.data(), re.data(), im.data());
+  EXPECT_EQ(power[4 * 8 + 4], 4096.0);
+  std::fill(re.begin(), re.end(), 0.0);
+  re[4 * 8 + 4] = 1.0;
+  engine.CentredFft2(re.data(), im.data(), 1, 8, 3);
+  EXPECT_NEAR(re[13], 0.125, 1e-16);
+}
+
+}  // namespace
+}  // namespace orvanel
