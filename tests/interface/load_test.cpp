@@ -1,0 +1,53 @@
+// Loading and unloading, a thousand times.
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <vector>
+
+#include "tests/support/loaded_library.h"
+
+namespace orvanel {
+namespace {
+
+using test::LoadedLibrary;
+
+constexpr int kLoads = 1000;
+constexpr int kLoadsWithAnEye = 50;
+
+// Bytes that the process has allocated. Under the address sanitizer, whose leak check takes its place, 0.
+std::size_t AllocatedBytes() {
+  const struct mallinfo2 info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
+void LoadAndUnload(bool withAnEye) {
+  LoadedLibrary library;
+  if (!withAnEye) return;
+  std::vector<double> plane(ORVANEL_PLANE_SAMPLES);
+  const double coefficients[ORVANEL_COEFFICIENTS] = {0.0, 0.0, 0.0, 0.0, 1.3e-4};
+  library.InputPupil(3.7);
+  ASSERT_EQ(library.InputZer(coefficients), 1);
+  ASSERT_EQ(library.GetPattern(plane.data()), 1);
+}
+
+TEST(Load, IsUndoneByUnloading) {
+  EXPECT_FALSE(LoadedLibrary::IsLoaded());
+  {
+    LoadedLibrary library;
+    EXPECT_TRUE(LoadedLibrary::IsLoaded());
+  }
+  EXPECT_FALSE(LoadedLibrary::IsLoaded());
+}
+
+TEST(Load, LeaksNothingInAThousandLoads) {
+  for (int i = 0; i < 3; ++i) LoadAndUnload(true);
+  const std::size_t before = AllocatedBytes();
+  for (int i = 0; i < kLoads; ++i) LoadAndUnload(i % (kLoads / kLoadsWithAnEye) == 0);
+  const std::size_t after = AllocatedBytes();
+  // The dynamic loader's own tables may grow by a little; one forgotten plane is 512 KiB, one byte a load 1000.
+  EXPECT_LT(after, before + 1000);
+  EXPECT_FALSE(LoadedLibrary::IsLoaded());
+}
+
+}  // namespace
+}  // namespace orvanel
