@@ -29,18 +29,19 @@ Tables::Tables(int direction, int n) {
 
 // Decimation in frequency: 2^stage groups of span n / 2^stage, whose halves become their sum and their turned
 // difference.
-void Stages(LineBundle& x, const Tables& tables, int n, int log2n) {
+void Stages(LineBundle& x, const Tables& tables, std::size_t n, int log2n) {
   double* const re = x.re.data();
   double* const im = x.im.data();
   for (int stage = 0; stage < log2n; ++stage) {
-    const int groups = 1 << stage;
-    const int half = (n >> stage) / 2;
-    for (int g = 0; g < groups; ++g) {
-      for (int k = 0; k < half; ++k) {
-        const double cos = tables.cosTable[static_cast<std::size_t>(k * groups)];
-        const double sin = tables.sinTable[static_cast<std::size_t>(k * groups)];
-        const auto a = static_cast<std::size_t>((g * (n >> stage) + k) * kLanes);
-        const std::size_t b = a + static_cast<std::size_t>(half * kLanes);
+    const std::size_t groups = std::size_t{1} << stage;
+    const std::size_t span = n >> stage;
+    const std::size_t half = span / 2;
+    for (std::size_t g = 0; g < groups; ++g) {
+      for (std::size_t k = 0; k < half; ++k) {
+        const double cos = tables.cosTable[k * groups];
+        const double sin = tables.sinTable[k * groups];
+        const std::size_t a = (g * span + k) * kLanes;
+        const std::size_t b = a + half * kLanes;
         for (std::size_t l = 0; l < kLanes; ++l) {
           const double dRe = re[a + l] - re[b + l];
           const double dIm = im[a + l] - im[b + l];
@@ -64,10 +65,10 @@ void NegateOdd(LineBundle& x) {
 }
 
 // Every element takes the value from the index with its bits reversed.
-void Reorder(LineBundle& x, int n, int log2n) {
-  for (std::size_t j = 0; j < static_cast<std::size_t>(n); ++j) {
+void Reorder(LineBundle& x, std::size_t n, int log2n) {
+  for (std::size_t j = 0; j < n; ++j) {
     const std::size_t other = BitReversed(j, log2n);
-    if (other <= j || other >= static_cast<std::size_t>(n)) continue;
+    if (other <= j || other >= n) continue;
     std::swap_ranges(&x.re[j * kLanes], &x.re[j * kLanes] + kLanes, &x.re[other * kLanes]);
     std::swap_ranges(&x.im[j * kLanes], &x.im[j * kLanes] + kLanes, &x.im[other * kLanes]);
   }
@@ -77,11 +78,12 @@ void Reorder(LineBundle& x, int n, int log2n) {
 
 void CentredFft2(double* re, double* im, int direction, int n, int log2n) {
   const Tables tables(direction, n);
+  const auto length = static_cast<std::size_t>(n);
   const auto inPlace = [](std::size_t j) { return j; };
   const auto routine = [&](LineBundle& x) {
     NegateOdd(x);
-    Stages(x, tables, n, log2n);
-    Reorder(x, n, log2n);
+    Stages(x, tables, length, log2n);
+    Reorder(x, length, log2n);
     NegateOdd(x);
   };
   const double scale = 1.0 / std::sqrt(static_cast<double>(n));

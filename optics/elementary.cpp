@@ -74,9 +74,12 @@ constexpr std::array<double, 6> kArcTangentSeries = {-1.0 / 3.0, 1.0 / 5.0,   -1
 
 // atan(a / b), 0 <= a <= b, 0 < b < infinity.
 double ArcOfRatio(double a, double b) {
-  if (b > 0x1p1000) return ArcOfRatio(a * 0x1p-100, b * 0x1p-100);  // keeps the sums below finite
-  if (b < 0x1p-900) return ArcOfRatio(a * 0x1p200, b * 0x1p200);    // and the products exact to the last bit
-  const auto i = static_cast<int>(a / b * 8.0 + 0.5);
+  // Keeps the sums below finite, and the products exact to the last bit.
+  const double scale = b > 0x1p1000 ? 0x1p-100 : b < 0x1p-900 ? 0x1p200 : 1.0;
+  a *= scale;
+  b *= scale;
+  const auto i =
+      static_cast<int>(a / b * 8.0 + 0.5);  // NOLINT(bugprone-incorrect-roundings): from 0 to 8, any near one
   const double t = i * 0.125;
   const double u = (a - t * b) / (b + t * a);
   const double z = u * u;

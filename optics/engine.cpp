@@ -36,10 +36,10 @@ void OpticsEngine::CentredFft2(double* re, double* im, int direction, int n, int
   orvanel::CentredFft2(re, im, direction, n, log2n);
 }
 
-void OpticsEngine::ShiftedPowerSpectrum(double* out, const double* re, const double* im) {
+void OpticsEngine::ShiftedPowerSpectrum(double* out, const double* re, const double* im) const {
   orvanel::ShiftedPowerSpectrum(out, re, im, gridSize);
 }
 
-void OpticsEngine::RecentreLine(double* line, int index) { orvanel::RecentreLine(line, index, gridSize); }
+void OpticsEngine::RecentreLine(double* line, int index) const { orvanel::RecentreLine(line, index, gridSize); }
 
 }  // namespace orvanel

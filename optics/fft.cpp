@@ -15,7 +15,7 @@ namespace {
 
 // What a transform of lines of one length needs: its factors exp(2 pi i k / length) and its order of elements.
 struct LineTransform {
-  explicit LineTransform(int length);
+  explicit LineTransform(int n);
 
   std::size_t length;
   std::vector<double> cosine;

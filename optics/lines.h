@@ -7,7 +7,7 @@
 
 namespace orvanel {
 
-constexpr int kLanes = 8;
+constexpr std::size_t kLanes = 8;
 
 // Complex samples of up to kLanes lines: element j of lane l is re[j * kLanes + l].
 struct LineBundle {

@@ -10,7 +10,7 @@
 namespace orvanel {
 namespace {
 
-__extension__ typedef unsigned __int128 Uint128;
+__extension__ using Uint128 = unsigned __int128;
 
 constexpr double kTwoOverPi = 0x1.45f306dc9c883p-1;
 constexpr double kHalfPiHigh = 0x1.921fb54442d18p+0;

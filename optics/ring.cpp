@@ -84,7 +84,8 @@ GapRange GapAcross(int diameter, int n) {
   return {n / 2 - halfWidth + (IsEven(diameter) ? 1 : 0), n / 2 + halfWidth};
 }
 
-void OpticsEngine::DrawRingOptotype(double* plane, int n, double acuity, double* effectiveAcuity, int gapDirection) {
+void OpticsEngine::DrawRingOptotype(double* plane, int n, double acuity, double* effectiveAcuity,
+                                    int gapDirection) const {
   const RingScale scale{n, gridSize, psfHalfWidth, focalLength};
   const int diameter = RingDiameter(scale, acuity);
   Trace(acuity, diameter);

@@ -60,6 +60,7 @@ void OpticsEngine::synthesizeWavefront(const double* coefficients, double diamet
   const double spacing = 2.0 / (pupilSamples - 1);
 
   std::vector<Powers> columnPowers;
+  columnPowers.reserve(static_cast<std::size_t>(std::max(n, 0)));
   for (int c = 0; c < n; ++c) columnPowers.push_back(PowersOf((c - n / 2) * spacing));
 
   for (int r = 0; r < n; ++r) {

@@ -105,7 +105,7 @@ class OpticsEngine {
   //   plane            n x n, receives 0.0 (ring) and 1.0 (background)
   //   effectiveAcuity  receives the acuity of the diameter drawn; infinite for an empty plane
   //   gapDirection     1 down, 2 up, 3 right, 4 left; any other value draws a closed ring
-  void DrawRingOptotype(double* plane, int n, double acuity, double* effectiveAcuity, int gapDirection);
+  void DrawRingOptotype(double* plane, int n, double acuity, double* effectiveAcuity, int gapDirection) const;
 
   // The ring as drawn (optotype, n x n) and as seen through the eye (image, n x n). Needs a PSF.
   void RingRetinalImage(double* image, double* optotype, double acuity, double* effectiveAcuity, int gapDirection);
@@ -126,8 +126,8 @@ class OpticsEngine {
   // The two transforms, the power spectrum and the circular shift; fft.h and psf.h describe them.
   bool Fft2(double* re, double* im, int n, int direction);
   void CentredFft2(double* re, double* im, int direction, int n, int log2n);
-  void ShiftedPowerSpectrum(double* out, const double* re, const double* im);
-  void RecentreLine(double* line, int index);
+  void ShiftedPowerSpectrum(double* out, const double* re, const double* im) const;
+  void RecentreLine(double* line, int index) const;
 
  private:
   struct Workspace;  // scratch planes, allocated once
