@@ -63,7 +63,8 @@ class EngineOnAnyGrid : public testing::TestWithParam<Case> {
   // The object as the engine shows it, against the reference's chain on the engine's PSF.
   void ExpectImage(const std::string& what, const std::vector<double>& image, const Plane& object) {
     const Plane psf = ToReal(engine_.psfPlane);
-    const Plane raw = FilteredIntensity(object, EyeOtf(psf, n_), n_);
+    if (otf_.re.empty()) otf_ = EyeOtf(psf, n_);
+    const Plane raw = FilteredIntensity(object, otf_, n_);
     const Real error = ImageError(object, psf, raw, n_, 0);
     if (engine_.normaliseOutput != 0) {
       const Real bound = StretchedImageError(raw, error);
@@ -76,6 +77,9 @@ class EngineOnAnyGrid : public testing::TestWithParam<Case> {
   }
 
   double pitch_ = -1.0, strehl_ = -2.0;
+
+ private:
+  ComplexPlane otf_;  // the reference's, of the engine's PSF
 };
 
 using EngineOn256 = EngineOnAnyGrid;
@@ -100,6 +104,8 @@ TEST_P(EngineOnAnyGrid, PsfIsTheSquaredFieldOfThePupilAroundItsPeak) {
   const Psf expected = PsfFromIntensity(intensity, n_, engine_.pupilSamples, FindPeak(intensity, n_));
   const Real bound = PsfError(expected.plane, FieldError(wavefront, 0));
   ASSERT_TRUE(HasOnePeak(intensity, bound));
+  EXPECT_NE(FindPeak(intensity, n_).row, n_ / 2) << "this eye would not show a missing shift";
+  EXPECT_NE(FindPeak(intensity, n_).column, n_ / 2);
   EXPECT_LE(Difference("psf", ToReal(engine_.psfPlane), expected.plane, bound), bound);
   EXPECT_LE(Difference("strehl", {strehl_ / expected.strehl}, {1}, bound), bound);
   EXPECT_EQ(engine_.strehlRatio, strehl_);
@@ -178,6 +184,40 @@ TEST_P(EngineOn256, TheStarIsFilteredInBothNormalisations) {
     engine_.normaliseOutput = static_cast<std::uint8_t>(normalise);
     ASSERT_EQ(engine_.PatternRetinalImage(image.data(), star.data(), 256), 1);
     ExpectImage(normalise != 0 ? "stretched" : "scaled", image, ToReal(star));
+  }
+}
+
+TEST_P(EngineOnAnyGrid, FrequencyStepAndDiffractionLimitBelongToTheGrid) {
+  std::vector<double> mtf(Area(n_)), row(Area(n_)), column(Area(n_)), limit(Area(n_));
+  double step = -1.0;
+  ASSERT_TRUE(engine_.ComputeMtf(kWavelength, mtf.data(), &step, row.data(), column.data(), limit.data(), n_ - 10));
+  const Real halfWidth = PsfHalfWidth(n_ / 2 + 1, kWavelength, eye_.diameter);
+  const Real expectedStep = FrequencyStep(n_, halfWidth);
+  EXPECT_PRED3(Near, step, expectedStep, expectedStep * kScalarError);
+  const Plane expected = DiffractionLimit(n_ / 2 + 1, halfWidth, n_ - 10);
+  EXPECT_LE(Difference("limit", ToReal(limit), expected, kScalarError), kScalarError);
+  EXPECT_EQ(limit[expected.size()], 0.0);
+}
+
+// The synthesis alone takes any side. On one of 22 the pupil's radius, half of 12 samples, lies outside the unit disc.
+TEST(EngineWavefront, EveryFlagSelectsWhatTheReferenceSelects) {
+  const Eye& eye = Eyes()[1];
+  const Real edge = 12.0L / 11;
+  // X and Y are rounded twice, and there are six factors of them.
+  const Real bound =
+      WavefrontError(eye.coefficients) * (kWavefrontRoundings + 12) / kWavefrontRoundings * std::pow(edge, 6.0L);
+  for (const int n : {22, 64}) {
+    OpticsEngine engine(n);
+    for (const int astigmatism : {0, 1, 7}) {
+      for (const int all : {0, 1, 2}) {
+        for (const int defocus : {0, 1, -1}) {
+          engine.synthesizeWavefront(eye.coefficients.data(), eye.diameter, astigmatism, all, defocus);
+          const Plane expected = SynthesizeWavefront(eye.coefficients, eye.diameter, n, astigmatism, all, defocus).w;
+          EXPECT_LE(Difference("wavefront", ToReal(engine.wavefrontPlane), expected, bound), bound)
+              << n << ": " << astigmatism << all << defocus;
+        }
+      }
+    }
   }
 }
 

@@ -93,8 +93,8 @@ Real ImageError(const Plane& object, const Plane& psf, const Plane& image, int n
   const Real productError =
       objectNorm * otfLargest * (kTransformError + 2 * fieldError) + objectLargest * kTransformError * otfNorm;
   const Real norm = std::sqrt(Sum(image));
-  const Real error =
-      side * productError + 2 * kTransformError * norm;  // twice: the product's own rounding is less than once
+  // The last transform's share twice: the rounding of the product itself is less than that.
+  const Real error = side * productError + 2 * kTransformError * norm;
   return 2 * std::sqrt(Largest(image)) * error;
 }
 
