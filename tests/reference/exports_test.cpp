@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/reference/error_bounds.h"
+#include "tests/support/error_bounds.h"
 #include "tests/reference/eyes.h"
 #include "tests/support/reference.h"
 

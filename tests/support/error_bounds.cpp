@@ -1,5 +1,5 @@
 // Error bounds and measured differences.
-#include "tests/reference/error_bounds.h"
+#include "tests/support/error_bounds.h"
 
 #include <gtest/gtest.h>
 #include <orvanel/optics_engine.h>

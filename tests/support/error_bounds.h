@@ -2,8 +2,8 @@
 //
 // All are worst cases: errors that all point the same way, gathered in one sample. What is measured is some thousand
 // times smaller, and any misreading is larger by as much.
-#ifndef ORVANEL_TESTS_REFERENCE_ERROR_BOUNDS_H
-#define ORVANEL_TESTS_REFERENCE_ERROR_BOUNDS_H
+#ifndef ORVANEL_TESTS_SUPPORT_ERROR_BOUNDS_H
+#define ORVANEL_TESTS_SUPPORT_ERROR_BOUNDS_H
 
 #include <numbers>
 #include <string>
@@ -85,4 +85,4 @@ bool HasOnePeak(const Plane& intensity, Real psfError);
 
 }  // namespace orvanel::reference
 
-#endif  // ORVANEL_TESTS_REFERENCE_ERROR_BOUNDS_H
+#endif  // ORVANEL_TESTS_SUPPORT_ERROR_BOUNDS_H
