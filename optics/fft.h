@@ -11,7 +11,7 @@ namespace orvanel {
 // Norm of the error over the norm of the result, for up to 2^16 samples: 16 radix-2 stages of 4 sqrt 2 roundings and a
 // rounded factor each, and two roundings of the scale (Higham, Accuracy and Stability of Numerical Algorithms, 24.1).
 // The factors of CentredFft2 have angles of up to pi that are rounded themselves.
-constexpr double kFft2Error = 1.2e-14;
+constexpr double kFft2Error = 1.21e-14;
 constexpr double kCentredFft2Error = 2.4e-14;
 
 // In place, on n x n planes:
