@@ -22,12 +22,6 @@ constexpr double kTwoOverPi = 0.636619772367582;
 constexpr double kDegreesPerRadian = 57.29577951308239;
 constexpr double kHalfMinuteOfArc = 0.000145444;
 
-std::size_t At(int row, int column, int columns) {
-  return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
-}
-
-std::size_t Area(int rows, int columns) { return At(rows, 0, columns); }
-
 Real Factorial(int n) { return n < 2 ? 1.0L : static_cast<Real>(n) * Factorial(n - 1); }
 
 // cos and sin of 2 pi k / n for k = 0 .. n - 1. The angle is reduced to the first quadrant as an integer, so that the
@@ -51,7 +45,7 @@ ComplexPlane UnitCircle(int n) {
 // X[p] = sum over k of x[k] exp(sign 2 pi i k p / n) along `count` lines of n samples.
 ComplexPlane DftOfRows(const ComplexPlane& x, int count, int n, int sign) {
   const ComplexPlane circle = UnitCircle(n);
-  ComplexPlane result{Plane(Area(count, n)), Plane(Area(count, n))};
+  ComplexPlane result{Plane(At(count, 0, n)), Plane(At(count, 0, n))};
   for (int line = 0; line < count; ++line) {
     for (int p = 0; p < n; ++p) {
       Real re = 0, im = 0;
@@ -84,17 +78,7 @@ Plane Scaled(Plane plane, Real factor) {
   return plane;
 }
 
-Plane Zeros(int n) { return Plane(Area(n, n), 0.0L); }
-
-Real Sum(const Plane& plane) {
-  Real sum = 0;
-  for (const Real value : plane) sum += value;
-  return sum;
-}
-
 }  // namespace
-
-Plane ToReal(const std::vector<double>& samples) { return Plane(samples.begin(), samples.end()); }
 
 // ---- Wavefront
 
@@ -134,7 +118,7 @@ Wavefront SynthesizeWavefront(const std::vector<double>& coefficients, double di
   }
 
   const Real kUntouched = std::numeric_limits<Real>::quiet_NaN();
-  const std::size_t area = Area(n, n);
+  const std::size_t area = Area(n);
   Wavefront result{M, Plane(area), Plane(area, kUntouched), Plane(area, kUntouched)};
   const int R = M / 2;
   for (int r = 0; r < n; ++r) {
@@ -411,7 +395,7 @@ std::vector<double> DrawRing(int diameter, int n, int gapDirection) {
   const double c = n / 2 + (even ? 0.5 : 0.0);
   const double R = 0.5 * D, r = R - 0.2 * D;
 
-  std::vector<double> plane(Area(n, n));
+  std::vector<double> plane(Area(n));
   for (int y = 0; y < n; ++y) {
     for (int x = 0; x < n; ++x) {
       const double d2 = (x - c) * (x - c) + (y - c) * (y - c);

@@ -9,16 +9,13 @@
 
 #include <vector>
 
-namespace orvanel::reference {
+#include "tests/support/planes.h"
 
-using Real = long double;
-using Plane = std::vector<Real>;
+namespace orvanel::reference {
 
 struct ComplexPlane {
   Plane re, im;
 };
-
-Plane ToReal(const std::vector<double>& samples);
 
 // ---- Wavefront
 
