@@ -162,6 +162,19 @@ TEST(RetinalImage, OfARingStaysBetweenBlackAndWhiteWithNoMoreLightThanTheRing) {
   }
 }
 
+TEST(RetinalImage, HasTheObjectsTotalBeforeItIsClipped) {
+  // The same chain told a total so small that nothing reaches the clip.
+  OpticsEngine engine = Eye(Blurred());
+  for (const int gap : {1, 4}) {
+    Plane object, imaginary(SampleCount(kSide), 0.0), image(SampleCount(kSide), -1.0);
+    RingImage(engine, 0.4, gap, &object);
+    const double total = Total(object.data(), kSide) / 64.0;
+    engine.FilterThroughEye(object.data(), imaginary.data(), image.data(), total);
+    ASSERT_LT(*std::max_element(image.begin(), image.end()), 1.0);
+    EXPECT_NEAR(Total(image.data(), kSide), total, total * kRounding);
+  }
+}
+
 TEST(RetinalImage, UsesTheTransferFunctionHeldUntilItIsMarkedStale) {
   OpticsEngine engine = Eye(Blurred());
   const Plane first = RingImage(engine, 0.5, 1);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,10 @@ struct Worked {
   int diameter;
   double effectiveAcuity;
 };
+
+void PrintTo(const Worked& worked, std::ostream* out) {
+  *out << "acuity " << worked.acuity << " at " << worked.pupil << " mm";
+}
 
 class RingSize : public testing::TestWithParam<Worked> {};
 
@@ -264,6 +269,8 @@ struct Line {
   double acuity;
   const char* text;
 };
+
+void PrintTo(const Line& line, std::ostream* out) { *out << "acuity " << line.acuity; }
 
 class RingTrace : public testing::TestWithParam<Line> {};
 

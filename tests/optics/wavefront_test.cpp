@@ -5,6 +5,7 @@
 
 #include <array>
 #include <limits>
+#include <ostream>
 
 namespace orvanel {
 namespace {
@@ -174,6 +175,10 @@ struct Selection {
   bool c4;
   bool c5;
 };
+
+void PrintTo(const Selection& s, std::ostream* out) {
+  *out << "astigmatism " << s.astigmatism << ", all " << s.allSecondOrder << ", defocus " << s.defocus;
+}
 
 class WavefrontFlags : public testing::TestWithParam<Selection> {};
 
