@@ -1,0 +1,39 @@
+// Doubts about pupils, wavefronts and ring sizes.
+#include "cli/plausibility.h"
+
+#include "cli/number_text.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr Millimetres kSmallestPupil{1.0}, kLargestPupil{12.0};  // no living human eye's lies outside
+constexpr double kSteepestInWaves = 0.5;                         // beyond it the transform confuses directions
+constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;          // samples; leaves the blur some room at the edges
+
+}  // namespace
+
+std::vector<std::string> Warnings(const Simulation& simulation) {
+  std::vector<std::string> warnings;
+  if (simulation.pupil < kSmallestPupil || simulation.pupil > kLargestPupil) {
+    warnings.push_back("the pupil of " + Text(simulation.pupil.value(), 6) +
+                       " mm is unlike a human eye's, which measures 2 to 8 mm");
+  }
+  const double steepest = simulation.wavefront.steepestStep / ToMicrometres(Wavelength());
+  if (steepest > kSteepestInWaves) {
+    warnings.push_back("the wavefront changes by up to " + Text(steepest, 3) +
+                       " waves between neighbouring samples of the pupil, more than the 0.5 that can be told apart: "
+                       "point spread function, transfer function and images wrap round and are wrong");
+  }
+  for (const Ring& ring : simulation.rings) {
+    const std::string which =
+        "the ring of acuity " + ShortestText(ring.request.acuity) + ", gap " + Word(ring.request.gap) + ", ";
+    if (ring.diameter == 0) warnings.push_back(which + "is too small to be drawn: its pictures are blank");
+    if (ring.diameter > kLargestRing) {
+      warnings.push_back(which + "is " + std::to_string(ring.diameter) +
+                         " samples wide in a field of 256: its light wraps round at the edges");
+    }
+  }
+  return warnings;
+}
+
+}  // namespace orvanel::cli
