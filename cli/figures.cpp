@@ -115,8 +115,9 @@ PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales) {
 PlaneFigure MtfFigure(const Simulation& simulation, const Scales& scales) {
   PlaneFigure figure;
   figure.title = "Modulation transfer function";
-  figure.subtitle = WindowText(kWholePlane);
-  figure.values = simulation.mtf;
+  figure.subtitle = WindowText(kWholePlane) + "; colours by square roots";
+  // By square roots, since most of an eye's transfer is far below 1.
+  for (const double v : simulation.mtf) figure.values.push_back(std::sqrt(v));
   figure.window = kWholePlane;
   const double step = scales.library.step.value();
   figure.x = WindowAxis(kWholePlane, step, "horizontal (cycles/degree, library scale)");
@@ -126,7 +127,9 @@ PlaneFigure MtfFigure(const Simulation& simulation, const Scales& scales) {
   figure.map = &kViridis;
   figure.low = 0.0;
   figure.high = 1.0;
-  figure.barTicks = RoundTicks(0.0, 1.0, 5);
+  for (const double v : {0.0, 0.01, 0.05, 0.1, 0.2, 0.4, 0.6, 0.8, 1.0}) {
+    figure.barTicks.push_back({std::sqrt(v), Text(v, 2)});
+  }
   figure.barLabel = "transfer";
   return figure;
 }

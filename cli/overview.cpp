@@ -141,13 +141,15 @@ void DrawRings(Canvas& canvas, double top, const Simulation& simulation, const S
   int largest = 0;
   for (const Ring& ring : simulation.rings) largest = std::max(largest, std::min(ring.diameter, ORVANEL_GRID_SIZE));
   const Window window = WindowFor(largest + largest / 2);
-  const std::string part = ", central " + std::to_string(window.count) + " samples";
+  const std::string part = window.count == ORVANEL_GRID_SIZE
+                               ? std::string(", whole field")
+                               : ", central " + std::to_string(window.count) + " of 256 samples";
   int cell = 2;
   for (const Ring& ring : simulation.rings) {
     const Point corner = CellCorner(top, cell++);
     DrawCaption(canvas, corner, "Acuity " + Text(ring.request.acuity, 4) + ", gap " + Word(ring.request.gap),
-                "drawn: " + std::to_string(ring.diameter) + " samples, acuity " + Text(ring.effectiveAcuity, 3) +
-                    "; optical scale " + Text(Acuity(ring.diameter, scales.optical), 3));
+                "drawn as " + Text(ring.effectiveAcuity, 3) + ", " + std::to_string(ring.diameter) +
+                    " samples; optical scale " + Text(Acuity(ring.diameter, scales.optical), 3));
     DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight}, GreyWindow(ring.original, window), "original" + part);
     DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight + kPanel + kLabelHeight}, GreyWindow(ring.seen, window),
               "as seen" + part);

@@ -6,7 +6,7 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr Colour kBlank{0xec, 0xee, 0xf0};
+constexpr Colour kBlank{0xd8, 0xdc, 0xe0};
 constexpr Box kPlot{100.0, 72.0, 384.0, 384.0};  // inside the figure
 constexpr double kBarGap = 16.0, kBarWidth = 18.0;
 
@@ -71,8 +71,7 @@ void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure) {
   canvas.Paste(bar, Bar(*figure.map));
   canvas.Outline(bar, 1.5, kInk);
   DrawTicks(canvas, bar, Edge::kRight, figure.high, figure.low, figure.barTicks);
-  canvas.Text({corner.x + kPlaneFigureWidth, corner.y + 56.0}, figure.barLabel,
-              {kSmallSize, kInk, false, Align::kRight});
+  canvas.Text({bar.x, corner.y + 56.0}, figure.barLabel, {kSmallSize, kInk});
 }
 
 }  // namespace orvanel::cli

@@ -7,7 +7,7 @@ namespace orvanel::cli {
 namespace {
 
 constexpr Millimetres kSmallestPupil{1.0}, kLargestPupil{12.0};  // no living human eye's lies outside
-constexpr double kSteepestInWaves = 0.5;                         // beyond it the transform confuses directions
+constexpr double kLargestAliasedShare = 0.01;                    // of the light; less is not seen in the pictures
 constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;          // samples; leaves the blur some room at the edges
 
 }  // namespace
@@ -18,11 +18,13 @@ std::vector<std::string> Warnings(const Simulation& simulation) {
     warnings.push_back("the pupil of " + Text(simulation.pupil.value(), 6) +
                        " mm is unlike a human eye's, which measures 2 to 8 mm");
   }
-  const double steepest = simulation.wavefront.steepestStep / ToMicrometres(Wavelength());
-  if (steepest > kSteepestInWaves) {
-    warnings.push_back("the wavefront changes by up to " + Text(steepest, 3) +
-                       " waves between neighbouring samples of the pupil, more than the 0.5 that can be told apart: "
-                       "point spread function, transfer function and images wrap round and are wrong");
+  const Wavefront& wavefront = simulation.wavefront;
+  if (wavefront.aliasedShare > kLargestAliasedShare) {
+    warnings.push_back(
+        "in " + Text(100.0 * wavefront.aliasedShare, 2) +
+        " % of the pupil the wavefront changes by more than half a wave from one sample to the next, by " +
+        Text(wavefront.steepestStep / ToMicrometres(Wavelength()), 3) +
+        " waves at most: the light from there comes out in wrong places in all results");
   }
   for (const Ring& ring : simulation.rings) {
     const std::string which =

@@ -67,8 +67,8 @@ void DrawLegend(Canvas& canvas, const Box& plot) {
 
 void DrawSections(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales) {
   DrawTitle(canvas, corner, kPlot.x, "MTF sections",
-            "From zero frequency outwards; the diffraction limit ends at " + Text(scales.opticalCutOff.value(), 5) +
-                " cycles/degree, optical scale");
+            "Optical cut-off of the " + Text(simulation.pupil.value(), 4) +
+                " mm pupil: " + Text(scales.opticalCutOff.value(), 5) + " cycles/degree");
   const Box plot{corner.x + kPlot.x, corner.y + kPlot.y, kPlot.width, kPlot.height};
   for (const Tick& tick : RoundTicks(0.0, 1.0, 5)) {
     canvas.Fill({plot.x, plot.bottom() - plot.height * tick.value - 0.5, plot.width, 1.0}, kGridLine);
@@ -82,9 +82,7 @@ void DrawSections(Canvas& canvas, Point corner, const Simulation& simulation, co
   constexpr double kSamples = ORVANEL_SECTION_SAMPLES;
   DrawAxis(canvas, plot, Edge::kBottom, {0.0, kSamples * scales.library.step.value(), "cycles/degree, library scale"},
            50.0);
-  DrawAxis(canvas, plot, Edge::kTop,
-           {0.0, kSamples * scales.optical.step.value(),
-            "cycles/degree, optical scale of the " + Text(simulation.pupil.value(), 4) + " mm pupil"},
+  DrawAxis(canvas, plot, Edge::kTop, {0.0, kSamples * scales.optical.step.value(), "cycles/degree, optical scale"},
            34.0);
   DrawAxis(canvas, plot, Edge::kLeft, {1.0, 0.0, "modulation transfer"}, 60.0);
   canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 76.0},

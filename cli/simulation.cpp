@@ -47,15 +47,19 @@ void MeasureHeights(Wavefront& wavefront) {
   wavefront.peakToValley = ToMicrometres(Millimetres(highest - lowest));
 }
 
+// Comparisons with what is not a number are false, so that samples outside the pupil never count.
 void MeasureSlope(Wavefront& wavefront) {
   const Plane& map = wavefront.map;
-  double steepest = 0.0;
+  double steepest = 0.0, aliased = 0.0, count = 0.0;
   for (std::size_t i = 0; i + kSide < map.size(); ++i) {
-    for (const double step : {map[i + 1] - map[i], map[i + kSide] - map[i]}) {
-      if (std::abs(step) > steepest) steepest = std::abs(step);  // never true outside the pupil
-    }
+    const double right = std::abs(map[i + 1] - map[i]), down = std::abs(map[i + kSide] - map[i]);
+    if (right > steepest) steepest = right;
+    if (down > steepest) steepest = down;
+    if (right > kWavelength / 2.0 || down > kWavelength / 2.0) aliased += 1.0;
+    if (!std::isnan(map[i])) count += 1.0;
   }
   wavefront.steepestStep = ToMicrometres(Millimetres(steepest));
+  wavefront.aliasedShare = aliased / count;
 }
 
 bool InPupil(std::size_t sample) {

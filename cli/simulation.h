@@ -23,7 +23,9 @@ struct Wavefront {
   Plane map;  // millimetres, not a number outside the pupil
   Micrometres rms;
   Micrometres peakToValley;
-  Micrometres steepestStep;  // the largest change between neighbouring samples of the pupil
+  Micrometres steepestStep;   // the largest change between neighbouring samples of the pupil
+  double aliasedShare = 0.0;  // of the pupil's samples: where that change exceeds half a wave, so that the transform
+                              // takes the light's direction for another one
 };
 
 struct RingRequest {

@@ -36,6 +36,7 @@ Json ScalarsJson(const Results& results) {
           {"wavefront_rms_um", s.wavefront.rms.value()},
           {"wavefront_peak_to_valley_um", s.wavefront.peakToValley.value()},
           {"wavefront_steepest_step_um", s.wavefront.steepestStep.value()},
+          {"wavefront_aliased_share", s.wavefront.aliasedShare},
           {"psf_half_width_mm_library_scale", s.psfHalfWidth.value()},
           {"psf_half_width_arcmin_library_scale", scales.libraryHalfWidth.value()},
           {"psf_sample_arcmin_library_scale", scales.library.pitch.value()},
