@@ -11,10 +11,10 @@ namespace {
 constexpr double kTickLength = 6.0;
 constexpr double kTickGap = 5.0;  // between a tick and its number
 
-// The least of 1, 2, 2.5, 5, 10 times a power of ten that is not below `step`.
+// The least of 1, 2, 5, 10 times a power of ten that is not below `step`.
 double RoundStep(double step) {
   const double power = std::pow(10.0, std::floor(std::log10(step)));
-  for (const double factor : {1.0, 2.0, 2.5, 5.0}) {
+  for (const double factor : {1.0, 2.0, 5.0}) {
     if (factor * power >= step * (1.0 - 1e-9)) return factor * power;
   }
   return 10.0 * power;
@@ -67,7 +67,7 @@ void DrawTicks(Canvas& canvas, const Box& box, Edge edge, double first, double l
 }
 
 void DrawAxis(Canvas& canvas, const Box& box, Edge edge, const Axis& axis, double labelDistance) {
-  constexpr int kTicks = 6;
+  constexpr int kTicks = 7;
   const bool downwards = axis.first < axis.last;
   DrawTicks(canvas, box, edge, axis.first, axis.last,
             RoundTicks(downwards ? axis.first : axis.last, downwards ? axis.last : axis.first, kTicks));

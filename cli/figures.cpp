@@ -81,7 +81,7 @@ PlaneFigure WavefrontFigure(const Simulation& simulation) {
   }
   figure.low = -figure.high;
   figure.map = &kDiverging;
-  figure.barTicks = RoundTicks(figure.low, figure.high, 6);
+  figure.barTicks = RoundTicks(figure.low, figure.high, 7);
   figure.barLabel = "\u00b5m";
   return figure;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <iostream>
@@ -98,6 +99,17 @@ std::vector<RingRequest> RingRequests(const Arguments& arguments) {
   return requests;
 }
 
+volatile std::sig_atomic_t interrupted = 0;
+
+// So that a run that is stopped, or whose output nobody reads any more, still clears away what it has staged.
+void HandleSignals() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    std::signal(signal, [](int) { interrupted = 1; });
+  }
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
 void PrintSummary(const std::string& text) {
   const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
   if (!written || std::fflush(stdout) != 0)
@@ -118,7 +130,10 @@ void Run(const Arguments& arguments, const std::vector<RingRequest>& requests) {
   results.warnings = Warnings(results.simulation);
   for (const std::string& warning : results.warnings) std::cerr << "orvanel: warning: " << warning << '\n';
 
-  for (const ResultFile& file : files) folder.Add(file.name, file.encode(results));
+  for (const ResultFile& file : files) {
+    if (interrupted) throw Error("interrupted; nothing is written");
+    folder.Add(file.name, file.encode(results));
+  }
   folder.Commit();
   PrintSummary(SummaryText(results, arguments.folder, files.size()));
 }
@@ -148,6 +163,7 @@ int Main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kDone : kUsage;
   }
+  HandleSignals();
   try {
     Run(arguments, requests);
   } catch (const std::exception& error) {

@@ -10,8 +10,8 @@ import pathlib
 import matplotlib
 
 MIDDLE = (97.0, 0.0, 0.0)  # CIELAB, D65
-LOW = (33.0, 18.0, -58.0)  # blue
-HIGH = (33.0, 54.0, 42.0)  # red
+LOW = (33.0, 17.0, -53.0)  # blue; the whole way lies inside sRGB
+HIGH = (33.0, 48.0, 28.0)  # red, equally far from grey
 WHITE = (0.95047, 1.0, 1.08883)
 
 

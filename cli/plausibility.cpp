@@ -26,14 +26,12 @@ std::vector<std::string> Warnings(const Simulation& simulation) {
         Text(wavefront.steepestStep / ToMicrometres(Wavelength()), 3) +
         " waves at most: the light from there comes out in wrong places in all results");
   }
+  double reported = 0.0;  // rings of one acuity follow each other
   for (const Ring& ring : simulation.rings) {
-    const std::string which =
-        "the ring of acuity " + ShortestText(ring.request.acuity) + ", gap " + Word(ring.request.gap) + ", ";
-    if (ring.diameter == 0) warnings.push_back(which + "is too small to be drawn: its pictures are blank");
-    if (ring.diameter > kLargestRing) {
-      warnings.push_back(which + "is " + std::to_string(ring.diameter) +
-                         " samples wide in a field of 256: its light wraps round at the edges");
-    }
+    if (ring.diameter <= kLargestRing || ring.request.acuity == reported) continue;
+    reported = ring.request.acuity;
+    warnings.push_back("the ring of acuity " + ShortestText(reported) + " is " + std::to_string(ring.diameter) +
+                       " samples wide in a field of 256: it is cut off or its light wraps round at the edges");
   }
   return warnings;
 }

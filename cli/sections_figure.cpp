@@ -17,7 +17,7 @@ struct Curve {
   bool dashed;
 };
 
-constexpr Curve kDiffraction{"diffraction limit", {0xb4, 0xbb, 0xc3}, 7.0, false};
+constexpr Curve kDiffraction{"diffraction limit", {0xb4, 0xbb, 0xc3}, 6.0, false};
 constexpr Curve kHorizontal{"horizontal section", {0x1f, 0x5f, 0xbf}, 3.5, false};
 constexpr Curve kVertical{"vertical section, downwards", {0xe0, 0x5a, 0x1c}, 3.0, true};
 
@@ -57,8 +57,8 @@ std::vector<Point> Points(const Box& plot, const Section& section) {
 void DrawLegend(Canvas& canvas, const Box& plot) {
   double y = plot.y + 30.0;
   for (const Curve& curve : {kDiffraction, kHorizontal, kVertical}) {
-    Trace(canvas, {{plot.right() - 306.0, y - 6.0}, {plot.right() - 256.0, y - 6.0}}, curve);
-    canvas.Text({plot.right() - 244.0, y}, curve.name, {kTickTextSize, kInk});
+    Trace(canvas, {{plot.right() - 318.0, y - 6.0}, {plot.right() - 268.0, y - 6.0}}, curve);
+    canvas.Text({plot.right() - 256.0, y}, curve.name, {kTickTextSize, kInk});
     y += 28.0;
   }
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/error.h"
+#include "cli/number_text.h"
 #include "cli/trace_capture.h"
 #include "orvanel/optics_engine.h"
 
@@ -94,6 +95,10 @@ Ring SeeRing(const RingRequest& request) {
   const std::string trace = capture.Finish();
   Require(result, "the ring");
   ring.diameter = DiameterOfTrace(trace);
+  if (ring.diameter == 0) {
+    throw Error("a ring of acuity " + ShortestText(request.acuity) +
+                " would be too small for the samples at this pupil; ask for a lower acuity");
+  }
   return ring;
 }
 

@@ -35,8 +35,8 @@ struct RingRequest {
 
 struct Ring {
   RingRequest request;
-  int diameter = 0;              // samples; 0 where the ring is too small to be drawn
-  double effectiveAcuity = 0.0;  // of the ring as drawn, on the library scale; infinite for diameter 0
+  int diameter = 0;              // samples
+  double effectiveAcuity = 0.0;  // of the ring as drawn, on the library scale
   Plane original, seen;
 };
 
@@ -57,7 +57,7 @@ struct Simulation {
 Millimetres Wavelength();
 
 // Runs the library, with at least one ring. Throws Error where the numbers are so far from any eye's that the results
-// would mean nothing.
+// would mean nothing, and where a ring is too small to be drawn.
 Simulation Simulate(Millimetres pupil, const LibraryCoefficients& coefficients, const std::vector<RingRequest>& rings);
 
 }  // namespace orvanel::cli

@@ -1,7 +1,9 @@
 // Units stand in the names of the keys; so does the scale where a number has one.
 #include "cli/summary.h"
 
+#include <cmath>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "cli/number_text.h"
 
@@ -28,10 +30,13 @@ Json EyeJson(const Results& results) {
       {"unused_coefficients", "0 to 2: piston and tilts only move the image"}};
 }
 
+// To the hundredths in which the wavelength is defined.
+double RoundNanometres(Millimetres length) { return std::round(ToNanometres(length).value() * 100.0) / 100.0; }
+
 Json ScalarsJson(const Results& results) {
   const Simulation& s = results.simulation;
   const Scales& scales = results.scales;
-  return {{"wavelength_nm", ToNanometres(Wavelength()).value()},
+  return {{"wavelength_nm", RoundNanometres(Wavelength())},
           {"strehl_ratio", s.strehl},
           {"wavefront_rms_um", s.wavefront.rms.value()},
           {"wavefront_peak_to_valley_um", s.wavefront.peakToValley.value()},
@@ -55,7 +60,8 @@ Json RingsJson(const Results& results) {
                      {"acuity_drawn_optical_scale", Acuity(ring.diameter, results.scales.optical)},
                      {"gap", Word(ring.request.gap)},
                      {"diameter_samples", ring.diameter},
-                     {"files", RingStem(ring.request) + "_*"}});
+                     {"original_file", RingStem(ring.request) + "_original.png"},
+                     {"seen_file", RingStem(ring.request) + "_seen.png"}});
   }
   return rings;
 }
@@ -66,10 +72,21 @@ std::string Line(const std::string& label, const std::string& text) {
   return label + std::string(kColumn - label.size(), ' ') + text + "\n";
 }
 
-std::string RingText(const Ring& ring, const Scales& scales) {
-  return "acuity " + Text(ring.request.acuity, 4) + ", gap " + Word(ring.request.gap) + ": drawn as " +
-         Text(ring.effectiveAcuity, 3) + " with " + std::to_string(ring.diameter) + " samples (optical scale " +
-         Text(Acuity(ring.diameter, scales.optical), 3) + ")";
+// One line for each acuity, with all its gaps; rings of one acuity follow each other.
+std::string RingLines(const std::vector<Ring>& rings, const Scales& scales) {
+  std::string lines, label = "Rings";
+  for (std::size_t i = 0; i < rings.size();) {
+    const Ring& ring = rings[i];
+    std::string gaps;
+    for (; i < rings.size() && rings[i].request.acuity == ring.request.acuity; ++i) {
+      gaps += (gaps.empty() ? "" : ", ") + std::string(Word(rings[i].request.gap));
+    }
+    lines += Line(std::exchange(label, ""), "acuity " + Text(ring.request.acuity, 4) + " drawn as " +
+                                                Text(ring.effectiveAcuity, 3) + ", " + std::to_string(ring.diameter) +
+                                                " samples (optical scale " +
+                                                Text(Acuity(ring.diameter, scales.optical), 3) + "), gap " + gaps);
+  }
+  return lines;
 }
 
 }  // namespace
@@ -114,8 +131,7 @@ std::string SummaryText(const Results& results, const std::string& folder, std::
   text += Line("MTF range", Text(s.frequencyRange.value(), 5) + " cycles/degree (library scale)");
   text += Line("Optical cut-off",
                Text(scales.opticalCutOff.value(), 4) + " cycles/degree for a pupil of " + pupil + " (optical scale)");
-  std::string label = "Rings";
-  for (const Ring& ring : s.rings) text += Line(std::exchange(label, ""), RingText(ring, scales));
+  text += RingLines(s.rings, scales);
   text += Line("Scales", "library scale = that of a pupil of twice the diameter; optical scale = the pupil as stated");
   text += Line("Pictures", std::to_string(fileCount) + " files in " + folder + "; open " +
                                (folder.ends_with('/') ? folder : folder + "/") + kOverviewFile + " first");

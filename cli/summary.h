@@ -9,7 +9,7 @@
 
 namespace orvanel::cli {
 
-// Contents of summary.json. A number that is infinite becomes null.
+// Contents of summary.json.
 //   files  the names of all files of the run
 std::string SummaryJson(const Results& results, const std::vector<std::string>& files);
 
