@@ -54,20 +54,29 @@ class KeyWatch {
     if (event == Json::parse_event_t::object_start) open_.emplace_back();
     if (event == Json::parse_event_t::object_end) open_.pop_back();
     if (event == Json::parse_event_t::key) {
-      key_ = parsed.get<std::string>();
-      if (!open_.back().insert(key_).second) {
-        Refuse(file_, "key '" + key_ + "' is given twice; keep one of the two");
+      open_.back().key = parsed.get<std::string>();
+      if (!open_.back().seen.insert(open_.back().key).second) {
+        Refuse(file_, "key '" + Path() + "' is given twice; keep one of the two");
       }
     }
     return true;
   }
 
-  const std::string& key() const { return key_; }
+  // The key the parser is at, behind those of the objects around it: "convention.name".
+  std::string Path() const {
+    std::string path;
+    for (const Level& level : open_) path += (path.empty() ? "" : ".") + level.key;
+    return path;
+  }
 
  private:
+  struct Level {  // an object not yet closed
+    std::set<std::string> seen;
+    std::string key;
+  };
+
   const std::string& file_;
-  std::vector<std::set<std::string>> open_;  // keys seen in each object not yet closed
-  std::string key_;
+  std::vector<Level> open_;
 };
 
 std::string Position(std::string_view text, std::size_t byte) {
@@ -91,7 +100,7 @@ Json Parse(const std::string& file, const std::string& text) {
   } catch (const Json::parse_error& error) {
     Refuse(file, "is not valid JSON at " + Position(text, error.byte) + ": " + ParserReason(error.what()));
   } catch (const Json::out_of_range&) {
-    Refuse(file, "key '" + watch.key() + "': a number is too large to be finite; check its exponent");
+    Refuse(file, "key '" + watch.Path() + "': a number is too large to be finite; check its exponent");
   }
 }
 

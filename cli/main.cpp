@@ -34,7 +34,7 @@ constexpr const char* kDescription = "Shows what an eye with a measured aberrati
 constexpr const char* kExamples =
     "Examples:\n"
     "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"
-    "  orvanel simulate my_eye.json -o my_eye --acuity 0.5,1 --gap all --npy\n";
+    "  orvanel simulate my_eye.json -o my_eye --acuity 0.5,1 --gap all --npy";
 
 constexpr const char* kSimulateNotes =
     "The eye file is JSON:\n"
@@ -124,8 +124,12 @@ void Run(const Arguments& arguments, const std::vector<RingRequest>& requests) {
   for (const ResultFile& file : files) names.push_back(file.name);
   OutputFolder folder(arguments.folder, names, arguments.force);
 
-  results.simulation =
-      Simulate(results.eye.pupil, ToLibrary(results.eye.convention, results.eye.coefficients), requests);
+  try {
+    const Eye& eye = results.eye;
+    results.simulation = Simulate(eye.pupil, ToLibrary(eye.convention, eye.coefficients), requests);
+  } catch (const Error& error) {
+    throw Error(arguments.eyeFile + ": " + error.what());
+  }
   results.scales = ScalesOf(results.simulation);
   results.warnings = Warnings(results.simulation);
   for (const std::string& warning : results.warnings) std::cerr << "orvanel: warning: " << warning << '\n';
@@ -161,7 +165,9 @@ int Main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kDone : kUsage;
+    if (error.get_exit_code() == 0) return app.exit(error);  // help or version
+    std::cerr << "orvanel: " << error.what() << "\nRun it with --help to see how it is used.\n";
+    return kUsage;
   }
   HandleSignals();
   try {

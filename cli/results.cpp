@@ -67,9 +67,6 @@ std::string RingStem(const RingRequest& request) {
 
 std::vector<ResultFile> ResultFiles(const std::vector<RingRequest>& rings, bool npy) {
   std::vector<ResultFile> files;
-  files.push_back({kOverviewFile, [](const Results& r) {
-                     return EncodePng(DrawOverview(r.eye, r.simulation, r.scales, r.warnings));
-                   }});
   AddFigures(files);
   if (npy) {
     AddNpy(files, "wavefront", [](const Results& r) -> const Plane& { return r.simulation.wavefront.map; });
@@ -87,6 +84,9 @@ std::vector<ResultFile> ResultFiles(const std::vector<RingRequest>& rings, bool 
              [i](const Results& r) -> const Plane& { return r.simulation.rings[i].original; });
     AddImage(files, stem + "_seen", npy, [i](const Results& r) -> const Plane& { return r.simulation.rings[i].seen; });
   }
+  files.push_back({kOverviewFile, [](const Results& r) {
+                     return EncodePng(DrawOverview(r.eye, r.simulation, r.scales, r.warnings));
+                   }});
   std::vector<std::string> names;
   for (const ResultFile& file : files) names.push_back(file.name);
   names.push_back(kSummaryFile);

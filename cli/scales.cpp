@@ -20,14 +20,17 @@ ArcMinutes VisualAngle(Millimetres onRetina) {
 Scales ScalesOf(const Simulation& simulation) {
   constexpr double kIntervals = ORVANEL_GRID_SIZE - 1;  // the library's, where one more would be exact
   Scales scales;
-  scales.libraryHalfWidth = VisualAngle(simulation.psfHalfWidth);
-  scales.library.pitch = 2.0 * scales.libraryHalfWidth / kIntervals;
+  scales.library.halfWidth = simulation.psfHalfWidth;
+  scales.library.halfWidthAngle = VisualAngle(simulation.psfHalfWidth);
+  scales.library.pitch = 2.0 * scales.library.halfWidthAngle / kIntervals;
   scales.library.step = simulation.frequencyRange / (kIntervals / 2.0);
 
   // The padded pupil plane is two pupils wide, so that neighbouring samples of the PSF stand wavelength / (2 pupil)
   // apart and the cut-off falls on MTF sample 128.
   const double pupilInWaves = simulation.pupil / Wavelength();
   scales.optical.pitch = ArcMinutes(1.0 / (2.0 * pupilInWaves) / kDegree * 60.0);
+  scales.optical.halfWidthAngle = ORVANEL_GRID_SIZE / 2 * scales.optical.pitch;
+  scales.optical.halfWidth = Millimetres(ORVANEL_GRID_SIZE / 2 / (2.0 * pupilInWaves) * kFocalLength);
   scales.opticalCutOff = CyclesPerDegree(pupilInWaves * kDegree);
   scales.optical.step = scales.opticalCutOff / ORVANEL_SECTION_SAMPLES;
   return scales;

@@ -9,13 +9,14 @@
 namespace orvanel::cli {
 
 struct Scale {
-  ArcMinutes pitch;      // between neighbouring samples of PSF and images
-  CyclesPerDegree step;  // between neighbouring samples of the MTF
+  Millimetres halfWidth;      // half the side of a PSF or image on the retina
+  ArcMinutes halfWidthAngle;  // the same as a visual angle
+  ArcMinutes pitch;           // between neighbouring samples of PSF and images
+  CyclesPerDegree step;       // between neighbouring samples of the MTF
 };
 
 struct Scales {
   Scale library, optical;
-  ArcMinutes libraryHalfWidth;    // psfHalfWidth as a visual angle
   CyclesPerDegree opticalCutOff;  // pupil / wavelength, where the diffraction limit of the stated pupil reaches 0
 };
 

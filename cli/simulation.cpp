@@ -79,7 +79,7 @@ Wavefront SynthesizeWavefront(Millimetres pupil, const LibraryCoefficients& coef
     if (!InPupil(i)) {
       w = std::numeric_limits<double>::quiet_NaN();
     } else if (!(std::abs(w) < kLargestHeight)) {
-      throw Error("the coefficients make a wavefront of a metre and more; check their unit");
+      throw Error("key 'coefficients': the wavefront would be a metre high and more; check the unit");
     }
   }
   MeasureHeights(wavefront);
@@ -106,7 +106,7 @@ void RequireFinite(const Simulation& simulation) {
   for (const double scalar :
        {simulation.strehl, simulation.psfHalfWidth.value(), simulation.frequencyRange.value(), simulation.mtf[0]}) {
     if (!std::isfinite(scalar))
-      throw Error("the pupil's diameter is so far from an eye's that nothing can be computed");
+      throw Error("key 'pupil_diameter_mm': so far from an eye's pupil that nothing can be computed; check the unit");
   }
 }
 

@@ -42,8 +42,10 @@ Json ScalarsJson(const Results& results) {
           {"wavefront_peak_to_valley_um", s.wavefront.peakToValley.value()},
           {"wavefront_steepest_step_um", s.wavefront.steepestStep.value()},
           {"wavefront_aliased_share", s.wavefront.aliasedShare},
-          {"psf_half_width_mm_library_scale", s.psfHalfWidth.value()},
-          {"psf_half_width_arcmin_library_scale", scales.libraryHalfWidth.value()},
+          {"psf_half_width_mm_library_scale", scales.library.halfWidth.value()},
+          {"psf_half_width_mm_optical_scale", scales.optical.halfWidth.value()},
+          {"psf_half_width_arcmin_library_scale", scales.library.halfWidthAngle.value()},
+          {"psf_half_width_arcmin_optical_scale", scales.optical.halfWidthAngle.value()},
           {"psf_sample_arcmin_library_scale", scales.library.pitch.value()},
           {"psf_sample_arcmin_optical_scale", scales.optical.pitch.value()},
           {"mtf_frequency_range_cpd_library_scale", s.frequencyRange.value()},
@@ -126,8 +128,9 @@ std::string SummaryText(const Results& results, const std::string& folder, std::
                                 Text(s.wavefront.rms / ToMicrometres(Wavelength()), 3) + " waves), peak to valley " +
                                 Text(s.wavefront.peakToValley.value(), 3) + " um");
   text += Line("Strehl ratio", Text(s.strehl, 4));
-  text += Line("PSF half width", Text(s.psfHalfWidth.value(), 4) + " mm on the retina, " +
-                                     Text(scales.libraryHalfWidth.value(), 4) + " arc minutes (library scale)");
+  text += Line("PSF half width", Text(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
+                                     Text(scales.library.halfWidthAngle.value(), 4) + " arc minutes (library scale); " +
+                                     Text(scales.optical.halfWidthAngle.value(), 4) + " arc minutes (optical scale)");
   text += Line("MTF range", Text(s.frequencyRange.value(), 5) + " cycles/degree (library scale)");
   text += Line("Optical cut-off",
                Text(scales.opticalCutOff.value(), 4) + " cycles/degree for a pupil of " + pupil + " (optical scale)");
