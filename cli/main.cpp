@@ -96,6 +96,11 @@ std::vector<RingRequest> RingRequests(const Arguments& arguments) {
       if (std::none_of(requests.begin(), requests.end(), same)) requests.push_back({acuity, gap});
     }
   }
+  constexpr std::size_t kMost = 64;  // more would make an overview that no viewer opens
+  if (requests.size() > kMost) {
+    throw CLI::ValidationError("--acuity", "with --gap asks for " + std::to_string(requests.size()) +
+                                               " rings; at most " + std::to_string(kMost) + " can be drawn at a time");
+  }
   return requests;
 }
 
@@ -104,6 +109,7 @@ volatile std::sig_atomic_t interrupted = 0;
 // So that a run that is stopped, or whose output nobody reads any more, still clears away what it has staged.
 void HandleSignals() {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    if (std::signal(signal, SIG_IGN) == SIG_IGN) continue;  // as under nohup
     std::signal(signal, [](int) { interrupted = 1; });
   }
   std::signal(SIGPIPE, SIG_IGN);
@@ -160,7 +166,10 @@ int Main(int argc, char** argv) {
   simulate->add_flag("--npy", arguments.npy, "Write the planes as NPY files too");
   simulate->add_flag("--force", arguments.force, "Replace the files of an earlier run in the folder; others stay");
   simulate->footer(std::string(kSimulateNotes) + "\n" + kExamples);
-  simulate->final_callback([&] { requests = RingRequests(arguments); });
+  simulate->final_callback([&] {
+    if (arguments.folder.empty()) throw CLI::ValidationError("--output", "the folder has no name");
+    requests = RingRequests(arguments);
+  });
 
   try {
     app.parse(argc, argv);
