@@ -135,14 +135,14 @@ double ResidualOf(const Matrix& m, const Vector& w) {
   return Length(residual);
 }
 
-// The best vector that is orthogonal to those handed in; stops once a good one has no longer become twice as good.
+// The best vector that is orthogonal to those handed in; stops when a step has not made it twice as good.
 Candidate Iterate(const Matrix& m, const Factors& factors, const std::vector<Vector>& orthogonal_to) {
   Candidate best;
   Vector w = StartVector(m.rows() / 2, orthogonal_to.size());
   for (int step = 0; step < kMostSteps; ++step) {
     w = WithoutPartAlong(orthogonal_to, factors.Solve(w));
     const double residual = ResidualOf(m, w);
-    const bool settled = best.IsEigenvector() && !(residual < 0.5 * best.residual);
+    const bool settled = !(residual < 0.5 * best.residual);  // or not a number
     if (residual < best.residual) best = {w, residual};
     if (settled) break;
   }

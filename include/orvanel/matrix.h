@@ -214,8 +214,9 @@ Matrix qr_dec(const Matrix& x);
 // pair the one with the negative imaginary part comes first.
 struct Eigenvalues {
   Matrix hessenberg;  // the form that the iteration started from
-  Vector re;          // empty, as is im, where an eigenvalue took more than 100 steps
+  Vector re;          // empty, as is im, where more than 100 steps brought no eigenvalue
   Vector im;
+  int steps = 0;  // the most that one eigenvalue took
 };
 
 // What eigen() prints and returns, without the printing. Not square: everything empty.

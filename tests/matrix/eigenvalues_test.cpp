@@ -115,6 +115,25 @@ TEST(Eigenvalues, OfCyclicPermutationsAreTheRootsOfOne) {
   }
 }
 
+TEST(Eigenvalues, ShiftOfAnotherKindComesAtTheTenthStep) {
+  // Ten plain steps do no more than permute the permutation; the other shift breaks the cycle and four more finish.
+  EXPECT_EQ(eigenvalues(CyclicPermutation(3)).steps, 15);
+}
+
+TEST(Eigenvalues, ShiftOfAnotherKindComesAtEveryTenthStep) {
+  // Stays in a cycle for good when the other shift comes at steps 10 and 20 only.
+  const Matrix a = MatrixOf({{0.0, 0.0, 0.0, -1.0, 0.0, 0.0, 0.0},
+                             {1.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0},
+                             {0.0, -1.0, 1.0, 0.0, 0.0, -1.0, 0.0},
+                             {-1.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0},
+                             {-1.0, 0.0, 0.0, 0.0, 0.0, 1.0, 1.0},
+                             {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0},
+                             {0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0}});
+  const Eigenvalues values = eigenvalues(a);
+  ASSERT_EQ(values.re.dim(), 7);
+  EXPECT_GT(values.steps, 30);
+}
+
 TEST(Eigenvalues, OfDefectiveMatricesAreAsNearAsTheirBlocksAllow) {
   // S J S^-1 with integers throughout, so that it is exact: J has blocks of orders 3 and 2 for 2 and -3, and 7.
   Matrix j = MatrixOf({{2.0, 1.0, 0.0, 0.0, 0.0, 0.0},
@@ -144,12 +163,18 @@ TEST(Eigenvalues, OfDefectiveMatricesAreAsNearAsTheirBlocksAllow) {
 }
 
 TEST(Eigenvalues, OfBadlyScaledMatricesAsFarAsTheFloorAllows) {
-  // D A D^-1 has the eigenvalues of A; its columns below the diagonal shrink to about 1e-8, above the floor.
-  Matrix a = RandomMatrix(5, 5, 77);
+  // Rows and columns scaled against each other, as D A D^-1 with a D from 1 to 2^-24.
+  Matrix graded = RandomMatrix(5, 5, 77);
   for (int i = 0; i < 5; ++i) {
-    for (int k = 0; k < 5; ++k) a(i, k) = std::ldexp(a(i, k), 6 * (k - i));
+    for (int k = 0; k < 5; ++k) graded(i, k) = std::ldexp(graded(i, k), 6 * (k - i));
   }
-  ExpectSameSetAsReference(a, "badly scaled");
+  ExpectSameSetAsReference(graded, "graded");
+  // All subcolumns about 1e-9 long: nearly triangular, and not far above the floor.
+  Matrix low = RandomMatrix(5, 5, 78);
+  for (int i = 0; i < 5; ++i) {
+    for (int k = 0; k < i; ++k) low(i, k) = std::ldexp(low(i, k), -30);
+  }
+  ExpectSameSetAsReference(low, "low");
 }
 
 TEST(Eigenvalues, BelowTheFloorAreWrongUntilTheMatrixIsScaledUp) {
@@ -206,6 +231,16 @@ TEST(Eigenvalues, BesideAZeroDiagonalNegligibleIsMeasuredByTheNorm) {
   EXPECT_FALSE(Equal(eigenvalues(MatrixOf({{0.0, 4.0}, {0x1p-48, 0.0}})).re, Vector(2)));
 }
 
+TEST(Eigenvalues, NormCountsTheSubdiagonal) {
+  // 2^-44 adds nothing to a norm of 2^10, which is all in the subdiagonal; to 7 and a bit, the rest, it would.
+  const Matrix a =
+      MatrixOf({{0.0, 0x1p-10, 0.0, 0.0}, {0x1p-44, 0.0, 0.0, 0.0}, {0.0, 0.0, 2.0, 0.0}, {0.0, 0.0, 0x1p10, 5.0}});
+  const Eigenvalues values = eigenvalues(a);
+  ASSERT_EQ(values.re.dim(), 4);
+  EXPECT_EQ(values.re[0], 0.0);
+  EXPECT_EQ(values.re[1], 0.0);
+}
+
 TEST(Eigenvalues, KeepTheHessenbergForm) {
   const Matrix a = RandomMatrix(5, 5, 3);
   EXPECT_TRUE(Equal(eigenvalues(a).hessenberg, hessenberg(a)));
@@ -226,6 +261,7 @@ TEST(Eigenvalues, WithoutConvergenceAreEmpty) {
   Matrix a = RandomMatrix(4, 4, 5);
   a(2, 1) = std::numeric_limits<double>::quiet_NaN();
   const Eigenvalues values = eigenvalues(a);
+  EXPECT_EQ(values.steps, 101);  // the count is looked at before it is raised
   EXPECT_EQ(values.hessenberg.rows(), 4);
   EXPECT_EQ(values.re.dim(), 0);
   EXPECT_EQ(values.im.dim(), 0);

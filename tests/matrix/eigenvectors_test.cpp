@@ -107,6 +107,21 @@ TEST(Eigenvectors, OfEqualEigenvaluesAreOrthogonalWhereTheyExist) {
   }
 }
 
+TEST(Eigenvectors, OfNearlyEqualEigenvaluesAreOrthogonalWhereTheyExist) {
+  // 3 and 3 + 2^-16 are nearer to each other than 1e-5 of the largest element. Left to themselves their vectors would
+  // be off by the roundings of the matrix over that distance, by 1e-11.
+  const Matrix turn = householder(MatrixOf({{2.0, -3.0, 5.0}}));
+  const Matrix a = turn * MatrixOf({{3.0, 0.0, 0.0}, {0.0, 3.0 + 0x1p-16, 0.0}, {0.0, 0.0, -7.0}}) * turn;
+  ExpectEigenvectors(a, "nearly equal");
+  const Eigenvectors vectors = VectorsOf(a);
+  for (int k = 0; k < 3; ++k) {
+    for (int j = 0; j < k; ++j) {
+      const double product = std::abs(ColumnOf(vectors, j).dot(ColumnOf(vectors, k)));
+      EXPECT_LE(product, 32 * kRoundoff) << j << ", " << k;
+    }
+  }
+}
+
 TEST(Eigenvectors, OfADefectiveMatrixRepeat) {
   const Matrix a = MatrixOf({{2.0, 1.0}, {0.0, 2.0}});
   const Eigenvectors vectors = VectorsOf(a);

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <type_traits>
 #include <utility>
 
@@ -37,9 +36,8 @@ TEST(Matrix, OfTheUnitKindIsTheIdentity) {
 }
 
 TEST(Matrix, OfAnyOtherPointerIsZeroWhateverTheLetters) {
-  char copy[sizeof "unit"];
-  std::strcpy(copy, kUnit);
-  ASSERT_STREQ(copy, "unit");
+  const char copy[] = {'u', 'n', 'i', 't', '\0'};
+  ASSERT_STREQ(copy, kUnit);
   EXPECT_TRUE(Equal(Matrix(3, copy), Matrix(3, 3)));
   EXPECT_TRUE(Equal(Matrix(3, "unit"), Matrix(3, 3)));
   EXPECT_TRUE(Equal(Matrix(3, static_cast<const char*>(nullptr)), Matrix(3, 3)));

@@ -44,7 +44,7 @@ TEST(Printing, OfANumberEqualsPrintfForAnyBits) {
   std::string expected;
   const std::string output = OutputOf([&] {
     for (int i = 0; i < 20000; ++i) {
-      const double number = std::bit_cast<double>(static_cast<std::uint64_t>(engine()));
+      const auto number = std::bit_cast<double>(std::uint64_t{engine()});
       PrintNumber(number);
       expected += AsPrintf(number);
     }
