@@ -38,9 +38,8 @@ TEST(Determinant, ExpandsAlongTheFirstRowFromTheLeft) {
 TEST(Determinant, EqualsTheProductOfPivotsInMorePrecision) {
   for (int n = 2; n <= 8; ++n) {
     const Matrix a = testing::RandomMatrix(n, n, static_cast<unsigned>(n));
-    // Each of the n levels multiplies once and adds up to n times, so that a product of the expansion is rounded fewer
-    // than n (n + 3) / 2 times, which n^2 + 2 exceeds; the reference, 2048 times as precise, needs less than the rest.
-    const double bound = (n * n + 2) * testing::kRoundoff * testing::PermanentOfMagnitudes(a);
+    // The reference, 2048 times as precise, needs less than the bound leaves unused.
+    const double bound = DeterminantError(n) * testing::PermanentOfMagnitudes(a);
     const long double reference = LongMatrix(testing::ToEigen(a).cast<long double>()).partialPivLu().determinant();
     EXPECT_LE(std::fabs(static_cast<double>(a.det() - reference)), bound) << n;
     EXPECT_GT(std::fabs(static_cast<double>(reference)), 1e6 * bound) << n;

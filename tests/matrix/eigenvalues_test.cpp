@@ -20,7 +20,6 @@ using testing::CyclicPermutation;
 using testing::Equal;
 using testing::FrobeniusNorm;
 using testing::IsEmpty;
-using testing::kRoundoff;
 using testing::MatrixOf;
 using testing::OutputOf;
 using testing::RandomMatrix;
@@ -28,11 +27,6 @@ using testing::RandomSymmetricMatrix;
 using testing::VectorOf;
 
 using Complex = std::complex<double>;
-
-// Computed eigenvalues are the exact ones of A + E, |E| <= QrError(n) |A|. In a sweep an element takes part in at most
-// six reflections of three elements (three from each side), each with six roundings, 36 roundings that are as often up
-// as down: 6. An eigenvalue takes 3 sweeps on the average, hence 18 n, and 2 n more for the Hessenberg form.
-double QrError(int n) { return 20.0 * n * kRoundoff; }
 
 std::vector<Complex> EigenvaluesOf(const Matrix& a) {
   const Eigenvalues values = eigenvalues(a);
@@ -60,7 +54,7 @@ void ExpectSameSetAsReference(const Matrix& a, const std::string& name) {
   const Eigen::MatrixXcd inverse = reference.eigenvectors().inverse();
   for (int k = 0; k < a.rows(); ++k) {
     const double condition = reference.eigenvectors().col(k).norm() * inverse.row(k).norm();
-    const double bound = 2 * 2 * QrError(a.rows()) * FrobeniusNorm(a) * condition;
+    const double bound = 2 * 2 * EigenvalueError(a.rows()) * FrobeniusNorm(a) * condition;
     EXPECT_LE(TakeNearest(set, reference.eigenvalues()(k)), bound) << name << ", eigenvalue " << k;
     EXPECT_LT(bound, 1e-3 * FrobeniusNorm(a)) << name << ", eigenvalue " << k;
   }
@@ -87,7 +81,7 @@ TEST(Eigenvalues, OfSymmetricMatricesAreReal) {
     const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> reference(testing::ToEigen(a));
     for (int k = 0; k < n; ++k) {
       // Symmetric: an eigenvalue moves by no more than the perturbation. Both sides have theirs.
-      EXPECT_LE(TakeNearest(set, reference.eigenvalues()(k)), 2 * QrError(n) * FrobeniusNorm(a)) << n;
+      EXPECT_LE(TakeNearest(set, reference.eigenvalues()(k)), 2 * EigenvalueError(n) * FrobeniusNorm(a)) << n;
     }
   }
 }
@@ -109,7 +103,8 @@ TEST(Eigenvalues, OfCyclicPermutationsAreTheRootsOfOne) {
       for (int k = 0; k < n; ++k) {
         const Complex root = std::polar(1.0, 2 * std::acos(-1.0) * k / n) + shift;
         // Normal: an eigenvalue moves by no more than the perturbation. The norm is at most (1 + shift) sqrt(n).
-        EXPECT_LE(TakeNearest(set, root), QrError(n) * (1 + shift) * std::sqrt(n)) << n << ", " << shift << ", " << k;
+        EXPECT_LE(TakeNearest(set, root), EigenvalueError(n) * (1 + shift) * std::sqrt(n))
+            << n << ", " << shift << ", " << k;
       }
     }
   }
@@ -153,7 +148,7 @@ TEST(Eigenvalues, OfDefectiveMatricesAreAsNearAsTheirBlocksAllow) {
   ASSERT_EQ(set.size(), 6U);
   // For a Jordan form with blocks of order m, |move|^m / (1 + |move|)^(m - 1) <= |S^-1 E S| (Kahan, Parlett and Jiang
   // 1982): the m-th root, with 2 for the denominator and 2 because nearest neighbours may be taken in a bad order.
-  const double perturbation = FrobeniusNorm(s) * FrobeniusNorm(inverse) * QrError(6) * FrobeniusNorm(a);
+  const double perturbation = FrobeniusNorm(s) * FrobeniusNorm(inverse) * EigenvalueError(6) * FrobeniusNorm(a);
   for (const auto& [value, order] : {std::pair{2.0, 3}, std::pair{-3.0, 2}, std::pair{7.0, 1}}) {
     for (int k = 0; k < order; ++k) {
       EXPECT_LE(TakeNearest(set, value), 4 * std::pow(perturbation, 1.0 / order)) << value;

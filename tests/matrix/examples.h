@@ -12,8 +12,6 @@
 
 namespace orvanel::testing {
 
-constexpr double kRoundoff = 0x1p-53;  // the largest relative error of one operation
-
 inline Vector VectorOf(std::initializer_list<double> elements) {
   Vector vector(static_cast<int>(elements.size()));
   int i = 0;

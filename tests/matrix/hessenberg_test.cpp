@@ -40,7 +40,7 @@ TEST(Hessenberg, FormKeepsTraceAndNorm) {
   const int n = 64;
   const Matrix a = RandomMatrix(n, n, 2);
   const Matrix h = hessenberg(a);
-  const double bound = testing::ReflectionsError(n) * FrobeniusNorm(a);
+  const double bound = FormError(n) * FrobeniusNorm(a);
   EXPECT_LE(std::fabs(h.tr() - a.tr()), std::sqrt(n) * bound);  // n elements of a matrix of that norm
   EXPECT_LE(std::fabs(FrobeniusNorm(h) - FrobeniusNorm(a)), bound);
 }
@@ -49,7 +49,7 @@ TEST(Hessenberg, FormReflectsFromTheSubdiagonalDown) {
   // The column (3, 4) is reflected by {{-0.6, -0.8}, {-0.8, 0.6}}.
   const Matrix a = MatrixOf({{1.0, 2.0, 3.0}, {3.0, 5.0, 7.0}, {4.0, 6.0, 8.0}});
   const Matrix expected = MatrixOf({{1.0, -3.6, 0.2}, {-5.0, 13.16, -0.12}, {0.0, 0.88, -0.16}});
-  EXPECT_LE(FrobeniusNorm(hessenberg(a) - expected), testing::ReflectionsError(3) * FrobeniusNorm(a));
+  EXPECT_LE(FrobeniusNorm(hessenberg(a) - expected), FormError(3) * FrobeniusNorm(a));
 }
 
 TEST(Hessenberg, SignFollowsTheLeadingElementAndZeroCountsAsPositive) {
@@ -93,7 +93,7 @@ double LossOfSimilarity(double length) {
 
 TEST(Hessenberg, FloorCostsTheSimilarityOfSubcolumnsBelowAboutTenToTheMinusTen) {
   // The scaling product length^2 (1 + 0.6) falls below 1e-20 at a length of 0.79057e-10.
-  const double bound = testing::ReflectionsError(3) * 2 * 11.0;  // of a determinant of about the block's norm squared
+  const double bound = FormError(3) * 2 * 11.0;  // of a determinant of about the block's norm squared
   EXPECT_LE(LossOfSimilarity(1e-7), bound);
   EXPECT_LE(LossOfSimilarity(0.7906e-10), bound);
   // At product / 1e-20 = r below 1 the determinant is multiplied by (1 - 2 r)^2.
@@ -107,7 +107,7 @@ TEST(Hessenberg, FloorCostsTheSimilarityOfSubcolumnsBelowAboutTenToTheMinusTen) 
 TEST(Hessenberg, MatrixScaledUpKeepsClearOfTheFloor) {
   const double scale = std::ldexp(1.0, 40);
   const Matrix h = hessenberg(scale * WithSubcolumn(1e-11)) / scale;
-  EXPECT_LE(std::fabs(h(1, 1) * h(2, 2) - h(1, 2) * h(2, 1) - 11.0), testing::ReflectionsError(3) * 2 * 11.0);
+  EXPECT_LE(std::fabs(h(1, 1) * h(2, 2) - h(1, 2) * h(2, 1) - 11.0), FormError(3) * 2 * 11.0);
 }
 
 }  // namespace

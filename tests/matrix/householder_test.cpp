@@ -14,16 +14,11 @@ namespace {
 using testing::Equal;
 using testing::FrobeniusNorm;
 using testing::IsEmpty;
-using testing::kRoundoff;
 using testing::MatrixOf;
 using testing::OutputOf;
 using testing::RandomMatrix;
 using testing::RandomSymmetricMatrix;
 using testing::Transposed;
-
-// The normalised row takes n + 3 roundings (squares and their sum, the root, two quotients), which count twice in
-// v v^T; four more make an element of the reflection. An element of v v^T / |v_0| is at most 2.
-double ReflectionError(int n) { return 2.0 * (2 * (n + 3) + 4) * kRoundoff; }
 
 TEST(Householder, MapsTheRowOntoTheFirstUnitVectorAgainstItsSign) {
   EXPECT_LE(FrobeniusNorm(householder(MatrixOf({{3.0, 4.0}})) - MatrixOf({{-0.6, -0.8}, {-0.8, 0.6}})),
@@ -93,7 +88,7 @@ TEST(Tridiagonal, FormHasTheEigenvaluesOfTheMatrix) {
   const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> of_matrix(testing::ToEigen(a), Eigen::EigenvaluesOnly);
   const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> of_form(testing::ToEigen(tridiag(a)), Eigen::EigenvaluesOnly);
   // Symmetric: an eigenvalue moves by no more than the perturbation; the reference reduces by reflections too, twice.
-  const double bound = 3 * testing::ReflectionsError(n) * FrobeniusNorm(a);
+  const double bound = 3 * FormError(n) * FrobeniusNorm(a);
   EXPECT_LE((of_matrix.eigenvalues() - of_form.eigenvalues()).cwiseAbs().maxCoeff(), bound);
 }
 
@@ -101,7 +96,7 @@ TEST(Tridiagonal, FormOfThreeByThreeIsTheReflectedMatrix) {
   // The column (3, 4) is reflected by {{-0.6, -0.8}, {-0.8, 0.6}}.
   const Matrix a = MatrixOf({{2.0, 3.0, 4.0}, {3.0, 5.0, 7.0}, {4.0, 7.0, 11.0}});
   const Matrix expected = MatrixOf({{2.0, -5.0, 0.0}, {-5.0, 15.56, -0.92}, {0.0, -0.92, 0.44}});
-  EXPECT_LE(FrobeniusNorm(tridiag(a) - expected), testing::ReflectionsError(3) * FrobeniusNorm(a));
+  EXPECT_LE(FrobeniusNorm(tridiag(a) - expected), FormError(3) * FrobeniusNorm(a));
 }
 
 TEST(Tridiagonal, FormOfOrderBelowThreeIsTheMatrix) {

@@ -13,7 +13,6 @@ namespace {
 
 using testing::Equal;
 using testing::IsEmpty;
-using testing::kRoundoff;
 using testing::MatrixOf;
 using testing::OutputOf;
 
@@ -51,9 +50,7 @@ TEST(Inverse, TimesTheMatrixIsTheIdentity) {
     const Matrix a = DiagonallyDominant(n, static_cast<unsigned>(n));
     const Matrix inverse = a.inv();
     ASSERT_EQ(inverse.rows(), n);
-    // n steps, each with at most three roundings of elements that a dominant diagonal keeps from more than doubling:
-    // 6, with room for the product 8; times the n elements of a row.
-    const double bound = 8.0 * n * n * kRoundoff * testing::RowSumNorm(a) * testing::RowSumNorm(inverse);
+    const double bound = InverseError(n) * testing::RowSumNorm(a) * testing::RowSumNorm(inverse);
     EXPECT_LE(testing::RowSumNorm(a * inverse - Matrix(n, kUnit)), bound) << n;
     EXPECT_LE(testing::RowSumNorm(inverse * a - Matrix(n, kUnit)), bound) << n;
   }
@@ -109,9 +106,9 @@ TEST(InverseByCofactors, TimesTheMatrixIsTheIdentity) {
     const Matrix a = DiagonallyDominant(n, static_cast<unsigned>(100 + n));
     const Matrix inverse = a.invc();
     ASSERT_EQ(inverse.rows(), n);
-    // A determinant is rounded fewer than n (n + 3) / 2 times per product of its expansion, which n^2 + 2 exceeds by
-    // more than the quotient and the product with the matrix add.
-    const double roundings = (n * n + 2) * kRoundoff / std::fabs(a.det());
+    // A cofactor and the determinant have that of an expansion, of which the bound leaves more unused than the
+    // quotient and the product with the matrix add.
+    const double roundings = DeterminantError(n) / std::fabs(a.det());
     for (int i = 0; i < n; ++i) {
       for (int j = 0; j < n; ++j) {
         double sum = i == j ? -1.0 : 0.0;

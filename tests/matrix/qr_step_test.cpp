@@ -18,7 +18,6 @@ namespace {
 using testing::Equal;
 using testing::FrobeniusNorm;
 using testing::IsEmpty;
-using testing::kRoundoff;
 using testing::MatrixOf;
 using testing::OutputOf;
 using testing::RandomMatrix;
@@ -41,9 +40,9 @@ TEST(QrStep, IsTheProductOfTheFactorsInReverse) {
     const Eigen::MatrixXd r = qr.matrixQR().triangularView<Eigen::Upper>();
     const Eigen::JacobiSVD<Eigen::MatrixXd> svd(testing::ToEigen(x));
     const double condition = svd.singularValues()(0) / svd.singularValues()(n - 1);
-    // Factors are unique but for the signs of rows of R, which show as signs of elements of the product. An element
-    // takes part in up to 2 n rotations of 4 roundings; the factors of a perturbed matrix move by the condition number.
-    const double bound = 2 * (8.0 * n * kRoundoff) * condition * FrobeniusNorm(x);
+    // Factors are unique but for the signs of rows of R, which show as signs of elements of the product. The
+    // factors of a perturbed matrix move by the condition number.
+    const double bound = 2 * QrStepError(n) * condition * FrobeniusNorm(x);
     const Eigen::MatrixXd difference = testing::ToEigen(qr_dec(x)).cwiseAbs() - (r * q).cwiseAbs();
     EXPECT_LE(difference.norm(), bound) << n;
     EXPECT_LT(bound, 1e-10) << n;
@@ -101,8 +100,8 @@ TEST(QrIteration, BringsRealEigenvaluesOntoTheDiagonal) {
   const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(testing::ToEigen(a), Eigen::EigenvaluesOnly);
   double diagonal[] = {last(0, 0), last(1, 1), last(2, 2)};
   std::sort(diagonal, diagonal + 3);
-  // Each step takes up to 4 roundings in each of 2 n rotations.
-  const double bound = steps * 8.0 * 3 * kRoundoff * FrobeniusNorm(a);
+  // Symmetric: an eigenvalue moves by no more than the perturbations of the form and of all steps.
+  const double bound = (FormError(3) + steps * QrStepError(3)) * FrobeniusNorm(a);
   for (int i = 0; i < 3; ++i) EXPECT_LE(std::fabs(diagonal[i] - solver.eigenvalues()(i)), bound);
 }
 

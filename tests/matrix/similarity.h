@@ -10,11 +10,6 @@
 
 namespace orvanel::testing {
 
-// How far the form H that a run of n - 2 reflections makes of A is from an exact transform of it: H = Q^T (A + E) Q,
-// |E| <= ReflectionsError(n) |A|. Each reflection works on A from two sides; on each it forms inner products of up to
-// n terms, a quotient, a product and a difference, n + 4 roundings at most.
-inline double ReflectionsError(int n) { return 2.0 * n * (n + 4) * kRoundoff; }
-
 struct Similarity {
   double orthogonality;  // |Q^T Q - I|
   double residual;       // |A Q - Q H|
@@ -38,8 +33,7 @@ inline Similarity SimilarityOf(const Matrix& a, const Matrix& h) {
   }
   const LongMatrix identity = LongMatrix::Identity(n, n);
   return {static_cast<double>((q.transpose() * q - identity).norm()),
-          static_cast<double>((exact_a * q - q * exact_h).norm() / norm),
-          static_cast<double>(growth) * ReflectionsError(n)};
+          static_cast<double>((exact_a * q - q * exact_h).norm() / norm), static_cast<double>(growth) * FormError(n)};
 }
 
 }  // namespace orvanel::testing
