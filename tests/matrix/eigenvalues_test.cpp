@@ -7,6 +7,7 @@
 #include <complex>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "orvanel/matrix.h"
