@@ -38,7 +38,8 @@ double Distance(const Point& a, const Point& b) {
 // Bounds, the count of trials, and the best point of all.
 class Search {
  public:
-  Search(OpticsEngine& engine, double* scratch, const double* coefficients, double diameter, const FocusSearch& settings)
+  Search(OpticsEngine& engine, double* scratch, const double* coefficients, double diameter,
+         const FocusSearch& settings)
       : engine_(engine), scratch_(scratch), diameter_(diameter), settings_(settings), coefficients_{} {
     std::copy_n(coefficients, coefficients_.size(), coefficients_.begin());
     for (std::size_t i = 0; i < kIndex.size(); ++i) {

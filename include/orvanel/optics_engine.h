@@ -24,17 +24,17 @@
 
 namespace orvanel {
 
-constexpr int kCoefficients = 28;                      // Zernike terms of radial orders 0 to 6
-constexpr double kWavelength = 0x1.340cf7e020e77p-11;  // 587.56 nm in millimetres, the library's one wavelength
+constexpr int kCoefficients = 28;                            // Zernike terms of radial orders 0 to 6
+constexpr double kWavelength = 0x1.340cf7e020e77p-11;        // 587.56 nm in millimetres, the library's one wavelength
 constexpr double kSearchWavelength = 0x1.340cf7e020e78p-11;  // the next double, that of the searches and of white light
-constexpr double kWavefrontOutside = 1000.0;           // marks wavefront samples outside the pupil
+constexpr double kWavefrontOutside = 1000.0;                 // marks wavefront samples outside the pupil
 
 // What OptimiseFocus varies: every coefficient by up to halfRange to either side of its start.
 struct FocusSearch {
-  bool astigmatism = false;        // vary c3 and c5 too, not c4 alone
-  double halfRange = 0.0;          // mm; 0 means the coefficient's own size and two waves more, so that 0 is inside
-  double tolerance = 1e-8;         // mm, on each coefficient; a hundredth of a nanometre
-  int maximumTrials = 2000;        // wavefronts tried at most
+  bool astigmatism = false;         // vary c3 and c5 too, not c4 alone
+  double halfRange = 0.0;           // mm; 0 means the coefficient's own size and two waves more, so that 0 is inside
+  double tolerance = 1e-8;          // mm, on each coefficient; a hundredth of a nanometre
+  int maximumTrials = 2000;         // wavefronts tried at most
   double wavelength = kWavelength;  // mm
 };
 
@@ -141,8 +141,8 @@ class OpticsEngine {
   //   objectTotal             the sum of the object's samples
   void FilterThroughEye(double* objectReal, double* objectImag, double* image, double objectTotal);
 
-  // The defocus coefficient c4 of the best Strehl ratio, by a walk in steps of `step` mm: on while the ratio grows, once
-  // back to the start and the other way, and out at the first loss. Writes c4 alone, of 28. All other terms of the
+  // The defocus coefficient c4 of the best Strehl ratio, by a walk in steps of `step` mm: on while the ratio grows,
+  // once back to the start and the other way, and out at the first loss. Writes c4 alone, of 28. All other terms of the
   // orders 2 to 6 count, those of astigmatism where includeAstigmatism is 1.
   // Leaves the wavefront and PSF of the last trial, not of the best, at wavelength kSearchWavelength. A start value
   // that cannot be bettered comes back to rounding, as c + s - s - s + s.
