@@ -16,6 +16,7 @@
 #ifndef ORVANEL_OPTICS_ENGINE_H
 #define ORVANEL_OPTICS_ENGINE_H
 
+#include <array>
 #include <cstdint>
 #include <memory>
 
@@ -23,9 +24,26 @@
 
 namespace orvanel {
 
-constexpr int kCoefficients = 28;                      // Zernike terms of radial orders 0 to 6
-constexpr double kWavelength = 0x1.340cf7e020e77p-11;  // 587.56 nm in millimetres, the library's one wavelength
-constexpr double kWavefrontOutside = 1000.0;           // marks wavefront samples outside the pupil
+constexpr int kCoefficients = 28;                            // Zernike terms of radial orders 0 to 6
+constexpr double kWavelength = 0x1.340cf7e020e77p-11;        // 587.56 nm in millimetres, the library's one wavelength
+constexpr double kSearchWavelength = 0x1.340cf7e020e78p-11;  // the next double, that of the searches and of white light
+constexpr double kWavefrontOutside = 1000.0;                 // marks wavefront samples outside the pupil
+
+// What OptimiseFocus varies: every coefficient by up to halfRange to either side of its start.
+struct FocusSearch {
+  bool astigmatism = false;         // vary c3 and c5 too, not c4 alone
+  double halfRange = 0.0;           // mm; 0 means the coefficient's own size and two waves more, so that 0 is inside
+  double tolerance = 1e-8;          // mm, on each coefficient; a hundredth of a nanometre
+  int maximumTrials = 2000;         // wavefronts tried at most
+  double wavelength = kWavelength;  // mm
+};
+
+struct FocusResult {
+  std::array<double, kCoefficients> coefficients;  // the best found; all but c3, c4, c5 are those given
+  double strehl;                                   // of these coefficients
+  int trials;                                      // wavefronts tried
+  bool converged;                                  // to the tolerance, before maximumTrials
+};
 
 class OpticsEngine {
  public:
@@ -122,6 +140,46 @@ class OpticsEngine {
   //                           clipped to 0.0 .. 1.0 where normaliseOutput is 0, else stretched to span 0.0 .. 1.0
   //   objectTotal             the sum of the object's samples
   void FilterThroughEye(double* objectReal, double* objectImag, double* image, double objectTotal);
+
+  // The defocus coefficient c4 of the best Strehl ratio, by a walk in steps of `step` mm: on while the ratio grows,
+  // once back to the start and the other way, and out at the first loss. Writes c4 alone, of 28. All other terms of the
+  // orders 2 to 6 count, those of astigmatism where includeAstigmatism is 1.
+  // Leaves the wavefront and PSF of the last trial, not of the best, at wavelength kSearchWavelength. A start value
+  // that cannot be bettered comes back to rounding, as c + s - s - s + s.
+  void searchBestFocusByPsf(double* coefficients, double diameter, double step, int includeAstigmatism);
+
+  // The same walk towards the smallest deviation of the wavefront from a circle r^2 + w^2 + a w + b = 0, fitted to all
+  // samples of the pupil (r from the coordinate planes, so that it is the pupil value at the edge).
+  // Creates or empties the file "tmp_test.txt" in the current directory. Runs no PSF, and leaves the wavefront of the
+  // last trial.
+  // The deviation has no minimum near the physical focus for most eyes: it goes on falling while the wavefront turns
+  // into a sphere of the pupil's size, so that the walk can take as many steps as lie between. On a nearly flat
+  // wavefront the fit has no solution: the matrix library then prints its message of sizes, and a = b = 0.
+  void searchBestFocusByFit(double* coefficients, double diameter, double step, int includeAstigmatism);
+
+  // The second-order coefficients of the best Strehl ratio within bounds: c4, or c3, c4 and c5. Along a line it tries
+  // points a quarter of a wave apart, which no maximum of the Strehl ratio slips through, and refines around the best
+  // of them; with several local maxima it thus finds the highest along the line. Three coefficients are varied one
+  // after the other and along the direction that they moved, from the start or from zero, whichever is better.
+  // Leaves the engine with wavefront and PSF of the result. On grids without a Strehl ratio, and for a pupil without
+  // light, it returns the start, not converged.
+  // Source: Brent, Algorithms for Minimization without Derivatives (1973), 5; Powell (1964) for several coefficients.
+  FocusResult OptimiseFocus(const double* coefficients, double diameter, const FocusSearch& search = {});
+
+  // White-light PSF: those of 435.835, 587.56 and 632.8 nm, brought to the sampling of the first and summed with the
+  // weights 0.5, 1 and 0.5.
+  //   out            n x n
+  //   sampleSpacing  receives the spacing of its samples on the retina, mm
+  //   spare          ignored
+  // Normalised in row-major order by the centre sample as it stands: samples before the centre are divided by its sum,
+  // the centre becomes 1, and samples after it keep their sums. psfPlane receives the same, psfHalfWidth that of
+  // 587.56 nm, and the other fields those of 632.8 nm.
+  void PolychromaticPsf(double* out, double* sampleSpacing, std::int32_t spare);
+
+  // Magnifies an n x n plane about its centre sample, in place, by cubic convolution. Negative results become 0, and so
+  // does every sample whose 4 x 4 neighbourhood in the source is not well inside the plane.
+  // Source: Keys (1981), Cubic convolution interpolation; kernel with a = -1.
+  void RescalePlane(double* plane, double factor);
 
   // The two transforms, the power spectrum and the circular shift; fft.h and psf.h describe them.
   bool Fft2(double* re, double* im, int n, int direction);

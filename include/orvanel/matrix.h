@@ -1,0 +1,237 @@
+// Dense linear algebra for small problems: vectors and matrices of doubles with arithmetic, inversion, determinant,
+// eigenvalues and eigenvectors.
+//
+//     orvanel::Matrix a(2, 2);
+//     a(0, 0) = 4.0; a(0, 1) = 1.5; a(1, 0) = 1.5; a(1, 1) = 3.0;
+//     const orvanel::Matrix solution = a.inv() * b;
+//
+// INDICES start at 0 and are not checked; element (i, j) stands in row i and column j.
+//
+// VALUES. Copies are deep, a moved-from object is empty (dim 0, 0 x 0), a size below 0 counts as 0. Operands may be
+// the same object (a += a).
+//
+// MISMATCHES. Operands whose sizes do not fit make an operation write its message and return a neutral value: an
+// empty object, 0.0, or the left side unchanged. Nothing throws but memory that runs out. Each message is a headline
+// and one or two lines with the sizes, in Japanese, in the bytes of code page 932 whatever the locale.
+//
+// OUTPUT goes through stdout, unflushed, so that it keeps its order with what the host prints itself. A number is
+// written as printf writes "%10.4f" in the C locale; the host's locale changes nothing.
+//
+// RESULTS have the same bits everywhere: they are made of + - * / and the square root alone.
+//
+// THREADS. Different objects share nothing but stdout; an object that nobody changes may be read by several threads.
+#ifndef ORVANEL_MATRIX_H
+#define ORVANEL_MATRIX_H
+
+#include <cstddef>
+#include <vector>
+
+namespace orvanel {
+
+// A run of doubles.
+class Vector {
+ public:
+  Vector() = default;
+  explicit Vector(int n);  // n zeros; empty for n below 1
+
+  Vector(const Vector&) = default;
+  Vector(Vector&& other) noexcept;
+  Vector& operator=(const Vector&) = default;
+  Vector& operator=(Vector&& other) noexcept;
+
+  int dim() const { return static_cast<int>(elements_.size()); }
+  double* data() { return elements_.data(); }
+  const double* data() const { return elements_.data(); }
+  double& operator[](int i) { return elements_[static_cast<std::size_t>(i)]; }
+  double operator[](int i) const { return elements_[static_cast<std::size_t>(i)]; }
+
+  // In place, element by element. Different dims: a message, and nothing changes.
+  Vector& operator+=(const Vector& right);
+  Vector& operator-=(const Vector& right);
+
+  // The virtual operations; their order is the order of their slots.
+  virtual void print() const;             // each element as "%10.4f", no newline
+  virtual void fill(double value);        // every element becomes value
+  virtual void copy(const Vector& from);  // becomes a copy of another vector
+  virtual void refresh();                 // does nothing; for derived classes that keep something beside the elements
+  virtual void resize(int n);             // n zeros; the old elements are lost
+  virtual void clear();                   // becomes empty and gives its memory back
+  virtual ~Vector() = default;            // last, so that it moves none of the slots above
+
+ private:
+  std::vector<double> elements_;
+};
+
+// The inner product, summed in the order of the elements. Different dims: a message and 0.0.
+double operator*(const Vector& left, const Vector& right);
+
+// The cross product (a2 b3 - a3 b2, a3 b1 - a1 b3, a1 b2 - a2 b1). Dims other than 3 and 3: the message of the inner
+// product and an empty vector.
+Vector operator%(const Vector& left, const Vector& right);
+
+// Element by element. Different dims: the message of the sum, for both, and an empty vector.
+Vector operator+(const Vector& left, const Vector& right);
+Vector operator-(const Vector& left, const Vector& right);
+
+Vector operator*(const Vector& vector, double factor);
+Vector operator*(double factor, const Vector& vector);
+Vector operator/(const Vector& vector, double divisor);
+
+// Handed to Matrix(n, kind), this very pointer asks for the identity.
+extern const char kUnit[];
+
+struct Eigenvectors;
+
+// Rows of equal length. A shape may have rows without columns and columns without rows.
+class Matrix {
+ public:
+  Matrix() = default;
+  Matrix(int rows, int cols);  // all zero
+
+  // n x n: the identity where kind is the pointer kUnit, zero for any other pointer, whatever letters it points to.
+  Matrix(int n, const char* kind);
+
+  Matrix(const Matrix&) = default;
+  Matrix(Matrix&& other) noexcept;
+  Matrix& operator=(const Matrix&) = default;
+  Matrix& operator=(Matrix&& other) noexcept;
+
+  int rows() const { return static_cast<int>(rows_.size()); }
+  int cols() const { return cols_; }
+
+  // A row may be assigned to and changed, but has to keep its dim.
+  Vector& row(int i) { return rows_[static_cast<std::size_t>(i)]; }
+  const Vector& row(int i) const { return rows_[static_cast<std::size_t>(i)]; }
+  double& operator()(int i, int j) { return row(i)[j]; }
+  double operator()(int i, int j) const { return row(i)[j]; }
+
+  // In place, element by element. Different shapes: a message, and nothing changes.
+  Matrix& operator+=(const Matrix& right);
+  Matrix& operator-=(const Matrix& right);
+
+  // The element of a 1 x 1 matrix. Any other shape: a message and 0.0.
+  explicit operator double() const;
+
+  // The virtual operations; their order is the order of their slots.
+  virtual void print() const;               // each element as "%10.4f", each row ended by a newline
+  virtual void clear();                     // becomes 0 x 0
+  virtual void resize(int rows, int cols);  // all zero; the old elements are lost
+  virtual void fill(double value);          // every element becomes value
+
+  // The inverse by Gauss-Jordan elimination, without ever exchanging rows: a pivot p that is neither >= 1e-5 nor
+  // < -1e-5, and so NaN too, gives the 1 x 1 zero matrix, silently, even where an inverse exists. The two limits are
+  // absolute: scale the matrix first. Not square: a message and an empty matrix.
+  virtual Matrix inv() const;
+
+  // The inverse by cofactors. A determinant strictly inside (-1e-5, 1e-5): a message and an empty matrix. Not square:
+  // an empty matrix, silently. Of a 1 x 1 matrix it is 0.0, the determinant of its 0 x 0 minor over its own.
+  virtual Matrix invc() const;
+
+  // The minor: the matrix without row i and column j. (<sys/sysmacros.h> has a macro of the shorter name.)
+  virtual Matrix minor_matrix(int i, int j) const;
+
+  // The signed minor: (-1)^(i + j) times the determinant of minor_matrix(i, j).
+  virtual double cofactor(int i, int j) const;
+
+  // The determinant, expanded along the first row: n! steps, for small matrices only. 0.0 for 0 x 0. Not square: a
+  // message and 0.0.
+  virtual double det() const;
+
+  // The trace; 0.0 for 0 x 0. Not square: a message and 0.0.
+  virtual double tr() const;
+
+  // A square matrix becomes the identity, any other stays as it is.
+  virtual void unit();
+
+  // The plain QR iteration, to watch it converge: prints "hessenberg = " and the Hessenberg form, then "X (after
+  // qr_dec()) = " and the matrix after each step, at least one and at most kQrSteps, until everything below the
+  // diagonal is negligible. Returns the last matrix; real eigenvalues end up on its diagonal, while every complex pair
+  // stays in a 2 x 2 block. Not square: a message and an empty matrix.
+  virtual Matrix qr_iteration() const;
+
+  // The eigenvalues: n x 2, real parts beside imaginary parts, in the order of Eigenvalues. Prints "copied T = " and
+  // the Hessenberg form, then "\neigen values(Re) = " and the real parts, "\neigen values(Im) = " and the imaginary
+  // parts. No convergence: an empty matrix, and only the first of the three is printed. Not square: an empty matrix,
+  // silently.
+  virtual Matrix eigen() const;
+
+  // The eigenvectors of the eigenvalues re[k] + i im[k], by inverse iteration; see Eigenvectors. Prints nothing. Not
+  // square, or re and im not of one dim: empty matrices.
+  // Source: Wilkinson, The Algebraic Eigenvalue Problem (1965), 9.47 to 9.55.
+  virtual Eigenvectors eigenvectors(const Vector& re, const Vector& im) const;
+
+  virtual ~Matrix() = default;  // last, so that it moves none of the slots above
+
+ private:
+  std::vector<Vector> rows_;
+  int cols_ = 0;
+};
+
+// Rows of left by columns of right, each sum in the order of left's columns. left.cols() other than right.rows(): a
+// message and an empty matrix.
+Matrix operator*(const Matrix& left, const Matrix& right);
+
+// Element by element. Different shapes: a message and an empty matrix.
+Matrix operator+(const Matrix& left, const Matrix& right);
+Matrix operator-(const Matrix& left, const Matrix& right);
+
+Matrix operator*(const Matrix& matrix, double factor);
+Matrix operator*(double factor, const Matrix& matrix);
+Matrix operator/(const Matrix& matrix, double divisor);
+
+// Every element divided by that of a 1 x 1 matrix. Any other divisor: a message and an empty matrix.
+Matrix operator/(const Matrix& matrix, const Matrix& divisor);
+
+// |a| where b >= 0.0, which holds for -0.0, and -|a| where not.
+double sign(double a, double b);
+
+// The reflection that maps the 1 x n matrix x onto a multiple of the first unit vector, of the sign opposite to x's
+// first element: n x n, symmetric and orthogonal. Of x = 0 it is the identity. Not one row: a message and an empty
+// matrix.
+// Source: Householder (1958), Unitary triangularization of a nonsymmetric matrix.
+Matrix householder(const Matrix& x);
+
+// The tridiagonal form of a symmetric matrix: similar to it, and symmetric. Only the diagonal and what is below it are
+// read, so that any other matrix is taken for the symmetric one with that half. Not square: a message and an empty
+// matrix. Source: Martin, Reinsch and Wilkinson (1968), Householder's tridiagonalization of a symmetric matrix.
+Matrix tridiag(const Matrix& a);
+
+// The upper Hessenberg form: similar by orthogonal transforms, exact zeros below the subdiagonal; a copy for n < 3.
+// A column whose part from the subdiagonal down is shorter than about 1e-10 (not 0) falls under the floor of the
+// scaling product: the form is then no longer similar. Scale such matrices up first. Not square: an empty matrix,
+// silently.
+// Source: Wilkinson (1965), 6.3.
+Matrix hessenberg(const Matrix& a);
+
+constexpr int kQrSteps = 100;  // the most that qr_iteration takes
+
+// One step of the plain QR iteration: the product R Q of a square matrix's factors Q R, similar to the matrix, and
+// Hessenberg where that is. Not square: an empty matrix, silently.
+// Source: Francis (1961), The QR transformation.
+Matrix qr_dec(const Matrix& x);
+
+// The eigenvalues re[k] + i im[k] in the order in which they stand on the diagonal of the final form; of a complex
+// pair the one with the negative imaginary part comes first.
+struct Eigenvalues {
+  Matrix hessenberg;  // the form that the iteration started from
+  Vector re;          // empty, as is im, where an eigenvalue took more than 100 steps
+  Vector im;
+};
+
+// What eigen() prints and returns, without the printing. Not square: everything empty.
+// Source: Martin, Peters and Wilkinson (1970), The QR algorithm for real Hessenberg matrices; here with the
+// exceptional shift at every tenth step.
+Eigenvalues eigenvalues(const Matrix& a);
+
+// Column k is the eigenvector re(., k) + i im(., k) of the k-th eigenvalue: of length 1, its largest element real and
+// positive. A column of zeros tells that the value is no eigenvalue: no vector w of length 1 was found that makes
+// |A w - lambda w| <= 1e-10 max |a_ij|. Values nearer to each other than 1e-5 max |a_ij| get orthogonal vectors where
+// such eigenvectors exist; a defective matrix has fewer, and then columns repeat.
+struct Eigenvectors {
+  Matrix re;
+  Matrix im;
+};
+
+}  // namespace orvanel
+
+#endif  // ORVANEL_MATRIX_H

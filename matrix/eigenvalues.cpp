@@ -1,0 +1,197 @@
+// Eigenvalues by the QR iteration with double shifts on the Hessenberg form.
+//
+// The active block of h is rows and columns first .. last: last is where the next eigenvalue shows up, first where a
+// negligible subdiagonal element cuts the block off.
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "matrix/hessenberg.h"
+#include "orvanel/matrix.h"
+
+namespace orvanel {
+namespace {
+
+constexpr int kMostSteps = 100;        // for one eigenvalue
+constexpr int kExceptionalEvery = 10;  // steps; a shift of another kind breaks a cycle
+
+// What a double shift takes from the trailing 2 x 2 block: its diagonal, the last element first, and the product of
+// the other two.
+struct Shift {
+  double x;
+  double y;
+  double w;
+};
+
+// The elements of a column that a reflection turns into one; r is 0 where there are only two.
+struct Column {
+  double p;
+  double q;
+  double r;
+};
+
+double Magnitude(const Column& c) { return std::fabs(c.p) + std::fabs(c.q) + std::fabs(c.r); }
+
+Column Divided(const Column& c, double divisor) { return {c.p / divisor, c.q / divisor, c.r / divisor}; }
+
+int FirstOfBlock(const Matrix& h, int last, double norm) {
+  int first = last;
+  while (first > 0 && !IsNegligible(h, first, norm)) --first;
+  return first;
+}
+
+Shift ShiftOf(const Matrix& h, int last) {
+  return {h(last, last), h(last - 1, last - 1), h(last, last - 1) * h(last - 1, last)};
+}
+
+// The roots of the block last - 1 .. last, t being what the exceptional shifts have taken off the diagonal.
+void TakeTwoRoots(const Matrix& h, int last, double t, Eigenvalues& values) {
+  const Shift block = ShiftOf(h, last);
+  const double p = 0.5 * (block.y - block.x);
+  const double q = p * p + block.w;
+  const double z = std::sqrt(std::fabs(q));
+  if (q >= 0.0) {
+    const double larger = p + sign(z, p);
+    values.re[last - 1] = block.x + t + larger;
+    values.re[last] = larger == 0.0 ? values.re[last - 1] : block.x + t - block.w / larger;
+  } else {
+    values.re[last - 1] = values.re[last] = block.x + p + t;
+    values.im[last - 1] = -z;
+    values.im[last] = z;
+  }
+}
+
+Shift ExceptionalShift(Matrix& h, int last, double& t) {
+  const double x = h(last, last);
+  t += x;
+  for (int i = 0; i <= last; ++i) h(i, i) -= x;
+  const double s = std::fabs(h(last, last - 1)) + std::fabs(h(last - 1, last - 2));
+  return {0.75 * s, 0.75 * s, -0.4375 * s * s};
+}
+
+// The first column of the doubly shifted square of the block that starts in row m, scaled to magnitude 1.
+Column FirstColumn(const Matrix& h, int m, const Shift& shift) {
+  const double z = h(m, m);
+  const double r = shift.x - z;
+  const double s = shift.y - z;
+  const Column c{(r * s - shift.w) / h(m + 1, m) + h(m, m + 1), h(m + 1, m + 1) - z - r - s, h(m + 2, m + 1)};
+  return Divided(c, Magnitude(c));
+}
+
+// The row to start the sweep from: the lowest at which two small subdiagonal elements in a row let the sweep begin
+// below the top of the block. Sets its first column.
+int FindStart(const Matrix& h, int first, int last, const Shift& shift, Column& c) {
+  int m = last - 2;
+  for (;; --m) {
+    c = FirstColumn(h, m, shift);
+    if (m == first) return m;
+    const double u = std::fabs(h(m, m - 1)) * (std::fabs(c.q) + std::fabs(c.r));
+    const double v = std::fabs(c.p) * (std::fabs(h(m - 1, m - 1)) + std::fabs(h(m, m)) + std::fabs(h(m + 1, m + 1)));
+    if (u + v == v) return m;
+  }
+}
+
+// The reflection of rows and columns k .. k + 2 (k + 1 at the end of the block) that turns c into its first element,
+// s = +-|c| of the sign of that, not 0. From the left on columns k .. last, from the right on rows first .. k + 3.
+void Reflect(Matrix& h, int first, int last, int k, const Column& c, double s) {
+  const bool three = k < last - 1;
+  const double p = c.p + s;
+  const Column across{p / s, c.q / s, c.r / s};
+  const Column along{1.0, c.q / p, c.r / p};
+  for (int j = k; j <= last; ++j) {
+    const double sum = h(k, j) + along.q * h(k + 1, j) + (three ? along.r * h(k + 2, j) : 0.0);
+    h(k, j) -= sum * across.p;
+    h(k + 1, j) -= sum * across.q;
+    if (three) h(k + 2, j) -= sum * across.r;
+  }
+  for (int i = first; i <= std::min(last, k + 3); ++i) {
+    const double sum = across.p * h(i, k) + across.q * h(i, k + 1) + (three ? across.r * h(i, k + 2) : 0.0);
+    h(i, k) -= sum;
+    h(i, k + 1) -= sum * along.q;
+    if (three) h(i, k + 2) -= sum * along.r;
+  }
+}
+
+// Chases the bulge that c makes at row start down to the end of the block, which leaves a Hessenberg form.
+void Sweep(Matrix& h, int first, int start, int last, Column c) {
+  for (int k = start; k < last; ++k) {
+    const bool three = k < last - 1;
+    double magnitude = 1.0;
+    if (k > start) {
+      c = {h(k, k - 1), h(k + 1, k - 1), three ? h(k + 2, k - 1) : 0.0};
+      magnitude = Magnitude(c);
+      if (magnitude == 0.0) continue;
+      c = Divided(c, magnitude);
+    }
+    const double s = sign(std::sqrt(c.p * c.p + c.q * c.q + c.r * c.r), c.p);
+    if (k > start) {
+      h(k, k - 1) = -s * magnitude;
+      h(k + 1, k - 1) = 0.0;
+      if (three) h(k + 2, k - 1) = 0.0;
+    } else if (start > first) {
+      h(k, k - 1) = -h(k, k - 1);  // the reflection of an element whose neighbours below are negligible
+    }
+    Reflect(h, first, last, k, c, s);
+  }
+}
+
+// Fills in re and im from the Hessenberg form h, which is used up. False: no convergence.
+bool Iterate(Matrix h, Eigenvalues& values) {
+  const double norm = HessenbergNorm(h);
+  double t = 0.0;
+  int steps = 0;
+  for (int last = h.rows() - 1; last >= 0;) {
+    const int first = FirstOfBlock(h, last, norm);
+    if (last - first < 2) {
+      if (last == first) {
+        values.re[last] = h(last, last) + t;
+      } else {
+        TakeTwoRoots(h, last, t, values);
+      }
+      last = first - 1;
+      steps = 0;
+      continue;
+    }
+    if (steps > kMostSteps) return false;
+    const bool exceptional = steps > 0 && steps % kExceptionalEvery == 0;
+    const Shift shift = exceptional ? ExceptionalShift(h, last, t) : ShiftOf(h, last);
+    ++steps;
+    Column c{};
+    const int start = FindStart(h, first, last, shift, c);
+    Sweep(h, first, start, last, c);
+  }
+  return true;
+}
+
+}  // namespace
+
+double sign(double a, double b) { return b >= 0.0 ? std::fabs(a) : -std::fabs(a); }
+
+Eigenvalues eigenvalues(const Matrix& a) {
+  Eigenvalues values{hessenberg(a), Vector(a.rows()), Vector(a.rows())};
+  if (a.rows() != a.cols() || !Iterate(values.hessenberg, values)) {
+    values.re.clear();
+    values.im.clear();
+  }
+  return values;
+}
+
+Matrix Matrix::eigen() const {
+  if (rows() != cols()) return Matrix();
+  const Eigenvalues values = eigenvalues(*this);
+  std::fputs("copied T = ", stdout);
+  values.hessenberg.print();
+  if (values.re.dim() != rows()) return Matrix();
+  std::fputs("\neigen values(Re) = ", stdout);
+  values.re.print();
+  std::fputs("\neigen values(Im) = ", stdout);
+  values.im.print();
+  Matrix table(rows(), 2);
+  for (int i = 0; i < rows(); ++i) {
+    table(i, 0) = values.re[i];
+    table(i, 1) = values.im[i];
+  }
+  return table;
+}
+
+}  // namespace orvanel

@@ -1,0 +1,27 @@
+// How numbers look on standard output.
+#include "matrix/printing.h"
+
+#include <charconv>
+#include <cstddef>
+#include <cstdio>
+#include <limits>
+
+namespace orvanel {
+namespace {
+
+constexpr int kWidth = 10;
+constexpr int kDecimals = 4;
+constexpr int kLongest = 1 + (std::numeric_limits<double>::max_exponent10 + 1) + 1 + kDecimals;  // sign, digits, point
+
+}  // namespace
+
+void PrintNumber(double number) {
+  // The blanks of the widest padding stand in front of the digits; the write starts as many of them back as it takes.
+  char text[kWidth + kLongest] = {' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
+  char* const digits = text + kWidth;
+  const char* const end = std::to_chars(digits, digits + kLongest, number, std::chars_format::fixed, kDecimals).ptr;
+  const char* const start = end - digits < kWidth ? end - kWidth : digits;
+  std::fwrite(start, 1, static_cast<std::size_t>(end - start), stdout);
+}
+
+}  // namespace orvanel

@@ -1,0 +1,13 @@
+// How numbers look on standard output.
+#ifndef ORVANEL_MATRIX_PRINTING_H
+#define ORVANEL_MATRIX_PRINTING_H
+
+namespace orvanel {
+
+// Writes the number to stdout as printf's "%10.4f" gives it in the C locale. Not with printf: that would write a
+// decimal comma once the host has chosen a locale that has one.
+void PrintNumber(double number);
+
+}  // namespace orvanel
+
+#endif  // ORVANEL_MATRIX_PRINTING_H
