@@ -1,0 +1,154 @@
+// Staging and moving of the results.
+#include "cli/output_folder.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "cli/error.h"
+
+namespace orvanel::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void Refuse(const fs::path& place, const std::string& reason) {
+  throw Error(place.string() + ": " + reason);
+}
+
+bool Contains(const std::vector<std::string>& names, const std::string& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// A name that stays inside its folder.
+bool IsPlainName(const std::string& name) {
+  return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
+}
+
+// The regular files in a folder that the summary of an earlier run lists; none where there is no such summary.
+std::vector<std::string> FilesOfEarlierRun(const fs::path& folder) {
+  std::vector<std::string> files;
+  std::ifstream stream(folder / kSummaryFile, std::ios::binary);
+  const auto summary = nlohmann::json::parse(stream, nullptr, false);
+  if (!summary.is_object() || summary.value("program", nlohmann::json()) != "orvanel") return files;
+  for (const auto& name : summary.value("files", nlohmann::json::array())) {
+    if (!name.is_string() || !IsPlainName(name)) continue;
+    if (fs::is_regular_file(fs::symlink_status(folder / std::string(name)))) files.push_back(name);
+  }
+  return files;
+}
+
+// A new folder, of which only the owner knows.
+fs::path MakeTemporaryFolder(const fs::path& beginning) {
+  std::string path = beginning.string() + ".orvanel-XXXXXX";
+  if (mkdtemp(path.data()) == nullptr) {
+    Refuse(beginning.parent_path(), std::string("no folder can be made here: ") + std::strerror(errno));
+  }
+  return path;
+}
+
+// Gives a folder the rights that mkdir gives.
+void OpenToOthers(const fs::path& folder) {
+  const mode_t mask = umask(0);
+  umask(mask);
+  chmod(folder.c_str(), 0777 & ~mask);
+}
+
+void Move(const fs::path& from, const fs::path& to) {
+  std::error_code failure;
+  fs::rename(from, to, failure);
+  if (failure) Refuse(to, "cannot be put in place: " + failure.message());
+}
+
+}  // namespace
+
+OutputFolder::OutputFolder(const fs::path& place, const std::vector<std::string>& names, bool replace) : names_(names) {
+  std::error_code failure;
+  place_ = fs::weakly_canonical(fs::absolute(place), failure);
+  if (failure) Refuse(place, failure.message());
+  if (!place_.has_filename()) place_ = place_.parent_path();  // "folder/"
+  const fs::file_status status = fs::status(place_, failure);
+  if (failure && status.type() == fs::file_type::none) Refuse(place, failure.message());
+  exists_ = fs::exists(status);
+  if (exists_ && !fs::is_directory(status)) {
+    Refuse(place, "is a file; give the name of a folder for the pictures");
+  }
+  if (!exists_) {
+    if (!fs::is_directory(place_.parent_path(), failure)) {
+      Refuse(place, "cannot be made, for " + place_.parent_path().string() + " is not a folder; make that first");
+    }
+    staging_ = MakeTemporaryFolder(place_);
+    return;
+  }
+  const bool empty = fs::is_empty(place_, failure);
+  if (failure) Refuse(place, "cannot be read: " + failure.message());
+  if (!empty && !replace) {
+    Refuse(place, "is a folder with files in it; choose another, or let --force replace those of an earlier run");
+  }
+  earlier_ = FilesOfEarlierRun(place_);
+  for (const std::string& name : names_) {
+    if (fs::exists(fs::symlink_status(place_ / name)) && !Contains(earlier_, name)) {
+      Refuse(place_ / name, "is not from an earlier run and is not replaced; move it away");
+    }
+  }
+  // Inside, since the folder may be the root of a file system.
+  staging_ = MakeTemporaryFolder(place_ / "");
+}
+
+OutputFolder::~OutputFolder() {
+  std::error_code ignored;
+  if (!staging_.empty()) fs::remove_all(staging_, ignored);
+}
+
+void OutputFolder::Add(const std::string& name, const std::string& bytes) {
+  if (!Contains(names_, name)) throw std::logic_error("file not announced: " + name);
+  const std::error_code failure = WriteFile(staging_ / name, bytes);
+  if (failure) Refuse(place_ / name, "cannot be written: " + failure.message());
+}
+
+void OutputFolder::Commit() {
+  if (!exists_) {
+    OpenToOthers(staging_);
+    Move(staging_, place_);
+    staging_.clear();
+    return;
+  }
+  // The summary goes first: should the rest be interrupted, all files are known as this program's.
+  Move(staging_ / kSummaryFile, place_ / kSummaryFile);
+  for (const std::string& name : names_) {
+    if (name != kSummaryFile) Move(staging_ / name, place_ / name);
+  }
+  for (const std::string& name : earlier_) {
+    std::error_code failure;
+    if (!Contains(names_, name) && !fs::remove(place_ / name, failure) && failure) {
+      Refuse(place_ / name, "cannot be removed: " + failure.message());
+    }
+  }
+  fs::remove(staging_);
+  staging_.clear();
+}
+
+std::error_code WriteFile(const fs::path& file, const std::string& bytes) {
+  const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  bool good = descriptor != -1;
+  for (std::size_t written = 0; good && written < bytes.size();) {
+    const ssize_t count = write(descriptor, bytes.data() + written, bytes.size() - written);
+    if (count < 0 && errno == EINTR) continue;
+    good = count >= 0;
+    if (good) written += static_cast<std::size_t>(count);
+  }
+  int reason = errno;
+  if (descriptor != -1 && close(descriptor) != 0 && good) {
+    good = false;
+    reason = errno;
+  }
+  return good ? std::error_code() : std::error_code(reason, std::generic_category());
+}
+
+}  // namespace orvanel::cli

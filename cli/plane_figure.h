@@ -1,0 +1,51 @@
+// A plane as a figure: colours, axes and a colour bar.
+#ifndef ORVANEL_CLI_PLANE_FIGURE_H
+#define ORVANEL_CLI_PLANE_FIGURE_H
+
+#include <string>
+#include <vector>
+
+#include "cli/axis.h"
+#include "cli/canvas.h"
+#include "cli/colour_map.h"
+#include "cli/simulation.h"
+
+namespace orvanel::cli {
+
+// The central samples of a plane, `count` a side.
+struct Window {
+  int first, count;
+};
+
+constexpr Window kWholePlane{0, ORVANEL_GRID_SIZE};
+
+// The smallest of a few windows that holds `count` samples around the centre.
+Window WindowFor(int count);
+
+struct PlaneFigure {
+  std::string title, subtitle, note;
+  Plane values;  // what is not a number stays blank
+  Window window;
+  Axis x, y;
+  const std::uint32_t (*map)[256];
+  double low, high;  // values at the ends of the map
+  std::vector<Tick> barTicks;
+  std::string barLabel;
+};
+
+constexpr double kFigureHeight = 540.0;
+constexpr double kPlaneFigureWidth = 600.0;
+constexpr double kTitleSize = 24.0;
+constexpr double kSmallSize = 16.0;
+
+// Title and subtitle above a plot that begins at x.
+void DrawTitle(Canvas& canvas, Point corner, double x, const std::string& title, const std::string& subtitle);
+
+void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure);
+
+// A window of a grey plane, 0.0 black and 1.0 white.
+ColourPicture GreyWindow(const Plane& plane, Window window);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_PLANE_FIGURE_H

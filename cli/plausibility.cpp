@@ -1,0 +1,39 @@
+// Doubts about pupils, wavefronts and ring sizes.
+#include "cli/plausibility.h"
+
+#include "cli/number_text.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr Millimetres kSmallestPupil{1.0}, kLargestPupil{12.0};  // no living human eye's lies outside
+constexpr double kLargestAliasedShare = 0.01;                    // of the light; less is not seen in the pictures
+constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;          // samples; leaves the blur some room at the edges
+
+}  // namespace
+
+std::vector<std::string> Warnings(const Simulation& simulation) {
+  std::vector<std::string> warnings;
+  if (simulation.pupil < kSmallestPupil || simulation.pupil > kLargestPupil) {
+    warnings.push_back("the pupil of " + Text(simulation.pupil.value(), 6) +
+                       " mm is unlike a human eye's, which measures 2 to 8 mm");
+  }
+  const Wavefront& wavefront = simulation.wavefront;
+  if (wavefront.aliasedShare > kLargestAliasedShare) {
+    warnings.push_back(
+        "in " + Text(100.0 * wavefront.aliasedShare, 2) +
+        " % of the pupil the wavefront changes by more than half a wave from one sample to the next, by " +
+        Text(wavefront.steepestStep / ToMicrometres(Wavelength()), 3) +
+        " waves at most: the light from there comes out in wrong places in all results");
+  }
+  double reported = 0.0;  // rings of one acuity follow each other
+  for (const Ring& ring : simulation.rings) {
+    if (ring.diameter <= kLargestRing || ring.request.acuity == reported) continue;
+    reported = ring.request.acuity;
+    warnings.push_back("the ring of acuity " + ShortestText(reported) + " is " + std::to_string(ring.diameter) +
+                       " samples wide in a field of 256: it is cut off or its light wraps round at the edges");
+  }
+  return warnings;
+}
+
+}  // namespace orvanel::cli

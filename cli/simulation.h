@@ -1,0 +1,65 @@
+// One eye through the library: every result that its exports give, and the wavefront map.
+#ifndef ORVANEL_CLI_SIMULATION_H
+#define ORVANEL_CLI_SIMULATION_H
+
+#include <array>
+#include <vector>
+
+#include "cli/convention.h"
+#include "cli/units.h"
+#include "orvanel/orvanel.h"
+
+namespace orvanel::cli {
+
+// 256 x 256 samples, row-major, row 0 at the top.
+using Plane = std::vector<double>;
+using Section = std::array<double, ORVANEL_SECTION_SAMPLES>;
+
+enum class Gap { kDown = 1, kUp = 2, kRight = 3, kLeft = 4 };
+
+const char* Word(Gap gap);
+
+struct Wavefront {
+  Plane map;  // millimetres, not a number outside the pupil
+  Micrometres rms;
+  Micrometres peakToValley;
+  Micrometres steepestStep;   // the largest change between neighbouring samples of the pupil
+  double aliasedShare = 0.0;  // of the pupil's samples: where that change exceeds half a wave, so that the transform
+                              // takes the light's direction for another one
+};
+
+struct RingRequest {
+  double acuity;  // decimal, on the library scale
+  Gap gap;
+};
+
+struct Ring {
+  RingRequest request;
+  int diameter = 0;              // samples
+  double effectiveAcuity = 0.0;  // of the ring as drawn, on the library scale
+  Plane original, seen;
+};
+
+struct Simulation {
+  Millimetres pupil;
+  LibraryCoefficients coefficients;
+  Wavefront wavefront;
+  Plane psf, mtf;
+  double strehl = 0.0;
+  Millimetres psfHalfWidth;
+  CyclesPerDegree frequencyRange;
+  Section rowSection, columnSection, diffractionLimit;
+  Plane starOriginal, starStretched, starTotalLight;
+  std::vector<Ring> rings;
+};
+
+// The library's one wavelength.
+Millimetres Wavelength();
+
+// Runs the library, with at least one ring. Throws Error where the numbers are so far from any eye's that the results
+// would mean nothing, and where a ring is too small to be drawn.
+Simulation Simulate(Millimetres pupil, const LibraryCoefficients& coefficients, const std::vector<RingRequest>& rings);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_SIMULATION_H

@@ -1,0 +1,21 @@
+// The numbers of a run: as JSON for programs and as text for people.
+#ifndef ORVANEL_CLI_SUMMARY_H
+#define ORVANEL_CLI_SUMMARY_H
+
+#include <string>
+#include <vector>
+
+#include "cli/results.h"
+
+namespace orvanel::cli {
+
+// Contents of summary.json.
+//   files  the names of all files of the run
+std::string SummaryJson(const Results& results, const std::vector<std::string>& files);
+
+// A dozen lines; the last says where the files are.
+std::string SummaryText(const Results& results, const std::string& folder, std::size_t fileCount);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_SUMMARY_H

@@ -1,0 +1,44 @@
+// Which inputs are doubted, and which are not.
+#include "cli/plausibility.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/cli/simulated_eyes.h"
+
+namespace orvanel::cli {
+namespace {
+
+std::vector<std::string> WarningsOf(const Eye& eye, const std::vector<RingRequest>& rings) {
+  return ResultsOf(eye, rings).warnings;
+}
+
+TEST(Plausibility, ShippedEyesAreNotDoubted) {
+  for (const char* name : {"/standard_observer_6mm.json", "/watson_2015_example_6mm.json", "/perfect_3mm.json"}) {
+    EXPECT_TRUE(WarningsOf(ReadEyeFile(ORVANEL_EYES + std::string(name)), {{0.4, Gap::kUp}}).empty()) << name;
+  }
+}
+
+TEST(Plausibility, PupilsUnlikeAnEyesAreDoubted) {
+  EXPECT_EQ(WarningsOf(PerfectEye(Millimetres(12.5)), {{1.3, Gap::kUp}}),
+            std::vector<std::string>{"the pupil of 12.5 mm is unlike a human eye's, which measures 2 to 8 mm"});
+  EXPECT_EQ(WarningsOf(PerfectEye(Millimetres(0.6)), {{0.3, Gap::kUp}}).size(), 1U);
+  EXPECT_TRUE(WarningsOf(PerfectEye(Millimetres(11.5)), {{1.3, Gap::kUp}}).empty());
+}
+
+TEST(Plausibility, WavefrontsTooSteepForTheSamplesAreDoubted) {
+  Eye eye = AsymmetricEye();
+  eye.coefficients[4] = 4.5;
+  const std::vector<std::string> warnings = WarningsOf(eye, {{1.3, Gap::kUp}});
+  ASSERT_EQ(warnings.size(), 1U);
+  EXPECT_NE(warnings[0].find("% of the pupil the wavefront changes by more than half a wave"), std::string::npos);
+}
+
+TEST(Plausibility, RingsThatFillTheFieldAreDoubtedOnceForAnAcuity) {
+  const std::vector<std::string> warnings =
+      WarningsOf(AsymmetricEye(), {{0.1, Gap::kUp}, {0.1, Gap::kLeft}, {0.8, Gap::kLeft}});
+  ASSERT_EQ(warnings.size(), 1U);
+  EXPECT_TRUE(warnings[0].starts_with("the ring of acuity 0.1 is 445 samples wide")) << warnings[0];
+}
+
+}  // namespace
+}  // namespace orvanel::cli

@@ -1,0 +1,69 @@
+// The plan of the files.
+#include "cli/results.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "cli/npy.h"
+#include "cli/png.h"
+#include "tests/cli/simulated_eyes.h"
+
+namespace orvanel::cli {
+namespace {
+
+const std::vector<RingRequest> kRings = {{0.7, Gap::kLeft}, {1.9, Gap::kDown}};
+
+std::set<std::string> NamesOf(const std::vector<ResultFile>& files) {
+  std::set<std::string> names;
+  for (const ResultFile& file : files) EXPECT_TRUE(names.insert(file.name).second) << file.name << " comes twice";
+  return names;
+}
+
+TEST(Results, HoldEveryPictureAndTheSummary) {
+  EXPECT_EQ(NamesOf(ResultFiles(kRings, false)),
+            (std::set<std::string>{"mtf.png", "mtf_sections.png", "overview.png", "psf.png", "psf_log.png",
+                                   "ring_acuity-0.7_gap-left_original.png", "ring_acuity-0.7_gap-left_seen.png",
+                                   "ring_acuity-1.9_gap-down_original.png", "ring_acuity-1.9_gap-down_seen.png",
+                                   "star_original.png", "star_seen_stretched.png", "star_seen_total_light.png",
+                                   "summary.json", "wavefront.png"}));
+}
+
+TEST(Results, HoldEveryPlaneAsNpyOnRequest) {
+  std::set<std::string> names = NamesOf(ResultFiles(kRings, true));
+  for (const ResultFile& file : ResultFiles(kRings, false)) names.erase(file.name);
+  EXPECT_EQ(names, (std::set<std::string>{"mtf.npy", "psf.npy", "ring_acuity-0.7_gap-left_original.npy",
+                                          "ring_acuity-0.7_gap-left_seen.npy", "ring_acuity-1.9_gap-down_original.npy",
+                                          "ring_acuity-1.9_gap-down_seen.npy", "star_original.npy",
+                                          "star_seen_stretched.npy", "star_seen_total_light.npy", "wavefront.npy"}));
+}
+
+TEST(Results, EachFileHoldsThePlaneThatItsNameSays) {
+  const Results results = ResultsOf(AsymmetricEye(), kRings);
+  const Simulation& s = results.simulation;
+  const std::pair<const char*, const Plane*> planes[] = {
+      {"wavefront.npy", &s.wavefront.map},
+      {"psf.npy", &s.psf},
+      {"mtf.npy", &s.mtf},
+      {"star_original", &s.starOriginal},
+      {"star_seen_stretched", &s.starStretched},
+      {"star_seen_total_light", &s.starTotalLight},
+      {"ring_acuity-0.7_gap-left_original", &s.rings[0].original},
+      {"ring_acuity-0.7_gap-left_seen", &s.rings[0].seen},
+      {"ring_acuity-1.9_gap-down_original", &s.rings[1].original},
+      {"ring_acuity-1.9_gap-down_seen", &s.rings[1].seen},
+  };
+  int compared = 0;
+  for (const ResultFile& file : ResultFiles(kRings, true)) {
+    for (const auto& [name, plane] : planes) {
+      if (!file.name.starts_with(name)) continue;
+      const bool png = file.name.ends_with(".png");
+      EXPECT_EQ(file.encode(results), png ? EncodePng(GreyPictureOf(*plane)) : EncodeNpy(*plane, 256)) << file.name;
+      ++compared;
+    }
+  }
+  EXPECT_EQ(compared, 3 + 2 * 7);
+}
+
+}  // namespace
+}  // namespace orvanel::cli
