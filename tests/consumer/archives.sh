@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
-# Makes the archives twice, with two seconds of the clock between their files, compares them byte for byte, and unpacks
-# the .deb into SCRATCH/root.
+# Makes the archives twice, at different times, compares them byte for byte, and unpacks the .deb into SCRATCH/root.
 # Usage: archives.sh BUILD_FOLDER SCRATCH
 set -euo pipefail
 build=$1 scratch=$2
@@ -8,7 +7,7 @@ export SOURCE_DATE_EPOCH=1600000000
 rm -rf "$scratch"
 for made in first second; do
   cpack --config "$build/CPackConfig.cmake" -B "$scratch/$made" >/dev/null
-  sleep 2
+  sleep 1
 done
 for archive in "$scratch"/first/*.tar.gz "$scratch"/first/*.deb; do
   cmp "$archive" "$scratch/second/$(basename "$archive")"

@@ -14,6 +14,7 @@ pkg-config --exact-version="$declared" orvanel || { echo "orvanel.pc is not of v
 read -ra flags <<<"$(pkg-config --cflags --libs orvanel)"
 "$CC" -std=c99 -pedantic -Wall -Wextra -Werror "$examples/strehl_and_ring.c" "${flags[@]}" \
   -Wl,-rpath,"$(pkg-config --variable=libdir orvanel)" -o "$scratch/strehl_and_ring"
+readelf -d "$scratch/strehl_and_ring" | grep -qF "[libOrvanelDll.so.${declared%%.*}]"
 "$scratch/strehl_and_ring" "$examples/standard_observer.txt" "$scratch/ring.pgm" >"$scratch/output"
 diff "$examples/strehl_and_ring.output" "$scratch/output"
 [ "$(head -c 15 "$scratch/ring.pgm")" = $'P5\n256 256\n255' ]
