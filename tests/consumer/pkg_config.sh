@@ -8,7 +8,7 @@ mkdir -p "$scratch"
 PKG_CONFIG_LIBDIR=$(dirname "$(find "$prefix" -name orvanel.pc)")
 export PKG_CONFIG_LIBDIR
 
-declared=$(sed -n 's/^#define ORVANEL_VERSION "\(.*\)"/\1/p' "$prefix/include/orvanel/orvanel.h")
+declared=$(sed -n 's/^#define ORVANEL_VERSION "\(.*\)".*/\1/p' "$prefix/include/orvanel/orvanel.h")
 pkg-config --exact-version="$declared" orvanel || { echo "orvanel.pc is not of version $declared"; exit 1; }
 
 read -ra flags <<<"$(pkg-config --cflags --libs orvanel)"
