@@ -68,9 +68,9 @@ void DrawTicks(Canvas& canvas, const Box& box, Edge edge, double first, double l
 
 void DrawAxis(Canvas& canvas, const Box& box, Edge edge, const Axis& axis, double labelDistance) {
   constexpr int kTicks = 7;
-  const bool downwards = axis.first < axis.last;
+  const bool ascending = axis.first < axis.last;
   DrawTicks(canvas, box, edge, axis.first, axis.last,
-            RoundTicks(downwards ? axis.first : axis.last, downwards ? axis.last : axis.first, kTicks));
+            RoundTicks(ascending ? axis.first : axis.last, ascending ? axis.last : axis.first, kTicks));
   TextStyle style{kLabelSize, kInk, false, Align::kCentre};
   Point at{box.x + box.width / 2.0, box.bottom() + labelDistance};
   if (edge == Edge::kTop) at.y = box.y - labelDistance;

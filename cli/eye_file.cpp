@@ -12,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string_view>
+#include <system_error>
 
 #include "cli/error.h"
 
@@ -26,7 +27,8 @@ constexpr std::size_t kLargestFile = 1 << 20;  // bytes; an eye file has about a
 [[noreturn]] void Refuse(const std::string& file, const std::string& reason) { throw Error(file + ": " + reason); }
 
 std::string ReadText(const std::string& file) {
-  if (std::filesystem::is_directory(file)) Refuse(file, "is a directory; give the eye file itself");
+  std::error_code ignored;  // opening tells what is wrong
+  if (std::filesystem::is_directory(file, ignored)) Refuse(file, "is a directory; give the eye file itself");
   errno = 0;
   std::ifstream stream(file, std::ios::binary);
   if (!stream) Refuse(file, std::string("cannot be read: ") + std::strerror(errno));

@@ -1,4 +1,4 @@
-// The figures of a simulation.
+// The plane figures of a simulation.
 #ifndef ORVANEL_CLI_FIGURES_H
 #define ORVANEL_CLI_FIGURES_H
 
@@ -12,11 +12,6 @@ PlaneFigure WavefrontFigure(const Simulation& simulation);
 PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales);
 PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales);
 PlaneFigure MtfFigure(const Simulation& simulation, const Scales& scales);
-
-constexpr double kSectionsFigureWidth = 744.0;
-
-// The sections of the modulation transfer function beside the diffraction limit, with an axis for either scale.
-void DrawSections(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales);
 
 }  // namespace orvanel::cli
 

@@ -27,16 +27,19 @@ const stbtt_fontinfo& Font(bool bold) {
   return bold ? kBold : kRegular;
 }
 
-// The code points of valid UTF-8.
+// The code points of UTF-8; what is none becomes a replacement character.
 std::vector<int> CodePoints(const std::string& text) {
   std::vector<int> points;
   for (const char c : text) {
     const auto byte = static_cast<std::uint8_t>(c);
     if ((byte & 0xc0) == 0x80 && !points.empty()) {
-      points.back() = points.back() << 6 | (byte & 0x3f);
+      points.back() = (points.back() & 0xffffff) << 6 | (byte & 0x3f);
     } else {
       points.push_back(byte < 0x80 ? byte : byte < 0xe0 ? byte & 0x1f : byte < 0xf0 ? byte & 0x0f : byte & 0x07);
     }
+  }
+  for (int& point : points) {
+    if (point < 0 || point > 0x10ffff) point = 0xfffd;
   }
   return points;
 }

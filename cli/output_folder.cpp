@@ -70,7 +70,8 @@ void Move(const fs::path& from, const fs::path& to) {
 
 OutputFolder::OutputFolder(const fs::path& place, const std::vector<std::string>& names, bool replace) : names_(names) {
   std::error_code failure;
-  place_ = fs::weakly_canonical(fs::absolute(place), failure);
+  place_ = fs::absolute(place, failure);
+  if (!failure) place_ = fs::weakly_canonical(place_, failure);
   if (failure) Refuse(place, failure.message());
   if (!place_.has_filename()) place_ = place_.parent_path();  // "folder/"
   const fs::file_status status = fs::status(place_, failure);

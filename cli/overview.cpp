@@ -7,6 +7,7 @@
 #include "cli/canvas.h"
 #include "cli/figures.h"
 #include "cli/number_text.h"
+#include "cli/sections_figure.h"
 
 namespace orvanel::cli {
 namespace {

@@ -8,6 +8,7 @@
 #include "cli/output_folder.h"
 #include "cli/overview.h"
 #include "cli/png.h"
+#include "cli/sections_figure.h"
 #include "cli/summary.h"
 
 namespace orvanel::cli {

@@ -1,9 +1,12 @@
-// The plot of the sections of the modulation transfer function.
+// Curves, dashes and legend of the sections plot.
+#include "cli/sections_figure.h"
+
 #include <algorithm>
 #include <cmath>
 
-#include "cli/figures.h"
+#include "cli/axis.h"
 #include "cli/number_text.h"
+#include "cli/plane_figure.h"
 
 namespace orvanel::cli {
 namespace {

@@ -111,7 +111,8 @@ std::string SummaryJson(const Results& results, const std::vector<std::string>& 
        "pupil, all others without unit"},
       {"files", files},
       {"warnings", results.warnings}};
-  return summary.dump(2) + "\n";
+  // A file's name need not be UTF-8.
+  return summary.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 std::string SummaryText(const Results& results, const std::string& folder, std::size_t fileCount) {

@@ -44,7 +44,8 @@ TraceCapture::~TraceCapture() {
 void TraceCapture::Restore() {
   if (standardOutput_ == -1) return;
   std::fflush(stdout);
-  dup2(standardOutput_, kStandardOutput);  // closes the pipe's last writing end
+  // Either way the pipe's last writing end is closed, without which reading would never end.
+  if (dup2(standardOutput_, kStandardOutput) == -1) close(kStandardOutput);
   close(standardOutput_);
   standardOutput_ = -1;
 }

@@ -108,6 +108,12 @@ TEST(Canvas, BoldTextIsWider) {
   EXPECT_GT(canvas.TextWidth("Strehl", {20, kInk, true}), canvas.TextWidth("Strehl", {20, kInk}));
 }
 
+TEST(Canvas, TextThatIsNotUtf8IsDrawnAllTheSame) {
+  Canvas canvas(200, 60, 1.0);
+  canvas.Text({10, 40}, "\xff\xbf\xbf\xbf\xbf\xbf\xbf\x80\xe4", {20, kInk});
+  EXPECT_LT(InkOf(canvas).width, 190.0);
+}
+
 TEST(Canvas, ShortenedTextFitsAndEndsInAnEllipsis) {
   const Canvas canvas(10, 10, 1.0);
   const TextStyle style{20, kInk};

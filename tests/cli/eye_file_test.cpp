@@ -73,6 +73,13 @@ TEST(EyeFile, ShippedEyesAreGood) {
   }
 }
 
+TEST(EyeFile, CutOffAnywhereIsRefused) {
+  const std::string text = kGood;
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    EXPECT_NE(Refusal(text.substr(0, length)), "") << length;
+  }
+}
+
 struct Fault {
   const char* name;  // as a sentence
   std::string text;

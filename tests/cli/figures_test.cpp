@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "cli/overview.h"
+#include "cli/sections_figure.h"
 #include "tests/cli/simulated_eyes.h"
 
 namespace orvanel::cli {

@@ -52,6 +52,13 @@ TEST(Summary, GivesTheInputsAsGivenAndAsConverted) {
   EXPECT_TRUE(summary["warnings"].empty());
 }
 
+TEST(Summary, TakesANameOfAFileThatIsNotUtf8) {
+  Results results = ResultsOf(AsymmetricEye(), kRings);
+  results.eye.file = "\xe4.json";
+  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
+  EXPECT_EQ(summary["eye"]["file"], "\ufffd.json");
+}
+
 TEST(Summary, HoldsNoNull) {
   const Results results = ResultsOf(PerfectEye(Millimetres(3.0)), kRings);
   ExpectNoNull(nlohmann::json::parse(SummaryJson(results, {"summary.json"})), "");
