@@ -135,7 +135,7 @@ void Sweep(Matrix& h, int first, int start, int last, Column c) {
   }
 }
 
-// Fills in re and im from the Hessenberg form h, which is used up. False: no convergence.
+// Fills in re, im and steps from the Hessenberg form h, which is used up. False: no convergence.
 bool Iterate(Matrix h, Eigenvalues& values) {
   const double norm = HessenbergNorm(h);
   double t = 0.0;
@@ -156,6 +156,7 @@ bool Iterate(Matrix h, Eigenvalues& values) {
     const bool exceptional = steps > 0 && steps % kExceptionalEvery == 0;
     const Shift shift = exceptional ? ExceptionalShift(h, last, t) : ShiftOf(h, last);
     ++steps;
+    values.steps = std::max(values.steps, steps);
     Column c{};
     const int start = FindStart(h, first, last, shift, c);
     Sweep(h, first, start, last, c);
@@ -168,7 +169,7 @@ bool Iterate(Matrix h, Eigenvalues& values) {
 double sign(double a, double b) { return b >= 0.0 ? std::fabs(a) : -std::fabs(a); }
 
 Eigenvalues eigenvalues(const Matrix& a) {
-  Eigenvalues values{hessenberg(a), Vector(a.rows()), Vector(a.rows())};
+  Eigenvalues values{hessenberg(a), Vector(a.rows()), Vector(a.rows()), 0};
   if (a.rows() != a.cols() || !Iterate(values.hessenberg, values)) {
     values.re.clear();
     values.im.clear();

@@ -4,6 +4,7 @@
 // eigenvalues: the complex matrix M + i N acts on it as the real matrix [[M, -N], [N, M]].
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <random>
 #include <utility>
@@ -100,17 +101,24 @@ Vector Factors::Solve(const Vector& x) const {
   return y;
 }
 
-// Without what x has of the direction w, |w| = 1.
-Vector WithoutPartAlong(const Vector& x, const Vector& w) {
-  const Vector turned = Turned(w);
-  return x - (w * x) * w - (turned * x) * turned;
+// x without what it has of the directions, normalised like them. Twice, because little may be left over, and that
+// inexact.
+Vector WithoutPartAlong(const std::vector<Vector>& directions, Vector x) {
+  for (int pass = 0; pass < 2; ++pass) {
+    for (const Vector& w : directions) {
+      const Vector turned = Turned(w);
+      x = x - (w * x) * w - (turned * x) * turned;
+    }
+    x = x / Length(x);
+  }
+  return x;
 }
 
-// Irregular, so that it has something of every direction, and the same everywhere.
-Vector StartVector(int n) {
-  std::minstd_rand engine;
+// Irregular, so that it has something of every direction, the same everywhere, and another one for each number.
+Vector StartVector(int n, std::size_t number) {
+  std::mt19937 engine(static_cast<std::mt19937::result_type>(number));
   Vector start(2 * n);
-  for (int i = 0; i < n; ++i) start[i] = static_cast<double>(engine()) / std::minstd_rand::max();
+  for (int i = 0; i < n; ++i) start[i] = static_cast<double>(engine()) / std::mt19937::max();
   return start;
 }
 
@@ -127,16 +135,14 @@ double ResidualOf(const Matrix& m, const Vector& w) {
   return Length(residual);
 }
 
-// The best vector that is orthogonal to those handed in; stops once a good one has no longer become twice as good.
+// The best vector that is orthogonal to those handed in; stops when a step has not made it twice as good.
 Candidate Iterate(const Matrix& m, const Factors& factors, const std::vector<Vector>& orthogonal_to) {
   Candidate best;
-  Vector w = StartVector(m.rows() / 2);
+  Vector w = StartVector(m.rows() / 2, orthogonal_to.size());
   for (int step = 0; step < kMostSteps; ++step) {
-    w = factors.Solve(w);
-    for (const Vector& other : orthogonal_to) w = WithoutPartAlong(w, other);
-    w = w / Length(w);
+    w = WithoutPartAlong(orthogonal_to, factors.Solve(w));
     const double residual = ResidualOf(m, w);
-    const bool settled = best.IsEigenvector() && !(residual < 0.5 * best.residual);
+    const bool settled = !(residual < 0.5 * best.residual);  // or not a number
     if (residual < best.residual) best = {w, residual};
     if (settled) break;
   }

@@ -31,7 +31,8 @@ Reflection ReflectionOf(const Matrix& h, int k) {
 void ReflectFromTheLeft(const Reflection& reflection, Matrix& h) {
   Vector combined(h.cols());
   for (int i = 0; i < h.rows(); ++i) combined += reflection.u[i] * h.row(i);
-  for (int i = 0; i < h.rows(); ++i) h.row(i) -= reflection.u[i] * (combined / reflection.product);
+  combined = combined / reflection.product;
+  for (int i = 0; i < h.rows(); ++i) h.row(i) -= reflection.u[i] * combined;
 }
 
 void ReflectFromTheRight(const Reflection& reflection, Matrix& h) {

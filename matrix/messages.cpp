@@ -131,13 +131,7 @@ std::span<const Wording> Wordings() { return kWordings; }
 void Say(Text text, std::initializer_list<int> numbers) {
   // The second byte of a two-byte character is never a percent sign, so that a search by bytes finds only our own.
   std::string line(kWordings[static_cast<std::size_t>(text)].bytes);
-  std::size_t from = 0;
-  for (const int number : numbers) {
-    from = line.find("%d", from);
-    const std::string digits = std::to_string(number);
-    line.replace(from, 2, digits);
-    from += digits.size();
-  }
+  for (const int number : numbers) line.replace(line.find("%d"), 2, std::to_string(number));
   std::fwrite(line.data(), 1, line.size(), stdout);
 }
 

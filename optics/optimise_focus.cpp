@@ -40,7 +40,7 @@ class Search {
  public:
   Search(OpticsEngine& engine, double* scratch, const double* coefficients, double diameter,
          const FocusSearch& settings)
-      : engine_(engine), scratch_(scratch), diameter_(diameter), settings_(settings), coefficients_{} {
+      : engine_(engine), scratch_(scratch), diameter_(diameter), settings_(settings) {
     std::copy_n(coefficients, coefficients_.size(), coefficients_.begin());
     for (std::size_t i = 0; i < kIndex.size(); ++i) {
       const double start = coefficients_[kIndex[i]];
@@ -67,7 +67,7 @@ class Search {
   double* scratch_;
   double diameter_;
   FocusSearch settings_;
-  std::array<double, kCoefficients> coefficients_;
+  std::array<double, kCoefficients> coefficients_{};
   Point start_{}, low_{}, high_{};
   Point best_{};
   double bestStrehl_ = -2.0;

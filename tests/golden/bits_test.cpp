@@ -80,6 +80,10 @@ std::string AllBits() {
     line("ring-seen", Hash(image));
     const std::array<double, 4> scalars = {engine.strehlRatio, engine.psfHalfWidth, step, acuity};
     line("scalars", Hash(scalars.data(), scalars.size()));
+    Plane white(65536);
+    double spacing = 0.0;
+    engine.PolychromaticPsf(white.data(), &spacing, 0);
+    line("white-light-psf", Hash(white));
   }
   return lines.str();
 }

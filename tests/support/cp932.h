@@ -12,7 +12,7 @@
 namespace orvanel::testing {
 
 inline std::string Cp932(std::u8string_view text) {
-  const iconv_t converter = iconv_open("CP932", "UTF-8");
+  iconv_t converter = iconv_open("CP932", "UTF-8");
   std::string input(text.begin(), text.end());
   std::string output(2 * input.size() + 1, '\0');
   char* from = input.data();
