@@ -1,7 +1,14 @@
-# What others get: the headers, the files by which CMake and pkg-config find the libraries, and archives of it all.
+# What others get: headers, documents and examples, the files by which CMake and pkg-config find the libraries, and
+# archives of it all.
 include(CMakePackageConfigHelpers)
 
 install(DIRECTORY include/orvanel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+
+# The headers refer to the conventions.
+set(orvanel_doc_folder ${CMAKE_INSTALL_DATADIR}/doc/orvanel)
+install(FILES CHANGELOG.md docs/conventions.md DESTINATION ${orvanel_doc_folder})
+install(FILES docs/images/conventions.svg DESTINATION ${orvanel_doc_folder}/images)
+install(DIRECTORY examples DESTINATION ${orvanel_doc_folder})
 
 set(orvanel_config_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Orvanel)
 configure_package_config_file(cmake/OrvanelConfig.cmake.in OrvanelConfig.cmake

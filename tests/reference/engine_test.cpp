@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/error_bounds.h"
 #include "tests/reference/eyes.h"
+#include "tests/support/error_bounds.h"
 #include "tests/support/reference.h"
 
 namespace orvanel {
