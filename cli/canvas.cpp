@@ -64,7 +64,8 @@ void Canvas::Fill(const Box& box, Colour colour) {
   }
 }
 
-void Canvas::Outline(const Box& box, double w, Colour colour) {
+void Canvas::Outline(const Box& box, double lineWidth, Colour colour) {
+  const double w = lineWidth;
   Fill({box.x - w, box.y - w, box.width + 2 * w, w}, colour);
   Fill({box.x - w, box.bottom(), box.width + 2 * w, w}, colour);
   Fill({box.x - w, box.y, w, box.height}, colour);

@@ -64,7 +64,7 @@ std::vector<Gap> Gaps(const std::string& list) {
       gaps.insert(gaps.end(), std::begin(kAll), std::end(kAll));
       continue;
     }
-    const auto gap = std::find_if(std::begin(kAll), std::end(kAll), [&part](Gap g) { return part == Word(g); });
+    const auto* const gap = std::find_if(std::begin(kAll), std::end(kAll), [&part](Gap g) { return part == Word(g); });
     if (gap == std::end(kAll)) {
       throw CLI::ValidationError("--gap", "'" + part + "' is not one of down, up, right, left, all");
     }

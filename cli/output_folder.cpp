@@ -10,6 +10,7 @@
 #include <cstring>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "cli/error.h"
 
@@ -68,7 +69,8 @@ void Move(const fs::path& from, const fs::path& to) {
 
 }  // namespace
 
-OutputFolder::OutputFolder(const fs::path& place, const std::vector<std::string>& names, bool replace) : names_(names) {
+OutputFolder::OutputFolder(const fs::path& place, std::vector<std::string> names, bool replace)
+    : names_(std::move(names)) {
   std::error_code failure;
   place_ = fs::absolute(place, failure);
   if (!failure) place_ = fs::weakly_canonical(place_, failure);

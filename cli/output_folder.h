@@ -20,7 +20,7 @@ class OutputFolder {
   // a parent, a folder that is not empty unless `replace` is true, and in any case a folder where one of the names is
   // taken by a file that no earlier run lists.
   //   names  all files that will be added
-  OutputFolder(const std::filesystem::path& place, const std::vector<std::string>& names, bool replace);
+  OutputFolder(const std::filesystem::path& place, std::vector<std::string> names, bool replace);
   OutputFolder(const OutputFolder&) = delete;
   OutputFolder& operator=(const OutputFolder&) = delete;
   ~OutputFolder();

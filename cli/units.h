@@ -21,7 +21,7 @@ class Quantity {
   friend constexpr Quantity operator*(double factor, Quantity a) { return Quantity(factor * a.value_); }
   friend constexpr Quantity operator/(Quantity a, double divisor) { return Quantity(a.value_ / divisor); }
   friend constexpr double operator/(Quantity a, Quantity b) { return a.value_ / b.value_; }
-  friend constexpr auto operator<=>(Quantity, Quantity) = default;
+  friend constexpr auto operator<=>(Quantity, Quantity) = default;  // NOLINT(modernize-use-nullptr): there is no 0 here
 
  private:
   double value_ = 0.0;

@@ -78,8 +78,7 @@ double ArcOfRatio(double a, double b) {
   const double scale = b > 0x1p1000 ? 0x1p-100 : b < 0x1p-900 ? 0x1p200 : 1.0;
   a *= scale;
   b *= scale;
-  const auto i =
-      static_cast<int>(a / b * 8.0 + 0.5);  // NOLINT(bugprone-incorrect-roundings): from 0 to 8, any near one
+  const auto i = static_cast<int>(a / b * 8.0 + 0.5);  // from 0 to 8; any near one will do
   const double t = i * 0.125;
   const double u = (a - t * b) / (b + t * a);
   const double z = u * u;

@@ -43,7 +43,7 @@ struct FocusResult {
   std::array<double, kCoefficients> coefficients;  // the best found; all but c3, c4, c5 are those given
   double strehl;                                   // of these coefficients
   int trials;                                      // wavefronts tried
-  bool converged;                                  // to the tolerance, before maximumTrials
+  bool converged;                                  // to the tolerance, before maximumTrials and off the bounds
 };
 
 // One eye, from its coefficients to what it sees.
@@ -161,9 +161,10 @@ class OpticsEngine {
   void searchBestFocusByFit(double* coefficients, double diameter, double step, int includeAstigmatism);
 
   // The second-order coefficients of the best Strehl ratio within bounds: c4, or c3, c4 and c5. Along a line it tries
-  // points a quarter of a wave apart, which no maximum of the Strehl ratio slips through, and refines around the best
-  // of them; with several local maxima it thus finds the highest along the line. Three coefficients are varied one
-  // after the other and along the direction that they moved, from the start or from zero, whichever is better.
+  // points an eighth of a wave apart, twice as many as the Strehl ratio has room to vary between, and refines around
+  // each that comes near to the best; with several local maxima it thus finds the highest along the line. Three
+  // coefficients are varied one after the other and along the direction that they moved, from the start or from zero,
+  // whichever is better.
   // Leaves the engine with wavefront and PSF of the result. On grids without a Strehl ratio, and for a pupil without
   // light, it returns the start, not converged.
   // Source: Brent, Algorithms for Minimization without Derivatives (1973), 5; Powell (1964) for several coefficients.

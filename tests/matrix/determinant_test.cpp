@@ -10,9 +10,9 @@
 namespace orvanel {
 namespace {
 
-using testing::Equal;
-using testing::IsEmpty;
-using testing::MatrixOf;
+using test::Equal;
+using test::IsEmpty;
+using test::MatrixOf;
 
 using LongMatrix = Eigen::Matrix<long double, Eigen::Dynamic, Eigen::Dynamic>;
 
@@ -37,10 +37,10 @@ TEST(Determinant, ExpandsAlongTheFirstRowFromTheLeft) {
 
 TEST(Determinant, EqualsTheProductOfPivotsInMorePrecision) {
   for (int n = 2; n <= 8; ++n) {
-    const Matrix a = testing::RandomMatrix(n, n, static_cast<unsigned>(n));
+    const Matrix a = test::RandomMatrix(n, n, static_cast<unsigned>(n));
     // The reference, 2048 times as precise, needs less than the bound leaves unused.
-    const double bound = DeterminantError(n) * testing::PermanentOfMagnitudes(a);
-    const long double reference = LongMatrix(testing::ToEigen(a).cast<long double>()).partialPivLu().determinant();
+    const double bound = DeterminantError(n) * test::PermanentOfMagnitudes(a);
+    const long double reference = LongMatrix(test::ToEigen(a).cast<long double>()).partialPivLu().determinant();
     EXPECT_LE(std::fabs(static_cast<double>(a.det() - reference)), bound) << n;
     EXPECT_GT(std::fabs(static_cast<double>(reference)), 1e6 * bound) << n;
   }

@@ -17,15 +17,15 @@
 namespace orvanel {
 namespace {
 
-using testing::CyclicPermutation;
-using testing::Equal;
-using testing::FrobeniusNorm;
-using testing::IsEmpty;
-using testing::MatrixOf;
-using testing::OutputOf;
-using testing::RandomMatrix;
-using testing::RandomSymmetricMatrix;
-using testing::VectorOf;
+using test::CyclicPermutation;
+using test::Equal;
+using test::FrobeniusNorm;
+using test::IsEmpty;
+using test::MatrixOf;
+using test::OutputOf;
+using test::RandomMatrix;
+using test::RandomSymmetricMatrix;
+using test::VectorOf;
 
 using Complex = std::complex<double>;
 
@@ -51,7 +51,7 @@ double TakeNearest(std::vector<Complex>& set, Complex value) {
 void ExpectSameSetAsReference(const Matrix& a, const std::string& name) {
   std::vector<Complex> set = EigenvaluesOf(a);
   ASSERT_EQ(static_cast<int>(set.size()), a.rows()) << name;
-  const Eigen::EigenSolver<Eigen::MatrixXd> reference(testing::ToEigen(a));
+  const Eigen::EigenSolver<Eigen::MatrixXd> reference(test::ToEigen(a));
   const Eigen::MatrixXcd inverse = reference.eigenvectors().inverse();
   for (int k = 0; k < a.rows(); ++k) {
     const double condition = reference.eigenvectors().col(k).norm() * inverse.row(k).norm();
@@ -79,7 +79,7 @@ TEST(Eigenvalues, OfSymmetricMatricesAreReal) {
     const Matrix a = RandomSymmetricMatrix(n, static_cast<unsigned>(n));
     std::vector<Complex> set = EigenvaluesOf(a);
     ASSERT_EQ(static_cast<int>(set.size()), n);
-    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> reference(testing::ToEigen(a));
+    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> reference(test::ToEigen(a));
     for (int k = 0; k < n; ++k) {
       // Symmetric: an eigenvalue moves by no more than the perturbation. Both sides have theirs.
       EXPECT_LE(TakeNearest(set, reference.eigenvalues()(k)), 2 * EigenvalueError(n) * FrobeniusNorm(a)) << n;

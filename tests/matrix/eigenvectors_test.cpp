@@ -14,15 +14,15 @@
 namespace orvanel {
 namespace {
 
-using testing::CyclicPermutation;
-using testing::Equal;
-using testing::FrobeniusNorm;
-using testing::IsEmpty;
-using testing::MatrixOf;
-using testing::OutputOf;
-using testing::RandomMatrix;
-using testing::RandomSymmetricMatrix;
-using testing::VectorOf;
+using test::CyclicPermutation;
+using test::Equal;
+using test::FrobeniusNorm;
+using test::IsEmpty;
+using test::MatrixOf;
+using test::OutputOf;
+using test::RandomMatrix;
+using test::RandomSymmetricMatrix;
+using test::VectorOf;
 
 // Inverse iteration from a start vector that has something of every direction finds a residual within sqrt(n) of the
 // smallest possible, which the error of the eigenvalue bounds.
@@ -44,7 +44,7 @@ Eigen::VectorXcd ColumnOf(const Eigenvectors& vectors, int k) {
 }
 
 double ResidualOf(const Matrix& a, std::complex<double> value, const Eigen::VectorXcd& vector) {
-  const Eigen::MatrixXcd m = testing::ToEigen(a).cast<std::complex<double>>();
+  const Eigen::MatrixXcd m = test::ToEigen(a).cast<std::complex<double>>();
   return (m * vector - value * vector).norm();
 }
 
@@ -78,7 +78,7 @@ TEST(Eigenvectors, OfSymmetricMatricesAreRealAndOrthogonal) {
   const Eigenvectors vectors = VectorsOf(a);
   EXPECT_TRUE(Equal(vectors.im, Matrix(12, 12)));
   // Eigenvalues of this matrix are at least 0.1 apart: a residual r turns a vector by r / 0.1 at most.
-  const Matrix product = testing::Transposed(vectors.re) * vectors.re;
+  const Matrix product = test::Transposed(vectors.re) * vectors.re;
   EXPECT_LE(FrobeniusNorm(product - Matrix(12, kUnit)), 12 * 2 * ResidualError(12) * FrobeniusNorm(a) / 0.1);
 }
 
@@ -168,7 +168,7 @@ TEST(Eigenvectors, OfWhatIsNoEigenvalueAreZero) {
 
 TEST(Eigenvectors, OfZeroAreOrthogonalUnitVectors) {
   const Eigenvectors vectors = Matrix(3, 3).eigenvectors(Vector(3), Vector(3));
-  EXPECT_LE(FrobeniusNorm(testing::Transposed(vectors.re) * vectors.re - Matrix(3, kUnit)), 3 * kSmallVectorError);
+  EXPECT_LE(FrobeniusNorm(test::Transposed(vectors.re) * vectors.re - Matrix(3, kUnit)), 3 * kSmallVectorError);
 }
 
 TEST(Eigenvectors, OfWhatIsNotANumberAreZero) {

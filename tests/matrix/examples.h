@@ -10,7 +10,7 @@
 
 #include "orvanel/matrix.h"
 
-namespace orvanel::testing {
+namespace orvanel::test {
 
 inline Vector VectorOf(std::initializer_list<double> elements) {
   Vector vector(static_cast<int>(elements.size()));
@@ -108,6 +108,6 @@ inline bool Equal(const Vector& a, const Vector& b) {
 
 inline bool IsEmpty(const Matrix& a) { return a.rows() == 0 && a.cols() == 0; }
 
-}  // namespace orvanel::testing
+}  // namespace orvanel::test
 
 #endif  // ORVANEL_TESTS_MATRIX_EXAMPLES_H

@@ -11,12 +11,12 @@
 namespace orvanel {
 namespace {
 
-using testing::Equal;
-using testing::FrobeniusNorm;
-using testing::IsEmpty;
-using testing::MatrixOf;
-using testing::OutputOf;
-using testing::RandomMatrix;
+using test::Equal;
+using test::FrobeniusNorm;
+using test::IsEmpty;
+using test::MatrixOf;
+using test::OutputOf;
+using test::RandomMatrix;
 
 TEST(Hessenberg, FormIsZeroBelowTheSubdiagonal) {
   const Matrix h = hessenberg(RandomMatrix(9, 9, 1));
@@ -29,7 +29,7 @@ TEST(Hessenberg, FormIsZeroBelowTheSubdiagonal) {
 TEST(Hessenberg, FormIsSimilarByAnOrthogonalTransform) {
   for (const int n : {3, 4, 6, 8}) {
     const Matrix a = RandomMatrix(n, n, static_cast<unsigned>(10 + n));
-    const testing::Similarity similarity = testing::SimilarityOf(a, hessenberg(a));
+    const test::Similarity similarity = test::SimilarityOf(a, hessenberg(a));
     EXPECT_LE(similarity.orthogonality, similarity.bound) << n;
     EXPECT_LE(similarity.residual, similarity.bound) << n;
     EXPECT_LT(similarity.bound, 1e-6) << n;

@@ -11,14 +11,14 @@
 namespace orvanel {
 namespace {
 
-using testing::Equal;
-using testing::FrobeniusNorm;
-using testing::IsEmpty;
-using testing::MatrixOf;
-using testing::OutputOf;
-using testing::RandomMatrix;
-using testing::RandomSymmetricMatrix;
-using testing::Transposed;
+using test::Equal;
+using test::FrobeniusNorm;
+using test::IsEmpty;
+using test::MatrixOf;
+using test::OutputOf;
+using test::RandomMatrix;
+using test::RandomSymmetricMatrix;
+using test::Transposed;
 
 TEST(Householder, MapsTheRowOntoTheFirstUnitVectorAgainstItsSign) {
   EXPECT_LE(FrobeniusNorm(householder(MatrixOf({{3.0, 4.0}})) - MatrixOf({{-0.6, -0.8}, {-0.8, 0.6}})),
@@ -75,7 +75,7 @@ TEST(Tridiagonal, FormIsSymmetricAndZeroOutsideTheBand) {
 TEST(Tridiagonal, FormIsSimilarByAnOrthogonalTransform) {
   for (const int n : {2, 3, 4, 6, 7}) {
     const Matrix a = RandomSymmetricMatrix(n, static_cast<unsigned>(40 + n));
-    const testing::Similarity similarity = testing::SimilarityOf(a, tridiag(a));
+    const test::Similarity similarity = test::SimilarityOf(a, tridiag(a));
     EXPECT_LE(similarity.orthogonality, similarity.bound) << n;
     EXPECT_LE(similarity.residual, similarity.bound) << n;
     EXPECT_LT(similarity.bound, 1e-6) << n;
@@ -85,8 +85,8 @@ TEST(Tridiagonal, FormIsSimilarByAnOrthogonalTransform) {
 TEST(Tridiagonal, FormHasTheEigenvaluesOfTheMatrix) {
   const int n = 40;
   const Matrix a = RandomSymmetricMatrix(n, 6);
-  const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> of_matrix(testing::ToEigen(a), Eigen::EigenvaluesOnly);
-  const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> of_form(testing::ToEigen(tridiag(a)), Eigen::EigenvaluesOnly);
+  const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> of_matrix(test::ToEigen(a), Eigen::EigenvaluesOnly);
+  const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> of_form(test::ToEigen(tridiag(a)), Eigen::EigenvaluesOnly);
   // Symmetric: an eigenvalue moves by no more than the perturbation; the reference reduces by reflections too, twice.
   const double bound = 3 * FormError(n) * FrobeniusNorm(a);
   EXPECT_LE((of_matrix.eigenvalues() - of_form.eigenvalues()).cwiseAbs().maxCoeff(), bound);

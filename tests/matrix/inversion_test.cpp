@@ -11,10 +11,10 @@
 namespace orvanel {
 namespace {
 
-using testing::Equal;
-using testing::IsEmpty;
-using testing::MatrixOf;
-using testing::OutputOf;
+using test::Equal;
+using test::IsEmpty;
+using test::MatrixOf;
+using test::OutputOf;
 
 const double kNan = std::numeric_limits<double>::quiet_NaN();
 
@@ -32,7 +32,7 @@ Matrix Diagonal(double first, double second) { return MatrixOf({{first, 0.0}, {0
 
 // Elements from -1 to 1 with a diagonal that outweighs each row.
 Matrix DiagonallyDominant(int n, unsigned seed) {
-  Matrix a = testing::RandomMatrix(n, n, seed);
+  Matrix a = test::RandomMatrix(n, n, seed);
   for (int i = 0; i < n; ++i) a(i, i) += i % 2 == 0 ? n + 0.5 : -n - 0.5;
   return a;
 }
@@ -50,9 +50,9 @@ TEST(Inverse, TimesTheMatrixIsTheIdentity) {
     const Matrix a = DiagonallyDominant(n, static_cast<unsigned>(n));
     const Matrix inverse = a.inv();
     ASSERT_EQ(inverse.rows(), n);
-    const double bound = InverseError(n) * testing::RowSumNorm(a) * testing::RowSumNorm(inverse);
-    EXPECT_LE(testing::RowSumNorm(a * inverse - Matrix(n, kUnit)), bound) << n;
-    EXPECT_LE(testing::RowSumNorm(inverse * a - Matrix(n, kUnit)), bound) << n;
+    const double bound = InverseError(n) * test::RowSumNorm(a) * test::RowSumNorm(inverse);
+    EXPECT_LE(test::RowSumNorm(a * inverse - Matrix(n, kUnit)), bound) << n;
+    EXPECT_LE(test::RowSumNorm(inverse * a - Matrix(n, kUnit)), bound) << n;
   }
 }
 
@@ -115,8 +115,8 @@ TEST(InverseByCofactors, TimesTheMatrixIsTheIdentity) {
         double bound = 0.0;
         for (int k = 0; k < n; ++k) {
           sum += a(i, k) * inverse(k, j);
-          bound += std::fabs(a(i, k)) * (testing::PermanentOfMagnitudes(a.minor_matrix(j, k)) +
-                                         std::fabs(inverse(k, j)) * testing::PermanentOfMagnitudes(a));
+          bound += std::fabs(a(i, k)) * (test::PermanentOfMagnitudes(a.minor_matrix(j, k)) +
+                                         std::fabs(inverse(k, j)) * test::PermanentOfMagnitudes(a));
         }
         EXPECT_LE(std::fabs(sum), roundings * bound) << n << ": " << i << ", " << j;
         EXPECT_LT(roundings * bound, 1e-9);

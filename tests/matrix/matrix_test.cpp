@@ -13,11 +13,11 @@
 namespace orvanel {
 namespace {
 
-using testing::Equal;
-using testing::IsEmpty;
-using testing::MatrixOf;
-using testing::OutputOf;
-using testing::VectorOf;
+using test::Equal;
+using test::IsEmpty;
+using test::MatrixOf;
+using test::OutputOf;
+using test::VectorOf;
 
 TEST(Matrix, IsZeroWhenMade) { EXPECT_TRUE(Equal(Matrix(2, 3), MatrixOf({{0.0, 0.0, 0.0}, {0.0, 0.0, 0.0}}))); }
 
@@ -181,20 +181,20 @@ TEST(Matrix, BecomesTheIdentityWhereItIsSquare) {
 
 #ifdef ORVANEL_TEST_CAN_READ_SLOTS
 TEST(Matrix, KeepsTheSlotsOfItsVirtualOperations) {
-  EXPECT_EQ(testing::SlotOf(&Matrix::print), 1U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::clear), 2U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::resize), 3U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::fill), 4U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::inv), 5U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::invc), 6U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::minor_matrix), 7U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::cofactor), 8U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::det), 9U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::tr), 10U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::unit), 11U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::qr_iteration), 12U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::eigen), 13U);
-  EXPECT_EQ(testing::SlotOf(&Matrix::eigenvectors), 14U);
+  EXPECT_EQ(test::SlotOf(&Matrix::print), 1U);
+  EXPECT_EQ(test::SlotOf(&Matrix::clear), 2U);
+  EXPECT_EQ(test::SlotOf(&Matrix::resize), 3U);
+  EXPECT_EQ(test::SlotOf(&Matrix::fill), 4U);
+  EXPECT_EQ(test::SlotOf(&Matrix::inv), 5U);
+  EXPECT_EQ(test::SlotOf(&Matrix::invc), 6U);
+  EXPECT_EQ(test::SlotOf(&Matrix::minor_matrix), 7U);
+  EXPECT_EQ(test::SlotOf(&Matrix::cofactor), 8U);
+  EXPECT_EQ(test::SlotOf(&Matrix::det), 9U);
+  EXPECT_EQ(test::SlotOf(&Matrix::tr), 10U);
+  EXPECT_EQ(test::SlotOf(&Matrix::unit), 11U);
+  EXPECT_EQ(test::SlotOf(&Matrix::qr_iteration), 12U);
+  EXPECT_EQ(test::SlotOf(&Matrix::eigen), 13U);
+  EXPECT_EQ(test::SlotOf(&Matrix::eigenvectors), 14U);
 }
 #endif
 

@@ -15,10 +15,10 @@
 namespace orvanel {
 namespace {
 
-using testing::Cp932;
-using testing::Equal;
-using testing::OutputOf;
-using testing::VectorOf;
+using test::Cp932;
+using test::Equal;
+using test::OutputOf;
+using test::VectorOf;
 
 TEST(Messages, EveryReadableTextEncodesIntoTheBytesBesideIt) {
   for (const Wording& wording : Wordings()) {
@@ -101,7 +101,7 @@ TEST(Messages, MatrixProductOfInnerSizesThatDiffer) {
   EXPECT_EQ(OutputOf([&] { product = Matrix(2, 3) * Matrix(4, 5); }),
             Cp932(u8"\n2項演算子 * で，各行列のサイズが正しくありません．:\n"
                   u8"  オペランド 1 = 2 x 3 行列,   オペランド 2 = 4 x 5 行列\n"));
-  EXPECT_TRUE(testing::IsEmpty(product));
+  EXPECT_TRUE(test::IsEmpty(product));
 }
 
 TEST(Messages, MatrixSumOfDifferentShapes) {
@@ -109,7 +109,7 @@ TEST(Messages, MatrixSumOfDifferentShapes) {
   EXPECT_EQ(OutputOf([&] { sum = Matrix(2, 3) + Matrix(2, 5); }),
             Cp932(u8"\n2項演算子 + で，各行列のサイズが一致しません．:\n"
                   u8"  オペランド 1 = 2 x 3 行列,   オペランド 2 = 2 x 5 行列\n"));
-  EXPECT_TRUE(testing::IsEmpty(sum));
+  EXPECT_TRUE(test::IsEmpty(sum));
 }
 
 TEST(Messages, MatrixDifferenceOfDifferentShapes) {
@@ -117,7 +117,7 @@ TEST(Messages, MatrixDifferenceOfDifferentShapes) {
   EXPECT_EQ(OutputOf([&] { difference = Matrix(2, 3) - Matrix(4, 3); }),
             Cp932(u8"\n2項演算子 - で，各行列のサイズが一致しません．:\n"
                   u8"  オペランド 1 = 2 x 3 行列,   オペランド 2 = 4 x 3 行列\n"));
-  EXPECT_TRUE(testing::IsEmpty(difference));
+  EXPECT_TRUE(test::IsEmpty(difference));
 }
 
 TEST(Messages, MatrixCompoundSumOfDifferentShapes) {
@@ -145,7 +145,7 @@ TEST(Messages, MatrixDividedByAMatrix) {
     Matrix quotient(9, 9);
     EXPECT_EQ(OutputOf([&] { quotient = Matrix(2, 2) / divisor; }),
               Cp932(u8"オペレータ / で，行列を行列で除算することはできません．\n"));
-    EXPECT_TRUE(testing::IsEmpty(quotient));
+    EXPECT_TRUE(test::IsEmpty(quotient));
   }
 }
 
@@ -164,7 +164,7 @@ TEST(Messages, InverseOfAMatrixThatIsNotSquare) {
   EXPECT_EQ(OutputOf([&] { inverse = Matrix(2, 3).inv(); }),
             Cp932(u8"関数 Matrix::inv() で，行列のサイズが正しくありません．逆行列は計算できません．:\n"
                   u8"  オペランドの行列 (2 x 3) は，正方行列ではありません．\n"));
-  EXPECT_TRUE(testing::IsEmpty(inverse));
+  EXPECT_TRUE(test::IsEmpty(inverse));
 }
 
 TEST(Messages, InverseByCofactorsOfASingularMatrix) {
@@ -172,7 +172,7 @@ TEST(Messages, InverseByCofactorsOfASingularMatrix) {
   EXPECT_EQ(OutputOf([&] { inverse = Matrix(3, 3).invc(); }),
             Cp932(u8"関数 Matrix::invc() で逆行列が計算できません．:\n"
                   u8"  オペランドの行列 (3 x 3) は，正則行列ではありません．\n"));
-  EXPECT_TRUE(testing::IsEmpty(inverse));
+  EXPECT_TRUE(test::IsEmpty(inverse));
 }
 
 TEST(Messages, DeterminantOfAMatrixThatIsNotSquare) {
@@ -199,7 +199,7 @@ TEST(Messages, ReflectionOfOtherThanOneRow) {
   EXPECT_EQ(OutputOf([&] { reflection = householder(Matrix(3, 2)); }),
             Cp932(u8"関数 householder() で，行列のサイズは 1 x n でなければなりません．:\n"
                   u8"  オペランドの行列 = 3 x 2\n"));
-  EXPECT_TRUE(testing::IsEmpty(reflection));
+  EXPECT_TRUE(test::IsEmpty(reflection));
 }
 
 TEST(Messages, TridiagonalFormOfAMatrixThatIsNotSquare) {
@@ -207,7 +207,7 @@ TEST(Messages, TridiagonalFormOfAMatrixThatIsNotSquare) {
   EXPECT_EQ(OutputOf([&] { form = tridiag(Matrix(4, 3)); }),
             Cp932(u8"関数 tridiag() で，行列のサイズが正しくありません．3重対角化できません．:\n"
                   u8"  オペランド 4 x 3 行列は正方行列ではありません．\n"));
-  EXPECT_TRUE(testing::IsEmpty(form));
+  EXPECT_TRUE(test::IsEmpty(form));
 }
 
 TEST(Messages, QrIterationOfAMatrixThatIsNotSquare) {
@@ -216,7 +216,7 @@ TEST(Messages, QrIterationOfAMatrixThatIsNotSquare) {
       OutputOf([&] { last = Matrix(3, 5).qr_iteration(); }),
       Cp932(u8"関数 Matrix::eigen() で，行列のサイズが正しくありません．固有値および固有ベクトルが計算できません．"
             u8":\n  オペランド 3 x 5 行列は正方行列ではありません．\n"));
-  EXPECT_TRUE(testing::IsEmpty(last));
+  EXPECT_TRUE(test::IsEmpty(last));
 }
 
 }  // namespace

@@ -13,16 +13,16 @@
 namespace orvanel {
 namespace {
 
-using testing::OutputOf;
+using test::OutputOf;
 
 TEST(PrintingUnderADecimalComma, KeepsThePointAndTheBytes) {
   ASSERT_EQ(setenv("LOCPATH", ORVANEL_TEST_LOCALES, 1), 0);
   ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
   ASSERT_EQ(OutputOf([] { std::printf("%10.4f", 2.5); }), "    2,5000");
-  EXPECT_EQ(OutputOf([] { testing::MatrixOf({{2.5, -12345.678}}).print(); }), "    2.5000-12345.6780\n");
+  EXPECT_EQ(OutputOf([] { test::MatrixOf({{2.5, -12345.678}}).print(); }), "    2.5000-12345.6780\n");
   EXPECT_EQ(OutputOf([] { static_cast<void>(Matrix(1234, 0).det()); }),
-            testing::Cp932(u8"関数 Matrix::det() で，行列のサイズが正しくありません．:\n"
-                           u8"  オペランドの行列 (1234 x 0) は，正方行列ではありません．\n"));
+            test::Cp932(u8"関数 Matrix::det() で，行列のサイズが正しくありません．:\n"
+                        u8"  オペランドの行列 (1234 x 0) は，正方行列ではありません．\n"));
 }
 
 }  // namespace

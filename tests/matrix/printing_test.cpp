@@ -17,7 +17,7 @@
 namespace orvanel {
 namespace {
 
-using testing::OutputOf;
+using test::OutputOf;
 
 // The tests run in the C locale, where printf itself is the truth.
 std::string AsPrintf(double number) {
@@ -53,12 +53,12 @@ TEST(Printing, OfANumberEqualsPrintfForAnyBits) {
 }
 
 TEST(Printing, OfAVectorHasNoNewline) {
-  EXPECT_EQ(OutputOf([] { testing::VectorOf({2.5, -17.25}).print(); }), "    2.5000  -17.2500");
+  EXPECT_EQ(OutputOf([] { test::VectorOf({2.5, -17.25}).print(); }), "    2.5000  -17.2500");
 }
 
 TEST(Printing, OfAMatrixEndsEachRow) {
   EXPECT_EQ(OutputOf([] {
-              testing::MatrixOf({{2.5, -17.25, 3.0}, {4.0, 5.125, 6.0}}).print();
+              test::MatrixOf({{2.5, -17.25, 3.0}, {4.0, 5.125, 6.0}}).print();
             }),
             "    2.5000  -17.2500    3.0000\n    4.0000    5.1250    6.0000\n");
 }

@@ -15,13 +15,13 @@
 namespace orvanel {
 namespace {
 
-using testing::Equal;
-using testing::FrobeniusNorm;
-using testing::IsEmpty;
-using testing::MatrixOf;
-using testing::OutputOf;
-using testing::RandomMatrix;
-using testing::RandomSymmetricMatrix;
+using test::Equal;
+using test::FrobeniusNorm;
+using test::IsEmpty;
+using test::MatrixOf;
+using test::OutputOf;
+using test::RandomMatrix;
+using test::RandomSymmetricMatrix;
 
 constexpr char kStepLabel[] = "X (after qr_dec()) = ";
 
@@ -35,15 +35,15 @@ TEST(QrStep, IsTheProductOfTheFactorsInReverse) {
   for (const int n : {2, 3, 5, 12}) {
     Matrix x = RandomMatrix(n, n, static_cast<unsigned>(n));
     for (int i = 0; i < n; ++i) x(i, i) += 2.0 * n;  // well conditioned, so that the factors are
-    const Eigen::HouseholderQR<Eigen::MatrixXd> qr(testing::ToEigen(x));
+    const Eigen::HouseholderQR<Eigen::MatrixXd> qr(test::ToEigen(x));
     const Eigen::MatrixXd q = qr.householderQ();
     const Eigen::MatrixXd r = qr.matrixQR().triangularView<Eigen::Upper>();
-    const Eigen::JacobiSVD<Eigen::MatrixXd> svd(testing::ToEigen(x));
+    const Eigen::JacobiSVD<Eigen::MatrixXd> svd(test::ToEigen(x));
     const double condition = svd.singularValues()(0) / svd.singularValues()(n - 1);
     // Factors are unique but for the signs of rows of R, which show as signs of elements of the product. The
     // factors of a perturbed matrix move by the condition number.
     const double bound = 2 * QrStepError(n) * condition * FrobeniusNorm(x);
-    const Eigen::MatrixXd difference = testing::ToEigen(qr_dec(x)).cwiseAbs() - (r * q).cwiseAbs();
+    const Eigen::MatrixXd difference = test::ToEigen(qr_dec(x)).cwiseAbs() - (r * q).cwiseAbs();
     EXPECT_LE(difference.norm(), bound) << n;
     EXPECT_LT(bound, 1e-10) << n;
   }
@@ -97,7 +97,7 @@ TEST(QrIteration, BringsRealEigenvaluesOntoTheDiagonal) {
   const int steps = Count(OutputOf([&] { last = a.qr_iteration(); }), kStepLabel);
   EXPECT_GT(steps, 1);
   EXPECT_LT(steps, kQrSteps);
-  const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(testing::ToEigen(a), Eigen::EigenvaluesOnly);
+  const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(test::ToEigen(a), Eigen::EigenvaluesOnly);
   double diagonal[] = {last(0, 0), last(1, 1), last(2, 2)};
   std::sort(diagonal, diagonal + 3);
   // Symmetric: an eigenvalue moves by no more than the perturbations of the form and of all steps.

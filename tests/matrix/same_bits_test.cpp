@@ -11,8 +11,8 @@
 namespace orvanel {
 namespace {
 
-using testing::RandomMatrix;
-using testing::RandomSymmetricMatrix;
+using test::RandomMatrix;
+using test::RandomSymmetricMatrix;
 
 // FNV-1a over the bits of the elements, row by row.
 std::uint64_t Hash(const Matrix& a) {

@@ -8,7 +8,7 @@
 #include "orvanel/matrix.h"
 #include "tests/matrix/examples.h"
 
-namespace orvanel::testing {
+namespace orvanel::test {
 
 struct Similarity {
   double orthogonality;  // |Q^T Q - I|
@@ -36,6 +36,6 @@ inline Similarity SimilarityOf(const Matrix& a, const Matrix& h) {
           static_cast<double>((exact_a * q - q * exact_h).norm() / norm), static_cast<double>(growth) * FormError(n)};
 }
 
-}  // namespace orvanel::testing
+}  // namespace orvanel::test
 
 #endif  // ORVANEL_TESTS_MATRIX_SIMILARITY_H

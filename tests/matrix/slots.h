@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
-namespace orvanel::testing {
+namespace orvanel::test {
 
 #if defined(__GXX_ABI_VERSION) && (defined(__x86_64__) || defined(__i386__))
 #define ORVANEL_TEST_CAN_READ_SLOTS
@@ -19,6 +19,6 @@ std::size_t SlotOf(Member member) {
 }
 #endif
 
-}  // namespace orvanel::testing
+}  // namespace orvanel::test
 
 #endif  // ORVANEL_TESTS_MATRIX_SLOTS_H

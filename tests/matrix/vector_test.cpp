@@ -13,9 +13,9 @@
 namespace orvanel {
 namespace {
 
-using testing::Equal;
-using testing::OutputOf;
-using testing::VectorOf;
+using test::Equal;
+using test::OutputOf;
+using test::VectorOf;
 
 TEST(Vector, IsZeroWhenMade) { EXPECT_TRUE(Equal(Vector(3), VectorOf({0.0, 0.0, 0.0}))); }
 
@@ -147,12 +147,12 @@ TEST(Vector, IsPolymorphic) {
 
 #ifdef ORVANEL_TEST_CAN_READ_SLOTS
 TEST(Vector, KeepsTheSlotsOfItsVirtualOperations) {
-  EXPECT_EQ(testing::SlotOf(&Vector::print), 1U);
-  EXPECT_EQ(testing::SlotOf(&Vector::fill), 2U);
-  EXPECT_EQ(testing::SlotOf(&Vector::copy), 3U);
-  EXPECT_EQ(testing::SlotOf(&Vector::refresh), 4U);
-  EXPECT_EQ(testing::SlotOf(&Vector::resize), 5U);
-  EXPECT_EQ(testing::SlotOf(&Vector::clear), 6U);
+  EXPECT_EQ(test::SlotOf(&Vector::print), 1U);
+  EXPECT_EQ(test::SlotOf(&Vector::fill), 2U);
+  EXPECT_EQ(test::SlotOf(&Vector::copy), 3U);
+  EXPECT_EQ(test::SlotOf(&Vector::refresh), 4U);
+  EXPECT_EQ(test::SlotOf(&Vector::resize), 5U);
+  EXPECT_EQ(test::SlotOf(&Vector::clear), 6U);
 }
 #endif
 

@@ -21,8 +21,22 @@ using Complex = std::complex<long double>;
 // Rounding of the transform, relative to the zero frequency.
 constexpr double kRounding = 1e-14;
 
-// What the hard edge of the sampled disc costs the MTF of a perfect eye.
-constexpr double kDiscSampling = 1.5e-3;
+// What the disc of samples costs the MTF of a perfect eye: the overlap of 12,853 samples with themselves, counted,
+// departs from that of a circle by at most 6.73e-4, at the last sample before the cut-off.
+constexpr double kDiscSampling = 6.8e-4;
+
+// The share of the pupil's samples that lie in the pupil again when it is moved by (u, v).
+double Overlap(int u, int v) {
+  const auto inside = [](int x, int y) { return x * x + y * y <= 4096; };
+  int pupil = 0, both = 0;
+  for (int y = -64; y <= 64; ++y) {
+    for (int x = -64; x <= 64; ++x) {
+      pupil += inside(x, y);
+      both += inside(x, y) && inside(x + u, y + v);
+    }
+  }
+  return static_cast<double>(both) / pupil;
+}
 
 struct Result {
   OpticsEngine engine;
@@ -102,6 +116,13 @@ TEST(Mtf, StaysBetweenZeroAndOneAndLooksTheSameUpsideDown) {
       ASSERT_LE(result(r, c), 1.0 + kRounding);
       ASSERT_NEAR(result(r, c), result(256 - r, 256 - c), kRounding);
     }
+  }
+}
+
+TEST(Mtf, OfAPerfectEyeIsTheOverlapOfItsPupil) {
+  const Result result = Computed({});
+  for (const auto& [u, v] : {std::pair{1, 0}, {0, 127}, {64, 0}, {33, -70}, {-90, 90}, {91, 90}}) {
+    EXPECT_NEAR(result(128 + v, 128 + u), Overlap(u, v), kRounding) << u << "," << v;
   }
 }
 

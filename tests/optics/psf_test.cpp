@@ -26,9 +26,9 @@ constexpr double kWave = kWavelength;
 // Rounding of a 256 x 256 transform's largest element and of what is made of it.
 constexpr double kRounding = 2e-13;
 
-// What a hard-edged disc of 129 samples costs the Strehl ratio of defocus up to 0.35 waves, against a round pupil:
-// its second moment is off by about 4e-4.
-constexpr double kDiscSampling = 1.5e-3;
+// What a disc of samples costs the Strehl ratio of defocus up to 0.35 waves, against a round pupil: rho^2 is 5.8e-4
+// below 1/2 on average over the 12,853 samples, and their sum, computed apart, is at most 9.6e-4 off the closed form.
+constexpr double kDiscSampling = 1e-3;
 
 struct Result {
   OpticsEngine engine;

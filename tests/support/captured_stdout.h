@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-namespace orvanel::testing {
+namespace orvanel::test {
 
 // Runs the action and returns the bytes that it wrote.
 template <typename Action>
@@ -29,6 +29,6 @@ std::string OutputOf(Action&& action) {
   return output;
 }
 
-}  // namespace orvanel::testing
+}  // namespace orvanel::test
 
 #endif  // ORVANEL_TESTS_SUPPORT_CAPTURED_STDOUT_H

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace orvanel::testing {
+namespace orvanel::test {
 
 inline std::string Cp932(std::u8string_view text) {
   iconv_t converter = iconv_open("CP932", "UTF-8");
@@ -26,6 +26,6 @@ inline std::string Cp932(std::u8string_view text) {
   return output;
 }
 
-}  // namespace orvanel::testing
+}  // namespace orvanel::test
 
 #endif  // ORVANEL_TESTS_SUPPORT_CP932_H
