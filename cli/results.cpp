@@ -90,7 +90,7 @@ std::vector<ResultFile> ResultFiles(const std::vector<RingRequest>& rings, bool 
                    }});
   std::vector<std::string> names;
   for (const ResultFile& file : files) names.push_back(file.name);
-  names.push_back(kSummaryFile);
+  names.emplace_back(kSummaryFile);
   // NOLINTNEXTLINE(modernize-use-emplace): an aggregate has no constructor to call
   files.push_back({kSummaryFile, [names](const Results& r) { return SummaryJson(r, names); }});
   return files;

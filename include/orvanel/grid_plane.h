@@ -11,9 +11,11 @@ namespace orvanel {
 // Moves, but does not copy; a moved-from plane and one with a side below 1 hold nothing. Aligned to 64 bytes.
 class GridPlane {
  public:
+  // Without samples; with side x side of them.
   GridPlane() = default;
   explicit GridPlane(int side);
 
+  // Samples a side, samples in all, and where they lie.
   int side() const { return side_; }
   std::size_t size() const { return static_cast<std::size_t>(side_) * static_cast<std::size_t>(side_); }
   double* data() { return samples_.get(); }
@@ -23,6 +25,7 @@ class GridPlane {
   const double* begin() const { return data(); }
   const double* end() const { return data() + size(); }
 
+  // A sample by its element, or by its row and column. Neither is checked.
   double& operator[](std::size_t index) { return samples_[index]; }
   double operator[](std::size_t index) const { return samples_[index]; }
   double& operator()(int row, int column) { return samples_[Index(row, column)]; }

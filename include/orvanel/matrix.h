@@ -37,11 +37,13 @@ class Vector {
   Vector() = default;
   explicit Vector(int n);  // n zeros; empty for n below 1
 
+  // See VALUES.
   Vector(const Vector&) = default;
   Vector(Vector&& other) noexcept;
   Vector& operator=(const Vector&) = default;
   Vector& operator=(Vector&& other) noexcept;
 
+  // How many elements, where they lie, and one of them.
   int dim() const { return static_cast<int>(elements_.size()); }
   double* data() { return elements_.data(); }
   const double* data() const { return elements_.data(); }
@@ -76,6 +78,7 @@ Vector operator%(const Vector& left, const Vector& right);
 Vector operator+(const Vector& left, const Vector& right);
 Vector operator-(const Vector& left, const Vector& right);
 
+// Every element by a number.
 Vector operator*(const Vector& vector, double factor);
 Vector operator*(double factor, const Vector& vector);
 Vector operator/(const Vector& vector, double divisor);
@@ -94,11 +97,13 @@ class Matrix {
   // n x n: the identity where kind is the pointer kUnit, zero for any other pointer, whatever letters it points to.
   Matrix(int n, const char* kind);
 
+  // See VALUES.
   Matrix(const Matrix&) = default;
   Matrix(Matrix&& other) noexcept;
   Matrix& operator=(const Matrix&) = default;
   Matrix& operator=(Matrix&& other) noexcept;
 
+  // The shape.
   int rows() const { return static_cast<int>(rows_.size()); }
   int cols() const { return cols_; }
 
@@ -190,6 +195,7 @@ Matrix operator*(const Matrix& left, const Matrix& right);
 Matrix operator+(const Matrix& left, const Matrix& right);
 Matrix operator-(const Matrix& left, const Matrix& right);
 
+// Every element by a number.
 Matrix operator*(const Matrix& matrix, double factor);
 Matrix operator*(double factor, const Matrix& matrix);
 Matrix operator/(const Matrix& matrix, double divisor);
@@ -244,8 +250,8 @@ constexpr double QrStepError(int n) { return 8.0 * n * kRoundoff; }
 struct Eigenvalues {
   Matrix hessenberg;  // the form that the iteration started from
   Vector re;          // empty, as is im, where more than 100 steps brought no eigenvalue
-  Vector im;
-  int steps = 0;  // the most that one eigenvalue took
+  Vector im;          // as many
+  int steps = 0;      // the most that one eigenvalue took
 };
 
 // What eigen() prints and returns, without the printing. Not square: everything empty.
@@ -264,8 +270,8 @@ constexpr double EigenvalueError(int n) { return 20.0 * n * kRoundoff; }
 // |A w - lambda w| <= 1e-10 max |a_ij|. Values nearer to each other than 1e-5 max |a_ij| get orthogonal vectors where
 // such eigenvectors exist; a defective matrix has fewer, and then columns repeat.
 struct Eigenvectors {
-  Matrix re;
-  Matrix im;
+  Matrix re;  // real parts
+  Matrix im;  // imaginary parts
 };
 
 }  // namespace orvanel

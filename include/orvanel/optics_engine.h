@@ -38,6 +38,7 @@ struct FocusSearch {
   double wavelength = kWavelength;  // mm
 };
 
+// What OptimiseFocus found.
 struct FocusResult {
   std::array<double, kCoefficients> coefficients;  // the best found; all but c3, c4, c5 are those given
   double strehl;                                   // of these coefficients
@@ -45,6 +46,7 @@ struct FocusResult {
   bool converged;                                  // to the tolerance, before maximumTrials and off the bounds
 };
 
+// One eye, from its coefficients to what it sees.
 class OpticsEngine {
  public:
   // Allocates the planes, all zero, and sets every other field to 0. Operations that transform need a side that is a
@@ -55,6 +57,7 @@ class OpticsEngine {
   OpticsEngine(const double* coefficients, double diameter, int n, int includeAstigmatism, int includeAllSecondOrder,
                int includeDefocus);
 
+  // A moved-from engine can only be assigned to or destroyed.
   OpticsEngine(OpticsEngine&&) noexcept;
   OpticsEngine& operator=(OpticsEngine&&) noexcept;
   ~OpticsEngine();

@@ -30,19 +30,21 @@
 #ifndef ORVANEL_ORVANEL_H
 #define ORVANEL_ORVANEL_H
 
-#define ORVANEL_VERSION "0.1.0"
+#define ORVANEL_VERSION "0.1.0" /* of this header, and of the library that is built with it */
 
 #define ORVANEL_GRID_SIZE 256       /* side of a plane */
 #define ORVANEL_PLANE_SAMPLES 65536 /* doubles in a plane */
 #define ORVANEL_COEFFICIENTS 28     /* Zernike terms of radial orders 0 to 6 */
 #define ORVANEL_SECTION_SAMPLES 128 /* doubles in a section of the modulation transfer function */
 
+/* Marks what the library exports. */
 #if defined(__GNUC__)
 #define ORVANEL_API __attribute__((visibility("default")))
 #else
 #define ORVANEL_API
 #endif
 
+/* Tells C++ that the functions throw nothing. */
 #if defined(__cplusplus) && __cplusplus >= 201103L
 #define ORVANEL_NOEXCEPT noexcept
 #else

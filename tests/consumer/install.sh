@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Installs a build into a fresh prefix and, given a third argument, moves it there.
+# Usage: install.sh BUILD_FOLDER PREFIX [LATER_PREFIX]
+set -euo pipefail
+rm -rf "${@:2}"
+cmake --install "$1" --prefix "$2" >/dev/null
+[ $# -lt 3 ] || mv "$2" "$3"

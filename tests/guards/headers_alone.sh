@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Each public header compiles alone: the C header as C99, C++98 and C++20, the others as the C++17 that they promise and
+# the C++20 that we build with.
+# Usage: headers_alone.sh C_COMPILER CXX_COMPILER INCLUDE_FOLDER
+set -euo pipefail
+cc=$1 cxx=$2 include=$3
+status=0
+
+# compiles COMPILER LANGUAGE STANDARD HEADER
+compiles() {
+  echo "#include <orvanel/$4>" |
+    "$1" -x "$2" -std="$3" -pedantic -Wall -Wextra -Werror -I"$include" -fsyntax-only - ||
+    { echo "$4 is no $3"; status=1; }
+}
+
+compiles "$cc" c c99 orvanel.h
+compiles "$cxx" c++ c++98 orvanel.h
+for path in "$include"/orvanel/*.h; do
+  for standard in c++17 c++20; do compiles "$cxx" c++ "$standard" "$(basename "$path")"; done
+done
+exit $status
