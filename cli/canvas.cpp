@@ -156,12 +156,18 @@ double Canvas::TextWidth(const std::string& text, const TextStyle& style) const 
 
 std::string Canvas::Shortened(std::string text, const TextStyle& style, double width) const {
   if (TextWidth(text, style) <= width) return text;
-  const std::string ellipsis = "\u2026";
-  while (!text.empty() && TextWidth(text + ellipsis, style) > width) {
-    while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xc0) == 0x80) text.pop_back();
-    if (!text.empty()) text.pop_back();
+  // The longest beginning that fits, by halving: a file may hold a name of any length.
+  const auto beginning = [&text](std::size_t bytes) {
+    while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xc0) == 0x80) --bytes;  // whole characters
+    return text.substr(0, bytes) + "\u2026";
+  };
+  std::size_t fits = 0;
+  std::size_t tooLong = text.size();
+  while (tooLong - fits > 1) {
+    const std::size_t middle = fits + (tooLong - fits) / 2;
+    (TextWidth(beginning(middle), style) <= width ? fits : tooLong) = middle;
   }
-  return text + ellipsis;
+  return beginning(fits);
 }
 
 }  // namespace orvanel::cli

@@ -124,5 +124,14 @@ TEST(Canvas, ShortenedTextFitsAndEndsInAnEllipsis) {
   EXPECT_EQ((cut.size() - 3) % 2, 0U) << "no letter of two bytes is cut in half";
 }
 
+TEST(Canvas, ShortenedTextIsAsLongAsFitsHoweverMuchThereIs) {
+  const Canvas canvas(10, 10, 1.0);
+  const TextStyle style{20, kInk};
+  const std::string cut = canvas.Shortened(std::string(1000000, 'n'), style, 300);
+  EXPECT_LE(canvas.TextWidth(cut, style), 300.0);
+  EXPECT_GT(canvas.TextWidth("n" + cut, style), 300.0);
+  EXPECT_EQ(canvas.Shortened("wide", style, 1), "\u2026");
+}
+
 }  // namespace
 }  // namespace orvanel::cli
