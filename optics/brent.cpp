@@ -5,6 +5,12 @@
 #include <utility>
 
 namespace orvanel {
+namespace {
+
+constexpr int kMostSteps = 200;  // golden sections alone cut any interval down to rounding in fewer
+constexpr double kRootOfRounding = 0x1p-52;
+
+}  // namespace
 
 Maximum MaximiseOnInterval(const std::function<double(double)>& f, double low, double high, double tolerance) {
   constexpr double kGolden = 0x1.8722191a02d61p-2;  // (3 - sqrt 5) / 2
@@ -16,9 +22,11 @@ Maximum MaximiseOnInterval(const std::function<double(double)>& f, double low, d
   double fv = fx;
   double step = 0.0;
   double stepBeforeLast = 0.0;
-  for (;;) {
+  const double wanted = tolerance;
+  for (int steps = 0; steps < kMostSteps; ++steps) {
     const double middle = 0.5 * (low + high);
-    if (std::fabs(x - middle) <= 2.0 * tolerance - 0.5 * (high - low)) return {x, fx};
+    tolerance = wanted + kRootOfRounding * std::fabs(x);  // closer points have the same value
+    if (std::fabs(x - middle) <= 2.0 * tolerance - 0.5 * (high - low)) break;
 
     // The parabola through x, v and w peaks at x + p / q.
     bool parabolic = false;
@@ -59,6 +67,7 @@ Maximum MaximiseOnInterval(const std::function<double(double)>& f, double low, d
       }
     }
   }
+  return {x, fx};
 }
 
 }  // namespace orvanel

@@ -36,6 +36,7 @@ void Stages(LineBundle& x, const Tables& tables, std::size_t n, int log2n) {
     const std::size_t groups = std::size_t{1} << stage;
     const std::size_t span = n >> stage;
     const std::size_t half = span / 2;
+    if (half == 0) return;
     for (std::size_t g = 0; g < groups; ++g) {
       for (std::size_t k = 0; k < half; ++k) {
         const double cos = tables.cosTable[k * groups];
@@ -67,7 +68,7 @@ void NegateOdd(LineBundle& x) {
 // Every element takes the value from the index with its bits reversed.
 void Reorder(LineBundle& x, std::size_t n, int log2n) {
   for (std::size_t j = 0; j < n; ++j) {
-    const std::size_t other = BitReversed(j, log2n);
+    const std::size_t other = BitReversed(j, std::min(log2n, 63));
     if (other <= j || other >= n) continue;
     std::swap_ranges(&x.re[j * kLanes], &x.re[j * kLanes] + kLanes, &x.re[other * kLanes]);
     std::swap_ranges(&x.im[j * kLanes], &x.im[j * kLanes] + kLanes, &x.im[other * kLanes]);

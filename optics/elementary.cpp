@@ -108,8 +108,11 @@ double ArcTangent2(double y, double x) {
   } else if (a > 0.0 && b < std::numeric_limits<double>::infinity()) {
     angle = ArcOfRatio(a, b);
   }
-  if (steep) angle = (kHalfPi - angle) + kHalfPiLow;
-  if (std::signbit(x)) angle = (kPi - angle) + kPiLow;
+  if (steep) {
+    angle = (std::signbit(x) ? kHalfPi + angle : kHalfPi - angle) + kHalfPiLow;
+  } else if (std::signbit(x)) {
+    angle = (kPi - angle) + kPiLow;
+  }
   return std::copysign(angle, y);
 }
 

@@ -8,13 +8,14 @@ namespace orvanel {
 // Error bounds, in units in the last place of the result. That of sine and cosine: 1/2 for the last sum, and of the
 // terms behind the first, which are at most an eighth of it, five roundings of 1/2 (x z, the polynomial's last two,
 // their product, the sum with the low part). Below kSmallestExactSine a sine or cosine is off by at most that bound
-// times kSmallestExactSine: so near to a zero the reduced angle runs out of bits. Arc tangent: 1/2 for the last sum, at
-// most 1 for the angle within the octant when it is taken from a quarter or half turn. Arc cosine: that, and 1 for the
-// root.
+// times kSmallestExactSine: so near to a zero the reduced angle runs out of bits. Arc tangent: where a tabulated angle
+// less u comes out as small as u, at most 1/16, the five roundings of u (numerator, denominator, quotient, what is
+// added to it) count fully, and the last sum; taking it from a quarter or half turn rounds less. Arc cosine: that, and
+// 1 for the root.
 constexpr double kSineCosineUlps = 0.82;
 constexpr double kSmallestExactSine = 0x1p-35;
-constexpr double kArcTangentUlps = 1.5;
-constexpr double kArcCosineUlps = 2.5;
+constexpr double kArcTangentUlps = 3.0;
+constexpr double kArcCosineUlps = 4.0;
 
 struct SineCosine {
   double sine;

@@ -25,7 +25,9 @@ constexpr double kWorthRefining = 0.7;
 constexpr int kMostRounds = 50;
 
 // How much a unit step in this direction changes the wavefront at most.
-double Magnitude(const Point& direction) { return std::fabs(direction[0]) + std::hypot(direction[1], direction[2]); }
+double Magnitude(const Point& direction) {
+  return std::fabs(direction[0]) + std::sqrt(direction[1] * direction[1] + direction[2] * direction[2]);
+}
 
 Point Along(const Point& from, const Point& direction, double t) {
   return {from[0] + t * direction[0], from[1] + t * direction[1], from[2] + t * direction[2]};
@@ -42,10 +44,12 @@ class Search {
          const FocusSearch& settings)
       : engine_(engine), scratch_(scratch), diameter_(diameter), settings_(settings) {
     std::copy_n(coefficients, coefficients_.size(), coefficients_.begin());
+    if (!(settings_.tolerance > 0.0)) settings_.tolerance = FocusSearch{}.tolerance;
+    const bool bounded = settings_.halfRange > 0.0 && std::isfinite(settings_.halfRange);
     for (std::size_t i = 0; i < kIndex.size(); ++i) {
       const double start = coefficients_[kIndex[i]];
       const double own = std::fabs(start) + 2.0 * settings.wavelength;
-      const double half = i > 0 && !settings.astigmatism ? 0.0 : settings.halfRange > 0.0 ? settings.halfRange : own;
+      const double half = i > 0 && !settings.astigmatism ? 0.0 : bounded ? settings.halfRange : own;
       start_[i] = start;
       low_[i] = start - half;
       high_[i] = start + half;

@@ -54,7 +54,7 @@ double StrehlReference(int n, int m) {
 
 bool OpticsEngine::ComputePsf(double wavelength, double* psfCopy, double* pitch, double* strehl, int size, int reuse) {
   const int n = gridSize;
-  if (size > n) return false;
+  if (size > n || n < 1) return false;
   if (reuse == 1 && wavelength == psfWavelength) return true;
   psfWavelength = wavelength;
   focalLength = kFocalLength;

@@ -69,9 +69,11 @@ void OpenGap(double* plane, int n, int diameter, int gapDirection) {
 }  // namespace
 
 int RingDiameter(const RingScale& scale, double acuity) {
-  constexpr double kLargest = 1e9;  // keeps all that follows inside int; far beyond any plane
+  // Beyond these the diameter would leave the range of int.
+  constexpr double kSmallest = -2147483647.0;
+  constexpr double kLargest = 2147483646.0;
   const double raw = RawSize(scale, -Numerator(scale.n) / acuity);
-  const int truncated = std::isnan(raw) ? 0 : static_cast<int>(std::clamp(raw, -kLargest, kLargest));
+  const int truncated = std::isnan(raw) ? 0 : static_cast<int>(std::clamp(raw, kSmallest, kLargest));
   int diameter = -2 - truncated;
   while (diameter % 5 != 0) ++diameter;
   return diameter;

@@ -13,7 +13,7 @@ struct RingScale {
 };
 
 // Outer diameter in samples for a decimal acuity: two less than the truncated raw size, rounded up to a multiple of
-// five. Negative for a negative acuity, bounded by a billion.
+// five. Negative for a negative acuity, and at the ends of int where it would lie beyond.
 int RingDiameter(const RingScale& scale, double acuity);
 
 // The acuity whose raw size is exactly the diameter.

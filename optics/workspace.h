@@ -1,4 +1,4 @@
-// Scratch planes of an engine, allocated once so that no operation allocates on its way.
+// Scratch planes of an engine, allocated once so that the operations need no planes of their own.
 #ifndef ORVANEL_OPTICS_WORKSPACE_H
 #define ORVANEL_OPTICS_WORKSPACE_H
 

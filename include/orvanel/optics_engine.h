@@ -32,7 +32,7 @@ constexpr double kWavefrontOutside = 1000.0;                 // marks wavefront 
 // What OptimiseFocus varies: every coefficient by up to halfRange to either side of its start.
 struct FocusSearch {
   bool astigmatism = false;         // vary c3 and c5 too, not c4 alone
-  double halfRange = 0.0;           // mm; 0 means the coefficient's own size and two waves more, so that 0 is inside
+  double halfRange = 0.0;           // mm; 0, and what is not a length, means the coefficient's own size and two waves
   double tolerance = 1e-8;          // mm, on each coefficient; a hundredth of a nanometre
   int maximumTrials = 2000;         // wavefronts tried at most
   double wavelength = kWavelength;  // mm
@@ -100,7 +100,7 @@ class OpticsEngine {
   //   pitch       receives 2 psfHalfWidth / (n - 1), mm
   //   strehl      receives strehlRatio: the peak over that of a perfect pupil on the 256 grid; over 3209^2 on the 128
   //               grid, where the transform is scaled otherwise, so that it is only good for comparing; -1 on others
-  //   size        must not exceed n: else nothing happens and the result is false
+  //   size        must not exceed n: else nothing happens and the result is false; so too where n is below 1
   //   reuse       1 keeps the PSF held when psfWavelength equals wavelength, and then writes nothing at all
   // A pupil without samples, or with a sample that is not finite, gives a PSF and a Strehl ratio of 0.
   // Source: Goodman, Introduction to Fourier Optics, 6.

@@ -104,10 +104,9 @@ ORVANEL_API int OrvanelGetOrvanel(double acuity, double* image, double* effectiv
                                   int gapDirection) ORVANEL_NOEXCEPT;
 
 /* The built-in sector star as the eye sees it.
- *   image  plane, 0.0 to 1.0. After OrvanelInputZer it is stretched to span 0.0 to 1.0 exactly; once
- *          OrvanelGetOrvanel has been called, and until the next OrvanelInputZer, it keeps the star's total light
- *          instead and is clipped at 1.
- * Refuses before the first successful OrvanelInputZer. */
+ *   image  plane, 0.0 to 1.0 (not a number where an eye without pupil is stretched). After OrvanelInputZer it is
+ * stretched to span 0.0 to 1.0 exactly; once OrvanelGetOrvanel has been called, and until the next OrvanelInputZer, it
+ * keeps the star's total light instead and is clipped at 1. Refuses before the first successful OrvanelInputZer. */
 ORVANEL_API int OrvanelGetPattern(double* image) ORVANEL_NOEXCEPT;
 
 /* The built-in sector star itself.

@@ -10,6 +10,7 @@
 #include <numeric>
 #include <vector>
 
+#include "optics/elementary.h"
 #include "orvanel/optics_engine.h"
 
 namespace orvanel {
@@ -218,6 +219,43 @@ TEST(Mtf, OfAnEmptyPupilIsNotANumberAndTheNextEyeIsRight) {
   result.engine.ComputeMtf(kWavelength, result.mtf.data(), &result.step, result.row.data(), result.column.data(),
                            result.limit.data(), 256);
   EXPECT_EQ(result.mtf, Computed(Lopsided()).mtf);
+}
+
+// What ComputeMtf makes of its PSF, written out: the transform told 8 whatever the grid, moduli divided by the
+// centre's.
+std::vector<double> Modulation(OpticsEngine& engine, int n) {
+  std::vector<double> re(engine.psfPlane.begin(), engine.psfPlane.end()), im(re.size(), 0.0);
+  engine.CentredFft2(re.data(), im.data(), 1, n, 8);
+  for (std::size_t i = 0; i < re.size(); ++i) re[i] = std::sqrt(re[i] * re[i] + im[i] * im[i]);
+  const double zeroFrequency = re[static_cast<std::size_t>(n / 2 * n + n / 2)];
+  for (double& value : re) value = value / zeroFrequency;
+  return re;
+}
+
+TEST(Mtf, IsTheModulusDividedByThatAtTheCentreToTheBit) {
+  Result result = Computed(Lopsided());
+  EXPECT_EQ(result.mtf, Modulation(result.engine, 256));
+}
+
+TEST(Mtf, TellsTheTransformOfTheFullGridOnEveryGrid) {
+  OpticsEngine engine(Lopsided().data(), 3.0, 128, 1, 1, 1);
+  std::vector<double> mtf(128 * 128);
+  std::array<double, 64> row{}, column{}, limit{};
+  double step = 0.0;
+  engine.ComputeMtf(kWavelength, mtf.data(), &step, row.data(), column.data(), limit.data(), 128);
+  EXPECT_EQ(mtf, Modulation(engine, 128));
+}
+
+TEST(Mtf, ScalesAreEvaluatedInTheirOrderToTheBit) {
+  const double h = 0.0731928473;
+  std::array<double, 128> limit{};
+  DiffractionLimit(h, 129, 128, limit.data());
+  for (int i = 0; i < 128; ++i) {
+    const double x = (2.0 * h / 128.0) * i * (1.0 / (2.0 * h));
+    EXPECT_EQ(limit[static_cast<std::size_t>(i)], (ArcCosine(x) - x * std::sqrt(1.0 - x * x)) * 0.636619772367582);
+  }
+  EXPECT_EQ(FrequencyStep(256, h, 17.0),
+            2.0 * ((256 * 0.25) / h) / (ArcTangent(1.0 / 17.0) * 57.29577951308239) / 255.0);
 }
 
 TEST(Mtf, OnASmallerGridScalesItsAxesByThatGrid) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 #include "orvanel/optics_engine.h"
@@ -175,6 +176,24 @@ TEST(OptimiseFocus, StaysWithinItsBounds) {
   EXPECT_GE(result.coefficients[4], 0.25 * kWave);
   EXPECT_NEAR(result.coefficients[4], 0.25 * kWave, kPlace);
   EXPECT_FALSE(result.converged);  // the best lies beyond
+}
+
+TEST(OptimiseFocus, EndsWhateverItIsTold) {
+  Coefficients c{};
+  c[4] = 0.2 * kWave;
+  for (const double hostile : {0.0, -1.0, 1e12, std::numeric_limits<double>::infinity(), std::nan("")}) {
+    FocusSearch search;
+    search.maximumTrials = 40;
+    search.halfRange = hostile;
+    EXPECT_LE(Optimised(c, search).trials, 40) << hostile;
+    search.halfRange = 0.1 * kWave;
+    search.tolerance = hostile;
+    EXPECT_LE(Optimised(c, search).trials, 40) << hostile;
+  }
+  c[4] = -1e12;
+  FocusSearch search;
+  search.maximumTrials = 40;
+  EXPECT_LE(Optimised(c, search).trials, 40);
 }
 
 TEST(OptimiseFocus, StopsAfterTheTrialsAllowed) {

@@ -176,6 +176,27 @@ TEST(Psf, TiltByWholeSamplesChangesNothing) {
   for (std::size_t i = 0; i < result.copy.size(); ++i) ASSERT_NEAR(result.copy[i], straight.copy[i], kRounding) << i;
 }
 
+TEST(Psf, IsTheIntensityTimesTheReciprocalOfItsPeakToTheBit) {
+  Result result = Computed(Lopsided());
+  std::vector<double> re(65536), im(65536), intensity(65536);
+  PupilFunction(result.engine.wavefrontPlane.data(), kWave, 256, re.data(), im.data());
+  result.engine.Fft2(re.data(), im.data(), 256, 0);
+  result.engine.ShiftedPowerSpectrum(intensity.data(), re.data(), im.data());
+  const Peak peak = FindPeak(intensity.data(), 256);
+  RecentrePlane(intensity.data(), peak.row, peak.column, 256);
+  for (std::size_t i = 0; i < intensity.size(); ++i) {
+    ASSERT_EQ(result.engine.psfPlane[i], (1.0 / peak.value) * intensity[i]) << i;
+  }
+  EXPECT_EQ(result.strehl, peak.value / 0.038463531294838);
+}
+
+TEST(Psf, OfAnEngineWithoutSamplesIsRefused) {
+  OpticsEngine engine(0);
+  double pitch = -8.0, strehl = -9.0;
+  EXPECT_FALSE(engine.ComputePsf(kWave, nullptr, &pitch, &strehl, 0));
+  EXPECT_EQ(strehl, -9.0);
+}
+
 TEST(Psf, CopyAndScalarsAreThoseOfTheEngine) {
   const Result result = Computed(Lopsided(), 4.3);
   EXPECT_TRUE(std::equal(result.copy.begin(), result.copy.end(), result.engine.psfPlane.begin()));

@@ -258,13 +258,15 @@ TEST(KeepTotal, OfNothingIsBlack) {
 }
 
 TEST(Stretch, SpansExactlyZeroToOneByTrueDivision) {
-  const double intensity[4] = {0.3, 0.1, 0.7, 0.2};
+  // A range of 49, whose reciprocal times 49 is not 1.
+  const double intensity[4] = {17.0, 3.0, 52.0, 8.0};
+  ASSERT_NE((1.0 / 49.0) * 49.0, 1.0);
   double image[4];
   Stretch(intensity, 2, image);
   EXPECT_EQ(image[1], 0.0);
   EXPECT_EQ(image[2], 1.0);
-  EXPECT_EQ(image[0], (0.3 - 0.1) / (0.7 - 0.1));
-  EXPECT_EQ(image[3], (0.2 - 0.1) / (0.7 - 0.1));
+  EXPECT_EQ(image[0], 14.0 / 49.0);
+  EXPECT_EQ(image[3], 5.0 / 49.0);
 }
 
 TEST(Stretch, OfAConstantIsNotANumber) {

@@ -93,11 +93,26 @@ TEST(Ring, EffectiveAcuityIsTheOneWhoseRawSizeIsTheDiameter) {
   EXPECT_NEAR(EffectiveAcuity(scale, 40), 5 * samplesPerMinute / 40, 1e-9);
 }
 
+TEST(Ring, RawSizeIsEvaluatedFromLeftToRight) {
+  // Raw sizes that are a whole number to rounding: another order of evaluation falls on the other side of it.
+  EXPECT_EQ(RingDiameter(ScaleForPupil(3.0), 1.0608813203271645), 25);
+  EXPECT_EQ(RingDiameter(ScaleForPupil(3.0), 0.9001417263382002), 30);
+}
+
+TEST(Ring, DiameterIsCutOffOnlyAtTheEndsOfInt) {
+  EXPECT_EQ(RingDiameter(ScaleForPupil(4.0), 3e-8), 1320207865);
+  EXPECT_EQ(RingDiameter(ScaleForPupil(4.0), 1e-12), 2147483645);
+  EXPECT_LT(RingDiameter(ScaleForPupil(4.0), -1e-12), -2147483640);
+}
+
 TEST(Ring, NumeratorDependsOnTheSideOfThePlane) {
   const RingScale full = ScaleForPupil(4.0);
   RingScale half = full;
   half.n = 128;
+  RingScale twice = full;
+  twice.n = 512;
   EXPECT_DOUBLE_EQ(EffectiveAcuity(half, 40), EffectiveAcuity(full, 40) * 3.0 / 5.0);
+  EXPECT_DOUBLE_EQ(EffectiveAcuity(twice, 40), EffectiveAcuity(full, 40) * 3.0 / 5.0);
 }
 
 TEST(Ring, OfAcuityOneAtFourMillimetresHasTheStatedRadii) {
