@@ -1,5 +1,17 @@
 # What every target of this project needs, whatever preset builds it.
 
+if(MINGW)
+  # GCC takes the stack of Windows for as aligned as wide registers want it, which it is not: moves that mind are
+  # assembled as moves that do not. Assemblers have known how since binutils 2.38.
+  set(orvanel_mingw_options -Wa,-muse-unaligned-vector-move)
+  # Without optimisation the square root is a call into a C library that rounds otherwise.
+  list(APPEND orvanel_mingw_options $<$<NOT:$<CONFIG:Release,RelWithDebInfo,MinSizeRel>>:-O1>)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # The arithmetic of 64 bits, so that the bits are the same; and hosts align the stack to 4 bytes only.
+    list(APPEND orvanel_mingw_options -msse2 -mfpmath=sse -mstackrealign)
+  endif()
+endif()
+
 # orvanel_target(<target>): C++20, no exported names but the marked ones, and arithmetic that gives the same bits
 # everywhere: no fused multiply-add, and the square root as one instruction instead of a call that sets errno.
 function(orvanel_target target)
@@ -12,6 +24,26 @@ function(orvanel_target target)
     POSITION_INDEPENDENT_CODE ON)
   target_compile_options(${target} PRIVATE
     $<$<COMPILE_LANGUAGE:C,CXX>:-ffp-contract=off -fno-math-errno>)
+  if(MINGW)
+    target_compile_options(${target} PRIVATE "$<$<COMPILE_LANGUAGE:C,CXX>:${orvanel_mingw_options}>")
+  endif()
+endfunction()
+
+# orvanel_kernels(<target> <name> [<flag>...]): adds the vector kernels compiled with these flags, as the table
+# orvanel::<name>::kKernels.
+function(orvanel_kernels target name)
+  set(kernels ${target}_${name})
+  add_library(${kernels} OBJECT ${PROJECT_SOURCE_DIR}/optics/kernels/variant.cpp)
+  orvanel_target(${kernels})
+  target_include_directories(${kernels} PRIVATE ${PROJECT_SOURCE_DIR})
+  target_compile_definitions(${kernels} PRIVATE ORVANEL_KERNELS=${name})
+  target_compile_options(${kernels} PRIVATE ${ARGN})
+  if(ORVANEL_FUZZ)
+    # The fuzzer is after calls and buffers, which have guards of their own, and would spend its time in instrumented
+    # arithmetic. The preset "sanitize" replays the corpus with everything instrumented.
+    target_compile_options(${kernels} PRIVATE -fno-sanitize=all -O2)
+  endif()
+  target_sources(${target} PRIVATE $<TARGET_OBJECTS:${kernels}>)
 endfunction()
 
 # orvanel_library(<target> <name>): a library of the package, Orvanel::<name> both here and for those who find it
@@ -38,16 +70,26 @@ endfunction()
 # `extern "C" const unsigned char <symbol>[]`, followed by `<symbol>_end[]`.
 function(orvanel_embed target symbol file)
   set(source ${CMAKE_CURRENT_BINARY_DIR}/${symbol}.S)
+  set(section .rodata)
+  set(end_of_source ".section .note.GNU-stack,\"\",%progbits")
+  set(name ${symbol})
+  if(WIN32)
+    set(section ".rdata,\"dr\"")
+    set(end_of_source "")
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+      set(name _${symbol})  # as C names are written there
+    endif()
+  endif()
   file(CONFIGURE OUTPUT ${source} @ONLY CONTENT [[
-.section .rodata
+.section @section@
 .balign 16
-.global @symbol@
-.global @symbol@_end
-@symbol@:
+.global @name@
+.global @name@_end
+@name@:
 .incbin "@file@"
-@symbol@_end:
+@name@_end:
 .byte 0
-.section .note.GNU-stack,"",%progbits
+@end_of_source@
 ]])
   set_source_files_properties(${source} PROPERTIES OBJECT_DEPENDS ${file})
   target_sources(${target} PRIVATE ${source})

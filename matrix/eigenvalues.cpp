@@ -4,9 +4,9 @@
 // negligible subdiagonal element cuts the block off.
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 #include "matrix/hessenberg.h"
+#include "matrix/standard_output.h"
 #include "orvanel/matrix.h"
 
 namespace orvanel {
@@ -180,12 +180,12 @@ Eigenvalues eigenvalues(const Matrix& a) {
 Matrix Matrix::eigen() const {
   if (rows() != cols()) return Matrix();
   const Eigenvalues values = eigenvalues(*this);
-  std::fputs("copied T = ", stdout);
+  WriteOutput("copied T = ");
   values.hessenberg.print();
   if (values.re.dim() != rows()) return Matrix();
-  std::fputs("\neigen values(Re) = ", stdout);
+  WriteOutput("\neigen values(Re) = ");
   values.re.print();
-  std::fputs("\neigen values(Im) = ", stdout);
+  WriteOutput("\neigen values(Im) = ");
   values.im.print();
   Matrix table(rows(), 2);
   for (int i = 0; i < rows(); ++i) {

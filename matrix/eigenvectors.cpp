@@ -180,6 +180,7 @@ Eigenvectors Matrix::eigenvectors(const Vector& re, const Vector& im) const {
   const Vector b = im / scale;
 
   Eigenvectors vectors{Matrix(n, re.dim()), Matrix(n, re.dim())};
+  if (n == 0) return vectors;                 // nothing has a length to bring to 1
   std::vector<std::pair<int, Vector>> found;  // with the number of the eigenvalue
   for (int k = 0; k < re.dim(); ++k) {
     std::vector<Vector> cluster;

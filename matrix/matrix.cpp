@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 #include <utility>
 #include <vector>
 
 #include "matrix/messages.h"
+#include "matrix/standard_output.h"
 
 namespace orvanel {
 namespace {
@@ -79,7 +79,7 @@ Matrix::operator double() const {
 void Matrix::print() const {
   for (const Vector& row : rows_) {
     row.print();
-    std::putchar('\n');
+    WriteOutput("\n");
   }
 }
 

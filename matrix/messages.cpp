@@ -3,9 +3,10 @@
 #include "matrix/messages.h"
 
 #include <cstddef>
-#include <cstdio>
 #include <iterator>
 #include <string>
+
+#include "matrix/standard_output.h"
 
 namespace orvanel {
 namespace {
@@ -132,7 +133,7 @@ void Say(Text text, std::initializer_list<int> numbers) {
   // The second byte of a two-byte character is never a percent sign, so that a search by bytes finds only our own.
   std::string line(kWordings[static_cast<std::size_t>(text)].bytes);
   for (const int number : numbers) line.replace(line.find("%d"), 2, std::to_string(number));
-  std::fwrite(line.data(), 1, line.size(), stdout);
+  WriteOutput(line);
 }
 
 }  // namespace orvanel

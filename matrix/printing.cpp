@@ -2,9 +2,10 @@
 #include "matrix/printing.h"
 
 #include <charconv>
-#include <cstddef>
-#include <cstdio>
 #include <limits>
+#include <string_view>
+
+#include "matrix/standard_output.h"
 
 namespace orvanel {
 namespace {
@@ -21,7 +22,7 @@ void PrintNumber(double number) {
   char* const digits = text + kWidth;
   const char* const end = std::to_chars(digits, digits + kLongest, number, std::chars_format::fixed, kDecimals).ptr;
   const char* const start = end - digits < kWidth ? end - kWidth : digits;
-  std::fwrite(start, 1, static_cast<std::size_t>(end - start), stdout);
+  WriteOutput(std::string_view(start, end));
 }
 
 }  // namespace orvanel

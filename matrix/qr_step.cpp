@@ -1,11 +1,11 @@
 // One step of the plain QR iteration, and the iteration that prints each step.
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <vector>
 
 #include "matrix/hessenberg.h"
 #include "matrix/messages.h"
+#include "matrix/standard_output.h"
 #include "orvanel/matrix.h"
 
 namespace orvanel {
@@ -77,11 +77,11 @@ Matrix Matrix::qr_iteration() const {
     return Matrix();
   }
   Matrix x = hessenberg(*this);
-  std::fputs("hessenberg = ", stdout);
+  WriteOutput("hessenberg = ");
   x.print();
   for (int step = 0; step < kQrSteps; ++step) {
     x = qr_dec(x);
-    std::fputs("X (after qr_dec()) = ", stdout);
+    WriteOutput("X (after qr_dec()) = ");
     x.print();
     if (IsTriangular(x)) break;
   }

@@ -8,7 +8,6 @@
 #include <functional>
 #include <vector>
 
-#include "optics/workspace.h"
 #include "orvanel/matrix.h"
 
 namespace orvanel {
@@ -75,15 +74,12 @@ double DeviationFromCircle(const OpticsEngine& engine) {
 void OpticsEngine::searchBestFocusByPsf(double* coefficients, double diameter, double step, int includeAstigmatism) {
   std::array<double, kCoefficients> c{};
   std::copy_n(coefficients, c.size(), c.begin());
-  double* const scratch = workspace_->productImag.data();
   const auto strehlOfTrial = [&] {
-    double pitch = 0.0;
-    double strehl = 0.0;
     synthesizeWavefront(c.data(), diameter, includeAstigmatism, 0, 1);
-    ComputePsf(kSearchWavelength, scratch, &pitch, &strehl, gridSize);
-    return strehl;
+    return ComputeStrehl(kSearchWavelength);
   };
   coefficients[kDefocus] = Walk(c[kDefocus], step, strehlOfTrial, std::greater<>());
+  FormPsf(kSearchWavelength, false);  // of the last trial
 }
 
 void OpticsEngine::searchBestFocusByFit(double* coefficients, double diameter, double step, int includeAstigmatism) {

@@ -27,9 +27,6 @@ double Walk(double& position, double step, Value value, Gains gains) {
   }
 }
 
-// Root mean square of w minus the circle fitted to all samples (r, w) of the pupil held by the engine.
-double DeviationFromCircle(const OpticsEngine& engine);
-
 }  // namespace orvanel
 
 #endif  // ORVANEL_OPTICS_BEST_FOCUS_H

@@ -30,10 +30,25 @@ OpticsEngine::OpticsEngine(OpticsEngine&&) noexcept = default;
 OpticsEngine& OpticsEngine::operator=(OpticsEngine&&) noexcept = default;
 OpticsEngine::~OpticsEngine() = default;
 
-bool OpticsEngine::Fft2(double* re, double* im, int n, int direction) { return orvanel::Fft2(re, im, n, direction); }
+const char* KernelVariant() { return ActiveKernels().name; }
+
+bool OpticsEngine::Fft2(double* re, double* im, int n, int direction) {
+  const Kernels* const kernels = workspace_->kernels;
+  if (kernels == nullptr || n != kKernelGrid || re == nullptr || im == nullptr) {
+    return orvanel::Fft2(re, im, n, direction);
+  }
+  // Exchanging real and imaginary parts turns the sign of the exponent.
+  if (direction == 0) kernels->transform(re, im, 1.0 / (n * n), workspace_->tables, workspace_->ScratchOf());
+  if (direction == 1) kernels->transform(im, re, 1.0, workspace_->tables, workspace_->ScratchOf());
+  return true;
+}
 
 void OpticsEngine::CentredFft2(double* re, double* im, int direction, int n, int log2n) {
-  orvanel::CentredFft2(re, im, direction, n, log2n);
+  if (workspace_->kernels != nullptr && n == kKernelGrid && log2n == 8) {
+    workspace_->kernels->centredTransform(re, im, direction, workspace_->tables, workspace_->ScratchOf());
+  } else {
+    orvanel::CentredFft2(re, im, direction, n, log2n);
+  }
 }
 
 void OpticsEngine::ShiftedPowerSpectrum(double* out, const double* re, const double* im) const {

@@ -42,30 +42,48 @@ double FrequencyStep(int n, double psfHalfWidth, double focalLength) {
 bool OpticsEngine::ComputeMtf(double wavelength, double* mtfOut, double* frequencyStep, double* rowSection,
                               double* columnSection, double* diffractionLimit, int s) {
   const int n = gridSize;
-  double strehl = 0.0;
-  ComputePsf(wavelength, mtfOut, frequencyStep, &strehl, n);
+  if (n >= 1) FormPsf(wavelength, true);
 
-  // Optical transfer function, zero frequency at the centre.
-  double* const re = workspace_->objectReal.data();
-  double* const im = workspace_->objectImag.data();
-  std::copy_n(mtfOut, SampleCount(n), re);
-  std::fill_n(im, SampleCount(n), 0.0);
-  CentredFft2(re, im, 1, n, kLog2OfGrid);
-
-  double* const mtf = workspace_->productReal.data();
-  const std::size_t centre = SampleIndex(n / 2, n / 2, n);
-  const double zeroFrequency = Modulus(re[centre], im[centre]);
-  for (std::size_t i = 0; i < SampleCount(n); ++i) {
-    mtf[i] = Modulus(re[i], im[i]) / zeroFrequency;
-    phasePlane[i] = ArcTangent2(im[i], re[i]);
+  // Optical transfer function, zero frequency at the centre, and its modulus and angle.
+  double* mtf = nullptr;
+  if (workspace_->kernels != nullptr) {
+    mtf = s == n ? mtfOut : workspace_->Spare();
+    workspace_->kernels->transferFunction(workspace_->memory->psf, workspace_->tables, workspace_->ScratchOf(), mtf,
+                                          phasePlane.looked() ? phasePlane.data() : nullptr);
+    if (!phasePlane.looked()) {
+      phasePlane.Due(
+          [](void* source, double* phase) {
+            Workspace& w = *static_cast<Workspace*>(source);
+            w.kernels->transferFunction(w.memory->psf, w.tables, w.ScratchOf(), nullptr, phase);
+          },
+          workspace_.get());
+    }
+  } else {
+    double* const re = workspace_->plain->objectReal.data();
+    double* const im = workspace_->plain->objectImag.data();
+    std::copy(psfPlane.begin(), psfPlane.end(), re);
+    std::fill_n(im, SampleCount(n), 0.0);
+    CentredFft2(re, im, 1, n, kLog2OfGrid);
+    mtf = workspace_->plain->productReal.data();
+    const std::size_t centre = SampleIndex(n / 2, n / 2, n);
+    const double zeroFrequency = Modulus(re[centre], im[centre]);
+    double* const phase = phasePlane.data();
+    for (std::size_t i = 0; i < SampleCount(n); ++i) {
+      mtf[i] = Modulus(re[i], im[i]) / zeroFrequency;
+      phase[i] = ArcTangent2(im[i], re[i]);
+    }
   }
 
-  for (int r = 0; r < s; ++r) {
-    const int from = n / 2 - s / 2;
-    std::copy_n(mtf + SampleIndex(from + r, from, n), s, mtfOut + SampleIndex(r, 0, s));
+  // The central part, and behind it what the PSF left there.
+  if (mtf != mtfOut) {
+    StoreAll(mtfOut, psfPlane.data(), psfPlane.size());
+    for (int r = 0; r < s; ++r) {
+      const int from = n / 2 - s / 2;
+      StoreAll(mtfOut + SampleIndex(r, 0, s), mtf + SampleIndex(from + r, from, n), static_cast<std::size_t>(s));
+    }
   }
-  CutSections(mtf, n, s / 2, rowSection, columnSection);
-  DiffractionLimit(psfHalfWidth, pupilSamples, s / 2, diffractionLimit);
+  if (rowSection != nullptr && columnSection != nullptr) CutSections(mtf, n, s / 2, rowSection, columnSection);
+  if (diffractionLimit != nullptr) DiffractionLimit(psfHalfWidth, pupilSamples, s / 2, diffractionLimit);
   *frequencyStep = FrequencyStep(n, psfHalfWidth, focalLength);
   return true;
 }

@@ -40,9 +40,8 @@ double Distance(const Point& a, const Point& b) {
 // Bounds, the count of trials, and the best point of all.
 class Search {
  public:
-  Search(OpticsEngine& engine, double* scratch, const double* coefficients, double diameter,
-         const FocusSearch& settings)
-      : engine_(engine), scratch_(scratch), diameter_(diameter), settings_(settings) {
+  Search(OpticsEngine& engine, const double* coefficients, double diameter, const FocusSearch& settings)
+      : engine_(engine), diameter_(diameter), settings_(settings) {
     std::copy_n(coefficients, coefficients_.size(), coefficients_.begin());
     if (!(settings_.tolerance > 0.0)) settings_.tolerance = FocusSearch{}.tolerance;
     const bool bounded = settings_.halfRange > 0.0 && std::isfinite(settings_.halfRange);
@@ -68,7 +67,6 @@ class Search {
   bool IsInside(const Point& point) const;
 
   OpticsEngine& engine_;
-  double* scratch_;
   double diameter_;
   FocusSearch settings_;
   std::array<double, kCoefficients> coefficients_{};
@@ -82,11 +80,8 @@ class Search {
 
 double Search::Measure(const Point& point) {
   for (std::size_t i = 0; i < kIndex.size(); ++i) coefficients_[kIndex[i]] = point[i];
-  double pitch = 0.0;
-  double strehl = 0.0;
   engine_.synthesizeWavefront(coefficients_.data(), diameter_, 1, 1, 1);
-  engine_.ComputePsf(settings_.wavelength, scratch_, &pitch, &strehl, engine_.gridSize);
-  return strehl;
+  return engine_.ComputeStrehl(settings_.wavelength);
 }
 
 double Search::StrehlAt(const Point& point) {
@@ -208,7 +203,9 @@ FocusResult Search::Run() {
 }  // namespace
 
 FocusResult OpticsEngine::OptimiseFocus(const double* coefficients, double diameter, const FocusSearch& search) {
-  return Search(*this, workspace_->productImag.data(), coefficients, diameter, search).Run();
+  const FocusResult result = Search(*this, coefficients, diameter, search).Run();
+  FormPsf(search.wavelength, false);
+  return result;
 }
 
 }  // namespace orvanel

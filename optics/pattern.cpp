@@ -1,19 +1,54 @@
-// Any object plane as the eye sees it.
+// Any object plane as the eye sees it, at once or prepared for many eyes.
 #include <algorithm>
 
+#include "optics/fft.h"
 #include "optics/retinal_image.h"
+#include "optics/samples.h"
 #include "optics/workspace.h"
 
 namespace orvanel {
 
 int OpticsEngine::PatternRetinalImage(double* image, const double* pattern, int n) {
   if (n != gridSize) return 0;
-  GridPlane& object = workspace_->objectReal;
-  GridPlane& imaginary = workspace_->objectImag;
-  std::copy_n(pattern, object.size(), object.begin());
-  std::fill(imaginary.begin(), imaginary.end(), 0.0);
-  FilterThroughEye(object.data(), imaginary.data(), image, Total(object.data(), gridSize));
+  if (workspace_->kernels != nullptr) {
+    void* const spectrum = workspace_->memory->object.data();
+    const double total =
+        workspace_->kernels->realTransform(pattern, workspace_->tables, workspace_->ScratchOf(), spectrum);
+    ImageOf(spectrum, total, image);
+  } else {
+    PlainMemory& memory = *workspace_->plain;
+    std::copy_n(pattern, memory.objectReal.size(), memory.objectReal.begin());
+    std::fill(memory.objectImag.begin(), memory.objectImag.end(), 0.0);
+    FilterThroughEye(memory.objectReal.data(), memory.objectImag.data(), image, Total(memory.objectReal.data(), n));
+  }
   return 1;
+}
+
+PreparedObject OpticsEngine::Prepare(const double* object) {
+  PreparedObject prepared;
+  if (workspace_->kernels != nullptr) {
+    prepared.first_ = GridPlane(kSpectrumSide);
+    prepared.total_ =
+        workspace_->kernels->realTransform(object, workspace_->tables, workspace_->ScratchOf(), prepared.first_.data());
+  } else {
+    prepared.first_ = GridPlane(gridSize);
+    prepared.second_ = GridPlane(gridSize);
+    std::copy_n(object, prepared.first_.size(), prepared.first_.begin());
+    prepared.total_ = Total(object, gridSize);
+    Fft2(prepared.first_.data(), prepared.second_.data(), gridSize, 0);
+  }
+  return prepared;
+}
+
+void OpticsEngine::PreparedRetinalImage(double* image, const PreparedObject& object) {
+  if (workspace_->kernels != nullptr) {
+    ImageOf(object.first_.data(), object.total_, image);
+  } else {
+    PlainMemory& memory = *workspace_->plain;
+    std::copy(object.first_.begin(), object.first_.end(), memory.objectReal.begin());
+    std::copy(object.second_.begin(), object.second_.end(), memory.objectImag.begin());
+    ImageOfPlanes(memory.objectReal.data(), memory.objectImag.data(), memory.productReal.data(), object.total_, image);
+  }
 }
 
 }  // namespace orvanel

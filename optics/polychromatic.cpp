@@ -69,9 +69,9 @@ void Rescale(const double* plane, int n, double factor, double* out) {
 }
 
 void OpticsEngine::RescalePlane(double* plane, double factor) {
-  GridPlane& rescaled = workspace_->productReal;
-  Rescale(plane, gridSize, factor, rescaled.data());
-  std::copy(rescaled.begin(), rescaled.end(), plane);
+  double* const rescaled = workspace_->Spare();
+  Rescale(plane, gridSize, factor, rescaled);
+  StoreAll(plane, rescaled, SampleCount(gridSize));
 }
 
 void OpticsEngine::PolychromaticPsf(double* out, double* sampleSpacing, std::int32_t /*spare*/) {

@@ -10,8 +10,6 @@
 namespace orvanel {
 namespace {
 
-__extension__ using Uint128 = unsigned __int128;
-
 constexpr double kTwoOverPi = 0x1.45f306dc9c883p-1;
 constexpr double kHalfPiHigh = 0x1.921fb54442d18p+0;
 constexpr double kHalfPiLow = 0x1.1a62633145c07p-54;
@@ -64,6 +62,27 @@ Pair QuarterTurns(double a, double b) {
   return Sum(p.high, p.low + (a * kHalfPiLow + b * kHalfPiHigh));
 }
 
+struct Words {
+  std::uint64_t high;
+  std::uint64_t low;
+};
+
+// a * b in two words, by halves: not every processor has it.
+Words Multiply(std::uint64_t a, std::uint64_t b) {
+  constexpr std::uint64_t kHalf = 0xffffffff;
+  const std::uint64_t lowest = (a & kHalf) * (b & kHalf);
+  const std::uint64_t left = (a >> 32) * (b & kHalf) + (lowest >> 32);
+  const std::uint64_t right = (a & kHalf) * (b >> 32) + (left & kHalf);
+  return {(a >> 32) * (b >> 32) + (left >> 32) + (right >> 32), (right << 32) | (lowest & kHalf)};
+}
+
+// The nearest double: both halves are exact, their sum is rounded once. A conversion at once would leave the arithmetic
+// of doubles on processors of 32 bits.
+double ToDouble(std::uint64_t integer) {
+  return static_cast<double>(static_cast<std::uint32_t>(integer >> 32)) * 0x1p32 +
+         static_cast<double>(static_cast<std::uint32_t>(integer));
+}
+
 // |x| <= kLargestFast. Source: Cody and Waite, Software Manual for the Elementary Functions (1980).
 ReducedAngle ReduceModerate(double x) {
   const double k = (x * kTwoOverPi + kRound) - kRound;
@@ -89,10 +108,10 @@ ReducedAngle ReduceHuge(double x) {
   };
 
   // Their product with m, without what is above two digits before the point: a multiple of four quarter turns.
-  const Uint128 p0 = static_cast<Uint128>(m) * digits(2);
-  const Uint128 p1 = static_cast<Uint128>(m) * digits(1) + (p0 >> 64);
-  const std::uint64_t top = m * digits(0) + static_cast<std::uint64_t>(p1 >> 64);
-  const auto middle = static_cast<std::uint64_t>(p1);
+  const Words p1 = Multiply(m, digits(1));
+  const std::uint64_t middle = p1.low + Multiply(m, digits(2)).high;
+  const std::uint64_t carry = middle < p1.low ? 1 : 0;
+  const std::uint64_t top = m * digits(0) + p1.high + carry;
 
   // 2 digits of quadrant, then the fraction; take it as a signed one, from -1/2 to 1/2.
   auto quadrant = static_cast<unsigned>(top >> 62);
@@ -104,8 +123,8 @@ ReducedAngle ReduceHuge(double x) {
     high = ~high;
     low = ~low;
   }
-  const double a = static_cast<double>(high & ~std::uint64_t{0x7ff}) * 0x1p-64;
-  const double b = static_cast<double>(((high & 0x7ff) << 53) | (low >> 11)) * 0x1p-117;
+  const double a = ToDouble(high & ~std::uint64_t{0x7ff}) * 0x1p-64;
+  const double b = ToDouble(((high & 0x7ff) << 53) | (low >> 11)) * 0x1p-117;
   const Pair fraction = Sum(a, b);
   const Pair r = QuarterTurns(fraction.high, fraction.low);
 

@@ -15,8 +15,9 @@ void MultiplyByMirroredOtf(const double* objectReal, const double* objectImag, c
     for (int c = 0; c < n; ++c) {
       const std::size_t k = SampleIndex(r, c, n);
       const std::size_t m = SampleIndex(n - 1 - r, c, n);
-      productReal[k] = otfReal[m] * objectReal[k] - objectImag[k] * otfImag[m];
+      const double re = otfReal[m] * objectReal[k] - objectImag[k] * otfImag[m];
       productImag[k] = objectReal[k] * otfImag[m] + otfReal[m] * objectImag[k];
+      productReal[k] = re;
     }
   }
 }
@@ -51,40 +52,72 @@ void Stretch(const double* intensity, int n, double* image) {
 
 void OpticsEngine::EnsureOtf() {
   if (otfValid == 1) return;
+  otfValid = 1;
+  if (workspace_->kernels != nullptr) {
+    void* const spectrum = workspace_->memory->otf.data();
+    workspace_->kernels->realTransform(psfPlane.data(), workspace_->tables, workspace_->ScratchOf(), spectrum);
+    const auto unfolded = [](void* source, double* re, double* im) {
+      const Workspace& w = *static_cast<Workspace*>(source);
+      w.kernels->unfold(w.memory->otf.data(), re, im);
+    };
+    otfRealPlane.Due([](void* source, double* re) { decltype(unfolded){}(source, re, nullptr); }, workspace_.get());
+    otfImagPlane.Due([](void* source, double* im) { decltype(unfolded){}(source, nullptr, im); }, workspace_.get());
+    return;
+  }
   std::copy(psfPlane.begin(), psfPlane.end(), otfRealPlane.begin());
   std::fill(otfImagPlane.begin(), otfImagPlane.end(), 0.0);
   Fft2(otfRealPlane.data(), otfImagPlane.data(), gridSize, 0);
-  otfValid = 1;
+}
+
+// How an image is scaled, by normaliseOutput as it stands.
+void OpticsEngine::Normalise(const double* intensity, double objectTotal, double* image) const {
+  if (normaliseOutput == 0) {
+    KeepTotal(intensity, gridSize, objectTotal, image);
+  } else {
+    Stretch(intensity, gridSize, image);
+  }
+}
+
+// An object whose spectrum is made.
+void OpticsEngine::ImageOf(const void* spectrum, double objectTotal, double* image) {
+  EnsureOtf();
+  // Whoever has looked at the transfer function may also have changed it.
+  const bool looked = otfRealPlane.looked() || otfImagPlane.looked();
+  const TransferPlanes otf = looked ? TransferPlanes{nullptr, otfRealPlane.data(), otfImagPlane.data()}
+                                    : TransferPlanes{workspace_->memory->otf.data(), nullptr, nullptr};
+  if (normaliseOutput == 0) {
+    workspace_->kernels->imageKeepingTotal(spectrum, otf, objectTotal, workspace_->tables, workspace_->ScratchOf(),
+                                           image);
+  } else {
+    workspace_->kernels->imageStretched(spectrum, otf, workspace_->tables, workspace_->ScratchOf(), image);
+  }
+}
+
+// The rest of the chain for a spectrum of its own two planes, which it uses up; intensity is a third.
+void OpticsEngine::ImageOfPlanes(double* re, double* im, double* intensity, double objectTotal, double* image) {
+  EnsureOtf();
+  MultiplyByMirroredOtf(re, im, otfRealPlane.data(), otfImagPlane.data(), gridSize, re, im);
+  Fft2(re, im, gridSize, 1);
+  ShiftedPowerSpectrum(intensity, re, im);
+  Normalise(intensity, objectTotal, image);
 }
 
 void OpticsEngine::FilterThroughEye(double* objectReal, double* objectImag, double* image, double objectTotal) {
-  const int n = gridSize;
-  double* const productReal = workspace_->productReal.data();
-  double* const productImag = workspace_->productImag.data();
-
-  EnsureOtf();
-  Fft2(objectReal, objectImag, n, 0);
-  MultiplyByMirroredOtf(objectReal, objectImag, otfRealPlane.data(), otfImagPlane.data(), n, productReal, productImag);
-  Fft2(productReal, productImag, n, 1);
-
-  // The object has served: its plane takes the intensity, so that the caller's image is only written once.
-  double* const intensity = objectReal;
-  ShiftedPowerSpectrum(intensity, productReal, productImag);
-  if (normaliseOutput == 0) {
-    KeepTotal(intensity, n, objectTotal, image);
+  const bool isReal = std::all_of(objectImag, objectImag + SampleCount(gridSize), [](double v) { return v == 0.0; });
+  if (workspace_->kernels != nullptr && isReal) {
+    void* const spectrum = workspace_->memory->object.data();
+    workspace_->kernels->realTransform(objectReal, workspace_->tables, workspace_->ScratchOf(), spectrum);
+    ImageOf(spectrum, objectTotal, image);
   } else {
-    Stretch(intensity, n, image);
+    Fft2(objectReal, objectImag, gridSize, 0);
+    ImageOfPlanes(objectReal, objectImag, workspace_->Spare(), objectTotal, image);
   }
 }
 
 void OpticsEngine::RingRetinalImage(double* image, double* optotype, double acuity, double* effectiveAcuity,
                                     int gapDirection) {
-  GridPlane& object = workspace_->objectReal;
-  GridPlane& imaginary = workspace_->objectImag;
-  DrawRingOptotype(object.data(), gridSize, acuity, effectiveAcuity, gapDirection);
-  StoreAll(optotype, object.data(), object.size());
-  std::fill(imaginary.begin(), imaginary.end(), 0.0);
-  FilterThroughEye(object.data(), imaginary.data(), image, Total(object.data(), gridSize));
+  DrawRingOptotype(optotype, gridSize, acuity, effectiveAcuity, gapDirection);
+  PatternRetinalImage(image, optotype, gridSize);
 }
 
 }  // namespace orvanel

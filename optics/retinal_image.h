@@ -5,7 +5,8 @@
 namespace orvanel {
 
 // product = object spectrum times transfer function, the rows of the latter read in reverse: row n - 1 - r for row r.
-// With the squared magnitude that follows, this filters with the PSF upside down, so that the image stands upright.
+// With the squared magnitude that follows, this filters with the PSF upside down, so that the image stands upright. The
+// product may take the object's place.
 void MultiplyByMirroredOtf(const double* objectReal, const double* objectImag, const double* otfReal,
                            const double* otfImag, int n, double* productReal, double* productImag);
 

@@ -6,9 +6,11 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <string_view>
 
+#include "matrix/standard_output.h"
 #include "optics/samples.h"
-#include "orvanel/optics_engine.h"
+#include "optics/workspace.h"
 
 namespace orvanel {
 namespace {
@@ -35,18 +37,22 @@ void Trace(double acuity, int diameter) {
   *end++ = '\t';
   end = std::to_chars(end, line + 63, diameter).ptr;
   *end++ = '\n';
-  std::fwrite(line, 1, static_cast<std::size_t>(end - line), stdout);
+  WriteOutput(std::string_view(line, end));
   std::fflush(stdout);
 }
 
-void DrawClosedRing(double* plane, int n, int diameter) {
+void DrawClosedRing(double* plane, int n, int diameter, const Kernels* kernels) {
   const double centre = IsEven(diameter) ? n / 2 + 0.5 : n / 2;
   const double outer = 0.5 * diameter;
   const double inner = outer - 0.2 * diameter;
+  if (kernels != nullptr) {
+    kernels->drawRing(plane, centre, inner * inner, outer * outer);
+    return;
+  }
   for (int y = 0; y < n; ++y) {
     for (int x = 0; x < n; ++x) {
       const double d2 = (x - centre) * (x - centre) + (y - centre) * (y - centre);
-      plane[SampleIndex(y, x, n)] = d2 <= outer * outer && d2 >= inner * inner ? kRing : kBackground;
+      Store(plane, SampleIndex(y, x, n), d2 <= outer * outer && d2 >= inner * inner ? kRing : kBackground);
     }
   }
 }
@@ -61,7 +67,7 @@ void OpenGap(double* plane, int n, int diameter, int gapDirection) {
   const GapRange columns = vertical ? across : along;
   for (int y = std::max(rows.first, 0); y <= std::min(rows.last, n - 1); ++y) {
     for (int x = std::max(columns.first, 0); x <= std::min(columns.last, n - 1); ++x) {
-      plane[SampleIndex(y, x, n)] = kBackground;
+      Store(plane, SampleIndex(y, x, n), kBackground);
     }
   }
 }
@@ -92,7 +98,7 @@ void OpticsEngine::DrawRingOptotype(double* plane, int n, double acuity, double*
   const int diameter = RingDiameter(scale, acuity);
   Trace(acuity, diameter);
   *effectiveAcuity = EffectiveAcuity(scale, diameter);
-  DrawClosedRing(plane, n, diameter);
+  DrawClosedRing(plane, n, diameter, n == kKernelGrid ? workspace_->kernels : nullptr);
   if (gapDirection >= 1 && gapDirection <= 4) OpenGap(plane, n, diameter, gapDirection);
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "optics/workspace.h"
 #include "optics/zernike.h"
 
 namespace orvanel {
@@ -56,6 +57,12 @@ void OpticsEngine::synthesizeWavefront(const double* coefficients, double diamet
   pupilSamples = n / 2 + 1;
 
   const SelectedTerms terms = SelectTerms(coefficients, includeAstigmatism, includeAllSecondOrder, includeDefocus);
+  if (workspace_->kernels != nullptr) {
+    workspace_->kernels->synthesize(terms.coefficients.data(), terms.firstOrder, pupilDiameter, wavefrontPlane.data(),
+                                    pupilXPlane.data(), pupilYPlane.data());
+    return;
+  }
+
   const int radius = pupilSamples / 2;
   const double spacing = 2.0 / (pupilSamples - 1);
 

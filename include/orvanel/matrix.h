@@ -15,7 +15,8 @@
 // and one or two lines with the sizes, in Japanese, in the bytes of code page 932 whatever the locale.
 //
 // OUTPUT goes through stdout, unflushed, so that it keeps its order with what the host prints itself. A number is
-// written as printf writes "%10.4f" in the C locale; the host's locale changes nothing.
+// written as printf writes "%10.4f" in the C locale; the host's locale changes nothing. On Windows lines end in a
+// newline alone, whatever the stream's mode, and are flushed.
 //
 // RESULTS have the same bits everywhere: they are made of + - * / and the square root alone. Errors are given for n x n
 // matrices as multiples of |A|, the root of the sum of the squares of A's elements, where nothing else is said.

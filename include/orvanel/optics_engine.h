@@ -21,6 +21,8 @@
 #include <memory>
 
 #include "orvanel/grid_plane.h"
+#include "orvanel/lazy_plane.h"
+#include "orvanel/prepared_object.h"
 
 namespace orvanel {
 
@@ -46,6 +48,11 @@ struct FocusResult {
   bool converged;                                  // to the tolerance, before maximumTrials and off the bounds
 };
 
+// The instruction set that new engines compute with, for the record: "baseline", "avx2" or "avx512". Results are the
+// same bits with each. The environment variable ORVANEL_KERNELS chooses one by name; where it names none that this CPU
+// runs, the process ends with a message and exit status 1.
+const char* KernelVariant();
+
 // One eye, from its coefficients to what it sees.
 class OpticsEngine {
  public:
@@ -66,7 +73,7 @@ class OpticsEngine {
   double psfHalfWidth = 0.0;         // half the side of the PSF plane on the retina, mm
   GridPlane psfPlane;                // point spread function, peak 1 at the centre
   GridPlane auxPlaneA;               // spare; no operation reads or writes it
-  GridPlane phasePlane;              // phase transfer function, radians; means something where the MTF is not ~0
+  LazyPlane phasePlane;              // phase transfer function, radians; means something where the MTF is not ~0
   double strehlRatio = 0.0;          // see ComputePsf
   std::uint8_t normaliseOutput = 0;  // how FilterThroughEye scales: 1 stretches, 0 keeps the object's light
   double focalLength = 0.0;          // 17 mm once a PSF has been computed
@@ -76,8 +83,8 @@ class OpticsEngine {
   GridPlane pupilYPlane;             // Y * pupilDiameter inside the pupil, Y the normalised row coordinate
   double psfWavelength = 0.0;        // wavelength of the PSF held; 0 means that none is current
   double pupilDiameter = 0.0;        // as handed to the last synthesis, mm
-  GridPlane otfRealPlane;            // optical transfer function: the backward transform of psfPlane,
-  GridPlane otfImagPlane;            //   zero frequency at (0, 0)
+  LazyPlane otfRealPlane;            // optical transfer function: the backward transform of psfPlane,
+  LazyPlane otfImagPlane;            //   zero frequency at (0, 0)
   std::uint8_t otfValid = 0;         // 1 while the two planes above belong to psfPlane
 
   // Wavefront over the pupil from 28 Zernike coefficients (mm, unnormalised, order as in orvanel.h). Orders 0 and 1
@@ -109,11 +116,18 @@ class OpticsEngine {
   // The same, always computed afresh.
   bool ComputePsf(double wavelength, double* psfCopy, double* pitch, double* strehl, int size);
 
+  // The Strehl ratio of the wavefront held, as ComputePsf makes it, at about half the cost; changes nothing in the
+  // engine.
+  double ComputeStrehl(double wavelength);
+
   // Point spread function (always afresh), then modulation and phase transfer function. Always true.
   //   mtfOut                 n x n doubles, of which the first s x s receive the central part of the MTF
   //   frequencyStep          cycles per degree from one MTF sample to the next, as far as (n - 1)/2 steps make the
   //                          cut-off: 2 (n/4 / psfHalfWidth) / (degrees per mm of retina) / (n - 1)
-  //   rowSection, columnSection, diffractionLimit  s/2 doubles each, from zero frequency outwards (mtf.h)
+  //   rowSection, columnSection, diffractionLimit  s/2 doubles each, from zero frequency outwards: the centre row to
+  //   the
+  //                          right, the centre column downwards, and the MTF of a perfect circular pupil; the two
+  //                          sections, and the limit, may be null
   //   s                      at most n
   // Meant for the 256 grid: the transform is told that a line has 2^8 samples whatever n is, so on other grids MTF
   // and phase mean nothing, while the PSF, the step and the diffraction limit are good.
@@ -133,6 +147,10 @@ class OpticsEngine {
 
   // Any object plane as seen through the eye. Needs a PSF. Returns 1, or 0 and does nothing where n is not gridSize.
   int PatternRetinalImage(double* image, const double* pattern, int n);
+
+  // The same in two steps, for an object (n x n) that many eyes look at.
+  PreparedObject Prepare(const double* object);
+  void PreparedRetinalImage(double* image, const PreparedObject& object);
 
   // Makes the transfer function from psfPlane unless otfValid is 1.
   void EnsureOtf();
@@ -192,9 +210,18 @@ class OpticsEngine {
   void RecentreLine(double* line, int index) const;
 
  private:
-  struct Workspace;  // scratch planes, allocated once
+  struct Workspace;  // scratch memory, allocated once
+
+  void FormPsf(double wavelength, bool mtfFollows);
+  void ImageOf(const void* spectrum, double objectTotal, double* image);
+  void ImageOfPlanes(double* re, double* im, double* intensity, double objectTotal, double* image);
+  void Normalise(const double* intensity, double objectTotal, double* image) const;
   std::unique_ptr<Workspace> workspace_;
 };
+
+// What searchBestFocusByFit makes small: the root mean square, in mm, of the wavefront held by the engine minus the
+// circle fitted to it. Creates or empties "tmp_test.txt", as the search does.
+double DeviationFromCircle(const OpticsEngine& engine);
 
 }  // namespace orvanel
 

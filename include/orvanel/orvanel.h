@@ -18,6 +18,9 @@
  *
  * RESULTS: 1 = done, 0 = refused. A refused call changes nothing and writes nothing.
  *
+ * MEMORY is taken at load, by the first OrvanelInputZer and by the first OrvanelGetPattern. Where there is none left,
+ * these two refuse, and a later call tries again; after a load without memory OrvanelGetPSF refuses, too, until then.
+ *
  * THREADS: one at a time; the library makes none of its own.
  *
  * UNITS: lengths are millimetres (pupil value, coefficients, half width on the retina), frequencies are cycles per
@@ -37,8 +40,15 @@
 #define ORVANEL_COEFFICIENTS 28     /* Zernike terms of radial orders 0 to 6 */
 #define ORVANEL_SECTION_SAMPLES 128 /* doubles in a section of the modulation transfer function */
 
+/* How the functions are called on Windows. */
+#if defined(_WIN32)
+#define ORVANEL_CALL __cdecl
+#else
+#define ORVANEL_CALL
+#endif
+
 /* Marks what the library exports. */
-#if defined(__GNUC__)
+#if defined(__GNUC__) && !defined(_WIN32)
 #define ORVANEL_API __attribute__((visibility("default")))
 #else
 #define ORVANEL_API
@@ -56,31 +66,31 @@ extern "C" {
 #endif
 
 /* Stores the pupil value, in millimetres. Computes nothing: results stay those of the last OrvanelInputZer. */
-ORVANEL_API void OrvanelInputPupil(double pupilDiameter) ORVANEL_NOEXCEPT;
+ORVANEL_API void ORVANEL_CALL OrvanelInputPupil(double pupilDiameter) ORVANEL_NOEXCEPT;
 
 /* Takes the wavefront aberration and computes wavefront, point spread function and modulation transfer function.
  *   coefficients  28 doubles, millimetres of wavefront, unnormalised Zernike polynomials R(n,|m|)(rho) cos(m theta)
  *                 for m >= 0 and R(n,|m|)(rho) sin(|m| theta) for m < 0, at index j = n(n + 1)/2 + k with
  *                 m = -n + 2k; theta runs from +x (right) towards +y (down). Indices 0 to 2 (piston and tilts) only
  *                 move the image and are never used.
- * Refuses while the pupil value is 0 or not a number. A coefficient that is not finite is not refused: a NaN leaves an
- * eye without a pupil, whose point spread function and Strehl ratio are 0 and whose modulation transfer function is
- * not a number. */
-ORVANEL_API int OrvanelInputZer(const double* coefficients) ORVANEL_NOEXCEPT;
+ * Refuses while the pupil value is 0 or not a number, and without memory. A coefficient that is not finite is not
+ * refused: a NaN leaves an eye without a pupil, whose point spread function and Strehl ratio are 0 and whose modulation
+ * transfer function is not a number. */
+ORVANEL_API int ORVANEL_CALL OrvanelInputZer(const double* coefficients) ORVANEL_NOEXCEPT;
 
 /* The point spread function.
  *   psf           plane; peak 1 (to one unit in the last place) at sample (128, 128), whatever the tilt
  *   strehl        peak relative to that of the unaberrated pupil, 0 to 1
  *   psfHalfWidth  half the side of the plane on the retina in millimetres, 32 x 17 x 0.00058756 / pupil; samples
  *                 stand 2 psfHalfWidth / 255 apart
- * Never refuses; before the first OrvanelInputZer the values are zeros. */
-ORVANEL_API int OrvanelGetPSF(double* psf, double* strehl, double* psfHalfWidth) ORVANEL_NOEXCEPT;
+ * Refuses after a load without memory only; before the first OrvanelInputZer the values are zeros. */
+ORVANEL_API int ORVANEL_CALL OrvanelGetPSF(double* psf, double* strehl, double* psfHalfWidth) ORVANEL_NOEXCEPT;
 
 /* The modulation transfer function.
  *   mtf             plane; 1 at zero frequency, which is sample (128, 128); columns are horizontal frequencies
  *   frequencyRange  cycles per degree at the edge of the plane, 128 samples from the centre
  * Refuses before the first successful OrvanelInputZer. */
-ORVANEL_API int OrvanelGetMTF(double* mtf, double* frequencyRange) ORVANEL_NOEXCEPT;
+ORVANEL_API int ORVANEL_CALL OrvanelGetMTF(double* mtf, double* frequencyRange) ORVANEL_NOEXCEPT;
 
 /* Sections of the modulation transfer function from zero frequency outwards. Sample i stands at
  * i x frequencyRange / 127.5 cycles per degree.
@@ -89,30 +99,32 @@ ORVANEL_API int OrvanelGetMTF(double* mtf, double* frequencyRange) ORVANEL_NOEXC
  *   diffractionLimit  128 doubles or null: the curve of a perfect eye with this pupil, which reaches 0 at sample 128
  *   frequencyRange    as OrvanelGetMTF gives it
  * Refuses before the first successful OrvanelInputZer. */
-ORVANEL_API int OrvanelGetMTFGraph(double* rowSection, double* columnSection, double* diffractionLimit,
-                                   double* frequencyRange) ORVANEL_NOEXCEPT;
+ORVANEL_API int ORVANEL_CALL OrvanelGetMTFGraph(double* rowSection, double* columnSection, double* diffractionLimit,
+                                                double* frequencyRange) ORVANEL_NOEXCEPT;
 
 /* The broken-ring optotype and how the eye sees it. Writes one line to standard output and flushes it: the acuity
- * as "%g" prints it, a tab, the ring's outer diameter in samples.
+ * as "%g" prints it, a tab, the ring's outer diameter in samples; a newline ends it, on Windows too without a carriage
+ * return.
  *   acuity           requested decimal acuity, positive; 1.0 is a ring of 5 minutes of arc
  *   image            plane, 0.0 to 1.0: the ring as seen, with the optotype's total light but for what is clipped at 1
  *   effectiveAcuity  the acuity of the ring as drawn: its diameter is a whole number of samples divisible by 5
  *   optotype         plane or null: the ring as drawn, 0.0 (black) and 1.0 (white) only
  *   gapDirection     1 = gap down, 2 = up, 4 = left; 3 and every other value = right
  * Refuses before the first successful OrvanelInputZer, and when image is null. */
-ORVANEL_API int OrvanelGetOrvanel(double acuity, double* image, double* effectiveAcuity, double* optotype,
-                                  int gapDirection) ORVANEL_NOEXCEPT;
+ORVANEL_API int ORVANEL_CALL OrvanelGetOrvanel(double acuity, double* image, double* effectiveAcuity, double* optotype,
+                                               int gapDirection) ORVANEL_NOEXCEPT;
 
 /* The built-in sector star as the eye sees it.
  *   image  plane, 0.0 to 1.0 (not a number where an eye without pupil is stretched). After OrvanelInputZer it is
  * stretched to span 0.0 to 1.0 exactly; once OrvanelGetOrvanel has been called, and until the next OrvanelInputZer, it
- * keeps the star's total light instead and is clipped at 1. Refuses before the first successful OrvanelInputZer. */
-ORVANEL_API int OrvanelGetPattern(double* image) ORVANEL_NOEXCEPT;
+ * keeps the star's total light instead and is clipped at 1. Refuses before the first successful OrvanelInputZer, and
+ * without memory. */
+ORVANEL_API int ORVANEL_CALL OrvanelGetPattern(double* image) ORVANEL_NOEXCEPT;
 
 /* The built-in sector star itself.
  *   pattern  plane, 0.0 (black) and 1.0 (white) only
  * Refuses before the first successful OrvanelGetPattern. */
-ORVANEL_API int OrvanelGetPatternOriginal(double* pattern) ORVANEL_NOEXCEPT;
+ORVANEL_API int ORVANEL_CALL OrvanelGetPatternOriginal(double* pattern) ORVANEL_NOEXCEPT;
 
 #ifdef __cplusplus
 }

@@ -186,6 +186,12 @@ TEST(Eigenvectors, OfSizesThatDoNotFitAreEmptyWithoutAWord) {
             "");
 }
 
+TEST(Eigenvectors, OfNoRowsHaveNoRows) {
+  const Eigenvectors vectors = Matrix(0, 0).eigenvectors(Vector(3), Vector(3));
+  EXPECT_EQ(vectors.re.rows(), 0);
+  EXPECT_EQ(vectors.im.rows(), 0);
+}
+
 TEST(Eigenvectors, PrintNothing) {
   EXPECT_EQ(OutputOf([] { static_cast<void>(VectorsOf(RandomMatrix(5, 5, 3))); }), "");
 }

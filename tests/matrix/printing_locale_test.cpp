@@ -1,13 +1,12 @@
 // The host's locale does not reach the library's output.
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstdio>
-#include <cstdlib>
 
 #include "orvanel/matrix.h"
 #include "tests/matrix/examples.h"
 #include "tests/support/captured_stdout.h"
+#include "tests/support/comma_locale.h"
 #include "tests/support/cp932.h"
 
 namespace orvanel {
@@ -16,8 +15,7 @@ namespace {
 using test::OutputOf;
 
 TEST(PrintingUnderADecimalComma, KeepsThePointAndTheBytes) {
-  ASSERT_EQ(setenv("LOCPATH", ORVANEL_TEST_LOCALES, 1), 0);
-  ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
+  const test::CommaLocale comma;
   ASSERT_EQ(OutputOf([] { std::printf("%10.4f", 2.5); }), "    2,5000");
   EXPECT_EQ(OutputOf([] { test::MatrixOf({{2.5, -12345.678}}).print(); }), "    2.5000-12345.6780\n");
   EXPECT_EQ(OutputOf([] { static_cast<void>(Matrix(1234, 0).det()); }),

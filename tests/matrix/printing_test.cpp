@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
@@ -19,8 +20,10 @@ namespace {
 
 using test::OutputOf;
 
-// The tests run in the C locale, where printf itself is the truth.
+// The tests run in the C locale, where printf itself is the truth; but not every C library shows the sign of a
+// not-a-number.
 std::string AsPrintf(double number) {
+  if (std::isnan(number)) return std::signbit(number) ? "      -nan" : "       nan";
   char text[400];
   std::snprintf(text, sizeof text, "%10.4f", number);
   return text;

@@ -2,7 +2,6 @@
 #include "optics/best_focus.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <array>
 #include <bit>
@@ -13,6 +12,8 @@
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "tests/support/temporary_folder.h"
 
 namespace orvanel {
 namespace {
@@ -44,21 +45,7 @@ double StrehlAt(Coefficients c, double defocus, int includeAstigmatism) {
 
 // A folder of its own as the current directory.
 class InScratchFolder : public testing::Test {
- protected:
-  InScratchFolder() {
-    folder_ = (std::filesystem::temp_directory_path() / "orvanel-XXXXXX").string();
-    EXPECT_NE(mkdtemp(folder_.data()), nullptr);
-    before_ = std::filesystem::current_path();
-    std::filesystem::current_path(folder_);
-  }
-  ~InScratchFolder() override {
-    std::filesystem::current_path(before_);
-    std::filesystem::remove_all(folder_);
-  }
-
- private:
-  std::string folder_;
-  std::filesystem::path before_;
+  const test::ScratchFolder folder_;
 };
 
 // ---- The walk itself

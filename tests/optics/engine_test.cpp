@@ -26,11 +26,17 @@ Coefficients SomeEye() {
 TEST(Engine, IsMadeForTheFullGridByDefault) {
   const OpticsEngine engine;
   EXPECT_EQ(engine.gridSize, 256);
-  for (const GridPlane* plane : {&engine.wavefrontPlane, &engine.pupilXPlane, &engine.pupilYPlane, &engine.psfPlane,
-                                 &engine.otfRealPlane, &engine.otfImagPlane, &engine.auxPlaneA, &engine.phasePlane}) {
-    EXPECT_EQ(plane->side(), 256);
-    EXPECT_TRUE(std::all_of(plane->begin(), plane->end(), [](double v) { return v == 0.0; }));
-  }
+  const auto isZero = [](const GridPlane& plane) {
+    return plane.side() == 256 && std::all_of(plane.begin(), plane.end(), [](double v) { return v == 0.0; });
+  };
+  EXPECT_TRUE(isZero(engine.wavefrontPlane));
+  EXPECT_TRUE(isZero(engine.pupilXPlane));
+  EXPECT_TRUE(isZero(engine.pupilYPlane));
+  EXPECT_TRUE(isZero(engine.psfPlane));
+  EXPECT_TRUE(isZero(engine.otfRealPlane));
+  EXPECT_TRUE(isZero(engine.otfImagPlane));
+  EXPECT_TRUE(isZero(engine.auxPlaneA));
+  EXPECT_TRUE(isZero(engine.phasePlane));
 }
 
 TEST(Engine, StartsWithZeros) {

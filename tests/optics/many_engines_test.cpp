@@ -31,10 +31,14 @@ std::vector<double> Everything(double scale) {
   search.maximumTrials = 4;
   const FocusResult focus = engine.OptimiseFocus(c.data(), 3.0 + scale, search);
 
-  std::vector<double> all = mtf;
-  all.insert(all.end(), engine.phasePlane.begin(), engine.phasePlane.end());
-  all.insert(all.end(), image.begin(), image.end());
-  all.insert(all.end(), white.begin(), white.end());
+  std::vector<double> all;
+  const auto append = [&](const auto& plane) {
+    for (const double v : plane) all.push_back(v);
+  };
+  append(mtf);
+  append(engine.phasePlane);
+  append(image);
+  append(white);
   all.push_back(focus.strehl);
   return all;
 }

@@ -13,6 +13,7 @@
 
 #include "tests/reference/eyes.h"
 #include "tests/support/error_bounds.h"
+#include "tests/support/plain.h"
 #include "tests/support/reference.h"
 
 namespace orvanel {
@@ -119,12 +120,12 @@ TEST_P(EngineOnAnyGrid, RingsAreTheReferencesSampleForSample) {
   ComputePsf();
   std::vector<double> plane(Area(n_));
   for (const double acuity : {0.11, 0.23, 0.37, 0.61, 0.97, 1.7, 2.9, 45.0}) {
-    const RingSize size = SizeOfRing(acuity, n_, n_, engine_.psfHalfWidth, engine_.focalLength);
+    const plain::RingSize size = plain::SizeOfRing(acuity, n_, n_, engine_.psfHalfWidth, engine_.focalLength);
     for (int gap = 0; gap <= 5; ++gap) {
       double effective = -1.0;
       engine_.DrawRingOptotype(plane.data(), n_, acuity, &effective, gap);
       EXPECT_EQ(effective, size.effectiveAcuity) << acuity;
-      EXPECT_EQ(plane, DrawRing(size.diameter, n_, gap)) << acuity << ", gap " << gap;
+      EXPECT_EQ(plane, plain::DrawRing(size.diameter, n_, gap)) << acuity << ", gap " << gap;
     }
   }
 }
@@ -140,7 +141,7 @@ TEST_P(EngineOnAnyGrid, RingImagesAreTheFilteredRingsInBothNormalisations) {
     const double acuity = (n_ == 256 ? 5.0 : 3.0) / diameter * n_ / engine_.psfHalfWidth * 17.0 * 0.000145444;
     engine_.normaliseOutput = gap == 2 ? 1 : 0;
     engine_.RingRetinalImage(image.data(), optotype.data(), acuity, &effective, gap);
-    ASSERT_EQ(optotype, DrawRing(diameter, n_, gap));
+    ASSERT_EQ(optotype, plain::DrawRing(diameter, n_, gap));
     ExpectImage("diameter" + std::to_string(diameter), image, ToReal(optotype));
   }
 }

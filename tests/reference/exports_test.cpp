@@ -8,6 +8,7 @@
 
 #include "tests/reference/eyes.h"
 #include "tests/support/error_bounds.h"
+#include "tests/support/plain.h"
 #include "tests/support/reference.h"
 
 namespace orvanel {
@@ -67,9 +68,9 @@ TEST_P(Exports, RingsInEveryDirection) {
   for (const int gap : {1, 2, 3, 4, -6}) {
     const double acuity = 0.21 + 0.07 * gap * gap;
     ASSERT_EQ(OrvanelGetOrvanel(acuity, image.data(), &effective, optotype.data(), gap), 1);
-    const RingSize size = SizeOfRing(acuity, 256, 256, halfWidth, 17.0);
+    const plain::RingSize size = plain::SizeOfRing(acuity, 256, 256, halfWidth, 17.0);
     EXPECT_EQ(effective, size.effectiveAcuity);
-    ASSERT_EQ(optotype, DrawRing(size.diameter, 256, gap == -6 ? 3 : gap));
+    ASSERT_EQ(optotype, plain::DrawRing(size.diameter, 256, gap == -6 ? 3 : gap));
     const Plane object = ToReal(optotype), raw = FilteredIntensity(object, otf, 256);
     const Real bound = ScaledImageError(object, raw, 256, ImageError(object, psf_.plane, raw, 256, fieldError_));
     const Plane expected = Clipped(ScaledToTotal(raw, Sum(object)));

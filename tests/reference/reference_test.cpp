@@ -10,6 +10,8 @@
 #include <numbers>
 #include <vector>
 
+#include "tests/support/plain.h"
+
 namespace orvanel::reference {
 namespace {
 
@@ -143,12 +145,12 @@ TEST(ReferenceTransform, TheStepsOfCentredFft2GiveItsDefinition) {
   const int n = 32;
   const Real bound = 2 * 10 * 0x1p-53L * (kPi + 1 + 4 * std::sqrt(2.0L));
   for (const int direction : {1, 0, -3}) {
-    std::vector<double> re = Noise(n * n, 3), im = Noise(n * n, 8);
-    const ComplexPlane exact = CentredFft2({ToReal(re), ToReal(im)}, n, direction);
-    CentredFft2Steps(re, im, direction, n, 5, std::sin, std::cos);
+    plain::ComplexPlane x{Noise(n * n, 3), Noise(n * n, 8)};
+    const ComplexPlane exact = CentredFft2({ToReal(x.re), ToReal(x.im)}, n, direction);
+    plain::CentredFft2(x, direction, n, 5);
     Real error = 0, norm = 0;
-    for (std::size_t i = 0; i < re.size(); ++i) {
-      error += std::pow(std::hypot(re[i] - exact.re[i], im[i] - exact.im[i]), 2.0L);
+    for (std::size_t i = 0; i < x.re.size(); ++i) {
+      error += std::pow(std::hypot(x.re[i] - exact.re[i], x.im[i] - exact.im[i]), 2.0L);
       norm += std::pow(std::hypot(exact.re[i], exact.im[i]), 2.0L);
     }
     EXPECT_LE(std::sqrt(error / norm), bound) << direction;
@@ -288,7 +290,7 @@ TEST(ReferenceMtf, ScalesHaveTheirWorkedValues) {
 
 TEST(ReferenceRing, SizesHaveTheirWorkedValues) {
   const auto size = [](double diameter, double acuity) {
-    return SizeOfRing(acuity, 256, 256, 32 * 17.0 * kWavelength / diameter, 17.0);
+    return plain::SizeOfRing(acuity, 256, 256, 32 * 17.0 * kWavelength / diameter, 17.0);
   };
   const struct {
     double pupil, acuity;
@@ -300,7 +302,7 @@ TEST(ReferenceRing, SizesHaveTheirWorkedValues) {
                 {3.0, 2.0, 12, 15, 1.98031},
                 {4.0, 0.1, 394, 395, 0.100269}};
   for (const auto& row : worked) {
-    const RingSize ring = size(row.pupil, row.acuity);
+    const plain::RingSize ring = size(row.pupil, row.acuity);
     EXPECT_EQ(ring.raw, row.raw);
     EXPECT_EQ(ring.diameter, row.diameter);
     EXPECT_PRED3(Near, ring.effectiveAcuity, row.effective, 5e-6 * row.effective);
@@ -311,7 +313,7 @@ TEST(ReferenceRing, SizesHaveTheirWorkedValues) {
 }
 
 TEST(ReferenceRing, AnEvenRingOpensBetweenSamples) {
-  const std::vector<double> plane = DrawRing(40, 256, 3), closed = DrawRing(40, 256, 0);
+  const std::vector<double> plane = plain::DrawRing(40, 256, 3), closed = plain::DrawRing(40, 256, 0);
   for (int y = 0; y < 256; ++y) {
     for (int x = 0; x < 256; ++x) {
       const double d2 = (x - 128.5) * (x - 128.5) + (y - 128.5) * (y - 128.5);
@@ -323,10 +325,10 @@ TEST(ReferenceRing, AnEvenRingOpensBetweenSamples) {
 }
 
 TEST(ReferenceRing, AnOddRingOpensAroundTheCentreSample) {
-  const std::vector<double> closed = DrawRing(15, 256, 5);
+  const std::vector<double> closed = plain::DrawRing(15, 256, 5);
   EXPECT_EQ(closed[At(128, 122, 256)], 0.0);
   const auto changed = [&](int direction) {
-    const std::vector<double> open = DrawRing(15, 256, direction);
+    const std::vector<double> open = plain::DrawRing(15, 256, direction);
     int top = 256, bottom = -1, left = 256, right = -1;
     for (int y = 0; y < 256; ++y) {
       for (int x = 0; x < 256; ++x) {
@@ -346,7 +348,7 @@ TEST(ReferenceRing, AnOddRingOpensAroundTheCentreSample) {
 TEST(ReferenceRing, SmallAndNegativeDiametersOpenAsTheIndicesSay) {
   const auto sum = [](int diameter, int direction) {
     double total = 0;
-    for (const double v : DrawRing(diameter, 64, direction)) total += v;
+    for (const double v : plain::DrawRing(diameter, 64, direction)) total += v;
     return total;
   };
   EXPECT_EQ(sum(0, 2), 64 * 64);

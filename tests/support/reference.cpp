@@ -17,10 +17,8 @@ constexpr double kOutside = 1000.0;
 constexpr double kInsideLimit = 999.0;
 constexpr double kFocalLength = 17.0;
 constexpr double kPupilTwoPi = 6.28318530717958;
-constexpr double kCentredTwoPi = 6.283185307179586;
 constexpr double kTwoOverPi = 0.636619772367582;
 constexpr double kDegreesPerRadian = 57.29577951308239;
-constexpr double kHalfMinuteOfArc = 0.000145444;
 
 Real Factorial(int n) { return n < 2 ? 1.0L : static_cast<Real>(n) * Factorial(n - 1); }
 
@@ -170,77 +168,6 @@ ComplexPlane CentredFft2(const ComplexPlane& x, int n, int direction) {
   return {Scaled(QuadrantSwap(y.re, n), scale), Scaled(QuadrantSwap(y.im, n), scale)};
 }
 
-namespace {
-
-struct TwiddleTables {
-  std::vector<double> sine, cosine;
-};
-
-void NegateOdd(double* line, int n) {
-  for (int j = 1; j < n; j += 2) line[j] = -line[j];
-}
-
-int Reversed(int j, int bits) {
-  int result = 0;
-  for (int bit = 0; bit < bits; ++bit) {
-    if ((j >> bit & 1) != 0) result |= 1 << (bits - 1 - bit);
-  }
-  return result;
-}
-
-void BitReverse(double* line, int n, int log2n) {
-  const std::vector<double> copy(line, line + n);
-  for (int j = 0; j < n; ++j) line[j] = copy[static_cast<std::size_t>(Reversed(j, log2n))];
-}
-
-void Stage(double* re, double* im, int n, int s, const TwiddleTables& tables) {
-  const int G = 1 << s, L = n / G, H = L / 2;
-  for (int g = 0; g < G; ++g) {
-    for (int k = 0; k < H; ++k) {
-      const int a = g * L + k, b = a + H;
-      const double c = tables.cosine[static_cast<std::size_t>(k * G)];
-      const double sn = tables.sine[static_cast<std::size_t>(k * G)];
-      const double d_re = re[a] - re[b], d_im = im[a] - im[b];
-      re[a] = re[a] + re[b];
-      im[a] = im[a] + im[b];
-      re[b] = d_re * c - d_im * sn;
-      im[b] = d_re * sn + d_im * c;
-    }
-  }
-}
-
-void TransformRow(double* re, double* im, int n, int log2n, const TwiddleTables& tables) {
-  NegateOdd(re, n);
-  NegateOdd(im, n);
-  for (int s = 0; s < log2n; ++s) Stage(re, im, n, s, tables);
-  BitReverse(re, n, log2n);
-  BitReverse(im, n, log2n);
-  NegateOdd(re, n);
-  NegateOdd(im, n);
-  const double scale = 1.0 / std::sqrt(static_cast<double>(n));
-  for (int j = 0; j < n; ++j) {
-    re[j] = re[j] * scale;
-    im[j] = im[j] * scale;
-  }
-}
-
-}  // namespace
-
-void CentredFft2Steps(std::vector<double>& re, std::vector<double>& im, int direction, int n, int log2n, Function sine,
-                      Function cosine) {
-  const double theta = (direction >= 0 ? -kCentredTwoPi : kCentredTwoPi) / n;
-  TwiddleTables tables;
-  for (int k = 0; k < n; ++k) {
-    tables.sine.push_back(sine(k * theta));
-    tables.cosine.push_back(cosine(k * theta));
-  }
-  for (int pass = 0; pass < 2; ++pass) {
-    for (int r = 0; r < n; ++r) TransformRow(&re[At(r, 0, n)], &im[At(r, 0, n)], n, log2n, tables);
-    re = Transposed(re, n, n);
-    im = Transposed(im, n, n);
-  }
-}
-
 template <class T>
 std::vector<T> QuadrantSwap(const std::vector<T>& plane, int n) {
   std::vector<T> result(plane.size());
@@ -376,46 +303,6 @@ Real FrequencyStep(int n, Real halfWidth) {
 }
 
 Real FrequencyRange(Real frequencyStep) { return frequencyStep * 127.5L; }
-
-// ---- Ring optotype
-
-RingSize SizeOfRing(double acuity, int n, int gridSize, double halfWidth, double focalLength) {
-  const double K = n == 256 ? 5.0 : 3.0;
-  const double X = -K / acuity * gridSize / halfWidth * focalLength * kHalfMinuteOfArc;
-  const int D0 = -2 - static_cast<int>(X);
-  int D = D0;
-  while (D % 5 != 0) ++D;
-  return {D0, D, K / D * gridSize / halfWidth * focalLength * kHalfMinuteOfArc};
-}
-
-std::vector<double> DrawRing(int diameter, int n, int gapDirection) {
-  const int D = diameter;
-  const bool even = D % 2 == 0;
-  const int e = even ? 1 : 0;
-  const double c = n / 2 + (even ? 0.5 : 0.0);
-  const double R = 0.5 * D, r = R - 0.2 * D;
-
-  std::vector<double> plane(Area(n));
-  for (int y = 0; y < n; ++y) {
-    for (int x = 0; x < n; ++x) {
-      const double d2 = (x - c) * (x - c) + (y - c) * (y - c);
-      plane[At(y, x, n)] = d2 <= R * R && d2 >= r * r ? 0.0 : 1.0;
-    }
-  }
-  if (gapDirection < 1 || gapDirection > 4) return plane;
-
-  const int hw = D / 10;
-  const int lo = n / 2 - hw + e;
-  const double hi = n / 2 + hw + e - (even ? 0.00001 : 0.0);
-  const bool towardsTheEnd = gapDirection == 1 || gapDirection == 3;
-  const int first = towardsTheEnd ? n / 2 + e : 0, last = towardsTheEnd ? n - 1 : n / 2;
-  for (int k = std::max(lo, 0); k <= hi && k < n; ++k) {
-    for (int along = first; along <= last; ++along) {
-      plane[gapDirection <= 2 ? At(along, k, n) : At(k, along, n)] = 1.0;
-    }
-  }
-  return plane;
-}
 
 // ---- Retinal image
 

@@ -3,7 +3,7 @@
 // PLANES are n x n, row-major, row 0 at the top. LENGTHS are millimetres, frequencies cycles per degree.
 // CONSTANTS are the engine's own doubles, also where the arithmetic around them has more precision.
 // It shares no code with the engine; what is bound to double arithmetic there (the ring, the steps of CentredFft2) is
-// in double here, in the same order of operations.
+// in plain.h.
 #ifndef ORVANEL_TESTS_SUPPORT_REFERENCE_H
 #define ORVANEL_TESTS_SUPPORT_REFERENCE_H
 
@@ -44,11 +44,6 @@ ComplexPlane Fft2(const ComplexPlane& x, int n, int direction);
 
 // Unitary, both origins at (n/2, n/2), n even; sign -1 for direction >= 0 and +1 below.
 ComplexPlane CentredFft2(const ComplexPlane& x, int n, int direction);
-
-// The same in double arithmetic, step by step as the engine does it, in place, with any sine and cosine.
-using Function = double (*)(double);
-void CentredFft2Steps(std::vector<double>& re, std::vector<double>& im, int direction, int n, int log2n, Function sine,
-                      Function cosine);
 
 // The value at (r, c) goes to ((r + n/2) mod n, (c + n/2) mod n).
 template <class T>
@@ -98,17 +93,6 @@ Plane ColumnSection(const Plane& mtf, int n, int s);
 Plane DiffractionLimit(int pupilSamples, Real halfWidth, int s);
 Real FrequencyStep(int n, Real halfWidth);
 Real FrequencyRange(Real frequencyStep);
-
-// ---- Ring optotype. All in double, as the engine does it.
-
-struct RingSize {
-  int raw;       // D0
-  int diameter;  // D, samples
-  double effectiveAcuity;
-};
-
-RingSize SizeOfRing(double acuity, int n, int gridSize, double halfWidth, double focalLength);
-std::vector<double> DrawRing(int diameter, int n, int gapDirection);
 
 // ---- Retinal image
 

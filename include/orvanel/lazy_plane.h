@@ -1,0 +1,79 @@
+// A plane that its engine fills when somebody first looks at it.
+#ifndef ORVANEL_LAZY_PLANE_H
+#define ORVANEL_LAZY_PLANE_H
+
+#include <cstddef>
+
+#include "orvanel/grid_plane.h"
+
+namespace orvanel {
+
+// Reads like a GridPlane, and always holds what the engine's operations have last put there. As long as nobody has
+// looked, they only note what is due; from the first look on they write at once, since whoever looked may have kept the
+// address. Moves, but does not copy.
+class LazyPlane {
+ public:
+  // With side x side samples, all zero.
+  explicit LazyPlane(int side) : plane_(side) {}
+
+  // Samples a side, samples in all, and where they lie.
+  int side() const { return plane_.side(); }
+  std::size_t size() const { return plane_.size(); }
+  double* data() { return Look().data(); }
+  const double* data() const { return Look().data(); }
+  double* begin() { return data(); }
+  double* end() { return data() + size(); }
+  const double* begin() const { return data(); }
+  const double* end() const { return data() + size(); }
+
+  // A sample by its element, or by its row and column. Neither is checked.
+  double& operator[](std::size_t index) { return Look()[index]; }
+  double operator[](std::size_t index) const { return Look()[index]; }
+  double& operator()(int row, int column) { return Look()(row, column); }
+  double operator()(int row, int column) const { return Look()(row, column); }
+
+  // The plane itself.
+  operator const GridPlane&() const { return Look(); }
+
+ private:
+  friend class OpticsEngine;
+
+  // What writes the plane, from what it finds in its source.
+  using Writer = void (*)(void* source, double* plane);
+
+  GridPlane& Look() const {
+    if (due_ != nullptr) {
+      const Writer due = due_;
+      due_ = nullptr;
+      due(source_, plane_.data());
+    }
+    looked_ = true;
+    return plane_;
+  }
+
+  bool looked() const { return looked_; }
+
+  // The plane is to be what the writer makes of the source: now, or when somebody looks.
+  void Due(Writer writer, void* source) {
+    due_ = writer;
+    source_ = source;
+    if (looked_) Look();
+  }
+
+  // Before the source changes: writes what is due.
+  void Settle() {
+    if (due_ == nullptr) return;
+    const bool looked = looked_;
+    Look();
+    looked_ = looked;
+  }
+
+  mutable GridPlane plane_;
+  mutable Writer due_ = nullptr;
+  mutable bool looked_ = false;
+  void* source_ = nullptr;
+};
+
+}  // namespace orvanel
+
+#endif  // ORVANEL_LAZY_PLANE_H

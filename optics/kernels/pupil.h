@@ -1,0 +1,235 @@
+// From the wavefront to the intensity on the retina.
+//
+// Compute-bound, but for the division. Columns first, straight from the wavefront, then rows, so that the intensity is
+// written row by row. A pupil that lies within the middle 129 x 129 samples is taken from the middle's corner: that
+// only turns the phases of the field, and leaves half of each line and half of all columns empty.
+#ifndef ORVANEL_OPTICS_KERNELS_PUPIL_H
+#define ORVANEL_OPTICS_KERNELS_PUPIL_H
+
+#include "optics/kernels/lines.h"
+
+namespace orvanel::ORVANEL_KERNELS {
+namespace {
+
+constexpr double kLargestInside = 999.0;     // wavefront values above this mark the outside of the pupil
+constexpr double kTwoPi = 6.28318530717958;  // shorter than 2 pi in double precision; results depend on it
+
+// Absolute error of SineAndCosine. In units of 2^-53, where x is reduced to 1/2 .. pi/4, which is the worst: two
+// roundings of the reduced angle, 1/2 each, times the derivative, at most 0.88; the last sum, 1/2; the terms before it,
+// 0.41; the polynomial, 1/8. Together 1.91.
+constexpr double kSineCosineError = 0x1p-52;
+
+// Sine and cosine of |x| <= kLargestAngle. Error: kSineCosineError.
+// Reduction by pi/2 in three pieces, whose products with the quarter turns are exact but for the last: Cody and Waite
+// (1980). The polynomials are minimax on [-pi/4, pi/4], to 2^-56 and better.
+constexpr double kLargestAngle = 0x1p20;
+struct SinCos {
+  V sine;
+  V cosine;
+};
+ORVANEL_INLINE SinCos SineAndCosine(V x) {
+  constexpr double round = 0x1.8p52;
+  const V shifted = x * 0x1.45f306dc9c883p-1 + round;
+  const V k = shifted - round;
+  V r = x - k * 0x1.921fb544p+0;
+  r = r - k * 0x1.0b4611a6p-34;
+  r = r - k * 0x1.3198a2e037073p-69;
+  const V z = r * r;
+  const V s =
+      ((((0x1.5e11baa866d65p-33 * z - 0x1.ae602178c81e6p-26) * z + 0x1.71de37b2363ccp-19) * z - 0x1.a01a019ea17c9p-13) *
+           z +
+       0x1.1111111110c84p-7) *
+          z -
+      0x1.5555555555555p-3;
+  const V c =
+      ((((0x1.1eeb586f6f942p-29 - 0x1.9073ede2fbd4dp-37 * z) * z - 0x1.27e4fa0384756p-22) * z + 0x1.a01a019f38ba6p-16) *
+           z -
+       0x1.6c16c16c168ccp-10) *
+          z +
+      0x1.5555555555555p-5;
+  const V sine = r + r * z * s;
+  const V cosine = 1.0 - (0.5 * z - z * z * c);
+  // The last two bits of the shifted sum are those of k.
+  const Mask quarters = Bits(shifted);
+  const Mask odd = (quarters & 1) != 0;
+  const Mask sineSign = (quarters & 2) << 62;
+  const Mask cosineSign = ((quarters + 1) & 2) << 62;
+  return {Bits(Bits(Select(odd, cosine, sine)) ^ sineSign), Bits(Bits(Select(odd, sine, cosine)) ^ cosineSign)};
+}
+
+// exp(i 2 pi W / wavelength) inside the pupil, zero outside.
+ORVANEL_INLINE Complex PupilFunction(V w, V wavelength, const Tables& tables) {
+  const Mask inside = w <= kLargestInside;
+  if (!Any(inside)) return Complex(V{}, V{});
+  const V phase = (w / wavelength) * kTwoPi;
+  SinCos field = SineAndCosine(phase);
+  const V size = Bits(Bits(phase) & 0x7fffffffffffffff);
+  const Mask large = ~(size <= kLargestAngle) & inside;
+  if (Any(large)) [[unlikely]] {
+    for (int l = 0; l < kWidth; ++l) {
+      if (large[l] == 0) continue;
+      double sine, cosine;
+      tables.sineAndCosine(phase[l], &sine, &cosine);
+      field.sine[l] = sine;
+      field.cosine[l] = cosine;
+    }
+  }
+  return {Bits(Bits(field.cosine) & inside), Bits(Bits(field.sine) & inside)};
+}
+
+constexpr int kFirst = 64;  // row and column of the middle's corner; its last row and column are kFirst + 128
+
+// Whether no sample outside the middle belongs to the pupil.
+ORVANEL_INLINE bool IsInTheMiddle(const double* wavefront) {
+  const auto outsideIn = [](const double* from, int count) __attribute__((always_inline)) {
+    Mask inside{};
+    for (int c = 0; c < count; c += kWidth) inside |= ::orvanel::ORVANEL_KERNELS::Load(from + c) <= kLargestInside;
+    return !Any(inside);
+  };
+  for (int r = 0; r < kLength; ++r) {
+    const double* const row = wavefront + r * kLength;
+    if (r < kFirst || r > kFirst + 128) {
+      if (!outsideIn(row, kLength)) return false;
+    } else if (!outsideIn(row, kFirst) || !outsideIn(row + kFirst + 129, 56) || !outsideIn(row + kLength - 8, 8)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// Column transforms of the middle, origin at its corner: columns 0 to 128. The columns after it lie outside.
+ORVANEL_INLINE void MiddleColumns(const double* wavefront, V wavelength, const Tables& tables, const Scratch& scratch) {
+  Complex* const lines = Lines(scratch);
+  for (int group = 0; group <= 128; group += kWidth) {
+    for (int n = 0; n <= 128; ++n) {
+      lines[n] = PupilFunction(Load(wavefront + (kFirst + n) * kLength + kFirst + group), wavelength, tables);
+    }
+    Complex* const panel = Panel(scratch, group);
+    TransformBundle<true>(
+        lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
+        [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
+  }
+}
+
+// The same for a pupil anywhere, origin at the plane's corner.
+ORVANEL_INLINE void AllColumns(const double* wavefront, V wavelength, const Tables& tables, const Scratch& scratch) {
+  for (int group = 0; group < kLength; group += kWidth) {
+    Complex* const panel = Panel(scratch, group);
+    TransformBundle<false>(
+        Lines(scratch), tables,
+        [&](int n) __attribute__((always_inline)) {
+          return PupilFunction(Load(wavefront + n * kLength + group), wavelength, tables);
+        },
+        [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
+  }
+}
+
+// The first `count` samples of rows first .. first + kWidth - 1 of scratch, side by side.
+ORVANEL_INLINE void LoadRows(const Scratch& scratch, int first, int count, Complex* x) {
+  for (int c = 0; c < count; c += kWidth) {
+    const Complex* const block = Panel(scratch, c) + first;
+    V a[kWidth];
+    LoadTransposed(
+        [&](int l) __attribute__((always_inline)) { return Samples(block[l].re); }, a);
+    ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) x[c + l].re = a[l];
+    LoadTransposed(
+        [&](int l) __attribute__((always_inline)) { return Samples(block[l].im); }, a);
+    ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) x[c + l].im = a[l];
+  }
+}
+
+// One part of the results of kWidth rows, at their places in x; put(row, column, v) takes the samples from that column.
+template <class Put>
+ORVANEL_INLINE void StoreRows(const Complex* x, V Complex::*part, Put put) {
+  for (int k2 = 0; k2 < 16; ++k2) {
+    for (int k1 = 0; k1 < 16; k1 += kWidth) {
+      V a[kWidth];
+      LoadTransposed(
+          [&](int l) __attribute__((always_inline)) { return Samples(x[16 * (k1 + l) + k2].*part); }, a);
+      ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) put(l, 16 * k2 + k1, a[l]);
+    }
+  }
+}
+
+ORVANEL_INLINE V Norm(Complex a) { return a.im * a.im + a.re * a.re; }
+ORVANEL_INLINE V Larger(V a, V b) { return Select(b > a, b, a); }
+
+// kWidth rows of the intensity.
+template <bool halfEmpty, bool keep>
+ORVANEL_INLINE void IntensityRows(const Scratch& scratch, int first, const Tables& tables, double* intensity,
+                                  double* rowMaxima) {
+  Complex* const lines = Lines(scratch);
+  LoadRows(scratch, first, halfEmpty ? 128 : 256, lines);
+  if constexpr (halfEmpty) {
+    const Complex* const last = Panel(scratch, 128) + first;
+    for (int l = 0; l < kWidth; ++l) {
+      lines[128].re[l] = last[l].re[0];
+      lines[128].im[l] = last[l].im[0];
+    }
+  }
+  V maximum{};
+  TransformBundle<halfEmpty>(
+      lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
+      [&](int place, int, Complex v) __attribute__((always_inline)) {
+        const V power = Norm(v);
+        if constexpr (keep) lines[place].re = power;
+        maximum = Larger(maximum, power);
+      });
+  Store(rowMaxima + first, maximum);
+  if constexpr (keep) {
+    StoreRows(
+        lines, &Complex::re, [&](int row, int column, V v) __attribute__((always_inline)) {
+          double* const to = intensity + (first + row) * kIntensityPitch;
+          Store(to + column, v);
+          if (column < kIntensityPitch - kLength) Store(to + kLength + column, v);
+        });
+  }
+}
+
+template <bool halfEmpty>
+ORVANEL_INLINE void AllIntensityRows(const Scratch& scratch, const Tables& tables, double* intensity,
+                                     double* rowMaxima) {
+  for (int first = 0; first < kLength; first += kWidth) {
+    if (intensity != nullptr) {
+      IntensityRows<halfEmpty, true>(scratch, first, tables, intensity, rowMaxima);
+    } else {
+      IntensityRows<halfEmpty, false>(scratch, first, tables, intensity, rowMaxima);
+    }
+  }
+}
+
+void Intensity(const double* wavefront, double wavelength, const Tables& tables, const Scratch& scratch,
+               double* intensity, double* rowMaxima) {
+  if (IsInTheMiddle(wavefront)) {
+    MiddleColumns(wavefront, Splat(wavelength), tables, scratch);
+    AllIntensityRows<true>(scratch, tables, intensity, rowMaxima);
+  } else {
+    AllColumns(wavefront, Splat(wavelength), tables, scratch);
+    AllIntensityRows<false>(scratch, tables, intensity, rowMaxima);
+  }
+}
+
+// Row `row` of the PSF: column c is factor times sample (c + shift) % 256 of this row.
+struct RecentredRow {
+  const double* samples;
+  int shift;
+};
+ORVANEL_INLINE RecentredRow RowOf(const Recentring& from, int row) {
+  return {from.intensity + (row + from.row + 128) % kLength * kIntensityPitch, (from.column + 128) % kLength};
+}
+ORVANEL_INLINE const double* SamplesAt(RecentredRow row, int column) {
+  return row.samples + (column + row.shift) % kLength;
+}
+
+void Recentre(const Recentring& from, double* psf) {
+  const V factor = Splat(from.factor);
+  for (int r = 0; r < kLength; ++r) {
+    const RecentredRow row = RowOf(from, r);
+    for (int c = 0; c < kLength; c += kWidth) Store(psf + r * kLength + c, factor * Load(SamplesAt(row, c)));
+  }
+}
+
+}  // namespace
+}  // namespace orvanel::ORVANEL_KERNELS
+
+#endif  // ORVANEL_OPTICS_KERNELS_PUPIL_H

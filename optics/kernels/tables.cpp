@@ -1,0 +1,45 @@
+// Making the tables.
+#include "optics/kernels/tables.h"
+
+#include <cstddef>
+
+#include "optics/elementary.h"
+
+namespace orvanel {
+namespace {
+
+constexpr int kLength = 256;
+
+Tables MakeTables() {
+  Tables tables{};
+  for (int n = 0; n < 16; ++n) {
+    for (int k = 0; k < 16; ++k) {
+      const SineCosine factor = SineAndCosineOfTurn(n * k, kLength);
+      tables.cosine[16 * n + k] = factor.cosine;
+      tables.sine[16 * n + k] = factor.sine;
+    }
+  }
+  for (int negative = 0; negative < 2; ++negative) {
+    const double theta = (negative == 0 ? -6.283185307179586 : 6.283185307179586) / kLength;
+    for (int k = 0; k < kLength; ++k) {
+      const SineCosine factor = SineAndCosine(k * theta);
+      tables.centredCosine[negative][k] = factor.cosine;
+      tables.centredSine[negative][k] = factor.sine;
+    }
+  }
+  tables.sineAndCosine = [](double x, double* sine, double* cosine) {
+    const SineCosine value = SineAndCosine(x);
+    *sine = value.sine;
+    *cosine = value.cosine;
+  };
+  return tables;
+}
+
+}  // namespace
+
+const Tables& TransformTables() {
+  static const Tables tables = MakeTables();
+  return tables;
+}
+
+}  // namespace orvanel

@@ -1,0 +1,30 @@
+// One table of kernels. Compiled once for each instruction set, with ORVANEL_KERNELS its name; the table is all that
+// this file shows.
+#include "optics/kernels/centred.h"
+#include "optics/kernels/image.h"
+#include "optics/kernels/kernels.h"
+#include "optics/kernels/pupil.h"
+#include "optics/kernels/wavefront.h"
+
+#define ORVANEL_STRING(name) #name
+#define ORVANEL_NAME(name) ORVANEL_STRING(name)
+
+namespace orvanel::ORVANEL_KERNELS {
+
+extern const Kernels kKernels;
+const Kernels kKernels = {
+    .name = ORVANEL_NAME(ORVANEL_KERNELS),
+    .synthesize = Synthesize,
+    .intensity = Intensity,
+    .recentre = Recentre,
+    .transform = Transform,
+    .centredTransform = CentredTransform,
+    .transferFunction = TransferFunction,
+    .realTransform = RealTransform,
+    .unfold = Unfold,
+    .imageKeepingTotal = ImageKeepingTotal,
+    .imageStretched = ImageStretched,
+    .drawRing = DrawRing,
+};
+
+}  // namespace orvanel::ORVANEL_KERNELS

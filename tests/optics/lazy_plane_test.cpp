@@ -1,0 +1,188 @@
+// Planes that are written when somebody looks: what is read is what the engine last put there, whoever read before.
+#include "orvanel/lazy_plane.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "orvanel/optics_engine.h"
+#include "tests/support/every_kernel.h"
+
+namespace orvanel {
+namespace {
+
+using Coefficients = std::array<double, kCoefficients>;
+using Plane = std::vector<double>;
+using test::SameBits;
+
+Coefficients Eye(double coma) {
+  Coefficients c{};
+  c[4] = 2e-4;
+  c[7] = coma;
+  return c;
+}
+
+class PhasePlane : public test::EveryKernel {
+ protected:
+  static void ComputeMtf(OpticsEngine& engine, double coma, int s = 256) {
+    Plane mtf(65536);
+    double step = 0.0;
+    engine.synthesizeWavefront(Eye(coma).data(), 4.1, 1, 1, 1);
+    engine.ComputeMtf(kWavelength, mtf.data(), &step, nullptr, nullptr, nullptr, s);
+  }
+
+  static void ComputePsf(OpticsEngine& engine, double coma) {
+    Plane psf(65536);
+    double pitch = 0.0, strehl = 0.0;
+    engine.synthesizeWavefront(Eye(coma).data(), 4.1, 1, 1, 1);
+    engine.ComputePsf(kWavelength, psf.data(), &pitch, &strehl, 256);
+  }
+
+  // Of an engine that has done nothing else, read at once.
+  static Plane Fresh(double coma) {
+    OpticsEngine engine;
+    engine.phasePlane.data();
+    ComputeMtf(engine, coma);
+    return {engine.phasePlane.begin(), engine.phasePlane.end()};
+  }
+
+  OpticsEngine engine_;
+};
+
+TEST_P(PhasePlane, IsZeroBeforeTheFirstMtf) {
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Plane(65536)));
+  EXPECT_EQ(engine_.phasePlane.side(), 256);
+  EXPECT_EQ(engine_.phasePlane.size(), 65536U);
+}
+
+TEST_P(PhasePlane, ReadTwiceIsTheSame) {
+  ComputeMtf(engine_, 3e-4);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(3e-4)));
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(3e-4)));
+}
+
+TEST_P(PhasePlane, IsThatOfTheLastMtfNotOfTheFirst) {
+  ComputeMtf(engine_, 3e-4);
+  ComputeMtf(engine_, -1e-4);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(-1e-4)));
+  ComputeMtf(engine_, 5e-4);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(5e-4)));
+}
+
+TEST_P(PhasePlane, ReadAfterALaterPsfIsThatOfTheMtf) {
+  ComputeMtf(engine_, 3e-4);
+  ComputePsf(engine_, -1e-4);
+  ComputePsf(engine_, 2e-4);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(3e-4)));
+}
+
+TEST_P(PhasePlane, IsWrittenByANewMtfAfterAPsfHadItWritten) {
+  ComputeMtf(engine_, 3e-4);
+  ComputePsf(engine_, -1e-4);
+  ComputeMtf(engine_, 5e-4);
+  ComputePsf(engine_, 2e-4);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(5e-4)));
+}
+
+TEST_P(PhasePlane, ReadAfterWhiteLightIsThatOfTheMtf) {
+  ComputeMtf(engine_, 3e-4);
+  Plane white(65536);
+  double spacing = 0.0;
+  engine_.PolychromaticPsf(white.data(), &spacing, 0);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(3e-4)));
+}
+
+TEST_P(PhasePlane, ReadAfterASearchAndAnImageIsThatOfTheMtf) {
+  ComputeMtf(engine_, 3e-4);
+  Plane image(65536);
+  engine_.PatternRetinalImage(image.data(), Plane(65536, 0.5).data(), 256);
+  engine_.ComputeStrehl(0.0006);
+  FocusSearch search;
+  search.maximumTrials = 5;
+  engine_.OptimiseFocus(Eye(1e-4).data(), 4.1, search);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(3e-4)));
+}
+
+TEST_P(PhasePlane, BelongsToTheWavefrontOfTheMtfNotToTheOneHeld) {
+  ComputeMtf(engine_, 3e-4);
+  engine_.synthesizeWavefront(Eye(-1e-4).data(), 2.2, 1, 1, 1);
+  std::fill(engine_.psfPlane.begin(), engine_.psfPlane.end(), 0.5);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(3e-4)));
+}
+
+TEST_P(PhasePlane, IsWholeWhenTheMtfIsCropped) {
+  ComputeMtf(engine_, 3e-4, 90);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(3e-4)));
+}
+
+TEST_P(PhasePlane, SeenThroughAPointerTakenBeforeIsTheNewOne) {
+  ComputeMtf(engine_, 3e-4);
+  const double* const phase = engine_.phasePlane.data();
+  ComputeMtf(engine_, -1e-4);
+  EXPECT_TRUE(SameBits(phase, Fresh(-1e-4).data(), 65536));
+  ComputePsf(engine_, 2e-4);
+  EXPECT_TRUE(SameBits(phase, Fresh(-1e-4).data(), 65536));
+  ComputeMtf(engine_, 5e-4, 90);
+  EXPECT_TRUE(SameBits(phase, Fresh(5e-4).data(), 65536));
+}
+
+TEST_P(PhasePlane, KeepsWhatAHostWroteUntilTheNextMtf) {
+  ComputeMtf(engine_, 3e-4);
+  engine_.phasePlane(100, 90) = 7.5;
+  ComputePsf(engine_, 2e-4);
+  EXPECT_EQ(engine_.phasePlane(100, 90), 7.5);
+  ComputeMtf(engine_, 5e-4);
+  EXPECT_TRUE(SameBits(engine_.phasePlane, Fresh(5e-4)));
+}
+
+TEST_P(PhasePlane, IsWrittenAfterItsEngineHasMoved) {
+  ComputeMtf(engine_, 3e-4);
+  OpticsEngine moved = std::move(engine_);
+  OpticsEngine assigned;
+  ComputeMtf(assigned, -2e-4);
+  assigned = std::move(moved);
+  EXPECT_TRUE(SameBits(assigned.phasePlane, Fresh(3e-4)));
+  ComputeMtf(assigned, 5e-4);
+  EXPECT_TRUE(SameBits(assigned.phasePlane, Fresh(5e-4)));
+}
+
+TEST_P(PhasePlane, OfAnEngineThatOutlivesItsSourceIsItsOwn) {
+  OpticsEngine kept;
+  {
+    OpticsEngine other;
+    ComputeMtf(other, 3e-4);
+    std::swap(kept, other);
+    ComputeMtf(other, -2e-4);
+  }
+  EXPECT_TRUE(SameBits(kept.phasePlane, Fresh(3e-4)));
+}
+
+TEST_P(PhasePlane, ReadsAlikeThroughEachOfItsDoors) {
+  const Plane expected = Fresh(3e-4);
+  const auto fresh = [] {
+    OpticsEngine engine;
+    ComputeMtf(engine, 3e-4);
+    return engine;
+  };
+  OpticsEngine a = fresh();
+  EXPECT_EQ(a.phasePlane[30'000], expected[30'000]);
+  OpticsEngine b = fresh();
+  EXPECT_EQ(b.phasePlane(117, 48), expected[117 * 256 + 48]);
+  const OpticsEngine c = fresh();
+  EXPECT_EQ(c.phasePlane[30'000], expected[30'000]);
+  const OpticsEngine d = fresh();
+  EXPECT_EQ(d.phasePlane(117, 48), expected[117 * 256 + 48]);
+  const OpticsEngine e = fresh();
+  EXPECT_TRUE(std::equal(e.phasePlane.begin(), e.phasePlane.end(), expected.begin()));
+  const OpticsEngine f = fresh();
+  const GridPlane& plane = f.phasePlane;
+  EXPECT_TRUE(SameBits(plane, expected));
+}
+
+ORVANEL_ON_EVERY_KERNEL(PhasePlane);
+
+}  // namespace
+}  // namespace orvanel
