@@ -1,0 +1,117 @@
+// What a batch costs for each eye beyond the engine: reading, converting, handing over, writing.
+//
+// Usage: orvanel_batch_bench PROGRAM [EYES [ROUNDS]]
+// Engine and program are measured in turn, in time of the processor, so that other work on the machine counts for
+// little; the medians of the rounds are compared. The engine makes wavefront, PSF with Strehl ratio, and MTF of the
+// same eyes.
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "orvanel/optics_engine.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Coefficients = std::array<double, orvanel::kCoefficients>;  // mm, as the library takes them
+
+constexpr double kPupil = 6.0;
+constexpr std::size_t kPlane = 65536, kSection = 128;
+
+double SecondsOf(int who) {
+  rusage usage{};
+  getrusage(who, &usage);
+  const auto seconds = [](timeval time) {
+    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+// Eyes of all orders up to 6, as different as a simple generator makes them.
+std::vector<Coefficients> Eyes(std::size_t count) {
+  std::vector<Coefficients> eyes(count);
+  unsigned state = 12345;
+  for (Coefficients& eye : eyes) {
+    for (std::size_t j = 3; j < eye.size(); ++j) {
+      state = state * 1664525U + 1013904223U;
+      eye[j] = 3e-4 * (state / 4294967296.0 - 0.5);
+    }
+  }
+  return eyes;
+}
+
+void WriteTable(const fs::path& file, const std::vector<Coefficients>& eyes) {
+  std::ofstream stream(file);
+  stream.precision(17);
+  stream << "id,pupil_diameter_mm,eye,unit,normalisation,order,y_axis";
+  for (std::size_t j = 0; j < orvanel::kCoefficients; ++j) stream << ",Z" << j;
+  stream << '\n';
+  for (std::size_t i = 0; i < eyes.size(); ++i) {
+    stream << i << ',' << kPupil << ",OD,mm,none,osa,down";
+    for (const double c : eyes[i]) stream << ',' << c;
+    stream << '\n';
+  }
+}
+
+double TimeEngine(const std::vector<Coefficients>& eyes) {
+  orvanel::OpticsEngine engine;
+  std::vector<double> mtf(kPlane), row(kSection), column(kSection), limit(kSection);
+  double step = 0.0;
+  const double start = SecondsOf(RUSAGE_SELF);
+  for (const Coefficients& eye : eyes) {
+    engine.synthesizeWavefront(eye.data(), kPupil, 1, 1, 1);
+    engine.ComputeMtf(orvanel::kWavelength, mtf.data(), &step, row.data(), column.data(), limit.data(), 256);
+  }
+  return SecondsOf(RUSAGE_SELF) - start;
+}
+
+double TimeProgram(const std::string& command) {
+  const double start = SecondsOf(RUSAGE_CHILDREN);
+  if (std::system(command.c_str()) != 0) {  // NOLINT(cert-env33-c): the program as its users start it
+    std::fprintf(stderr, "fails: %s\n", command.c_str());
+    std::exit(1);
+  }
+  return SecondsOf(RUSAGE_CHILDREN) - start;
+}
+
+double Median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) {
+    std::fprintf(stderr, "usage: %s PROGRAM [EYES [ROUNDS]]\n", argv[0]);
+    return 2;
+  }
+  const auto count = static_cast<std::size_t>(argc > 2 ? std::strtol(argv[2], nullptr, 10) : 4000);
+  const int rounds = argc > 3 ? static_cast<int>(std::strtol(argv[3], nullptr, 10)) : 7;
+  const std::vector<Coefficients> eyes = Eyes(count);
+  const fs::path folder = fs::temp_directory_path() / ("orvanel-batch-bench-" + std::to_string(count));
+  fs::create_directories(folder);
+  WriteTable(folder / "eyes.csv", eyes);
+  const std::string command = std::string("'") + argv[1] + "' batch '" + (folder / "eyes.csv").string() + "' -o '" +
+                              (folder / "results.csv").string() + "' --jobs 1 --force >/dev/null";
+  std::vector<double> engine, program;
+  for (int round = 0; round < rounds; ++round) {
+    engine.push_back(TimeEngine(eyes));
+    program.push_back(TimeProgram(command));
+  }
+  fs::remove_all(folder);
+  const double perEye = 1e6 / static_cast<double>(count);
+  std::printf("engine, Strehl and MTF    %8.1f us an eye\n", Median(engine) * perEye);
+  std::printf("orvanel batch, --jobs 1   %8.1f us an eye\n", Median(program) * perEye);
+  std::printf("ratio                     %8.3f\n", Median(program) / Median(engine));
+  return 0;
+}

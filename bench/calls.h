@@ -1,0 +1,40 @@
+// The calls that are measured: the same list for the library with each of its kernels, and for each peer.
+#ifndef ORVANEL_BENCH_CALLS_H
+#define ORVANEL_BENCH_CALLS_H
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace orvanel::bench {
+
+struct Call {
+  std::string name;                    // as in kCallTitles
+  std::function<void()> prepare;       // makes what the call starts from
+  std::function<void(int turn)> once;  // the call, with other inputs each turn
+};
+
+// Names of the calls in the order of the table, and what they are.
+struct CallTitle {
+  const char* name;
+  const char* title;
+};
+constexpr CallTitle kCallTitles[] = {
+    {"InputZerWithPhase", "`OrvanelInputZer`, everything incl. phase plane"},
+    {"InputZer", "`OrvanelInputZer`, the phase plane left until it is read"},
+    {"Strehl", "Strehl ratio only, per eye of a batch (engine)"},
+    {"GetOrvanel", "`OrvanelGetOrvanel`, new ring"},
+    {"GetPattern", "`OrvanelGetPattern`"},
+    {"OneEye", "one eye: input, then all getters"},
+};
+
+// Those of the shared library and of an engine, with the kernels of this name.
+std::vector<Call> CallsOfLibrary(const std::string& kernels);
+
+// Those of the peers.
+std::vector<Call> CallsOfFftw();
+std::vector<Call> CallsOfPlainCode();
+
+}  // namespace orvanel::bench
+
+#endif  // ORVANEL_BENCH_CALLS_H

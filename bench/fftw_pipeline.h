@@ -1,0 +1,90 @@
+// A peer: the same results as a careful user would compute them with FFTW. One object is one eye.
+//
+// What makes it careful: plans are measured once (FFTW_PATIENT) and used again; memory is aligned by FFTW; real planes
+// are transformed as real planes, so that half a spectrum serves for MTF, phase and image; the values of the
+// polynomials are made once; the star is transformed once; the transfer function is made once for each eye; scales are
+// folded into passes that there are anyway. Sine, cosine, arc tangent and square root are the C library's, loops are
+// the compiler's. There is nothing that one would need the innards of a transform for.
+#ifndef ORVANEL_BENCH_FFTW_PIPELINE_H
+#define ORVANEL_BENCH_FFTW_PIPELINE_H
+
+#include <fftw3.h>
+
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace orvanel::bench {
+
+// The unit of the tables: a complex transform of 256 x 256, out of place.
+class UnitTransform {
+ public:
+  UnitTransform();
+  ~UnitTransform();
+  UnitTransform(const UnitTransform&) = delete;
+  UnitTransform& operator=(const UnitTransform&) = delete;
+
+  void Run() { fftw_execute(plan_); }
+
+ private:
+  fftw_complex* in_;
+  fftw_complex* out_;
+  fftw_plan plan_;
+};
+
+class FftwPipeline {
+ public:
+  // The star is the object of Pattern.
+  explicit FftwPipeline(const double* star);
+  ~FftwPipeline();
+  FftwPipeline(const FftwPipeline&) = delete;
+  FftwPipeline& operator=(const FftwPipeline&) = delete;
+
+  // Wavefront, PSF, MTF, and where `phase` is not null the phase.
+  void Input(const double* coefficients, double pupil_mm, double* psf, double* mtf, double* phase);
+
+  // The Strehl ratio alone.
+  double Strehl(const double* coefficients);
+
+  // The ring as drawn and as seen by the eye of the last Input. Prints the line that the library prints.
+  void Ring(double acuity, int gapDirection, double* optotype, double* image);
+
+  // The star as seen by the eye of the last Input, stretched to span 0 to 1 or with its light kept.
+  void Pattern(bool stretched, double* image);
+
+ private:
+  void FormIntensity(const double* coefficients);
+  void ObjectSeen(const fftw_complex* object, double objectTotal, bool stretched, double* image);
+
+  struct Release {
+    void operator()(void* memory) const { fftw_free(memory); }
+  };
+  using RealPlane = std::unique_ptr<double[], Release>;
+  using ComplexPlane = std::unique_ptr<fftw_complex[], Release>;
+  static ComplexPlane AllocateComplex(std::size_t count) { return ComplexPlane(fftw_alloc_complex(count)); }
+
+  std::vector<int> inside_;    // samples of the pupil in a plane
+  std::vector<double> terms_;  // values of one polynomial after the other on these samples
+  double halfWidth_mm_ = 0.0;
+
+  ComplexPlane pupil_;
+  ComplexPlane field_;
+  RealPlane intensity_;
+  RealPlane centred_;  // the PSF
+  ComplexPlane otf_;   // half its transform
+  RealPlane object_;
+  ComplexPlane spectrum_;  // half the object's transform
+  ComplexPlane star_;
+  double starTotal_ = 0.0;
+  ComplexPlane product_;
+  ComplexPlane seen_;
+
+  fftw_plan fieldOfPupil_;
+  fftw_plan otfOfPsf_;
+  fftw_plan spectrumOfObject_;
+  fftw_plan seenOfProduct_;
+};
+
+}  // namespace orvanel::bench
+
+#endif  // ORVANEL_BENCH_FFTW_PIPELINE_H
