@@ -7,8 +7,9 @@ install(DIRECTORY include/orvanel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_
 # The headers refer to the conventions.
 set(orvanel_doc_folder ${CMAKE_INSTALL_DATADIR}/doc/orvanel)
 install(FILES CHANGELOG.md docs/conventions.md DESTINATION ${orvanel_doc_folder})
-install(FILES docs/images/conventions.svg DESTINATION ${orvanel_doc_folder}/images)
+install(FILES docs/images/conventions.svg docs/images/ring_scales.svg DESTINATION ${orvanel_doc_folder}/images)
 install(DIRECTORY examples DESTINATION ${orvanel_doc_folder})
+install(DIRECTORY assets/eyes DESTINATION ${orvanel_doc_folder}/assets)
 
 set(orvanel_config_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Orvanel)
 configure_package_config_file(cmake/OrvanelConfig.cmake.in OrvanelConfig.cmake
@@ -26,7 +27,18 @@ cmake_path(RELATIVE_PATH orvanel_up BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/
 configure_file(cmake/orvanel.pc.in orvanel.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/orvanel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-set(CPACK_GENERATOR TGZ DEB)
+if(WIN32)
+  install(FILES docs/windows.md RENAME README.md DESTINATION .)
+  # Of what is linked in, by the names of Debian's packages.
+  foreach(package fonts-dejavu-core gcc-mingw-w64-base libcli11-dev libstb-dev libz-mingw-w64-dev mingw-w64-common
+          nlohmann-json3-dev)
+    install(FILES /usr/share/doc/${package}/copyright RENAME ${package}.txt DESTINATION licences)
+  endforeach()
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_SYSTEM_NAME windows-${CMAKE_SYSTEM_PROCESSOR})
+else()
+  set(CPACK_GENERATOR TGZ DEB)
+endif()
 set(CPACK_PACKAGE_NAME orvanel)
 set(CPACK_PACKAGE_VENDOR Orvanel)
 set(CPACK_PACKAGE_CONTACT "Orvanel maintainers <maintainers@orvanel.invalid>")

@@ -1,5 +1,7 @@
 // The eight exported functions: each a check and a call or a copy.
 #include <cstring>
+#include <new>
+#include <utility>
 
 #include "interface/module_state.h"
 #include "interface/pattern_asset.h"
@@ -18,6 +20,38 @@ ModuleState module;
 
 bool HasResults() { return module.mtfPlane.data() != nullptr; }
 
+// Runs what takes memory; false where there is none left. No exception leaves the library.
+template <class Work>
+bool FindsMemory(Work work) {
+  try {
+    work();
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+bool MakeEngine() {
+  return FindsMemory([] { module.engine.emplace(); });
+}
+
+bool MakeRoomForResults() {
+  if (!module.engine.has_value() && !MakeEngine()) return false;
+  return FindsMemory([] { module.mtfPlane = GridPlane(ORVANEL_GRID_SIZE); });
+}
+
+bool LoadPattern() {
+  return FindsMemory([] {
+    GridPlane pattern(ORVANEL_GRID_SIZE);
+    LoadPatternAsset(pattern.data());
+    module.preparedPattern = module.engine->Prepare(pattern.data());
+    module.patternPlane = std::move(pattern);
+  });
+}
+
+// At load; if that fails, the first eye tries again.
+[[maybe_unused]] const bool engineMade = MakeEngine();
+
 }  // namespace
 }  // namespace orvanel
 
@@ -30,26 +64,23 @@ void OrvanelInputPupil(double pupilDiameter) noexcept {
 
 int OrvanelInputZer(const double* coefficients) noexcept {
   if (!(module.pupilDiameter < 0.0 || module.pupilDiameter > 0.0)) return kRefused;
+  if (!HasResults() && !MakeRoomForResults()) return kRefused;
   std::memcpy(module.coefficients.data(), static_cast<const void*>(coefficients), sizeof module.coefficients);
-  if (!HasResults()) module.mtfPlane = GridPlane(ORVANEL_GRID_SIZE);
 
   double frequencyStep = 0.0;
-  double rowSection[ORVANEL_SECTION_SAMPLES];
-  double columnSection[ORVANEL_SECTION_SAMPLES];
-  double diffractionLimit[ORVANEL_SECTION_SAMPLES];
-  module.engine.synthesizeWavefront(module.coefficients.data(), module.pupilDiameter, 1, 1, 1);
-  module.engine.ComputeMtf(module.wavelength, module.mtfPlane.data(), &frequencyStep, rowSection, columnSection,
-                           diffractionLimit, ORVANEL_GRID_SIZE);
+  module.engine->synthesizeWavefront(module.coefficients.data(), module.pupilDiameter, 1, 1, 1);
+  module.engine->ComputeMtf(module.wavelength, module.mtfPlane.data(), &frequencyStep, nullptr, nullptr, nullptr,
+                            ORVANEL_GRID_SIZE);
   module.mtfFrequencyRange = frequencyStep * kStepsToRange;
   return kDone;
 }
 
 int OrvanelGetPSF(double* psf, double* strehl, double* psfHalfWidth) noexcept {
-  const GridPlane& held = module.engine.psfPlane;
-  if (held.data() == nullptr) return kRefused;
+  if (!module.engine.has_value()) return kRefused;
+  const GridPlane& held = module.engine->psfPlane;
   StoreAll(psf, held.data(), held.size());
-  Store(strehl, 0, module.engine.strehlRatio);
-  Store(psfHalfWidth, 0, module.engine.psfHalfWidth);
+  Store(strehl, 0, module.engine->strehlRatio);
+  Store(psfHalfWidth, 0, module.engine->psfHalfWidth);
   return kDone;
 }
 
@@ -71,7 +102,7 @@ int OrvanelGetMTFGraph(double* rowSection, double* columnSection, double* diffra
   StoreAll(columnSection, column, kCount);
   if (diffractionLimit != nullptr) {
     double limit[kCount];
-    DiffractionLimit(module.engine.psfHalfWidth, module.engine.pupilSamples, kCount, limit);
+    DiffractionLimit(module.engine->psfHalfWidth, module.engine->pupilSamples, kCount, limit);
     StoreAll(diffractionLimit, limit, kCount);
   }
   Store(frequencyRange, 0, module.mtfFrequencyRange);
@@ -82,22 +113,19 @@ int OrvanelGetOrvanel(double acuity, double* image, double* effectiveAcuity, dou
                       int gapDirection) noexcept {
   if (!HasResults() || image == nullptr) return kRefused;
   if (gapDirection != 1 && gapDirection != 2 && gapDirection != 4) gapDirection = 3;
-  module.engine.normaliseOutput = 0;
+  module.engine->normaliseOutput = 0;
   double drawnAcuity = 0.0;
   // A host that wants no optotype lends its image for it, which is written last.
   double* const drawing = optotype != nullptr ? optotype : image;
-  module.engine.RingRetinalImage(image, drawing, acuity, &drawnAcuity, gapDirection);
+  module.engine->RingRetinalImage(image, drawing, acuity, &drawnAcuity, gapDirection);
   Store(effectiveAcuity, 0, drawnAcuity);
   return kDone;
 }
 
 int OrvanelGetPattern(double* image) noexcept {
   if (!HasResults()) return kRefused;
-  if (module.patternPlane.data() == nullptr) {
-    module.patternPlane = GridPlane(ORVANEL_GRID_SIZE);
-    LoadPatternAsset(module.patternPlane.data());
-  }
-  module.engine.PatternRetinalImage(image, module.patternPlane.data(), ORVANEL_GRID_SIZE);
+  if (module.patternPlane.data() == nullptr && !LoadPattern()) return kRefused;
+  module.engine->PreparedRetinalImage(image, module.preparedPattern);
   return kDone;
 }
 

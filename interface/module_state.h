@@ -3,6 +3,7 @@
 #define ORVANEL_INTERFACE_MODULE_STATE_H
 
 #include <array>
+#include <optional>
 
 #include "orvanel/optics_engine.h"
 
@@ -10,13 +11,14 @@ namespace orvanel {
 
 // Constructed when the library is loaded, destroyed when it is unloaded.
 struct ModuleState {
-  OpticsEngine engine;
+  std::optional<OpticsEngine> engine;                // none while there is no memory for one
   std::array<double, kCoefficients> coefficients{};  // as last given to OrvanelInputZer
   double wavelength = 0.0;                           // mm; set together with the pupil
   double pupilDiameter = 0.0;                        // mm, as given by the host
   GridPlane mtfPlane;                                // allocated by the first OrvanelInputZer that is not refused;
                                                      // its existence means that there are results
   GridPlane patternPlane;                            // allocated and filled by the first OrvanelGetPattern
+  PreparedObject preparedPattern;                    // the same, for the engine
   double mtfFrequencyRange = 0.0;                    // cycles per degree at the edge of the MTF plane
 };
 

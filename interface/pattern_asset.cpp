@@ -1,19 +1,15 @@
-// Decoding of the embedded sector star: a device-independent bitmap of 8 bits a pixel, bottom row first.
+// Decoding of the sector star.
 #include "interface/pattern_asset.h"
 
 #include <cstddef>
 
 #include "orvanel/orvanel.h"
 
-// The bytes of assets/sector_star.dib.
-extern "C" const unsigned char orvanel_sector_star[];
-
 namespace orvanel {
 
-void LoadPatternAsset(double* pattern) {
+void DecodeBitmap(const unsigned char* bitmap, double* pattern) {
   constexpr std::size_t kSide = ORVANEL_GRID_SIZE;
-  constexpr double kByteToUnit = 0.00392156862745098;  // 1/255; 255 times it is exactly 1.0
-  const unsigned char* const colours = orvanel_sector_star + 40;
+  const unsigned char* const colours = bitmap + 40;
   const unsigned char* const pixels = colours + 256 * 4;
   for (std::size_t row = 0; row < kSide; ++row) {
     for (std::size_t column = 0; column < kSide; ++column) {

@@ -4,8 +4,20 @@
 
 namespace orvanel {
 
-// Decodes the embedded bitmap into 256 x 256 samples, top row first: 0.0 for black, 1.0 for white.
+constexpr double kByteToUnit = 0.00392156862745098;  // 1/255; 255 times it is exactly 1.0
+
+// The star as 256 x 256 samples, top row first: 0.0 for black, 1.0 for white.
 void LoadPatternAsset(double* pattern);
+
+// The samples of a device-independent bitmap of 256 x 256 pixels, 8 bits each, bottom row first.
+void DecodeBitmap(const unsigned char* bitmap, double* pattern);
+
+#ifdef _WIN32
+// The two ways to the star in the library's resources, which give the same samples: as Windows renders it for the
+// screen, which is false where a pixel of the screen has not 32 bits; and without a screen.
+bool LoadRenderedPattern(double* pattern);
+void LoadPatternResource(double* pattern);
+#endif
 
 }  // namespace orvanel
 

@@ -1,14 +1,10 @@
 // The eight exports: what each refuses, what order of calls does, what is written and what is not.
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <limits>
@@ -17,7 +13,10 @@
 #include <vector>
 
 #include "orvanel/optics_engine.h"
+#include "tests/support/comma_locale.h"
 #include "tests/support/loaded_library.h"
+#include "tests/support/redirected_stdout.h"
+#include "tests/support/temporary_folder.h"
 
 namespace orvanel {
 namespace {
@@ -355,39 +354,28 @@ TEST_F(Exports, TraceLineIsFlushedBeforeTheCallReturns) {
   Enter(4.0, SomeEye());
   Plane image = Untouched();
   double effective = 0.0;
-  std::fflush(stdout);
-  const int saved = dup(STDOUT_FILENO);
-  std::FILE* const file = std::tmpfile();
-  dup2(fileno(file), STDOUT_FILENO);
-  library.GetOrvanel(0.5, image.data(), &effective, nullptr, 3);
-  char text[64] = {};
-  const ssize_t length = pread(fileno(file), text, sizeof text - 1, 0);
-  dup2(saved, STDOUT_FILENO);
-  close(saved);
-  std::fclose(file);
-  EXPECT_EQ(length, 7);
-  EXPECT_STREQ(text, "0.5\t80\n");
+  std::string written;
+  {
+    const test::RedirectedStdout redirected;
+    library.GetOrvanel(0.5, image.data(), &effective, nullptr, 3);
+    written = redirected.Written();
+  }
+  EXPECT_EQ(written, "0.5\t80\n");
 }
 
 TEST_F(Exports, TraceLineHasADecimalPointUnderADecimalComma) {
   Enter(4.0, SomeEye());
   Plane image = Untouched();
   double effective = 0.0;
-  ASSERT_EQ(setenv("LOCPATH", ORVANEL_TEST_LOCALES, 1), 0);
-  ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
+  const test::CommaLocale comma;
   testing::internal::CaptureStdout();
   std::printf("%g\n", 0.5);
   library.GetOrvanel(0.5, image.data(), &effective, nullptr, 3);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "0,5\n0.5\t80\n");
-  std::setlocale(LC_ALL, "C");
 }
 
 TEST_F(Exports, NothingElseIsPrintedAndNoFileIsMade) {
-  namespace fs = std::filesystem;
-  const fs::path before = fs::current_path();
-  std::string folder = (fs::temp_directory_path() / "orvanel-XXXXXX").string();
-  ASSERT_NE(mkdtemp(folder.data()), nullptr);
-  fs::current_path(folder);
+  const test::ScratchFolder folder;
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   library.InputZer(SomeEye().data());
@@ -403,9 +391,7 @@ TEST_F(Exports, NothingElseIsPrintedAndNoFileIsMade) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   Ring(1.0, 3);
-  fs::current_path(before);
-  EXPECT_TRUE(fs::is_empty(folder));
-  fs::remove(folder);
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
 // ---- The star and the order of calls

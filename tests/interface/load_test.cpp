@@ -1,6 +1,10 @@
 // Loading and unloading, a thousand times.
 #include <gtest/gtest.h>
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <malloc.h>
+#endif
 
 #include <vector>
 
@@ -15,11 +19,27 @@ constexpr int kLoads = 1000;
 constexpr int kLoadsWithAnEye = 50;
 constexpr int kFirstLoads = 8;  // the C library keeps seven freed blocks of each size, and counts them as allocated
 
+#ifdef _WIN32
+// Bytes that the process has allocated on all of its heaps.
+std::size_t AllocatedBytes() {
+  HANDLE heaps[64];
+  const DWORD count = GetProcessHeaps(64, heaps);
+  std::size_t bytes = 0;
+  for (DWORD i = 0; i < count && i < 64; ++i) {
+    PROCESS_HEAP_ENTRY entry{};
+    while (HeapWalk(heaps[i], &entry)) {
+      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+    }
+  }
+  return bytes;
+}
+#else
 // Bytes that the process has allocated. Under the address sanitizer, whose leak check takes its place, 0.
 std::size_t AllocatedBytes() {
   const struct mallinfo2 info = mallinfo2();
   return info.uordblks + info.hblkhd;
 }
+#endif
 
 void LoadAndUnload(bool withAnEye) {
   LoadedLibrary library;

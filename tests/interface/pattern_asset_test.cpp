@@ -2,6 +2,9 @@
 #include "interface/pattern_asset.h"
 
 #include <gtest/gtest.h>
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 #include <algorithm>
 #include <cmath>
@@ -11,8 +14,9 @@
 
 #include "orvanel/orvanel.h"
 
-extern "C" const unsigned char orvanel_sector_star[];
-extern "C" const unsigned char orvanel_sector_star_end[];
+// The bytes of assets/sector_star.dib.
+extern "C" const unsigned char orvanel_sector_star_file[];
+extern "C" const unsigned char orvanel_sector_star_file_end[];
 
 namespace orvanel {
 namespace {
@@ -37,7 +41,7 @@ std::vector<double> Loaded() {
 template <class Value>
 Value HeaderField(std::size_t offset) {
   Value value;
-  std::memcpy(&value, orvanel_sector_star + offset, sizeof value);
+  std::memcpy(&value, orvanel_sector_star_file + offset, sizeof value);
   return value;
 }
 
@@ -67,7 +71,7 @@ TEST(PatternAsset, HasTheStatedNumbersOfBlackAndWhiteSamples) {
 }
 
 TEST(PatternAsset, IsABitmapWithoutFileHeader) {
-  EXPECT_EQ(orvanel_sector_star_end - orvanel_sector_star, 66600);
+  EXPECT_EQ(orvanel_sector_star_file_end - orvanel_sector_star_file, 66600);
   EXPECT_EQ(HeaderField<std::uint32_t>(0), 40u);
   EXPECT_EQ(HeaderField<std::int32_t>(4), 256);
   EXPECT_EQ(HeaderField<std::int32_t>(8), 256);
@@ -81,9 +85,27 @@ TEST(PatternAsset, IsABitmapWithoutFileHeader) {
 }
 
 TEST(PatternAsset, UsesOnlyBlackAndWhiteOfItsColours) {
-  EXPECT_TRUE(std::all_of(orvanel_sector_star + 1064, orvanel_sector_star_end,
+  EXPECT_TRUE(std::all_of(orvanel_sector_star_file + 1064, orvanel_sector_star_file_end,
                           [](unsigned char index) { return index == 0 || index == 255; }));
 }
+
+#ifdef _WIN32
+TEST(PatternAsset, IsTheFileByteForByteAmongTheResources) {
+  const HRSRC resource = FindResourceA(nullptr, MAKEINTRESOURCEA(1000), RT_BITMAP);
+  ASSERT_NE(resource, nullptr);
+  ASSERT_EQ(SizeofResource(nullptr, resource), 66600U);
+  EXPECT_EQ(std::memcmp(LockResource(LoadResource(nullptr, resource)), orvanel_sector_star_file, 66600), 0);
+}
+
+TEST(PatternAsset, IsTheSameRenderedForTheScreenAndDecodedWithoutOne) {
+  const std::vector<double> expected = Loaded();
+  std::vector<double> rendered(expected.size(), -1.0), decoded(expected.size(), -1.0);
+  EXPECT_TRUE(LoadRenderedPattern(rendered.data())) << "no screen of 32 bits a pixel";
+  LoadPatternResource(decoded.data());
+  EXPECT_EQ(rendered, expected);
+  EXPECT_EQ(decoded, expected);
+}
+#endif
 
 }  // namespace
 }  // namespace orvanel
