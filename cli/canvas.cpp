@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "cli/font.h"
+#include "cli/resampling.h"
 
 namespace orvanel::cli {
 namespace {
@@ -20,20 +21,9 @@ double DistanceToSegment(Point p, Point a, Point b) {
 }
 
 // What one pixel of a stretched picture takes from a row or column of the original.
-struct Share {
-  std::size_t source;
-  double weight;
-};
-
-std::vector<Share> Shares(int pixel, int pixels, int sources) {
-  const double first = static_cast<double>(pixel) * sources / pixels;
-  const double last = static_cast<double>(pixel + 1) * sources / pixels;
-  std::vector<Share> shares;
-  for (int s = static_cast<int>(first); s < sources && s < last; ++s) {
-    const double weight = (std::min(last, s + 1.0) - std::max(first, static_cast<double>(s))) / (last - first);
-    if (weight > 0.0) shares.push_back({static_cast<std::size_t>(s), weight});
-  }
-  return shares;
+std::vector<Share> PixelShares(int pixel, int pixels, int sources) {
+  return Shares(static_cast<double>(pixel) * sources / pixels, static_cast<double>(pixel + 1) * sources / pixels,
+                sources);
 }
 
 std::uint8_t Mix(std::uint8_t under, std::uint8_t over, double coverage) {
@@ -114,9 +104,9 @@ void Canvas::Paste(const Box& box, const ColourPicture& picture) {
   const int left = Pixel(box.x * scale_), width = Pixel(box.right() * scale_) - left;
   const int top = Pixel(box.y * scale_), height = Pixel(box.bottom() * scale_) - top;
   std::vector<std::vector<Share>> columns;
-  for (int x = 0; x < width; ++x) columns.push_back(Shares(x, width, picture.width));
+  for (int x = 0; x < width; ++x) columns.push_back(PixelShares(x, width, picture.width));
   for (int y = 0; y < height; ++y) {
-    const std::vector<Share> rows = Shares(y, height, picture.height);
+    const std::vector<Share> rows = PixelShares(y, height, picture.height);
     for (int x = 0; x < width; ++x) {
       double red = 0.0, green = 0.0, blue = 0.0;
       for (const Share& row : rows) {

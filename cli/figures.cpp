@@ -22,9 +22,11 @@ Axis WindowAxis(Window window, double pitch, const std::string& label) {
 
 std::string PupilText(const Simulation& simulation) { return Text(simulation.pupil.value(), 4) + " mm pupil"; }
 
-std::string PsfNote(const Simulation& simulation, const Scales& scales) {
-  return "Optical scale of the " + PupilText(simulation) + ": angles \u00d7 " +
-         Text(scales.optical.pitch / scales.library.pitch, 4);
+// What a sample is in the axes' unit on both scales. No factor: samples and cut-offs have not quite the same.
+template <class Quantity>
+std::string SampleNote(const Simulation& simulation, Quantity library, Quantity optical) {
+  return "A sample: " + Text(library.value(), 4) + "; optical scale (" + PupilText(simulation) +
+         "): " + Text(optical.value(), 4);
 }
 
 // The window that holds every sample brighter than a hundredth of the peak.
@@ -50,7 +52,7 @@ PlaneFigure PsfBase(const Simulation& simulation, const Scales& scales, Window w
   const double pitch = scales.library.pitch.value();
   figure.x = WindowAxis(window, pitch, "horizontal (arc minutes, library scale)");
   figure.y = WindowAxis(window, pitch, "vertical, downwards (arc minutes)");
-  figure.note = PsfNote(simulation, scales);
+  figure.note = SampleNote(simulation, scales.library.pitch, scales.optical.pitch);
   figure.map = &kInferno;
   return figure;
 }
@@ -122,8 +124,7 @@ PlaneFigure MtfFigure(const Simulation& simulation, const Scales& scales) {
   const double step = scales.library.step.value();
   figure.x = WindowAxis(kWholePlane, step, "horizontal (cycles/degree, library scale)");
   figure.y = WindowAxis(kWholePlane, step, "vertical, downwards (cycles/degree)");
-  figure.note = "Optical scale of the " + PupilText(simulation) + ": frequencies \u00d7 " +
-                Text(scales.optical.step / scales.library.step, 4);
+  figure.note = SampleNote(simulation, scales.library.step, scales.optical.step);
   figure.map = &kViridis;
   figure.low = 0.0;
   figure.high = 1.0;

@@ -1,18 +1,78 @@
-// Numbers through std::to_chars.
+// Numbers through std::to_chars and std::from_chars.
 #include "cli/number_text.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
+
+#include "cli/error.h"
 
 namespace orvanel::cli {
+namespace {
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') + 1 - first);
+}
+
+// "0,12" and "1.234,5".
+bool IsDecimalComma(std::string_view text) {
+  return text.find(',') != std::string_view::npos &&
+         text.find_first_not_of("+-0123456789.,eE ") == std::string_view::npos;
+}
+
+}  // namespace
 
 std::string Text(double number, int digits) {
   char text[64];
   return {text, std::to_chars(text, text + sizeof text, number, std::chars_format::general, digits).ptr};
 }
 
+std::string FixedText(double number, int decimals) {
+  char text[400];  // the largest double has 309 digits before the point
+  return {text, std::to_chars(text, text + sizeof text, number, std::chars_format::fixed, decimals).ptr};
+}
+
 std::string ShortestText(double number) {
   char text[64];
   return {text, std::to_chars(text, text + sizeof text, number).ptr};
+}
+
+double ParseNumber(std::string_view text) {
+  std::string_view digits = Trimmed(text);
+  if (digits.empty()) throw Error("is empty; write a number, 0 for a term that is absent");
+  if (digits.size() > 1 && digits[0] == '+' && digits[1] != '-' && digits[1] != '+') digits.remove_prefix(1);
+  double number = 0.0;
+  const auto [rest, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (rest != digits.data() + digits.size() || error == std::errc::invalid_argument) {
+    if (IsDecimalComma(digits)) throw Error(Quoted(text) + " has a decimal comma; write it with a point, as 0.12");
+    throw Error(Quoted(text) + " is not a number; write it as 0.12 or 1.2e-1");
+  }
+  if (error == std::errc::result_out_of_range)
+    throw Error(Quoted(text) + " is too large or too small; check its exponent");
+  if (!std::isfinite(number)) throw Error(Quoted(text) + " is not finite; give a number");
+  return number;
+}
+
+std::string Printable(std::string_view text) {
+  std::string printable(text);
+  for (char& c : printable) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7f) c = '?';
+  }
+  return printable;
+}
+
+std::string Quoted(std::string_view text) {
+  constexpr std::size_t kLongest = 60;
+  std::size_t end = std::min(text.size(), kLongest);
+  // Not within a character of several bytes.
+  while (end > 0 && end < text.size() && (static_cast<unsigned char>(text[end]) & 0xc0U) == 0x80U) --end;
+  std::string quoted(1, '\'');
+  quoted += Printable(text.substr(0, end));
+  if (end < text.size()) quoted += "...";
+  return quoted += '\'';
 }
 
 }  // namespace orvanel::cli

@@ -1,16 +1,30 @@
-// Numbers as text, in the same way whatever the locale.
+// Numbers as text and back, in the same way whatever the locale.
 #ifndef ORVANEL_CLI_NUMBER_TEXT_H
 #define ORVANEL_CLI_NUMBER_TEXT_H
 
 #include <string>
+#include <string_view>
 
 namespace orvanel::cli {
 
 // At most `digits` significant digits, without trailing zeros.
 std::string Text(double number, int digits);
 
+// With this many digits behind the point.
+std::string FixedText(double number, int decimals);
+
 // The shortest text that reads back as the same number.
 std::string ShortestText(double number);
+
+// The number that a text holds, and nothing else but blanks around it. Throws Error with the remedy; a decimal comma, a
+// number that is not finite and an empty text are refused.
+double ParseNumber(std::string_view text);
+
+// The user's text without the control characters that would reach a terminal.
+std::string Printable(std::string_view text);
+
+// A piece of the user's text in single quotes for a message: no control characters, and no more than fits a line.
+std::string Quoted(std::string_view text);
 
 }  // namespace orvanel::cli
 

@@ -1,18 +1,17 @@
 // Staging and moving of the results.
 #include "cli/output_folder.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
+#include <cstdio>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <random>
+#include <string>
 #include <utility>
 
 #include "cli/error.h"
+#include "cli/platform.h"
 
 namespace orvanel::cli {
 namespace {
@@ -29,7 +28,7 @@ bool Contains(const std::vector<std::string>& names, const std::string& name) {
 
 // A name that stays inside its folder.
 bool IsPlainName(const std::string& name) {
-  return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
+  return !name.empty() && name != "." && name != ".." && fs::path(name) == fs::path(name).filename();
 }
 
 // The regular files in a folder that the summary of an earlier run lists; none where there is no such summary.
@@ -45,20 +44,16 @@ std::vector<std::string> FilesOfEarlierRun(const fs::path& folder) {
   return files;
 }
 
-// A new folder, of which only the owner knows.
+// A new folder, whose name nobody knows beforehand.
 fs::path MakeTemporaryFolder(const fs::path& beginning) {
-  std::string path = beginning.string() + ".orvanel-XXXXXX";
-  if (mkdtemp(path.data()) == nullptr) {
-    Refuse(beginning.parent_path(), std::string("no folder can be made here: ") + std::strerror(errno));
+  std::random_device random;
+  while (true) {
+    fs::path folder = beginning;
+    folder += ".orvanel-" + std::to_string(random());
+    std::error_code failure;
+    if (fs::create_directory(folder, failure)) return folder;
+    if (failure) Refuse(beginning.parent_path(), "no folder can be made here: " + failure.message());
   }
-  return path;
-}
-
-// Gives a folder the rights that mkdir gives.
-void OpenToOthers(const fs::path& folder) {
-  const mode_t mask = umask(0);
-  umask(mask);
-  chmod(folder.c_str(), 0777 & ~mask);
 }
 
 void Move(const fs::path& from, const fs::path& to) {
@@ -117,7 +112,6 @@ void OutputFolder::Add(const std::string& name, const std::string& bytes) {
 
 void OutputFolder::Commit() {
   if (!exists_) {
-    OpenToOthers(staging_);
     Move(staging_, place_);
     staging_.clear();
     return;
@@ -138,16 +132,10 @@ void OutputFolder::Commit() {
 }
 
 std::error_code WriteFile(const fs::path& file, const std::string& bytes) {
-  const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  bool good = descriptor != -1;
-  for (std::size_t written = 0; good && written < bytes.size();) {
-    const ssize_t count = write(descriptor, bytes.data() + written, bytes.size() - written);
-    if (count < 0 && errno == EINTR) continue;
-    good = count >= 0;
-    if (good) written += static_cast<std::size_t>(count);
-  }
+  std::FILE* const stream = OpenForWriting(file);
+  bool good = stream != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
   int reason = errno;
-  if (descriptor != -1 && close(descriptor) != 0 && good) {
+  if (stream != nullptr && std::fclose(stream) != 0 && good) {
     good = false;
     reason = errno;
   }

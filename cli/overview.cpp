@@ -8,6 +8,7 @@
 #include "cli/figures.h"
 #include "cli/number_text.h"
 #include "cli/sections_figure.h"
+#include "cli/sheet.h"
 
 namespace orvanel::cli {
 namespace {
@@ -15,7 +16,6 @@ namespace {
 constexpr double kMargin = 60.0;
 constexpr double kContent = 4.0 * kPlaneFigureWidth + kSectionsFigureWidth + 24.0;
 constexpr double kSheetWidth = kContent + 2.0 * kMargin;
-constexpr double kHeaderHeight = 196.0;
 constexpr double kWarningHeight = 30.0;
 constexpr double kHeadingHeight = 76.0;
 
@@ -28,23 +28,6 @@ constexpr double kCellHeight = kCaptionHeight + 2.0 * (kPanel + kLabelHeight) + 
 
 constexpr double kBodySize = 19.0;
 constexpr Colour kWarningInk{0xb0, 0x2a, 0x1c};
-
-void DrawHeader(Canvas& canvas, const Eye& eye, const Simulation& simulation) {
-  const TextStyle name{46.0, kInk, true};
-  canvas.Text({kMargin, 78.0}, canvas.Shortened(eye.name.empty() ? eye.file : eye.name, name, 0.8 * kContent), name);
-  canvas.Text({kMargin + kContent, 78.0}, "orvanel " ORVANEL_VERSION, {24.0, kFaintInk, false, Align::kRight});
-  const Wavefront& wavefront = simulation.wavefront;
-  canvas.Text({kMargin, 126.0},
-              "Pupil " + Text(simulation.pupil.value(), 4) + " mm    \u00b7    Wavelength " +
-                  Text(ToNanometres(Wavelength()).value(), 5) + " nm    \u00b7    Strehl ratio " +
-                  Text(simulation.strehl, 3) + "    \u00b7    Wavefront RMS " + Text(wavefront.rms.value(), 3) +
-                  " \u00b5m (" + Text(wavefront.rms / ToMicrometres(Wavelength()), 3) + " waves)",
-              {28.0, kInk});
-  const TextStyle source{kBodySize, kFaintInk};
-  if (!eye.source.empty()) {
-    canvas.Text({kMargin, 162.0}, canvas.Shortened("Source: " + eye.source, source, kContent), source);
-  }
-}
 
 void DrawWarnings(Canvas& canvas, double y, const std::vector<std::string>& warnings) {
   const TextStyle style{kBodySize, kWarningInk, true};
@@ -95,27 +78,22 @@ void DrawScaleNote(Canvas& canvas, Point corner, const Simulation& simulation, c
   canvas.Text({corner.x, corner.y - kCaptionHeight + 30.0}, "Two scales", {kTitleSize, kInk, true});
   at.y = DrawParagraph(canvas, at,
                        "Library scale: the library takes the pupil value so that its frequencies, retinal lengths and "
-                       "ring sizes are those of a pupil of twice the diameter.",
+                       "ring sizes (acuities) are those of a pupil of twice the diameter.",
                        body);
   at.y = DrawParagraph(canvas, at, "Optical scale: those of the " + pupil + " pupil as stated.", body);
   at.y = DrawParagraph(canvas, at,
                        "Frequency range " + Text(simulation.frequencyRange.value(), 5) +
                            " cycles/degree (library scale); optical cut-off " + Text(scales.opticalCutOff.value(), 5) +
-                           " cycles/degree.",
+                           " cycles/degree; ratio " + Text(scales.ratio, 5) + ".",
                        body);
   DrawParagraph(canvas, at,
-                "The whole field of 256 samples is " + Text(256.0 * scales.library.pitch.value(), 4) +
-                    " arc minutes wide on the library scale and " + Text(256.0 * scales.optical.pitch.value(), 4) +
+                "The whole field of 256 samples is " + Text(FieldOf(scales.library).value(), 4) +
+                    " arc minutes wide on the library scale and " + Text(FieldOf(scales.optical).value(), 4) +
                     " on the optical scale.",
                 body);
 }
 
-void DrawPanel(Canvas& canvas, Point corner, const ColourPicture& picture, const std::string& label) {
-  const Box box{corner.x, corner.y, kPanel, kPanel};
-  canvas.Paste(box, picture);
-  canvas.Outline(box, 1.5, kFaintInk);
-  canvas.Text({corner.x, box.bottom() + 23.0}, label, {17.0, kInk});
-}
+Box PanelBox(double x, double y) { return {x, y, kPanel, kPanel}; }
 
 void DrawCaption(Canvas& canvas, Point corner, const std::string& title, const std::string& subtitle) {
   canvas.Text({corner.x, corner.y + 30.0}, title, {kTitleSize, kInk, true});
@@ -130,11 +108,11 @@ void DrawStar(Canvas& canvas, double top, const Simulation& simulation, const Sc
   const double upper = kCaptionHeight, lower = kCaptionHeight + kPanel + kLabelHeight;
   const Point first = CellCorner(top, 0), second = CellCorner(top, 1);
   DrawCaption(canvas, first, "Sector star", "40 sectors, whole field");
-  DrawPanel(canvas, {first.x, first.y + upper}, GreyWindow(simulation.starOriginal, kWholePlane), "original");
-  DrawPanel(canvas, {first.x, first.y + lower}, GreyWindow(simulation.starStretched, kWholePlane),
+  DrawPanel(canvas, PanelBox(first.x, first.y + upper), GreyWindow(simulation.starOriginal, kWholePlane), "original");
+  DrawPanel(canvas, PanelBox(first.x, first.y + lower), GreyWindow(simulation.starStretched, kWholePlane),
             "as seen, stretched from black to white");
   DrawScaleNote(canvas, {second.x, second.y + upper}, simulation, scales);
-  DrawPanel(canvas, {second.x, second.y + lower}, GreyWindow(simulation.starTotalLight, kWholePlane),
+  DrawPanel(canvas, PanelBox(second.x, second.y + lower), GreyWindow(simulation.starTotalLight, kWholePlane),
             "as seen, total light kept");
 }
 
@@ -151,23 +129,26 @@ void DrawRings(Canvas& canvas, double top, const Simulation& simulation, const S
     DrawCaption(canvas, corner, "Acuity " + Text(ring.request.acuity, 4) + ", gap " + Word(ring.request.gap),
                 "drawn as " + Text(ring.effectiveAcuity, 3) + ", " + std::to_string(ring.diameter) +
                     " samples; optical scale " + Text(Acuity(ring.diameter, scales.optical), 3));
-    DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight}, GreyWindow(ring.original, window), "original" + part);
-    DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight + kPanel + kLabelHeight}, GreyWindow(ring.seen, window),
-              "as seen" + part);
+    DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight), GreyWindow(ring.original, window),
+              "original" + part);
+    DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight + kPanel + kLabelHeight),
+              GreyWindow(ring.seen, window), "as seen" + part);
   }
 }
 
 }  // namespace
 
-ColourPicture DrawOverview(const Eye& eye, const Simulation& simulation, const Scales& scales,
-                           const std::vector<std::string>& warnings) {
+ColourPicture DrawOverview(const Results& results) {
+  const Simulation& simulation = results.simulation;
+  const Scales& scales = results.scales;
+  const std::vector<std::string>& warnings = results.warnings;
   const int cells = 2 + static_cast<int>(simulation.rings.size());
   const int rows = (cells + kColumns - 1) / kColumns;
   const double optics = kHeaderHeight + static_cast<double>(warnings.size()) * kWarningHeight;
   const double sights = optics + kHeadingHeight + kFigureHeight + 24.0;
   Canvas canvas(kSheetWidth, sights + kHeadingHeight + rows * kCellHeight + kMargin / 2.0, 1.0);
 
-  DrawHeader(canvas, eye, simulation);
+  DrawSheetHeader(canvas, {kMargin, 0.0, kContent, kHeaderHeight}, results);
   DrawWarnings(canvas, kHeaderHeight, warnings);
   DrawHeading(canvas, optics, "The eye's optics");
   DrawOptics(canvas, optics + kHeadingHeight, simulation, scales);

@@ -2,18 +2,12 @@
 #ifndef ORVANEL_CLI_OVERVIEW_H
 #define ORVANEL_CLI_OVERVIEW_H
 
-#include <string>
-#include <vector>
-
-#include "cli/eye_file.h"
 #include "cli/png.h"
-#include "cli/scales.h"
-#include "cli/simulation.h"
+#include "cli/results.h"
 
 namespace orvanel::cli {
 
-ColourPicture DrawOverview(const Eye& eye, const Simulation& simulation, const Scales& scales,
-                           const std::vector<std::string>& warnings);
+ColourPicture DrawOverview(const Results& results);
 
 }  // namespace orvanel::cli
 

@@ -1,6 +1,8 @@
 // Doubts about pupils, wavefronts and ring sizes.
 #include "cli/plausibility.h"
 
+#include <cmath>
+
 #include "cli/number_text.h"
 
 namespace orvanel::cli {
@@ -26,12 +28,16 @@ std::vector<std::string> Warnings(const Simulation& simulation) {
         Text(wavefront.steepestStep / ToMicrometres(Wavelength()), 3) +
         " waves at most: the light from there comes out in wrong places in all results");
   }
-  double reported = 0.0;  // rings of one acuity follow each other
+  constexpr int kFits = kLargestRing - 5;  // a ring's diameter is rounded to fives
+  double reported = 0.0;                   // rings of one acuity follow each other
   for (const Ring& ring : simulation.rings) {
     if (ring.diameter <= kLargestRing || ring.request.acuity == reported) continue;
     reported = ring.request.acuity;
-    warnings.push_back("the ring of acuity " + ShortestText(reported) + " is " + std::to_string(ring.diameter) +
-                       " samples wide in a field of 256: it is cut off or its light wraps round at the edges");
+    warnings.push_back(
+        "the ring of acuity " + ShortestText(reported) + " is " + std::to_string(ring.diameter) +
+        " samples wide in a field of 256: it is cut off or its light wraps round at the edges; rings fit "
+        "from acuity " +
+        ShortestText(std::ceil(100.0 * ring.effectiveAcuity * ring.diameter / kFits) / 100.0) + " on");
   }
   return warnings;
 }

@@ -1,20 +1,23 @@
 // The plan of the files.
 #include "cli/results.h"
 
+#include <algorithm>
+
 #include "cli/canvas.h"
 #include "cli/figures.h"
-#include "cli/npy.h"
 #include "cli/number_text.h"
 #include "cli/output_folder.h"
 #include "cli/overview.h"
+#include "cli/pictures/chart_sheet.h"
+#include "cli/pictures/picture_pixels.h"
+#include "cli/pictures/picture_sheet.h"
+#include "cli/planes.h"
 #include "cli/png.h"
 #include "cli/sections_figure.h"
 #include "cli/summary.h"
 
 namespace orvanel::cli {
 namespace {
-
-using PlaneOf = std::function<const Plane&(const Results&)>;
 
 constexpr double kFigureScale = 2.0;  // pixels in a unit, for figures that stand alone
 
@@ -47,17 +50,52 @@ void AddFigures(std::vector<ResultFile>& files) {
       [](Canvas& canvas, Point corner, const Results& r) { DrawSections(canvas, corner, r.simulation, r.scales); }));
 }
 
-// A plane of the library as NPY.
-void AddNpy(std::vector<ResultFile>& files, const std::string& stem, const PlaneOf& plane) {
-  files.push_back(
-      {stem + ".npy", [plane](const Results& results) { return EncodeNpy(plane(results), ORVANEL_GRID_SIZE); }});
+// The planes that are pictures in themselves, as grey PNG files.
+void AddGreyPictures(std::vector<ResultFile>& files, const std::vector<PlaneSource>& sources) {
+  for (const PlaneSource& source : sources) {
+    // PSF and MTF have figures instead.
+    if (!source.grey || source.name == "psf" || source.name == "mtf") continue;
+    files.push_back({source.name + ".png", [samples = source.samples](const Results& results) {
+                       return EncodePng(GreyPictureOf(samples(results)), Pixels::kNumbers);
+                     }});
+  }
 }
 
-// An image as grey PNG and, on request, as NPY.
-void AddImage(std::vector<ResultFile>& files, const std::string& stem, bool npy, const PlaneOf& plane) {
-  files.push_back(
-      {stem + ".png", [plane](const Results& results) { return EncodePng(GreyPictureOf(plane(results))); }});
-  if (npy) AddNpy(files, stem, plane);
+// The user's picture in its own colours, with as many bits as it has or as are asked for.
+void AddPicture(std::vector<ResultFile>& files, bool deep) {
+  using Channels = const std::vector<Plane>& (*)(const SeenPicture&);
+  const auto add = [&files, deep](const std::string& name, Channels channels) {
+    files.push_back({name + ".png", [deep, channels](const Results& results) {
+                       const ObjectPicture& object = results.picture->object;
+                       return EncodePicture(channels(*results.picture), object.request.linear, deep ? 16 : object.bits);
+                     }});
+  };
+  add("picture_original", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.object.channels; });
+  add("picture_seen", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.seen; });
+  add("picture_contrast_kept", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.contrastKept; });
+  files.push_back({kPictureFile, [](const Results& results) { return EncodePng(DrawPictureSheet(results)); }});
+}
+
+PlaneSet SetOf(const std::vector<PlaneSource>& sources, const Results& results) {
+  PlaneSet set{{}, FactsOf(results)};
+  for (const PlaneSource& source : sources) set.planes.push_back(PlaneOf(source, results));
+  return set;
+}
+
+// The planes in a format: in one file, or each in its own.
+void AddFormat(std::vector<ResultFile>& files, const Format& format, const std::vector<PlaneSource>& sources) {
+  const auto add = [&files, &format](const std::string& name, const std::vector<PlaneSource>& planes) {
+    files.push_back({name + std::string(format.ending), [planes, encode = format.encode](const Results& results) {
+                       return encode(SetOf(planes, results));
+                     }});
+  };
+  if (format.together) {
+    add("", sources);
+    return;
+  }
+  for (const PlaneSource& source : sources) {
+    if (source.grey || !format.greyOnly) add(source.name, {source});
+  }
 }
 
 }  // namespace
@@ -66,28 +104,18 @@ std::string RingStem(const RingRequest& request) {
   return "ring_acuity-" + ShortestText(request.acuity) + "_gap-" + Word(request.gap);
 }
 
-std::vector<ResultFile> ResultFiles(const std::vector<RingRequest>& rings, bool npy) {
+std::vector<ResultFile> ResultFiles(const Request& request) {
+  const std::vector<PlaneSource> sources = PlaneSources(request);
   std::vector<ResultFile> files;
   AddFigures(files);
-  if (npy) {
-    AddNpy(files, "wavefront", [](const Results& r) -> const Plane& { return r.simulation.wavefront.map; });
-    AddNpy(files, "psf", [](const Results& r) -> const Plane& { return r.simulation.psf; });
-    AddNpy(files, "mtf", [](const Results& r) -> const Plane& { return r.simulation.mtf; });
+  AddGreyPictures(files, sources);
+  const auto deep = [](const Format* format) { return format->greyOnly; };
+  if (request.pictureChannels > 0) {
+    AddPicture(files, std::any_of(request.formats.begin(), request.formats.end(), deep));
   }
-  AddImage(files, "star_original", npy, [](const Results& r) -> const Plane& { return r.simulation.starOriginal; });
-  AddImage(files, "star_seen_stretched", npy,
-           [](const Results& r) -> const Plane& { return r.simulation.starStretched; });
-  AddImage(files, "star_seen_total_light", npy,
-           [](const Results& r) -> const Plane& { return r.simulation.starTotalLight; });
-  for (std::size_t i = 0; i < rings.size(); ++i) {
-    const std::string stem = RingStem(rings[i]);
-    AddImage(files, stem + "_original", npy,
-             [i](const Results& r) -> const Plane& { return r.simulation.rings[i].original; });
-    AddImage(files, stem + "_seen", npy, [i](const Results& r) -> const Plane& { return r.simulation.rings[i].seen; });
-  }
-  files.push_back({kOverviewFile, [](const Results& r) {
-                     return EncodePng(DrawOverview(r.eye, r.simulation, r.scales, r.warnings));
-                   }});
+  for (const Format* format : request.formats) AddFormat(files, *format, sources);
+  files.push_back({kChartFile, [](const Results& r) { return EncodePng(DrawChart(r)); }});
+  files.push_back({kOverviewFile, [](const Results& r) { return EncodePng(DrawOverview(r)); }});
   std::vector<std::string> names;
   for (const ResultFile& file : files) names.push_back(file.name);
   names.emplace_back(kSummaryFile);

@@ -3,20 +3,34 @@
 #define ORVANEL_CLI_RESULTS_H
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "cli/eye_file.h"
+#include "cli/eyes/eye.h"
+#include "cli/formats/format.h"
+#include "cli/pictures/seen_picture.h"
 #include "cli/scales.h"
 #include "cli/simulation.h"
 
 namespace orvanel::cli {
 
+// What decides on the files.
+struct Request {
+  std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
+  std::vector<const Format*> formats;  // beside the PNG pictures; each once
+  std::size_t pictureChannels = 0;     // of the user's picture, 0 where there is none
+};
+
 struct Results {
-  Eye eye;
+  Eye measured;                      // as its file gives it
+  Eye eye;                           // as it is simulated
+  std::vector<std::string> changes;  // what was done to the first to make the second, a sentence each
   Simulation simulation;
+  std::vector<CyclesPerDegree> mtfAt;  // frequencies of interest, on the library scale
   Scales scales;
   std::vector<std::string> warnings;
+  std::optional<SeenPicture> picture;
 };
 
 struct ResultFile {
@@ -25,13 +39,14 @@ struct ResultFile {
 };
 
 constexpr const char* kOverviewFile = "overview.png";
+constexpr const char* kChartFile = "chart.png";
+constexpr const char* kPictureFile = "picture.png";
 
 // "ring_acuity-0.5_gap-right", the beginning of the names of a ring's files.
 std::string RingStem(const RingRequest& request);
 
 // All files, the summary among them.
-//   npy  whether the planes are wanted as NPY files too
-std::vector<ResultFile> ResultFiles(const std::vector<RingRequest>& rings, bool npy);
+std::vector<ResultFile> ResultFiles(const Request& request);
 
 }  // namespace orvanel::cli
 

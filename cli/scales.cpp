@@ -33,7 +33,19 @@ Scales ScalesOf(const Simulation& simulation) {
   scales.optical.halfWidth = Millimetres(ORVANEL_GRID_SIZE / 2 / (2.0 * pupilInWaves) * kFocalLength);
   scales.opticalCutOff = CyclesPerDegree(pupilInWaves * kDegree);
   scales.optical.step = scales.opticalCutOff / ORVANEL_SECTION_SAMPLES;
+  scales.ratio = simulation.frequencyRange / scales.opticalCutOff;
   return scales;
+}
+
+ArcMinutes FieldOf(const Scale& scale) { return ORVANEL_GRID_SIZE * scale.pitch; }
+
+double MtfAt(const Section& section, const Scale& library, CyclesPerDegree frequency) {
+  const double position = frequency / library.step;
+  if (!(position < ORVANEL_SECTION_SAMPLES)) return 0.0;
+  const auto sample = static_cast<std::size_t>(position);
+  const double next = sample + 1 < section.size() ? section[sample + 1] : 0.0;  // the cut-off is the sample behind
+  const double share = position - static_cast<double>(sample);
+  return (1.0 - share) * section[sample] + share * next;
 }
 
 double Acuity(int diameter, const Scale& scale) { return ArcMinutes(5.0) / (diameter * scale.pitch); }

@@ -18,9 +18,17 @@ struct Scale {
 struct Scales {
   Scale library, optical;
   CyclesPerDegree opticalCutOff;  // pupil / wavelength, where the diffraction limit of the stated pupil reaches 0
+  double ratio;                   // frequencies on the library scale over those on the optical one, 2.0023
 };
 
 Scales ScalesOf(const Simulation& simulation);
+
+// The angle that the 256 samples of PSF and images span.
+ArcMinutes FieldOf(const Scale& scale);
+
+// The transfer function along a section at a frequency on the library scale, between samples in a straight line; 0 from
+// the cut-off on.
+double MtfAt(const Section& section, const Scale& library, CyclesPerDegree frequency);
 
 // Decimal acuity of a ring of this diameter, which is 5 minutes of arc at acuity 1.
 double Acuity(int diameter, const Scale& scale);

@@ -17,14 +17,6 @@ namespace {
 constexpr std::size_t kSide = ORVANEL_GRID_SIZE;
 constexpr double kLargestHeight = 999.0;  // mm; the library takes what is higher for a sample outside the pupil
 
-using BareCoefficients = std::array<double, ORVANEL_COEFFICIENTS>;
-
-BareCoefficients Bare(const LibraryCoefficients& coefficients) {
-  BareCoefficients bare;
-  std::transform(coefficients.begin(), coefficients.end(), bare.begin(), [](Millimetres c) { return c.value(); });
-  return bare;
-}
-
 void Require(int result, const char* call) {
   if (result != 1) throw Error(std::string("the library refuses ") + call);
 }
@@ -124,6 +116,12 @@ const char* Word(Gap gap) {
       return "left";
   }
   return "";
+}
+
+std::array<double, ORVANEL_COEFFICIENTS> Bare(const LibraryCoefficients& coefficients) {
+  std::array<double, ORVANEL_COEFFICIENTS> bare;
+  std::transform(coefficients.begin(), coefficients.end(), bare.begin(), [](Millimetres c) { return c.value(); });
+  return bare;
 }
 
 Millimetres Wavelength() { return Millimetres(kWavelength); }

@@ -5,7 +5,7 @@
 #include <array>
 #include <vector>
 
-#include "cli/convention.h"
+#include "cli/conventions/convention.h"
 #include "cli/units.h"
 #include "orvanel/orvanel.h"
 
@@ -52,6 +52,9 @@ struct Simulation {
   Plane starOriginal, starStretched, starTotalLight;
   std::vector<Ring> rings;
 };
+
+// Coefficients as the library's calls take them.
+std::array<double, ORVANEL_COEFFICIENTS> Bare(const LibraryCoefficients& coefficients);
 
 // The library's one wavelength.
 Millimetres Wavelength();

@@ -5,29 +5,75 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "cli/coefficient_report.h"
+#include "cli/eyes/preparation.h"
 #include "cli/number_text.h"
+#include "cli/report.h"
 
 namespace orvanel::cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
+Json ConventionJson(const Convention& convention) {
+  Json json = {{"unit", Word(convention.unit)}};
+  if (convention.unit == Unit::kWaves) json["wavelength_nm"] = convention.wavelength.value();
+  json["normalisation"] = Word(convention.normalisation);
+  json["order"] = Word(convention.order);
+  json["y_axis"] = Word(convention.yAxis);
+  return json;
+}
+
+Json GivenJson(const Eye& eye) {
+  if (eye.convention.order != Order::kNamed) return ToList(eye.convention.order, eye.coefficients);
+  Json named = Json::object();
+  for (std::size_t j = 0; j < eye.coefficients.size(); ++j) named[Symbol(Term(j))] = eye.coefficients[j];
+  return named;
+}
+
 Json EyeJson(const Results& results) {
-  const Eye& eye = results.eye;
-  const ConventionWords words = Words(eye.convention);
+  const Eye& eye = results.measured;
   Json library = Json::array();
   for (const Millimetres c : results.simulation.coefficients) library.push_back(c.value());
-  return {
-      {"file", eye.file},
-      {"name", eye.name},
-      {"source", eye.source},
-      {"note", eye.note},
-      {"pupil_diameter_mm", eye.pupil.value()},
-      {"convention",
-       {{"name", words.name}, {"unit", words.unit}, {"normalisation", words.normalisation}, {"y_axis", words.yAxis}}},
-      {"coefficients_as_given", eye.coefficients},
-      {"coefficients_library_mm", library},
-      {"unused_coefficients", "0 to 2: piston and tilts only move the image"}};
+  return {{"file", eye.file},
+          {"name", eye.name},
+          {"source", eye.source},
+          {"note", eye.note},
+          {"eye", Word(eye.side)},
+          {"pupil_diameter_mm", eye.pupil.value()},
+          {"convention", ConventionJson(eye.convention)},
+          {"coefficients_as_given", GivenJson(eye)},
+          {"changes", results.changes},
+          {"simulated_eye", Word(results.eye.side)},
+          {"simulated_pupil_diameter_mm", results.eye.pupil.value()},
+          {"coefficients_library_mm", library},
+          {"unused_coefficients", "0 to 2: piston and tilts only move the image"}};
+}
+
+Json RefractionJson(const PowerVector& powers) {
+  const Refraction refraction = ToRefraction(powers, CylinderSign::kMinus);
+  return {{"sphere_d", refraction.sphere.value()},
+          {"cylinder_d", refraction.cylinder.value()},
+          {"axis_deg", refraction.axis.value()}};
+}
+
+Json RefractionsJson(const Eye& eye) {
+  const Coefficients osa = OsaCoefficients(eye);
+  return {{"least_squares", RefractionJson(LeastSquaresRefraction(osa, eye.pupil))},
+          {"paraxial", RefractionJson(ParaxialRefraction(osa, eye.pupil))}};
+}
+
+Json MtfJson(const Results& results) {
+  Json json = Json::array();
+  const Simulation& s = results.simulation;
+  const Scales& scales = results.scales;
+  for (const CyclesPerDegree frequency : results.mtfAt) {
+    json.push_back({{"frequency_cpd_library_scale", frequency.value()},
+                    {"frequency_cpd_optical_scale", (frequency / scales.ratio).value()},
+                    {"horizontal", MtfAt(s.rowSection, scales.library, frequency)},
+                    {"vertical", MtfAt(s.columnSection, scales.library, frequency)}});
+  }
+  return json;
 }
 
 // To the hundredths in which the wavelength is defined.
@@ -51,7 +97,8 @@ Json ScalarsJson(const Results& results) {
           {"mtf_frequency_range_cpd_library_scale", s.frequencyRange.value()},
           {"mtf_sample_cpd_library_scale", scales.library.step.value()},
           {"mtf_sample_cpd_optical_scale", scales.optical.step.value()},
-          {"cutoff_cpd_optical_scale", scales.opticalCutOff.value()}};
+          {"cutoff_cpd_optical_scale", scales.opticalCutOff.value()},
+          {"library_scale_over_optical_scale", scales.ratio}};
 }
 
 Json RingsJson(const Results& results) {
@@ -68,10 +115,32 @@ Json RingsJson(const Results& results) {
   return rings;
 }
 
-// One aligned line.
-std::string Line(const std::string& label, const std::string& text) {
-  constexpr std::size_t kColumn = 16;
-  return label + std::string(kColumn - label.size(), ' ') + text + "\n";
+// What is said about the user's picture wherever results are.
+Json PictureJson(const SeenPicture& picture, const Scales& scales) {
+  const ObjectPicture& object = picture.object;
+  return {{"file", object.request.file},
+          {"width_pixels", object.width},
+          {"height_pixels", object.height},
+          {"channels", object.channels.size()},
+          {"bits", object.bits},
+          {"fit", Word(object.request.fit)},
+          {"values", object.request.linear ? "light" : "sRGB"},
+          {"white_under_transparent_parts", object.transparent},
+          {"field_arcmin_library_scale", FieldOf(scales.library).value()},
+          {"field_arcmin_optical_scale", FieldOf(scales.optical).value()}};
+}
+
+// Appends a JSON value as facts: the keys of objects are joined by underscores.
+void AppendFacts(std::vector<Fact>& facts, const std::string& name, const Json& value) {
+  if (value.is_object()) {
+    for (const auto& [key, inner] : value.items()) AppendFacts(facts, name.empty() ? key : name + "_" + key, inner);
+  } else if (value.is_string()) {
+    facts.push_back({name, value.get<std::string>()});
+  } else if (value.is_array()) {
+    facts.push_back({name, value.get<std::vector<double>>()});
+  } else {
+    facts.push_back({name, value.is_boolean() ? (value.get<bool>() ? 1.0 : 0.0) : value.get<double>()});
+  }
 }
 
 // One line for each acuity, with all its gaps; rings of one acuity follow each other.
@@ -83,34 +152,87 @@ std::string RingLines(const std::vector<Ring>& rings, const Scales& scales) {
     for (; i < rings.size() && rings[i].request.acuity == ring.request.acuity; ++i) {
       gaps += (gaps.empty() ? "" : ", ") + std::string(Word(rings[i].request.gap));
     }
-    lines += Line(std::exchange(label, ""), "acuity " + Text(ring.request.acuity, 4) + " drawn as " +
-                                                Text(ring.effectiveAcuity, 3) + ", " + std::to_string(ring.diameter) +
-                                                " samples (optical scale " +
-                                                Text(Acuity(ring.diameter, scales.optical), 3) + "), gap " + gaps);
+    lines += ReportLine(std::exchange(label, ""),
+                        "acuity " + Text(ring.request.acuity, 4) + " drawn as " + Text(ring.effectiveAcuity, 3) +
+                            " (library scale), which is " + Text(Acuity(ring.diameter, scales.optical), 3) +
+                            " (optical scale), " + std::to_string(ring.diameter) + " samples, gap " + gaps);
   }
   return lines;
 }
 
+std::string MtfLines(const Results& results) {
+  const Scales& scales = results.scales;
+  std::string lines;
+  for (const CyclesPerDegree frequency : results.mtfAt) {
+    lines += ReportLine(lines.empty() ? "MTF" : "",
+                        Text(MtfAt(results.simulation.rowSection, scales.library, frequency), 4) + " horizontal, " +
+                            Text(MtfAt(results.simulation.columnSection, scales.library, frequency), 4) +
+                            " vertical at " + Text(frequency.value(), 6) + " cycles/degree (library scale), which is " +
+                            Text((frequency / scales.ratio).value(), 4) + " (optical scale)");
+  }
+  return lines;
+}
+
+std::string PictureLines(const SeenPicture& picture, const Scales& scales) {
+  const ObjectPicture& object = picture.object;
+  std::string text = object.request.file + ", " + std::to_string(object.width) + " x " + std::to_string(object.height) +
+                     " pixels, " + (object.channels.size() == 1 ? "grey" : "colour") + " of " +
+                     std::to_string(object.bits) + " bits";
+  text += object.request.linear ? ", values taken as light" : ", sRGB values turned into light";
+  if (object.transparent) text += ", white under transparent parts";
+  return ReportLine("Your picture", text) +
+         ReportLine("", std::string(Description(object.request.fit)) + "; the 256 samples span " +
+                            Text(FieldOf(scales.library).value(), 4) + " arc minutes (library scale), " +
+                            Text(FieldOf(scales.optical).value(), 4) + " arc minutes (optical scale)");
+}
+
 }  // namespace
 
+std::vector<Fact> FactsOf(const Results& results) {
+  Json facts = {{"program", "orvanel " ORVANEL_VERSION}};
+  Json eye = EyeJson(results);
+  // As numbers and text alone: named coefficients as a list from (0,0) on, changes in one line.
+  if (results.measured.convention.order == Order::kNamed) {
+    eye["coefficients_as_given"] = results.measured.coefficients;
+  }
+  std::string changes;
+  for (const std::string& change : results.changes) changes += (changes.empty() ? "" : "; ") + change;
+  eye["changes"] = changes;
+  facts.update(eye);
+  facts.update(ScalarsJson(results));
+  facts["refraction"] = RefractionsJson(results.eye);
+  if (results.picture) facts["picture"] = PictureJson(*results.picture, results.scales);
+  std::vector<Fact> list;
+  // Once through text, because a file's name need not be UTF-8.
+  AppendFacts(list, "", Json::parse(facts.dump(-1, ' ', false, Json::error_handler_t::replace)));
+  return list;
+}
+
 std::string SummaryJson(const Results& results, const std::vector<std::string>& files) {
-  const Json summary = {
+  Json summary = {
       {"program", "orvanel"},
       {"version", ORVANEL_VERSION},
       {"eye", EyeJson(results)},
       {"scales",
        {{"library_scale",
          "the library takes the pupil value so that frequencies, retinal lengths and ring sizes are those of a pupil "
-         "of "
-         "twice the diameter"},
+         "of twice the diameter"},
         {"optical_scale", "those of the pupil as stated; its cut-off is pupil diameter / wavelength"}}},
       {"results", ScalarsJson(results)},
+      {"refraction", RefractionsJson(results.eye)},
+      {"mtf", MtfJson(results)},
       {"rings", RingsJson(results)},
       {"planes",
-       "256 x 256, row 0 at the top, centre at row 128, column 128; NPY: wavefront in mm, not a number outside the "
-       "pupil, all others without unit"},
+       "256 x 256, row 0 at the top, centre at row 128, column 128; wavefront in mm, not a number outside the pupil, "
+       "all others without unit; those of the user's picture hold light, its PNG files as the file given does"},
       {"files", files},
       {"warnings", results.warnings}};
+  if (results.picture) {
+    summary["picture"] = PictureJson(*results.picture, results.scales);
+    summary["picture"]["original_file"] = "picture_original.png";
+    summary["picture"]["seen_file"] = "picture_seen.png";
+    summary["picture"]["contrast_kept_file"] = "picture_contrast_kept.png";
+  }
   // A file's name need not be UTF-8.
   return summary.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
@@ -120,25 +242,29 @@ std::string SummaryText(const Results& results, const std::string& folder, std::
   const Simulation& s = results.simulation;
   const Scales& scales = results.scales;
   const std::string pupil = Text(eye.pupil.value(), 6) + " mm";
-  std::string text = Line("Eye", eye.name.empty() ? eye.file : eye.name);
-  text += Line("Pupil", pupil + ", wavelength " + Text(ToNanometres(Wavelength()).value(), 5) + " nm");
-  text += Line("Coefficients", std::to_string(eye.coefficients.size()) + " given in convention " +
-                                   std::string(Words(eye.convention).name) + ", " +
-                                   std::string(Words(eye.convention).unit));
-  text += Line("Wavefront", "RMS " + Text(s.wavefront.rms.value(), 3) + " um (" +
-                                Text(s.wavefront.rms / ToMicrometres(Wavelength()), 3) + " waves), peak to valley " +
-                                Text(s.wavefront.peakToValley.value(), 3) + " um");
-  text += Line("Strehl ratio", Text(s.strehl, 4));
-  text += Line("PSF half width", Text(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
-                                     Text(scales.library.halfWidthAngle.value(), 4) + " arc minutes (library scale); " +
-                                     Text(scales.optical.halfWidthAngle.value(), 4) + " arc minutes (optical scale)");
-  text += Line("MTF range", Text(s.frequencyRange.value(), 5) + " cycles/degree (library scale)");
-  text += Line("Optical cut-off",
-               Text(scales.opticalCutOff.value(), 4) + " cycles/degree for a pupil of " + pupil + " (optical scale)");
+  std::string text = EyeLines(results.measured, results.changes);
+  text += ReportLine("Pupil", pupil + ", wavelength " + Text(ToNanometres(Wavelength()).value(), 5) + " nm");
+  text += RefractionLines(eye, CylinderSign::kMinus);
+  text += ReportLine("Wavefront", "RMS " + Text(s.wavefront.rms.value(), 3) + " um (" +
+                                      Text(s.wavefront.rms / ToMicrometres(Wavelength()), 3) +
+                                      " waves), peak to valley " + Text(s.wavefront.peakToValley.value(), 3) + " um");
+  text += ReportLine("Strehl ratio", Text(s.strehl, 4));
+  text += ReportLine("PSF half width",
+                     Text(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
+                         Text(scales.library.halfWidthAngle.value(), 4) + " arc minutes (library scale); " +
+                         Text(scales.optical.halfWidthAngle.value(), 4) + " arc minutes (optical scale)");
+  text += ReportLine("MTF range", Text(s.frequencyRange.value(), 5) + " cycles/degree (library scale)");
+  text += MtfLines(results);
+  text += ReportLine("Optical cut-off", Text(scales.opticalCutOff.value(), 4) + " cycles/degree for a pupil of " +
+                                            pupil + " (optical scale)");
   text += RingLines(s.rings, scales);
-  text += Line("Scales", "library scale = that of a pupil of twice the diameter; optical scale = the pupil as stated");
-  text += Line("Pictures", std::to_string(fileCount) + " files in " + folder + "; open " +
-                               (folder.ends_with('/') ? folder : folder + "/") + kOverviewFile + " first");
+  if (results.picture) text += PictureLines(*results.picture, scales);
+  text += ReportLine("Scales",
+                     "library scale = that of a pupil of twice the diameter; optical scale = the pupil as "
+                     "stated; ratio " +
+                         Text(scales.ratio, 5));
+  text += ReportLine("Pictures", std::to_string(fileCount) + " files in " + folder + "; open " +
+                                     (folder.ends_with('/') ? folder : folder + "/") + kOverviewFile + " first");
   return text;
 }
 

@@ -16,6 +16,9 @@ std::string SummaryJson(const Results& results, const std::vector<std::string>& 
 // A dozen lines; the last says where the files are.
 std::string SummaryText(const Results& results, const std::string& folder, std::size_t fileCount);
 
+// The same about the eye and the results, without the rings, for files that hold planes.
+std::vector<Fact> FactsOf(const Results& results);
+
 }  // namespace orvanel::cli
 
 #endif  // ORVANEL_CLI_SUMMARY_H

@@ -1,15 +1,13 @@
 // Capture at the level of file descriptors: the library writes through C's stdout, in a library of its own.
 #include "cli/trace_capture.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
 
 #include "cli/error.h"
+#include "cli/platform.h"
 
 namespace orvanel::cli {
 namespace {
@@ -23,30 +21,30 @@ constexpr int kStandardOutput = 1;
 TraceCapture::TraceCapture() {
   if (std::fflush(stdout) != 0) throw Error(std::string("cannot write to standard output: ") + std::strerror(errno));
   int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) Fail();
+  if (MakePipe(ends) != 0) Fail();
   reader_ = ends[0];
-  standardOutput_ = fcntl(kStandardOutput, F_DUPFD_CLOEXEC, 3);
-  const bool redirected = standardOutput_ != -1 && dup2(ends[1], kStandardOutput) != -1;
+  standardOutput_ = Duplicate(kStandardOutput);
+  const bool redirected = standardOutput_ != -1 && Replace(ends[1], kStandardOutput) != -1;
   const int reason = errno;
-  close(ends[1]);
+  Close(ends[1]);
   if (redirected) return;
-  close(reader_);
-  if (standardOutput_ != -1) close(standardOutput_);
+  Close(reader_);
+  if (standardOutput_ != -1) Close(standardOutput_);
   errno = reason;
   Fail();
 }
 
 TraceCapture::~TraceCapture() {
   Restore();
-  close(reader_);
+  Close(reader_);
 }
 
 void TraceCapture::Restore() {
   if (standardOutput_ == -1) return;
   std::fflush(stdout);
   // Either way the pipe's last writing end is closed, without which reading would never end.
-  if (dup2(standardOutput_, kStandardOutput) == -1) close(kStandardOutput);
-  close(standardOutput_);
+  if (Replace(standardOutput_, kStandardOutput) == -1) Close(kStandardOutput);
+  Close(standardOutput_);
   standardOutput_ = -1;
 }
 
@@ -54,7 +52,7 @@ std::string TraceCapture::Finish() {
   Restore();
   std::string text;
   char block[256];
-  for (ssize_t count; (count = read(reader_, block, sizeof block)) > 0;) {
+  for (int count; (count = Read(reader_, block, sizeof block)) > 0;) {
     text.append(block, static_cast<std::size_t>(count));
   }
   return text;

@@ -8,7 +8,7 @@
 namespace orvanel::cli {
 
 // While it lives, file descriptor 1 is a pipe. It must not be made twice at a time; what is written in the meantime
-// must fit into a pipe (64 KiB on Linux).
+// must fit into a pipe (64 KiB).
 class TraceCapture {
  public:
   TraceCapture();

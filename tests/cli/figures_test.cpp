@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "cli/eyes/eye_file.h"
 #include "cli/overview.h"
 #include "cli/sections_figure.h"
+#include "tests/cli/blank_margin.h"
 #include "tests/cli/simulated_eyes.h"
 
 namespace orvanel::cli {
@@ -19,18 +21,6 @@ std::vector<RingRequest> Rings(const std::vector<double>& acuities) {
     for (const Gap gap : {Gap::kDown, Gap::kUp, Gap::kRight, Gap::kLeft}) rings.push_back({acuity, gap});
   }
   return rings;
-}
-
-// Whether the outermost pixels, `margin` wide, are all white.
-bool HasBlankMargin(const ColourPicture& picture, int margin) {
-  for (int y = 0; y < picture.height; ++y) {
-    for (int x = 0; x < picture.width; ++x) {
-      if (x >= margin && x < picture.width - margin && y >= margin && y < picture.height - margin) continue;
-      const Colour c = picture.pixels[static_cast<std::size_t>(y * picture.width + x)];
-      if (c.red != 255 || c.green != 255 || c.blue != 255) return false;
-    }
-  }
-  return true;
 }
 
 std::vector<Eye> Eyes() {
@@ -123,13 +113,13 @@ TEST(Overview, LeavesItsMarginBlankWhateverTheEyeAndTheNumberOfRings) {
   for (const Eye& eye : Eyes()) {
     const bool tiny = eye.pupil < Millimetres(1.0);
     const Results r = ResultsOf(eye, Rings(tiny ? std::vector<double>{0.001} : std::vector<double>{0.1234, 1.0, 1.5}));
-    EXPECT_TRUE(HasBlankMargin(DrawOverview(r.eye, r.simulation, r.scales, r.warnings), 30)) << eye.pupil.value();
+    EXPECT_TRUE(HasBlankMargin(DrawOverview(r), 30)) << eye.pupil.value();
   }
 }
 
 TEST(Overview, HasRoomForASingleRing) {
   const Results r = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  EXPECT_TRUE(HasBlankMargin(DrawOverview(r.eye, r.simulation, r.scales, r.warnings), 30));
+  EXPECT_TRUE(HasBlankMargin(DrawOverview(r), 30));
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "cli/error.h"
+
 namespace orvanel::cli {
 namespace {
 
@@ -17,6 +19,44 @@ TEST(NumberText, ShortestReadsBackAsTheSameNumber) {
   EXPECT_EQ(ShortestText(0.63), "0.63");
   EXPECT_EQ(ShortestText(1.0), "1");
   EXPECT_EQ(std::stod(ShortestText(1.0 / 3.0)), 1.0 / 3.0);
+}
+
+TEST(NumberText, FixedHasThatManyDecimals) {
+  EXPECT_EQ(FixedText(-2.254, 2), "-2.25");
+  EXPECT_EQ(FixedText(1e300, 0).size(), 301U);
+}
+
+TEST(NumberText, ParsesWhatPeopleWrite) {
+  EXPECT_EQ(ParseNumber("0.1"), 0.1);
+  EXPECT_EQ(ParseNumber("  -1.5e-3 "), -1.5e-3);
+  EXPECT_EQ(ParseNumber("+2"), 2.0);
+  EXPECT_EQ(ParseNumber(".5"), 0.5);
+  EXPECT_EQ(ParseNumber("5."), 5.0);
+}
+
+TEST(NumberText, ParsesTheShortestTextToTheSameBits) {
+  for (const double number : {0.1, 1.0 / 3.0, 5e-324, 1.7976931348623157e308, -0.0}) {
+    EXPECT_EQ(ParseNumber(ShortestText(number)), number);
+  }
+}
+
+TEST(NumberText, RefusesWhatIsNoFiniteNumber) {
+  for (const char* text : {"", "  ", "x", "1x", "0x10", "1 2", "--1", "+-1", "++1", "inf", "nan", "1e999", "1e-999",
+                           "0,5", "1.234,5", "1e", "."}) {
+    EXPECT_THROW(ParseNumber(text), Error) << text;
+  }
+  try {
+    ParseNumber("0,5");
+  } catch (const Error& error) {
+    EXPECT_STREQ(error.what(), "'0,5' has a decimal comma; write it with a point, as 0.12");
+  }
+}
+
+TEST(NumberText, QuotesForATerminal) {
+  EXPECT_EQ(Quoted("a\x1b[31m\n"), "'a?[31m?'");
+  EXPECT_EQ(Quoted(std::string(100, 'x')), "'" + std::string(60, 'x') + "...'");
+  // Never half a character: 59 letters and one of two bytes.
+  EXPECT_EQ(Quoted(std::string(59, 'x') + "\xC3\xA4" + "y"), "'" + std::string(59, 'x') + "...'");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "cli/eyes/eye_file.h"
 #include "tests/cli/simulated_eyes.h"
 
 namespace orvanel::cli {
@@ -38,6 +39,9 @@ TEST(Plausibility, RingsThatFillTheFieldAreDoubtedOnceForAnAcuity) {
       WarningsOf(AsymmetricEye(), {{0.1, Gap::kUp}, {0.1, Gap::kLeft}, {0.8, Gap::kLeft}});
   ASSERT_EQ(warnings.size(), 1U);
   EXPECT_TRUE(warnings[0].starts_with("the ring of acuity 0.1 is 445 samples wide")) << warnings[0];
+  EXPECT_TRUE(warnings[0].ends_with("rings fit from acuity 0.21 on")) << warnings[0];
+  EXPECT_TRUE(WarningsOf(AsymmetricEye(), {{0.21, Gap::kUp}}).empty());
+  EXPECT_TRUE(WarningsOf(AsymmetricEye(), {{1e-9, Gap::kUp}}).at(0).ends_with("rings fit from acuity 0.21 on"));
 }
 
 }  // namespace

@@ -5,7 +5,8 @@
 
 #include <set>
 
-#include "cli/npy.h"
+#include "cli/formats/npy.h"
+#include "cli/pictures/picture_pixels.h"
 #include "cli/png.h"
 #include "tests/cli/simulated_eyes.h"
 
@@ -21,8 +22,8 @@ std::set<std::string> NamesOf(const std::vector<ResultFile>& files) {
 }
 
 TEST(Results, HoldEveryPictureAndTheSummary) {
-  EXPECT_EQ(NamesOf(ResultFiles(kRings, false)),
-            (std::set<std::string>{"mtf.png", "mtf_sections.png", "overview.png", "psf.png", "psf_log.png",
+  EXPECT_EQ(NamesOf(ResultFiles({kRings, {}, 0})),
+            (std::set<std::string>{"chart.png", "mtf.png", "mtf_sections.png", "overview.png", "psf.png", "psf_log.png",
                                    "ring_acuity-0.7_gap-left_original.png", "ring_acuity-0.7_gap-left_seen.png",
                                    "ring_acuity-1.9_gap-down_original.png", "ring_acuity-1.9_gap-down_seen.png",
                                    "star_original.png", "star_seen_stretched.png", "star_seen_total_light.png",
@@ -30,8 +31,8 @@ TEST(Results, HoldEveryPictureAndTheSummary) {
 }
 
 TEST(Results, HoldEveryPlaneAsNpyOnRequest) {
-  std::set<std::string> names = NamesOf(ResultFiles(kRings, true));
-  for (const ResultFile& file : ResultFiles(kRings, false)) names.erase(file.name);
+  std::set<std::string> names = NamesOf(ResultFiles({kRings, {&FormatNamed("npy")}, 0}));
+  for (const ResultFile& file : ResultFiles({kRings, {}, 0})) names.erase(file.name);
   EXPECT_EQ(names, (std::set<std::string>{"mtf.npy", "psf.npy", "ring_acuity-0.7_gap-left_original.npy",
                                           "ring_acuity-0.7_gap-left_seen.npy", "ring_acuity-1.9_gap-down_original.npy",
                                           "ring_acuity-1.9_gap-down_seen.npy", "star_original.npy",
@@ -54,15 +55,51 @@ TEST(Results, EachFileHoldsThePlaneThatItsNameSays) {
       {"ring_acuity-1.9_gap-down_seen", &s.rings[1].seen},
   };
   int compared = 0;
-  for (const ResultFile& file : ResultFiles(kRings, true)) {
+  for (const ResultFile& file : ResultFiles({kRings, {&FormatNamed("npy")}, 0})) {
     for (const auto& [name, plane] : planes) {
       if (!file.name.starts_with(name)) continue;
       const bool png = file.name.ends_with(".png");
-      EXPECT_EQ(file.encode(results), png ? EncodePng(GreyPictureOf(*plane)) : EncodeNpy(*plane, 256)) << file.name;
+      EXPECT_EQ(file.encode(results), png ? EncodePng(GreyPictureOf(*plane), Pixels::kNumbers)
+                                          : EncodeNpy({{{"", "", "", plane, 0.0, {}}}, {}}))
+          << file.name;
       ++compared;
     }
   }
   EXPECT_EQ(compared, 3 + 2 * 7);
+}
+
+TEST(Results, APictureBringsItsThreeViewsAndASheet) {
+  std::set<std::string> names = NamesOf(ResultFiles({kRings, {}, 3}));
+  for (const ResultFile& file : ResultFiles({kRings, {}, 0})) names.erase(file.name);
+  EXPECT_EQ(names, (std::set<std::string>{"picture.png", "picture_contrast_kept.png", "picture_original.png",
+                                          "picture_seen.png"}));
+}
+
+TEST(Results, FormatsOfPixelsLeaveOutTheWavefrontAndDeepenThePicture) {
+  const std::set<std::string> names = NamesOf(ResultFiles({kRings, {&FormatNamed("png16")}, 1}));
+  EXPECT_EQ(names.count("psf_16bit.png"), 1U);
+  EXPECT_EQ(names.count("star_original_16bit.png"), 1U);
+  EXPECT_EQ(names.count("wavefront_16bit.png"), 0U);
+  EXPECT_EQ(names.count("picture_seen_16bit.png"), 0U);
+
+  Results results = ResultsOf(AsymmetricEye(), kRings);
+  ObjectPicture object;
+  object.bits = 8;
+  object.channels = {results.simulation.starOriginal};
+  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, object);
+  for (const Format* format : {&FormatNamed("npy"), &FormatNamed("png16")}) {
+    for (const ResultFile& file : ResultFiles({kRings, {format}, 1})) {
+      if (file.name != "picture_seen.png") continue;
+      EXPECT_EQ(file.encode(results), EncodePicture(results.picture->seen, false, format->greyOnly ? 16 : 8));
+    }
+  }
+}
+
+TEST(Results, FormatsThatHoldAllPlanesMakeOneFile) {
+  for (const Format& format : Formats()) {
+    if (format.encode == nullptr || !format.together) continue;
+    EXPECT_EQ(ResultFiles({kRings, {&format}, 3}).size(), ResultFiles({kRings, {}, 3}).size() + 1) << format.name;
+  }
 }
 
 }  // namespace

@@ -5,7 +5,8 @@ set -u
 case=$1
 ORVANEL=$2
 EYES=$3
-export ORVANEL EYES LC_ALL=C
+PICTURES=$(cd "$(dirname "$0")/pictures/files" && pwd)
+export ORVANEL EYES PICTURES LC_ALL=C
 seen=$(mktemp -d) || exit 1
 trap 'chmod -R u+w "$seen"; rm -rf "$seen"' EXIT
 mkdir "$seen/work"

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "tests/cli/simulated_eyes.h"
 
 namespace orvanel::cli {
@@ -34,6 +36,24 @@ TEST(Scales, AcuityOnTheOpticalScaleIsAboutHalfOfThatOnTheLibraryScale) {
   // 5 minutes of arc over 40 x 587.56 nm / 8 mm.
   EXPECT_NEAR(Acuity(ring.diameter, results.scales.optical), 0.49507, 0.49507 * kFourDigits);
   EXPECT_NEAR(ring.effectiveAcuity, 0.990156, 0.990156 * kFourDigits);
+}
+
+TEST(Scales, RatioIsTwoForThePupilTimesTheLibrarysRuleForSmallAngles) {
+  for (const double pupil : {2.0, 3.0, 7.3}) {
+    const Results results = ResultsOf(PerfectEye(Millimetres(pupil)), {{0.4, Gap::kRight}});
+    EXPECT_NEAR(results.scales.ratio, 2.0 * (1.0 / 17.0) / std::atan(1.0 / 17.0), 1e-12) << pupil;
+    EXPECT_NEAR(results.scales.ratio, 2.0023, 2.0 * kFourDigits) << pupil;
+  }
+}
+
+TEST(Scales, MtfIsThatOfTheSamplesAndStraightBetween) {
+  const Results results = ResultsOf(PerfectEye(Millimetres(3.0)), kRings);
+  const Section& section = results.simulation.rowSection;
+  const Scale& scale = results.scales.library;
+  EXPECT_EQ(MtfAt(section, scale, CyclesPerDegree(0.0)), 1.0);
+  EXPECT_DOUBLE_EQ(MtfAt(section, scale, 17.25 * scale.step), 0.75 * section[17] + 0.25 * section[18]);
+  EXPECT_DOUBLE_EQ(MtfAt(section, scale, 127.5 * scale.step), 0.5 * section[127]);
+  EXPECT_EQ(MtfAt(section, scale, 128.0 * scale.step), 0.0);
 }
 
 }  // namespace

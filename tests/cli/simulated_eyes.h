@@ -11,6 +11,7 @@ namespace orvanel::cli {
 
 inline Results ResultsOf(Eye eye, const std::vector<RingRequest>& rings) {
   Results results;
+  results.measured = eye;
   results.eye = std::move(eye);
   results.simulation = Simulate(results.eye.pupil, ToLibrary(results.eye.convention, results.eye.coefficients), rings);
   results.scales = ScalesOf(results.simulation);
@@ -23,7 +24,7 @@ inline Eye AsymmetricEye() {
   eye.file = "asymmetric.json";
   eye.name = "Asymmetric";
   eye.pupil = Millimetres(4.5);
-  eye.convention = Convention::kOsa;
+  eye.convention = kOsaConvention;
   eye.coefficients = {0.1, -0.2, 0.3, -0.09, 0.14, 0.21, 0.05, -0.12, 0.07};
   return eye;
 }
@@ -32,7 +33,7 @@ inline Eye PerfectEye(Millimetres pupil) {
   Eye eye;
   eye.file = "perfect.json";
   eye.pupil = pupil;
-  eye.convention = Convention::kLibrary;
+  eye.convention = kLibraryConvention;
   eye.coefficients = {0.0};
   return eye;
 }

@@ -89,7 +89,7 @@ TEST(Simulation, RmsOfAnOrthonormalTermIsItsCoefficient) {
   // The sampled disc of 12853 samples misses that of the true one by less than the share of its rim: 2 / 64.
   constexpr double kRimShare = 2.0 / 64.0;
   Eye eye = PerfectEye(Millimetres(4.5));
-  eye.convention = Convention::kOsa;
+  eye.convention = kOsaConvention;
   eye.coefficients.assign(13, 0.0);
   eye.coefficients[12] = 0.23;
   const Wavefront wavefront = ResultsOf(eye, kRings).simulation.wavefront;

@@ -44,7 +44,9 @@ TEST(Summary, GivesTheInputsAsGivenAndAsConverted) {
   EXPECT_EQ(summary["program"], "orvanel");
   EXPECT_EQ(summary["version"], ORVANEL_VERSION);
   EXPECT_EQ(summary["eye"]["pupil_diameter_mm"], 4.5);
-  EXPECT_EQ(summary["eye"]["coefficients_as_given"], results.eye.coefficients);
+  EXPECT_EQ(summary["eye"]["coefficients_as_given"], results.measured.coefficients);
+  EXPECT_EQ(summary["eye"]["eye"], "unknown");
+  EXPECT_EQ(summary["eye"]["convention"]["order"], "osa");
   EXPECT_EQ(summary["eye"]["convention"]["unit"], "um");
   ASSERT_EQ(summary["eye"]["coefficients_library_mm"].size(), 28U);
   EXPECT_DOUBLE_EQ(summary["eye"]["coefficients_library_mm"][7], 0.12e-3 * std::sqrt(8.0));
@@ -52,9 +54,57 @@ TEST(Summary, GivesTheInputsAsGivenAndAsConverted) {
   EXPECT_TRUE(summary["warnings"].empty());
 }
 
+TEST(Summary, TellsOfThePictureAndTheAngleThatItSpans) {
+  Results results = ResultsOf(AsymmetricEye(), kRings);
+  ObjectPicture object;
+  object.request = {"photograph.png", Fit::kPad, false};
+  object.width = 640;
+  object.height = 480;
+  object.bits = 16;
+  object.transparent = true;
+  object.channels.push_back(results.simulation.starOriginal);
+  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, object);
+  const auto picture = nlohmann::json::parse(SummaryJson(results, {"summary.json"}))["picture"];
+  EXPECT_EQ(picture["file"], "photograph.png");
+  EXPECT_EQ(picture["fit"], "pad");
+  EXPECT_EQ(picture["values"], "sRGB");
+  EXPECT_EQ(picture["bits"], 16);
+  EXPECT_EQ(picture["field_arcmin_library_scale"], 256.0 * results.scales.library.pitch.value());
+  EXPECT_NE(SummaryText(results, "out", 1).find("white under transparent parts"), std::string::npos);
+}
+
+TEST(Summary, FactsAreItsNumbersInOneList) {
+  const Results results = ResultsOf(AsymmetricEye(), kRings);
+  bool strehl = false, unit = false, coefficients = false;
+  for (const Fact& fact : FactsOf(results)) {
+    if (fact.name == "strehl_ratio") strehl = std::get<double>(fact.value) == results.simulation.strehl;
+    if (fact.name == "convention_unit") unit = std::get<std::string>(fact.value) == "um";
+    if (fact.name == "coefficients_as_given") {
+      coefficients = std::get<std::vector<double>>(fact.value) == results.eye.coefficients;
+    }
+  }
+  EXPECT_TRUE(strehl && unit && coefficients);
+}
+
+TEST(Summary, GivesFactsOfNamedCoefficientsAndChangesToo) {
+  Results results = ResultsOf(AsymmetricEye(), kRings);
+  results.measured.convention.order = Order::kNamed;
+  results.changes = {"mirrored from OS to OD", "rescaled from 6 to 4.5 mm"};
+  bool coefficients = false, changes = false;
+  for (const Fact& fact : FactsOf(results)) {
+    if (fact.name == "coefficients_as_given") {
+      coefficients = std::get<std::vector<double>>(fact.value) == results.measured.coefficients;
+    }
+    if (fact.name == "changes") {
+      changes = std::get<std::string>(fact.value) == "mirrored from OS to OD; rescaled from 6 to 4.5 mm";
+    }
+  }
+  EXPECT_TRUE(coefficients && changes);
+}
+
 TEST(Summary, TakesANameOfAFileThatIsNotUtf8) {
   Results results = ResultsOf(AsymmetricEye(), kRings);
-  results.eye.file = "\xe4.json";
+  results.measured.file = "\xe4.json";
   const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
   EXPECT_EQ(summary["eye"]["file"], "\ufffd.json");
 }
@@ -62,6 +112,28 @@ TEST(Summary, TakesANameOfAFileThatIsNotUtf8) {
 TEST(Summary, HoldsNoNull) {
   const Results results = ResultsOf(PerfectEye(Millimetres(3.0)), kRings);
   ExpectNoNull(nlohmann::json::parse(SummaryJson(results, {"summary.json"})), "");
+}
+
+TEST(Summary, TellsWhatWasDoneToTheEye) {
+  Results results = ResultsOf(AsymmetricEye(), kRings);
+  results.changes = {"rescaled from 6 to 4.5 mm"};
+  results.measured.pupil = Millimetres(6.0);
+  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
+  EXPECT_EQ(summary["eye"]["changes"], results.changes);
+  EXPECT_EQ(summary["eye"]["pupil_diameter_mm"], 6.0);
+  EXPECT_EQ(summary["eye"]["simulated_pupil_diameter_mm"], 4.5);
+  EXPECT_NE(SummaryText(results, "out", 1).find("Changes         rescaled from 6 to 4.5 mm\n"), std::string::npos);
+}
+
+TEST(Summary, GivesTheMtfAtFrequenciesOnBothScales) {
+  Results results = ResultsOf(AsymmetricEye(), kRings);
+  results.mtfAt = {10.0 * results.scales.library.step, CyclesPerDegree(1e6)};
+  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
+  EXPECT_DOUBLE_EQ(summary["mtf"][0]["horizontal"], results.simulation.rowSection[10]);
+  EXPECT_DOUBLE_EQ(summary["mtf"][0]["vertical"], results.simulation.columnSection[10]);
+  EXPECT_DOUBLE_EQ(summary["mtf"][0]["frequency_cpd_library_scale"], results.mtfAt[0].value());
+  EXPECT_DOUBLE_EQ(summary["mtf"][0]["frequency_cpd_optical_scale"], results.mtfAt[0].value() / results.scales.ratio);
+  EXPECT_EQ(summary["mtf"][1]["horizontal"], 0.0);
 }
 
 TEST(Summary, CarriesTheWarnings) {

@@ -1,37 +1,18 @@
-// A folder that a test may fill and that vanishes with it.
+// A temporary folder, and what is in its files.
 #ifndef ORVANEL_TESTS_CLI_TEMPORARY_FOLDER_H
 #define ORVANEL_TESTS_CLI_TEMPORARY_FOLDER_H
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
-#include <stdexcept>
 #include <string>
+
+#include "tests/support/temporary_folder.h"
 
 namespace orvanel::cli {
 
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string path = (std::filesystem::temp_directory_path() / "orvanel-test-XXXXXX").string();
-    if (mkdtemp(path.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    path_ = path;
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+using test::TemporaryFolder;
 
 inline void Write(const std::filesystem::path& file, const std::string& text) {
   std::ofstream(file, std::ios::binary) << text;

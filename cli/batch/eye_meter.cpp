@@ -1,0 +1,61 @@
+// The engine's calls, as few as do.
+#include "cli/batch/eye_meter.h"
+
+#include <cmath>
+#include <utility>
+
+#include "cli/batch/sampling.h"
+#include "cli/error.h"
+#include "cli/eyes/preparation.h"
+
+namespace orvanel::cli {
+namespace {
+
+Scales ScalesAt(Millimetres pupil) {
+  Simulation simulation;
+  simulation.pupil = pupil;
+  simulation.psfHalfWidth = PsfHalfWidth(pupil);
+  simulation.frequencyRange = FrequencyRange(pupil);
+  return ScalesOf(simulation);
+}
+
+}  // namespace
+
+EyeMeter::EyeMeter(MetricChoice choice, bool planes)
+    : choice_(std::move(choice)),
+      cost_(planes ? Cost::kMtf : CostOf(choice_)),
+      engine_(ORVANEL_GRID_SIZE),
+      mtf_(cost_ == Cost::kMtf ? ORVANEL_PLANE_SAMPLES : 0) {
+  measured_.rowSection = &rowSection_;
+  measured_.columnSection = &columnSection_;
+  measured_.diffractionLimit = &diffractionLimit_;
+}
+
+void EyeMeter::Compute(const Eye& eye) {
+  if (cost_ == Cost::kCoefficients) return;
+  const auto coefficients = Bare(ToLibrary(eye.convention, eye.coefficients));
+  // The engine takes what is higher for a sample outside the pupil; no polynomial exceeds 1.
+  constexpr double kLargestHeight = 999.0;  // mm
+  double height = 0.0;
+  for (const double c : coefficients) height += std::abs(c);
+  if (!(height < kLargestHeight)) throw Error("the wavefront may be a metre high; check the unit of the coefficients");
+  engine_.synthesizeWavefront(coefficients.data(), eye.pupil.value(), 1, 1, 1);
+  if (cost_ == Cost::kStrehl) {
+    measured_.strehl = engine_.ComputeStrehl(kWavelength);
+    return;
+  }
+  double step = 0.0;
+  engine_.ComputeMtf(kWavelength, mtf_.data(), &step, rowSection_.data(), columnSection_.data(),
+                     diffractionLimit_.data(), ORVANEL_GRID_SIZE);
+  measured_.strehl = engine_.strehlRatio;
+}
+
+std::vector<double> EyeMeter::Measure(const Eye& eye) {
+  measured_.eye = &eye;
+  measured_.osa = OsaCoefficients(eye);
+  measured_.scales = ScalesAt(eye.pupil);
+  Compute(eye);
+  return Values(choice_, measured_);
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,39 @@
+// One eye after the other through an engine of its own.
+#ifndef ORVANEL_CLI_BATCH_EYE_METER_H
+#define ORVANEL_CLI_BATCH_EYE_METER_H
+
+#include <vector>
+
+#include "cli/batch/metrics.h"
+#include "orvanel/optics_engine.h"
+
+namespace orvanel::cli {
+
+// Serves one thread at a time; different ones share nothing.
+class EyeMeter {
+ public:
+  //   planes  whether psf and mtf are wanted too
+  EyeMeter(MetricChoice choice, bool planes);
+
+  // The values of the chosen columns; no more is computed than they need. Throws Error where the eye cannot be
+  // simulated.
+  std::vector<double> Measure(const Eye& eye);
+
+  // Of the eye measured last, where planes are wanted.
+  const Plane& mtf() const { return mtf_; }
+  OpticsEngine& engine() { return engine_; }
+
+ private:
+  void Compute(const Eye& eye);
+
+  MetricChoice choice_;
+  Cost cost_;
+  OpticsEngine engine_;
+  Plane mtf_;
+  Section rowSection_, columnSection_, diffractionLimit_;
+  MeasuredEye measured_;
+};
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_BATCH_EYE_METER_H

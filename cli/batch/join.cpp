@@ -1,0 +1,110 @@
+// Chunks in turn, as they were dealt.
+#include "cli/batch/join.h"
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <utility>
+
+#include "cli/batch/whole_rows.h"
+#include "cli/error.h"
+#include "cli/files.h"
+#include "cli/interruption.h"
+
+namespace orvanel::cli {
+namespace {
+
+struct ShardFile {
+  explicit ShardFile(std::string its) : file(std::move(its)), stream(OpenToRead(file)) {
+    std::optional<RunRecord> found = ReadRecord(file);
+    if (!found) {
+      throw Error(file + ": " + RecordFileOf(file) +
+                  " is missing, which tells what its rows are; keep the two together");
+    }
+    record = *std::move(found);
+    if (!record.end) throw Error(file + ": is not complete; let its run go on with --resume");
+  }
+
+  std::string file;
+  std::ifstream stream;
+  RowReader rows{stream};
+  RunRecord record;
+};
+
+using ShardFiles = std::vector<std::unique_ptr<ShardFile>>;
+
+// By number, all of one run, none missing or twice.
+ShardFiles OpenAll(const std::vector<std::string>& names) {
+  ShardFiles shards;
+  for (const std::string& name : names) shards.push_back(std::make_unique<ShardFile>(name));
+  const ShardFile& first = *shards.front();
+  for (const auto& shard : shards) {
+    const std::string difference = Difference(first.record, shard->record, true);
+    if (!difference.empty()) {
+      throw Error(shard->file + ": is of another run than " + first.file + ": " + difference);
+    }
+    if (shard->record.end->tableRows != first.record.end->tableRows) {
+      throw Error(shard->file + ": is of another table than " + first.file);
+    }
+  }
+  std::sort(shards.begin(), shards.end(),
+            [](const auto& a, const auto& b) { return a->record.shard.number < b->record.shard.number; });
+  std::string missing;
+  std::size_t next = 0;
+  for (std::size_t number = 1; number <= first.record.shard.of; ++number) {
+    if (next == shards.size() || shards[next]->record.shard.number != number) {
+      missing += (missing.empty() ? "" : ", ") + std::to_string(number);
+      continue;
+    }
+    ++next;
+    if (next < shards.size() && shards[next]->record.shard.number == number) {
+      throw Error(shards[next]->file + ": is shard " + std::to_string(number) + ", and so is " +
+                  shards[next - 1]->file + "; leave one out");
+    }
+  }
+  if (!missing.empty()) {
+    throw Error("of " + std::to_string(first.record.shard.of) + " shards these are missing: " + missing);
+  }
+  return shards;
+}
+
+}  // namespace
+
+RunRecord JoinShards(const std::vector<std::string>& names, const std::string& results, bool replace) {
+  const ShardFiles shards = OpenAll(names);
+  RunRecord record = shards.front()->record;
+  NewFile file(results, replace);
+  std::string header, row, pending;
+  for (const auto& shard : shards) {
+    if (!shard->rows.Next(row) || (!header.empty() && row != header)) {
+      throw Error(shard->file + ": its first row is not that of the other shards");
+    }
+    header = row;
+  }
+  pending = header;
+  for (std::size_t i = 0; i < record.end->tableRows; ++i) {
+    StopIfInterrupted();
+    ShardFile& shard = *shards[i / record.chunkRows % shards.size()];
+    if (!shard.rows.Next(row)) {
+      throw Error(shard.file + ": has fewer rows than its record tells; make it anew");
+    }
+    pending += row;
+    constexpr std::size_t kBlock = 1 << 16;
+    if (pending.size() < kBlock) continue;
+    file.Write(pending);
+    pending.clear();
+  }
+  file.Write(pending);
+  std::size_t errors = 0;
+  for (const auto& shard : shards) {
+    if (shard->rows.Next(row)) throw Error(shard->file + ": has more rows than its record tells; make it anew");
+    errors += shard->record.end->errors;
+  }
+  file.Commit();
+  record.shard = {};
+  record.end->errors = errors;
+  WriteRecord(results, record);
+  return record;
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,62 @@
+// The numbers that a batch gives for each eye: their names, their columns, and what they need to be computed.
+#ifndef ORVANEL_CLI_BATCH_METRICS_H
+#define ORVANEL_CLI_BATCH_METRICS_H
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/eyes/eye.h"
+#include "cli/scales.h"
+#include "cli/simulation.h"
+
+namespace orvanel::cli {
+
+// What the engine has to compute for a metric; each includes those before it.
+enum class Cost { kCoefficients, kStrehl, kMtf };
+
+// What a metric is computed from.
+struct MeasuredEye {
+  const Eye* eye = nullptr;
+  Coefficients osa;  // orthonormal, micrometres, y upwards
+  Scales scales;
+  double strehl = 0.0;                  // from Cost::kStrehl on
+  const Section* rowSection = nullptr;  // from Cost::kMtf on, as the others
+  const Section* columnSection = nullptr;
+  const Section* diffractionLimit = nullptr;
+};
+
+struct Metric {
+  const char* word;         // on the command line
+  const char* description;  // for help
+  Cost cost;
+  bool usual;  // computed where nothing else is asked for
+  std::vector<const char*> columns;
+  void (*measure)(const MeasuredEye& eye, std::vector<double>& values);  // appends as many as there are columns
+};
+
+std::span<const Metric> Metrics();
+
+// What is asked for.
+struct MetricChoice {
+  std::vector<const Metric*> metrics;
+  std::vector<CyclesPerDegree> mtfAt;  // on the library scale
+  std::vector<double> acuities;        // of rings, on the library scale
+};
+
+// "strehl,rms": each once, in the order asked for. Throws Error.
+std::vector<const Metric*> MetricsNamed(std::string_view list);
+std::vector<const Metric*> UsualMetrics();
+
+// The names of all columns, with unit and scale.
+std::vector<std::string> Columns(const MetricChoice& choice);
+
+Cost CostOf(const MetricChoice& choice);
+
+// The values of all columns. Throws Error where one of them is no number.
+std::vector<double> Values(const MetricChoice& choice, const MeasuredEye& eye);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_BATCH_METRICS_H

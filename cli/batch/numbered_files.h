@@ -1,0 +1,34 @@
+// Files beside the results that have the number of a row or chunk in their names.
+#ifndef ORVANEL_CLI_BATCH_NUMBERED_FILES_H
+#define ORVANEL_CLI_BATCH_NUMBERED_FILES_H
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace orvanel::cli {
+
+// Names of the form beginning + digits + ending. While one is written it has ".part" behind it.
+struct NumberedFiles {
+  std::filesystem::path folder;
+  std::string beginning, ending;
+  std::size_t digits;
+
+  std::filesystem::path Path(std::size_t number) const;
+  std::filesystem::path PartPath(std::size_t number) const;
+
+  // Writes a file that comes to its place whole, or not at all. Throws Error.
+  void Write(std::size_t number, const std::string& bytes) const;
+
+  // Those that are there and whose number `owned` says is ours, half ones included.
+  std::vector<std::filesystem::path> Existing(const std::function<bool(std::size_t number)>& owned) const;
+};
+
+// Removes existing files where `replace`, else throws Error naming the first.
+void ClearAway(const std::vector<std::filesystem::path>& existing, bool replace);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_BATCH_NUMBERED_FILES_H

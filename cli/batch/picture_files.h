@@ -1,0 +1,57 @@
+// Pictures of each eye of a batch, in a folder.
+#ifndef ORVANEL_CLI_BATCH_PICTURE_FILES_H
+#define ORVANEL_CLI_BATCH_PICTURE_FILES_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/batch/eye_meter.h"
+#include "cli/batch/numbered_files.h"
+
+namespace orvanel::cli {
+
+enum class PictureKind { kPsf, kMtf, kStar };
+
+// "psf,star": each once. Throws Error.
+std::vector<PictureKind> PictureKindsNamed(std::string_view list);
+
+// Where the pictures of a row come: "0000001_psf.png".
+class PictureFolder {
+ public:
+  // Makes the folder where it is not there yet. Throws Error where that fails.
+  PictureFolder(const std::string& folder, std::vector<PictureKind> kinds);
+
+  const std::vector<PictureKind>& kinds() const { return kinds_; }
+  NumberedFiles FilesOf(PictureKind kind) const;
+
+ private:
+  std::filesystem::path folder_;
+  std::vector<PictureKind> kinds_;
+};
+
+// Draws for one thread.
+class Painter {
+ public:
+  //   star  the sector star, 256 x 256
+  Painter(PictureFolder folder, const Plane& star);
+
+  // Writes the pictures of the eye measured last, each whole or not at all. Throws Error.
+  //   row  from 0
+  void Paint(std::size_t row, EyeMeter& meter);
+
+ private:
+  Plane Draw(PictureKind kind, EyeMeter& meter);
+
+  PictureFolder folder_;
+  const Plane& star_;
+  std::optional<PreparedObject> prepared_;
+};
+
+// The library's sector star.
+Plane SectorStar();
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_BATCH_PICTURE_FILES_H

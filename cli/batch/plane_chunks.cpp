@@ -1,0 +1,109 @@
+// Chunks as they fill.
+#include "cli/batch/plane_chunks.h"
+
+#include <algorithm>
+#include <limits>
+#include <system_error>
+#include <utility>
+
+#include "cli/error.h"
+#include "cli/formats/format.h"
+#include "cli/number_text.h"
+#include "cli/path_of.h"
+
+namespace orvanel::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct KindWords {
+  PlaneKind kind;
+  StackedPlane plane;
+};
+
+const std::vector<KindWords>& Kinds() {
+  static const std::vector<KindWords> kKinds = {
+      {PlaneKind::kWavefront, {"wavefront", "wavefront aberration, not a number outside the pupil", "mm"}},
+      {PlaneKind::kPsf, {"psf", "point spread function, 1 at its peak", "1"}},
+      {PlaneKind::kMtf, {"mtf", "modulation transfer function, 1 at zero frequency", "1"}}};
+  return kKinds;
+}
+
+std::string CompressedWavefront(const GridPlane& wavefront) {
+  std::vector<double> samples(wavefront.begin(), wavefront.end());
+  std::replace(samples.begin(), samples.end(), kWavefrontOutside, std::numeric_limits<double>::quiet_NaN());
+  return CompressedPlane(samples.data());
+}
+
+}  // namespace
+
+std::vector<PlaneKind> PlaneKindsNamed(std::string_view list) {
+  std::vector<PlaneKind> chosen;
+  for (std::size_t start = 0; start <= list.size();) {
+    const std::size_t comma = std::min(list.find(',', start), list.size());
+    const std::string_view word = list.substr(start, comma - start);
+    const auto found = std::find_if(Kinds().begin(), Kinds().end(),
+                                    [word](const KindWords& words) { return words.plane.name == word; });
+    if (found == Kinds().end()) throw Error(Quoted(word) + " is no plane; it is one of wavefront, psf, mtf");
+    if (std::find(chosen.begin(), chosen.end(), found->kind) == chosen.end()) chosen.push_back(found->kind);
+    start = comma + 1;
+  }
+  return chosen;
+}
+
+std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, EyeMeter& meter) {
+  std::vector<std::string> planes;
+  for (const PlaneKind kind : kinds) {
+    switch (kind) {
+      case PlaneKind::kWavefront:
+        planes.push_back(CompressedWavefront(meter.engine().wavefrontPlane));
+        break;
+      case PlaneKind::kPsf:
+        planes.push_back(CompressedPlane(meter.engine().psfPlane.data()));
+        break;
+      case PlaneKind::kMtf:
+        planes.push_back(CompressedPlane(meter.mtf().data()));
+        break;
+    }
+  }
+  return planes;
+}
+
+PlaneChunks::PlaneChunks(const std::string& file, std::vector<PlaneKind> kinds, std::size_t chunkRows)
+    : kinds_(std::move(kinds)), chunkRows_(chunkRows) {
+  constexpr std::size_t kDigits = 6;
+  FormatNamed("hdf5");  // says what is missing, should it be
+  const fs::path path = PathOf(file);
+  files_ = {path.parent_path(), path.stem().string() + "-", path.extension().string(), kDigits};
+  std::error_code ignored;
+  if (!files_.folder.empty() && !fs::is_directory(files_.folder, ignored)) {
+    throw Error(files_.folder.string() + ": is not a folder; make it first");
+  }
+}
+
+PlaneChunks::~PlaneChunks() = default;
+
+void PlaneChunks::Add(std::size_t row, const std::vector<std::string>& compressed, double pupil) {
+  if (!stack_) {
+    number_ = row / chunkRows_ + 1;
+    std::vector<StackedPlane> planes;
+    for (const PlaneKind kind : kinds_) planes.push_back(Kinds()[static_cast<std::size_t>(kind)].plane);
+    stack_ = std::make_unique<Hdf5Stack>(planes);
+  }
+  stack_->Add(compressed);
+  rows_.push_back(static_cast<double>(row + 1));
+  pupils_.push_back(pupil);
+}
+
+void PlaneChunks::Finish() {
+  if (!stack_) return;
+  stack_->AddNumbers("row", "number of the row in the table of eyes, from 1", rows_);
+  stack_->AddNumbers("pupil_diameter_mm", "as simulated; not a number where the row is at fault", pupils_);
+  const std::string bytes = stack_->Finish();
+  stack_.reset();
+  rows_.clear();
+  pupils_.clear();
+  files_.Write(number_, bytes);
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,50 @@
+// Planes of many eyes in HDF5 files, one for each chunk of rows.
+#ifndef ORVANEL_CLI_BATCH_PLANE_CHUNKS_H
+#define ORVANEL_CLI_BATCH_PLANE_CHUNKS_H
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/batch/eye_meter.h"
+#include "cli/batch/numbered_files.h"
+#include "cli/formats/hdf5_stack.h"
+
+namespace orvanel::cli {
+
+enum class PlaneKind { kWavefront, kPsf, kMtf };
+
+// "psf,mtf": each once. Throws Error.
+std::vector<PlaneKind> PlaneKindsNamed(std::string_view list);
+
+// The planes of the eye measured last, compressed.
+std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, EyeMeter& meter);
+
+// "planes.h5" becomes "planes-000001.h5" and so on. A file is written under a temporary name and gets its own when it
+// is whole.
+class PlaneChunks {
+ public:
+  // Throws Error where the program is built without HDF5 or there is no such folder.
+  PlaneChunks(const std::string& file, std::vector<PlaneKind> kinds, std::size_t chunkRows);
+  ~PlaneChunks();
+
+  const NumberedFiles& files() const { return files_; }
+
+  // The next row, from 0; without planes where the row is at fault. Rows of a chunk come together and in order.
+  void Add(std::size_t row, const std::vector<std::string>& compressed, double pupil);
+
+  // Puts the file of the last row in place.
+  void Finish();
+
+ private:
+  NumberedFiles files_;
+  std::vector<PlaneKind> kinds_;
+  std::size_t chunkRows_, number_ = 0;
+  std::unique_ptr<Hdf5Stack> stack_;
+  std::vector<double> rows_, pupils_;
+};
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_BATCH_PLANE_CHUNKS_H

@@ -1,0 +1,61 @@
+// Writes without a buffer, and a step back where one fails.
+#include "cli/batch/results_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "cli/error.h"
+#include "cli/path_of.h"
+#include "cli/platform.h"
+
+namespace orvanel::cli {
+namespace fs = std::filesystem;
+
+ResultsFile::ResultsFile(std::string file) : file_(std::move(file)) {
+  const fs::path path = PathOf(file_);
+  std::error_code ignored;
+  if (fs::is_directory(path, ignored)) Refuse("is a folder; give the name of a file");
+  errno = 0;
+  stream_.reset(OpenForAppending(path));
+  if (!stream_) Refuse(std::string("cannot be written: ") + std::strerror(errno));
+  if (!fs::is_regular_file(path, ignored)) Refuse("is no file that can be gone on with; give the name of a plain file");
+  if (!LockOutOthers(stream_.get())) Refuse("is being written by another run; wait for it, or give another name");
+  std::setvbuf(stream_.get(), nullptr, _IONBF, 0);
+  std::error_code failure;
+  size_ = fs::file_size(path, failure);
+  if (failure) Refuse("cannot be read: " + failure.message());
+}
+
+void ResultsFile::Refuse(const std::string& reason) const { throw Error(file_ + ": " + reason); }
+
+void ResultsFile::Keep(std::uintmax_t bytes) {
+  if (bytes == size_) return;
+  std::error_code failure;
+  fs::resize_file(PathOf(file_), bytes, failure);
+  if (failure) Refuse("cannot be cut to its whole rows: " + failure.message());
+  size_ = bytes;
+}
+
+void ResultsFile::Append(const std::string& rows) {
+  errno = 0;
+  if (std::fwrite(rows.data(), 1, rows.size(), stream_.get()) == rows.size()) {
+    size_ += rows.size();
+    return;
+  }
+  const std::string reason = std::strerror(errno);
+  std::error_code ignored;
+  fs::resize_file(PathOf(file_), size_, ignored);
+  Refuse("cannot be written: " + reason + "; all rows in it are whole, and --resume goes on from there");
+}
+
+void ResultsFile::RemoveIfEmpty() {
+  if (size_ > 0 || !stream_) return;
+  stream_.reset();
+  std::error_code ignored;
+  fs::remove(PathOf(file_), ignored);
+}
+
+}  // namespace orvanel::cli

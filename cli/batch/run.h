@@ -1,0 +1,47 @@
+// A run of a batch: from a table of eyes to a table of results.
+#ifndef ORVANEL_CLI_BATCH_RUN_H
+#define ORVANEL_CLI_BATCH_RUN_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/batch/metrics.h"
+#include "cli/batch/picture_files.h"
+#include "cli/batch/plane_chunks.h"
+#include "cli/batch/run_record.h"
+#include "cli/conventions/statement.h"
+#include "cli/eyes/preparation.h"
+#include "cli/tables/eye_table.h"
+
+namespace orvanel::cli {
+
+struct BatchRequest {
+  std::string table, results;
+  TableKind kind = TableKind::kCsv;
+  Statement stated;
+  Preparation preparation;
+  MetricChoice choice;
+  std::size_t jobs = 1;
+  bool strict = false, resume = false, force = false;
+  std::string planes, pictures;  // a file and a folder; empty where none are wanted
+  std::vector<PlaneKind> planeKinds;
+  std::vector<PictureKind> pictureKinds;
+  RunRecord record;  // settings, shard and chunk
+};
+
+struct BatchResult {
+  std::size_t rows = 0;     // of the results
+  std::size_t earlier = 0;  // of them, by earlier runs
+  std::size_t errors = 0;   // of them, with an error
+};
+
+// Every row of the table that is the shard's becomes one row of the results, in the same order: the user's own columns,
+// the chosen ones, and the error, empty where there is none. Throws Error; what is in the results then are whole rows.
+BatchResult RunBatch(const BatchRequest& request);
+
+constexpr const char* kErrorColumn = "error";
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_BATCH_RUN_H

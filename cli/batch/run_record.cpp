@@ -1,0 +1,119 @@
+// Records as JSON.
+#include "cli/batch/run_record.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "cli/error.h"
+#include "cli/files.h"
+#include "cli/number_text.h"
+#include "cli/path_of.h"
+
+namespace orvanel::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+namespace fs = std::filesystem;
+
+constexpr const char* kSubject = "orvanel batch";
+
+std::string Said(const std::string& text) { return text.empty() ? "not given" : Quoted(text); }
+
+std::string Setting(const RunRecord& record, const std::string& name) {
+  for (const auto& [its, text] : record.settings) {
+    if (its == name) return text;
+  }
+  return "";
+}
+
+std::string DifferenceOfSettings(const RunRecord& before, const RunRecord& now, bool anyFiles) {
+  for (const RunRecord* const record : {&now, &before}) {
+    for (const auto& [name, text] : record->settings) {
+      if (anyFiles && (name == kPlanesOption || name == kPicturesOption)) continue;
+      const std::string was = Setting(before, name), is = Setting(now, name);
+      if (was != is) return name + " was " + Said(was) + " and is " + Said(is);
+    }
+  }
+  return "";
+}
+
+}  // namespace
+
+std::string RecordFileOf(const std::string& results) { return results + ".orvanel"; }
+
+void WriteRecord(const std::string& results, const RunRecord& record) {
+  Json settings = Json::object();
+  for (const auto& [name, text] : record.settings) settings[name] = text;
+  Json json = {{"record_of", kSubject},     {"version", record.version},      {"settings", settings},
+               {"columns", record.columns}, {"table_hash", record.tableHash}, {"shard", record.shard.number},
+               {"shards", record.shard.of}, {"chunk_rows", record.chunkRows}, {"complete", record.end.has_value()}};
+  if (record.end) {
+    json["table_rows"] = record.end->tableRows;
+    json["error_rows"] = record.end->errors;
+  }
+  NewFile file(RecordFileOf(results), true);
+  file.Write(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+  file.Commit();
+}
+
+std::optional<RunRecord> ReadRecord(const std::string& results) {
+  const std::string name = RecordFileOf(results);
+  std::error_code ignored;
+  if (!fs::exists(PathOf(name), ignored)) return std::nullopt;
+  std::ifstream stream = OpenToRead(name);
+  try {
+    const Json json = Json::parse(stream);
+    if (json.at("record_of") != kSubject) throw Error("");
+    RunRecord record;
+    record.version = json.at("version");
+    for (const auto& [key, value] : json.at("settings").items()) record.settings.emplace_back(key, value);
+    record.columns = json.at("columns").get<std::vector<std::string>>();
+    record.tableHash = json.at("table_hash");
+    record.shard.number = json.at("shard");
+    record.shard.of = json.at("shards");
+    record.chunkRows = json.at("chunk_rows");
+    const bool sensible = record.shard.number >= 1 && record.shard.number <= record.shard.of && record.chunkRows >= 1;
+    if (!sensible) throw Error("");
+    if (json.at("complete")) record.end = {json.at("table_rows"), json.at("error_rows")};
+    return record;
+  } catch (const std::exception&) {
+    throw Error(name + ": is no record of a batch; move it away, or let --force begin anew");
+  }
+}
+
+std::string Difference(const RunRecord& before, const RunRecord& now, bool anyShard) {
+  if (before.version != now.version) return "it was version " + before.version + " and is " + now.version;
+  if (before.tableHash != now.tableHash) return "the table of eyes is another, or was changed";
+  if (before.chunkRows != now.chunkRows) {
+    return "--chunk was " + std::to_string(before.chunkRows) + " and is " + std::to_string(now.chunkRows);
+  }
+  if (before.shard.of != now.shard.of || (!anyShard && before.shard != now.shard)) {
+    const auto text = [](Shard shard) { return std::to_string(shard.number) + "/" + std::to_string(shard.of); };
+    return "--shard was " + text(before.shard) + " and is " + text(now.shard);
+  }
+  std::string difference = DifferenceOfSettings(before, now, anyShard);
+  if (!difference.empty()) return difference;
+  return before.columns == now.columns ? "" : "the columns of the results are others";
+}
+
+std::string HashOfFile(const std::string& file) {
+  std::error_code ignored;
+  if (!fs::is_regular_file(PathOf(file), ignored)) return "";  // not even opened, which might wait for a writer
+  std::ifstream stream = OpenToRead(file);
+  std::uint64_t hash = 0xcbf29ce484222325U;
+  std::vector<char> block(1 << 16);
+  do {
+    stream.read(block.data(), static_cast<std::streamsize>(block.size()));
+    if (stream.bad()) throw Error(file + ": cannot be read to its end");
+    for (std::streamsize i = 0; i < stream.gcount(); ++i) {
+      hash = (hash ^ static_cast<unsigned char>(block[static_cast<std::size_t>(i)])) * 0x100000001b3U;
+    }
+  } while (stream);
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text;
+  for (int shift = 60; shift >= 0; shift -= 4) text += kDigits[hash >> shift & 0xfU];
+  return text;
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,54 @@
+// The record beside a table of results, "results.csv.orvanel": of which run its rows are.
+#ifndef ORVANEL_CLI_BATCH_RUN_RECORD_H
+#define ORVANEL_CLI_BATCH_RUN_RECORD_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/batch/shard.h"
+
+namespace orvanel::cli {
+
+// What decides on the bytes of the results, and how far they are.
+struct RunRecord {
+  std::string version;                                        // of the program
+  std::vector<std::pair<std::string, std::string>> settings;  // options as given, by name
+  std::vector<std::string> columns;                           // that are computed
+  std::string tableHash;                                      // of the bytes of the table of eyes; empty for a pipe
+  Shard shard;
+  std::size_t chunkRows = 0;
+  struct End {
+    std::size_t tableRows = 0;  // of the table of eyes
+    std::size_t errors = 0;     // among the rows of the results
+    friend bool operator==(const End&, const End&) = default;
+  };
+  std::optional<End> end;  // where the results are complete
+};
+
+// "results.csv.orvanel".
+std::string RecordFileOf(const std::string& results);
+
+// Comes to its place whole, or not at all. Throws Error.
+void WriteRecord(const std::string& results, const RunRecord& record);
+
+// Empty where there is none. Throws Error where there is something else in its place.
+std::optional<RunRecord> ReadRecord(const std::string& results);
+
+// What is different, in words for the user; empty where nothing is but the end and, if `anyShard`, the shard and the
+// places of files.
+std::string Difference(const RunRecord& before, const RunRecord& now, bool anyShard);
+
+// A hash of all bytes of a file, in hexadecimal digits; empty where it is a pipe, which cannot be read twice. FNV-1a,
+// 64 bits: against mistakes, not against malice.
+std::string HashOfFile(const std::string& file);
+
+// Options that name files beside the results; shards may have others.
+constexpr const char* kPlanesOption = "--planes";
+constexpr const char* kPicturesOption = "--pictures";
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_BATCH_RUN_RECORD_H

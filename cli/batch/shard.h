@@ -1,0 +1,31 @@
+// The part of a table that one run of several takes.
+#ifndef ORVANEL_CLI_BATCH_SHARD_H
+#define ORVANEL_CLI_BATCH_SHARD_H
+
+#include <cstddef>
+#include <string_view>
+
+namespace orvanel::cli {
+
+// Rows are taken together in chunks, and chunks are dealt to the shards like cards: the first to shard 1, the second to
+// shard 2, and so on. Which row belongs to which shard thus depends on no other row.
+struct Shard {
+  std::size_t number = 1, of = 1;
+  friend bool operator==(const Shard&, const Shard&) = default;
+};
+
+// "2/8". Throws Error.
+Shard ParseShard(std::string_view text);
+
+// A whole number in decimal digits, from `least` to `most`. Throws Error.
+std::size_t ParseCount(std::string_view text, std::size_t least, std::size_t most);
+
+// Whether a chunk, from 0, is the shard's.
+inline bool Owns(Shard shard, std::size_t chunk) { return chunk % shard.of == shard.number - 1; }
+
+// How many of the first `rows` rows are the shard's.
+std::size_t RowsOf(Shard shard, std::size_t chunkRows, std::size_t rows);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_BATCH_SHARD_H

@@ -1,0 +1,117 @@
+// Columns are read from the file, so that a run that was resumed or merged has the statistics of an unbroken one.
+#include "cli/batch/statistics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+#include "cli/error.h"
+#include "cli/files.h"
+#include "cli/number_text.h"
+#include "cli/tables/csv.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr std::size_t kMostBytes = 100U << 20U;  // of numbers held at a time
+
+bool IsAxis(const std::string& column) { return column.find("_axis_deg") != std::string::npos; }
+
+std::string Cell(const std::string& text) {
+  constexpr std::size_t kWidth = 11;
+  return std::string(text.size() < kWidth ? kWidth - text.size() : 1, ' ') + text;
+}
+
+std::size_t CountRows(const std::string& results) {
+  std::ifstream stream = OpenToRead(results);
+  CsvReader reader(stream, results);
+  Record row;
+  std::size_t rows = 0;
+  while (reader.Next(row)) ++rows;
+  return rows;
+}
+
+// The values of several columns in rows without error, which is the last field.
+std::vector<std::vector<double>> ReadColumns(const std::string& results, std::span<const std::string> columns,
+                                             std::size_t rows) {
+  std::ifstream stream = OpenToRead(results);
+  CsvReader reader(stream, results);
+  Record row;
+  if (!reader.Next(row)) throw Error(results + ": is empty");
+  std::vector<std::size_t> fields;
+  for (const std::string& column : columns) {
+    std::size_t field = 0;
+    while (field < row.size() && row[field] != column) ++field;
+    if (field == row.size()) throw Error(results + ": has no column " + column);
+    fields.push_back(field);
+  }
+  std::vector<std::vector<double>> values(columns.size());
+  for (auto& its : values) its.reserve(rows);
+  while (reader.Next(row)) {
+    if (!row[row.size() - 1].empty()) continue;
+    for (std::size_t i = 0; i < fields.size(); ++i) values[i].push_back(ParseNumber(row[fields[i]]));
+  }
+  return values;
+}
+
+}  // namespace
+
+Statistics StatisticsOf(std::vector<double>& values) {
+  Statistics statistics;
+  statistics.count = values.size();
+  const auto count = static_cast<double>(values.size());
+  if (values.empty()) return statistics;
+  // About the first value, so that what is the same everywhere has a deviation of 0.
+  double sum = 0.0, squares = 0.0;
+  for (const double value : values) sum += value - values[0];
+  statistics.mean = values[0] + sum / count;
+  for (const double value : values) squares += (value - statistics.mean) * (value - statistics.mean);
+  statistics.deviation = values.size() > 1 ? std::sqrt(squares / (count - 1.0)) : 0.0;
+  std::sort(values.begin(), values.end());
+  for (const double percentile : kPercentiles) {
+    const double position = percentile / 100.0 * (count - 1.0);
+    const auto below = static_cast<std::size_t>(position);
+    const double share = position - static_cast<double>(below);
+    const double above = values[std::min(below + 1, values.size() - 1)];
+    statistics.percentiles.push_back(values[below] + share * (above - values[below]));
+  }
+  return statistics;
+}
+
+std::string StatisticsText(const std::string& results, const std::vector<std::string>& columns) {
+  constexpr int kDigits = 5;
+  std::vector<std::string> chosen;
+  std::size_t width = 0;
+  for (const std::string& column : columns) {
+    if (IsAxis(column)) continue;
+    chosen.push_back(column);
+    width = std::max(width, column.size());
+  }
+  const auto label = [width](const std::string& text) { return text + std::string(width - text.size(), ' '); };
+  std::string text = label(std::string("metric").substr(0, width)) + Cell("eyes") + Cell("mean") + Cell("SD");
+  for (const double percentile : kPercentiles) {
+    text += Cell(percentile == 0 ? "smallest" : percentile == 100 ? "largest" : Text(percentile, 3) + " %");
+  }
+  text += '\n';
+  const std::size_t rows = CountRows(results);
+  const std::size_t together = std::max<std::size_t>(1, kMostBytes / (sizeof(double) * std::max<std::size_t>(1, rows)));
+  for (std::size_t first = 0; first < chosen.size(); first += together) {
+    const std::span part =
+        std::span<const std::string>(chosen).subspan(first, std::min(together, chosen.size() - first));
+    std::vector<std::vector<double>> values = ReadColumns(results, part, rows);
+    for (std::size_t i = 0; i < part.size(); ++i) {
+      const Statistics statistics = StatisticsOf(values[i]);
+      text += label(part[i]) + Cell(std::to_string(statistics.count));
+      if (statistics.count == 0) {
+        text += '\n';
+        continue;
+      }
+      text += Cell(Text(statistics.mean, kDigits)) + Cell(Text(statistics.deviation, kDigits));
+      for (const double value : statistics.percentiles) text += Cell(Text(value, kDigits));
+      text += '\n';
+    }
+  }
+  return text;
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,40 @@
+// The engine's searches for the best focus, and what each has judged by before and after.
+#ifndef ORVANEL_CLI_BEST_FOCUS_H
+#define ORVANEL_CLI_BEST_FOCUS_H
+
+#include "cli/conventions/convention.h"
+#include "cli/units.h"
+
+namespace orvanel::cli {
+
+enum class FocusMethod {
+  kOptimise,   // the highest Strehl ratio within bounds, by OptimiseFocus
+  kWalkToPsf,  // steps towards a higher Strehl ratio, by searchBestFocusByPsf
+  kWalkToFit,  // steps towards a smaller deviation from a circle, by searchBestFocusByFit
+};
+
+struct FocusRequest {
+  FocusMethod method = FocusMethod::kOptimise;
+  Millimetres step{1e-5};           // of the walks, on the library's defocus coefficient
+  bool astigmatism = false;         // OptimiseFocus varies the two terms of astigmatism too
+  bool withoutAstigmatism = false;  // the walks judge the eye without its astigmatism
+};
+
+// How good an eye is by each measure.
+struct FocusQuality {
+  double strehl;
+  Micrometres deviation;  // from the circle fitted to the wavefront
+};
+
+struct BestFocus {
+  LibraryCoefficients coefficients;
+  FocusQuality before, after;
+  int trials = 0;         // of OptimiseFocus
+  bool converged = true;  // of OptimiseFocus
+};
+
+BestFocus FindBestFocus(const LibraryCoefficients& coefficients, Millimetres pupil, const FocusRequest& request);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_BEST_FOCUS_H

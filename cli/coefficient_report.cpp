@@ -1,0 +1,90 @@
+// Columns of the table and lines below it.
+#include "cli/coefficient_report.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "cli/conventions/column_name.h"
+#include "cli/eyes/preparation.h"
+#include "cli/number_text.h"
+#include "cli/report.h"
+#include "cli/rms.h"
+
+namespace orvanel::cli {
+namespace {
+
+std::string Padded(const std::string& text, std::size_t width) {
+  return text + std::string(width > text.size() ? width - text.size() : 0, ' ');
+}
+
+std::string RightAligned(const std::string& text, std::size_t width) {
+  return std::string(width > text.size() ? width - text.size() : 0, ' ') + text;
+}
+
+// Terms in the order of their numbers.
+std::vector<std::size_t> InOrder(const Eye& eye) {
+  std::vector<std::size_t> terms;
+  for (std::size_t j = 0; j < eye.coefficients.size(); ++j) {
+    if (eye.convention.order != Order::kFringe || FringeIndex(Term(j))) terms.push_back(j);
+  }
+  const auto number = [&eye](std::size_t j) {
+    if (eye.convention.order == Order::kNoll) return NollIndex(Term(j));
+    return eye.convention.order == Order::kFringe ? *FringeIndex(Term(j)) : j;
+  };
+  std::sort(terms.begin(), terms.end(), [&](std::size_t a, std::size_t b) { return number(a) < number(b); });
+  return terms;
+}
+
+std::string TermLine(const std::string& name, const std::string& n, const std::string& m, const std::string& value,
+                     const std::string& words) {
+  return "  " + Padded(name, 10) + RightAligned(n, 3) + RightAligned(m, 5) + "  " + Padded(value, 24) + words + "\n";
+}
+
+std::string TermLines(const Eye& eye) {
+  std::string lines = TermLine("term", "n", "m", UnitText(eye.convention), "name");
+  for (const std::size_t j : InOrder(eye)) {
+    const ZernikeTerm term = Term(j);
+    lines += TermLine(NameIn(eye.convention.order, term), std::to_string(term.n), std::to_string(term.m),
+                      ShortestText(eye.coefficients[j]), Name(term));
+  }
+  return lines;
+}
+
+std::string RmsLines(const Coefficients& osa) {
+  const int highest = osa.empty() ? 0 : Term(osa.size() - 1).n;
+  const auto rms = [&osa](int first, int last) { return Text(Rms(osa, first, last).value(), 4) + " um"; };
+  std::string lines, label = "RMS";
+  for (int n = 1; n <= highest; ++n) {
+    lines += ReportLine(std::exchange(label, ""), "order " + Padded(std::to_string(n), 4) + rms(n, n) +
+                                                      (n == 1 ? ", tilts, which only move the image" : ""));
+  }
+  lines += ReportLine(label, "total     " + rms(kLowestOrderThatBlurs, kLargestOrder) + ", orders 2 and above");
+  return lines + ReportLine("", "higher    " + rms(kLowestHigherOrder, kLargestOrder) + ", orders 3 and above");
+}
+
+}  // namespace
+
+std::string EyeLines(const Eye& measured, const std::vector<std::string>& changes) {
+  std::string lines =
+      ReportLine("Eye", (measured.name.empty() ? measured.file : measured.name) + ", side " + SideText(measured.side));
+  lines += ReportLine("Measured", "over " + Text(measured.pupil.value(), 6) + " mm, in " + Text(measured.convention));
+  std::string label = "Changes";
+  for (const std::string& change : changes) lines += ReportLine(std::exchange(label, ""), change);
+  return lines;
+}
+
+std::string RefractionLines(const Eye& eye, CylinderSign sign) {
+  const Coefficients osa = OsaCoefficients(eye);
+  const auto text = [sign](const PowerVector& powers) { return Text(ToRefraction(powers, sign)); };
+  return ReportLine("Refraction", text(LeastSquaresRefraction(osa, eye.pupil)) + " (least squares)") +
+         ReportLine("", text(ParaxialRefraction(osa, eye.pupil)) + " (paraxial)");
+}
+
+std::string CoefficientReport(const Eye& eye, CylinderSign sign) {
+  if (eye.convention.order != Order::kNamed) ToList(eye.convention.order, eye.coefficients);  // all have a number
+  return ReportLine("Coefficients", "over " + Text(eye.pupil.value(), 6) + " mm, side " + SideText(eye.side) + ", in " +
+                                        Text(eye.convention)) +
+         TermLines(eye) + RmsLines(OsaCoefficients(eye)) + RefractionLines(eye, sign);
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,193 @@
+// Options of a batch, and its report.
+#include "cli/commands/batch.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <thread>
+
+#include "cli/batch/run.h"
+#include "cli/batch/statistics.h"
+#include "cli/commands/options.h"
+#include "cli/error.h"
+#include "cli/eyes/any_eye.h"
+#include "cli/number_text.h"
+#include "cli/report.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  orvanel batch eyes.csv -o results.csv\n"
+    "  orvanel batch eyes.csv -o strehl.csv --metrics strehl,rms --pupil 4 --summary\n"
+    "  orvanel batch eyes.csv -o at_15_cpd.csv --mtf-at 15 --acuity 0.5,1\n"
+    "  orvanel batch eyes.csv -o with_planes.csv --planes planes.h5 --pictures pictures\n"
+    "  orvanel batch eyes.csv -o shard_1.csv --shard 1/2";
+
+constexpr const char* kNotes =
+    "TABLE has an eye a row (.csv, .ndjson), with columns Z4, Z(2,0) or c[2,-2], and others that say how they are "
+    "meant;\n"
+    "all further columns are carried through. Each row becomes one row of results, in the same order. A row that is "
+    "at\n"
+    "fault has its line and the reason in the last column, 'error'; the exit status then is 3.\n"
+    "\n"
+    "A run that was stopped, in whatever way, goes on with --resume to the same bytes. What it was is remembered in\n"
+    "RESULTS.orvanel. Shards take turns in chunks of rows; 'orvanel merge' joins them.\n";
+
+constexpr std::size_t kMostJobs = 1024;
+
+struct Command {
+  BatchRequest request;
+  std::string metrics, frequencies, acuities, planesOf = "psf,mtf", picturesOf = "psf,star";
+  bool summary = false;
+};
+
+std::size_t UsualJobs() { return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostJobs); }
+
+std::string MetricNotes() {
+  std::string notes = "Metrics, of which those with a star are computed without --metrics:\n";
+  for (const Metric& metric : Metrics()) {
+    const std::string word = metric.word;
+    notes += (metric.usual ? "* " : "  ") + word + std::string(17 - word.size(), ' ') + metric.description + "\n";
+  }
+  return notes;
+}
+
+std::vector<double> PositiveNumbers(const std::string& list) {
+  std::vector<double> numbers;
+  for (std::size_t start = 0; start <= list.size();) {
+    const std::size_t comma = std::min(list.find(',', start), list.size());
+    const std::string part = list.substr(start, comma - start);
+    const double number = ParseNumber(part);
+    if (number <= 0.0) throw Error(Quoted(part) + " is not above 0");
+    if (std::find(numbers.begin(), numbers.end(), number) == numbers.end()) numbers.push_back(number);
+    start = comma + 1;
+  }
+  return numbers;
+}
+
+// Options that do not decide on the bytes of the results.
+bool IsOfNoImportance(const std::string& name) {
+  constexpr const char* kNames[] = {"--help",   "TABLE",   "--output",  "--jobs",  "--strict",
+                                    "--resume", "--force", "--summary", "--shard", "--chunk"};
+  return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
+}
+
+std::vector<std::pair<std::string, std::string>> SettingsOf(const CLI::App& app) {
+  std::vector<std::pair<std::string, std::string>> settings;
+  for (const CLI::Option* const option : app.get_options()) {
+    const std::string name = option->get_single_name().starts_with("-") || option->get_positional()
+                                 ? option->get_single_name()
+                                 : "--" + option->get_single_name();
+    if (option->count() == 0 || IsOfNoImportance(name)) continue;
+    std::string text;
+    for (const std::string& part : option->results()) text += (text.empty() ? "" : " ") + part;
+    settings.emplace_back(name, text);
+  }
+  return settings;
+}
+
+void RunCommand(const Command& command) {
+  const BatchRequest& request = command.request;
+  const BatchResult result = RunBatch(request);
+  std::string report = ReportLine(
+      "Written", request.results + ", " + std::to_string(result.rows) + " rows" +
+                     (result.earlier > 0 ? ", " + std::to_string(result.earlier) + " of them by an earlier run" : ""));
+  if (command.summary) report += "\n" + StatisticsText(request.results, Columns(request.choice));
+  PrintOutput(report, request.results + " is written");
+  if (result.errors > 0) {
+    throw FaultyRows(request.table + ": " + std::to_string(result.errors) + " of " + std::to_string(result.rows) +
+                     " rows are at fault; the column '" + kErrorColumn + "' of " + request.results + " says why");
+  }
+}
+
+void AddOutputOptions(CLI::App& batch, Command& command) {
+  constexpr const char* kGroup = "What is computed";
+  BatchRequest& request = command.request;
+  AddParsedOption(batch, "--metrics", "LIST", "The metrics below that are wanted, with commas",
+                  [&request](const std::string& text) { request.choice.metrics = MetricsNamed(text); })
+      ->group(kGroup);
+  AddParsedOption(batch, "--mtf-at", "LIST", "The MTF at these frequencies too, in cycles/degree on the library scale",
+                  [&request](const std::string& text) {
+                    request.choice.mtfAt.clear();
+                    for (const double number : PositiveNumbers(text)) request.choice.mtfAt.emplace_back(number);
+                  })
+      ->group(kGroup);
+  AddParsedOption(batch, "--acuity", "LIST",
+                  "The effective acuity too of rings that are drawn for these acuities, on the library scale",
+                  [&request](const std::string& text) { request.choice.acuities = PositiveNumbers(text); })
+      ->group(kGroup);
+  batch.add_flag("--summary", command.summary, "Print mean, standard deviation and percentiles of each column")
+      ->group(kGroup);
+  batch
+      .add_option(kPlanesOption, request.planes,
+                  "Planes of all eyes as HDF5, a file FILE-000001 for each chunk of rows")
+      ->type_name("FILE")
+      ->group(kGroup);
+  AddParsedOption(batch, "--planes-of", "LIST", "Which planes: wavefront, psf, mtf [psf,mtf]",
+                  [&request](const std::string& text) { request.planeKinds = PlaneKindsNamed(text); })
+      ->group(kGroup);
+  batch.add_option(kPicturesOption, request.pictures, "Grey PNG pictures of each eye, in this folder")
+      ->type_name("FOLDER")
+      ->group(kGroup);
+  AddParsedOption(batch, "--pictures-of", "LIST", "Which pictures: psf, mtf, star as seen [psf,star]",
+                  [&request](const std::string& text) { request.pictureKinds = PictureKindsNamed(text); })
+      ->group(kGroup);
+}
+
+void AddRunOptions(CLI::App& batch, Command& command) {
+  constexpr const char* kGroup = "How it runs";
+  BatchRequest& request = command.request;
+  AddParsedOption(batch, "-j,--jobs", "N", "Threads, with an engine each [as many as there are cores]",
+                  [&request](const std::string& text) { request.jobs = ParseCount(text, 1, kMostJobs); })
+      ->group(kGroup);
+  batch.add_flag("--strict", request.strict, "Stop at the first row that is at fault")->group(kGroup);
+  const auto* const force =
+      batch.add_flag("--force", request.force, "Begin anew where results are there already")->group(kGroup);
+  batch.add_flag("--resume", request.resume, "Go on with results that are there already; begin where there are none")
+      ->excludes(const_cast<CLI::Option*>(force))
+      ->group(kGroup);
+  AddParsedOption(batch, "--shard", "K/N", "Only the K-th of N parts of the table",
+                  [&request](const std::string& text) { request.record.shard = ParseShard(text); })
+      ->group(kGroup);
+  AddParsedOption(batch, "--chunk", "N", "Rows of a chunk, which shards take in turn and files of planes hold [64]",
+                  [&request](const std::string& text) { request.record.chunkRows = ParseCount(text, 1, 1000000); })
+      ->group(kGroup);
+}
+
+void Complete(Command& command, const CLI::App& batch) {
+  BatchRequest& request = command.request;
+  const FileKind kind = KindOf(request.table);
+  if (kind == FileKind::kEyeFile) {
+    throw CLI::ValidationError("TABLE", "is no table; its name ends in .csv, .tsv, .txt, .ndjson or .jsonl");
+  }
+  request.kind = kind == FileKind::kCsv ? TableKind::kCsv : TableKind::kNdjson;
+  if (KindOf(request.results) != FileKind::kCsv) throw CLI::ValidationError("--output", "results are written as .csv");
+  if (request.choice.metrics.empty()) request.choice.metrics = UsualMetrics();
+  if (request.planeKinds.empty()) request.planeKinds = PlaneKindsNamed("psf,mtf");
+  if (request.pictureKinds.empty()) request.pictureKinds = PictureKindsNamed("psf,star");
+  request.record.version = ORVANEL_VERSION;
+  request.record.settings = SettingsOf(batch);
+}
+
+}  // namespace
+
+Run DefineBatch(CLI::App& app) {
+  const auto command = std::make_shared<Command>();
+  BatchRequest& request = command->request;
+  request.jobs = UsualJobs();
+  constexpr std::size_t kUsualChunk = 64;
+  request.record.chunkRows = kUsualChunk;
+  CLI::App& batch = *app.add_subcommand("batch", "Compute the numbers of every eye of a table.");
+  batch.add_option("TABLE", request.table, "The table of eyes")->required()->type_name("FILE");
+  batch.add_option("-o,--output", request.results, "The table of results, .csv")->required()->type_name("FILE");
+  AddOutputOptions(batch, *command);
+  AddRunOptions(batch, *command);
+  AddStatementOptions(batch, request.stated);
+  AddPreparationOptions(batch, request.preparation);
+  batch.footer(std::string(kNotes) + "\n" + MetricNotes() + "\n" + kExamples);
+  batch.final_callback([command, &batch] { Complete(*command, batch); });
+  return [command] { RunCommand(*command); };
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,13 @@
+// "orvanel batch": every eye of a table to a row of results.
+#ifndef ORVANEL_CLI_COMMANDS_BATCH_H
+#define ORVANEL_CLI_COMMANDS_BATCH_H
+
+#include "cli/commands/command_line.h"
+
+namespace orvanel::cli {
+
+Run DefineBatch(CLI::App& app);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_COMMANDS_BATCH_H

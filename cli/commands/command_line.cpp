@@ -1,0 +1,76 @@
+// The program's subcommands, and what happens before one runs.
+#include "cli/commands/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+
+#include "cli/commands/batch.h"
+#include "cli/commands/convert.h"
+#include "cli/commands/focus.h"
+#include "cli/commands/merge.h"
+#include "cli/commands/population.h"
+#include "cli/commands/simulate.h"
+#include "cli/number_text.h"
+#include "cli/terminal.h"
+#include "cli/version.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr const char* kDescription = "Shows what an eye with a measured aberration sees.";
+
+constexpr const char* kNotes =
+    "'orvanel SUBCOMMAND --help' tells more, with examples; so do the manual pages, as 'man orvanel-simulate'.\n"
+    "\n"
+    "Examples:\n"
+    "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"
+    "  orvanel convert assets/eyes/standard_observer_6mm.json\n"
+    "  orvanel focus assets/eyes/standard_observer_6mm.json\n"
+    "  orvanel batch eyes.csv -o results.csv";
+
+}  // namespace
+
+Program DefineProgram() {
+  Program program;
+  program.app = std::make_unique<CLI::App>(kDescription, "orvanel");
+  CLI::App& app = *program.app;
+  app.set_version_flag("--version", VersionText, "Print the version and exit");
+  app.allow_windows_style_options(false);  // a file's place may begin with a slash everywhere
+  app.require_subcommand(1);
+  app.footer(kNotes);
+  for (Run (*const define)(CLI::App&) :
+       {DefineSimulate, DefineConvert, DefineFocus, DefineBatch, DefineMerge, DefinePopulation}) {
+    Run run = define(app);
+    program.subcommands.emplace_back(app.get_subcommands({}).back(), std::move(run));
+  }
+  return program;
+}
+
+std::optional<Run> ReadCommandLine(std::vector<std::string> arguments, ExitStatus& status) {
+  const Program program = DefineProgram();
+  CLI::App& app = *program.app;
+  try {
+    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
+    app.parse(std::move(arguments));
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) {  // help or version
+      app.exit(error);
+      status = std::cout.flush() ? kDone : kFailed;
+    } else {
+      const auto chosen = app.get_subcommands();
+      const std::vector<std::string> unknown = app.remaining();
+      PrintError(chosen.empty() && !unknown.empty() ? Quoted(unknown.front()) + " is no subcommand" : error.what());
+      std::cerr << "Run 'orvanel " << (chosen.empty() ? "" : chosen.front()->get_name() + " ")
+                << "--help' to see how it is used.\n";
+      status = kUsage;
+    }
+    return std::nullopt;
+  }
+  for (const auto& [subcommand, run] : program.subcommands) {
+    if (subcommand->parsed()) return run;
+  }
+  return std::nullopt;
+}
+
+}  // namespace orvanel::cli

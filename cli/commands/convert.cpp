@@ -1,0 +1,210 @@
+// One eye to a report or file, a table to a table.
+#include "cli/commands/convert.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <utility>
+
+#include "cli/coefficient_report.h"
+#include "cli/commands/options.h"
+#include "cli/error.h"
+#include "cli/eyes/any_eye.h"
+#include "cli/eyes/eye_file.h"
+#include "cli/files.h"
+#include "cli/interruption.h"
+#include "cli/number_text.h"
+#include "cli/report.h"
+#include "cli/tables/eye_table.h"
+#include "cli/tables/eye_writer.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  orvanel convert assets/eyes/standard_observer_6mm.json\n"
+    "  orvanel convert my_eye.json --to-unit waves --to-wavelength 550 --to-order noll -o my_eye_noll.json\n"
+    "  orvanel convert my_eye.json --to library --pupil 4 -o my_eye_4mm.json\n"
+    "  orvanel convert eyes.csv --to osa --mirror OD -o right_eyes.csv\n"
+    "  orvanel convert eyes_bare.csv --unit um --normalisation orthonormal --order osa --y-axis up --eye OD \\\n"
+    "    --measured-pupil 6 --to-order named";
+
+constexpr const char* kNotes =
+    "What is not asked for stays as it is. Of a single eye the coefficients are reported with their names, root mean\n"
+    "squares and refraction, and written where -o names a file; of a table each row is converted, to standard output\n"
+    "where there is no -o. A term that is not 0 and that the wanted order cannot hold is refused: the 37 terms of "
+    "fringe\n"
+    "lack (6,-6), (6,6) and most of the orders above.\n";
+
+struct Command {
+  InputOptions input;
+  Preparation preparation;
+  Statement wanted;
+  std::string output;
+  bool force = false, plusCylinder = false;
+};
+
+// The convention of an eye, with all that is asked for.
+Convention Target(Convention convention, const Statement& wanted) {
+  if (wanted.unit) {
+    if (*wanted.unit != Unit::kWaves) convention.wavelength = Nanometres();
+    if (*wanted.unit == Unit::kWaves && convention.unit != Unit::kWaves && !wanted.wavelength) {
+      throw Error("the unit waves needs a wavelength; say --to-wavelength, in nm");
+    }
+    convention.unit = *wanted.unit;
+  }
+  if (wanted.wavelength) {
+    if (convention.unit != Unit::kWaves) throw Error("--to-wavelength belongs to --to-unit waves alone");
+    convention.wavelength = *wanted.wavelength;
+  }
+  if (wanted.normalisation) convention.normalisation = *wanted.normalisation;
+  if (wanted.order) convention.order = *wanted.order;
+  if (wanted.yAxis) convention.yAxis = *wanted.yAxis;
+  return convention;
+}
+
+Eye ConvertedEye(Eye measured, const Command& command) {
+  Eye eye = Prepared(std::move(measured), command.preparation);
+  const Convention target = Target(eye.convention, command.wanted);
+  eye.coefficients = Converted(std::move(eye.coefficients), eye.convention, target);
+  eye.convention = target;
+  return eye;
+}
+
+std::vector<std::size_t> TermsThatMayChange(std::vector<std::size_t> terms, const Preparation& preparation) {
+  if (preparation.refraction) terms.insert(terms.end(), {OsaIndex({2, -2}), OsaIndex({2, 0}), OsaIndex({2, 2})});
+  // Sorted, and each once; without another pupil nothing is added but what sorting needs.
+  if (preparation.pupil) return WithLowerOrders(terms);
+  std::sort(terms.begin(), terms.end());
+  terms.erase(std::unique(terms.begin(), terms.end()), terms.end());
+  return terms;
+}
+
+std::string FileText(const Eye& eye, const std::string& file) {
+  if (KindOf(file) == FileKind::kEyeFile) return EyeFileText(eye);
+  std::vector<std::size_t> terms(eye.coefficients.size());
+  for (std::size_t j = 0; j < terms.size(); ++j) terms[j] = j;
+  const EyeWriter writer({"name"}, eye.convention.order, terms);
+  return writer.Header() + writer.Row(eye, {eye.name});
+}
+
+void ConvertEye(const Command& command) {
+  const Eye measured = ReadEye(command.input);
+  std::string report, text;
+  try {
+    const Eye eye = ConvertedEye(measured, command);
+    report = EyeLines(measured, Changes(measured, command.preparation)) +
+             CoefficientReport(eye, command.plusCylinder ? CylinderSign::kPlus : CylinderSign::kMinus);
+    if (!command.output.empty()) text = FileText(eye, command.output);
+  } catch (const Error& error) {
+    throw Error(command.input.file + ": " + error.what());
+  }
+  if (!command.output.empty()) {
+    NewFile file(command.output, command.force);
+    file.Write(text);
+    file.Commit();
+    report += ReportLine("Written", command.output);
+  }
+  PrintOutput(report, command.output.empty() ? "" : command.output + " is written");
+}
+
+void ConvertTable(const Command& command) {
+  std::ifstream stream = OpenToRead(command.input.file);
+  const TableKind kind = KindOf(command.input.file) == FileKind::kCsv ? TableKind::kCsv : TableKind::kNdjson;
+  EyeTable table(stream, command.input.file, kind, command.input.stated);
+  const std::optional<Order> order = command.wanted.order ? command.wanted.order : table.CommonOrder();
+  if (!order) {
+    TableEye first;
+    table.Next(first);  // says what is missing, should the order be
+    throw Error(command.input.file + ": the order may differ from row to row; say --to-order");
+  }
+  const EyeWriter writer(table.identifierNames(), *order, TermsThatMayChange(table.Terms(), command.preparation));
+  std::optional<NewFile> file;
+  if (!command.output.empty()) file.emplace(command.output, command.force);
+  std::string pending;
+  const auto flush = [&] {
+    if (file) {
+      file->Write(pending);
+    } else {
+      PrintOutput(pending, "");
+    }
+    pending.clear();
+  };
+  const auto write = [&](const std::string& text) {
+    constexpr std::size_t kBlock = 1 << 16;
+    pending += text;
+    if (pending.size() >= kBlock) flush();
+  };
+  write(writer.Header());
+  std::size_t count = 0;
+  for (TableEye row; table.Next(row); ++count) {
+    StopIfInterrupted();
+    std::string line;
+    try {
+      line = writer.Row(ConvertedEye(std::move(row.eye), command), row.identifiers);
+    } catch (const Error& error) {
+      throw ErrorAt(command.input.file, {row.line, 1}, error.what());
+    }
+    write(line);
+  }
+  flush();
+  stream.close();  // Windows puts no file in the place of one that is open
+  if (!file) return;
+  file->Commit();
+  PrintOutput(ReportLine("Written", command.output + ", " + std::to_string(count) + " eyes"),
+              command.output + " is written");
+}
+
+void AddTargetOptions(CLI::App& app, Statement& wanted) {
+  constexpr const char* kGroup = "The convention wanted";
+  const auto add = [&](const char* option, const char* key, const char* type, const std::string& description) {
+    AddParsedOption(app, option, type, description, [key, &wanted](const std::string& text) {
+      State(wanted, key, text);
+    })->group(kGroup);
+  };
+  AddParsedOption(app, "--to", "NAME", "Short form: osa, library", [&wanted](const std::string& text) {
+    const auto convention = ConventionNamed(text);
+    if (!convention) throw Error(Quoted(text) + " is no short form; it is osa or library");
+    wanted = Combined(StatementOf(*convention), "--to " + text, wanted, "the command line");
+  })->group(kGroup);
+  add("--to-unit", kUnitKey, "WORD", "Unit: " + WordsOf<Unit>());
+  add("--to-wavelength", kWavelengthKey, "NM", "Wavelength of the unit waves");
+  add("--to-normalisation", kNormalisationKey, "WORD", "Normalisation: " + WordsOf<Normalisation>());
+  add("--to-order", kOrderKey, "WORD", "Order: " + WordsOf<Order>());
+  add("--to-y-axis", kYAxisKey, "WORD", "Where y grows: " + WordsOf<YAxis>());
+}
+
+}  // namespace
+
+Run DefineConvert(CLI::App& app) {
+  const auto command = std::make_shared<Command>();
+  CLI::App& convert = *app.add_subcommand("convert", "Show or write coefficients in another convention.");
+  AddInputOptions(convert, command->input);
+  convert.add_option("-o,--output", command->output, "The file to write: .json, or .csv for a table")
+      ->type_name("FILE");
+  convert.add_flag("--force", command->force, "Replace the file where it is there already");
+  convert.add_flag("--plus-cylinder", command->plusCylinder, "Report refraction with a positive cylinder");
+  AddTargetOptions(convert, command->wanted);
+  AddPreparationOptions(convert, command->preparation);
+  convert.footer(std::string(kEyeNotes) + "\n" + kNotes + "\n" + kExamples);
+  convert.final_callback([command] {
+    const bool table = KindOf(command->input.file) != FileKind::kEyeFile && !command->input.row;
+    const bool toTable = KindOf(command->output) == FileKind::kCsv;
+    if (KindOf(command->output) == FileKind::kNdjson) {
+      throw CLI::ValidationError("--output", "tables are written as .csv");
+    }
+    if (table && !command->output.empty() && !toTable) {
+      throw CLI::ValidationError("--output", "a table is written as .csv; choose one eye of it with --row");
+    }
+  });
+  return [command] {
+    const bool table = KindOf(command->input.file) != FileKind::kEyeFile && !command->input.row;
+    if (table) {
+      ConvertTable(*command);
+    } else {
+      ConvertEye(*command);
+    }
+  };
+}
+
+}  // namespace orvanel::cli

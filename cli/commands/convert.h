@@ -1,0 +1,13 @@
+// "orvanel convert": coefficients in another convention, for another pupil or refraction.
+#ifndef ORVANEL_CLI_COMMANDS_CONVERT_H
+#define ORVANEL_CLI_COMMANDS_CONVERT_H
+
+#include "cli/commands/command_line.h"
+
+namespace orvanel::cli {
+
+Run DefineConvert(CLI::App& app);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_COMMANDS_CONVERT_H

@@ -1,0 +1,194 @@
+// One search, reported with what was made best, before and after.
+#include "cli/commands/focus.h"
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <utility>
+
+#include "cli/best_focus.h"
+#include "cli/coefficient_report.h"
+#include "cli/commands/options.h"
+#include "cli/error.h"
+#include "cli/eyes/any_eye.h"
+#include "cli/eyes/eye_file.h"
+#include "cli/files.h"
+#include "cli/interruption.h"
+#include "cli/number_text.h"
+#include "cli/report.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  orvanel focus assets/eyes/standard_observer_6mm.json\n"
+    "  orvanel focus my_eye.json --astigmatism -o my_eye_in_focus.json\n"
+    "  orvanel focus my_eye.json --method psf --step 0.02 --pupil 4\n"
+    "  orvanel focus my_eye.json --method fit --step 5";
+
+constexpr const char* kNotes =
+    "Methods:\n"
+    "  optimise  the highest Strehl ratio within two waves and more of where the eye stands; with --astigmatism the "
+    "two\n"
+    "            terms of astigmatism are varied too\n"
+    "  psf       steps of defocus as long as the Strehl ratio grows; ends on the first hill\n"
+    "  fit       steps of defocus as long as the wavefront comes nearer to a circle whose radius at the edge is the "
+    "pupil\n"
+    "            value; for most eyes that goes on far beyond focus, so that small steps take very long\n"
+    "The change is told in dioptres of mean sphere: the refraction that the eye at its best has less.\n";
+
+struct Command {
+  InputOptions input;
+  Preparation preparation;
+  FocusRequest request;
+  Micrometres step{0.01};  // of the orthonormal polynomial
+  std::string output;
+  bool force = false, stepGiven = false;
+};
+
+constexpr std::size_t kDefocus = 4;
+
+std::string SearchText(const Command& command, const BestFocus& best) {
+  const std::string step = "steps of " + ShortestText(command.step.value()) + " um (orthonormal)";
+  switch (command.request.method) {
+    case FocusMethod::kOptimise:
+      return "OptimiseFocus, which makes the Strehl ratio large; " + std::to_string(best.trials) +
+             " wavefronts tried, " + (best.converged ? "converged" : "not converged");
+    case FocusMethod::kWalkToPsf:
+      return "searchBestFocusByPsf, which makes the Strehl ratio large, in " + step;
+    case FocusMethod::kWalkToFit:
+      return "searchBestFocusByFit, which makes the deviation from a circle small, in " + step;
+  }
+  return {};
+}
+
+std::string BeforeAfter(const std::string& before, const std::string& after, const std::string& unit) {
+  return before + unit + " before, " + after + unit + " after";
+}
+
+// A second-order term in both units.
+std::string TermLine(const Eye& before, const Eye& after, std::size_t j) {
+  const auto text = [j](const Eye& eye, const Convention& convention) {
+    return Text(Converted(eye.coefficients, eye.convention, convention).at(j), 5);
+  };
+  std::string name = Name(Term(j));
+  if (j == kDefocus) name = "Defocus";
+  return ReportLine(j == kDefocus ? "Defocus" : "Astigmatism",
+                    BeforeAfter(text(before, kLibraryConvention), text(after, kLibraryConvention), " mm") +
+                        " (library, not normalised)") +
+         ReportLine("", BeforeAfter(text(before, kOsaConvention), text(after, kOsaConvention), " um") +
+                            " (orthonormal, y up)" + (j == kDefocus ? "" : ", " + name));
+}
+
+std::string Report(const Command& command, const Eye& measured, const Eye& before, const Eye& after,
+                   const BestFocus& best) {
+  const auto refraction = [](const Eye& eye) { return LeastSquaresRefraction(OsaCoefficients(eye), eye.pupil); };
+  std::string text = EyeLines(measured, Changes(measured, command.preparation));
+  text += ReportLine("Pupil", Text(before.pupil.value(), 6) + " mm");
+  text += ReportLine("Search", SearchText(command, best));
+  if (command.request.withoutAstigmatism) text += ReportLine("", "judged without the terms of astigmatism");
+  const bool fit = command.request.method == FocusMethod::kWalkToFit;
+  const std::string made = fit ? "  <- made small" : "  <- made large";
+  text += ReportLine("Strehl ratio",
+                     BeforeAfter(Text(best.before.strehl, 4), Text(best.after.strehl, 4), "") + (fit ? "" : made));
+  if (fit) {
+    text += ReportLine(
+        "Deviation", BeforeAfter(Text(best.before.deviation.value(), 6), Text(best.after.deviation.value(), 6), " um") +
+                         " from a circle" + made);
+  }
+  text += TermLine(before, after, kDefocus);
+  if (command.request.astigmatism) text += TermLine(before, after, 3) + TermLine(before, after, 5);
+  const auto lens = [](const PowerVector& powers) { return Text(ToRefraction(powers, CylinderSign::kMinus)); };
+  text += ReportLine("Refraction", lens(refraction(before)) + " before");
+  text += ReportLine("", lens(refraction(after)) + " after (least squares)");
+  const double change = (refraction(after).m - refraction(before).m).value();
+  return text + ReportLine("Change", Text(change, 4) + " D of mean sphere");
+}
+
+void RunFocus(const Command& command) {
+  const Eye measured = ReadEye(command.input);
+  Eye before, after;
+  BestFocus best;
+  std::string text;
+  try {
+    before = Prepared(measured, command.preparation);
+    const LibraryCoefficients library = ToLibrary(before.convention, before.coefficients);
+    {
+      const StopAtOnce stop;
+      best = FindBestFocus(library, before.pupil, command.request);
+    }
+    after = before;
+    if (after.coefficients.size() <= 5) after.coefficients.resize(6);
+    before.coefficients.resize(after.coefficients.size());
+    Coefficients found(best.coefficients.size());
+    for (std::size_t j = 0; j < found.size(); ++j) found[j] = best.coefficients[j].value();
+    found = Converted(std::move(found), kLibraryConvention, before.convention);
+    // The search leaves all other terms alone, to the bit.
+    for (const std::size_t j : {std::size_t{3}, kDefocus, std::size_t{5}}) {
+      if (best.coefficients[j] != library[j]) after.coefficients[j] = found[j];
+    }
+    if (!command.output.empty()) text = EyeFileText(after);
+  } catch (const Error& error) {
+    throw Error(command.input.file + ": " + error.what());
+  }
+  std::string report = Report(command, measured, before, after, best);
+  if (!command.output.empty()) {
+    NewFile file(command.output, command.force);
+    file.Write(text);
+    file.Commit();
+    report += ReportLine("Written", command.output);
+  }
+  PrintOutput(report, command.output.empty() ? "" : command.output + " is written");
+}
+
+void Check(Command& command) {
+  const bool walks = command.request.method != FocusMethod::kOptimise;
+  if (walks && command.request.astigmatism) {
+    throw CLI::ValidationError("--astigmatism", "belongs to --method optimise; the walks vary defocus alone");
+  }
+  if (!walks && command.request.withoutAstigmatism) {
+    throw CLI::ValidationError("--without-astigmatism", "belongs to --method psf and fit");
+  }
+  if (!walks && command.stepGiven) throw CLI::ValidationError("--step", "belongs to --method psf and fit");
+  if (KindOf(command.output) != FileKind::kEyeFile) {
+    throw CLI::ValidationError("--output", "one eye is written, as .json");
+  }
+  command.request.step = ToMillimetres(command.step * NormFactor(Term(kDefocus)));
+}
+
+}  // namespace
+
+Run DefineFocus(CLI::App& app) {
+  const auto command = std::make_shared<Command>();
+  CLI::App& focus = *app.add_subcommand("focus", "Find the defocus with which one eye sees best.");
+  AddInputOptions(focus, command->input);
+  AddParsedOption(focus, "--method", "WORD", "How to search, by the first where it is not said: optimise, psf, fit",
+                  [command](const std::string& text) {
+                    if (text == "optimise") {
+                      command->request.method = FocusMethod::kOptimise;
+                    } else if (text == "psf") {
+                      command->request.method = FocusMethod::kWalkToPsf;
+                    } else if (text == "fit") {
+                      command->request.method = FocusMethod::kWalkToFit;
+                    } else {
+                      throw Error(Quoted(text) + " is not one of optimise, psf, fit");
+                    }
+                  });
+  AddParsedOption(focus, "--step", "UM", "Step of the walks, on the orthonormal coefficient; 0.01 unless said",
+                  [command](const std::string& text) {
+                    command->step = Micrometres(ParseNumber(text));
+                    if (command->step <= Micrometres(0.0)) throw Error("a step is greater than 0");
+                    command->stepGiven = true;
+                  });
+  focus.add_flag("--astigmatism", command->request.astigmatism, "Vary both terms of astigmatism too");
+  focus.add_flag("--without-astigmatism", command->request.withoutAstigmatism,
+                 "Walk as if the eye had no astigmatism, as behind a cylinder that corrects it");
+  focus.add_option("-o,--output", command->output, "The eye file to write, of the eye at its best")->type_name("FILE");
+  focus.add_flag("--force", command->force, "Replace the file where it is there already");
+  AddPreparationOptions(focus, command->preparation);
+  focus.footer(std::string(kEyeNotes) + "\n" + kNotes + "\n" + kExamples);
+  focus.final_callback([command] { Check(*command); });
+  return [command] { RunFocus(*command); };
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,13 @@
+// "orvanel focus": the second-order terms with which an eye sees best.
+#ifndef ORVANEL_CLI_COMMANDS_FOCUS_H
+#define ORVANEL_CLI_COMMANDS_FOCUS_H
+
+#include "cli/commands/command_line.h"
+
+namespace orvanel::cli {
+
+Run DefineFocus(CLI::App& app);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_COMMANDS_FOCUS_H

@@ -1,0 +1,59 @@
+// Shards in, one table out.
+#include "cli/commands/merge.h"
+
+#include <CLI/CLI.hpp>
+
+#include "cli/batch/join.h"
+#include "cli/batch/statistics.h"
+#include "cli/eyes/any_eye.h"
+#include "cli/report.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  orvanel batch eyes.csv -o shard_1.csv --shard 1/2 --chunk 1\n"
+    "  orvanel batch eyes.csv -o shard_2.csv --shard 2/2 --chunk 1\n"
+    "  orvanel merge shard_1.csv shard_2.csv -o results.csv\n"
+    "  orvanel merge shard_*.csv -o all.csv --summary";
+
+constexpr const char* kNotes =
+    "Each shard is a table of 'orvanel batch --shard', with its record beside it (.orvanel). They may come in any "
+    "order;\n"
+    "all must be there, complete, and of one table with the same settings. The result has the bytes of a run without\n"
+    "shards.\n";
+
+struct Command {
+  std::vector<std::string> shards;
+  std::string output;
+  bool force = false, summary = false;
+};
+
+void RunMerge(const Command& command) {
+  const RunRecord record = JoinShards(command.shards, command.output, command.force);
+  std::string report = ReportLine("Written", command.output + ", " + std::to_string(record.end->tableRows) + " rows, " +
+                                                 std::to_string(record.end->errors) + " with an error");
+  if (command.summary) report += "\n" + StatisticsText(command.output, record.columns);
+  PrintOutput(report, command.output + " is written");
+}
+
+}  // namespace
+
+Run DefineMerge(CLI::App& app) {
+  const auto command = std::make_shared<Command>();
+  CLI::App& merge = *app.add_subcommand("merge", "Join the shards of a batch to one table.");
+  merge.add_option("SHARD", command->shards, "The tables of all shards")->required()->type_name("FILE");
+  merge.add_option("-o,--output", command->output, "The table to write, .csv")->required()->type_name("FILE");
+  merge.add_flag("--force", command->force, "Replace the table where it is there already");
+  merge.add_flag("--summary", command->summary, "Print mean, standard deviation and percentiles of each column");
+  merge.footer(std::string(kNotes) + "\n" + kExamples);
+  merge.final_callback([command] {
+    if (KindOf(command->output) != FileKind::kCsv) {
+      throw CLI::ValidationError("--output", "results are written as .csv");
+    }
+  });
+  return [command] { RunMerge(*command); };
+}
+
+}  // namespace orvanel::cli

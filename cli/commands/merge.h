@@ -1,0 +1,13 @@
+// "orvanel merge": the shards of a batch to one table.
+#ifndef ORVANEL_CLI_COMMANDS_MERGE_H
+#define ORVANEL_CLI_COMMANDS_MERGE_H
+
+#include "cli/commands/command_line.h"
+
+namespace orvanel::cli {
+
+Run DefineMerge(CLI::App& app);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_COMMANDS_MERGE_H

@@ -1,0 +1,107 @@
+// Shared options, each with the word that files use for the same thing.
+#include "cli/commands/options.h"
+
+#include <CLI/CLI.hpp>
+#include <utility>
+
+#include "cli/error.h"
+#include "cli/eyes/any_eye.h"
+#include "cli/number_text.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr const char* kStatementGroup = "How the coefficients are meant, where the file does not say it";
+constexpr const char* kPreparationGroup = "What is done to the eye first";
+
+void AddStatementOption(CLI::App& app, const char* option, const char* key, const std::string& type,
+                        const std::string& description, Statement& statement) {
+  AddParsedOption(app, option, type, description, [key, &statement](const std::string& text) {
+    State(statement, key, text);
+  })->group(kStatementGroup);
+}
+
+}  // namespace
+
+const char* const kEyeNotes =
+    "EYE is an eye file, JSON:\n"
+    "  {\"name\": \"My eye\", \"pupil_diameter_mm\": 5.5, \"eye\": \"OD\",\n"
+    "   \"convention\": {\"unit\": \"um\", \"normalisation\": \"orthonormal\", \"order\": \"osa\", \"y_axis\": "
+    "\"up\"},\n"
+    "   \"coefficients\": [0, 0, 0, -0.11, 0.42, 0.03]}\n"
+    "with coefficients from the first of the order on, or as {\"Z(2,0)\": 0.42}; or a table (.csv, .ndjson), an eye a "
+    "row,\n"
+    "with columns Z4, Z(2,0) or c[2,-2]. The convention has two short forms:\n"
+    "  {\"name\": \"osa\"}      OSA/ANSI Z80.28: um, orthonormal, order osa, y up\n"
+    "  {\"name\": \"library\"}  mm, not normalised, order osa, y down\n"
+    "Units are mm, um, nm and waves (of wavelength_nm); orders are osa (from 0), noll and fringe (from 1) and named, "
+    "where\n"
+    "each coefficient comes with its term. What is not said is asked for, not guessed.\n";
+
+CLI::Option* AddParsedOption(CLI::App& app, const std::string& name, const std::string& type,
+                             const std::string& description, std::function<void(const std::string&)> parse) {
+  const std::string shown = name.substr(name.rfind(',') + 1);
+  return app
+      .add_option_function<std::string>(
+          name,
+          [shown, parse = std::move(parse)](const std::string& text) {
+            try {
+              parse(text);
+            } catch (const Error& error) {
+              throw CLI::ValidationError(shown, error.what());
+            }
+          },
+          description)
+      ->type_name(type);
+}
+
+void AddInputOptions(CLI::App& app, InputOptions& options) {
+  app.add_option("EYE", options.file, "The eye file or table")->required()->type_name("FILE");
+  AddParsedOption(app, "--row", "N", "Which eye of a table, from 1", [&options](const std::string& text) {
+    const double row = ParseNumber(text);
+    if (row < 1.0 || row > 1e15 || row != static_cast<double>(static_cast<std::size_t>(row))) {
+      throw Error(Quoted(text) + " is no row; the first eye is 1");
+    }
+    options.row = static_cast<std::size_t>(row);
+  });
+  AddStatementOptions(app, options.stated);
+}
+
+void AddStatementOptions(CLI::App& app, Statement& stated) {
+  AddStatementOption(app, "--unit", kUnitKey, "WORD", "Unit of the coefficients: " + WordsOf<Unit>(), stated);
+  AddStatementOption(app, "--wavelength", kWavelengthKey, "NM", "Wavelength of the unit waves", stated);
+  AddStatementOption(app, "--normalisation", kNormalisationKey, "WORD",
+                     "Normalisation of the polynomials: " + WordsOf<Normalisation>(), stated);
+  AddStatementOption(app, "--order", kOrderKey, "WORD", "Order of the coefficients: " + WordsOf<Order>(), stated);
+  AddStatementOption(app, "--y-axis", kYAxisKey, "WORD", "Where y grows: " + WordsOf<YAxis>(), stated);
+  AddStatementOption(app, "--eye", kSideKey, "WORD", "Right eye, left eye, or not known: " + WordsOf<Side>(), stated);
+  AddStatementOption(app, "--measured-pupil", kPupilKey, "MM", "Diameter over which the eye was measured", stated);
+}
+
+void AddPreparationOptions(CLI::App& app, Preparation& preparation) {
+  AddParsedOption(app, "--pupil", "MM", "Diameter wanted, at most that measured; the coefficients are rescaled",
+                  [&preparation](const std::string& text) {
+                    const double diameter = ParseNumber(text);
+                    if (diameter <= 0.0) throw Error("a diameter is greater than 0");
+                    preparation.pupil = Millimetres(diameter);
+                  })
+      ->group(kPreparationGroup);
+  app.add_flag("--extrapolate", preparation.extrapolate, "Allow a pupil larger than measured")
+      ->group(kPreparationGroup);
+  AddParsedOption(
+      app, "--refraction", "S[,C,A]",
+      "Refractive error to add: sphere, cylinder, axis; -2 makes the eye 2 D more short-sighted",
+      [&preparation](const std::string& text) { preparation.refraction = ToPowerVector(ParseRefraction(text)); })
+      ->group(kPreparationGroup);
+  AddParsedOption(app, "--mirror", "OD|OS", "Bring the eye to this side: one of the other side is mirrored",
+                  [&preparation](const std::string& text) {
+                    const auto side = ValueOf<Side>(text);
+                    if (!side || *side == Side::kUnknown) throw Error(Quoted(text) + " is neither OD nor OS");
+                    preparation.mirror = side;
+                  })
+      ->group(kPreparationGroup);
+}
+
+Eye ReadEye(const InputOptions& options) { return ReadEye(options.file, options.stated, options.row); }
+
+}  // namespace orvanel::cli

@@ -1,0 +1,42 @@
+// Options that several subcommands share.
+#ifndef ORVANEL_CLI_COMMANDS_OPTIONS_H
+#define ORVANEL_CLI_COMMANDS_OPTIONS_H
+
+#include <CLI/App.hpp>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "cli/conventions/statement.h"
+#include "cli/eyes/preparation.h"
+
+namespace orvanel::cli {
+
+struct InputOptions {
+  std::string file;
+  Statement stated;
+  std::optional<std::size_t> row;
+};
+
+// EYE, --row, and the options of statements.
+void AddInputOptions(CLI::App& app, InputOptions& options);
+
+// One option for each thing that a file may leave unsaid.
+void AddStatementOptions(CLI::App& app, Statement& stated);
+
+// --pupil, --extrapolate, --refraction and --mirror.
+void AddPreparationOptions(CLI::App& app, Preparation& preparation);
+
+// An option whose text `parse` takes; what it throws as Error becomes an error of usage.
+CLI::Option* AddParsedOption(CLI::App& app, const std::string& name, const std::string& type,
+                             const std::string& description, std::function<void(const std::string&)> parse);
+
+// The eye that the options name.
+Eye ReadEye(const InputOptions& options);
+
+// The eye file and conventions in a few lines, for the help of subcommands that read eyes.
+extern const char* const kEyeNotes;
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_COMMANDS_OPTIONS_H

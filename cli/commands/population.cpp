@@ -1,0 +1,152 @@
+// The mean eye, and as many around it as are asked for.
+#include "cli/commands/population.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+#include "cli/commands/options.h"
+#include "cli/error.h"
+#include "cli/eyes/any_eye.h"
+#include "cli/files.h"
+#include "cli/interruption.h"
+#include "cli/number_text.h"
+#include "cli/population/covariance.h"
+#include "cli/population/covariance_table.h"
+#include "cli/population/random.h"
+#include "cli/report.h"
+#include "cli/tables/eye_table.h"
+#include "cli/tables/eye_writer.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  orvanel population --mean mean.csv --cov covariance.csv -n 1000 --seed 7 -o population.csv\n"
+    "  orvanel population --mean mean.csv --cov covariance.csv -n 3 --seed 7";
+
+constexpr const char* kNotes =
+    "The mean is a table of eyes with one row; what it does not say of its convention is asked for. The covariance has "
+    "a\n"
+    "row and a column for each coefficient that varies, under their names, in the square of the unit; terms without a\n"
+    "column stay at their mean. It may lack full rank, but no combination of terms may have a negative variance. Eye\n"
+    "number i of a seed is the same whatever N is, and on every machine.\n";
+
+struct Command {
+  std::string mean, covariance, output;
+  Statement stated;
+  std::uint64_t count = 0, seed = 0;
+  bool force = false;
+};
+
+std::uint64_t WholeNumber(const std::string& text, std::uint64_t least) {
+  std::uint64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number < least) {
+    throw Error(Quoted(text) + " is no whole number from " + std::to_string(least) + " to 18446744073709551615");
+  }
+  return number;
+}
+
+Eye ReadMean(const Command& command, EyeTable& table) {
+  TableEye mean, another;
+  if (!table.Next(mean)) throw Error(command.mean + ": has no row below its header; the mean is one row");
+  if (table.Next(another)) {
+    throw ErrorAt(command.mean, {another.line, 1}, "a second row; the mean is one eye, without the single ones");
+  }
+  return mean.eye;
+}
+
+void RequireMeans(const Command& command, const CovarianceTable& covariance, const std::vector<std::size_t>& terms) {
+  for (std::size_t i = 0; i < covariance.terms.size(); ++i) {
+    if (std::find(terms.begin(), terms.end(), covariance.terms[i]) == terms.end()) {
+      throw Error(command.covariance + ": " + covariance.names[i] + " has no mean; add the column to " + command.mean +
+                  ", with 0 if that is its mean");
+    }
+  }
+}
+
+CovarianceFactors Factorised(const Command& command, const CovarianceTable& covariance) {
+  try {
+    return {covariance.matrix, covariance.names};
+  } catch (const Error& error) {
+    throw Error(command.covariance + ": " + error.what());
+  }
+}
+
+void RunPopulation(const Command& command) {
+  std::ifstream meanStream = OpenToRead(command.mean);
+  EyeTable table(meanStream, command.mean,
+                 KindOf(command.mean) == FileKind::kNdjson ? TableKind::kNdjson : TableKind::kCsv, command.stated);
+  const Eye mean = ReadMean(command, table);
+  std::ifstream stream = OpenToRead(command.covariance);
+  const CovarianceTable covariance = ReadCovariance(stream, command.covariance, mean.convention.order);
+  std::vector<std::size_t> terms = table.Terms(mean.convention.order);
+  std::sort(terms.begin(), terms.end());
+  RequireMeans(command, covariance, terms);
+  const CovarianceFactors factors = Factorised(command, covariance);
+
+  const EyeWriter writer({"id"}, mean.convention.order, terms);
+  std::optional<NewFile> file;
+  if (!command.output.empty()) file.emplace(command.output, command.force);
+  std::string pending = writer.Header();
+  const auto flush = [&] {
+    if (file) {
+      file->Write(pending);
+    } else {
+      PrintOutput(pending, "");
+    }
+    pending.clear();
+  };
+  std::vector<double> independent(factors.rank());
+  for (std::uint64_t i = 0; i < command.count; ++i) {
+    StopIfInterrupted();
+    for (std::size_t k = 0; k < independent.size(); ++k) {
+      independent[k] = NormalNumber(command.seed, i, static_cast<std::uint32_t>(k));
+    }
+    const std::vector<double> deviations = factors.Correlate(independent);
+    Eye eye = mean;
+    for (std::size_t k = 0; k < deviations.size(); ++k) eye.coefficients[covariance.terms[k]] += deviations[k];
+    pending += writer.Row(eye, {std::to_string(i + 1)});
+    constexpr std::size_t kBlock = 1 << 16;
+    if (pending.size() >= kBlock) flush();
+  }
+  flush();
+  if (!file) return;
+  file->Commit();
+  PrintOutput(ReportLine("Written", command.output + ", " + std::to_string(command.count) + " eyes, " +
+                                        std::to_string(factors.rank()) + " independent variables"),
+              command.output + " is written");
+}
+
+}  // namespace
+
+Run DefinePopulation(CLI::App& app) {
+  const auto command = std::make_shared<Command>();
+  CLI::App& population = *app.add_subcommand("population", "Draw eyes from a mean and a covariance.");
+  population.add_option("--mean", command->mean, "Table with the mean eye")->required()->type_name("FILE");
+  population.add_option("--cov", command->covariance, "Table with the covariance of the coefficients")
+      ->required()
+      ->type_name("FILE");
+  AddParsedOption(population, "-n,--count", "N", "How many eyes", [command](const std::string& text) {
+    command->count = WholeNumber(text, 1);
+  })->required();
+  AddParsedOption(population, "--seed", "S", "The same seed gives the same eyes", [command](const std::string& text) {
+    command->seed = WholeNumber(text, 0);
+  })->required();
+  population.add_option("-o,--output", command->output, "The table to write, .csv; without it, standard output")
+      ->type_name("FILE");
+  population.add_flag("--force", command->force, "Replace the file where it is there already");
+  AddStatementOptions(population, command->stated);
+  population.footer(std::string(kNotes) + "\n" + kExamples);
+  population.final_callback([command] {
+    if (!command->output.empty() && KindOf(command->output) != FileKind::kCsv) {
+      throw CLI::ValidationError("--output", "tables are written as .csv");
+    }
+  });
+  return [command] { RunPopulation(*command); };
+}
+
+}  // namespace orvanel::cli

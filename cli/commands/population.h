@@ -1,0 +1,13 @@
+// "orvanel population": a table of eyes drawn from a mean and a covariance.
+#ifndef ORVANEL_CLI_COMMANDS_POPULATION_H
+#define ORVANEL_CLI_COMMANDS_POPULATION_H
+
+#include "cli/commands/command_line.h"
+
+namespace orvanel::cli {
+
+Run DefinePopulation(CLI::App& app);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_COMMANDS_POPULATION_H

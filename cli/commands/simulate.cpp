@@ -1,0 +1,254 @@
+// One run from an eye to a folder.
+#include "cli/commands/simulate.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <utility>
+
+#include "cli/commands/options.h"
+#include "cli/error.h"
+#include "cli/interruption.h"
+#include "cli/number_text.h"
+#include "cli/output_folder.h"
+#include "cli/path_of.h"
+#include "cli/plausibility.h"
+#include "cli/report.h"
+#include "cli/results.h"
+#include "cli/summary.h"
+#include "cli/terminal.h"
+
+namespace orvanel::cli {
+namespace {
+
+// Two tenths of a logarithmic unit apart, from a ring that the shipped aberrated eyes show clearly to one they smear.
+constexpr const char* kUsualAcuities = "0.4,0.63,1,1.6,2.5";
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"
+    "  orvanel simulate my_eye.json -o my_eye --acuities 0.1,0.5,1 --gaps all --format npy,hdf5\n"
+    "  orvanel simulate my_eye.json -o my_eye_4mm --pupil 4 --mtf-at 15,30\n"
+    "  orvanel simulate eyes.csv --row 2 -o second_eye --refraction=-1.5,-0.5,90\n"
+    "  orvanel simulate my_eye.json -o my_eye_reads --picture photograph.jpg";
+
+constexpr const char* kScaleNotes =
+    "Half width, frequencies, ring sizes and acuities are on the library scale, that of a pupil of twice the "
+    "diameter;\n"
+    "beside each stands the optical scale, that of the pupil as stated.\n";
+
+constexpr const char* kPictureNotes =
+    "Your own picture (--picture) is a PNG, JPEG or TIFF file of at most 64 million pixels, grey or in colour:\n"
+    "  --fit crop    the central square, scaled to the 256 x 256 samples that an eye is shown\n"
+    "  --fit pad     all of it, scaled, with white beside it\n"
+    "  --fit pixels  the central 256 x 256 pixels as they are, with white around a smaller picture\n"
+    "Its values are taken as sRGB, turned into light before the eye sees them, and back in PNG files; --linear\n"
+    "takes and writes them as light. 16 bits stay 16 bits. Transparent parts get white under them. Each channel\n"
+    "goes through the eye by itself, and nothing is stretched. There are two results, side by side in picture.png:\n"
+    "  picture_contrast_kept  blurred, with the contrast and colours of light; each channel keeps its total light\n"
+    "  picture_seen           the library's image, as of the star with total light kept: the square of that,\n"
+    "                         steeper and stronger in colour, brought back to the total light, clipped at white\n"
+    "The results tell which angle the 256 samples span. It is small: 43 minutes of arc for a pupil of 3 mm.\n";
+
+constexpr const char* kFormatNotes =
+    "Formats of the planes (--format), beside the PNG pictures of 8 bits that are always there:\n"
+    "  png16  grey pictures of 16 bits, of all planes from 0 to 1; your picture's own PNG files get 16 bits\n"
+    "  npy    doubles, for NumPy            csv   text, 256 lines of 256 numbers\n"
+    "  tiff   32-bit floating point         mat   all planes in planes.mat, for MATLAB, Octave and SciPy\n"
+    "  hdf5   all planes in planes.h5 with units, scales and the eye as attributes\n";
+
+struct Command {
+  InputOptions input;
+  Preparation preparation;
+  PictureRequest picture;  // without a file where there is none
+  std::string folder;
+  std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
+  std::vector<const Format*> formats;  // each once
+  std::vector<CyclesPerDegree> mtfAt;
+  bool force = false;
+};
+
+// Options as they stand on the command line.
+struct SimulateWords {
+  std::string acuities = kUsualAcuities, gaps = "right", frequencies, formats = "png8", fit{Word(Fit::kCrop)};
+  bool npy = false;
+};
+
+std::vector<std::string> Split(const std::string& list) {
+  std::vector<std::string> parts(1);
+  for (const char c : list) {
+    if (c == ',') {
+      parts.emplace_back();
+    } else {
+      parts.back() += c;
+    }
+  }
+  return parts;
+}
+
+std::vector<double> PositiveNumbers(const std::string& list, const char* option) {
+  std::vector<double> numbers;
+  for (const std::string& part : Split(list)) {
+    double number = 0.0;
+    try {
+      number = ParseNumber(part);
+    } catch (const Error&) {
+    }
+    if (number <= 0.0) throw CLI::ValidationError(option, Quoted(part) + " is not a number above 0, such as 0.5");
+    numbers.push_back(number);
+  }
+  return numbers;
+}
+
+std::vector<Gap> Gaps(const std::string& list) {
+  constexpr Gap kAll[] = {Gap::kDown, Gap::kUp, Gap::kRight, Gap::kLeft};
+  std::vector<Gap> gaps;
+  for (const std::string& part : Split(list)) {
+    if (part == "all") {
+      gaps.insert(gaps.end(), std::begin(kAll), std::end(kAll));
+      continue;
+    }
+    const auto* const gap = std::find_if(std::begin(kAll), std::end(kAll), [&part](Gap g) { return part == Word(g); });
+    if (gap == std::end(kAll)) {
+      throw CLI::ValidationError("--gap", Quoted(part) + " is not one of down, up, right, left, all");
+    }
+    gaps.push_back(*gap);
+  }
+  return gaps;
+}
+
+// Every gap at every acuity, each once.
+std::vector<RingRequest> RingRequests(const std::string& acuities, const std::string& gaps) {
+  std::vector<RingRequest> requests;
+  for (const double acuity : PositiveNumbers(acuities, "--acuity")) {
+    for (const Gap gap : Gaps(gaps)) {
+      const auto same = [&](const RingRequest& r) { return r.acuity == acuity && r.gap == gap; };
+      if (std::none_of(requests.begin(), requests.end(), same)) requests.push_back({acuity, gap});
+    }
+  }
+  constexpr std::size_t kMost = 64;  // more would make an overview that no viewer opens
+  if (requests.size() > kMost) {
+    throw CLI::ValidationError("--acuity", "with --gap asks for " + std::to_string(requests.size()) +
+                                               " rings; at most " + std::to_string(kMost) + " can be drawn at a time");
+  }
+  return requests;
+}
+
+std::vector<const Format*> FormatsOf(const std::string& list) {
+  std::vector<const Format*> formats;
+  for (const std::string& part : Split(list)) {
+    if (part == "png8") continue;  // always
+    try {
+      const Format* const format = &FormatNamed(part);
+      if (std::find(formats.begin(), formats.end(), format) == formats.end()) formats.push_back(format);
+    } catch (const Error& error) {
+      throw CLI::ValidationError("--format", error.what());
+    }
+  }
+  return formats;
+}
+
+Fit FitOf(const std::string& word) {
+  for (const Fit fit : {Fit::kCrop, Fit::kPad, Fit::kPixels}) {
+    if (word == Word(fit)) return fit;
+  }
+  throw CLI::ValidationError("--fit", Quoted(word) + " is not one of crop, pad, pixels");
+}
+
+void RunSimulate(const Command& command) {
+  Results results;
+  results.measured = ReadEye(command.input);
+  Request request{command.rings, command.formats};
+  std::optional<ObjectPicture> object;
+  if (!command.picture.file.empty()) {
+    object = ReadObjectPicture(command.picture);
+    request.pictureChannels = object->channels.size();
+  }
+  const std::vector<ResultFile> files = ResultFiles(request);
+  std::vector<std::string> names;
+  for (const ResultFile& file : files) names.push_back(file.name);
+  OutputFolder folder(PathOf(command.folder), names, command.force);
+
+  try {
+    results.eye = Prepared(results.measured, command.preparation);
+    results.changes = Changes(results.measured, command.preparation);
+    const Eye& eye = results.eye;
+    results.simulation = Simulate(eye.pupil, ToLibrary(eye.convention, eye.coefficients), command.rings);
+  } catch (const Error& error) {
+    throw Error(command.input.file + ": " + error.what());
+  }
+  if (object) {
+    results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, std::move(*object));
+  }
+  results.mtfAt = command.mtfAt;
+  results.scales = ScalesOf(results.simulation);
+  results.warnings = Warnings(results.simulation);
+  for (const std::string& warning : results.warnings) PrintWarning(warning);
+  {
+    Progress progress("Writing", files.size());
+    for (const ResultFile& file : files) {
+      StopIfInterrupted();
+      folder.Add(file.name, file.encode(results));
+      progress.Advance();
+    }
+  }
+  folder.Commit();
+  PrintOutput(SummaryText(results, command.folder, files.size()), "the results are in place");
+}
+
+}  // namespace
+
+Run DefineSimulate(CLI::App& app) {
+  const auto command = std::make_shared<Command>();
+  const auto words = std::make_shared<SimulateWords>();
+  CLI::App& simulate = *app.add_subcommand("simulate", "Write all pictures and numbers of one eye into a folder.");
+  AddInputOptions(simulate, command->input);
+  simulate.add_option("-o,--output", command->folder, "The folder to write, made if need be")
+      ->required()
+      ->type_name("FOLDER");
+  simulate
+      .add_option("--acuity,--acuities", words->acuities,
+                  "Decimal acuities of the rings, with commas, on the library scale")
+      ->capture_default_str()
+      ->type_name("LIST");
+  simulate
+      .add_option("--gap,--gaps", words->gaps, "Directions of the rings' gaps, with commas: down, up, right, left, all")
+      ->capture_default_str()
+      ->type_name("LIST");
+  simulate
+      .add_option("--mtf-at", words->frequencies,
+                  "Frequencies at which to print the MTF, in cycles/degree on the library scale, with commas")
+      ->type_name("LIST");
+  CLI::Option* const picture =
+      simulate.add_option("--picture", command->picture.file, "Your own picture, to be seen too")->type_name("FILE");
+  simulate.add_option("--fit", words->fit, "How it comes to 256 x 256 samples: crop, pad, pixels")
+      ->capture_default_str()
+      ->type_name("WORD")
+      ->needs(picture);
+  simulate.add_flag("--linear", command->picture.linear, "Its values are light, not sRGB")->needs(picture);
+  simulate
+      .add_option("--format", words->formats,
+                  "Files for the planes, with commas: png8, png16, npy, csv, tiff, mat, hdf5")
+      ->capture_default_str()
+      ->type_name("LIST");
+  simulate.add_flag("--npy", words->npy, "Short for npy among the formats");
+  simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; others stay");
+  AddPreparationOptions(simulate, command->preparation);
+  simulate.footer(std::string(kEyeNotes) + "\n" + kScaleNotes + "\n" + kPictureNotes + "\n" + kFormatNotes + "\n" +
+                  kExamples);
+  simulate.final_callback([command, words, picture] {
+    if (command->folder.empty()) throw CLI::ValidationError("--output", "the folder has no name");
+    command->rings = RingRequests(words->acuities, words->gaps);
+    if (picture->count() > 0 && command->picture.file.empty()) {
+      throw CLI::ValidationError("--picture", "the file has no name");
+    }
+    command->picture.fit = FitOf(words->fit);
+    command->formats = FormatsOf(words->npy ? words->formats + ",npy" : words->formats);
+    if (words->frequencies.empty()) return;
+    for (const double frequency : PositiveNumbers(words->frequencies, "--mtf-at")) {
+      command->mtfAt.emplace_back(frequency);
+    }
+  });
+  return [command] { RunSimulate(*command); };
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,64 @@
+// Endings, and the choice of a row.
+#include "cli/eyes/any_eye.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "cli/error.h"
+#include "cli/eyes/eye_file.h"
+#include "cli/files.h"
+#include "cli/tables/eye_table.h"
+
+namespace orvanel::cli {
+namespace {
+
+Eye ReadRow(const std::string& file, const Statement& stated, std::optional<std::size_t> row) {
+  std::ifstream stream = OpenToRead(file);
+  EyeTable table(stream, file, KindOf(file) == FileKind::kCsv ? TableKind::kCsv : TableKind::kNdjson, stated);
+  TableEye eye;
+  const std::size_t wanted = row.value_or(1);
+  for (std::size_t at = 1; at <= wanted; ++at) {
+    try {
+      if (table.Next(eye)) continue;
+    } catch (const ErrorAt&) {
+      if (at < wanted) continue;  // another row's fault
+      throw;
+    }
+    throw Error(file + ": holds " + std::to_string(at - 1) + " eyes, so that there is no row " +
+                std::to_string(wanted));
+  }
+  if (!row) {
+    TableEye another;
+    bool more = true;
+    try {
+      more = table.Next(another);
+    } catch (const ErrorAt&) {
+    }
+    if (more) throw Error(file + ": holds more than one eye; say which with --row");
+  }
+  if (eye.eye.name.empty()) eye.eye.name = file + ", row " + std::to_string(wanted);
+  return eye.eye;
+}
+
+}  // namespace
+
+FileKind KindOf(const std::string& file) {
+  std::string lower = file;
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  for (const char* ending : {".csv", ".tsv", ".txt"}) {
+    if (lower.ends_with(ending)) return FileKind::kCsv;
+  }
+  for (const char* ending : {".ndjson", ".jsonl"}) {
+    if (lower.ends_with(ending)) return FileKind::kNdjson;
+  }
+  return FileKind::kEyeFile;
+}
+
+Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row) {
+  if (KindOf(file) != FileKind::kEyeFile) return ReadRow(file, stated, row);
+  if (row) throw Error(file + ": is an eye file with one eye; leave --row away");
+  return ReadEyeFile(file, stated);
+}
+
+}  // namespace orvanel::cli

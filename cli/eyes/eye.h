@@ -1,0 +1,26 @@
+// One eye as its file or row of a table gives it.
+#ifndef ORVANEL_CLI_EYES_EYE_H
+#define ORVANEL_CLI_EYES_EYE_H
+
+#include <string>
+
+#include "cli/conventions/convention.h"
+#include "cli/units.h"
+
+namespace orvanel::cli {
+
+struct Eye {
+  std::string file;  // as the user named it
+  std::string name, source, note;
+  Millimetres pupil;  // diameter over which the coefficients are given
+  Side side = Side::kUnknown;
+  Convention convention = kLibraryConvention;
+  Coefficients coefficients;  // by OSA index, in unit, normalisation and direction of y of the convention
+};
+
+// "OD", "OS", "not stated".
+inline std::string SideText(Side side) { return side == Side::kUnknown ? "not stated" : std::string(Word(side)); }
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_EYES_EYE_H

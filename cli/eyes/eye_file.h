@@ -1,0 +1,21 @@
+// The eye file: JSON that gives one eye's pupil, Zernike coefficients and their convention.
+#ifndef ORVANEL_CLI_EYES_EYE_FILE_H
+#define ORVANEL_CLI_EYES_EYE_FILE_H
+
+#include <string>
+
+#include "cli/conventions/statement.h"
+#include "cli/eyes/eye.h"
+
+namespace orvanel::cli {
+
+// Reads and checks an eye file. Throws Error with file, line, column, key, reason and remedy.
+//   stated  what the command line states, which the file must not contradict and need not repeat
+Eye ReadEyeFile(const std::string& file, const Statement& stated = {});
+
+// The text of an eye file in the eye's convention. Throws Error where its order has no place for a term that is not 0.
+std::string EyeFileText(const Eye& eye);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_EYES_EYE_FILE_H

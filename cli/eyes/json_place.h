@@ -1,0 +1,25 @@
+// Where a key stands in a text of JSON, for messages.
+#ifndef ORVANEL_CLI_EYES_JSON_PLACE_H
+#define ORVANEL_CLI_EYES_JSON_PLACE_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/error.h"
+
+namespace orvanel::cli {
+
+// Line and column of a byte; the end of the text has a place too.
+Place PlaceOfByte(std::string_view text, std::size_t byte);
+
+// Where the last key of a path such as {"convention", "unit"} stands; where it cannot be found, as when it is written
+// with escapes, the nearest key around it, and in the end the text's beginning.
+Place PlaceOfKey(std::string_view text, const std::vector<std::string>& path);
+
+// Where the element of the array behind a key stands.
+Place PlaceOfElement(std::string_view text, const std::string& key, std::size_t element);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_EYES_JSON_PLACE_H

@@ -1,0 +1,84 @@
+// The changes one after the other; refraction belongs to the eye as measured.
+#include "cli/eyes/preparation.h"
+
+#include "cli/error.h"
+#include "cli/number_text.h"
+#include "cli/pupil_rescale.h"
+#include "cli/rms.h"
+
+namespace orvanel::cli {
+namespace {
+
+bool ChangesPupil(const Eye& eye, const Preparation& preparation) {
+  return preparation.pupil && *preparation.pupil != eye.pupil;
+}
+
+bool ChangesSide(const Eye& eye, const Preparation& preparation) {
+  return preparation.mirror && *preparation.mirror != eye.side;
+}
+
+void Check(const Eye& eye, const Preparation& preparation) {
+  if (preparation.pupil && *preparation.pupil > eye.pupil && !preparation.extrapolate) {
+    throw Error("the pupil of " + ShortestText(preparation.pupil->value()) + " mm is larger than the " +
+                ShortestText(eye.pupil.value()) +
+                " mm over which the eye was measured; what lies outside is not known. Ask for a smaller one, or let "
+                "--extrapolate continue the polynomials");
+  }
+  if (preparation.mirror && eye.side == Side::kUnknown) {
+    throw Error("whether the eye is OD or OS is not known, so that it cannot be brought to " +
+                std::string(Word(*preparation.mirror)) + "; state the eye");
+  }
+}
+
+// Whoever confuses units is told so before infinities are. Also false for what is not a number.
+void RequirePlausible(const Eye& eye) {
+  constexpr Millimetres kSmallest(1e-3), kLargest(1e3);
+  if (!(eye.pupil >= kSmallest && eye.pupil <= kLargest)) {
+    throw Error("a pupil of " + ShortestText(eye.pupil.value()) + " mm is no eye's; check its unit");
+  }
+  constexpr Micrometres kMetre(1e6);
+  if (!(Rms(OsaCoefficients(eye), 0) < kMetre)) {
+    throw Error("the wavefront would be a metre high and more; check the unit of the coefficients");
+  }
+}
+
+}  // namespace
+
+Coefficients OsaCoefficients(const Eye& eye) { return Converted(eye.coefficients, eye.convention, kOsaConvention); }
+
+Eye Prepared(Eye eye, const Preparation& preparation) {
+  Check(eye, preparation);
+  if (preparation.refraction || ChangesPupil(eye, preparation)) {
+    Coefficients osa = OsaCoefficients(eye);
+    if (preparation.refraction) osa = WithRefraction(std::move(osa), eye.pupil, *preparation.refraction);
+    if (ChangesPupil(eye, preparation)) {
+      osa = Rescaled(osa, *preparation.pupil / eye.pupil);
+      eye.pupil = *preparation.pupil;
+    }
+    eye.coefficients = Converted(std::move(osa), kOsaConvention, eye.convention);
+  }
+  if (ChangesSide(eye, preparation)) {
+    eye.coefficients = Mirrored(std::move(eye.coefficients));
+    eye.side = *preparation.mirror;
+  }
+  RequirePlausible(eye);
+  return eye;
+}
+
+std::vector<std::string> Changes(const Eye& measured, const Preparation& preparation) {
+  std::vector<std::string> changes;
+  if (preparation.refraction) {
+    changes.push_back("refraction of " + Text(ToRefraction(*preparation.refraction, CylinderSign::kMinus)) + " added");
+  }
+  if (ChangesPupil(measured, preparation)) {
+    changes.push_back((*preparation.pupil > measured.pupil ? "extrapolated from " : "rescaled from ") +
+                      ShortestText(measured.pupil.value()) + " to " + ShortestText(preparation.pupil->value()) + " mm");
+  }
+  if (ChangesSide(measured, preparation)) {
+    changes.push_back("mirrored from " + std::string(Word(measured.side)) + " to " +
+                      std::string(Word(*preparation.mirror)));
+  }
+  return changes;
+}
+
+}  // namespace orvanel::cli

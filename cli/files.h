@@ -1,0 +1,39 @@
+// Files as a whole: opened for reading with a reason where that fails, written so that no half of one is ever seen.
+#ifndef ORVANEL_CLI_FILES_H
+#define ORVANEL_CLI_FILES_H
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace orvanel::cli {
+
+// Throws Error with the reason.
+std::ifstream OpenToRead(const std::string& file);
+
+// A name that begins with a path's and that nothing has.
+std::filesystem::path UniqueName(const std::filesystem::path& beginning);
+
+// A file that comes to its place whole, or not at all: written beside it, and renamed by Commit.
+class NewFile {
+ public:
+  // Throws Error where the place is taken, unless `replace`, or where nothing can be written.
+  NewFile(std::string file, bool replace);
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  ~NewFile();
+
+  void Write(const std::string& text);
+  void Commit();
+
+ private:
+  [[noreturn]] void Refuse(const std::string& reason) const;
+
+  std::string file_;
+  std::filesystem::path staged_;
+  std::ofstream stream_;
+};
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_FILES_H

@@ -1,0 +1,36 @@
+// Handlers that set a flag.
+#include "cli/interruption.h"
+
+#include <csignal>
+
+#include "cli/error.h"
+#include "cli/platform.h"
+
+namespace orvanel::cli {
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+}  // namespace
+
+void NoteInterruptions() {
+  HandleSignals([](int which) {
+    interrupted = 1;
+    std::signal(which, SIG_DFL);  // whoever asks twice is obeyed at once
+  });
+}
+
+bool IsInterrupted() { return interrupted != 0; }
+
+void StopIfInterrupted() {
+  if (IsInterrupted()) throw Error("interrupted; nothing is written");
+}
+
+StopAtOnce::StopAtOnce() {
+  HandleSignals(SIG_DFL);
+  StopIfInterrupted();
+}
+
+StopAtOnce::~StopAtOnce() { NoteInterruptions(); }
+
+}  // namespace orvanel::cli

@@ -1,0 +1,36 @@
+// Writes the manual pages and the completion for bash into the folder that its argument names.
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "cli/commands/command_line.h"
+#include "cli/manual.h"
+
+namespace {
+
+bool Write(const std::filesystem::path& file, const std::string& text) {
+  std::ofstream stream(file, std::ios::binary);
+  stream << text;
+  stream.close();
+  if (!stream) std::cerr << file.string() << ": cannot be written\n";
+  return stream.good();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: make_manuals FOLDER\n";
+    return 2;
+  }
+  using namespace orvanel::cli;
+  const std::filesystem::path folder = argv[1];
+  const Program program = DefineProgram();
+  const CLI::App& app = *program.app;
+  bool good = Write(folder / "orvanel.1", ManualPage(app, nullptr));
+  for (const CLI::App* subcommand : app.get_subcommands({})) {
+    good = Write(folder / (ManualName(*subcommand, &app) + ".1"), ManualPage(*subcommand, &app)) && good;
+  }
+  return Write(folder / "orvanel.bash", BashCompletion(app)) && good ? 0 : 1;
+}

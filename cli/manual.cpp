@@ -1,0 +1,156 @@
+// Roff and bash, from what the definition knows of itself.
+#include "cli/manual.h"
+
+#include <sstream>
+#include <string_view>
+#include <vector>
+
+#include "orvanel/orvanel.h"
+
+namespace orvanel::cli {
+namespace {
+
+// Text that roff prints as it stands.
+std::string Escaped(std::string_view text) {
+  std::string escaped;
+  bool lineStart = true;
+  for (const char c : text) {
+    if (lineStart && (c == '.' || c == '\'')) escaped += "\\&";
+    if (c == '\\') {
+      escaped += "\\e";
+    } else if (c == '-') {
+      escaped += "\\-";
+    } else if (c == '\'') {
+      escaped += "\\(aq";
+    } else {
+      escaped += c;
+    }
+    lineStart = c == '\n';
+  }
+  return escaped;
+}
+
+// "-o, --output FOLDER".
+std::string Heading(const CLI::Option& option) {
+  std::string heading;
+  for (const std::string& name : option.get_snames()) heading += (heading.empty() ? "-" : ", -") + name;
+  for (const std::string& name : option.get_lnames()) heading += (heading.empty() ? "--" : ", --") + name;
+  if (heading.empty()) return option.get_name();
+  if (option.get_items_expected_max() > 0) heading += " " + option.get_type_name();
+  return heading;
+}
+
+std::string Description(const CLI::Option& option) {
+  const std::string usual = option.get_default_str();
+  return option.get_description() + (usual.empty() ? "" : "; unless said " + usual);
+}
+
+std::string Entry(const std::string& heading, const std::string& description) {
+  return ".TP\n.B " + Escaped(heading) + "\n" + Escaped(description) + "\n";
+}
+
+// All options, each with a blank in front.
+std::string Names(const CLI::App& app) {
+  std::string words;
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_snames()) words += " -" + name;
+    for (const std::string& name : option->get_lnames()) words += " --" + name;
+  }
+  return words;
+}
+
+// The footer's paragraphs, with the examples under a heading of their own.
+std::string Notes(const std::string& footer) {
+  const std::size_t examples = footer.find("Examples:\n");
+  std::string page = ".SH NOTES\n.nf\n" + Escaped(footer.substr(0, examples)) + ".fi\n";
+  if (examples == std::string::npos) return page;
+  return page + ".SH EXAMPLES\n.nf\n" + Escaped(footer.substr(footer.find('\n', examples) + 1)) + "\n.fi\n";
+}
+
+// The words that an option takes, where its description ends in a list of them: "Unit: mm, um, nm, waves".
+std::string WordsTaken(const CLI::Option& option) {
+  const std::string description = option.get_description();
+  const std::size_t colon = description.rfind(": ");
+  const std::string type = option.get_type_name();
+  if (type == "OD|OS") return "OD OS";
+  if ((type != "WORD" && type != "NAME" && type != "LIST") || colon == std::string::npos) return {};
+  std::string words;
+  for (const char c : description.substr(colon + 2)) {
+    if (c != ',') words += c;
+  }
+  return words;
+}
+
+}  // namespace
+
+std::string ManualName(const CLI::App& app, const CLI::App* parent) {
+  return (parent == nullptr ? "" : parent->get_name() + "-") + app.get_name();
+}
+
+std::string ManualPage(const CLI::App& app, const CLI::App* parent) {
+  const std::string name = ManualName(app, parent);
+  const std::string command = (parent == nullptr ? "" : parent->get_name() + " ") + app.get_name();
+  std::ostringstream page;
+  page << ".TH \"" << Escaped(name) << "\" 1 \"\" \""
+       << "orvanel " ORVANEL_VERSION << "\" \"Orvanel\"\n"
+       << ".SH NAME\n"
+       << Escaped(name) << " \\- " << Escaped(app.get_description()) << "\n"
+       << ".SH SYNOPSIS\n.B " << Escaped(command) << "\n";
+  for (const CLI::Option* option : app.get_options()) {
+    if (option->get_positional()) page << ".I " << Escaped(option->get_name(true)) << "\n";
+  }
+  page << "[options]" << (parent == nullptr ? " subcommand" : "") << "\n.SH OPTIONS\n";
+  for (const std::string& group : app.get_groups()) {
+    if (group != "Options") page << ".SS " << Escaped(group) << "\n";
+    for (const CLI::Option* option : app.get_options()) {
+      if (option->get_group() == group) page << Entry(Heading(*option), Description(*option));
+    }
+  }
+  const auto subcommands = app.get_subcommands({});
+  if (!subcommands.empty()) page << ".SH SUBCOMMANDS\n";
+  for (const CLI::App* subcommand : subcommands) {
+    page << Entry(subcommand->get_name(), subcommand->get_description());
+  }
+  return page.str() + Notes(app.get_footer());
+}
+
+std::string BashCompletion(const CLI::App& program) {
+  std::string subcommands, cases, words;
+  for (const CLI::App* subcommand : program.get_subcommands({})) {
+    subcommands += " " + subcommand->get_name();
+    cases += "    " + subcommand->get_name() + ") options='" + Names(*subcommand).substr(1) + "' ;;\n";
+    for (const CLI::Option* option : subcommand->get_options()) {
+      const std::string taken = WordsTaken(*option);
+      if (taken.empty()) continue;
+      for (const std::string& name : option->get_lnames()) {
+        words += "    " + subcommand->get_name() + ":--" + name + ") words='" + taken + "' ;;\n";
+      }
+    }
+  }
+  return "# Completion of orvanel for bash, made from the program's definition.\n"
+         "_orvanel() {\n"
+         "  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} options='' words=''\n"
+         "  if [ \"$COMP_CWORD\" -eq 1 ]; then\n"
+         "    mapfile -t COMPREPLY < <(compgen -W '" +
+         Names(program).substr(1) + subcommands +
+         "' -- \"$current\")\n"
+         "    return\n"
+         "  fi\n"
+         "  case ${COMP_WORDS[1]}:$previous in\n" +
+         words +
+         "  esac\n"
+         "  case ${COMP_WORDS[1]} in\n" +
+         cases +
+         "  esac\n"
+         "  if [ -n \"$words\" ]; then\n"
+         "    mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$current\")\n"
+         "  elif [[ $current == -* ]]; then\n"
+         "    mapfile -t COMPREPLY < <(compgen -W \"$options\" -- \"$current\")\n"
+         "  else\n"
+         "    mapfile -t COMPREPLY < <(compgen -f -- \"$current\")\n"
+         "  fi\n"
+         "}\n"
+         "complete -o filenames -F _orvanel orvanel\n";
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,22 @@
+// What is made of the command line's definition: manual pages and completion.
+#ifndef ORVANEL_CLI_MANUAL_H
+#define ORVANEL_CLI_MANUAL_H
+
+#include <CLI/App.hpp>
+#include <string>
+
+namespace orvanel::cli {
+
+// The manual page of the program, or of one of its subcommands, in the language of man.
+//   parent  the program, or null where `app` is the program
+std::string ManualPage(const CLI::App& app, const CLI::App* parent);
+
+// "orvanel-simulate".
+std::string ManualName(const CLI::App& app, const CLI::App* parent);
+
+// The completion of subcommands, their options, and the words that options take, for bash.
+std::string BashCompletion(const CLI::App& program);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_MANUAL_H

@@ -1,0 +1,14 @@
+// How a camera was held, from the Exif data of a JPEG file.
+#ifndef ORVANEL_CLI_PICTURES_EXIF_H
+#define ORVANEL_CLI_PICTURES_EXIF_H
+
+#include <string_view>
+
+namespace orvanel::cli {
+
+// 1 to 8 as Exif counts; 1, upright, where the file does not say.
+int OrientationOfJpeg(std::string_view bytes);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_PICTURES_EXIF_H

@@ -1,0 +1,19 @@
+// Decodes PNG with stb_image, whose other formats are not safe against damaged files.
+#ifndef ORVANEL_CLI_PICTURES_STB_DECODER_H
+#define ORVANEL_CLI_PICTURES_STB_DECODER_H
+
+#include <string>
+
+#include "cli/pictures/decoded_picture.h"
+
+namespace orvanel::cli {
+
+// Width, height, channels and bits without the samples; a width of 0 where this is no picture.
+DecodedPicture StbHeader(const std::string& bytes);
+
+// The whole picture; a width of 0 where it cannot be decoded.
+DecodedPicture StbDecode(const std::string& bytes);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_PICTURES_STB_DECODER_H

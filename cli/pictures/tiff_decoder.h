@@ -1,0 +1,18 @@
+// Decodes TIFF with libtiff.
+#ifndef ORVANEL_CLI_PICTURES_TIFF_DECODER_H
+#define ORVANEL_CLI_PICTURES_TIFF_DECODER_H
+
+#include <string>
+
+#include "cli/pictures/decoded_picture.h"
+
+namespace orvanel::cli {
+
+// Both as StbHeader and StbDecode. Samples of 16 bits are decoded where they stand pixel by pixel in rows from the top,
+// and everything of up to 8 bits; opacity, other samples of 16 bits and numbers that are not whole are not.
+DecodedPicture TiffHeader(const std::string& bytes);
+DecodedPicture TiffDecode(const std::string& bytes);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_PICTURES_TIFF_DECODER_H

@@ -1,0 +1,92 @@
+// The list of planes, in the order of the light.
+#include "cli/planes.h"
+
+#include "cli/number_text.h"
+
+namespace orvanel::cli {
+namespace {
+
+using Domain = PlaneSource::Domain;
+
+constexpr double kMmPerCm = 10.0;
+
+// Spacings on both scales, in a unit that ends the names.
+std::vector<Fact> Spacings(const std::string& unit, double library, double optical) {
+  return {{"sample_spacing_" + unit + "_library_scale", library},
+          {"sample_spacing_" + unit + "_optical_scale", optical}};
+}
+
+void AddRings(std::vector<PlaneSource>& sources, const std::vector<RingRequest>& rings) {
+  for (std::size_t i = 0; i < rings.size(); ++i) {
+    const std::string ring =
+        "ring of acuity " + ShortestText(rings[i].acuity) + " (library scale), gap " + Word(rings[i].gap);
+    const std::string stem = RingStem(rings[i]);
+    sources.push_back({stem + "_original", ring + ", as drawn: 0 black, 1 white", "1", Domain::kRetina, true,
+                       [i](const Results& r) -> const Plane& { return r.simulation.rings[i].original; }});
+    sources.push_back({stem + "_seen", ring + ", as seen, total light kept, clipped at 1", "1", Domain::kRetina, true,
+                       [i](const Results& r) -> const Plane& { return r.simulation.rings[i].seen; }});
+  }
+}
+
+void AddPicture(std::vector<PlaneSource>& sources, std::size_t channels) {
+  for (std::size_t c = 0; c < channels; ++c) {
+    const std::string word(ChannelWord(c, channels));
+    const std::string ending = word.empty() ? "" : "_" + word;
+    const std::string light = "the user's picture, " + (word.empty() ? std::string("light") : word + " light");
+    sources.push_back({"picture_original" + ending, light + " on the 256 x 256 samples", "1", Domain::kRetina, false,
+                       [c](const Results& r) -> const Plane& { return r.picture->object.channels[c]; }});
+    sources.push_back({"picture_seen" + ending, light + " as seen, total light kept, clipped at 1", "1",
+                       Domain::kRetina, false, [c](const Results& r) -> const Plane& { return r.picture->seen[c]; }});
+    sources.push_back(
+        {"picture_contrast_kept" + ending, light + " as seen, without the library's square: near to light that adds up",
+         "1", Domain::kRetina, false, [c](const Results& r) -> const Plane& { return r.picture->contrastKept[c]; }});
+  }
+}
+
+}  // namespace
+
+std::vector<PlaneSource> PlaneSources(const Request& request) {
+  std::vector<PlaneSource> sources = {
+      {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Domain::kPupil, false,
+       [](const Results& r) -> const Plane& { return r.simulation.wavefront.map; }},
+      {"psf", "point spread function, 1 at its peak", "1", Domain::kRetina, true,
+       [](const Results& r) -> const Plane& { return r.simulation.psf; }},
+      {"mtf", "modulation transfer function, 1 at zero frequency", "1", Domain::kFrequency, true,
+       [](const Results& r) -> const Plane& { return r.simulation.mtf; }},
+      {"star_original", "sector star of 40 sectors: 0 black, 1 white", "1", Domain::kRetina, true,
+       [](const Results& r) -> const Plane& { return r.simulation.starOriginal; }},
+      {"star_seen_stretched", "sector star as seen, stretched to span 0 to 1", "1", Domain::kRetina, true,
+       [](const Results& r) -> const Plane& { return r.simulation.starStretched; }},
+      {"star_seen_total_light", "sector star as seen, total light kept, clipped at 1", "1", Domain::kRetina, true,
+       [](const Results& r) -> const Plane& { return r.simulation.starTotalLight; }}};
+  AddRings(sources, request.rings);
+  AddPicture(sources, request.pictureChannels);
+  return sources;
+}
+
+NamedPlane PlaneOf(const PlaneSource& source, const Results& results) {
+  constexpr double kIntervals = ORVANEL_GRID_SIZE - 1;
+  const Scale &library = results.scales.library, &optical = results.scales.optical;
+  NamedPlane plane{source.name, source.description, source.unit, &source.samples(results), 0.0, {}};
+  switch (source.domain) {
+    case Domain::kPupil: {
+      const double spacing = results.simulation.pupil.value() / (ORVANEL_GRID_SIZE / 2.0);
+      plane.spacings = {{"sample_spacing_mm", spacing}};
+      plane.samplesPerCm = kMmPerCm / spacing;
+      break;
+    }
+    case Domain::kRetina: {
+      plane.spacings = Spacings("arcmin", library.pitch.value(), optical.pitch.value());
+      const double spacing = 2.0 * library.halfWidth.value() / kIntervals;
+      plane.spacings.push_back({"sample_spacing_on_retina_mm_library_scale", spacing});
+      plane.samplesPerCm = kMmPerCm / spacing;
+      break;
+    }
+    case Domain::kFrequency:
+      plane.spacings = Spacings("cpd", library.step.value(), optical.step.value());
+      break;
+  }
+  return plane;
+}
+
+}  // namespace orvanel::cli

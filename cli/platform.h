@@ -1,0 +1,47 @@
+// What the program asks of the operating system beyond the standard library.
+#ifndef ORVANEL_CLI_PLATFORM_H
+#define ORVANEL_CLI_PLATFORM_H
+
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orvanel::cli {
+
+// The arguments behind the program's name; UTF-8 on Windows, the bytes as given elsewhere.
+std::vector<std::string> Arguments(int argc, char** argv);
+
+// From here to the program's end, a console shows UTF-8.
+void ShowUtf8();
+
+// Has the handler called where the program is asked to stop, and turns output that nobody takes into a failed write.
+void HandleSignals(void (*handler)(int));
+
+// Whether a file descriptor is a terminal that understands escape sequences.
+bool IsTerminal(int descriptor);
+
+// A new or emptied file for bytes; null where errno tells why not.
+std::FILE* OpenForWriting(const std::filesystem::path& file);
+
+// A file, new or as it is, for bytes at its end; null where errno tells why not.
+std::FILE* OpenForAppending(const std::filesystem::path& file);
+
+// Keeps an open file for this process, until it is closed or the process ends in whatever way; false where another
+// process has it. Where the file system knows no locks, true.
+bool LockOutOthers(std::FILE* stream);
+
+// ---- File descriptors, which no other program inherits. Those that fail return -1 and set errno.
+
+// Joins ends[0], which reads, to ends[1], which writes.
+int MakePipe(int ends[2]);
+int Duplicate(int descriptor);
+int Replace(int from, int to);
+void Close(int descriptor);
+// The number of bytes read; 0 at the end.
+int Read(int descriptor, char* bytes, std::size_t most);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_PLATFORM_H

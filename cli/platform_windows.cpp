@@ -1,0 +1,65 @@
+// The operating system where it is Windows.
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+// After windows.h, whose types it uses.
+#include <shellapi.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "cli/platform.h"
+
+namespace orvanel::cli {
+
+std::vector<std::string> Arguments(int /*argc*/, char** /*argv*/) {
+  // Those of main have lost what the system's code page lacks.
+  std::vector<std::string> arguments;
+  int count = 0;
+  wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  for (int i = 1; i < count; ++i) arguments.push_back(std::filesystem::path(wide[i]).string());
+  LocalFree(wide);
+  return arguments;
+}
+
+void ShowUtf8() {
+  static const UINT before = GetConsoleOutputCP();
+  SetConsoleOutputCP(CP_UTF8);
+  std::atexit([] { SetConsoleOutputCP(before); });
+}
+
+void HandleSignals(void (*handler)(int)) {
+  for (const int signal : {SIGINT, SIGTERM, SIGBREAK}) std::signal(signal, handler);
+}
+
+bool IsTerminal(int descriptor) {
+  const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
+  DWORD mode = 0;
+  if (GetConsoleMode(console, &mode) == 0) return false;
+  return SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+std::FILE* OpenForWriting(const std::filesystem::path& file) { return _wfopen(file.c_str(), L"wb"); }
+std::FILE* OpenForAppending(const std::filesystem::path& file) { return _wfopen(file.c_str(), L"abN"); }
+
+bool LockOutOthers(std::FILE* stream) {
+  const auto file = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+  // One byte that no file reaches, since what is locked cannot be read by others.
+  OVERLAPPED place{};
+  place.OffsetHigh = 0x7fffffff;
+  return LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != 0 ||
+         GetLastError() != ERROR_LOCK_VIOLATION;
+}
+
+int MakePipe(int ends[2]) {
+  constexpr unsigned kSize = 65536;
+  return _pipe(ends, kSize, _O_BINARY | _O_NOINHERIT);
+}
+int Duplicate(int descriptor) { return _dup(descriptor); }
+int Replace(int from, int to) { return _dup2(from, to); }
+void Close(int descriptor) { _close(descriptor); }
+int Read(int descriptor, char* bytes, std::size_t most) {
+  return _read(descriptor, bytes, static_cast<unsigned>(most));
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,27 @@
+// A covariance of Zernike coefficients from a table.
+#ifndef ORVANEL_CLI_POPULATION_COVARIANCE_TABLE_H
+#define ORVANEL_CLI_POPULATION_COVARIANCE_TABLE_H
+
+#include <istream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/conventions/convention.h"
+
+namespace orvanel::cli {
+
+struct CovarianceTable {
+  std::vector<std::string> names;  // of the columns, as they stand there
+  std::vector<std::size_t> terms;  // the same by OSA index
+  std::vector<double> matrix;      // row by row
+};
+
+// Reads CSV: the first row names the coefficients, each further row is one of the matrix. A first column without the
+// name of a coefficient labels the rows, with the same names in the same order. Throws ErrorAt.
+//   order  of columns that are named by numbers
+CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_POPULATION_COVARIANCE_TABLE_H

@@ -1,0 +1,108 @@
+// Second-order terms and power vectors. A lens of 1 dioptre bends by rho^2 r^2 / 2 micrometres, r in millimetres.
+#include "cli/refraction.h"
+
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+#include "cli/error.h"
+#include "cli/number_text.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr double kDegree = std::numbers::pi / 180.0;
+constexpr std::size_t kOblique = 3, kDefocus = 4, kVertical = 5;  // (2, -2), (2, 0), (2, 2)
+
+double At(const Coefficients& coefficients, std::size_t j) { return j < coefficients.size() ? coefficients[j] : 0.0; }
+
+double SquaredRadius(Millimetres pupil) { return pupil.value() * pupil.value() / 4.0; }
+
+// What multiplies rho^2 in the orthonormal polynomial (n, m), m = 0 or +-2.
+double QuadraticPart(int n, int m) {
+  const int half = n / 2;
+  const int bare = m == 0 ? half * (half + 1) : half * (half + 1) / 2;
+  return (half % 2 == 1 ? bare : -bare) * NormFactor({n, m});
+}
+
+// The dioptres of the terms (2, m) to (highest, m).
+Dioptres Curvature(const Coefficients& osa, Millimetres pupil, int m, int highest) {
+  double quadratic = 0.0;
+  for (int n = 2; n <= highest; n += 2) quadratic += QuadraticPart(n, m) * At(osa, OsaIndex({n, m}));
+  return Dioptres(-2.0 * quadratic / SquaredRadius(pupil));
+}
+
+PowerVector Powers(const Coefficients& osa, Millimetres pupil, int highest) {
+  return {Curvature(osa, pupil, 0, highest), Curvature(osa, pupil, 2, highest), Curvature(osa, pupil, -2, highest)};
+}
+
+std::string Signed(double value) {
+  std::string text = FixedText(value, 2);
+  if (text == "-0.00") text = "0.00";
+  return value > 0.0 && text != "0.00" ? "+" + text : text;
+}
+
+}  // namespace
+
+PowerVector ToPowerVector(const Refraction& refraction) {
+  const double twice = 2.0 * refraction.axis.value() * kDegree;
+  const Dioptres half = refraction.cylinder / 2.0;
+  return {refraction.sphere + half, -half * std::cos(twice), -half * std::sin(twice)};
+}
+
+Refraction ToRefraction(const PowerVector& powers, CylinderSign sign) {
+  const double cross = std::hypot(powers.j0.value(), powers.j45.value());
+  double axis = cross == 0.0 ? 0.0 : std::atan2(powers.j45.value(), powers.j0.value()) / kDegree / 2.0;
+  Dioptres cylinder(cross == 0.0 ? 0.0 : -2.0 * cross);
+  if (sign == CylinderSign::kPlus && cross != 0.0) {
+    cylinder = -cylinder;
+    axis += 90.0;
+  }
+  while (axis <= 0.0) axis += 180.0;
+  while (axis > 180.0) axis -= 180.0;
+  return {powers.m - cylinder / 2.0, cylinder, Degrees(axis)};
+}
+
+PowerVector LeastSquaresRefraction(const Coefficients& osa, Millimetres pupil) { return Powers(osa, pupil, 2); }
+
+PowerVector ParaxialRefraction(const Coefficients& osa, Millimetres pupil) { return Powers(osa, pupil, kLargestOrder); }
+
+Coefficients WithRefraction(Coefficients osa, Millimetres pupil, const PowerVector& powers) {
+  if (osa.size() <= kVertical) osa.resize(kVertical + 1);
+  const double half = SquaredRadius(pupil) / 2.0;
+  osa[kDefocus] -= powers.m.value() * half / QuadraticPart(2, 0);
+  osa[kVertical] -= powers.j0.value() * half / QuadraticPart(2, 2);
+  osa[kOblique] -= powers.j45.value() * half / QuadraticPart(2, -2);
+  return osa;
+}
+
+Refraction ParseRefraction(std::string_view text) {
+  std::vector<double> numbers;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t comma = std::min(text.find(',', start), text.size());
+    numbers.push_back(ParseNumber(text.substr(start, comma - start)));
+    start = comma + 1;
+  }
+  if (numbers.size() != 1 && numbers.size() != 3) {
+    throw Error(Quoted(text) + " is no refraction; write sphere, or sphere,cylinder,axis, as -2.25,-0.75,180");
+  }
+  Refraction refraction{Dioptres(numbers[0]), Dioptres(), Degrees(180.0)};
+  if (numbers.size() == 3) {
+    if (numbers[2] < 0.0 || numbers[2] > 180.0) {
+      throw Error("the axis " + ShortestText(numbers[2]) + " is outside 0 to 180 degrees");
+    }
+    refraction.cylinder = Dioptres(numbers[1]);
+    refraction.axis = Degrees(numbers[2]);
+  }
+  return refraction;
+}
+
+std::string Text(const Refraction& refraction) {
+  // A cylinder that rounds to nothing has no axis to speak of; an axis of 0 is called 180.
+  const std::string cylinder = Signed(refraction.cylinder.value());
+  std::string axis = FixedText(refraction.axis.value(), 0);
+  if (axis == "0" || cylinder == "0.00") axis = "180";
+  return Signed(refraction.sphere.value()) + " D sphere, " + cylinder + " D cylinder, axis " + axis;
+}
+
+}  // namespace orvanel::cli

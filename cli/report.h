@@ -1,0 +1,18 @@
+// What a subcommand reports on standard output.
+#ifndef ORVANEL_CLI_REPORT_H
+#define ORVANEL_CLI_REPORT_H
+
+#include <string>
+
+namespace orvanel::cli {
+
+// One aligned line, "label           text", its label in bold on a terminal.
+std::string ReportLine(const std::string& label, const std::string& text);
+
+// Throws Error where standard output cannot be written.
+//   done  what is in place all the same: "the results are in place"; may be empty
+void PrintOutput(const std::string& text, const std::string& done);
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_REPORT_H

@@ -1,0 +1,125 @@
+// Tables of eyes, one a row: which column holds what, and the eye of each row.
+#ifndef ORVANEL_CLI_TABLES_EYE_TABLE_H
+#define ORVANEL_CLI_TABLES_EYE_TABLE_H
+
+#include <array>
+#include <istream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/conventions/column_name.h"
+#include "cli/conventions/statement.h"
+#include "cli/eyes/eye.h"
+#include "cli/tables/csv.h"
+#include "cli/tables/ndjson.h"
+#include "cli/tables/record.h"
+
+namespace orvanel::cli {
+
+// What the columns of a table are. Coefficients are named Z4, Z(2,0) or c[2,-2]; unit, wavelength_nm, normalisation,
+// order, y_axis, eye and pupil_diameter_mm state how they are meant; all other columns are the user's own and identify
+// the row.
+class EyeColumns {
+ public:
+  // Throws ErrorAt where a name comes twice, is nearly one of ours, or no column holds coefficients.
+  //   stated  what the command line states for every row
+  EyeColumns(const Record& header, std::string file, const Statement& stated);
+
+  // The eye of a row. Throws ErrorAt with the column and its name.
+  Eye Read(const Record& row) const;
+
+  // Positions and names of the user's own columns.
+  const std::vector<std::size_t>& identifiers() const { return identifiers_; }
+  const std::vector<std::string>& names() const { return names_; }
+
+  // Every term that a row may have, by OSA index, in ascending order.
+  std::vector<std::size_t> Terms() const;
+
+  // Those of the rows in one order, as the columns stand.
+  const std::vector<std::size_t>& Terms(Order order) const;
+
+  // An order that can hold all rows; empty where columns have numbers and each row may state what they mean.
+  std::optional<Order> CommonOrder() const;
+
+ private:
+  struct CoefficientColumn {
+    std::size_t column;
+    CoefficientName name;
+  };
+  struct Resolved {  // the columns' terms in one order
+    std::vector<std::size_t> osa;
+    std::optional<std::size_t> faulty;  // the column that has no term, or that of an earlier one
+    std::string fault;
+  };
+
+  bool HasOrderColumn() const;
+  void Sort(const Record& header);
+  void Resolve(Order order);
+  Statement StatementOfRow(const Record& row) const;
+  [[noreturn]] void Refuse(const Record& row, std::size_t column, const std::string& reason) const;
+
+  std::string file_;
+  std::vector<std::string> names_;
+  Statement stated_;
+  std::vector<CoefficientColumn> coefficients_;
+  std::vector<std::size_t> statements_, identifiers_;
+  bool numbered_ = false;  // some column is named by a number, so that an order must be stated
+  std::array<Resolved, 4> resolved_;
+  std::optional<std::size_t> nameColumn_;
+};
+
+struct TableEye {
+  std::size_t line = 0;
+  Eye eye;
+  std::vector<std::string> identifiers;  // texts of the user's own columns
+};
+
+enum class TableKind { kCsv, kNdjson };
+
+// Reads eyes from a stream, row by row; memory does not grow with the number of rows.
+class EyeTable {
+ public:
+  // The stream must outlive the table. Reads the header; throws ErrorAt where it is at fault.
+  EyeTable(std::istream& stream, std::string file, TableKind kind, const Statement& stated);
+
+  // The next eye; false at the end. Throws ErrorAt for a row that is at fault, and then goes on with the next; what
+  // identifies the row is there all the same, as far as the row can be read.
+  bool Next(TableEye& eye);
+
+  // Passes over the next eye; false at the end. Throws ErrorAt only where the row is not well formed.
+  bool Skip();
+
+  // Names of the user's own columns. In a table of JSON they are those of the first row; later rows may lack some, but
+  // have no others.
+  const std::vector<std::string>& identifierNames() const { return identifierNames_; }
+
+  // Every term that a row may have, by OSA index. In a table of JSON those of the first row.
+  std::vector<std::size_t> Terms() const { return columns_->Terms(); }
+
+  // Those of the rows in one order, as the columns stand.
+  const std::vector<std::size_t>& Terms(Order order) const { return columns_->Terms(order); }
+
+  // An order that can hold all rows; empty where columns have numbers and each row may state what they mean.
+  std::optional<Order> CommonOrder() const { return columns_->CommonOrder(); }
+
+ private:
+  void ReadHeader();
+  bool NextRow();
+  void UnderstandKeys();
+
+  std::string file_;
+  Statement stated_;
+  std::optional<CsvReader> csv_;
+  std::optional<NdjsonReader> ndjson_;
+  bool firstRowRead_ = false;  // of JSON, for its keys
+  Record header_, row_;
+  std::unique_ptr<EyeColumns> columns_;
+  std::vector<std::string> identifierNames_;
+  std::vector<std::size_t> slots_;  // of the current row's own columns among the names
+};
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_TABLES_EYE_TABLE_H

@@ -1,0 +1,31 @@
+// Tables of one JSON object a line.
+#ifndef ORVANEL_CLI_TABLES_NDJSON_H
+#define ORVANEL_CLI_TABLES_NDJSON_H
+
+#include <istream>
+#include <string>
+
+#include "cli/tables/record.h"
+
+namespace orvanel::cli {
+
+// Reads a stream line by line: objects of numbers and strings, no key twice. Empty lines are skipped.
+class NdjsonReader {
+ public:
+  // The stream must outlive the reader.
+  NdjsonReader(std::istream& stream, std::string file);
+
+  // The keys and values of the next line, values as text; false at the end. Throws ErrorAt for a line that is not well
+  // formed, and then goes on with the next.
+  bool Next(Record& keys, Record& values);
+
+ private:
+  std::istream& stream_;
+  std::string file_;
+  std::size_t line_ = 0;
+  std::string text_;
+};
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_TABLES_NDJSON_H

@@ -1,0 +1,64 @@
+// Escape sequences of ECMA-48.
+#include "cli/terminal.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
+#include <utility>
+
+#include "cli/platform.h"
+
+namespace orvanel::cli {
+namespace {
+
+bool GoesToTerminal(Stream stream) { return IsTerminal(stream == Stream::kOutput ? 1 : 2); }
+
+std::string Styled(const std::string& text, const char* style, Stream stream) {
+  return HasColour(stream) ? std::string("\x1b[") + style + "m" + text + "\x1b[0m" : text;
+}
+
+bool IsDumb() {
+  const char* const terminal = std::getenv("TERM");
+  return terminal != nullptr && std::string_view(terminal) == "dumb";
+}
+
+}  // namespace
+
+bool HasColour(Stream stream) {
+  const char* const refused = std::getenv("NO_COLOR");  // https://no-color.org: set to anything but nothing
+  return GoesToTerminal(stream) && !IsDumb() && (refused == nullptr || *refused == '\0');
+}
+
+std::string Bold(const std::string& text, Stream stream) { return Styled(text, "1", stream); }
+
+void PrintError(const std::string& message) {
+  std::cerr << Styled("orvanel:", "1;31", Stream::kErrors) << ' ' << message << '\n';
+}
+
+void PrintWarning(const std::string& message) {
+  std::cerr << Styled("orvanel: warning:", "1;33", Stream::kErrors) << ' ' << message << '\n';
+}
+
+StatusLine::StatusLine() : shown_(GoesToTerminal(Stream::kErrors) && !IsDumb()) {}
+
+StatusLine::~StatusLine() { Show(""); }
+
+void StatusLine::Show(const std::string& text) const {
+  if (shown_) std::cerr << '\r' << text << "\x1b[K" << std::flush;
+}
+
+Progress::Progress(std::string label, std::size_t total) : label_(std::move(label)), total_(total) { Draw(); }
+
+void Progress::Advance() {
+  ++done_;
+  Draw();
+}
+
+void Progress::Draw() const {
+  constexpr std::size_t kWidth = 30;
+  const std::size_t full = total_ == 0 ? kWidth : kWidth * done_ / total_;
+  line_.Show(label_ + " [" + std::string(full, '#') + std::string(kWidth - full, '.') + "] " + std::to_string(done_) +
+             " of " + std::to_string(total_));
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,14 @@
+// What --version prints.
+#ifndef ORVANEL_CLI_VERSION_H
+#define ORVANEL_CLI_VERSION_H
+
+#include <string>
+
+namespace orvanel::cli {
+
+// "orvanel 0.1.0", and in a second line the kernels with which the library computes on this machine.
+std::string VersionText();
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_VERSION_H

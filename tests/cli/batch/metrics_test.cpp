@@ -1,0 +1,51 @@
+// Names, columns and costs of the metrics.
+#include "cli/batch/metrics.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <set>
+
+#include "cli/error.h"
+
+namespace orvanel::cli {
+namespace {
+
+TEST(Metrics, AreChosenByName) {
+  const auto chosen = MetricsNamed("rms,strehl,rms");
+  ASSERT_EQ(chosen.size(), 2U);
+  EXPECT_STREQ(chosen[0]->word, "rms");
+  EXPECT_THROW(MetricsNamed("rms,"), Error);
+  EXPECT_THROW(MetricsNamed("strehls"), Error);
+}
+
+TEST(Metrics, ColumnsNameUnitAndScaleAndAreAllDifferent) {
+  MetricChoice choice;
+  for (const Metric& metric : Metrics()) choice.metrics.push_back(&metric);
+  choice.mtfAt = {CyclesPerDegree(10), CyclesPerDegree(2.5)};
+  choice.acuities = {0.5};
+  const std::vector<std::string> columns = Columns(choice);
+  EXPECT_EQ(std::set<std::string>(columns.begin(), columns.end()).size(), columns.size());
+  EXPECT_EQ(columns[0], "strehl_ratio");
+  EXPECT_EQ(columns[columns.size() - 4], "mtf_horizontal_at_2.5_cpd_library_scale");
+  EXPECT_EQ(columns.back(), "effective_acuity_of_ring_0.5_optical_scale");
+}
+
+TEST(Metrics, NothingIsComputedThatNobodyAsksFor) {
+  const auto cost = [](const char* list) { return CostOf({MetricsNamed(list), {}, {}}); };
+  EXPECT_EQ(cost("rms,half_width,frequency_range,refraction,paraxial,power_vector,pupil,rms_orders"),
+            Cost::kCoefficients);
+  EXPECT_EQ(cost("rms,strehl"), Cost::kStrehl);
+  EXPECT_EQ(cost("strehl,mtf_area"), Cost::kMtf);
+  EXPECT_EQ(CostOf({{}, {CyclesPerDegree(3)}, {}}), Cost::kMtf);
+  EXPECT_EQ(CostOf({{}, {}, {0.5}}), Cost::kCoefficients);
+}
+
+TEST(Metrics, WhatIsNoNumberIsAnError) {
+  MeasuredEye eye;
+  eye.strehl = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_THROW(Values({MetricsNamed("strehl"), {}, {}}, eye), Error);
+}
+
+}  // namespace
+}  // namespace orvanel::cli

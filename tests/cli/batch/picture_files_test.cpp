@@ -1,0 +1,53 @@
+// Pictures of the eyes of a batch.
+#include "cli/batch/picture_files.h"
+
+#include <gtest/gtest.h>
+
+#include "cli/error.h"
+#include "cli/eyes/eye_file.h"
+#include "cli/png.h"
+#include "tests/cli/batch/tables_of_eyes.h"
+
+namespace orvanel::cli {
+namespace {
+
+TEST(PictureFiles, AreChosenByName) {
+  EXPECT_EQ(PictureKindsNamed("star,psf"), (std::vector<PictureKind>{PictureKind::kStar, PictureKind::kPsf}));
+  EXPECT_THROW(PictureKindsNamed("ring"), Error);
+}
+
+TEST(PictureFiles, RowsThatAreNotAtFaultHaveTheirPictures) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(7));
+  BatchRequest request = RequestIn(folder);
+  request.pictures = (folder / "pictures").string();
+  request.pictureKinds = PictureKindsNamed("psf,mtf");
+  request.jobs = 2;
+  RunBatch(request);
+  const std::set<std::string> names = Names(request.pictures);
+  EXPECT_EQ(names.size(), 12U);
+  EXPECT_EQ(names.count("0000007_mtf.png"), 1U);
+  EXPECT_EQ(names.count("0000006_psf.png"), 0U);
+}
+
+TEST(PictureFiles, TheStarIsThatOfASimulation) {
+  const TemporaryFolder folder;
+  const Eye eye = ReadEyeFile(ORVANEL_EYES "/standard_observer_6mm.json");
+  const Simulation simulation = Simulate(eye.pupil, ToLibrary(eye.convention, eye.coefficients), {{0.5, Gap::kUp}});
+  const Plane star = SectorStar();
+  EXPECT_EQ(star, simulation.starOriginal);
+  EyeMeter meter({MetricsNamed("strehl"), {}, {}}, true);
+  meter.Measure(eye);
+  Painter painter(PictureFolder((folder / "new").string(), {PictureKind::kStar, PictureKind::kPsf}), star);
+  painter.Paint(0, meter);
+  EXPECT_EQ(Read(folder / "new" / "0000001_star.png"),
+            EncodePng(GreyPictureOf(simulation.starStretched), Pixels::kNumbers));
+  EXPECT_EQ(Read(folder / "new" / "0000001_psf.png"), EncodePng(GreyPictureOf(simulation.psf), Pixels::kNumbers));
+}
+
+TEST(PictureFiles, AFolderThatCannotBeMadeIsRefused) {
+  EXPECT_THROW(PictureFolder("/no such folder/pictures", {}), Error);
+}
+
+}  // namespace
+}  // namespace orvanel::cli

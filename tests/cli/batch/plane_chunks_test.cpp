@@ -1,0 +1,81 @@
+// Chunks of planes, from runs over small tables.
+#include "cli/batch/plane_chunks.h"
+
+#include <gtest/gtest.h>
+
+#include "cli/error.h"
+#include "tests/cli/batch/tables_of_eyes.h"
+
+namespace orvanel::cli {
+namespace {
+
+TEST(PlaneChunks, AreChosenByName) {
+  EXPECT_EQ(PlaneKindsNamed("mtf,psf,mtf"), (std::vector<PlaneKind>{PlaneKind::kMtf, PlaneKind::kPsf}));
+  EXPECT_THROW(PlaneKindsNamed("psf,phase"), Error);
+}
+
+#if ORVANEL_WITH_HDF5
+
+BatchRequest WithPlanes(const TemporaryFolder& folder) {
+  BatchRequest request = RequestIn(folder);
+  request.planes = (folder / "planes.h5").string();
+  request.planeKinds = PlaneKindsNamed("psf");
+  request.record.chunkRows = 3;
+  request.jobs = 2;
+  return request;
+}
+
+TEST(PlaneChunks, ThereIsAFileForEachChunkAndNoneThatIsHalf) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(7));
+  RunBatch(WithPlanes(folder));
+  EXPECT_EQ(Names(folder.path()), (std::set<std::string>{"eyes.csv", "results.csv", "results.csv.orvanel",
+                                                         "planes-000001.h5", "planes-000002.h5", "planes-000003.h5"}));
+}
+
+TEST(PlaneChunks, AResumedRunMakesTheSameFiles) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(7));
+  BatchRequest request = WithPlanes(folder);
+  RunBatch(request);
+  const std::string whole = Read(request.results);
+  std::string planes[3];
+  for (int i = 0; i < 3; ++i) planes[i] = Read(folder / ("planes-00000" + std::to_string(i + 1) + ".h5"));
+  EXPECT_NE(planes[0], planes[1]);
+  request.resume = true;
+  // After five rows: the second chunk was under way.
+  std::size_t end = 0;
+  for (int row = 0; row < 6; ++row) end = whole.find('\n', end) + 1;
+  Write(request.results, whole.substr(0, end + 5));
+  Write(folder / "planes-000002.h5.part", "half");
+  std::filesystem::remove(folder / "planes-000002.h5");
+  std::filesystem::remove(folder / "planes-000003.h5");
+  EXPECT_EQ(RunBatch(request).earlier, 3U);
+  EXPECT_EQ(Read(request.results), whole);
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(Read(folder / ("planes-00000" + std::to_string(i + 1) + ".h5")), planes[i]);
+  EXPECT_FALSE(std::filesystem::exists(folder / "planes-000002.h5.part"));
+}
+
+TEST(PlaneChunks, ShardsMakeTheFilesOfASingleRun) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(7));
+  BatchRequest request = WithPlanes(folder);
+  RunBatch(request);
+  const std::string second = Read(folder / "planes-000002.h5");
+  request.record.shard = {2, 2};
+  request.results = (folder / "shard_2.csv").string();
+  EXPECT_THROW(RunBatch(request), Error);  // the file is there
+  EXPECT_FALSE(std::filesystem::exists(request.results));
+  request.force = true;
+  RunBatch(request);
+  EXPECT_EQ(Read(folder / "planes-000002.h5"), second);
+}
+
+TEST(PlaneChunks, AFolderThatIsMissingIsRefused) {
+  EXPECT_THROW(PlaneChunks("/no such folder/planes.h5", {PlaneKind::kPsf}, 4), Error);
+}
+
+#endif
+
+}  // namespace
+}  // namespace orvanel::cli

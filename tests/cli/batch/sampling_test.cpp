@@ -1,0 +1,58 @@
+// Formulas against the engine, bit by bit.
+#include "cli/batch/sampling.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "cli/trace_capture.h"
+#include "orvanel/optics_engine.h"
+#include "orvanel/orvanel.h"
+
+namespace orvanel::cli {
+namespace {
+
+TEST(Sampling, HasTheBitsOfTheEngine) {
+  OpticsEngine engine;
+  const double flat[kCoefficients] = {};
+  std::vector<double> plane(ORVANEL_PLANE_SAMPLES), section(ORVANEL_SECTION_SAMPLES);
+  for (int i = 0; i < 60; ++i) {
+    const double pupil = 0.7 + 0.1371 * i;
+    engine.synthesizeWavefront(flat, pupil, 1, 1, 1);
+    double step = 0.0;
+    engine.ComputeMtf(kWavelength, plane.data(), &step, section.data(), section.data(), section.data(),
+                      ORVANEL_GRID_SIZE);
+    EXPECT_EQ(PsfHalfWidth(Millimetres(pupil)).value(), engine.psfHalfWidth) << pupil;
+    EXPECT_EQ(MtfStep(Millimetres(pupil)).value(), step) << pupil;
+    EXPECT_EQ(FrequencyRange(Millimetres(pupil)).value(), step * 127.5) << pupil;
+  }
+}
+
+TEST(Sampling, RingsAreThoseThatTheEngineDraws) {
+  OpticsEngine engine;
+  const double flat[kCoefficients] = {};
+  std::vector<double> plane(ORVANEL_PLANE_SAMPLES);
+  double pitch = 0.0, strehl = 0.0;
+  for (const double pupil : {2.0, 3.3, 6.1, 8.0}) {
+    engine.synthesizeWavefront(flat, pupil, 1, 1, 1);
+    engine.ComputePsf(kWavelength, plane.data(), &pitch, &strehl, ORVANEL_GRID_SIZE);
+    for (int i = 1; i < 30; ++i) {
+      const double acuity = 0.07 * i;
+      TraceCapture capture;
+      double effective = 0.0;
+      engine.DrawRingOptotype(plane.data(), ORVANEL_GRID_SIZE, acuity, &effective, 3);
+      const int diameter = DiameterOfTrace(capture.Finish());
+      EXPECT_EQ(RingDiameter(Millimetres(pupil), acuity), diameter) << pupil << ' ' << acuity;
+      if (diameter <= 0) continue;
+      EXPECT_EQ(EffectiveAcuity(Millimetres(pupil), diameter), effective);
+    }
+  }
+}
+
+TEST(Sampling, AnAcuityBeyondTheSamplesHasNoRing) {
+  EXPECT_LE(RingDiameter(Millimetres(3.0), 1e9), 0);
+  EXPECT_GT(RingDiameter(Millimetres(3.0), 1e-9), 1000000);
+}
+
+}  // namespace
+}  // namespace orvanel::cli

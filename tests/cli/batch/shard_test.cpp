@@ -1,0 +1,36 @@
+// Every row is in one shard.
+#include "cli/batch/shard.h"
+
+#include <gtest/gtest.h>
+
+#include "cli/error.h"
+
+namespace orvanel::cli {
+namespace {
+
+TEST(Shard, IsReadFromItsText) { EXPECT_EQ(ParseShard("3/12"), (Shard{3, 12})); }
+
+TEST(Shard, WhatIsNoneIsRefused) {
+  for (const char* text : {"", "3", "/", "0/3", "4/3", "0/0", "1/0", "-1/3", "1/3x", "1.5/3", "1/ 3"}) {
+    EXPECT_THROW(ParseShard(text), Error) << text;
+  }
+}
+
+TEST(Shard, RowsOfAllShardsTogetherAreTheTable) {
+  for (const std::size_t rows : {0, 1, 4, 5, 37, 100}) {
+    for (const std::size_t of : {1, 2, 3, 7}) {
+      std::size_t sum = 0;
+      for (std::size_t number = 1; number <= of; ++number) {
+        const Shard shard{number, of};
+        std::size_t counted = 0;
+        for (std::size_t row = 0; row < rows; ++row) counted += Owns(shard, row / 5) ? 1 : 0;
+        EXPECT_EQ(RowsOf(shard, 5, rows), counted) << rows << ' ' << number << '/' << of;
+        sum += counted;
+      }
+      EXPECT_EQ(sum, rows);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orvanel::cli

@@ -1,0 +1,61 @@
+// Names of coefficients, good and bad.
+#include "cli/conventions/column_name.h"
+
+#include <gtest/gtest.h>
+
+#include "cli/error.h"
+
+namespace orvanel::cli {
+namespace {
+
+ZernikeTerm TermIn(const std::string& text, std::optional<Order> order = std::nullopt) {
+  return TermNamed(ParseCoefficientName(text).value(), order);
+}
+
+TEST(ColumnName, ByOrderAndFrequencyNeedsNoOrderOfNumbers) {
+  for (const char* text : {"Z(3,-1)", "c[3,-1]", "C(3, -1)", "z[ 3 ,-1 ]", "Z(+3,-1)"}) {
+    EXPECT_EQ(TermIn(text), (ZernikeTerm{3, -1})) << text;
+  }
+}
+
+TEST(ColumnName, ByNumberMeansWhatTheOrderSays) {
+  EXPECT_EQ(TermIn("Z8", Order::kOsa), (ZernikeTerm{3, 1}));
+  EXPECT_EQ(TermIn("c8", Order::kNoll), (ZernikeTerm{3, 1}));
+  EXPECT_EQ(TermIn("Z8", Order::kFringe), (ZernikeTerm{3, -1}));
+  EXPECT_EQ(TermIn("Z08", Order::kFringe), (ZernikeTerm{3, -1}));
+}
+
+TEST(ColumnName, ByNumberWithoutOrderIsRefused) {
+  EXPECT_THROW(TermIn("Z4"), Error);
+  EXPECT_THROW(TermIn("Z4", Order::kNamed), Error);
+}
+
+TEST(ColumnName, OutsideItsOrderIsRefused) {
+  EXPECT_THROW(TermIn("Z0", Order::kNoll), Error);
+  EXPECT_THROW(TermIn("Z38", Order::kFringe), Error);
+  EXPECT_THROW(TermIn("Z231", Order::kOsa), Error);
+  EXPECT_EQ(TermIn("Z230", Order::kOsa), (ZernikeTerm{20, 20}));
+}
+
+TEST(ColumnName, OtherWordsAreNone) {
+  for (const char* text : {"", "Z", "c", "id", "Zernike", "comment", "age", "4", "Zn4"}) {
+    EXPECT_EQ(ParseCoefficientName(text), std::nullopt) << text;
+  }
+}
+
+TEST(ColumnName, WhatLooksLikeOneAndIsNoneIsRefused) {
+  for (const char* text : {"Z(2,1)", "Z(1,3)", "Z(-2,0)", "Z(2", "Z(2,0", "Z(2,0]", "Z(2;0)", "Z(2,0)x", "Z4_um",
+                           "c4.5", "Z(22,0)", "Z()", "Z(2)", "Z99999999999999999999999"}) {
+    EXPECT_THROW(ParseCoefficientName(text), Error) << text;
+  }
+}
+
+TEST(ColumnName, IsReadAsItIsWritten) {
+  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) {
+    for (std::size_t j = 0; j < 21; ++j)
+      EXPECT_EQ(TermIn(NameIn(order, Term(j)), order), Term(j)) << NameIn(order, Term(j));
+  }
+}
+
+}  // namespace
+}  // namespace orvanel::cli

@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Manual pages are good roff and name every option and example of the help; completion offers every option and word.
+# Usage: manuals.sh PROGRAM FOLDER
+set -euo pipefail
+program=$1 folder=$2
+status=0
+
+options_of() { "$program" "$@" --help | grep -oE '^ +(-[a-z],)?--[a-z-]+' | grep -oE '\--[a-z-]+'; }
+
+# offered WORD...: what completion offers for the last word of a command line.
+offered() {
+  bash -c '
+    source "$0"
+    COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+    _orvanel
+    printf "%s\n" "${COMPREPLY[@]}"' "$folder/orvanel.bash" "$@"
+}
+
+for page in "$folder"/*.1; do
+  warnings=$(groff -man -ww -z -Tutf8 "$page" 2>&1)
+  [ -z "$warnings" ] || { echo "$warnings"; status=1; }
+done
+
+subcommands=$("$program" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p')
+for subcommand in $subcommands; do
+  text=$(groff -man -Tascii -P-cbou "$folder/orvanel-$subcommand.1" | sed 's/\x1b\[[0-9;]*m//g')
+  completion=$(offered orvanel "$subcommand" --)
+  for option in $(options_of "$subcommand"); do
+    grep -q -e "$option" <<<"$text" || { echo "the manual of $subcommand lacks $option"; status=1; }
+    grep -qxe "$option" <<<"$completion" || { echo "completion of $subcommand lacks $option"; status=1; }
+  done
+  example=$("$program" "$subcommand" --help | sed -n '/^Examples:/,$p' | sed -n '2s/^ *//p')
+  grep -qF -e "$example" <<<"$text" || { echo "the manual of $subcommand lacks: $example"; status=1; }
+  grep -qx "$subcommand" <<<"$(offered orvanel '')" || { echo "completion lacks $subcommand"; status=1; }
+done
+[ "$(offered orvanel convert --unit '' | tr '\n' ' ')" = 'mm um nm waves ' ] || { echo "no units"; status=1; }
+[ "$(offered orvanel focus --method o)" = optimise ] || { echo "no methods"; status=1; }
+[ "$(offered orvanel simulate --format h)" = hdf5 ] || { echo "no formats"; status=1; }
+[ "$(offered orvanel simulate --gaps '' | tr '\n' ' ')" = 'down up right left all ' ] || { echo "no gaps"; status=1; }
+[ "$(offered orvanel simulate --fit p | tr '\n' ' ')" = 'pad pixels ' ] || { echo "no fits"; status=1; }
+exit $status

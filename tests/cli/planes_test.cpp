@@ -1,0 +1,82 @@
+// What is said about each plane.
+#include "cli/planes.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+#include "tests/cli/simulated_eyes.h"
+
+namespace orvanel::cli {
+namespace {
+
+const Request kRequest = {{{0.7, Gap::kLeft}, {1.9, Gap::kDown}}, {}, 3};
+
+Results WithPicture() {
+  Results results = ResultsOf(AsymmetricEye(), kRequest.rings);
+  ObjectPicture object;
+  for (const double light : {0.2, 0.4, 0.8}) object.channels.emplace_back(ORVANEL_PLANE_SAMPLES, light);
+  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, object);
+  return results;
+}
+
+TEST(Planes, HaveNamesOfTheirOwnAlsoWithoutSigns) {
+  Request request = kRequest;
+  request.rings = {{0.5, Gap::kUp}, {5.0, Gap::kUp},  {1e-5, Gap::kUp},
+                   {1e5, Gap::kUp}, {1e20, Gap::kUp}, {1e-20, Gap::kUp}};
+  std::set<std::string> names, identifiers;
+  for (const PlaneSource& source : PlaneSources(request)) {
+    EXPECT_TRUE(names.insert(source.name).second) << source.name;
+    std::string identifier = source.name;
+    std::erase(identifier, '+');
+    for (char& c : identifier) c = c == '.' || c == '-' ? '_' : c;
+    EXPECT_TRUE(identifiers.insert(identifier).second) << identifier;
+  }
+}
+
+TEST(Planes, AreThoseOfTheirNames) {
+  const Results results = WithPicture();
+  const std::map<std::string, const Plane*> expected = {
+      {"wavefront", &results.simulation.wavefront.map},
+      {"ring_acuity-1.9_gap-down_seen", &results.simulation.rings[1].seen},
+      {"picture_original_red", &results.picture->object.channels[0]},
+      {"picture_seen_green", &results.picture->seen[1]},
+      {"picture_contrast_kept_blue", &results.picture->contrastKept[2]}};
+  std::size_t found = 0;
+  for (const PlaneSource& source : PlaneSources(kRequest)) {
+    const auto plane = expected.find(source.name);
+    if (plane == expected.end()) continue;
+    ++found;
+    EXPECT_EQ(PlaneOf(source, results).samples, plane->second) << source.name;
+  }
+  EXPECT_EQ(found, expected.size());
+  EXPECT_EQ(PlaneSources(kRequest).size(), 6U + 2 * 2 + 3 * 3);
+}
+
+TEST(Planes, SpacingsAreThoseOfTheirDomain) {
+  const Results results = WithPicture();
+  const auto value = [](const NamedPlane& plane, std::size_t i) {
+    return std::get<double>(plane.spacings.at(i).value);
+  };
+  for (const PlaneSource& source : PlaneSources(kRequest)) {
+    const NamedPlane plane = PlaneOf(source, results);
+    if (source.name == "wavefront") {
+      EXPECT_EQ(plane.spacings[0].name, "sample_spacing_mm");
+      EXPECT_EQ(value(plane, 0), 4.5 / 128.0);  // 128 intervals across the pupil
+      EXPECT_DOUBLE_EQ(plane.samplesPerCm, 1280.0 / 4.5);
+    } else if (source.name == "mtf") {
+      EXPECT_EQ(plane.spacings[1].name, "sample_spacing_cpd_optical_scale");
+      EXPECT_EQ(value(plane, 1), results.scales.optical.step.value());
+      EXPECT_EQ(plane.samplesPerCm, 0.0);
+    } else {
+      EXPECT_EQ(plane.spacings[0].name, "sample_spacing_arcmin_library_scale");
+      EXPECT_EQ(value(plane, 0), results.scales.library.pitch.value());
+      EXPECT_DOUBLE_EQ(value(plane, 2), 2.0 * results.simulation.psfHalfWidth.value() / 255.0);
+      EXPECT_DOUBLE_EQ(plane.samplesPerCm, 10.0 / value(plane, 2));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orvanel::cli

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# What the documents quote of the program's output is what it prints.
+# Usage: quotes.sh PROGRAM SOURCE_FOLDER
+set -euo pipefail
+program=$1 source=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+cp -r "$source/assets" "$source/examples/my_eye.json" .
+status=0
+
+output=$("$program" simulate my_eye.json -o my_eye)
+[[ $(<"$source/README.md") == *"$output"* ]] || { echo "not in README.md: $output"; status=1; }
+[[ $(<"$source/README.md") == *"$(<my_eye.json)"* ]] || { echo "not in README.md: examples/my_eye.json"; status=1; }
+
+command=$(sed -n 's/^    orvanel \(simulate .*\)/\1/p' "$source/docs/conventions.md")
+[ -n "$command" ] || { echo "conventions.md quotes no command"; status=1; }
+# shellcheck disable=SC2086 # its words
+"$program" $command >output
+quoted=$(sed -n '/^    PSF half width/,/^    Scales/p' "$source/docs/conventions.md")
+[ "$quoted" = "$(sed -n '/^PSF half width/,/^Scales/s/^/    /p' output)" ] || { echo "conventions.md quotes: $quoted"; status=1; }
+exit $status

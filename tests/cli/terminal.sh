@@ -1,0 +1,69 @@
+#!/usr/bin/env bash
+# Behaviour in a terminal: colours, none where NO_COLOR or a pipe asks for it, and a progress bar that goes away.
+# Usage: terminal.sh PROGRAM EYES
+set -euo pipefail
+program=$1 eyes=$2
+work=$(mktemp -d)
+terminal=(tmux -L "orvanel-test-$$" -f /dev/null)
+trap '"${terminal[@]}" kill-server 2>/dev/null || true; rm -rf "$work"' EXIT
+status=0
+escape=$'\e'
+
+fail() {
+  echo "$1"
+  status=1
+}
+
+# in_terminal COMMAND: runs it in a terminal of 100 columns. All that it ever wrote is in $work/stream, the screen as
+# it stands in the end in $work/screen.
+in_terminal() {
+  rm -f "$work/stream" "$work/done"
+  "${terminal[@]}" new-session -d -s test -x 100 -y 50 "cat"
+  "${terminal[@]}" pipe-pane -t test "cat >'$work/stream'"
+  "${terminal[@]}" respawn-pane -k -t test "cd '$work' && { $1; }; echo finished; touch done; sleep 60"
+  for _ in $(seq 600); do
+    [ -e "$work/done" ] && break
+    sleep 0.1
+  done
+  [ -e "$work/done" ] || fail "does not end in a terminal: $1"
+  for _ in $(seq 100); do
+    grep -q finished "$work/stream" && break
+    sleep 0.05
+  done
+  "${terminal[@]}" capture-pane -p -t test >"$work/screen"
+  "${terminal[@]}" kill-session -t test
+}
+
+in_terminal "env -u NO_COLOR '$program' simulate nowhere.json -o out"
+grep -qF "${escape}[1;31morvanel:${escape}[0m nowhere.json" "$work/stream" || fail "an error is not red in a terminal"
+in_terminal "env NO_COLOR=1 '$program' simulate nowhere.json -o out"
+grep -qF "orvanel: nowhere.json" "$work/stream" || fail "an error has colour in spite of NO_COLOR"
+in_terminal "env -u NO_COLOR TERM=dumb '$program' simulate nowhere.json -o out"
+grep -qF "orvanel: nowhere.json" "$work/stream" || fail "an error has colour on a dumb terminal"
+in_terminal "env -u NO_COLOR '$program' simulate nowhere.json -o out 2>&1 | cat"
+grep -qF "orvanel: nowhere.json" "$work/stream" || fail "an error has colour in a pipe"
+
+in_terminal "env -u NO_COLOR '$program' convert '$eyes/perfect_3mm.json'"
+grep -qF "${escape}[1mCoefficients${escape}[0m    over 3 mm" "$work/stream" || fail "a label is not bold in a terminal"
+in_terminal "env NO_COLOR=1 '$program' convert '$eyes/perfect_3mm.json'"
+grep -qF "Coefficients    over 3 mm" "$work/stream" || fail "a label is bold in spite of NO_COLOR"
+
+in_terminal "env -u NO_COLOR '$program' simulate '$eyes/perfect_3mm.json' -o out --acuity 1"
+grep -qF "Writing [......" "$work/stream" || fail "no progress bar at the start"
+grep -qF "##############################] 13 of 13" "$work/stream" || fail "no full progress bar in the end"
+grep -q "Writing" "$work/screen" && fail "the progress bar stays on the screen"
+grep -q "^Pictures        13 files in out" "$work/screen" || fail "the summary is not on the screen"
+in_terminal "env -u NO_COLOR '$program' simulate '$eyes/perfect_3mm.json' -o out2 --acuity 1 2>errors"
+[ -s "$work/errors" ] && fail "a progress bar in a file"
+
+# A batch that runs long enough for its line to be drawn anew.
+{
+  echo 'id,pupil_diameter_mm,eye,unit,normalisation,order,y_axis,Z4'
+  for i in $(seq 6000); do echo "$i,6,OD,um,orthonormal,osa,up,0.$i"; done
+} >"$work/eyes.csv"
+in_terminal "env -u NO_COLOR '$program' batch eyes.csv -o results.csv --jobs 1"
+grep -qE '\[#+\.+\] [0-9]+ %, [0-9]+ eyes, [0-9.]+/s, 0:00:[0-9]{2} left' "$work/stream" || fail "no rate of a batch in a terminal"
+grep -q "left" "$work/screen" && fail "the rate of a batch stays on the screen"
+in_terminal "env -u NO_COLOR '$program' batch eyes.csv -o results2.csv --jobs 1 2>errors"
+[ -s "$work/errors" ] && fail "the rate of a batch in a file"
+exit $status
