@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# The library needs the C++ standard library and nothing else, and computes nothing with the C library's mathematics,
-# whose results differ between platforms.
-# Usage: dependencies.sh LIBRARY STATIC_LIBRARY...
+# The library needs the C++ standard library and nothing else.
+# Usage: dependencies.sh LIBRARY
 set -euo pipefail
 status=0
 needed=$(readelf -d "$1" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')
@@ -11,19 +10,4 @@ for library in $needed; do
     *) echo "needs $library"; status=1 ;;
   esac
 done
-mathematics='sin|cos|tan|sincos|asin|acos|atan|atan2|exp|exp2|log|log2|log10|pow|hypot|cbrt|fma|sqrt'
-if nm -D --undefined-only "$1" | grep -E " ($mathematics)[fl]?(@|$)"; then
-  echo "uses mathematics of the C library"
-  status=1
-fi
-for archive in "${@:2}"; do
-  if nm "$archive" | grep -E " U ($mathematics)[fl]?$"; then
-    echo "$archive uses mathematics of the C library"
-    status=1
-  fi
-done
-if objdump -d --no-show-raw-insn "$1" | grep -qE '\svfn?m(add|sub)'; then
-  echo "contains fused multiply-adds"
-  status=1
-fi
 exit $status

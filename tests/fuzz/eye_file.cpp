@@ -1,0 +1,36 @@
+// Eye files: an eye or a message, and what is written of an eye is read as the same eye.
+#include "cli/eyes/eye_file.h"
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+
+#include "cli/error.h"
+#include "tests/fuzz/memory_file.h"
+
+using namespace orvanel::cli;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const orvanel::fuzz::MemoryFile file, again;
+  file.Hold(data, size);
+  try {
+    const Eye eye = ReadEyeFile(file.name());
+    ORVANEL_REQUIRE(std::isfinite(eye.pupil.value()) && eye.pupil.value() > 0.0);
+    for (const double c : eye.coefficients) ORVANEL_REQUIRE(std::isfinite(c));
+    const std::string text = EyeFileText(eye);
+    again.Hold(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+    const Eye other = ReadEyeFile(again.name());
+    ORVANEL_REQUIRE(other.pupil.value() == eye.pupil.value());
+    ORVANEL_REQUIRE(other.convention == eye.convention);
+    ORVANEL_REQUIRE(other.side == eye.side && other.name == eye.name);
+    const std::size_t terms = std::max(eye.coefficients.size(), other.coefficients.size());
+    for (std::size_t j = 0; j < terms; ++j) {
+      const double before = j < eye.coefficients.size() ? eye.coefficients[j] : 0.0;
+      const double after = j < other.coefficients.size() ? other.coefficients[j] : 0.0;
+      ORVANEL_REQUIRE(before == after);
+    }
+  } catch (const Error& error) {
+    ORVANEL_REQUIRE(*error.what() != '\0');
+  }
+  return 0;
+}

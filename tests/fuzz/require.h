@@ -1,0 +1,16 @@
+// What must hold for every input: a fuzzer keeps the input that ends the program.
+#ifndef ORVANEL_TESTS_FUZZ_REQUIRE_H
+#define ORVANEL_TESTS_FUZZ_REQUIRE_H
+
+#include <cstdio>
+#include <cstdlib>
+
+#define ORVANEL_REQUIRE(condition)                                                        \
+  do {                                                                                    \
+    if (!(condition)) {                                                                   \
+      std::fprintf(stderr, "%s:%d: does not hold: %s\n", __FILE__, __LINE__, #condition); \
+      std::abort();                                                                       \
+    }                                                                                     \
+  } while (false)
+
+#endif  // ORVANEL_TESTS_FUZZ_REQUIRE_H

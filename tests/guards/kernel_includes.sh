@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# What is compiled for one instruction set includes nothing of the C++ library, whose functions would then be compiled
+# for it too, and kept by the linker for everybody.
+# Usage: kernel_includes.sh SOURCE_FOLDER
+set -euo pipefail
+cd "$1"
+status=0
+declare -A seen=()
+files=(optics/kernels/variant.cpp)
+while [ ${#files[@]} -gt 0 ]; do
+  file=${files[0]}
+  files=("${files[@]:1}")
+  [ -z "${seen[$file]:-}" ] || continue
+  seen[$file]=1
+  while read -r include; do
+    case "$include" in
+      '"optics/kernels/'*) include=${include#\"} && files+=("${include%\"}") ;;
+      '<immintrin.h>') ;;
+      *) echo "$file includes $include"; status=1 ;;
+    esac
+  done < <(sed -n 's/^ *# *include *//p' "$file")
+done
+[ ${#seen[@]} -ge 6 ] || { echo "only these are kernels: ${!seen[*]}"; status=1; }
+exit $status
