@@ -39,7 +39,7 @@ TEST(Run, EachRowBecomesOneRowInTheSameOrder) {
 
 TEST(Run, TheBytesDoNotDependOnTheNumberOfThreads) {
   std::string first;
-  for (const std::size_t jobs : {1, 2, 7}) {
+  for (const std::size_t jobs : {1U, 2U, 7U}) {
     const TemporaryFolder folder;
     Write(folder / "eyes.csv", TableOfEyes(300));
     BatchRequest request = RequestIn(folder);

@@ -17,8 +17,8 @@ TEST(Shard, WhatIsNoneIsRefused) {
 }
 
 TEST(Shard, RowsOfAllShardsTogetherAreTheTable) {
-  for (const std::size_t rows : {0, 1, 4, 5, 37, 100}) {
-    for (const std::size_t of : {1, 2, 3, 7}) {
+  for (const std::size_t rows : {0U, 1U, 4U, 5U, 37U, 100U}) {
+    for (const std::size_t of : {1U, 2U, 3U, 7U}) {
       std::size_t sum = 0;
       for (std::size_t number = 1; number <= of; ++number) {
         const Shard shard{number, of};
