@@ -77,8 +77,7 @@ int OrvanelInputZer(const double* coefficients) noexcept {
 
 int OrvanelGetPSF(double* psf, double* strehl, double* psfHalfWidth) noexcept {
   if (!module.engine.has_value()) return kRefused;
-  const GridPlane& held = module.engine->psfPlane;
-  StoreAll(psf, held.data(), held.size());
+  module.engine->psfPlane.CopyTo(psf);
   Store(strehl, 0, module.engine->strehlRatio);
   Store(psfHalfWidth, 0, module.engine->psfHalfWidth);
   return kDone;

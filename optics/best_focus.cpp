@@ -79,7 +79,7 @@ void OpticsEngine::searchBestFocusByPsf(double* coefficients, double diameter, d
     return ComputeStrehl(kSearchWavelength);
   };
   coefficients[kDefocus] = Walk(c[kDefocus], step, strehlOfTrial, std::greater<>());
-  FormPsf(kSearchWavelength, false);  // of the last trial
+  FormPsf(kSearchWavelength);  // of the last trial
 }
 
 void OpticsEngine::searchBestFocusByFit(double* coefficients, double diameter, double step, int includeAstigmatism) {

@@ -42,26 +42,28 @@ double FrequencyStep(int n, double psfHalfWidth, double focalLength) {
 bool OpticsEngine::ComputeMtf(double wavelength, double* mtfOut, double* frequencyStep, double* rowSection,
                               double* columnSection, double* diffractionLimit, int s) {
   const int n = gridSize;
-  if (n >= 1) FormPsf(wavelength, true);
+  if (n >= 1) FormPsf(wavelength);
 
   // Optical transfer function, zero frequency at the centre, and its modulus and angle.
   double* mtf = nullptr;
   if (workspace_->kernels != nullptr) {
+    KernelMemory& memory = *workspace_->memory;
+    memory.ofMtf = 1 - memory.ofImages;
+    void* const spectrum = memory.transferFunctions[memory.ofMtf].data();
+    workspace_->kernels->transferFunction(memory.psf, workspace_->tables, workspace_->ScratchOf(), spectrum);
+    memory.mtfIsOfPsf = true;
     mtf = s == n ? mtfOut : workspace_->Spare();
-    workspace_->kernels->transferFunction(workspace_->memory->psf, workspace_->tables, workspace_->ScratchOf(), mtf,
-                                          phasePlane.looked() ? phasePlane.data() : nullptr);
-    if (!phasePlane.looked()) {
-      phasePlane.Due(
-          [](void* source, double* phase) {
-            Workspace& w = *static_cast<Workspace*>(source);
-            w.kernels->transferFunction(w.memory->psf, w.tables, w.ScratchOf(), nullptr, phase);
-          },
-          workspace_.get());
-    }
+    workspace_->kernels->modulation(spectrum, mtf);
+    phasePlane.Due(
+        [](void* source, double* phase) {
+          const Workspace& w = *static_cast<Workspace*>(source);
+          w.kernels->phase(w.memory->transferFunctions[w.memory->ofMtf].data(), phase);
+        },
+        workspace_.get());
   } else {
     double* const re = workspace_->plain->objectReal.data();
     double* const im = workspace_->plain->objectImag.data();
-    std::copy(psfPlane.begin(), psfPlane.end(), re);
+    psfPlane.CopyTo(re);
     std::fill_n(im, SampleCount(n), 0.0);
     CentredFft2(re, im, 1, n, kLog2OfGrid);
     mtf = workspace_->plain->productReal.data();
@@ -76,7 +78,7 @@ bool OpticsEngine::ComputeMtf(double wavelength, double* mtfOut, double* frequen
 
   // The central part, and behind it what the PSF left there.
   if (mtf != mtfOut) {
-    StoreAll(mtfOut, psfPlane.data(), psfPlane.size());
+    psfPlane.CopyTo(mtfOut);
     for (int r = 0; r < s; ++r) {
       const int from = n / 2 - s / 2;
       StoreAll(mtfOut + SampleIndex(r, 0, s), mtf + SampleIndex(from + r, from, n), static_cast<std::size_t>(s));

@@ -204,7 +204,7 @@ FocusResult Search::Run() {
 
 FocusResult OpticsEngine::OptimiseFocus(const double* coefficients, double diameter, const FocusSearch& search) {
   const FocusResult result = Search(*this, coefficients, diameter, search).Run();
-  FormPsf(search.wavelength, false);
+  FormPsf(search.wavelength);
   return result;
 }
 

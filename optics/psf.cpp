@@ -82,7 +82,7 @@ Peak FindPeakOfKernels(const double* intensity, const double* rowMaxima) {
 
 }  // namespace
 
-void OpticsEngine::FormPsf(double wavelength, bool mtfFollows) {
+void OpticsEngine::FormPsf(double wavelength) {
   const int n = gridSize;
   psfWavelength = wavelength;
   focalLength = kFocalLength;
@@ -92,7 +92,6 @@ void OpticsEngine::FormPsf(double wavelength, bool mtfFollows) {
   // Field and intensity on the retina. The brightest sample comes to the centre: tilt only displaces the image.
   double brightest = 0.0;
   if (workspace_->kernels != nullptr) {
-    if (!mtfFollows) phasePlane.Settle();  // it is still to be made of the intensity that goes now
     KernelMemory& memory = *workspace_->memory;
     double rowMaxima[kKernelGrid];
     double* const intensity = memory.intensity.doubles();
@@ -106,7 +105,13 @@ void OpticsEngine::FormPsf(double wavelength, bool mtfFollows) {
       std::fill_n(intensity, kKernelGrid * kIntensityPitch, 0.0);  // it may hold what is not a number
       memory.psf = {intensity, 0.0, 0, 0};
     }
-    workspace_->kernels->recentre(memory.psf, psfPlane.data());
+    memory.mtfIsOfPsf = false;
+    psfPlane.Due(
+        [](void* source, double* psf) {
+          const Workspace& w = *static_cast<Workspace*>(source);
+          w.kernels->recentre(w.memory->psf, psf);
+        },
+        workspace_.get());
   } else {
     double* const re = workspace_->plain->objectReal.data();
     double* const im = workspace_->plain->objectImag.data();
@@ -118,7 +123,8 @@ void OpticsEngine::FormPsf(double wavelength, bool mtfFollows) {
     RecentrePlane(intensity, peak.row, peak.column, n);
     brightest = peak.value;
     const double scale = brightest > 0.0 ? 1.0 / brightest : 0.0;
-    for (std::size_t i = 0; i < psfPlane.size(); ++i) psfPlane[i] = brightest > 0.0 ? scale * intensity[i] : 0.0;
+    double* const psf = psfPlane.data();
+    for (std::size_t i = 0; i < psfPlane.size(); ++i) psf[i] = brightest > 0.0 ? scale * intensity[i] : 0.0;
   }
   strehlRatio = StrehlRatio(brightest, n, pupilSamples);
 }
@@ -127,8 +133,8 @@ bool OpticsEngine::ComputePsf(double wavelength, double* psfCopy, double* pitch,
   const int n = gridSize;
   if (size > n || n < 1) return false;
   if (reuse == 1 && wavelength == psfWavelength) return true;
-  FormPsf(wavelength, false);
-  StoreAll(psfCopy, psfPlane.data(), psfPlane.size());
+  FormPsf(wavelength);
+  psfPlane.CopyTo(psfCopy);
   *strehl = strehlRatio;
   *pitch = 2 * psfHalfWidth / (n - 1);
   return true;

@@ -54,17 +54,29 @@ void OpticsEngine::EnsureOtf() {
   if (otfValid == 1) return;
   otfValid = 1;
   if (workspace_->kernels != nullptr) {
-    void* const spectrum = workspace_->memory->otf.data();
-    workspace_->kernels->realTransform(psfPlane.data(), workspace_->tables, workspace_->ScratchOf(), spectrum);
+    // A PSF that somebody has looked at may have been changed; one that nobody has is that of the last ComputePsf.
+    KernelMemory& memory = *workspace_->memory;
+    if (!psfPlane.looked() && memory.mtfIsOfPsf) {
+      memory.ofImages = memory.ofMtf;
+    } else {
+      memory.ofImages = 1 - memory.ofMtf;
+      if (psfPlane.looked()) {
+        workspace_->kernels->realTransform(psfPlane.data(), workspace_->tables, workspace_->ScratchOf(),
+                                           memory.OtfOfImages());
+      } else {
+        workspace_->kernels->transferFunction(memory.psf, workspace_->tables, workspace_->ScratchOf(),
+                                              memory.OtfOfImages());
+      }
+    }
     const auto unfolded = [](void* source, double* re, double* im) {
       const Workspace& w = *static_cast<Workspace*>(source);
-      w.kernels->unfold(w.memory->otf.data(), re, im);
+      w.kernels->unfold(w.memory->OtfOfImages(), re, im);
     };
     otfRealPlane.Due([](void* source, double* re) { decltype(unfolded){}(source, re, nullptr); }, workspace_.get());
     otfImagPlane.Due([](void* source, double* im) { decltype(unfolded){}(source, nullptr, im); }, workspace_.get());
     return;
   }
-  std::copy(psfPlane.begin(), psfPlane.end(), otfRealPlane.begin());
+  psfPlane.CopyTo(otfRealPlane.data());
   std::fill(otfImagPlane.begin(), otfImagPlane.end(), 0.0);
   Fft2(otfRealPlane.data(), otfImagPlane.data(), gridSize, 0);
 }
@@ -84,7 +96,7 @@ void OpticsEngine::ImageOf(const void* spectrum, double objectTotal, double* ima
   // Whoever has looked at the transfer function may also have changed it.
   const bool looked = otfRealPlane.looked() || otfImagPlane.looked();
   const TransferPlanes otf = looked ? TransferPlanes{nullptr, otfRealPlane.data(), otfImagPlane.data()}
-                                    : TransferPlanes{workspace_->memory->otf.data(), nullptr, nullptr};
+                                    : TransferPlanes{workspace_->memory->OtfOfImages(), nullptr, nullptr};
   if (normaliseOutput == 0) {
     workspace_->kernels->imageKeepingTotal(spectrum, otf, objectTotal, workspace_->tables, workspace_->ScratchOf(),
                                            image);

@@ -40,8 +40,13 @@ struct KernelMemory {
   AlignedBytes lines{kLinesBytes};
   AlignedBytes object{kSpectrumBytes};                                     // the object that is looked at
   AlignedBytes intensity{sizeof(double) * kKernelGrid * kIntensityPitch};  // of the last PSF
-  AlignedBytes otf{kSpectrumBytes};                                        // of the last EnsureOtf
-  Recentring psf{intensity.doubles(), 0.0, 0, 0};                          // from intensity to psfPlane
+  AlignedBytes transferFunctions[2] = {AlignedBytes(kSpectrumBytes), AlignedBytes(kSpectrumBytes)};
+  Recentring psf{intensity.doubles(), 0.0, 0, 0};  // from intensity to the last PSF
+  int ofMtf = 0;                                   // which transfer function is that of the last MTF, and which that of
+  int ofImages = 1;                                //   the last EnsureOtf: planes that are due may still need both
+  bool mtfIsOfPsf = false;                         // the last MTF is that of the last PSF
+
+  void* OtfOfImages() const { return transferFunctions[ofImages].data(); }
 };
 
 // What other grids work with; the same holds for these planes.

@@ -3,6 +3,7 @@
 #define ORVANEL_LAZY_PLANE_H
 
 #include <cstddef>
+#include <cstring>
 
 #include "orvanel/grid_plane.h"
 
@@ -10,7 +11,7 @@ namespace orvanel {
 
 // Reads like a GridPlane, and always holds what the engine's operations have last put there. As long as nobody has
 // looked, they only note what is due; from the first look on they write at once, since whoever looked may have kept the
-// address. Moves, but does not copy.
+// address. A copy is not a look. Moves, but does not copy.
 class LazyPlane {
  public:
   // With side x side samples, all zero.
@@ -31,6 +32,15 @@ class LazyPlane {
   double operator[](std::size_t index) const { return Look()[index]; }
   double& operator()(int row, int column) { return Look()(row, column); }
   double operator()(int row, int column) const { return Look()(row, column); }
+
+  // The same samples, written to side x side doubles of any alignment.
+  void CopyTo(double* samples) const {
+    if (due_ != nullptr) {
+      due_(source_, samples);
+    } else {
+      std::memcpy(static_cast<void*>(samples), plane_.data(), size() * sizeof(double));
+    }
+  }
 
   // The plane itself.
   operator const GridPlane&() const { return Look(); }
@@ -58,14 +68,6 @@ class LazyPlane {
     due_ = writer;
     source_ = source;
     if (looked_) Look();
-  }
-
-  // Before the source changes: writes what is due.
-  void Settle() {
-    if (due_ == nullptr) return;
-    const bool looked = looked_;
-    Look();
-    looked_ = looked;
   }
 
   mutable GridPlane plane_;

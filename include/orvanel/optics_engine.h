@@ -71,7 +71,7 @@ class OpticsEngine {
 
   int gridSize;                      // n, the side of every plane
   double psfHalfWidth = 0.0;         // half the side of the PSF plane on the retina, mm
-  GridPlane psfPlane;                // point spread function, peak 1 at the centre
+  LazyPlane psfPlane;                // point spread function, peak 1 at the centre
   GridPlane auxPlaneA;               // spare; no operation reads or writes it
   LazyPlane phasePlane;              // phase transfer function, radians; means something where the MTF is not ~0
   double strehlRatio = 0.0;          // see ComputePsf
@@ -212,7 +212,7 @@ class OpticsEngine {
  private:
   struct Workspace;  // scratch memory, allocated once
 
-  void FormPsf(double wavelength, bool mtfFollows);
+  void FormPsf(double wavelength);
   void ImageOf(const void* spectrum, double objectTotal, double* image);
   void ImageOfPlanes(double* re, double* im, double* intensity, double objectTotal, double* image);
   void Normalise(const double* intensity, double objectTotal, double* image) const;

@@ -65,14 +65,17 @@ struct Kernels {
   // In place, CentredFft2.
   void (*centredTransform)(double* re, double* im, int direction, const Tables& tables, const Scratch& scratch);
 
-  // The MTF of that PSF, the modulus of its centred transform over that of the centre, and the transform's angles, -pi
-  // to pi; each where there is a plane for it.
-  void (*transferFunction)(const Recentring& from, const Tables& tables, const Scratch& scratch, double* mtf,
-                           double* phase);
-
   // Backward transform of a real plane, times 1/n^2; the result is the plane's total. The plane may lie where the
   // spectrum goes.
   double (*realTransform)(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum);
+
+  // The same transform of that PSF, without writing the PSF.
+  void (*transferFunction)(const Recentring& from, const Tables& tables, const Scratch& scratch, void* spectrum);
+
+  // The moduli of such a spectrum over that of zero frequency, and the angles of its conjugate, -pi to pi; zero
+  // frequency in the middle, origin of the PSF there too.
+  void (*modulation)(const void* spectrum, double* mtf);
+  void (*phase)(const void* spectrum, double* phase);
 
   // A spectrum as whole planes, of which either may be null.
   void (*unfold)(const void* spectrum, double* re, double* im);

@@ -3,7 +3,9 @@
 #include "optics/kernels/centred.h"
 #include "optics/kernels/image.h"
 #include "optics/kernels/kernels.h"
+#include "optics/kernels/modulation.h"
 #include "optics/kernels/pupil.h"
+#include "optics/kernels/spectrum.h"
 #include "optics/kernels/wavefront.h"
 
 #define ORVANEL_STRING(name) #name
@@ -19,8 +21,10 @@ const Kernels kKernels = {
     .recentre = Recentre,
     .transform = Transform,
     .centredTransform = CentredTransform,
-    .transferFunction = TransferFunction,
     .realTransform = RealTransform,
+    .transferFunction = TransferFunction,
+    .modulation = Modulation,
+    .phase = Phase,
     .unfold = Unfold,
     .imageKeepingTotal = ImageKeepingTotal,
     .imageStretched = ImageStretched,

@@ -77,7 +77,8 @@ def check(mutations):
     count = collections.Counter(mutation.file for mutation in mutations)
     sources = [path.relative_to(ROOT).as_posix() for folder in ("optics", "optics/kernels")
                for path in sorted((ROOT / folder).glob("*.cpp"))]
-    sources += [f"optics/kernels/{name}.h" for name in ("centred", "image", "lines", "pupil", "vectors", "wavefront")]
+    sources += [f"optics/kernels/{name}.h" for name in ("centred", "image", "lines", "modulation",
+                                                         "pupil", "spectrum", "vectors", "wavefront")]
     for source in sources + ["interface/exports.cpp", "interface/pattern_asset.cpp"]:
         if count[source] < LEAST_IN_A_FILE:
             raise SystemExit(f"tests/mutation/mutations.txt: {source} has {count[source]} mistakes; "

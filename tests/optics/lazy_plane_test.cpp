@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <random>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -183,6 +185,154 @@ TEST_P(PhasePlane, ReadsAlikeThroughEachOfItsDoors) {
 }
 
 ORVANEL_ON_EVERY_KERNEL(PhasePlane);
+
+// ---- All planes together
+
+// Whatever is called in whatever order: planes that nobody has looked at are in the end those of an engine whose planes
+// were looked at from the start, which writes each at once.
+class LazyPlanes : public test::EveryKernel {
+ protected:
+  static constexpr int kActions = 8;
+
+  static void Act(OpticsEngine& engine, int action, double coma) {
+    Plane plane(65536);
+    double a = 0.0, b = 0.0;
+    const Plane bars = Bars();
+    switch (action) {
+      case 0:
+        engine.synthesizeWavefront(Eye(coma).data(), 4.1, 1, 1, 1);
+        break;
+      case 1:
+        engine.ComputePsf(kWavelength, plane.data(), &a, &b, 256);
+        break;
+      case 2:
+      case 3:
+        engine.ComputeMtf(kWavelength, plane.data(), &a, nullptr, nullptr, nullptr, 256);
+        break;
+      case 4:
+        engine.EnsureOtf();
+        break;
+      case 5:
+        engine.PatternRetinalImage(plane.data(), bars.data(), 256);
+        break;
+      case 6:
+        engine.otfValid = 0;
+        break;
+      default:
+        engine.RescalePlane(plane.data(), 1.5);
+        engine.ComputeStrehl(kWavelength);
+        break;
+    }
+  }
+
+  static Plane Bars() {
+    Plane bars;
+    for (int i = 0; i < 65536; ++i) bars.push_back(i / 5 % 2 == 0 ? 0.25 : 0.5);
+    return bars;
+  }
+
+  static Plane ImageOf(OpticsEngine& engine) {
+    Plane image(65536, -1.0);
+    engine.PatternRetinalImage(image.data(), Bars().data(), 256);
+    return image;
+  }
+
+  static void LookAtAll(OpticsEngine& engine) {
+    for (LazyPlane* plane : {&engine.psfPlane, &engine.phasePlane, &engine.otfRealPlane, &engine.otfImagPlane}) {
+      plane->data();
+    }
+  }
+
+  static Plane CopyOf(const LazyPlane& plane) {
+    Plane copy(plane.size());
+    plane.CopyTo(copy.data());
+    return copy;
+  }
+
+  static void ExpectTheSame(OpticsEngine& lazy, const OpticsEngine& eager, const std::string& sequence) {
+    // Copies first: they must leave the planes as they are.
+    EXPECT_TRUE(SameBits(CopyOf(lazy.psfPlane), eager.psfPlane)) << sequence;
+    EXPECT_TRUE(SameBits(CopyOf(lazy.phasePlane), eager.phasePlane)) << sequence;
+    EXPECT_TRUE(SameBits(CopyOf(lazy.otfRealPlane), eager.otfRealPlane)) << sequence;
+    EXPECT_TRUE(SameBits(CopyOf(lazy.otfImagPlane), eager.otfImagPlane)) << sequence;
+    EXPECT_EQ(lazy.otfValid, eager.otfValid) << sequence;
+  }
+};
+
+TEST_P(LazyPlanes, AreThoseOfAnEngineThatWritesThemAtOnce) {
+  std::mt19937 random(4);
+  for (int trial = 0; trial < 30; ++trial) {
+    OpticsEngine lazy, eager;
+    LookAtAll(eager);
+    std::string sequence;
+    for (int step = 0; step < 12; ++step) {
+      const int action = static_cast<int>(random() % kActions);
+      const double coma = 1e-5 * static_cast<double>(random() % 100);
+      Act(lazy, action, coma);
+      Act(eager, action, coma);
+      sequence += std::to_string(action);
+      if (random() % 4 == 0) ExpectTheSame(lazy, eager, sequence);
+    }
+    ExpectTheSame(lazy, eager, sequence);
+    LookAtAll(lazy);
+    ExpectTheSame(lazy, eager, sequence);
+    EXPECT_TRUE(SameBits(ImageOf(lazy), ImageOf(eager))) << sequence;
+  }
+}
+
+TEST_P(LazyPlanes, LookedAtHalfwayAreTheSameToo) {
+  std::mt19937 random(5);
+  for (int trial = 0; trial < 30; ++trial) {
+    OpticsEngine lazy, eager;
+    LookAtAll(eager);
+    std::string sequence;
+    for (int step = 0; step < 12; ++step) {
+      const int action = static_cast<int>(random() % kActions);
+      const double coma = 1e-5 * static_cast<double>(random() % 100);
+      Act(lazy, action, coma);
+      Act(eager, action, coma);
+      sequence += std::to_string(action);
+      if (random() % 3 == 0) {
+        // A look at one plane, and a sample changed there, as a host may.
+        const auto change = [&](OpticsEngine& engine) {
+          const std::array<LazyPlane*, 4> planes = {&engine.psfPlane, &engine.phasePlane, &engine.otfRealPlane,
+                                                    &engine.otfImagPlane};
+          (*planes[static_cast<std::size_t>(trial % 4)])(100, 90) += 0.25;
+        };
+        change(lazy);
+        change(eager);
+        sequence += 'w';
+      }
+    }
+    ExpectTheSame(lazy, eager, sequence);
+    EXPECT_TRUE(SameBits(ImageOf(lazy), ImageOf(eager))) << sequence;
+  }
+}
+
+TEST_P(LazyPlanes, ThePsfKeepsWhatAHostWroteUntilTheNextOne) {
+  OpticsEngine engine;
+  Act(engine, 2, 0.0);
+  engine.psfPlane(100, 90) = 7.5;
+  Act(engine, 4, 0.0);
+  EXPECT_EQ(engine.psfPlane(100, 90), 7.5);
+  EXPECT_EQ(CopyOf(engine.psfPlane)[100 * 256 + 90], 7.5);
+  Act(engine, 1, 0.0);
+  EXPECT_NE(engine.psfPlane(100, 90), 7.5);
+}
+
+TEST_P(LazyPlanes, ThePsfSeenThroughAPointerTakenBeforeIsTheNewOne) {
+  OpticsEngine engine, fresh;
+  const double* const psf = engine.psfPlane.data();
+  for (const double coma : {1e-4, 4e-4}) {
+    Act(engine, 0, coma);
+    Act(engine, 2, 0.0);
+    Act(fresh, 0, coma);
+    Act(fresh, 2, 0.0);
+    EXPECT_TRUE(SameBits(psf, CopyOf(fresh.psfPlane).data(), 65536));
+  }
+}
+
+ORVANEL_ON_EVERY_KERNEL(LazyPlanes);
 
 }  // namespace
 }  // namespace orvanel

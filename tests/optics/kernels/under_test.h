@@ -7,7 +7,7 @@
 // Whole kernels go unused here.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wunused-function"
-#include "optics/kernels/centred.h"
+#include "optics/kernels/modulation.h"
 #include "optics/kernels/pupil.h"
 #pragma GCC diagnostic pop
 

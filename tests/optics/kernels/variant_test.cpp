@@ -102,7 +102,9 @@ TEST_P(KernelVariants, MakesTheSameTransferFunction) {
       }
       const Recentring from = {intensity.data(), 0.37, 91, 203};
       kernels.recentre(from, psf.data());
-      kernels.transferFunction(from, TransformTables(), scratch.Of(), mtf.data(), phase.data());
+      kernels.transferFunction(from, TransformTables(), scratch.Of(), scratch.spectrum.data());
+      kernels.modulation(scratch.spectrum.data(), mtf.data());
+      kernels.phase(scratch.spectrum.data(), phase.data());
       return Joined(psf, Joined(mtf, phase));
     });
   }
