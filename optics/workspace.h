@@ -17,12 +17,10 @@ constexpr int kKernelGrid = 256;    // the grid that the kernels are made for
 constexpr int kSpectrumSide = 264;  // of a plane that is large enough for a spectrum
 static_assert(sizeof(double) * kSpectrumSide * kSpectrumSide >= kSpectrumBytes);
 
-// Bytes at the beginning of a cache line, zero when made.
+// Bytes at the beginning of a cache line. They are not written, so that they take up no memory before they are used.
 class AlignedBytes {
  public:
-  explicit AlignedBytes(std::size_t count) : bytes_(static_cast<std::byte*>(::operator new(count, kAlignment))) {
-    std::fill_n(bytes_.get(), count, std::byte{0});
-  }
+  explicit AlignedBytes(std::size_t count) : bytes_(static_cast<std::byte*>(::operator new(count, kAlignment))) {}
   void* data() const { return bytes_.get(); }
   double* doubles() const { return reinterpret_cast<double*>(bytes_.get()); }
 
@@ -36,6 +34,12 @@ class AlignedBytes {
 
 // What the kernels work with. Every operation may use plane, lines and object; none finds there what another left.
 struct KernelMemory {
+  // Before the first PSF all is dark.
+  KernelMemory() {
+    std::fill_n(intensity.doubles(), kKernelGrid * kIntensityPitch, 0.0);
+    std::fill_n(static_cast<double*>(OtfOfImages()), kSpectrumBytes / sizeof(double), 0.0);
+  }
+
   AlignedBytes plane{kPlaneBytes};
   AlignedBytes lines{kLinesBytes};
   AlignedBytes object{kSpectrumBytes};                                     // the object that is looked at

@@ -32,6 +32,10 @@ class GridPlane {
   double operator()(int row, int column) const { return samples_[Index(row, column)]; }
 
  private:
+  friend class LazyPlane;
+  struct Unwritten {};
+  GridPlane(int side, Unwritten);  // without zeros
+
   struct Release {
     void operator()(double* samples) const;
   };

@@ -15,7 +15,7 @@ namespace orvanel {
 class LazyPlane {
  public:
   // With side x side samples, all zero.
-  explicit LazyPlane(int side) : plane_(side) {}
+  explicit LazyPlane(int side) : plane_(side, GridPlane::Unwritten{}) {}
 
   // Samples a side, samples in all, and where they lie.
   int side() const { return plane_.side(); }
@@ -37,6 +37,8 @@ class LazyPlane {
   void CopyTo(double* samples) const {
     if (due_ != nullptr) {
       due_(source_, samples);
+    } else if (!written_) {
+      std::memset(static_cast<void*>(samples), 0, size() * sizeof(double));
     } else {
       std::memcpy(static_cast<void*>(samples), plane_.data(), size() * sizeof(double));
     }
@@ -56,7 +58,10 @@ class LazyPlane {
       const Writer due = due_;
       due_ = nullptr;
       due(source_, plane_.data());
+    } else if (!written_) {
+      std::memset(plane_.data(), 0, size() * sizeof(double));
     }
+    written_ = true;
     looked_ = true;
     return plane_;
   }
@@ -72,6 +77,7 @@ class LazyPlane {
 
   mutable GridPlane plane_;
   mutable Writer due_ = nullptr;
+  mutable bool written_ = false;  // else the samples are still to become zero, so that many never take up memory
   mutable bool looked_ = false;
   void* source_ = nullptr;
 };

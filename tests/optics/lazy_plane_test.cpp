@@ -309,6 +309,27 @@ TEST_P(LazyPlanes, LookedAtHalfwayAreTheSameToo) {
   }
 }
 
+TEST_P(LazyPlanes, AreZeroInANewEngine) {
+  for (const bool copied : {false, true}) {
+    OpticsEngine engine;
+    for (const LazyPlane* plane : {&engine.psfPlane, &engine.phasePlane, &engine.otfRealPlane, &engine.otfImagPlane}) {
+      const Plane seen = copied ? CopyOf(*plane) : Plane(plane->begin(), plane->end());
+      EXPECT_TRUE(SameBits(seen, Plane(65536)));
+    }
+  }
+}
+
+TEST_P(LazyPlanes, ThatNobodyHasLookedAtAreZeroToImagesOfANewEngineToo) {
+  for (const std::uint8_t valid : {std::uint8_t{0}, std::uint8_t{1}}) {
+    OpticsEngine lazy, eager;
+    LookAtAll(eager);
+    lazy.otfValid = eager.otfValid = valid;
+    lazy.normaliseOutput = eager.normaliseOutput = 0;
+    EXPECT_TRUE(SameBits(ImageOf(lazy), ImageOf(eager)));
+    EXPECT_TRUE(SameBits(CopyOf(lazy.otfRealPlane), eager.otfRealPlane));
+  }
+}
+
 TEST_P(LazyPlanes, ThePsfKeepsWhatAHostWroteUntilTheNextOne) {
   OpticsEngine engine;
   Act(engine, 2, 0.0);
