@@ -184,7 +184,7 @@ constexpr double kPhaseUlps = 4.3;
 // whichever is near a / b, atan(a / b) = atan(c) + atan(u), u = (a - c b) / (b + c a), |u| < 0.2361. The polynomial is
 // minimax there, to 2^-57.
 ORVANEL_INLINE V Angle(V y, V x) {
-  constexpr long long signBit = static_cast<long long>(1ull << 63);
+  constexpr auto signBit = static_cast<long long>(1ull << 63);
   const Mask ySign = Bits(y) & signBit;
   const Mask xNegative = Bits(x) < 0;
   const V ax = Bits(Bits(x) & ~signBit);
