@@ -69,7 +69,7 @@ std::string Notes(const std::string& footer) {
 
 // The words that an option takes, where its description ends in a list of them: "Unit: mm, um, nm, waves".
 std::string WordsTaken(const CLI::Option& option) {
-  const std::string description = option.get_description();
+  const std::string& description = option.get_description();
   const std::size_t colon = description.rfind(": ");
   const std::string type = option.get_type_name();
   if (type == "OD|OS") return "OD OS";

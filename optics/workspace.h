@@ -74,9 +74,9 @@ struct OpticsEngine::Workspace {
   }
 
   // A plane for the length of an operation.
-  double* Spare() { return kernels != nullptr ? memory->object.doubles() : plain->productImag.data(); }
+  double* Spare() const { return kernels != nullptr ? memory->object.doubles() : plain->productImag.data(); }
 
-  Scratch ScratchOf() { return {memory->plane.data(), memory->lines.data()}; }
+  Scratch ScratchOf() const { return {memory->plane.data(), memory->lines.data()}; }
 
   const Tables& tables = TransformTables();
   const Kernels* kernels = nullptr;  // none on other grids than theirs

@@ -1,7 +1,7 @@
 // Options of a batch, and its report.
 #include "cli/commands/batch.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <algorithm>
 #include <thread>
 

@@ -1,7 +1,7 @@
 // One eye to a report or file, a table to a table.
 #include "cli/commands/convert.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <algorithm>
 #include <utility>
 

@@ -1,7 +1,7 @@
 // One search, reported with what was made best, before and after.
 #include "cli/commands/focus.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <cmath>
 #include <utility>
 

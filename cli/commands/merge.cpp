@@ -1,7 +1,7 @@
 // Shards in, one table out.
 #include "cli/commands/merge.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 
 #include "cli/batch/join.h"
 #include "cli/batch/statistics.h"

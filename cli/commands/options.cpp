@@ -1,7 +1,7 @@
 // Shared options, each with the word that files use for the same thing.
 #include "cli/commands/options.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <utility>
 
 #include "cli/error.h"

@@ -1,7 +1,7 @@
 // The mean eye, and as many around it as are asked for.
 #include "cli/commands/population.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <algorithm>
 #include <charconv>
 #include <utility>

@@ -1,7 +1,7 @@
 // One run from an eye to a folder.
 #include "cli/commands/simulate.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 #include <algorithm>
 #include <utility>
 

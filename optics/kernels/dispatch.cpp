@@ -37,7 +37,7 @@ std::vector<const Kernels*> AskTheCpu() {
 const Kernels* FromEnvironment() {
   const char* const name = std::getenv("ORVANEL_KERNELS");
   const Kernels* const kernels = FindKernels(name);
-  if (kernels == nullptr) {
+  if (name != nullptr && kernels == nullptr) {
     std::fprintf(stderr, "orvanel: %s\n", NoSuchKernels(name).c_str());
     std::_Exit(EXIT_FAILURE);  // at once: the library may be loading, when nothing that is run at exit is ready
   }

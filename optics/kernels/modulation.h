@@ -21,7 +21,7 @@ constexpr double kPhaseUlps = 4.3;
 // whichever is near a / b, atan(a / b) = atan(c) + atan(u), u = (a - c b) / (b + c a), |u| < 0.2361. The polynomial is
 // minimax there, to 2^-57.
 ORVANEL_INLINE V Angle(V y, V x) {
-  constexpr long long signBit = static_cast<long long>(1ull << 63);
+  constexpr auto signBit = static_cast<long long>(1ull << 63);
   const Mask ySign = Bits(y) & signBit;
   const Mask xNegative = Bits(x) < 0;
   const V ax = Bits(Bits(x) & ~signBit);
@@ -131,7 +131,7 @@ void Modulation(const void* spectrum, double* mtf) {
 
 // The centred transform has the other sign in its exponent, and its origin in the middle of the plane.
 void Phase(const void* spectrum, double* phase) {
-  constexpr long long signBit = static_cast<long long>(1ull << 63);
+  constexpr auto signBit = static_cast<long long>(1ull << 63);
   Mask oddLanes{};
   for (int l = 1; l < kWidth; l += 2) oddLanes[l] = signBit;
   CentredPlane(

@@ -1,11 +1,11 @@
 // Determinant, minors and trace.
 #include <gtest/gtest.h>
 
-#include <Eigen/Dense>
 #include <cmath>
 
 #include "orvanel/matrix.h"
 #include "tests/matrix/examples.h"
+#include "tests/matrix/independent.h"
 
 namespace orvanel {
 namespace {
@@ -13,8 +13,6 @@ namespace {
 using test::Equal;
 using test::IsEmpty;
 using test::MatrixOf;
-
-using LongMatrix = Eigen::Matrix<long double, Eigen::Dynamic, Eigen::Dynamic>;
 
 TEST(Determinant, OfOneElementIsIt) { EXPECT_EQ(MatrixOf({{-2.5}}).det(), -2.5); }
 
@@ -40,7 +38,7 @@ TEST(Determinant, EqualsTheProductOfPivotsInMorePrecision) {
     const Matrix a = test::RandomMatrix(n, n, static_cast<unsigned>(n));
     // The reference, 2048 times as precise, needs less than the bound leaves unused.
     const double bound = DeterminantError(n) * test::PermanentOfMagnitudes(a);
-    const long double reference = LongMatrix(test::ToEigen(a).cast<long double>()).partialPivLu().determinant();
+    const long double reference = test::DeterminantByEigen(a);
     EXPECT_LE(std::fabs(static_cast<double>(a.det() - reference)), bound) << n;
     EXPECT_GT(std::fabs(static_cast<double>(reference)), 1e6 * bound) << n;
   }

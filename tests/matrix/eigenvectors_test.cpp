@@ -9,6 +9,7 @@
 
 #include "orvanel/matrix.h"
 #include "tests/matrix/examples.h"
+#include "tests/matrix/to_eigen.h"
 #include "tests/support/captured_stdout.h"
 
 namespace orvanel {

@@ -2,7 +2,6 @@
 #ifndef ORVANEL_TESTS_MATRIX_EXAMPLES_H
 #define ORVANEL_TESTS_MATRIX_EXAMPLES_H
 
-#include <Eigen/Dense>
 #include <cmath>
 #include <cstdint>
 #include <initializer_list>
@@ -56,16 +55,14 @@ inline Matrix CyclicPermutation(int n) {
   return a;
 }
 
-inline Eigen::MatrixXd ToEigen(const Matrix& a) {
-  Eigen::MatrixXd e(a.rows(), a.cols());
-  for (int i = 0; i < a.rows(); ++i) {
-    for (int j = 0; j < a.cols(); ++j) e(i, j) = a(i, j);
-  }
-  return e;
-}
-
 // The root of the sum of all squares.
-inline double FrobeniusNorm(const Matrix& a) { return a.rows() == 0 || a.cols() == 0 ? 0.0 : ToEigen(a).norm(); }
+inline double FrobeniusNorm(const Matrix& a) {
+  double sum = 0.0;
+  for (int i = 0; i < a.rows(); ++i) {
+    for (int j = 0; j < a.cols(); ++j) sum += a(i, j) * a(i, j);
+  }
+  return std::sqrt(sum);
+}
 
 // The largest sum of magnitudes in a row.
 inline double RowSumNorm(const Matrix& a) {
