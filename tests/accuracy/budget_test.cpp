@@ -65,6 +65,7 @@ TEST(Budget, TheShapeOfTheMtfDoesNotDependOnThePupil) {
 TEST(Budget, OfTheAiryPattern) {
   Simulation flat = FlatPupil();
   const BandLimitedPsf psf(flat.engine());
+  ExpectBoundTight("psf", AiryErrorOfPlane(flat), kFlatPsfSampling);
   Real radius = 0, intensity = 0, energy = 0;
   for (int ring = 1; ring <= 3; ++ring) {
     const AiryRing found = FindAiryRing(psf, ring);

@@ -59,6 +59,18 @@ Real DiffractionCurveError(const Simulation& flat) {
   return worst;
 }
 
+Real AiryErrorOfPlane(Simulation& flat) {
+  Real worst = 0;
+  for (int r = -128; r <= 127; ++r) {
+    for (int c = -128; c <= 127; ++c) {
+      // Samples are half a wavelength over diameter apart.
+      const Real radius = std::hypot(static_cast<Real>(r), static_cast<Real>(c)) / 2;
+      worst = Worse(worst, flat.engine().psfPlane(r + 128, c + 128) - AiryIntensity(radius));
+    }
+  }
+  return worst;
+}
+
 Real EffectiveRadius() { return std::sqrt(kDisc / std::numbers::pi_v<Real>) / kRadius; }
 
 AiryRing FindAiryRing(const BandLimitedPsf& psf, int ring) {

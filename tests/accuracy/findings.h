@@ -32,6 +32,9 @@ Real DiffractionErrorOfPlane(const Simulation& flat);
 Real LargestBeyondCutOff(const Simulation& flat);
 Real DiffractionCurveError(const Simulation& flat);  // of the library's own curve
 
+// Of the PSF's samples, less the Airy pattern; 1 at the peak.
+Real AiryErrorOfPlane(Simulation& flat);
+
 // Radius of the circle with the area of the disc's samples, over the disc's own.
 Real EffectiveRadius();
 

@@ -103,14 +103,14 @@ There are two kinds of error, and they differ by a factor of a million million:
 )";
   page.text << "| MTF, of 1 | " << Power(LargestDeviation(page, 4)) << " | " << Power(flat) << " flat; at most "
             << Power(mtf) << " with single modes of up to 0.2 waves RMS |\n";
-  page.text << "| PSF, of its peak | " << Power(LargestDeviation(page, 3)) << " | dark rings "
-            << Fixed(100 * (1 / EffectiveRadius() - 1), 3) << " % too wide |\n";
+  page.text << "| PSF, of its peak | " << Power(LargestDeviation(page, 3)) << " | at most " << Power(kFlatPsfSampling)
+            << " flat; dark rings " << Fixed(100 * (1 / EffectiveRadius() - 1), 3) << " % too wide |\n";
   page.text << "| Strehl ratio | " << Power(LargestDeviation(page, 5)) << ", relative | at most " << Power(strehl)
             << " with single modes of up to 0.2 waves RMS |\n";
   page.text << "| encircled energy, of 1 | | at most " << Power(kEncircledEnergySampling)
             << " at the first three dark rings, " << Power(kEnergySampling) << " elsewhere |\n";
   page.text << R"(
-So a Strehl ratio has three decimals, and an MTF below some 10⁻³ is the staircase's and not the eye's, however many digits
+So a Strehl ratio has two decimals, nearly three, and an MTF below some 10⁻³ is the staircase's and not the eye's, however many digits
 are printed. What the model leaves out is another matter: [see below](#where-not-to-trust-it).
 )";
 }
@@ -212,6 +212,7 @@ void FlatPupilMtf(Page& page) {
     }
     data << "\n\n";
   }
+  data << 0 << ' ' << kFlatMtfSampling << '\n' << 1 << ' ' << kFlatMtfSampling << '\n';
   page.text << R"(
 ## Diffraction alone
 
@@ -297,7 +298,8 @@ transfer function times J0, the energy within it that with J1. Radii in λ / d.
             << Power(kDarkRingRadiusSampling)
             << " of themselves (`kDarkRingRadiusSampling`), and the energies, which do not change "
             << "to first order where the pattern is dark, stay within " << Power(kEncircledEnergySampling)
-            << R"( (`kEncircledEnergySampling`).
+            << R"( (`kEncircledEnergySampling`). No sample of the plane differs from the Airy pattern by more than )"
+            << Power(std::abs(AiryErrorOfPlane(page.flat))) << R"( of the peak (`kFlatPsfSampling`).
 
 ![Airy pattern and encircled energy](images/accuracy-airy.svg)
 )";

@@ -23,15 +23,16 @@ eval upper
 set ylabel "MTF" offset 1,0
 set yrange [0:1]
 plot "diffraction.dat" index 0 using 1:2 with lines lw 2 lc rgb grey title "closed form", \
-     "" index 0 using 1:3 every 4 with points pt 7 ps 0.5 lc rgb blue title "library, row", \
-     "" index 2 using 1:3 every 4 with points pt 6 ps 0.7 lc rgb red title "library, diagonal"
+     "" index 0 using 1:3 every 4 with points pt 7 ps 0.5 lc rgb blue title "row", \
+     "" index 2 using 1:3 every 4 with points pt 6 ps 0.7 lc rgb red title "diagonal"
 eval lower
 set format x "%.1f"
 set xlabel "spatial frequency over cut-off frequency"
 set ylabel "library − closed form, 10^{−4}" offset 1,0
 set yrange [-11:11]
-plot 9.5 with lines dt 2 lc rgb grey title "bound", -9.5 with lines dt 2 lc rgb grey notitle, \
-     "diffraction.dat" index 0 using 1:($4*1e4) with lines lw 1.5 lc rgb blue title "row", \
+plot "diffraction.dat" index 3 using 1:($2*1e4) with lines dt 2 lc rgb grey title "bound", \
+     "" index 3 using 1:(-$2*1e4) with lines dt 2 lc rgb grey notitle, \
+     "" index 0 using 1:($4*1e4) with lines lw 1.5 lc rgb blue title "row", \
      "" index 2 using 1:($4*1e4) with lines lw 1.5 lc rgb red title "diagonal"
 unset multiplot
 

@@ -20,8 +20,9 @@ class GuardedBuffer {
         mmap(nullptr, room_ + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     ORVANEL_REQUIRE(mapped != MAP_FAILED);
     first_ = static_cast<unsigned char*>(mapped) + kPage;
-    ORVANEL_REQUIRE(mprotect(first_, room_, PROT_READ | PROT_WRITE) == 0);
+    Protect(PROT_READ | PROT_WRITE);
     std::memset(first_, kPattern, room_);
+    TakeBack();
   }
   GuardedBuffer(const GuardedBuffer&) = delete;
   GuardedBuffer& operator=(const GuardedBuffer&) = delete;
@@ -30,12 +31,17 @@ class GuardedBuffer {
   // The doubles anew, untouched: shift 0 puts them right behind the lower guard, 255 right before the upper one, and
   // the others between, most of them unaligned.
   double* Untouched(int shift) {
-    Forget();
+    Protect(PROT_READ | PROT_WRITE);
+    std::memset(first_ + at_, kPattern, bytes_);
     const std::size_t slack = room_ - bytes_;
     at_ = shift == 255 ? slack : static_cast<std::size_t>(shift) * (slack / 255) + static_cast<std::size_t>(shift) % 8;
     if (at_ > slack) at_ = slack;
     return reinterpret_cast<double*>(first_ + at_);
   }
+
+  // Until then nobody may touch them either, who may have kept their address.
+  void TakeBack() { Protect(PROT_NONE); }
+  bool IsOut() const { return protection_ != PROT_NONE; }
 
   // Whether nothing has been written since then: at all, or beside the doubles.
   bool IsUntouched() const { return IsPattern(0, room_); }
@@ -51,9 +57,6 @@ class GuardedBuffer {
     return !IsPattern(at_ + index * sizeof(double), at_ + (index + 1) * sizeof(double));
   }
 
-  // The doubles are as if nobody had written them.
-  void Forget() { std::memset(first_ + at_, kPattern, bytes_); }
-
  private:
   static constexpr std::size_t kPage = 4096;
   static constexpr unsigned char kPattern = 0xa5;
@@ -63,7 +66,14 @@ class GuardedBuffer {
            (first_[from] == kPattern && std::memcmp(first_ + from, first_ + from + 1, to - from - 1) == 0);
   }
 
+  void Protect(int protection) {
+    if (protection == protection_) return;
+    ORVANEL_REQUIRE(mprotect(first_, room_, protection) == 0);
+    protection_ = protection;
+  }
+
   std::size_t bytes_, room_, at_ = 0;
+  int protection_ = PROT_NONE;
   unsigned char* first_;
 };
 

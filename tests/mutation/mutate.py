@@ -5,6 +5,7 @@ Usage: mutate.py check          every mistake of mutations.txt can still be appl
        mutate.py run            try them all, and write the table into docs/testing.md
        mutate.py go-on [WORD...]  try those that have not been tried, or survived, in files whose names contain a WORD;
                                 the table has what was tried so far
+       mutate.py first N [WORD...]  the same, but no more than N of each file; of the exports all
        mutate.py table          write the table of what was tried so far
 """
 import collections
@@ -31,7 +32,10 @@ PROGRAMS = {"interface": ["interface", "failing_memory", "reference"],
             "optics": ["optics", "memory", "interface", "golden", "reference"],
             "include": ["optics", "memory", "interface", "golden", "reference"]}
 
-Mutation = collections.namedtuple("Mutation", "file before after occurrence reason")
+EXPORTS = "interface/exports.cpp"
+CPU = set(pathlib.Path("/proc/cpuinfo").read_text().split())
+
+Mutation = collections.namedtuple("Mutation", "file before after occurrence reason needs")
 
 
 def read_list():
@@ -39,7 +43,8 @@ def read_list():
 
     def finish():
         if block:
-            mutations.append(Mutation(file, block["-"], block["+"], int(block.get("@", 1)), block.get("~", "")))
+            mutations.append(Mutation(file, block["-"], block["+"], int(block.get("@", 1)), block.get("~", ""),
+                                      block.get("!", "")))
             block.clear()
 
     for line in LIST.read_text().splitlines():
@@ -79,7 +84,7 @@ def check(mutations):
                for path in sorted((ROOT / folder).glob("*.cpp"))]
     sources += [f"optics/kernels/{name}.h" for name in ("centred", "image", "lines", "modulation",
                                                          "pupil", "spectrum", "vectors", "wavefront")]
-    for source in sources + ["interface/exports.cpp", "interface/pattern_asset.cpp"]:
+    for source in sources + [EXPORTS, "interface/pattern_asset.cpp"]:
         if count[source] < LEAST_IN_A_FILE:
             raise SystemExit(f"tests/mutation/mutations.txt: {source} has {count[source]} mistakes; "
                              f"give it at least {LEAST_IN_A_FILE}")
@@ -159,15 +164,19 @@ def code(text):
     return "<code>" + html.escape(text.strip()).replace("|", "&#124;") + "</code>"
 
 
-def write_page(results, listed):
+def write_page(results, mutations):
+    left_out = [mutation for mutation in mutations if not can_run(mutation)]
     survivors = [(mutation, found) for mutation, found in results if found is None]
     unexplained = [mutation for mutation, _ in survivors if not mutation.reason]
-    lines = [f"{len(results)} of {listed} listed mistakes have been tried; tests notice {len(results) - len(survivors)}. "
-             f"{len(survivors)} survive, {len(unexplained)} of them unexplained.", "", "| file | instead of | there stood | noticed by |",
+    lines = [f"{len(results)} of {len(mutations)} listed mistakes have been tried; tests notice "
+             f"{len(results) - len(survivors)}. {len(survivors)} survive, {len(unexplained)} of them unexplained. "
+             f"{len(left_out)} could not be tried: the CPU lacked the instructions.", "", "| file | instead of | there stood | noticed by |",
              "|---|---|---|---|"]
     for mutation, found in results:
         noticed = "**survives**: " + (mutation.reason or "not explained") if found is None else found
         lines.append(f"| {mutation.file} | {code(mutation.before)} | {code(mutation.after)} | {noticed} |")
+    for mutation in left_out:
+        lines.append(f"| {mutation.file} | {code(mutation.before)} | {code(mutation.after)} | not tried: no {mutation.needs} |")
     begin, end = "<!-- mutations begin -->\n", "<!-- mutations end -->"
     page = PAGE.read_text()
     head, rest = page.split(begin)
@@ -191,6 +200,11 @@ def run(mutations, found):
         RESULTS.write_text(json.dumps(found, indent=1))
 
 
+def can_run(mutation):
+    """Whether this CPU has the instructions of the code with the mistake."""
+    return not mutation.needs or mutation.needs in CPU
+
+
 def in_turn(mutations):
     """One of each file, then a second of each; last those that take longest: what many files include, and survivors."""
     seen = collections.Counter()
@@ -200,6 +214,16 @@ def in_turn(mutations):
         return bool(mutation.reason), mutation.file.endswith(".h"), seen[mutation.file]
 
     return sorted(mutations, key=rank)
+
+
+def first_of_each(number, mutations):
+    """So many of each file; all of the exports."""
+    seen, chosen = collections.Counter(), []
+    for mutation in in_turn(mutations):
+        seen[mutation.file] += 1
+        if seen[mutation.file] <= number or mutation.file == EXPORTS:
+            chosen.append(mutation)
+    return chosen
 
 
 def judge(results):
@@ -215,14 +239,16 @@ def main(command="", *words):
     check(mutations)
     if command == "check":
         return
-    if command not in ("run", "go-on", "table"):
+    if command not in ("run", "go-on", "first", "table"):
         raise SystemExit(__doc__)
     found = json.loads(RESULTS.read_text()) if command != "run" and RESULTS.exists() else {}
     if command != "table":
-        chosen = [m for m in mutations if not words or any(word in m.file for word in words)]
-        run(in_turn([m for m in chosen if not found.get(key(m))]), found)
-    results = [(m, found[key(m)]) for m in mutations if key(m) in found]
-    write_page(results, len(mutations))
+        number = int(words[0]) if command == "first" else len(mutations)
+        words = words[1:] if command == "first" else words
+        chosen = [m for m in first_of_each(number, mutations) if not words or any(word in m.file for word in words)]
+        run(in_turn([m for m in chosen if can_run(m) and not found.get(key(m))]), found)
+    results = [(m, found[key(m)]) for m in mutations if can_run(m) and key(m) in found]
+    write_page(results, mutations)
     judge(results)
 
 

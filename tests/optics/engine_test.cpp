@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -120,6 +121,21 @@ TEST(Engine, OffersTheTransformsOfItsSteps) {
   re[4 * 8 + 4] = 1.0;
   engine.CentredFft2(re.data(), im.data(), 1, 8, 3);
   EXPECT_NEAR(re[13], 0.125, 1e-16);
+}
+
+TEST(Engine, ItsTransformReportsAMissingPlaneAndLeavesTheOther) {
+  for (const int n : {64, 256}) {
+    OpticsEngine engine(n);
+    std::vector<double> plane(static_cast<std::size_t>(n * n), 2.5);
+    for (const int direction : {0, 1}) {
+      testing::internal::CaptureStderr();
+      EXPECT_TRUE(engine.Fft2(nullptr, plane.data(), n, direction));
+      EXPECT_TRUE(engine.Fft2(plane.data(), nullptr, n, direction));
+      EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                "MKL ERROR : Parameter 1 of ZFFT2DC\nMKL ERROR : Parameter 2 of ZFFT2DC\n");
+    }
+    EXPECT_TRUE(std::all_of(plane.begin(), plane.end(), [](double v) { return v == 2.5; }));
+  }
 }
 
 }  // namespace

@@ -36,6 +36,13 @@ TEST(GridPlane, OfASideBelowOneHoldsNothing) {
   }
 }
 
+TEST(GridPlane, OfASideOfOneHoldsOneSample) {
+  const GridPlane plane(1);
+  EXPECT_EQ(plane.size(), 1u);
+  ASSERT_NE(plane.data(), nullptr);
+  EXPECT_EQ(plane(0, 0), 0.0);
+}
+
 TEST(GridPlane, MovesItsSamples) {
   GridPlane plane(3);
   plane(1, 2) = 4.5;

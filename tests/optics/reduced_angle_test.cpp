@@ -41,6 +41,26 @@ TEST(ReducedAngle, KeepsMoreDigitsThanADouble) {
   }
 }
 
+TEST(ReducedAngle, OfHugeNumbersHasTwiceTheDigitsOfADouble) {
+  // By mpmath with 1400 bits: x - k pi/2, rounded to a double, and what is left of it. All of them are such that the
+  // second word of the product with 2/pi carries into the first, which one in some thousand does.
+  const struct {
+    double x;
+    int quadrant;
+    double high, low;
+  } angles[] = {{0x1.ccaa5cd27cp+39, 3, 0x1.2849d98539759p-1, 0x1.ba34d868c3bd6p-55},
+                {0x1.11f2b6c77cp+109, 0, -0x1.f11ceb401dbfbp-3, 0x1.bcec19ccb2ce4p-57},
+                {0x1.70b472061200p+509, 1, -0x1.30f29348a5baap-1, 0x1.6041876746171p-56},
+                {0x1.179b1ef308p+1007, 3, 0x1.3f58834b73b37p-2, -0x1.cdba6b60efa71p-59}};
+  for (const auto& expected : angles) {
+    const ReducedAngle angle = ReduceAngle(expected.x);
+    EXPECT_EQ(angle.quadrant, expected.quadrant) << expected.x;
+    EXPECT_EQ(angle.high, expected.high) << expected.x;
+    // A few roundings of numbers of the size of low.
+    EXPECT_LE(std::fabs(angle.low - expected.low), 4 * 0x1p-107) << expected.x;
+  }
+}
+
 TEST(ReducedAngle, OfAFractionOfATurnNamesItsNearestQuarter) {
   EXPECT_EQ(ReduceTurn(7, 64).quadrant, 0);
   EXPECT_EQ(ReduceTurn(9, 64).quadrant, 1);
