@@ -1,5 +1,6 @@
 // The program: one subcommand, and what becomes of its errors.
 #include <exception>
+#include <new>
 
 #include "cli/commands/command_line.h"
 #include "cli/error.h"
@@ -18,6 +19,9 @@ int main(int argc, char** argv) {
   } catch (const FaultyRows& error) {
     PrintError(error.what());
     return kSomeRowsFaulty;
+  } catch (const std::bad_alloc&) {
+    PrintError("there is not enough memory; a batch needs less of it with fewer --jobs");
+    return kFailed;
   } catch (const std::exception& error) {
     PrintError(error.what());
     return kFailed;

@@ -7,9 +7,13 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <string>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include "cli/error.h"
 
 namespace orvanel::cli {
 
@@ -24,7 +28,11 @@ class InOrder {
   InOrder(std::vector<Work> work, std::size_t most) : ring_(most) {
     try {
       for (Work& its : work) threads_.emplace_back([this, its = std::move(its)] { Run(its); });
-    } catch (...) {  // no more threads to be had
+    } catch (const std::system_error&) {  // no more threads to be had
+      Stop();
+      throw Error("this system gives the program no more than " + std::to_string(threads_.size()) +
+                  " threads; ask for so many with --jobs");
+    } catch (...) {
       Stop();
       throw;
     }
