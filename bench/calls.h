@@ -21,7 +21,7 @@ struct CallTitle {
 };
 constexpr CallTitle kCallTitles[] = {
     {"InputZerWithPhase", "`OrvanelInputZer`, everything incl. phase plane"},
-    {"InputZer", "`OrvanelInputZer`, the phase plane left until it is read"},
+    {"InputZer", "`OrvanelInputZer`, PSF and phase plane left until they are read"},
     {"Strehl", "Strehl ratio only, per eye of a batch (engine)"},
     {"GetOrvanel", "`OrvanelGetOrvanel`, new ring"},
     {"GetPattern", "`OrvanelGetPattern`"},

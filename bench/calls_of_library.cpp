@@ -93,7 +93,11 @@ std::vector<Call> CallsOfLibrary(const std::string& kernels) {
   const auto s = std::make_shared<Subject>(kernels);
   const auto nothing = [] {};
   return {
-      {"InputZerWithPhase", [s] { s->engine.phasePlane.data(); },  // whoever has looked once may have kept the address
+      {"InputZerWithPhase",
+       [s] {  // whoever has looked once may have kept the address
+         s->engine.psfPlane.data();
+         s->engine.phasePlane.data();
+       },
        [s](int turn) {
          s->engine.synthesizeWavefront(EyeAt(turn).data(), kPupil_mm, 1, 1, 1);
          s->engine.ComputeMtf(kWavelength, s->mtf.data(), &s->scalar, nullptr, nullptr, nullptr, ORVANEL_GRID_SIZE);
