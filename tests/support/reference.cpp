@@ -43,17 +43,21 @@ ComplexPlane UnitCircle(int n) {
 // X[p] = sum over k of x[k] exp(sign 2 pi i k p / n) along `count` lines of n samples.
 ComplexPlane DftOfRows(const ComplexPlane& x, int count, int n, int sign) {
   const ComplexPlane circle = UnitCircle(n);
+  const Real* const cosine = circle.re.data();
+  const Real* const sine = circle.im.data();
   ComplexPlane result{Plane(At(count, 0, n)), Plane(At(count, 0, n))};
   for (int line = 0; line < count; ++line) {
+    const Real* const a = &x.re[At(line, 0, n)];
+    const Real* const b = &x.im[At(line, 0, n)];
     for (int p = 0; p < n; ++p) {
       Real re = 0, im = 0;
       int turn = 0;  // k p mod n
       for (int k = 0; k < n; ++k) {
-        const Real c = circle.re[At(0, turn, n)], s = static_cast<Real>(sign) * circle.im[At(0, turn, n)];
-        const Real a = x.re[At(line, k, n)], b = x.im[At(line, k, n)];
-        re += a * c - b * s;
-        im += a * s + b * c;
-        turn = (turn + p) % n;
+        const Real c = cosine[turn], s = static_cast<Real>(sign) * sine[turn];
+        re += a[k] * c - b[k] * s;
+        im += a[k] * s + b[k] * c;
+        turn += p;
+        if (turn >= n) turn -= n;
       }
       result.re[At(line, p, n)] = re;
       result.im[At(line, p, n)] = im;
