@@ -42,7 +42,8 @@ double FrequencyStep(int n, double psfHalfWidth, double focalLength) {
 bool OpticsEngine::ComputeMtf(double wavelength, double* mtfOut, double* frequencyStep, double* rowSection,
                               double* columnSection, double* diffractionLimit, int s) {
   const int n = gridSize;
-  if (n >= 1) FormPsf(wavelength);
+  if (n < 1) return true;  // without samples there is nothing to compute
+  FormPsf(wavelength);
 
   // Optical transfer function, zero frequency at the centre, and its modulus and angle.
   double* mtf = nullptr;

@@ -131,7 +131,7 @@ class OpticsEngine {
   //   s                      at most n
   // Meant for the 256 grid: the transform is told that a line has 2^8 samples whatever n is, so on other grids MTF
   // and phase mean nothing, while the PSF, the step and the diffraction limit are good.
-  // The MTF of an empty PSF is not a number.
+  // The MTF of an empty PSF is not a number. Without samples, n below 1, nothing is written.
   bool ComputeMtf(double wavelength, double* mtfOut, double* frequencyStep, double* rowSection, double* columnSection,
                   double* diffractionLimit, int s);
 

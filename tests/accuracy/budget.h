@@ -17,7 +17,7 @@ namespace orvanel::accuracy {
 constexpr Real kFlatMtfSampling = 9.5e-4L;
 
 // PSF of the flat pupil, any sample of the plane; 1 at the peak.
-constexpr Real kFlatPsfSampling = 1e-3L;
+constexpr Real kFlatPsfSampling = 5.7e-4L;
 
 // Energy within any radius up to four wavelengths over diameters.
 constexpr Real kEnergySampling = 4.0e-4L;

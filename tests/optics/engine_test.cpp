@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "optics/fft.h"
 #include "orvanel/optics_engine.h"
 
 namespace orvanel {
@@ -121,6 +122,35 @@ TEST(Engine, OffersTheTransformsOfItsSteps) {
   re[4 * 8 + 4] = 1.0;
   engine.CentredFft2(re.data(), im.data(), 1, 8, 3);
   EXPECT_NEAR(re[13], 0.125, 1e-16);
+}
+
+TEST(Engine, ComputingOnAGridWithoutSamplesWritesNothing) {
+  for (const int n : {0, -4}) {
+    OpticsEngine engine(SomeEye().data(), 4.2, n, 1, 1, 1);
+    double sample = 5.5, step = 6.5, strehl = 7.5;
+    EXPECT_TRUE(engine.ComputeMtf(kWavelength, &sample, &step, &sample, &sample, &sample, n));
+    EXPECT_FALSE(engine.ComputePsf(kWavelength, &sample, &step, &strehl, n));
+    EXPECT_EQ(sample, 5.5);
+    EXPECT_EQ(step, 6.5);
+    EXPECT_EQ(strehl, 7.5);
+  }
+}
+
+TEST(Engine, ItsCentredTransformOfOtherSidesAndLogarithmsIsThePlainOne) {
+  OpticsEngine engine;
+  const auto withBits = [&](int n, int log2n) {
+    const auto size = static_cast<std::size_t>(n * n);
+    std::vector<double> re(size), im(size);
+    for (std::size_t i = 0; i < size; ++i)
+      re[i] = static_cast<double>(i % 7) - 2.5, im[i] = static_cast<double>(i % 11);
+    std::vector<double> plainRe = re, plainIm = im;
+    engine.CentredFft2(re.data(), im.data(), 1, n, log2n);
+    CentredFft2(plainRe.data(), plainIm.data(), 1, n, log2n);
+    return re == plainRe && im == plainIm;
+  };
+  EXPECT_TRUE(withBits(256, 7));
+  EXPECT_TRUE(withBits(64, 6));
+  EXPECT_TRUE(withBits(64, 8));
 }
 
 TEST(Engine, ItsTransformReportsAMissingPlaneAndLeavesTheOther) {

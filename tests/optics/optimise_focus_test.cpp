@@ -158,6 +158,26 @@ TEST(OptimiseFocus, WithAstigmatismIsBetterThanDefocusAloneAndAtATop) {
   }
 }
 
+TEST(OptimiseFocus, WithManyTermsEndsAtATopToo) {
+  // A dozen rounds over directions that it has replaced itself, and back to the axes in between.
+  Coefficients c{};
+  for (std::size_t j = 3; j < 15; ++j) c[j] = 0.35 * (static_cast<double>((j * 37 + 11) % 19) / 9.0 - 1.0) * kWave;
+  FocusSearch search;
+  search.astigmatism = true;
+  const FocusResult found = Optimised(c, search);
+  EXPECT_TRUE(found.converged);
+  EXPECT_GT(found.strehl, Optimised(c).strehl);
+  for (const double along : {-1e-3, 0.0, 1e-3}) {
+    for (const double across : {-1e-3, 0.0, 1e-3}) {
+      for (const double deep : {-1e-3, 0.0, 1e-3}) {
+        Coefficients beside = found.coefficients;
+        beside[3] += along * kWave, beside[4] += deep * kWave, beside[5] += across * kWave;
+        EXPECT_LE(StrehlOf(beside), found.strehl) << along << ", " << deep << ", " << across;
+      }
+    }
+  }
+}
+
 TEST(OptimiseFocus, LeavesTheEngineWithItsResult) {
   OpticsEngine engine;
   const FocusResult result = engine.OptimiseFocus(FourthPower(0.6).data(), 4.7);
@@ -176,6 +196,11 @@ TEST(OptimiseFocus, StaysWithinItsBounds) {
   EXPECT_GE(result.coefficients[4], 0.25 * kWave);
   EXPECT_NEAR(result.coefficients[4], 0.25 * kWave, kPlace);
   EXPECT_FALSE(result.converged);  // the best lies beyond
+
+  c[4] = -0.45 * kWave;
+  const FocusResult other = Optimised(c, search);
+  EXPECT_NEAR(other.coefficients[4], -0.25 * kWave, kPlace);
+  EXPECT_FALSE(other.converged);
 }
 
 TEST(OptimiseFocus, EndsWhateverItIsTold) {
