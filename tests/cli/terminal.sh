@@ -21,7 +21,7 @@ in_terminal() {
   "${terminal[@]}" new-session -d -s test -x 100 -y 50 "cat"
   "${terminal[@]}" pipe-pane -t test "cat >'$work/stream'"
   "${terminal[@]}" respawn-pane -k -t test "cd '$work' && { $1; }; echo finished; touch done; sleep 60"
-  for _ in $(seq 600); do
+  for _ in $(seq 2400); do
     [ -e "$work/done" ] && break
     sleep 0.1
   done

@@ -24,6 +24,9 @@ void* Allocate(std::size_t bytes, std::size_t alignment) {
   return memory;
 }
 
+// Never inlined: a compiler that sees `free` behind a call of `new` takes it for a mistake.
+[[gnu::noinline]] void Release(void* memory) noexcept { std::free(memory); }
+
 }  // namespace
 
 void* operator new(std::size_t bytes) { return Allocate(bytes, alignof(std::max_align_t)); }
@@ -34,14 +37,14 @@ void* operator new(std::size_t bytes, std::align_val_t alignment) {
 void* operator new[](std::size_t bytes, std::align_val_t alignment) {
   return Allocate(bytes, static_cast<std::size_t>(alignment));
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept { Release(memory); }
+void operator delete[](void* memory) noexcept { Release(memory); }
+void operator delete(void* memory, std::size_t) noexcept { Release(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { Release(memory); }
+void operator delete(void* memory, std::align_val_t) noexcept { Release(memory); }
+void operator delete[](void* memory, std::align_val_t) noexcept { Release(memory); }
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { Release(memory); }
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { Release(memory); }
 
 namespace orvanel {
 namespace {
