@@ -2,9 +2,9 @@
 #ifndef ORVANEL_TESTS_FUZZ_INPUT_H
 #define ORVANEL_TESTS_FUZZ_INPUT_H
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 
 namespace orvanel::fuzz {
@@ -55,11 +55,9 @@ class Input {
     if (kind < kCount) return kWorst[kind];
     if (kind < 160) return (Byte() - 128) * 1e-5;
     if (kind < 200) return (Byte() * 256 + Byte()) * 1e-3;
-    unsigned char bytes[sizeof(double)];
-    for (unsigned char& byte : bytes) byte = Byte();
-    double value;
-    std::memcpy(&value, bytes, sizeof value);
-    return value;
+    std::uint64_t bits = 0;
+    for (int shift = 0; shift < 64; shift += 8) bits |= std::uint64_t{Byte()} << shift;
+    return std::bit_cast<double>(bits);
   }
 
  private:

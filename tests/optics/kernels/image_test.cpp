@@ -159,6 +159,11 @@ TEST_P(KernelSpectrum, OfWhatIsNotANumberIsNotANumber) {
     Plane plane = Noise(65536, 86);
     plane[At(200, 77, 256)] = value;
     EXPECT_FALSE(std::isfinite(Of(plane).spectrum.im[At(9, 4, 256)]));
+    for (const int column : {3, 130, 255}) {  // in the first row, whose columns are constant otherwise
+      Plane almostConstant(65536, 0.5);
+      almostConstant[At(0, column, 256)] = value;
+      EXPECT_FALSE(std::isfinite(Of(almostConstant).spectrum.re[At(3, 5, 256)])) << column;
+    }
   }
 }
 
