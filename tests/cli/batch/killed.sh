@@ -76,7 +76,7 @@ compare() {
   echo "killed $died times, $cut of them with results"
 }
 
-table 700
+table 200
 compare 50 --metrics strehl,rms --mtf-at 5
 table 40
 compare 12 --metrics strehl --planes planes.h5 --planes-of psf --pictures pictures --pictures-of star
