@@ -7,10 +7,14 @@ scratch=$(cd "$1" && pwd)
 cd "$(dirname "$0")/.."
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
 export SOURCE_DATE_EPOCH CCACHE_DISABLE=1  # a cache would hand the second build the objects of the first
-for folder in one/first another/place/second; do
+folders=(one/first another/place/second)
+# Both copies first: whoever edits meanwhile changes neither.
+for folder in "${folders[@]}"; do
   rm -rf "${scratch:?}/$folder"
   mkdir -p "$scratch/$folder"
   git ls-files -z --cached --others --exclude-standard | xargs -0 cp --parents -t "$scratch/$folder"
+done
+for folder in "${folders[@]}"; do
   (
     cd "$scratch/$folder"
     cmake --preset release -DORVANEL_BUILD_TESTS=OFF -DORVANEL_BUILD_BENCHMARKS=OFF >/dev/null
