@@ -108,13 +108,13 @@ ORVANEL_INLINE void CentredPlane(double* plane, Make make, Mirror mirror) {
     double* const row = plane + (p + half) % kLength * kLength;
     for (int c = 0; c < kLength; c += kWidth) Store(row + (c + half) % kLength, make(p, c));
     if (p % half == 0) continue;
-    // Column c goes to column 256 - c, and column 0, which is that of the highest frequency, to itself.
-    double* const mirrored = plane + (half - p) * kLength;
+    // Column c goes to column 256 - c, and column 0, which is that of the highest frequency, to itself: its vector's
+    // other lanes are written over.
+    Store(mirrored, mirror(Load(row)));
     for (int c = 1; c + kWidth <= kLength; c += kWidth) {
       Store(mirrored + kLength + 1 - c - kWidth, mirror(Reverse(Load(row + c))));
     }
     Store(mirrored + 1, mirror(Reverse(Load(row + kLength - kWidth))));
-    mirrored[0] = mirror(Splat(row[0]))[0];
   }
 }
 
