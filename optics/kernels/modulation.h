@@ -108,6 +108,7 @@ ORVANEL_INLINE void CentredPlane(double* plane, Make make, Mirror mirror) {
     double* const row = plane + (p + half) % kLength * kLength;
     for (int c = 0; c < kLength; c += kWidth) Store(row + (c + half) % kLength, make(p, c));
     if (p % half == 0) continue;
+    double* const mirrored = plane + (half - p) * kLength;
     // Column c goes to column 256 - c, and column 0, which is that of the highest frequency, to itself: its vector's
     // other lanes are written over.
     Store(mirrored, mirror(Load(row)));
