@@ -79,7 +79,7 @@ constexpr double kUnitary = 0.0625;  // 1 / sqrt(256)
 // Row transforms into scratch; results in odd rows are negated.
 ORVANEL_INLINE void CentredRows(const double* re, const double* im, CentredTables t, const Scratch& scratch) {
   Complex* const lines = Lines(scratch);
-  V scale;  // of each row, with its sign
+  V scale{};  // of each row, with its sign
   for (int l = 0; l < kWidth; ++l) scale[l] = l % 2 == 0 ? kUnitary : -kUnitary;
   for (int first = 0; first < kLength; first += kWidth) {
     for (int c = 0; c < kLength; c += kWidth) {

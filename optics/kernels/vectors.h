@@ -50,7 +50,7 @@ ORVANEL_INLINE Mask Bits(V v) { return reinterpret_cast<Mask>(v); }
 
 // base, base + 1, ...
 ORVANEL_INLINE V Ramp(double base) {
-  V ramp;
+  V ramp{};
   for (int l = 0; l < kWidth; ++l) ramp[l] = base + l;
   return ramp;
 }
