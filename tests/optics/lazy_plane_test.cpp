@@ -225,6 +225,15 @@ class LazyPlanes : public test::EveryKernel {
     }
   }
 
+  // Any of them, and which.
+  static std::string ActOnBoth(OpticsEngine& lazy, OpticsEngine& eager, std::mt19937& random) {
+    const int action = static_cast<int>(random() % kActions);
+    const double coma = 1e-5 * static_cast<double>(random() % 100);
+    Act(lazy, action, coma);
+    Act(eager, action, coma);
+    return std::to_string(action);
+  }
+
   static Plane Bars() {
     Plane bars;
     for (int i = 0; i < 65536; ++i) bars.push_back(i / 5 % 2 == 0 ? 0.25 : 0.5);
@@ -266,11 +275,7 @@ TEST_P(LazyPlanes, AreThoseOfAnEngineThatWritesThemAtOnce) {
     LookAtAll(eager);
     std::string sequence;
     for (int step = 0; step < 12; ++step) {
-      const int action = static_cast<int>(random() % kActions);
-      const double coma = 1e-5 * static_cast<double>(random() % 100);
-      Act(lazy, action, coma);
-      Act(eager, action, coma);
-      sequence += std::to_string(action);
+      sequence += ActOnBoth(lazy, eager, random);
       if (random() % 4 == 0) ExpectTheSame(lazy, eager, sequence);
     }
     ExpectTheSame(lazy, eager, sequence);
@@ -287,11 +292,7 @@ TEST_P(LazyPlanes, LookedAtHalfwayAreTheSameToo) {
     LookAtAll(eager);
     std::string sequence;
     for (int step = 0; step < 12; ++step) {
-      const int action = static_cast<int>(random() % kActions);
-      const double coma = 1e-5 * static_cast<double>(random() % 100);
-      Act(lazy, action, coma);
-      Act(eager, action, coma);
-      sequence += std::to_string(action);
+      sequence += ActOnBoth(lazy, eager, random);
       if (random() % 3 == 0) {
         // A look at one plane, and a sample changed there, as a host may.
         const auto change = [&](OpticsEngine& engine) {
