@@ -56,10 +56,10 @@ ORVANEL_INLINE V Angle(V y, V x) {
 }
 
 // Division by one number, without the divider, which the square roots keep busy: a product with its reciprocal in two
-// doubles. Dekker (1971). Small dividends, whose products would underflow, are divided.
-// Relative error before the last rounding, in units of 2^-106: the reciprocal's second double, 2; its product, 1; the
-// sum of what two roundings of 2^-53 left, 2. So the result is that of the divider but for quotients as near as that to
-// the middle between two doubles: one in 2^50, and the same in every lane of every variant.
+// doubles. Dekker (1971). Dividends are zero or at least 2^-537, as every square root is, so that no product
+// underflows. Relative error before the last rounding, in units of 2^-106: the reciprocal's second double, 2; its
+// product, 1; the sum of what two roundings of 2^-53 left, 2. So the result is that of the divider but for quotients as
+// near as that to the middle between two doubles: one in 2^50, and the same in every lane of every variant.
 constexpr double kQuotientError = 5 * 0x1p-106;
 struct Divisor {
   explicit Divisor(double d) {
@@ -67,11 +67,10 @@ struct Divisor {
     const double r1 = High(r), d1 = High(d);
     const double p = r * d;
     const double rest = (((r1 * d1 - p) + r1 * (d - d1)) + (r - r1) * d1) + (r - r1) * (d - d1);
-    divisor = Splat(d);
     reciprocal = Splat(r);
     high = Splat(r1);
     low = Splat(r - r1);
-    remainder = Splat(((1.0 - p) - rest) * r);
+    remainder = r == 0.0 ? V{} : Splat(((1.0 - p) - rest) * r);  // of an infinite divisor, whose quotients are zero
   }
 
   // Its first 26 bits.
@@ -81,7 +80,6 @@ struct Divisor {
     return t - (t - a);
   }
 
-  V divisor;
   V reciprocal;
   V high;
   V low;
@@ -92,11 +90,7 @@ ORVANEL_INLINE V operator/(V a, const Divisor& d) {
   const V a1 = Divisor::High(a);
   const V a2 = a - a1;
   const V rest = (((a1 * d.high - p) + a1 * d.low) + a2 * d.high) + a2 * d.low;
-  const V quotient = p + (rest + a * d.remainder);
-  const Mask small = a < 0x1p-900;
-  if (Any(small)) [[unlikely]]
-    return Select(small, a / d.divisor, quotient);
-  return quotient;
+  return p + (rest + a * d.remainder);
 }
 
 // A plane with zero frequency in the middle, from make(p, column), the samples of the spectrum's row p; the rows of

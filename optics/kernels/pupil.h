@@ -64,7 +64,7 @@ ORVANEL_INLINE Complex PupilFunction(V w, V wavelength, const Tables& tables) {
   const V phase = (w / wavelength) * kTwoPi;
   SinCos field = SineAndCosine(phase);
   const V size = Bits(Bits(phase) & 0x7fffffffffffffff);
-  const Mask large = ~(size <= kLargestAngle) & inside;
+  const Mask large = (size > kLargestAngle) & inside;
   if (Any(large)) [[unlikely]] {
     for (int l = 0; l < kWidth; ++l) {
       if (large[l] == 0) continue;
