@@ -65,8 +65,8 @@ double NumberPrintedBy(const std::string& command) {
 }  // namespace
 
 double EyesPerSecond(int threads) {
-  constexpr int kSpells = 1000;
-  constexpr int kEyes = 5;
+  constexpr int kSpells = 4000;
+  constexpr int kEyes = 2;
   std::vector<std::unique_ptr<EyeOfEngine>> eyes;
   for (int t = 0; t < threads; ++t) eyes.push_back(std::make_unique<EyeOfEngine>());
   double best = 0.0;

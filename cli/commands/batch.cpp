@@ -16,7 +16,7 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kBatchExamples =
     "Examples:\n"
     "  orvanel batch eyes.csv -o results.csv\n"
     "  orvanel batch eyes.csv -o strehl.csv --metrics strehl,rms --pupil 4 --summary\n"
@@ -24,7 +24,7 @@ constexpr const char* kExamples =
     "  orvanel batch eyes.csv -o with_planes.csv --planes planes.h5 --pictures pictures\n"
     "  orvanel batch eyes.csv -o shard_1.csv --shard 1/2";
 
-constexpr const char* kNotes =
+constexpr const char* kBatchNotes =
     "TABLE has an eye a row (.csv, .ndjson), with columns Z4, Z(2,0) or c[2,-2], and others that say how they are "
     "meant;\n"
     "all further columns are carried through. Each row becomes one row of results, in the same order. A row that is "
@@ -36,7 +36,7 @@ constexpr const char* kNotes =
 
 constexpr std::size_t kMostJobs = 1024;
 
-struct Command {
+struct BatchCommand {
   BatchRequest request;
   std::string metrics, frequencies, acuities, planesOf = "psf,mtf", picturesOf = "psf,star";
   bool summary = false;
@@ -87,7 +87,7 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const CLI::App& app)
   return settings;
 }
 
-void RunCommand(const Command& command) {
+void RunCommand(const BatchCommand& command) {
   const BatchRequest& request = command.request;
   const BatchResult result = RunBatch(request);
   std::string report = ReportLine(
@@ -101,7 +101,7 @@ void RunCommand(const Command& command) {
   }
 }
 
-void AddOutputOptions(CLI::App& batch, Command& command) {
+void AddOutputOptions(CLI::App& batch, BatchCommand& command) {
   constexpr const char* kGroup = "What is computed";
   BatchRequest& request = command.request;
   AddParsedOption(batch, "--metrics", "LIST", "The metrics below that are wanted, with commas",
@@ -135,7 +135,7 @@ void AddOutputOptions(CLI::App& batch, Command& command) {
       ->group(kGroup);
 }
 
-void AddRunOptions(CLI::App& batch, Command& command) {
+void AddRunOptions(CLI::App& batch, BatchCommand& command) {
   constexpr const char* kGroup = "How it runs";
   BatchRequest& request = command.request;
   AddParsedOption(batch, "-j,--jobs", "N", "Threads, with an engine each [as many as there are cores]",
@@ -155,7 +155,7 @@ void AddRunOptions(CLI::App& batch, Command& command) {
       ->group(kGroup);
 }
 
-void Complete(Command& command, const CLI::App& batch) {
+void Complete(BatchCommand& command, const CLI::App& batch) {
   BatchRequest& request = command.request;
   const FileKind kind = KindOf(request.table);
   if (kind == FileKind::kEyeFile) {
@@ -173,7 +173,7 @@ void Complete(Command& command, const CLI::App& batch) {
 }  // namespace
 
 Run DefineBatch(CLI::App& app) {
-  const auto command = std::make_shared<Command>();
+  const auto command = std::make_shared<BatchCommand>();
   BatchRequest& request = command->request;
   request.jobs = UsualJobs();
   constexpr std::size_t kUsualChunk = 64;
@@ -185,7 +185,7 @@ Run DefineBatch(CLI::App& app) {
   AddRunOptions(batch, *command);
   AddStatementOptions(batch, request.stated);
   AddPreparationOptions(batch, request.preparation);
-  batch.footer(std::string(kNotes) + "\n" + MetricNotes() + "\n" + kExamples);
+  batch.footer(std::string(kBatchNotes) + "\n" + MetricNotes() + "\n" + kBatchExamples);
   batch.final_callback([command, &batch] { Complete(*command, batch); });
   return [command] { RunCommand(*command); };
 }

@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* kDescription = "Shows what an eye with a measured aberration sees.";
 
-constexpr const char* kNotes =
+constexpr const char* kProgramNotes =
     "'orvanel SUBCOMMAND --help' tells more, with examples; so do the manual pages, as 'man orvanel-simulate'.\n"
     "\n"
     "Examples:\n"
@@ -38,7 +38,7 @@ Program DefineProgram() {
   app.set_version_flag("--version", VersionText, "Print the version and exit");
   app.allow_windows_style_options(false);  // a file's place may begin with a slash everywhere
   app.require_subcommand(1);
-  app.footer(kNotes);
+  app.footer(kProgramNotes);
   for (Run (*const define)(CLI::App&) :
        {DefineSimulate, DefineConvert, DefineFocus, DefineBatch, DefineMerge, DefinePopulation}) {
     Run run = define(app);

@@ -20,7 +20,7 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kConvertExamples =
     "Examples:\n"
     "  orvanel convert assets/eyes/standard_observer_6mm.json\n"
     "  orvanel convert my_eye.json --to-unit waves --to-wavelength 550 --to-order noll -o my_eye_noll.json\n"
@@ -29,14 +29,14 @@ constexpr const char* kExamples =
     "  orvanel convert eyes_bare.csv --unit um --normalisation orthonormal --order osa --y-axis up --eye OD \\\n"
     "    --measured-pupil 6 --to-order named";
 
-constexpr const char* kNotes =
+constexpr const char* kConvertNotes =
     "What is not asked for stays as it is. Of a single eye the coefficients are reported with their names, root mean\n"
     "squares and refraction, and written where -o names a file; of a table each row is converted, to standard output\n"
     "where there is no -o. A term that is not 0 and that the wanted order cannot hold is refused: the 37 terms of "
     "fringe\n"
     "lack (6,-6), (6,6) and most of the orders above.\n";
 
-struct Command {
+struct ConvertCommand {
   InputOptions input;
   Preparation preparation;
   Statement wanted;
@@ -63,7 +63,7 @@ Convention Target(Convention convention, const Statement& wanted) {
   return convention;
 }
 
-Eye ConvertedEye(Eye measured, const Command& command) {
+Eye ConvertedEye(Eye measured, const ConvertCommand& command) {
   Eye eye = Prepared(std::move(measured), command.preparation);
   const Convention target = Target(eye.convention, command.wanted);
   eye.coefficients = Converted(std::move(eye.coefficients), eye.convention, target);
@@ -88,7 +88,7 @@ std::string FileText(const Eye& eye, const std::string& file) {
   return writer.Header() + writer.Row(eye, {eye.name});
 }
 
-void ConvertEye(const Command& command) {
+void ConvertEye(const ConvertCommand& command) {
   const Eye measured = ReadEye(command.input);
   std::string report, text;
   try {
@@ -108,7 +108,7 @@ void ConvertEye(const Command& command) {
   PrintOutput(report, command.output.empty() ? "" : command.output + " is written");
 }
 
-void ConvertTable(const Command& command) {
+void ConvertTable(const ConvertCommand& command) {
   std::ifstream stream = OpenToRead(command.input.file);
   const TableKind kind = KindOf(command.input.file) == FileKind::kCsv ? TableKind::kCsv : TableKind::kNdjson;
   EyeTable table(stream, command.input.file, kind, command.input.stated);
@@ -177,7 +177,7 @@ void AddTargetOptions(CLI::App& app, Statement& wanted) {
 }  // namespace
 
 Run DefineConvert(CLI::App& app) {
-  const auto command = std::make_shared<Command>();
+  const auto command = std::make_shared<ConvertCommand>();
   CLI::App& convert = *app.add_subcommand("convert", "Show or write coefficients in another convention.");
   AddInputOptions(convert, command->input);
   convert.add_option("-o,--output", command->output, "The file to write: .json, or .csv for a table")
@@ -186,7 +186,7 @@ Run DefineConvert(CLI::App& app) {
   convert.add_flag("--plus-cylinder", command->plusCylinder, "Report refraction with a positive cylinder");
   AddTargetOptions(convert, command->wanted);
   AddPreparationOptions(convert, command->preparation);
-  convert.footer(std::string(kEyeNotes) + "\n" + kNotes + "\n" + kExamples);
+  convert.footer(std::string(kEyeNotes) + "\n" + kConvertNotes + "\n" + kConvertExamples);
   convert.final_callback([command] {
     const bool table = KindOf(command->input.file) != FileKind::kEyeFile && !command->input.row;
     const bool toTable = KindOf(command->output) == FileKind::kCsv;

@@ -19,14 +19,14 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kFocusExamples =
     "Examples:\n"
     "  orvanel focus assets/eyes/standard_observer_6mm.json\n"
     "  orvanel focus my_eye.json --astigmatism -o my_eye_in_focus.json\n"
     "  orvanel focus my_eye.json --method psf --step 0.02 --pupil 4\n"
     "  orvanel focus my_eye.json --method fit --step 5";
 
-constexpr const char* kNotes =
+constexpr const char* kFocusNotes =
     "Methods:\n"
     "  optimise  the highest Strehl ratio within two waves and more of where the eye stands; with --astigmatism the "
     "two\n"
@@ -37,7 +37,7 @@ constexpr const char* kNotes =
     "            value; for most eyes that goes on far beyond focus, so that small steps take very long\n"
     "The change is told in dioptres of mean sphere: the refraction that the eye at its best has less.\n";
 
-struct Command {
+struct FocusCommand {
   InputOptions input;
   Preparation preparation;
   FocusRequest request;
@@ -48,7 +48,7 @@ struct Command {
 
 constexpr std::size_t kDefocus = 4;
 
-std::string SearchText(const Command& command, const BestFocus& best) {
+std::string SearchText(const FocusCommand& command, const BestFocus& best) {
   const std::string step = "steps of " + ShortestText(command.step.value()) + " um (orthonormal)";
   switch (command.request.method) {
     case FocusMethod::kOptimise:
@@ -80,7 +80,7 @@ std::string TermLine(const Eye& before, const Eye& after, std::size_t j) {
                             " (orthonormal, y up)" + (j == kDefocus ? "" : ", " + name));
 }
 
-std::string Report(const Command& command, const Eye& measured, const Eye& before, const Eye& after,
+std::string Report(const FocusCommand& command, const Eye& measured, const Eye& before, const Eye& after,
                    const BestFocus& best) {
   const auto refraction = [](const Eye& eye) { return LeastSquaresRefraction(OsaCoefficients(eye), eye.pupil); };
   std::string text = EyeLines(measured, Changes(measured, command.preparation));
@@ -105,7 +105,7 @@ std::string Report(const Command& command, const Eye& measured, const Eye& befor
   return text + ReportLine("Change", Text(change, 4) + " D of mean sphere");
 }
 
-void RunFocus(const Command& command) {
+void RunFocus(const FocusCommand& command) {
   const Eye measured = ReadEye(command.input);
   Eye before, after;
   BestFocus best;
@@ -141,7 +141,7 @@ void RunFocus(const Command& command) {
   PrintOutput(report, command.output.empty() ? "" : command.output + " is written");
 }
 
-void Check(Command& command) {
+void Check(FocusCommand& command) {
   const bool walks = command.request.method != FocusMethod::kOptimise;
   if (walks && command.request.astigmatism) {
     throw CLI::ValidationError("--astigmatism", "belongs to --method optimise; the walks vary defocus alone");
@@ -159,7 +159,7 @@ void Check(Command& command) {
 }  // namespace
 
 Run DefineFocus(CLI::App& app) {
-  const auto command = std::make_shared<Command>();
+  const auto command = std::make_shared<FocusCommand>();
   CLI::App& focus = *app.add_subcommand("focus", "Find the defocus with which one eye sees best.");
   AddInputOptions(focus, command->input);
   AddParsedOption(focus, "--method", "WORD", "How to search, by the first where it is not said: optimise, psf, fit",
@@ -186,7 +186,7 @@ Run DefineFocus(CLI::App& app) {
   focus.add_option("-o,--output", command->output, "The eye file to write, of the eye at its best")->type_name("FILE");
   focus.add_flag("--force", command->force, "Replace the file where it is there already");
   AddPreparationOptions(focus, command->preparation);
-  focus.footer(std::string(kEyeNotes) + "\n" + kNotes + "\n" + kExamples);
+  focus.footer(std::string(kEyeNotes) + "\n" + kFocusNotes + "\n" + kFocusExamples);
   focus.final_callback([command] { Check(*command); });
   return [command] { RunFocus(*command); };
 }

@@ -11,26 +11,26 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kMergeExamples =
     "Examples:\n"
     "  orvanel batch eyes.csv -o shard_1.csv --shard 1/2 --chunk 1\n"
     "  orvanel batch eyes.csv -o shard_2.csv --shard 2/2 --chunk 1\n"
     "  orvanel merge shard_1.csv shard_2.csv -o results.csv\n"
     "  orvanel merge shard_*.csv -o all.csv --summary";
 
-constexpr const char* kNotes =
+constexpr const char* kMergeNotes =
     "Each shard is a table of 'orvanel batch --shard', with its record beside it (.orvanel). They may come in any "
     "order;\n"
     "all must be there, complete, and of one table with the same settings. The result has the bytes of a run without\n"
     "shards.\n";
 
-struct Command {
+struct MergeCommand {
   std::vector<std::string> shards;
   std::string output;
   bool force = false, summary = false;
 };
 
-void RunMerge(const Command& command) {
+void RunMerge(const MergeCommand& command) {
   const RunRecord record = JoinShards(command.shards, command.output, command.force);
   std::string report = ReportLine("Written", command.output + ", " + std::to_string(record.end->tableRows) + " rows, " +
                                                  std::to_string(record.end->errors) + " with an error");
@@ -41,13 +41,13 @@ void RunMerge(const Command& command) {
 }  // namespace
 
 Run DefineMerge(CLI::App& app) {
-  const auto command = std::make_shared<Command>();
+  const auto command = std::make_shared<MergeCommand>();
   CLI::App& merge = *app.add_subcommand("merge", "Join the shards of a batch to one table.");
   merge.add_option("SHARD", command->shards, "The tables of all shards")->required()->type_name("FILE");
   merge.add_option("-o,--output", command->output, "The table to write, .csv")->required()->type_name("FILE");
   merge.add_flag("--force", command->force, "Replace the table where it is there already");
   merge.add_flag("--summary", command->summary, "Print mean, standard deviation and percentiles of each column");
-  merge.footer(std::string(kNotes) + "\n" + kExamples);
+  merge.footer(std::string(kMergeNotes) + "\n" + kMergeExamples);
   merge.final_callback([command] {
     if (KindOf(command->output) != FileKind::kCsv) {
       throw CLI::ValidationError("--output", "results are written as .csv");

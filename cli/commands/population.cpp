@@ -22,19 +22,19 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kPopulationExamples =
     "Examples:\n"
     "  orvanel population --mean mean.csv --cov covariance.csv -n 1000 --seed 7 -o population.csv\n"
     "  orvanel population --mean mean.csv --cov covariance.csv -n 3 --seed 7";
 
-constexpr const char* kNotes =
+constexpr const char* kPopulationNotes =
     "The mean is a table of eyes with one row; what it does not say of its convention is asked for. The covariance has "
     "a\n"
     "row and a column for each coefficient that varies, under their names, in the square of the unit; terms without a\n"
     "column stay at their mean. It may lack full rank, but no combination of terms may have a negative variance. Eye\n"
     "number i of a seed is the same whatever N is, and on every machine.\n";
 
-struct Command {
+struct PopulationCommand {
   std::string mean, covariance, output;
   Statement stated;
   std::uint64_t count = 0, seed = 0;
@@ -50,7 +50,7 @@ std::uint64_t WholeNumber(const std::string& text, std::uint64_t least) {
   return number;
 }
 
-Eye ReadMean(const Command& command, EyeTable& table) {
+Eye ReadMean(const PopulationCommand& command, EyeTable& table) {
   TableEye mean, another;
   if (!table.Next(mean)) throw Error(command.mean + ": has no row below its header; the mean is one row");
   if (table.Next(another)) {
@@ -59,7 +59,8 @@ Eye ReadMean(const Command& command, EyeTable& table) {
   return mean.eye;
 }
 
-void RequireMeans(const Command& command, const CovarianceTable& covariance, const std::vector<std::size_t>& terms) {
+void RequireMeans(const PopulationCommand& command, const CovarianceTable& covariance,
+                  const std::vector<std::size_t>& terms) {
   for (std::size_t i = 0; i < covariance.terms.size(); ++i) {
     if (std::find(terms.begin(), terms.end(), covariance.terms[i]) == terms.end()) {
       throw Error(command.covariance + ": " + covariance.names[i] + " has no mean; add the column to " + command.mean +
@@ -68,7 +69,7 @@ void RequireMeans(const Command& command, const CovarianceTable& covariance, con
   }
 }
 
-CovarianceFactors Factorised(const Command& command, const CovarianceTable& covariance) {
+CovarianceFactors Factorised(const PopulationCommand& command, const CovarianceTable& covariance) {
   try {
     return {covariance.matrix, covariance.names};
   } catch (const Error& error) {
@@ -76,7 +77,7 @@ CovarianceFactors Factorised(const Command& command, const CovarianceTable& cova
   }
 }
 
-void RunPopulation(const Command& command) {
+void RunPopulation(const PopulationCommand& command) {
   std::ifstream meanStream = OpenToRead(command.mean);
   EyeTable table(meanStream, command.mean,
                  KindOf(command.mean) == FileKind::kNdjson ? TableKind::kNdjson : TableKind::kCsv, command.stated);
@@ -124,7 +125,7 @@ void RunPopulation(const Command& command) {
 }  // namespace
 
 Run DefinePopulation(CLI::App& app) {
-  const auto command = std::make_shared<Command>();
+  const auto command = std::make_shared<PopulationCommand>();
   CLI::App& population = *app.add_subcommand("population", "Draw eyes from a mean and a covariance.");
   population.add_option("--mean", command->mean, "Table with the mean eye")->required()->type_name("FILE");
   population.add_option("--cov", command->covariance, "Table with the covariance of the coefficients")
@@ -140,7 +141,7 @@ Run DefinePopulation(CLI::App& app) {
       ->type_name("FILE");
   population.add_flag("--force", command->force, "Replace the file where it is there already");
   AddStatementOptions(population, command->stated);
-  population.footer(std::string(kNotes) + "\n" + kExamples);
+  population.footer(std::string(kPopulationNotes) + "\n" + kPopulationExamples);
   population.final_callback([command] {
     if (!command->output.empty() && KindOf(command->output) != FileKind::kCsv) {
       throw CLI::ValidationError("--output", "tables are written as .csv");

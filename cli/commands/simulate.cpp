@@ -23,7 +23,7 @@ namespace {
 // Two tenths of a logarithmic unit apart, from a ring that the shipped aberrated eyes show clearly to one they smear.
 constexpr const char* kUsualAcuities = "0.4,0.63,1,1.6,2.5";
 
-constexpr const char* kExamples =
+constexpr const char* kSimulateExamples =
     "Examples:\n"
     "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"
     "  orvanel simulate my_eye.json -o my_eye --acuities 0.1,0.5,1 --gaps all --format npy,hdf5\n"
@@ -56,7 +56,7 @@ constexpr const char* kFormatNotes =
     "  tiff   32-bit floating point         mat   all planes in planes.mat, for MATLAB, Octave and SciPy\n"
     "  hdf5   all planes in planes.h5 with units, scales and the eye as attributes\n";
 
-struct Command {
+struct SimulateCommand {
   InputOptions input;
   Preparation preparation;
   PictureRequest picture;  // without a file where there is none
@@ -154,7 +154,7 @@ Fit FitOf(const std::string& word) {
   throw CLI::ValidationError("--fit", Quoted(word) + " is not one of crop, pad, pixels");
 }
 
-void RunSimulate(const Command& command) {
+void RunSimulate(const SimulateCommand& command) {
   Results results;
   results.measured = ReadEye(command.input);
   Request request{command.rings, command.formats};
@@ -198,7 +198,7 @@ void RunSimulate(const Command& command) {
 }  // namespace
 
 Run DefineSimulate(CLI::App& app) {
-  const auto command = std::make_shared<Command>();
+  const auto command = std::make_shared<SimulateCommand>();
   const auto words = std::make_shared<SimulateWords>();
   CLI::App& simulate = *app.add_subcommand("simulate", "Write all pictures and numbers of one eye into a folder.");
   AddInputOptions(simulate, command->input);
@@ -234,7 +234,7 @@ Run DefineSimulate(CLI::App& app) {
   simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; others stay");
   AddPreparationOptions(simulate, command->preparation);
   simulate.footer(std::string(kEyeNotes) + "\n" + kScaleNotes + "\n" + kPictureNotes + "\n" + kFormatNotes + "\n" +
-                  kExamples);
+                  kSimulateExamples);
   simulate.final_callback([command, words, picture] {
     if (command->folder.empty()) throw CLI::ValidationError("--output", "the folder has no name");
     command->rings = RingRequests(words->acuities, words->gaps);
