@@ -3,6 +3,8 @@
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
+#include <pthread.h>
+#include <sched.h>
 
 #include <algorithm>
 #include <atomic>
@@ -12,6 +14,7 @@
 #include <memory>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "bench/eyes.h"
@@ -52,6 +55,38 @@ std::size_t AllocatedBytes() {
   return info.uordblks + info.hblkhd;
 }
 
+// The cores that this process may run on.
+std::vector<int> Cores() {
+  cpu_set_t allowed;
+  CPU_ZERO(&allowed);
+  if (sched_getaffinity(0, sizeof allowed, &allowed) != 0) throw std::runtime_error("the cores cannot be asked for");
+  std::vector<int> cores;
+  for (int core = 0; core < CPU_SETSIZE; ++core) {
+    if (CPU_ISSET(core, &allowed)) cores.push_back(core);
+  }
+  return cores;
+}
+
+// All ways to take so many of the cores.
+std::vector<std::vector<int>> Choices(const std::vector<int>& cores, std::size_t count, std::size_t first = 0) {
+  if (count == 0) return {{}};
+  std::vector<std::vector<int>> choices;
+  for (std::size_t i = first; i < cores.size(); ++i) {
+    for (std::vector<int>& others : Choices(cores, count - 1, i + 1)) {
+      others.push_back(cores[i]);
+      choices.push_back(std::move(others));
+    }
+  }
+  return choices;
+}
+
+void StayOn(int core) {
+  cpu_set_t one;
+  CPU_ZERO(&one);
+  CPU_SET(core, &one);
+  if (pthread_setaffinity_np(pthread_self(), sizeof one, &one) != 0) std::abort();
+}
+
 // The number that a command prints.
 double NumberPrintedBy(const std::string& command) {
   FILE* const output = popen(command.c_str(), "r");  // NOLINT(cert-env33-c): a program of the same build
@@ -65,17 +100,21 @@ double NumberPrintedBy(const std::string& command) {
 }  // namespace
 
 double EyesPerSecond(int threads) {
-  constexpr int kSpells = 4000;
+  constexpr std::size_t kSpells = 4000;
   constexpr int kEyes = 2;
+  const std::vector<std::vector<int>> choices = Choices(Cores(), static_cast<std::size_t>(threads));
+  if (choices.empty()) return 0.0;
   std::vector<std::unique_ptr<EyeOfEngine>> eyes;
   for (int t = 0; t < threads; ++t) eyes.push_back(std::make_unique<EyeOfEngine>());
   double best = 0.0;
-  for (int spell = 0; spell < kSpells; ++spell) {
+  for (std::size_t spell = 0; spell < kSpells; ++spell) {
+    const std::vector<int>& cores = choices[spell % choices.size()];
     std::atomic<int> ready = 0;
     std::vector<std::chrono::steady_clock::time_point> begin(eyes.size()), end(eyes.size());
     std::vector<std::thread> workers;
     for (std::size_t t = 0; t < eyes.size(); ++t) {
       workers.emplace_back([&, t] {
+        StayOn(cores[t]);
         eyes[t]->Once(0);
         ++ready;
         while (ready < threads) {

@@ -10,7 +10,9 @@ namespace orvanel::bench {
 // many processes.
 double FirstCall_us(const std::string& kernels);
 
-// Eyes per second of as many threads, the best of many short spells, each thread with an engine of its own.
+// Eyes per second of as many threads, each with an engine and a core of its own; the best of many short spells, in
+// which all choices of cores take turns: which cores of a virtual machine share a real one, nobody tells. 0 where there
+// are fewer cores.
 double EyesPerSecond(int threads);
 
 // Memory of an engine that has done everything.

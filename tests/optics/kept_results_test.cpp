@@ -102,9 +102,14 @@ TEST_P(KeptResults, TransferFunctionAfterWhiteLightIsThatOfItsPsf) {
 }
 
 TEST_P(KeptResults, TransferFunctionIsThatOfAPsfThatTheHostWrote) {
-  for (const bool looked : {false, true}) {
+  for (const auto& [looked, afterItsMtf] : {std::pair{false, false}, {true, false}, {false, true}}) {
     OpticsEngine engine = Eye(3e-4);
     if (looked) engine.otfRealPlane.data();
+    if (afterItsMtf) {
+      Plane mtf(65536);
+      double step = 0.0;
+      engine.ComputeMtf(kWavelength, mtf.data(), &step, nullptr, nullptr, nullptr, 256);
+    }
     ImageBy(engine);
     for (std::size_t i = 0; i < engine.psfPlane.size(); ++i) engine.psfPlane[i] = i % 777 == 5 ? 1.0 : 0.0;
     engine.otfValid = 0;
