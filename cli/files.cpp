@@ -2,6 +2,7 @@
 #include "cli/files.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <random>
 #include <system_error>
@@ -9,6 +10,7 @@
 
 #include "cli/error.h"
 #include "cli/path_of.h"
+#include "cli/platform.h"
 
 namespace orvanel::cli {
 namespace fs = std::filesystem;
@@ -28,6 +30,31 @@ std::ifstream OpenToRead(const std::string& file) {
   std::ifstream stream(PathOf(file), std::ios::binary);
   if (!stream) throw Error(file + ": cannot be read: " + std::strerror(errno));
   return stream;
+}
+
+std::error_code WriteFile(const fs::path& file, const std::string& bytes) {
+  std::FILE* const stream = OpenForWriting(file);
+  bool good = stream != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
+  int reason = errno;
+  if (stream != nullptr && std::fclose(stream) != 0 && good) {
+    good = false;
+    reason = errno;
+  }
+  return good ? std::error_code() : std::error_code(reason, std::generic_category());
+}
+
+void ReplaceFile(const fs::path& file, const std::string& bytes) {
+  const fs::path part = fs::path(file).concat(kPart);
+  const char* unable = ": cannot be written: ";
+  std::error_code failure = WriteFile(part, bytes);
+  if (!failure) {
+    unable = ": cannot be put in place: ";
+    fs::rename(part, file, failure);
+  }
+  if (!failure) return;
+  std::error_code ignored;
+  fs::remove(part, ignored);
+  throw Error(file.string() + unable + failure.message());
 }
 
 NewFile::NewFile(std::string file, bool replace) : file_(std::move(file)) {

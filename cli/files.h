@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 namespace orvanel::cli {
 
@@ -13,6 +14,16 @@ std::ifstream OpenToRead(const std::string& file);
 
 // A name that begins with a path's and that nothing has.
 std::filesystem::path UniqueName(const std::filesystem::path& beginning);
+
+// What the name of a file ends in while ReplaceFile writes it.
+constexpr const char* kPart = ".part";
+
+// Writes a file; the result is an error where any of its bytes cannot be written.
+std::error_code WriteFile(const std::filesystem::path& file, const std::string& bytes);
+
+// Puts a file in its place, whole or not at all, whatever was there. For places where one run at a time writes: what a
+// killed one has left of the file is written over. Throws Error.
+void ReplaceFile(const std::filesystem::path& file, const std::string& bytes);
 
 // A file that comes to its place whole, or not at all: written beside it, and renamed by Commit.
 class NewFile {

@@ -2,8 +2,6 @@
 #include "cli/output_folder.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <random>
@@ -11,7 +9,7 @@
 #include <utility>
 
 #include "cli/error.h"
-#include "cli/platform.h"
+#include "cli/files.h"
 
 namespace orvanel::cli {
 namespace {
@@ -129,17 +127,6 @@ void OutputFolder::Commit() {
   }
   fs::remove(staging_);
   staging_.clear();
-}
-
-std::error_code WriteFile(const fs::path& file, const std::string& bytes) {
-  std::FILE* const stream = OpenForWriting(file);
-  bool good = stream != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
-  int reason = errno;
-  if (stream != nullptr && std::fclose(stream) != 0 && good) {
-    good = false;
-    reason = errno;
-  }
-  return good ? std::error_code() : std::error_code(reason, std::generic_category());
 }
 
 }  // namespace orvanel::cli

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <string>
-#include <system_error>
 #include <vector>
 
 namespace orvanel::cli {
@@ -38,9 +37,6 @@ class OutputFolder {
   std::vector<std::string> names_;
   std::vector<std::string> earlier_;  // files of an earlier run that are in place_
 };
-
-// Writes a file; the result is an error where any of its bytes cannot be written.
-std::error_code WriteFile(const std::filesystem::path& file, const std::string& bytes);
 
 }  // namespace orvanel::cli
 

@@ -6,14 +6,12 @@
 #include <system_error>
 
 #include "cli/error.h"
-#include "cli/output_folder.h"
+#include "cli/files.h"
 
 namespace orvanel::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* kPart = ".part";
 
 std::optional<std::size_t> NumberIn(const NumberedFiles& files, std::string name) {
   if (name.ends_with(kPart)) name.resize(name.size() - std::string_view(kPart).size());
@@ -32,19 +30,6 @@ fs::path NumberedFiles::Path(std::size_t number) const {
   std::string text = std::to_string(number);
   if (text.size() < digits) text.insert(0, digits - text.size(), '0');
   return folder / (beginning + text + ending);
-}
-
-fs::path NumberedFiles::PartPath(std::size_t number) const { return Path(number).concat(kPart); }
-
-void NumberedFiles::Write(std::size_t number, const std::string& bytes) const {
-  std::error_code failure = WriteFile(PartPath(number), bytes);
-  if (failure) {
-    std::error_code ignored;
-    fs::remove(PartPath(number), ignored);
-    throw Error(Path(number).string() + ": cannot be written: " + failure.message());
-  }
-  fs::rename(PartPath(number), Path(number), failure);
-  if (failure) throw Error(Path(number).string() + ": cannot be put in place: " + failure.message());
 }
 
 std::vector<fs::path> NumberedFiles::Existing(const std::function<bool(std::size_t)>& owned) const {

@@ -10,17 +10,13 @@
 
 namespace orvanel::cli {
 
-// Names of the form beginning + digits + ending. While one is written it has ".part" behind it.
+// Names of the form beginning + digits + ending. ReplaceFile writes them.
 struct NumberedFiles {
   std::filesystem::path folder;
   std::string beginning, ending;
   std::size_t digits;
 
   std::filesystem::path Path(std::size_t number) const;
-  std::filesystem::path PartPath(std::size_t number) const;
-
-  // Writes a file that comes to its place whole, or not at all. Throws Error.
-  void Write(std::size_t number, const std::string& bytes) const;
 
   // Those that are there and whose number `owned` says is ours, half ones included.
   std::vector<std::filesystem::path> Existing(const std::function<bool(std::size_t number)>& owned) const;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "cli/error.h"
+#include "cli/files.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
 #include "cli/png.h"
@@ -72,7 +73,7 @@ Plane Painter::Draw(PictureKind kind, EyeMeter& meter) {
 
 void Painter::Paint(std::size_t row, EyeMeter& meter) {
   for (const PictureKind kind : folder_.kinds()) {
-    folder_.FilesOf(kind).Write(row + 1, EncodePng(GreyPictureOf(Draw(kind, meter)), Pixels::kNumbers));
+    ReplaceFile(folder_.FilesOf(kind).Path(row + 1), EncodePng(GreyPictureOf(Draw(kind, meter)), Pixels::kNumbers));
   }
 }
 

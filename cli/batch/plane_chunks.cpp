@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "cli/error.h"
+#include "cli/files.h"
 #include "cli/formats/format.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
@@ -103,7 +104,7 @@ void PlaneChunks::Finish() {
   stack_.reset();
   rows_.clear();
   pupils_.clear();
-  files_.Write(number_, bytes);
+  ReplaceFile(files_.Path(number_), bytes);
 }
 
 }  // namespace orvanel::cli

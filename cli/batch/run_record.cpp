@@ -52,9 +52,7 @@ void WriteRecord(const std::string& results, const RunRecord& record) {
     json["table_rows"] = record.end->tableRows;
     json["error_rows"] = record.end->errors;
   }
-  NewFile file(RecordFileOf(results), true);
-  file.Write(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
-  file.Commit();
+  ReplaceFile(PathOf(RecordFileOf(results)), json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
 std::optional<RunRecord> ReadRecord(const std::string& results) {

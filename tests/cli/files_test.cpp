@@ -52,5 +52,30 @@ TEST(Files, AFolderIsNoFile) {
   EXPECT_THROW(NewFile((folder / "no/such/place").string(), false), Error);
 }
 
+TEST(Files, AFileIsReplacedWholeAndOverWhatAKilledRunLeft) {
+  const TemporaryFolder folder;
+  Write(folder / "a.json", "old");
+  Write(folder / "a.json.part", "what a killed run left of a longer file");
+  ReplaceFile(folder / "a.json", "new");
+  EXPECT_EQ(Read(folder / "a.json"), "new");
+  EXPECT_EQ(Names(folder.path()), std::set<std::string>{"a.json"});
+}
+
+TEST(Files, AFileThatCannotBeReplacedLeavesNothing) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "taken");
+  EXPECT_THROW(ReplaceFile(folder / "taken", "bytes"), Error);
+  EXPECT_EQ(Names(folder.path()), std::set<std::string>{"taken"});
+  EXPECT_THROW(ReplaceFile(folder / "no/such/place", "bytes"), Error);
+}
+
+#ifndef _WIN32
+TEST(WriteFile, ReportsAFullDisk) { EXPECT_EQ(WriteFile("/dev/full", "bytes"), std::errc::no_space_on_device); }
+#endif
+
+TEST(WriteFile, ReportsAPlaceThatIsNotThere) {
+  EXPECT_EQ(WriteFile("/nowhere/file", "bytes"), std::errc::no_such_file_or_directory);
+}
+
 }  // namespace
 }  // namespace orvanel::cli

@@ -51,8 +51,6 @@ TEST(OutputFolder, HasTheRightsOfAFolderMadeByHand) {
   ASSERT_EQ(stat((here / "out").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0755U);
 }
-
-TEST(WriteFile, ReportsAFullDisk) { EXPECT_EQ(WriteFile("/dev/full", "bytes"), std::errc::no_space_on_device); }
 #endif
 
 TEST(OutputFolder, IsNotThereBeforeTheCommitAndNeverWithoutOne) {
@@ -156,10 +154,6 @@ TEST(OutputFolder, ThroughALinkIsTheFolderThatItNames) {
   EXPECT_TRUE(std::filesystem::is_symlink(here / "link"));
 }
 #endif
-
-TEST(WriteFile, ReportsAPlaceThatIsNotThere) {
-  EXPECT_EQ(WriteFile("/nowhere/file", "bytes"), std::errc::no_such_file_or_directory);
-}
 
 }  // namespace
 }  // namespace orvanel::cli

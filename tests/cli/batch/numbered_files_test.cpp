@@ -13,7 +13,6 @@ TEST(NumberedFiles, HaveAtLeastTheirDigits) {
   const NumberedFiles files{"here", "planes-", ".h5", 6};
   EXPECT_EQ(files.Path(42).filename(), "planes-000042.h5");
   EXPECT_EQ(files.Path(12345678).filename(), "planes-12345678.h5");
-  EXPECT_EQ(files.PartPath(1).filename(), "planes-000001.h5.part");
 }
 
 TEST(NumberedFiles, AreFoundWhereTheirNumberIsOurs) {
@@ -31,16 +30,6 @@ TEST(NumberedFiles, AreFoundWhereTheirNumberIsOurs) {
   ClearAway(odd, true);
   EXPECT_FALSE(std::filesystem::exists(odd[0]));
   EXPECT_TRUE(std::filesystem::exists(folder / "p-000002.h5"));
-}
-
-TEST(NumberedFiles, ComeToTheirPlaceWhole) {
-  const TemporaryFolder folder;
-  const NumberedFiles files{folder.path(), "", "_psf.png", 7};
-  files.Write(3, "bytes");
-  EXPECT_EQ(Read(files.Path(3)), "bytes");
-  EXPECT_EQ(Names(folder.path()), std::set<std::string>{"0000003_psf.png"});
-  std::filesystem::create_directory(files.Path(4));
-  EXPECT_THROW(files.Write(4, "bytes"), Error);
 }
 
 }  // namespace
