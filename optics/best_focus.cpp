@@ -21,13 +21,14 @@ struct PupilPoint {
 };
 
 std::vector<PupilPoint> CollectPupil(const OpticsEngine& engine) {
+  const GridPlane &pupilX = engine.pupilXPlane, &pupilY = engine.pupilYPlane;
   std::vector<PupilPoint> points;
   points.reserve(static_cast<std::size_t>(engine.pupilSamples) * static_cast<std::size_t>(engine.pupilSamples));
   for (std::size_t i = 0; i < engine.wavefrontPlane.size(); ++i) {
     const double w = engine.wavefrontPlane[i];
     if (w == kWavefrontOutside) continue;
-    const double px = engine.pupilXPlane[i];
-    const double py = engine.pupilYPlane[i];
+    const double px = pupilX[i];
+    const double py = pupilY[i];
     points.push_back({std::sqrt(px * px + py * py), w});
   }
   return points;

@@ -1,4 +1,5 @@
 // Life of an engine: its planes are allocated here, once.
+#include <algorithm>
 #include <utility>
 
 #include "optics/fft.h"
@@ -8,17 +9,21 @@
 
 namespace orvanel {
 
-OpticsEngine::OpticsEngine(int n)
+OpticsEngine::OpticsEngine(int n) : OpticsEngine(n, std::make_unique<Workspace>(n)) {}
+
+OpticsEngine::OpticsEngine(int n, std::unique_ptr<Workspace> workspace)
     : gridSize(n),
-      psfPlane(n),
-      auxPlaneA(n),
-      phasePlane(n),
-      wavefrontPlane(n),
-      pupilXPlane(n),
-      pupilYPlane(n),
-      otfRealPlane(n),
-      otfImagPlane(n),
-      workspace_(std::make_unique<Workspace>(n)) {}
+      psfPlane(workspace->PlaneAt(1, n)),
+      auxPlaneA(workspace->PlaneAt(7, n)),
+      phasePlane(workspace->PlaneAt(6, n)),
+      wavefrontPlane(workspace->PlaneAt(0, n)),  // the only one that every eye writes
+      pupilXPlane(workspace->PlaneAt(4, n)),
+      pupilYPlane(workspace->PlaneAt(5, n)),
+      otfRealPlane(workspace->PlaneAt(2, n)),
+      otfImagPlane(workspace->PlaneAt(3, n)),
+      workspace_(std::move(workspace)) {
+  std::fill(wavefrontPlane.begin(), wavefrontPlane.end(), 0.0);
+}
 
 OpticsEngine::OpticsEngine(const double* coefficients, double diameter, int n, int includeAstigmatism,
                            int includeAllSecondOrder, int includeDefocus)

@@ -50,7 +50,7 @@ bool OpticsEngine::ComputeMtf(double wavelength, double* mtfOut, double* frequen
   if (workspace_->kernels != nullptr) {
     KernelMemory& memory = *workspace_->memory;
     memory.ofMtf = 1 - memory.ofImages;
-    void* const spectrum = memory.transferFunctions[memory.ofMtf].data();
+    void* const spectrum = memory.OtfOfMtf();
     workspace_->kernels->transferFunction(memory.psf, workspace_->tables, workspace_->ScratchOf(), spectrum);
     memory.mtfIsOfPsf = true;
     mtf = s == n ? mtfOut : workspace_->Spare();
@@ -58,7 +58,7 @@ bool OpticsEngine::ComputeMtf(double wavelength, double* mtfOut, double* frequen
     phasePlane.Due(
         [](void* source, double* phase) {
           const Workspace& w = *static_cast<Workspace*>(source);
-          w.kernels->phase(w.memory->transferFunctions[w.memory->ofMtf].data(), phase);
+          w.kernels->phase(w.memory->OtfOfMtf(), phase);
         },
         workspace_.get());
   } else {

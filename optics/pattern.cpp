@@ -11,7 +11,7 @@ namespace orvanel {
 int OpticsEngine::PatternRetinalImage(double* image, const double* pattern, int n) {
   if (n != gridSize) return 0;
   if (workspace_->kernels != nullptr) {
-    void* const spectrum = workspace_->memory->object.data();
+    void* const spectrum = workspace_->memory->planes.object;
     const double total =
         workspace_->kernels->realTransform(pattern, workspace_->tables, workspace_->ScratchOf(), spectrum);
     ImageOf(spectrum, total, image);

@@ -94,7 +94,7 @@ void OpticsEngine::FormPsf(double wavelength) {
   if (workspace_->kernels != nullptr) {
     KernelMemory& memory = *workspace_->memory;
     double rowMaxima[kKernelGrid];
-    double* const intensity = memory.intensity.doubles();
+    double* const intensity = memory.planes.intensity;
     workspace_->kernels->intensity(wavefrontPlane.data(), wavelength, workspace_->tables, workspace_->ScratchOf(),
                                    intensity, rowMaxima);
     const Peak peak = FindPeakOfKernels(intensity, rowMaxima);

@@ -117,7 +117,7 @@ void OpticsEngine::ImageOfPlanes(double* re, double* im, double* intensity, doub
 void OpticsEngine::FilterThroughEye(double* objectReal, double* objectImag, double* image, double objectTotal) {
   const bool isReal = std::all_of(objectImag, objectImag + SampleCount(gridSize), [](double v) { return v == 0.0; });
   if (workspace_->kernels != nullptr && isReal) {
-    void* const spectrum = workspace_->memory->object.data();
+    void* const spectrum = workspace_->memory->planes.object;
     workspace_->kernels->realTransform(objectReal, workspace_->tables, workspace_->ScratchOf(), spectrum);
     ImageOf(spectrum, objectTotal, image);
   } else {

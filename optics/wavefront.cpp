@@ -2,8 +2,10 @@
 #include "optics/wavefront.h"
 
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
+#include "optics/samples.h"
 #include "optics/workspace.h"
 #include "optics/zernike.h"
 
@@ -11,6 +13,10 @@ namespace orvanel {
 namespace {
 
 constexpr int kLastOrder = 6;
+
+bool IsInside(int dx, int dy, int radius) { return dx * dx + dy * dy <= radius * radius; }
+
+double Spacing(int pupilSamples) { return 2.0 / (pupilSamples - 1); }
 
 // Index of the first coefficient of a radial order.
 constexpr std::size_t FirstOf(int order) { return static_cast<std::size_t>(order * (order + 1) / 2); }
@@ -27,6 +33,32 @@ double WavefrontAt(const Powers& x, const Powers& y, const SelectedTerms& terms)
     }
   }
   return w;
+}
+
+enum Coordinate { kColumn, kRow };
+
+// The coordinate times the pupil's diameter, on the samples inside it; the others are left as they are.
+template <Coordinate which>
+void WriteCoordinate(const SampledPupil& pupil, double* plane) {
+  const int n = pupil.gridSize, centre = n / 2, radius = pupil.samples / 2;
+  const double spacing = Spacing(pupil.samples);
+  for (int r = 0; r < n; ++r) {
+    const int dy = r - centre;
+    int width = 0;  // columns inside the pupil, from the centre on
+    while (IsInside(width, dy, radius)) ++width;
+    const int end = std::min(centre + width, n);
+    for (int c = std::max(centre - width + 1, 0); c < end; ++c) {
+      Store(plane, SampleIndex(r, c, n), (which == kColumn ? c - centre : dy) * spacing * pupil.diameter);
+    }
+  }
+}
+
+// The same on a plane of zeros.
+template <Coordinate which>
+void WriteCoordinatePlane(void* source, double* plane) {
+  const SampledPupil& pupil = *static_cast<const SampledPupil*>(source);
+  std::memset(static_cast<void*>(plane), 0, SampleCount(pupil.gridSize) * sizeof *plane);
+  WriteCoordinate<which>(pupil, plane);
 }
 
 }  // namespace
@@ -56,16 +88,27 @@ void OpticsEngine::synthesizeWavefront(const double* coefficients, double diamet
   normaliseOutput = 1;
   pupilSamples = n / 2 + 1;
 
+  // Whoever has looked at the coordinates finds outside the pupil what he left there.
+  SampledPupil& pupil = workspace_->pupil;
+  pupil = {n, pupilSamples, pupilDiameter};
+  if (pupilXPlane.looked()) {
+    WriteCoordinate<kColumn>(pupil, pupilXPlane.data());
+  } else {
+    pupilXPlane.Due(WriteCoordinatePlane<kColumn>, &pupil);
+  }
+  if (pupilYPlane.looked()) {
+    WriteCoordinate<kRow>(pupil, pupilYPlane.data());
+  } else {
+    pupilYPlane.Due(WriteCoordinatePlane<kRow>, &pupil);
+  }
+
   const SelectedTerms terms = SelectTerms(coefficients, includeAstigmatism, includeAllSecondOrder, includeDefocus);
   if (workspace_->kernels != nullptr) {
-    workspace_->kernels->synthesize(terms.coefficients.data(), terms.firstOrder, pupilDiameter, wavefrontPlane.data(),
-                                    pupilXPlane.data(), pupilYPlane.data());
+    workspace_->kernels->synthesize(terms.coefficients.data(), terms.firstOrder, wavefrontPlane.data());
     return;
   }
 
-  const int radius = pupilSamples / 2;
-  const double spacing = 2.0 / (pupilSamples - 1);
-
+  const double spacing = Spacing(pupilSamples);
   std::vector<Powers> columnPowers;
   columnPowers.reserve(static_cast<std::size_t>(std::max(n, 0)));
   for (int c = 0; c < n; ++c) columnPowers.push_back(PowersOf((c - n / 2) * spacing));
@@ -74,15 +117,8 @@ void OpticsEngine::synthesizeWavefront(const double* coefficients, double diamet
     const int dy = r - n / 2;
     const Powers y = PowersOf(dy * spacing);
     for (int c = 0; c < n; ++c) {
-      const int dx = c - n / 2;
-      if (dx * dx + dy * dy > radius * radius) {
-        wavefrontPlane(r, c) = kWavefrontOutside;
-        continue;
-      }
       const Powers& x = columnPowers[static_cast<std::size_t>(c)];
-      wavefrontPlane(r, c) = WavefrontAt(x, y, terms);
-      pupilXPlane(r, c) = x[1] * pupilDiameter;
-      pupilYPlane(r, c) = y[1] * pupilDiameter;
+      wavefrontPlane(r, c) = IsInside(c - n / 2, dy, pupilSamples / 2) ? WavefrontAt(x, y, terms) : kWavefrontOutside;
     }
   }
 }

@@ -14,6 +14,11 @@ class GridPlane {
   // Without samples; with side x side of them.
   GridPlane() = default;
   explicit GridPlane(int side);
+  GridPlane(const GridPlane&) = delete;
+  GridPlane& operator=(const GridPlane&) = delete;
+  GridPlane(GridPlane&&) noexcept = default;
+  GridPlane& operator=(GridPlane&&) noexcept = default;
+  ~GridPlane() = default;
 
   // Samples a side, samples in all, and where they lie.
   int side() const { return side_; }
@@ -26,25 +31,24 @@ class GridPlane {
   const double* end() const { return data() + size(); }
 
   // A sample by its element, or by its row and column. Neither is checked.
-  double& operator[](std::size_t index) { return samples_[index]; }
-  double operator[](std::size_t index) const { return samples_[index]; }
-  double& operator()(int row, int column) { return samples_[Index(row, column)]; }
-  double operator()(int row, int column) const { return samples_[Index(row, column)]; }
+  double& operator[](std::size_t index) { return data()[index]; }
+  double operator[](std::size_t index) const { return data()[index]; }
+  double& operator()(int row, int column) { return data()[Index(row, column)]; }
+  double operator()(int row, int column) const { return data()[Index(row, column)]; }
 
  private:
   friend class LazyPlane;
-  struct Unwritten {};
-  GridPlane(int side, Unwritten);  // without zeros
+  friend class OpticsEngine;
 
-  struct Release {
-    void operator()(double* samples) const;
-  };
+  // In memory for its samples, as it is.
+  GridPlane(int side, std::shared_ptr<double[]> samples);
+  static std::shared_ptr<double[]> Allocate(int side);
 
   std::size_t Index(int row, int column) const {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(side_) + static_cast<std::size_t>(column);
   }
 
-  std::unique_ptr<double[], Release> samples_;
+  std::shared_ptr<double[]> samples_;  // never of two planes; those of an engine are parts of one block
   int side_ = 0;
 };
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include "orvanel/grid_plane.h"
 
@@ -15,7 +16,7 @@ namespace orvanel {
 class LazyPlane {
  public:
   // With side x side samples, all zero.
-  explicit LazyPlane(int side) : plane_(side, GridPlane::Unwritten{}) {}
+  explicit LazyPlane(int side) : LazyPlane(GridPlane(side, GridPlane::Allocate(side))) {}
 
   // Samples a side, samples in all, and where they lie.
   int side() const { return plane_.side(); }
@@ -49,6 +50,9 @@ class LazyPlane {
 
  private:
   friend class OpticsEngine;
+
+  // In the memory of a plane, whatever that holds.
+  explicit LazyPlane(GridPlane memory) : plane_(std::move(memory)) {}
 
   // What writes the plane, from what it finds in its source.
   using Writer = void (*)(void* source, double* plane);

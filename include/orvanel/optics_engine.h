@@ -72,15 +72,15 @@ class OpticsEngine {
   int gridSize;                      // n, the side of every plane
   double psfHalfWidth = 0.0;         // half the side of the PSF plane on the retina, mm
   LazyPlane psfPlane;                // point spread function, peak 1 at the centre
-  GridPlane auxPlaneA;               // spare; no operation reads or writes it
+  LazyPlane auxPlaneA;               // spare; no operation reads or writes it
   LazyPlane phasePlane;              // phase transfer function, radians; means something where the MTF is not ~0
   double strehlRatio = 0.0;          // see ComputePsf
   std::uint8_t normaliseOutput = 0;  // how FilterThroughEye scales: 1 stretches, 0 keeps the object's light
   double focalLength = 0.0;          // 17 mm once a PSF has been computed
   int pupilSamples = 0;              // M = n/2 + 1, the pupil's diameter in samples
   GridPlane wavefrontPlane;          // wavefront in mm inside the pupil, kWavefrontOutside outside
-  GridPlane pupilXPlane;             // X * pupilDiameter inside the pupil, X the normalised column coordinate
-  GridPlane pupilYPlane;             // Y * pupilDiameter inside the pupil, Y the normalised row coordinate
+  LazyPlane pupilXPlane;             // X * pupilDiameter inside the pupil, X the normalised column coordinate
+  LazyPlane pupilYPlane;             // Y * pupilDiameter inside the pupil, Y the normalised row coordinate
   double psfWavelength = 0.0;        // wavelength of the PSF held; 0 means that none is current
   double pupilDiameter = 0.0;        // as handed to the last synthesis, mm
   LazyPlane otfRealPlane;            // optical transfer function: the backward transform of psfPlane,
@@ -210,8 +210,9 @@ class OpticsEngine {
   void RecentreLine(double* line, int index) const;
 
  private:
-  struct Workspace;  // scratch memory, allocated once
+  struct Workspace;  // all memory, allocated once
 
+  OpticsEngine(int n, std::unique_ptr<Workspace> workspace);
   void FormPsf(double wavelength);
   void ImageOf(const void* spectrum, double objectTotal, double* image);
   void ImageOfPlanes(double* re, double* im, double* intensity, double objectTotal, double* image);

@@ -47,9 +47,8 @@ struct TransferPlanes {
 struct Kernels {
   const char* name;
 
-  // W, X * diameter and Y * diameter inside the pupil, 1000 outside.
-  void (*synthesize)(const double* coefficients, int firstOrder, double diameter, double* wavefront, double* pupilX,
-                     double* pupilY);
+  // W inside the pupil, 1000 outside.
+  void (*synthesize)(const double* coefficients, int firstOrder, double* wavefront);
 
   // Intensity of the field of a wavefront, without the scale 1/n^2 of the field, zero frequency at (0, 0), in rows of
   // kIntensityPitch; and its maximum in each row. Without a plane for the intensity only the maxima are made.

@@ -85,10 +85,7 @@ ORVANEL_INLINE Quadrants WavefrontAt(V x, double y, const double* c, int firstOr
   return q;
 }
 
-ORVANEL_INLINE void StoreInside(double* to, Mask inside, V v) { Store(to, Select(inside, v, Load(to))); }
-
-void Synthesize(const double* coefficients, int firstOrder, double diameter, double* wavefront, double* pupilX,
-                double* pupilY) {
+void Synthesize(const double* coefficients, int firstOrder, double* wavefront) {
   constexpr int n = 256;
   constexpr int centre = n / 2;
   constexpr double spacing = 1.0 / kRadius;
@@ -98,29 +95,18 @@ void Synthesize(const double* coefficients, int firstOrder, double diameter, dou
     const bool both = dy < centre;
     int dx = 0;
     const double y = dy * spacing;
-    const double py = y * diameter;
     for (; dx * dx + dy * dy <= kRadius * kRadius; dx += kWidth) {
       const V offset = Ramp(dx);
       const Mask inside = offset * offset <= Splat(kRadius * kRadius - dy * dy);
       const V x = offset * spacing;
-      const V px = x * diameter;
       const Quadrants q = WavefrontAt(x, y, coefficients, firstOrder);
       const V outside = Splat(kOutside);
       const int right = centre + dx;
       const int left = centre - dx - kWidth + 1;  // of the mirrored vector's first lane
-      const Mask mirrored = Bits(Reverse(Bits(inside)));
       Store(wavefront + down + right, Select(inside, q.w[0], outside));
       Store(wavefront + down + left, Reverse(Select(inside, q.w[1], outside)));
       Store(wavefront + up + right, Select(inside, q.w[2], outside));
       Store(wavefront + up + left, Reverse(Select(inside, q.w[3], outside)));
-      for (int side = 0; side < 2; ++side) {  // the row of positive Y last: the two may be one
-        const int row = side == 0 ? up : down;
-        const V rowY = Splat(side == 0 ? -py : py);
-        StoreInside(pupilX + row + left, mirrored, Reverse(-px));
-        StoreInside(pupilX + row + right, inside, px);
-        StoreInside(pupilY + row + left, mirrored, rowY);
-        StoreInside(pupilY + row + right, inside, rowY);
-      }
     }
     // Columns 128 - dx + 1 to 128 + dx - 1 are written; the others lie outside.
     for (int c = dx; c < centre; c += kWidth) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <new>
 
 #include "tests/fuzz/require.h"
@@ -15,8 +16,8 @@ namespace {
 constexpr std::size_t kPage = 4096;
 constexpr unsigned char kPattern = 0x5a;
 
-// Pages between two guards. What is handed out ends where the upper guard begins, as nearly as its alignment lets it;
-// the rest keeps a pattern. Given back, all of it is a guard.
+// Pages between two guards, where the alignment lets them begin. What is handed out ends where the upper guard begins,
+// as nearly as its alignment lets it; the rest keeps a pattern. Given back, all of it is a guard.
 struct Block {
   unsigned char* room = nullptr;
   std::size_t size = 0;
@@ -27,14 +28,17 @@ std::array<Block, 256> blocks;
 
 void* Take(std::size_t bytes, std::size_t alignment) {
   const std::size_t size = std::max((bytes + kPage - 1) / kPage, std::size_t{1}) * kPage;
-  auto* const block = std::find_if(blocks.begin(), blocks.end(), [size](const Block& b) {
-    return b.room == nullptr || (b.begin == nullptr && b.size == size);
+  const std::size_t step = std::max(alignment, kPage);
+  const auto past = [step](const unsigned char* room) { return reinterpret_cast<std::uintptr_t>(room) % step; };
+  auto* const block = std::find_if(blocks.begin(), blocks.end(), [&](const Block& b) {
+    return b.room == nullptr || (b.begin == nullptr && b.size == size && past(b.room) == 0);
   });
-  ORVANEL_REQUIRE(block != blocks.end() && alignment <= kPage);
+  ORVANEL_REQUIRE(block != blocks.end());
   if (block->room == nullptr) {
-    void* const mapped = mmap(nullptr, size + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void* const mapped = mmap(nullptr, size + step + kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     ORVANEL_REQUIRE(mapped != MAP_FAILED);
-    block->room = static_cast<unsigned char*>(mapped) + kPage;
+    auto* const first = static_cast<unsigned char*>(mapped) + kPage;
+    block->room = first + (step - past(first)) % step;
     block->size = size;
   }
   ORVANEL_REQUIRE(mprotect(block->room, size, PROT_READ | PROT_WRITE) == 0);

@@ -98,6 +98,42 @@ TEST(Engine, Moves) {
   EXPECT_TRUE(moved.ComputePsf(kWavelength, copy.data(), &pitch, &strehl, 64));
 }
 
+TEST(Engine, APlaneThatIsMovedOutOutlivesIt) {
+  GridPlane wavefront;
+  double value = 0.0;
+  {
+    OpticsEngine engine(SomeEye().data(), 4.2, 256, 1, 1, 1);
+    value = engine.wavefrontPlane(130, 120);
+    wavefront = std::move(engine.wavefrontPlane);
+  }
+  const OpticsEngine another(SomeEye().data(), 3.0, 256, 1, 1, 1);
+  EXPECT_NE(value, kWavefrontOutside);
+  EXPECT_EQ(wavefront(130, 120), value);
+  EXPECT_EQ(wavefront(0, 0), kWavefrontOutside);
+}
+
+TEST(Engine, HasPlanesOfTheirOwn) {
+  for (const int n : {256, 64}) {
+    OpticsEngine engine(n);
+    const std::array<double*, 8> planes = {
+        engine.wavefrontPlane.data(), engine.pupilXPlane.data(),  engine.pupilYPlane.data(), engine.psfPlane.data(),
+        engine.otfRealPlane.data(),   engine.otfImagPlane.data(), engine.auxPlaneA.data(),   engine.phasePlane.data()};
+    const auto samples = static_cast<std::size_t>(n * n);
+    for (std::size_t p = 0; p < planes.size(); ++p) std::fill_n(planes[p], samples, static_cast<double>(p));
+    for (std::size_t p = 0; p < planes.size(); ++p) {
+      EXPECT_EQ(std::count(planes[p], planes[p] + samples, static_cast<double>(p)), n * n);
+      EXPECT_EQ(reinterpret_cast<std::uintptr_t>(planes[p]) % 64, 0U);
+    }
+    std::vector<double> image(samples), object(samples, 0.25);
+    double pitch = 0.0, strehl = 0.0;
+    engine.ComputePsf(kWavelength, image.data(), &pitch, &strehl, n);
+    engine.PatternRetinalImage(image.data(), object.data(), n);
+    for (const std::size_t p : {0U, 6U}) {  // the wavefront and the spare plane, where neither goes
+      EXPECT_EQ(std::count(planes[p], planes[p] + samples, static_cast<double>(p)), n * n);
+    }
+  }
+}
+
 TEST(Engine, SynthesisOnAGridWithoutSamplesDoesNothing) {
   for (const int n : {0, -4}) {
     OpticsEngine engine(n);

@@ -3,9 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <ostream>
+#include <utility>
+#include <vector>
 
 namespace orvanel {
 namespace {
@@ -146,6 +152,54 @@ TEST(Wavefront, CoordinatePlanesAreNotWrittenOutsideThePupil) {
   EXPECT_EQ(engine.pupilXPlane(0, 0), 5.5);
   EXPECT_EQ(engine.pupilYPlane(63, 128), 6.5);
   EXPECT_EQ(engine.wavefrontPlane(63, 128), kWavefrontOutside);
+}
+
+// Both coordinates on every sample, to the sign of zero; outside the pupil what was there before.
+void ExpectCoordinates(const OpticsEngine& engine, double diameter, double outside) {
+  const int n = engine.gridSize;
+  const GridPlane &x = engine.pupilXPlane, &y = engine.pupilYPlane;
+  for (int r = 0; r < n; ++r) {
+    for (int c = 0; c < n; ++c) {
+      const int dx = c - n / 2, dy = r - n / 2;
+      const bool inside = dx * dx + dy * dy <= n / 4 * (n / 4);
+      const auto bits = [](double v) { return std::bit_cast<std::uint64_t>(v); };
+      ASSERT_EQ(bits(x(r, c)), bits(inside ? dx / (n / 4.0) * diameter : outside)) << r << "," << c;
+      ASSERT_EQ(bits(y(r, c)), bits(inside ? dy / (n / 4.0) * diameter : outside)) << r << "," << c;
+    }
+  }
+}
+
+TEST(Wavefront, CoordinatePlanesAreWhatTheyAreWheneverSomebodyLooks) {
+  for (const int n : {256, 64}) {
+    for (const double diameter : {3.7, -3.0, 0.0, -0.0}) {
+      OpticsEngine engine(AllDifferent().data(), 5.1, n, 1, 1, 1);
+      engine.synthesizeWavefront(AllDifferent().data(), diameter, 1, 1, 1);
+      engine.pupilDiameter = 8.0;
+      const OpticsEngine moved = std::move(engine);
+      ExpectCoordinates(moved, diameter, 0.0);
+    }
+  }
+}
+
+TEST(Wavefront, CoordinatePlanesThatSomebodyHasLookedAtFollow) {
+  for (const int n : {256, 64}) {
+    OpticsEngine engine(n);
+    std::fill(engine.pupilXPlane.begin(), engine.pupilXPlane.end(), 2.5);
+    std::fill(engine.pupilYPlane.begin(), engine.pupilYPlane.end(), 2.5);
+    const double* const x = engine.pupilXPlane.data();
+    engine.synthesizeWavefront(AllDifferent().data(), 4.4, 1, 1, 1);
+    EXPECT_EQ(x[n * n / 2 + n / 2 + n / 4], 4.4);
+    ExpectCoordinates(engine, 4.4, 2.5);
+    engine.synthesizeWavefront(AllDifferent().data(), 6.0, 1, 1, 1);
+    ExpectCoordinates(engine, 6.0, 2.5);
+  }
+}
+
+TEST(Wavefront, CoordinatePlanesAreCopiedWholeToAnyAddress) {
+  const OpticsEngine engine = Synthesized({}, 64, 3.7);
+  std::vector<char> buffer(64 * 64 * sizeof(double) + 1, 1);
+  engine.pupilYPlane.CopyTo(reinterpret_cast<double*>(buffer.data() + 1));
+  EXPECT_EQ(std::memcmp(buffer.data() + 1, engine.pupilYPlane.data(), buffer.size() - 1), 0);
 }
 
 TEST(Wavefront, SynthesisMarksThePsfStaleAndAsksForStretchedImages) {

@@ -2,29 +2,33 @@
 #ifndef ORVANEL_TESTS_OPTICS_KERNELS_SCRATCH_H
 #define ORVANEL_TESTS_OPTICS_KERNELS_SCRATCH_H
 
-#include <algorithm>
+#include <cstddef>
 #include <limits>
+#include <vector>
 
-#include "optics/workspace.h"
+#include "optics/kernels/kernels.h"
 
 namespace orvanel::test {
 
-// Scratch memory, full of what is not a number, so that whatever is read before it is written shows.
+// Scratch memory, full of what is not a number, so that whatever is read before it is written shows. In blocks of their
+// own, where an engine has one, so that a sanitizer sees who leaves his.
 struct KernelScratch {
-  KernelScratch() {
-    const auto spoil = [](const AlignedBytes& bytes, int size) {
-      std::fill_n(bytes.doubles(), static_cast<std::size_t>(size) / sizeof(double),
-                  std::numeric_limits<double>::quiet_NaN());
-    };
-    spoil(plane, kPlaneBytes);
-    spoil(lines, kLinesBytes);
-    spoil(spectrum, kSpectrumBytes);
+  struct alignas(64) CacheLine {
+    CacheLine() {
+      for (double& sample : samples) sample = std::numeric_limits<double>::quiet_NaN();
+    }
+    double samples[8];
+  };
+
+  static std::vector<CacheLine> Lines(int bytes) {
+    return std::vector<CacheLine>(static_cast<std::size_t>(bytes) / sizeof(CacheLine));
   }
+
   Scratch Of() const { return {plane.data(), lines.data()}; }
 
-  AlignedBytes plane{kPlaneBytes};
-  AlignedBytes lines{kLinesBytes};
-  AlignedBytes spectrum{kSpectrumBytes};
+  mutable std::vector<CacheLine> plane = Lines(kPlaneBytes);
+  mutable std::vector<CacheLine> lines = Lines(kLinesBytes);
+  mutable std::vector<CacheLine> spectrum = Lines(kSpectrumBytes);
 };
 
 }  // namespace orvanel::test

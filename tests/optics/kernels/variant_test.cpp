@@ -69,11 +69,11 @@ class KernelVariants : public test::EveryKernel {
 
 TEST_P(KernelVariants, SynthesizesWithTheSameBits) {
   ExpectTheSameBits([](const Kernels& kernels, const test::KernelScratch&) {
-    Plane w(65536), x(65536), y(65536), c = Noise(kCoefficients, 4);
+    Plane w(65536), c = Noise(kCoefficients, 4);
     c[9] = 1e300;
     c[12] = -1e-300;
-    kernels.synthesize(c.data(), 2, -3.3, w.data(), x.data(), y.data());
-    return Joined(w, Joined(x, y));
+    kernels.synthesize(c.data(), 2, w.data());
+    return w;
   });
 }
 
