@@ -97,6 +97,8 @@ std::vector<Call> CallsOfLibrary(const std::string& kernels) {
        [s] {  // whoever has looked once may have kept the address
          s->engine.psfPlane.data();
          s->engine.phasePlane.data();
+         s->engine.pupilXPlane.data();
+         s->engine.pupilYPlane.data();
        },
        [s](int turn) {
          s->engine.synthesizeWavefront(EyeAt(turn).data(), kPupil_mm, 1, 1, 1);

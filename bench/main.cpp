@@ -101,7 +101,7 @@ void PrintCalls(const Least& least, const std::vector<std::string>& columns, con
 }
 
 // What the library costs a process, with each of the kernels. What two threads gain can only be seen on idle cores.
-void PrintProcess(const std::vector<std::string>& kernels, bool idle) {
+void PrintProcess(const std::vector<std::string>& kernels, bool idle, EngineMemory memory) {
   Row("a process", kernels);
   Row("---", std::vector<std::string>(kernels.size(), "---"));
   std::vector<std::string> first, one, two, ratio;
@@ -109,21 +109,22 @@ void PrintProcess(const std::vector<std::string>& kernels, bool idle) {
     first.push_back(Number("%.2f ms", 1e-3 * FirstCall_us(name)));
     UseKernels(*FindKernels(name.c_str()));
     const SilentOutput silent;
-    const double ofOne = EyesPerSecond(1);
-    const double ofTwo = idle ? EyesPerSecond(2) : 0.0;
-    one.push_back(Number("%.0f", ofOne));
-    two.push_back(Number("%.0f", ofTwo));
-    ratio.push_back(Number("%.2f", ofTwo / ofOne));
+    const Throughput eyes = idle ? ThroughputOfThreads() : Throughput{};
+    one.push_back(Number("%.0f", eyes.one));
+    two.push_back(Number("%.0f", eyes.two));
+    ratio.push_back(Number("%.2f", eyes.gain));
   }
   Row("library loaded and first `OrvanelInputZer`, with its tables", first);
   Row("eyes a second on one thread", one);
   Row("eyes a second on two threads", two);
   Row("the second thread's gain", ratio);
-  if (!idle) std::printf("\nTwo threads were not measured: at the start the machine was not idle.\n");
-  std::printf("\nAn engine holds %.2f MiB.\n", EngineMebibytes());
+  if (!idle) std::printf("\nEyes a second were not measured: at the start the machine was not idle.\n");
+  std::printf("\nAn engine takes up %.1f MiB after an eye, and %.1f MiB when all its planes have been looked at.\n",
+              memory.afterAnEye, memory.atMost);
 }
 
 int Main(int argc, char** argv) {
+  const EngineMemory memory = MemoryOfEngine();  // first, so that no part of it is one that another has left
   // Short repetitions in random order, so that all benchmarks meet the same machine.
   std::vector<std::string> flags = {argv[0], "--benchmark_enable_random_interleaving=true",
                                     "--benchmark_repetitions=100", "--benchmark_min_time=0.005"};
@@ -166,7 +167,7 @@ int Main(int argc, char** argv) {
   PrintCalls(least, columns, "%.0f", 1.0);
 
   std::printf("\n");
-  PrintProcess(kernels, std::stod(loadBefore) < 0.5);
+  PrintProcess(kernels, std::stod(loadBefore) < 0.5, memory);
   return 0;
 }
 

@@ -2,19 +2,19 @@
 #include "bench/process.h"
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 #include <pthread.h>
 #include <sched.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
+#include <fstream>
+#include <numeric>
 #include <stdexcept>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "bench/eyes.h"
@@ -50,9 +50,11 @@ class EyeOfEngine {
   double scalar_ = 0.0;
 };
 
-std::size_t AllocatedBytes() {
-  const struct mallinfo2 info = mallinfo2();
-  return info.uordblks + info.hblkhd;
+double ResidentMebibytes() {
+  std::ifstream file("/proc/self/statm");
+  double all = 0.0, resident = 0.0;
+  file >> all >> resident;
+  return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
 
 // The cores that this process may run on.
@@ -65,19 +67,6 @@ std::vector<int> Cores() {
     if (CPU_ISSET(core, &allowed)) cores.push_back(core);
   }
   return cores;
-}
-
-// All ways to take so many of the cores.
-std::vector<std::vector<int>> Choices(const std::vector<int>& cores, std::size_t count, std::size_t first = 0) {
-  if (count == 0) return {{}};
-  std::vector<std::vector<int>> choices;
-  for (std::size_t i = first; i < cores.size(); ++i) {
-    for (std::vector<int>& others : Choices(cores, count - 1, i + 1)) {
-      others.push_back(cores[i]);
-      choices.push_back(std::move(others));
-    }
-  }
-  return choices;
 }
 
 void StayOn(int core) {
@@ -97,53 +86,81 @@ double NumberPrintedBy(const std::string& command) {
   return std::strtod(line, nullptr);
 }
 
-}  // namespace
+// An engine at work on a core of its own.
+struct Work {
+  EyeOfEngine* eye;
+  int core;
+};
 
-double EyesPerSecond(int threads) {
-  constexpr std::size_t kSpells = 4000;
-  constexpr int kEyes = 2;
-  const std::vector<std::vector<int>> choices = Choices(Cores(), static_cast<std::size_t>(threads));
-  if (choices.empty()) return 0.0;
-  std::vector<std::unique_ptr<EyeOfEngine>> eyes;
-  for (int t = 0; t < threads; ++t) eyes.push_back(std::make_unique<EyeOfEngine>());
-  double best = 0.0;
-  for (std::size_t spell = 0; spell < kSpells; ++spell) {
-    const std::vector<int>& cores = choices[spell % choices.size()];
-    std::atomic<int> ready = 0;
-    std::vector<std::chrono::steady_clock::time_point> begin(eyes.size()), end(eyes.size());
-    std::vector<std::thread> workers;
-    for (std::size_t t = 0; t < eyes.size(); ++t) {
-      workers.emplace_back([&, t] {
-        StayOn(cores[t]);
-        eyes[t]->Once(0);
-        ++ready;
-        while (ready < threads) {
-        }
-        begin[t] = std::chrono::steady_clock::now();
-        for (int turn = 1; turn <= kEyes; ++turn) eyes[t]->Once(turn);
-        end[t] = std::chrono::steady_clock::now();
-      });
-    }
-    for (std::thread& worker : workers) worker.join();
-    const std::chrono::duration<double> seconds =
-        *std::max_element(end.begin(), end.end()) - *std::min_element(begin.begin(), begin.end());
-    best = std::max(best, threads * kEyes / seconds.count());
+// The eyes a second of all together: the sum of what each does while all others are at work.
+double Rate(const std::vector<Work>& works) {
+  constexpr int kEyes = 4;
+  std::atomic<std::size_t> ready = 0, done = 0;
+  std::vector<double> rates(works.size());
+  std::vector<std::thread> threads;
+  for (std::size_t t = 0; t < works.size(); ++t) {
+    threads.emplace_back([&, t] {
+      EyeOfEngine& eye = *works[t].eye;
+      StayOn(works[t].core);
+      eye.Once(0);
+      ++ready;
+      while (ready < works.size()) {
+      }
+      const auto begin = std::chrono::steady_clock::now();
+      for (int turn = 1; turn <= kEyes; ++turn) eye.Once(turn);
+      rates[t] = kEyes / std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+      ++done;
+      while (done < works.size()) eye.Once(0);
+    });
   }
-  return best;
+  for (std::thread& thread : threads) thread.join();
+  return std::accumulate(rates.begin(), rates.end(), 0.0);
 }
 
-double EngineMebibytes() {
+double Median(std::vector<double> values) {
+  if (values.empty()) return 0.0;
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+}  // namespace
+
+Throughput ThroughputOfThreads() {
+  constexpr int kRounds = 150;
+  EyeOfEngine first, second;
+  const std::vector<int> cores = Cores();
+  std::vector<double> one, two, gain;
+  for (int round = 0; round < kRounds; ++round) {
+    for (std::size_t a = 0; a < cores.size(); ++a) {
+      for (std::size_t b = a + 1; b < cores.size(); ++b) {
+        const double alone = (Rate({{&first, cores[a]}}) + Rate({{&second, cores[b]}})) / 2.0;
+        const double together = Rate({{&first, cores[a]}, {&second, cores[b]}});
+        one.push_back(alone);
+        two.push_back(together);
+        gain.push_back(together / alone);
+      }
+    }
+  }
+  return {Median(one), Median(two), Median(gain)};
+}
+
+EngineMemory MemoryOfEngine() {
   const SilentOutput silent;
+  { const EyeOfEngine forCodeAndTables; }
   GridPlane plane(ORVANEL_GRID_SIZE), optotype(ORVANEL_GRID_SIZE);
   double scalar = 0.0;
-  const std::size_t before = AllocatedBytes();
+  const double before = ResidentMebibytes();
   OpticsEngine engine;
   engine.synthesizeWavefront(EyeAt(0).data(), kPupil_mm, 1, 1, 1);
   engine.ComputeMtf(kWavelength, plane.data(), &scalar, nullptr, nullptr, nullptr, ORVANEL_GRID_SIZE);
   engine.RingRetinalImage(plane.data(), optotype.data(), 1.0, &scalar, 3);
-  benchmark::DoNotOptimize(engine.phasePlane.data());
-  benchmark::DoNotOptimize(engine.otfRealPlane.data());
-  return static_cast<double>(AllocatedBytes() - before) / (1024.0 * 1024.0);
+  const double afterAnEye = ResidentMebibytes();
+  for (const LazyPlane* const lazy : {&engine.psfPlane, &engine.phasePlane, &engine.auxPlaneA, &engine.pupilXPlane,
+                                      &engine.pupilYPlane, &engine.otfRealPlane, &engine.otfImagPlane}) {
+    benchmark::DoNotOptimize(lazy->data());
+  }
+  return {afterAnEye - before, ResidentMebibytes() - before};
 }
 
 double FirstCall_us(const std::string& kernels) {

@@ -10,13 +10,19 @@ namespace orvanel::bench {
 // many processes.
 double FirstCall_us(const std::string& kernels);
 
-// Eyes per second of as many threads, each with an engine and a core of its own; the best of many short spells, in
-// which all choices of cores take turns: which cores of a virtual machine share a real one, nobody tells. 0 where there
-// are fewer cores.
-double EyesPerSecond(int threads);
+// Eyes per second of one thread and of two, each with an engine and a core of its own, and how many times the eyes of
+// one two make: medians over all pairs of cores, taken in turn. The two cores are measured alone and together one right
+// after the other, so that who else uses the machine is in both. 0 where there is one core.
+struct Throughput {
+  double one, two, gain;
+};
+Throughput ThroughputOfThreads();
 
-// Memory of an engine that has done everything.
-double EngineMebibytes();
+// Mebibytes that an engine takes up after an eye, and when all its planes have been looked at.
+struct EngineMemory {
+  double afterAnEye, atMost;
+};
+EngineMemory MemoryOfEngine();
 
 }  // namespace orvanel::bench
 
