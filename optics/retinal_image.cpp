@@ -90,18 +90,17 @@ void OpticsEngine::Normalise(const double* intensity, double objectTotal, double
   }
 }
 
-// An object whose spectrum is made.
-void OpticsEngine::ImageOf(const void* spectrum, double objectTotal, double* image) {
+void OpticsEngine::ImageOf(const ObjectSpectrum& object, double objectTotal, double* image) {
   EnsureOtf();
   // Whoever has looked at the transfer function may also have changed it.
   const bool looked = otfRealPlane.looked() || otfImagPlane.looked();
   const TransferPlanes otf = looked ? TransferPlanes{nullptr, otfRealPlane.data(), otfImagPlane.data()}
                                     : TransferPlanes{workspace_->memory->OtfOfImages(), nullptr, nullptr};
   if (normaliseOutput == 0) {
-    workspace_->kernels->imageKeepingTotal(spectrum, otf, objectTotal, workspace_->tables, workspace_->ScratchOf(),
+    workspace_->kernels->imageKeepingTotal(object, otf, objectTotal, workspace_->tables, workspace_->ScratchOf(),
                                            image);
   } else {
-    workspace_->kernels->imageStretched(spectrum, otf, workspace_->tables, workspace_->ScratchOf(), image);
+    workspace_->kernels->imageStretched(object, otf, workspace_->tables, workspace_->ScratchOf(), image);
   }
 }
 
@@ -118,8 +117,8 @@ void OpticsEngine::FilterThroughEye(double* objectReal, double* objectImag, doub
   const bool isReal = std::all_of(objectImag, objectImag + SampleCount(gridSize), [](double v) { return v == 0.0; });
   if (workspace_->kernels != nullptr && isReal) {
     void* const spectrum = workspace_->memory->planes.object;
-    workspace_->kernels->realTransform(objectReal, workspace_->tables, workspace_->ScratchOf(), spectrum);
-    ImageOf(spectrum, objectTotal, image);
+    workspace_->kernels->realRows(objectReal, workspace_->tables, workspace_->ScratchOf(), spectrum);
+    ImageOf({nullptr, spectrum}, objectTotal, image);
   } else {
     Fft2(objectReal, objectImag, gridSize, 0);
     ImageOfPlanes(objectReal, objectImag, workspace_->Spare(), objectTotal, image);

@@ -16,7 +16,7 @@
 namespace orvanel {
 
 constexpr int kKernelGrid = 256;    // the grid that the kernels are made for
-constexpr int kSpectrumSide = 264;  // of a plane that is large enough for a spectrum
+constexpr int kSpectrumSide = 268;  // of a plane that is large enough for a spectrum
 static_assert(sizeof(double) * kSpectrumSide * kSpectrumSide >= kSpectrumBytes);
 
 // What the kernels work with. Every operation may use plane, lines and object; none finds there what another left.

@@ -12,68 +12,114 @@
 namespace orvanel::ORVANEL_KERNELS {
 namespace {
 
-// Column transforms into scratch; load(row, column) gives the samples of kWidth columns.
-template <class Load>
-ORVANEL_INLINE void TransformColumns(const Scratch& scratch, const Tables& tables, Load load) {
-  for (int group = 0; group < kLength; group += kWidth) {
-    Complex* const panel = Panel(scratch, group);
+void Transform(double* re, double* im, double scale, const Tables& tables, const Scratch& scratch) {
+  Complex* const lines = Lines(scratch);
+  for (int column = 0; column < kLength; column += kWidth) {
+    Complex* const panel = Panel(scratch, column);
     TransformBundle<false>(
-        Lines(scratch), tables, [&](int n) __attribute__((always_inline)) { return load(n, group); },
+        lines, tables,
+        [&](int row) __attribute__((always_inline)) {
+          return Complex{Load(re + row * kLength + column), Load(im + row * kLength + column)};
+        },
         [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
   }
-}
-
-void Transform(double* re, double* im, double scale, const Tables& tables, const Scratch& scratch) {
-  TransformColumns(
-      scratch, tables, [&](int row, int column) __attribute__((always_inline)) {
-        return Complex{Load(re + row * kLength + column), Load(im + row * kLength + column)};
-      });
   const V factor = Splat(scale);
   for (int first = 0; first < kLength; first += kWidth) {
-    TransformRows(scratch, first, tables);
+    LoadRows(scratch, first, kLength, lines);
+    TransformBundle<false>(
+        lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
+        [&](int place, int, Complex v) __attribute__((always_inline)) { lines[place] = v; });
     StoreRows(
-        Lines(scratch), &Complex::re, [&](int row, int column, V v) __attribute__((always_inline)) {
+        lines, &Complex::re, [&](int row, int column, V v) __attribute__((always_inline)) {
           Store(re + (first + row) * kLength + column, v * factor);
         });
     StoreRows(
-        Lines(scratch), &Complex::im, [&](int row, int column, V v) __attribute__((always_inline)) {
+        lines, &Complex::im, [&](int row, int column, V v) __attribute__((always_inline)) {
           Store(im + (first + row) * kLength + column, v * factor);
         });
   }
 }
 
+// Columns of an object's spectrum or of a transfer function: kWidth of them, and their mirror images, of which lane l
+// is column -(column + l), but column 128 in the place of column 0.
+struct FoldedColumns {
+  const void* spectrum;
+
+  ORVANEL_INLINE_MEMBER Complex At(int p, int column) const { return HalfPanel(spectrum, column)[p]; }
+  ORVANEL_INLINE_MEMBER Complex MirroredAt(int p, int column) const {
+    const Complex v = HalfPanel(spectrum, column == 0 ? 128 : column)[kLength - p];
+    return {v.re, -v.im};
+  }
+};
+
+struct WholeColumns {
+  const double* re;
+  const double* im;
+
+  ORVANEL_INLINE_MEMBER Complex At(int p, int column) const {
+    return {Load(re + p * kLength + column), Load(im + p * kLength + column)};
+  }
+  ORVANEL_INLINE_MEMBER Complex MirroredAt(int p, int column) const {
+    return {Mirrored(re + p * kLength, column), Mirrored(im + p * kLength, column)};
+  }
+
+  static ORVANEL_INLINE_MEMBER V Mirrored(const double* row, int column) {
+    const int first = column == 0 ? 128 : kLength - column;
+    return ReverseFrom(Splat(row[first]), Load(row + kLength - column - kWidth));
+  }
+};
+
 // Columns of the filtered field into scratch, with real and imaginary parts exchanged, which turns the backward
-// transform into the forward one. The sum of the products' squares is that of the image, by Parseval's theorem.
+// transform into the forward one: columns 0 to 127, then their mirror images. The sum of the products' squares is that
+// of the image, by Parseval's theorem.
 template <class Otf>
-ORVANEL_INLINE double FilteredColumns(const void* object, Otf otf, const Tables& tables, const Scratch& scratch) {
-  // Eight sums in every variant: lane l has the columns c with c % 8 = l.
+ORVANEL_INLINE double FilteredColumns(const ObjectSpectrum& object, const Otf& otf, const Tables& tables,
+                                      const Scratch& scratch) {
+  const FoldedColumns objectColumns = {object.whole != nullptr ? object.whole : object.rows};
+  // Eight sums in every variant: lane l has the columns c with c % 8 = l, and their mirror images.
   V sums[8 / kWidth] = {};
-  TransformColumns(
-      scratch, tables, [&](int p, int column) __attribute__((always_inline)) {
-        const Complex o = SpectrumAt(object, p, column);
-        const Complex h = otf(kLength - 1 - p, column);
-        const Complex product = {o.re * h.im + h.re * o.im, h.re * o.re - o.im * h.im};
-        V& sum = sums[column / kWidth % (8 / kWidth)];
-        sum = sum + Norm(product);
-        return product;
-      });
+  for (int column = 0; column < 128; column += kWidth) {
+    if (object.whole == nullptr) CompleteColumns(column, tables, scratch, object.rows);
+    V& sum = sums[column / kWidth % (8 / kWidth)];
+    const auto product = [&](Complex o, Complex h) __attribute__((always_inline)) {
+      const Complex v = {o.re * h.im + h.re * o.im, h.re * o.re - o.im * h.im};
+      sum = sum + Norm(v);
+      return v;
+    };
+    Complex* const panel = Panel(scratch, column);
+    TransformBundle<false>(
+        Lines(scratch), tables,
+        [&](int p) __attribute__((always_inline)) {
+          return product(objectColumns.At(p, column), otf.At(kLength - 1 - p, column));
+        },
+        [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
+    Complex* const mirrored = Panel(scratch, 128 + column);
+    TransformBundle<false>(
+        Lines(scratch), tables,
+        [&](int p) __attribute__((always_inline)) {
+          return product(objectColumns.MirroredAt(p, column), otf.MirroredAt(kLength - 1 - p, column));
+        },
+        [&](int, int k, Complex v) __attribute__((always_inline)) { mirrored[k] = v; });
+  }
   double s[8];
   for (int l = 0; l < 8; ++l) s[l] = sums[l / kWidth][l % kWidth];
   return (((s[0] + s[1]) + (s[2] + s[3])) + ((s[4] + s[5]) + (s[6] + s[7]))) * 65536.0;
 }
 
-double FilteredColumns(const void* object, const TransferPlanes& otf, const Tables& tables, const Scratch& scratch) {
-  if (otf.spectrum != nullptr) {
-    return FilteredColumns(
-        object, [&](int p, int column) __attribute__((always_inline)) { return SpectrumAt(otf.spectrum, p, column); },
-        tables, scratch);
+double FilteredColumns(const ObjectSpectrum& object, const TransferPlanes& otf, const Tables& tables,
+                       const Scratch& scratch) {
+  if (otf.spectrum != nullptr) return FilteredColumns(object, FoldedColumns{otf.spectrum}, tables, scratch);
+  return FilteredColumns(object, WholeColumns{otf.re, otf.im}, tables, scratch);
+}
+
+// Rows of the field from scratch, side by side.
+ORVANEL_INLINE void LoadFilteredRows(const Scratch& scratch, int first, Complex* x) {
+  LoadRows(scratch, first, 128, x);
+  for (int c = 0; c < 128; c += kWidth) {
+    Transpose(
+        Panel(scratch, 128 + c) + first, x, [&](int l) __attribute__((always_inline)) { return kLength - c - l; });
   }
-  return FilteredColumns(
-      object,
-      [&](int p, int column) __attribute__((always_inline)) {
-        return Complex{Load(otf.re + p * kLength + column), Load(otf.im + p * kLength + column)};
-      },
-      tables, scratch);
+  x[128] = x[kLength];  // the place of column 0 was that of column 128
 }
 
 // Rows of |field|^2 from scratch, moved by half the plane; finish(v) makes the samples of it.
@@ -81,7 +127,7 @@ template <class Finish>
 ORVANEL_INLINE void ImageRows(const Tables& tables, const Scratch& scratch, double* image, Finish finish) {
   Complex* const lines = Lines(scratch);
   for (int first = 0; first < kLength; first += kWidth) {
-    LoadRows(scratch, first, kLength, lines);
+    LoadFilteredRows(scratch, first, lines);
     double* const rows = image + (first + 128) % kLength * kLength;
     for (int k = 0; k < kWidth * kLength; k += 8) __builtin_prefetch(rows + k, 1);
     TransformBundle<false>(
@@ -95,8 +141,8 @@ ORVANEL_INLINE void ImageRows(const Tables& tables, const Scratch& scratch, doub
   }
 }
 
-void ImageKeepingTotal(const void* object, const TransferPlanes& otf, double objectTotal, const Tables& tables,
-                       const Scratch& scratch, double* image) {
+void ImageKeepingTotal(const ObjectSpectrum& object, const TransferPlanes& otf, double objectTotal,
+                       const Tables& tables, const Scratch& scratch, double* image) {
   const V factor = Splat(objectTotal / FilteredColumns(object, otf, tables, scratch));
   const V one = Splat(1.0);
   ImageRows(
@@ -107,8 +153,8 @@ void ImageKeepingTotal(const void* object, const TransferPlanes& otf, double obj
       });
 }
 
-void ImageStretched(const void* object, const TransferPlanes& otf, const Tables& tables, const Scratch& scratch,
-                    double* image) {
+void ImageStretched(const ObjectSpectrum& object, const TransferPlanes& otf, const Tables& tables,
+                    const Scratch& scratch, double* image) {
   FilteredColumns(object, otf, tables, scratch);
   V largest = Splat(-__builtin_inf());
   V smallest = Splat(__builtin_inf());
@@ -131,13 +177,24 @@ void ImageStretched(const void* object, const TransferPlanes& otf, const Tables&
 void DrawRing(double* plane, double centre, double innerSquared, double outerSquared) {
   const V inner = Splat(innerSquared);
   const V outer = Splat(outerSquared);
+  const V white = Splat(1.0);
+  // Beyond `reach` of the centre all is white.
+  const int reach = outerSquared < kLength * kLength ? static_cast<int>(__builtin_sqrt(outerSquared)) + 1 : kLength;
+  const int middle = static_cast<int>(centre);
+  const int first = middle > reach ? (middle - reach) / kWidth * kWidth : 0;
+  const int end = middle + reach + 2 < kLength ? middle + reach + 2 : kLength;
   for (int y = 0; y < kLength; ++y) {
+    double* const row = plane + y * kLength;
     const V dy2 = Splat((y - centre) * (y - centre));
-    for (int x = 0; x < kLength; x += kWidth) {
+    const int firstHere = y < middle - reach || y > middle + reach + 1 ? kLength : first;
+    int x = 0;
+    for (; x < firstHere; x += kWidth) Store(row + x, white);
+    for (; x < end; x += kWidth) {
       const V dx = Ramp(x) - centre;
       const V d2 = dx * dx + dy2;
-      Store(plane + y * kLength + x, Select((d2 <= outer) & (d2 >= inner), V{}, Splat(1.0)));
+      Store(row + x, Select((d2 <= outer) & (d2 >= inner), V{}, white));
     }
+    for (; x < kLength; x += kWidth) Store(row + x, white);
   }
 }
 

@@ -25,9 +25,9 @@ constexpr int kLinesBytes = 24 * 256 * 8;
 // Rows of an intensity plane are longer than 256: the first samples come once more behind the last.
 constexpr int kIntensityPitch = 264;
 
-// The spectrum of a real plane: rows 0 to 128, from which the others follow; kSpectrumBytes, aligned to 64 bytes, in
+// The spectrum of a real plane: columns 0 to 128, from which the others follow; kSpectrumBytes, aligned to 64 bytes, in
 // an order that is the kernels' own.
-constexpr int kSpectrumBytes = 16 * 136 * 256;
+constexpr int kSpectrumBytes = 16 * 136 * 264;
 
 // A PSF to be: factor * intensity, the sample (row, column) at its centre.
 struct Recentring {
@@ -35,6 +35,12 @@ struct Recentring {
   double factor;
   int row;
   int column;
+};
+
+// An object: its spectrum, or else what realRows has left, of which an image makes the spectrum on its way.
+struct ObjectSpectrum {
+  const void* whole;
+  void* rows;
 };
 
 // A transfer function, zero frequency at (0, 0): as a spectrum, or else as two planes.
@@ -64,9 +70,11 @@ struct Kernels {
   // In place, CentredFft2.
   void (*centredTransform)(double* re, double* im, int direction, const Tables& tables, const Scratch& scratch);
 
-  // Backward transform of a real plane, times 1/n^2; the result is the plane's total. The plane may lie where the
-  // spectrum goes.
+  // Backward transform of a real plane, times 1/n^2; the result is the plane's total.
   double (*realTransform)(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum);
+
+  // Its first half: the rows.
+  double (*realRows)(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum);
 
   // The same transform of that PSF, without writing the PSF.
   void (*transferFunction)(const Recentring& from, const Tables& tables, const Scratch& scratch, void* spectrum);
@@ -81,10 +89,10 @@ struct Kernels {
 
   // The image |F(spectrum * mirrored transfer function)|^2 of an object, F the forward transform, quadrants swapped:
   // scaled to objectTotal and clipped to 0 .. 1, or stretched to 0 .. 1.
-  void (*imageKeepingTotal)(const void* object, const TransferPlanes& otf, double objectTotal, const Tables& tables,
-                            const Scratch& scratch, double* image);
-  void (*imageStretched)(const void* object, const TransferPlanes& otf, const Tables& tables, const Scratch& scratch,
-                         double* image);
+  void (*imageKeepingTotal)(const ObjectSpectrum& object, const TransferPlanes& otf, double objectTotal,
+                            const Tables& tables, const Scratch& scratch, double* image);
+  void (*imageStretched)(const ObjectSpectrum& object, const TransferPlanes& otf, const Tables& tables,
+                         const Scratch& scratch, double* image);
 
   // Black where inner^2 <= (x - centre)^2 + (y - centre)^2 <= outer^2, white elsewhere.
   void (*drawRing)(double* plane, double centre, double innerSquared, double outerSquared);

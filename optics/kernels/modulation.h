@@ -93,23 +93,26 @@ ORVANEL_INLINE V operator/(V a, const Divisor& d) {
   return p + (rest + a * d.remainder);
 }
 
-// A plane with zero frequency in the middle, from make(p, column), the samples of the spectrum's row p; the rows of
-// negative p are those of positive p mirrored, and passed through mirror.
+// A plane with zero frequency in the middle, from make(p, column), the samples of the spectrum's row p; columns of
+// negative frequency are those of positive frequency mirrored, and passed through mirror.
 template <class Make, class Mirror>
 ORVANEL_INLINE void CentredPlane(double* plane, Make make, Mirror mirror) {
   constexpr int half = kLength / 2;
   for (int p = 0; p <= half; ++p) {
+    const int opposite = (kLength - p) % kLength;
     double* const row = plane + (p + half) % kLength * kLength;
-    for (int c = 0; c < kLength; c += kWidth) Store(row + (c + half) % kLength, make(p, c));
-    if (p % half == 0) continue;
-    double* const mirrored = plane + (half - p) * kLength;
-    // Column c goes to column 256 - c, and column 0, which is that of the highest frequency, to itself: its vector's
-    // other lanes are written over.
-    Store(mirrored, mirror(Load(row)));
-    for (int c = 1; c + kWidth <= kLength; c += kWidth) {
-      Store(mirrored + kLength + 1 - c - kWidth, mirror(Reverse(Load(row + c))));
+    double* const oppositeRow = plane + (half - p) * kLength;
+    for (int c = 0; c < half; c += kWidth) {
+      const V v = make(p, c);
+      const V w = make(opposite, c);
+      // Column 0 first goes to its own mirror image, and is then written over.
+      Store(oppositeRow + half + 1 - c - kWidth, mirror(Reverse(v)));
+      Store(row + half + 1 - c - kWidth, mirror(Reverse(w)));
+      Store(row + half + c, v);
+      Store(oppositeRow + half + c, w);
     }
-    Store(mirrored + 1, mirror(Reverse(Load(row + kLength - kWidth))));
+    oppositeRow[0] = make(opposite, half)[0];
+    row[0] = make(p, half)[0];
   }
 }
 

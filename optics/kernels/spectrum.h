@@ -1,7 +1,7 @@
 // Spectra of real planes: objects and point spread functions.
 //
 // Compute-bound in the transforms, memory-bound between them. A real plane travels as one complex plane of half its
-// width, and its spectrum as the half that the other half follows from.
+// height, and its spectrum as the half that the other half follows from.
 #ifndef ORVANEL_OPTICS_KERNELS_SPECTRUM_H
 #define ORVANEL_OPTICS_KERNELS_SPECTRUM_H
 
@@ -11,17 +11,10 @@
 namespace orvanel::ORVANEL_KERNELS {
 namespace {
 
-// Row transforms of kWidth rows of scratch, left at their places in its lines.
-ORVANEL_INLINE void TransformRows(const Scratch& scratch, int first, const Tables& tables) {
-  Complex* const lines = Lines(scratch);
-  LoadRows(scratch, first, kLength, lines);
-  TransformBundle<false>(
-      lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
-      [&](int place, int, Complex v) __attribute__((always_inline)) { lines[place] = v; });
-}
-
-// Half a spectrum, in panels of kWidth columns of 129 rows and some to spare.
-constexpr int kHalfRows = 129 + 7;
+// Half a spectrum: columns 0 to 128, in panels of kWidth columns. Behind the last row of a panel the first comes once
+// more; the rows to spare keep a row of all panels out of the same sets of the first cache. The panel of column 128 has
+// the other columns of panel 0, so that it holds the mirror images of columns 128, -1, -2, ...
+constexpr int kHalfRows = 264;
 ORVANEL_INLINE Complex* HalfPanel(void* spectrum, int column) {
   return static_cast<Complex*>(spectrum) + column / kWidth * kHalfRows;
 }
@@ -29,109 +22,168 @@ ORVANEL_INLINE const Complex* HalfPanel(const void* spectrum, int column) {
   return static_cast<const Complex*>(spectrum) + column / kWidth * kHalfRows;
 }
 
-// Whether kWidth columns are constant and finite, so that zero frequency alone remains of them; at(row, column) gives
-// samples of them.
+// Whether a row is constant and finite, so that zero frequency alone remains of it; at(row, column) points to its
+// samples from that column on.
 template <class At>
-ORVANEL_INLINE bool AreConstant(At at, int column) {
-  const V first = at(0, column);
+ORVANEL_INLINE bool IsConstant(At at, int row) {
+  const V first = Splat(Load(at(row, 0))[0]);
   if (Any(first - first != 0.0)) return false;
-  for (int r = 1; r < kLength; r += 15) {
+  for (int c = 0; c < kLength; c += 4 * kWidth) {
     Mask differs{};
-    ORVANEL_UNROLL for (int i = 0; i < 15; ++i) differs |= at(r + i, column) != first;
+    ORVANEL_UNROLL for (int i = 0; i < 4; ++i) differs |= Load(at(row, c + i * kWidth)) != first;
     if (Any(differs)) return false;
   }
   return true;
 }
 
-// Columns c and c + 128 of the plane are the parts of one complex column. Their spectra L and R follow from its
-// spectrum Z by L[p] = (Z[p] + conj Z[-p]) / 2 and R[p] = (Z[p] - conj Z[-p]) / 2i. Rows 0 and 128 of both are real, so
-// that they too travel as one row.
+// Rows r and 255 - r travel together, for kWidth r from `first` on, so that those above and below a figure do.
 template <class At>
-ORVANEL_INLINE double HalfSpectrum(At at, const Tables& tables, const Scratch& scratch, void* out) {
+ORVANEL_INLINE bool AreConstant(At at, int first) {
+  for (int l = 0; l < kWidth; ++l) {
+    if (!IsConstant(at, first + l) || !IsConstant(at, kLength - 1 - first - l)) return false;
+  }
+  return true;
+}
+
+template <class At, class Scale>
+ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, void* spectrum) {
+  const int last = kLength - 1 - first;
+  for (int q = 0; q < 128; q += kWidth) {
+    Complex* const panel = HalfPanel(spectrum, q);
+    for (int l = 0; l < kWidth; ++l) panel[first + l] = panel[last - l] = {V{}, V{}};
+  }
+  Complex* const panel = HalfPanel(spectrum, 0);
+  for (int l = 0; l < kWidth; ++l) {
+    panel[first + l].re[0] = scale(Load(at(first + l, 0)))[0] * (1.0 / 256.0);
+    panel[last - l].re[0] = scale(Load(at(last - l, 0)))[0] * (1.0 / 256.0);
+  }
+}
+
+// The spectra A and B of two real rows, from the spectrum Z of the complex row whose parts they are:
+// A[q] = (Z[q] + conj Z[-q]) / 2 and B[q] = (Z[q] - conj Z[-q]) / 2i. Columns 0 and 128 are real, so that they too
+// travel as one column.
+ORVANEL_INLINE void PutRows(const Complex* lines, int first, void* spectrum) {
   constexpr double half = 0.5 / 65536.0;
+  for (int q = 0; q < 128; q += kWidth) {
+    Complex a[kWidth];
+    Complex b[kWidth];
+    ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) {
+      const Complex z = lines[PlaceOf(q + i)];
+      const Complex mirrored = lines[PlaceOf((kLength - q - i) % kLength)];
+      a[i] = {(z.re + mirrored.re) * half, (z.im - mirrored.im) * half};
+      b[i] = {(z.im + mirrored.im) * half, (mirrored.re - z.re) * half};
+    }
+    if (q == 0) {
+      const Complex middle = lines[PlaceOf(128)];
+      a[0].im = middle.re * (2.0 * half);
+      b[0].im = middle.im * (2.0 * half);
+    }
+    Complex* const panel = HalfPanel(spectrum, q);
+    Transpose(
+        a, panel, [&](int l) __attribute__((always_inline)) { return first + l; });
+    Transpose(
+        b, panel, [&](int l) __attribute__((always_inline)) { return kLength - 1 - first - l; });
+  }
+}
+
+// Row transforms of a real plane, times 1/n^2, in the panels of a spectrum to be; the result is the plane's total.
+template <class At, class Scale>
+ORVANEL_INLINE double HalfRows(At at, Scale scale, const Tables& tables, const Scratch& scratch, void* spectrum) {
   Complex* const lines = Lines(scratch);
-  for (int group = 0; group < 128; group += kWidth) {
-    Complex* const left = Panel(scratch, group);
-    Complex* const right = Panel(scratch, group + 128);
-    if (AreConstant(at, group) && AreConstant(at, group + 128)) {
-      left[0] = {at(0, group) * (512.0 * half), V{}};
-      right[0] = {at(0, group + 128) * (512.0 * half), V{}};
-      for (int p = 1; p < 128; ++p) left[p] = right[p] = {V{}, V{}};
+  for (int first = 0; first < 128; first += kWidth) {
+    if (AreConstant(at, first)) {
+      PutConstantRows(at, scale, first, spectrum);
       continue;
     }
-    TransformBundle<false>(
-        lines, tables,
-        [&](int n) __attribute__((always_inline)) {
-          return Complex{at(n, group), at(n, group + 128)};
-        },
-        [&](int place, int, Complex v) __attribute__((always_inline)) { lines[place] = v; });
-    const Complex first = lines[PlaceOf(0)];
-    const Complex middle = lines[PlaceOf(128)];
-    left[0] = {first.re * (2.0 * half), middle.re * (2.0 * half)};
-    right[0] = {first.im * (2.0 * half), middle.im * (2.0 * half)};
-    for (int p = 1; p < 128; ++p) {
-      const Complex a = lines[PlaceOf(p)];
-      const Complex b = lines[PlaceOf(kLength - p)];
-      left[p] = {(a.re + b.re) * half, (a.im - b.im) * half};
-      right[p] = {(a.im + b.im) * half, (b.re - a.re) * half};
+    for (int c = 0; c < kLength; c += kWidth) {
+      V v[kWidth];
+      LoadTransposed(
+          [&](int l) __attribute__((always_inline)) { return at(first + l, c); }, v);
+      ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) lines[c + i].re = scale(v[i]);
+      LoadTransposed(
+          [&](int l) __attribute__((always_inline)) { return at(kLength - 1 - first - l, c); }, v);
+      ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) lines[c + i].im = scale(v[i]);
     }
+    TransformBundle<false>(
+        lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
+        [&](int place, int, Complex v) __attribute__((always_inline)) { lines[place] = v; });
+    PutRows(lines, first, spectrum);
   }
-  for (int first = 0; first < 128; first += kWidth) {
-    TransformRows(scratch, first, tables);
-    StoreRows(
-        lines, &Complex::re, [&](int row, int column, V v) __attribute__((always_inline)) {
-          HalfPanel(out, column)[first + row].re = v;
-        });
-    StoreRows(
-        lines, &Complex::im, [&](int row, int column, V v) __attribute__((always_inline)) {
-          HalfPanel(out, column)[first + row].im = v;
-        });
+  double total = 0.0;
+  for (int r = 0; r < kLength; ++r) total += HalfPanel(spectrum, 0)[r].re[0];
+  return total * 65536.0;
+}
+
+// Columns 0 and 128, from the spectrum Z of the complex column whose parts they were, as two rows above.
+ORVANEL_INLINE void SeparateColumns(void* spectrum) {
+  Complex* const panel = HalfPanel(spectrum, 0);
+  Complex* const middle = HalfPanel(spectrum, 128);
+  for (int p = 0; p <= 128; ++p) {
+    const int mirrored = (kLength - p) % kLength;
+    const double re = panel[p].re[0], im = panel[p].im[0];
+    const double mirroredRe = panel[mirrored].re[0], mirroredIm = panel[mirrored].im[0];
+    middle[mirrored] = panel[mirrored];
+    middle[p] = panel[p];
+    panel[mirrored].re[0] = panel[p].re[0] = 0.5 * (re + mirroredRe);
+    panel[mirrored].im[0] = 0.5 * (mirroredIm - im);
+    panel[p].im[0] = 0.5 * (im - mirroredIm);
+    middle[mirrored].re[0] = middle[p].re[0] = 0.5 * (im + mirroredIm);
+    middle[mirrored].im[0] = 0.5 * (re - mirroredRe);
+    middle[p].im[0] = 0.5 * (mirroredRe - re);
   }
-  for (int q = 0; q <= 128; ++q) {
-    const int mirrored = (kLength - q) % kLength;
-    Complex* const a = HalfPanel(out, q);
-    Complex* const b = HalfPanel(out, mirrored);
-    const int i = q % kWidth, j = mirrored % kWidth;
-    const double aRe = a[0].re[i], aIm = a[0].im[i], bRe = b[0].re[j], bIm = b[0].im[j];
-    a[0].re[i] = b[0].re[j] = 0.5 * (aRe + bRe);
-    a[0].im[i] = 0.5 * (aIm - bIm);
-    b[0].im[j] = 0.5 * (bIm - aIm);
-    a[128].re[i] = b[128].re[j] = 0.5 * (aIm + bIm);
-    a[128].im[i] = 0.5 * (bRe - aRe);
-    b[128].im[j] = 0.5 * (aRe - bRe);
-  }
-  return HalfPanel(out, 0)[0].re[0] * 65536.0;
+  middle[kLength] = middle[0];
+}
+
+// Column transforms of kWidth columns of HalfRows, in place.
+ORVANEL_INLINE void CompleteColumns(int column, const Tables& tables, const Scratch& scratch, void* spectrum) {
+  Complex* const panel = HalfPanel(spectrum, column);
+  TransformBundle<false>(
+      Lines(scratch), tables, [&](int n) __attribute__((always_inline)) { return panel[n]; },
+      [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
+  if (column == 0) SeparateColumns(spectrum);
+  panel[kLength] = panel[0];
+}
+
+ORVANEL_INLINE void CompleteColumns(const Tables& tables, const Scratch& scratch, void* spectrum) {
+  for (int column = 0; column < 128; column += kWidth) CompleteColumns(column, tables, scratch, spectrum);
+}
+
+double RealRows(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum) {
+  return HalfRows(
+      [&](int row, int column) __attribute__((always_inline)) { return plane + row * kLength + column; },
+      [](V v) __attribute__((always_inline)) { return v; }, tables, scratch, spectrum);
 }
 
 double RealTransform(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum) {
-  return HalfSpectrum(
-      [&](int row, int column) __attribute__((always_inline)) { return Load(plane + row * kLength + column); }, tables,
-      scratch, spectrum);
+  const double total = RealRows(plane, tables, scratch, spectrum);
+  CompleteColumns(tables, scratch, spectrum);
+  return total;
 }
 
 void TransferFunction(const Recentring& from, const Tables& tables, const Scratch& scratch, void* spectrum) {
   const V factor = Splat(from.factor);
-  HalfSpectrum(
-      [&](int row, int column)
-          __attribute__((always_inline)) { return factor * Load(SamplesAt(RowOf(from, row), column)); },
-      tables, scratch, spectrum);
-}
-
-// Columns column .. column + kWidth - 1 of row p of a whole spectrum.
-ORVANEL_INLINE Complex SpectrumAt(const void* spectrum, int p, int column) {
-  if (p <= 128) return HalfPanel(spectrum, column)[p];
-  // Lane l comes from column -(column + l): the first from one panel, the others from the panel before it.
-  const Complex first = HalfPanel(spectrum, (kLength - column) % kLength)[kLength - p];
-  const Complex others = HalfPanel(spectrum, kLength - column - kWidth)[kLength - p];
-  return {ReverseFrom(first.re, others.re), -ReverseFrom(first.im, others.im)};
+  HalfRows(
+      [&](int row, int column) __attribute__((always_inline)) { return SamplesAt(RowOf(from, row), column); },
+      [&](V v) __attribute__((always_inline)) { return factor * v; }, tables, scratch, spectrum);
+  CompleteColumns(tables, scratch, spectrum);
 }
 
 void Unfold(const void* spectrum, double* re, double* im) {
   for (int p = 0; p < kLength; ++p) {
-    for (int c = 0; c < kLength; c += kWidth) {
-      const Complex v = SpectrumAt(spectrum, p, c);
-      if (re != nullptr) Store(re + p * kLength + c, v.re);
-      if (im != nullptr) Store(im + p * kLength + c, v.im);
+    for (int c = 0; c < 128; c += kWidth) {
+      const Complex v = HalfPanel(spectrum, c)[p];
+      const Complex mirrored = HalfPanel(spectrum, c)[kLength - p];
+      const Complex next = HalfPanel(spectrum, c + kWidth)[kLength - p];
+      const int place = p * kLength + c;
+      const int mirroredPlace = (p + 1) * kLength - c - kWidth;
+      if (re != nullptr) {
+        Store(re + place, v.re);
+        Store(re + mirroredPlace, ReverseFrom(next.re, mirrored.re));
+      }
+      if (im != nullptr) {
+        Store(im + place, v.im);
+        Store(im + mirroredPlace, -ReverseFrom(next.im, mirrored.im));
+      }
     }
   }
 }

@@ -22,6 +22,7 @@ const Kernels kKernels = {
     .transform = Transform,
     .centredTransform = CentredTransform,
     .realTransform = RealTransform,
+    .realRows = RealRows,
     .transferFunction = TransferFunction,
     .modulation = Modulation,
     .phase = Phase,

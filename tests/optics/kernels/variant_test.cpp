@@ -120,12 +120,12 @@ TEST_P(KernelVariants, TransformsWithTheSameBits) {
 }
 
 TEST_P(KernelVariants, MakesTheSameSpectrumAndTotal) {
-  // Constant in the middle of the narrowest vector, of the widest, and in one half of a pair alone.
-  for (const int constantColumns : {0, 3, 64, 137, 200, 256}) {
+  // Constant rows that end in the middle of the narrowest vector, of the widest, and in one half of a pair alone.
+  for (const int constantRows : {0, 3, 64, 137, 200, 256}) {
     ExpectTheSameBits([&](const Kernels& kernels, const test::KernelScratch& scratch) {
       Plane plane = Mixture(12), re(65536), im(65536);
       for (std::size_t i = 0; i < plane.size(); ++i) {
-        if (static_cast<int>(i % 256) < constantColumns) plane[i] = 0.7;
+        if (static_cast<int>(i / 256) < constantRows) plane[i] = 0.7;
       }
       const double total =
           kernels.realTransform(plane.data(), TransformTables(), scratch.Of(), scratch.spectrum.data());
@@ -140,16 +140,19 @@ TEST_P(KernelVariants, MakesTheSameImages) {
     ExpectTheSameBits([&](const Kernels& kernels, const test::KernelScratch& scratch) {
       const test::KernelScratch otf;
       const Plane object = Mixture(13), psf = Mixture(14, withNan);
-      Plane kept(65536), stretched(65536), keptFromPlanes(65536), re(65536), im(65536);
+      Plane kept(65536), stretched(65536), keptFromPlanes(65536), keptFromRows(65536), re(65536), im(65536);
       const Tables& tables = TransformTables();
       const double total = kernels.realTransform(object.data(), tables, scratch.Of(), scratch.spectrum.data());
+      const ObjectSpectrum spectrum = {scratch.spectrum.data(), nullptr}, rows = {nullptr, scratch.spectrum.data()};
       kernels.realTransform(psf.data(), tables, scratch.Of(), otf.spectrum.data());
       kernels.unfold(otf.spectrum.data(), re.data(), im.data());
       const TransferPlanes folded = {otf.spectrum.data(), nullptr, nullptr}, whole = {nullptr, re.data(), im.data()};
-      kernels.imageKeepingTotal(scratch.spectrum.data(), folded, total, tables, scratch.Of(), kept.data());
-      kernels.imageKeepingTotal(scratch.spectrum.data(), whole, total, tables, scratch.Of(), keptFromPlanes.data());
-      kernels.imageStretched(scratch.spectrum.data(), folded, tables, scratch.Of(), stretched.data());
-      return Joined(kept, Joined(stretched, keptFromPlanes));
+      kernels.imageKeepingTotal(spectrum, folded, total, tables, scratch.Of(), kept.data());
+      kernels.imageKeepingTotal(spectrum, whole, total, tables, scratch.Of(), keptFromPlanes.data());
+      kernels.imageStretched(spectrum, folded, tables, scratch.Of(), stretched.data());
+      EXPECT_EQ(kernels.realRows(object.data(), tables, scratch.Of(), scratch.spectrum.data()), total);
+      kernels.imageKeepingTotal(rows, folded, total, tables, scratch.Of(), keptFromRows.data());
+      return Joined(Joined(kept, stretched), Joined(keptFromPlanes, keptFromRows));
     });
   }
 }
