@@ -15,9 +15,6 @@ namespace orvanel {
 // address. A copy is not a look. Moves, but does not copy.
 class LazyPlane {
  public:
-  // With side x side samples, all zero.
-  explicit LazyPlane(int side) : LazyPlane(GridPlane(side, GridPlane::Allocate(side))) {}
-
   // Samples a side, samples in all, and where they lie.
   int side() const { return plane_.side(); }
   std::size_t size() const { return plane_.size(); }

@@ -52,6 +52,7 @@ struct FoldedColumns {
   }
 };
 
+// The same of a transfer function that is two planes, of which nothing need follow from the rest.
 struct WholeColumns {
   const double* re;
   const double* im;

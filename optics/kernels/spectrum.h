@@ -45,6 +45,7 @@ ORVANEL_INLINE bool AreConstant(At at, int first) {
   return true;
 }
 
+// What HalfRows makes of constant rows.
 template <class At, class Scale>
 ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, void* spectrum) {
   const int last = kLength - 1 - first;
