@@ -13,7 +13,7 @@ int OpticsEngine::PatternRetinalImage(double* image, const double* pattern, int 
   if (workspace_->kernels != nullptr) {
     void* const spectrum = workspace_->memory->planes.object;
     const double total = workspace_->kernels->realRows(pattern, workspace_->tables, workspace_->ScratchOf(), spectrum);
-    ImageOf({nullptr, spectrum}, total, image);
+    ImageOf(nullptr, spectrum, total, image);
   } else {
     PlainMemory& memory = *workspace_->plain;
     std::copy_n(pattern, memory.objectReal.size(), memory.objectReal.begin());
@@ -41,7 +41,7 @@ PreparedObject OpticsEngine::Prepare(const double* object) {
 
 void OpticsEngine::PreparedRetinalImage(double* image, const PreparedObject& object) {
   if (workspace_->kernels != nullptr) {
-    ImageOf({object.first_.data(), nullptr}, object.total_, image);
+    ImageOf(object.first_.data(), nullptr, object.total_, image);
   } else {
     PlainMemory& memory = *workspace_->plain;
     std::copy(object.first_.begin(), object.first_.end(), memory.objectReal.begin());

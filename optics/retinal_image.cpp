@@ -90,7 +90,9 @@ void OpticsEngine::Normalise(const double* intensity, double objectTotal, double
   }
 }
 
-void OpticsEngine::ImageOf(const ObjectSpectrum& object, double objectTotal, double* image) {
+// An object's spectrum, or else its rows, as in ObjectSpectrum.
+void OpticsEngine::ImageOf(const void* complete, void* rows, double objectTotal, double* image) {
+  const ObjectSpectrum object = {complete, rows};
   EnsureOtf();
   // Whoever has looked at the transfer function may also have changed it.
   const bool looked = otfRealPlane.looked() || otfImagPlane.looked();
@@ -118,7 +120,7 @@ void OpticsEngine::FilterThroughEye(double* objectReal, double* objectImag, doub
   if (workspace_->kernels != nullptr && isReal) {
     void* const spectrum = workspace_->memory->planes.object;
     workspace_->kernels->realRows(objectReal, workspace_->tables, workspace_->ScratchOf(), spectrum);
-    ImageOf({nullptr, spectrum}, objectTotal, image);
+    ImageOf(nullptr, spectrum, objectTotal, image);
   } else {
     Fft2(objectReal, objectImag, gridSize, 0);
     ImageOfPlanes(objectReal, objectImag, workspace_->Spare(), objectTotal, image);

@@ -53,8 +53,6 @@ struct FocusResult {
 // runs, the process ends with a message and exit status 1.
 const char* KernelVariant();
 
-struct ObjectSpectrum;
-
 // One eye, from its coefficients to what it sees.
 class OpticsEngine {
  public:
@@ -216,7 +214,7 @@ class OpticsEngine {
 
   OpticsEngine(int n, std::unique_ptr<Workspace> workspace);
   void FormPsf(double wavelength);
-  void ImageOf(const ObjectSpectrum& object, double objectTotal, double* image);
+  void ImageOf(const void* complete, void* rows, double objectTotal, double* image);
   void ImageOfPlanes(double* re, double* im, double* intensity, double objectTotal, double* image);
   void Normalise(const double* intensity, double objectTotal, double* image) const;
   std::unique_ptr<Workspace> workspace_;

@@ -15,20 +15,15 @@ namespace {
 void Transform(double* re, double* im, double scale, const Tables& tables, const Scratch& scratch) {
   Complex* const lines = Lines(scratch);
   for (int column = 0; column < kLength; column += kWidth) {
-    Complex* const panel = Panel(scratch, column);
-    TransformBundle<false>(
-        lines, tables,
-        [&](int row) __attribute__((always_inline)) {
-          return Complex{Load(re + row * kLength + column), Load(im + row * kLength + column)};
-        },
-        [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
+    for (int row = 0; row < kLength; ++row) {
+      lines[row] = {Load(re + row * kLength + column), Load(im + row * kLength + column)};
+    }
+    TransformPanel(lines, lines, tables, Panel(scratch, column));
   }
   const V factor = Splat(scale);
   for (int first = 0; first < kLength; first += kWidth) {
     LoadRows(scratch, first, kLength, lines);
-    TransformBundle<false>(
-        lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
-        [&](int place, int, Complex v) __attribute__((always_inline)) { lines[place] = v; });
+    TransformInPlace(lines, tables);
     StoreRows(
         lines, &Complex::re, [&](int row, int column, V v) __attribute__((always_inline)) {
           Store(re + (first + row) * kLength + column, v * factor);
@@ -76,31 +71,26 @@ struct WholeColumns {
 template <class Otf>
 ORVANEL_INLINE double FilteredColumns(const ObjectSpectrum& object, const Otf& otf, const Tables& tables,
                                       const Scratch& scratch) {
-  const FoldedColumns objectColumns = {object.whole != nullptr ? object.whole : object.rows};
+  const FoldedColumns objectColumns = {object.complete != nullptr ? object.complete : object.rows};
+  Complex* const lines = Lines(scratch);
   // Eight sums in every variant: lane l has the columns c with c % 8 = l, and their mirror images.
   V sums[8 / kWidth] = {};
   for (int column = 0; column < 128; column += kWidth) {
-    if (object.whole == nullptr) CompleteColumns(column, tables, scratch, object.rows);
+    if (object.complete == nullptr) CompleteColumns(column, tables, scratch, object.rows);
     V& sum = sums[column / kWidth % (8 / kWidth)];
     const auto product = [&](Complex o, Complex h) __attribute__((always_inline)) {
       const Complex v = {o.re * h.im + h.re * o.im, h.re * o.re - o.im * h.im};
       sum = sum + Norm(v);
       return v;
     };
-    Complex* const panel = Panel(scratch, column);
-    TransformBundle<false>(
-        Lines(scratch), tables,
-        [&](int p) __attribute__((always_inline)) {
-          return product(objectColumns.At(p, column), otf.At(kLength - 1 - p, column));
-        },
-        [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
-    Complex* const mirrored = Panel(scratch, 128 + column);
-    TransformBundle<false>(
-        Lines(scratch), tables,
-        [&](int p) __attribute__((always_inline)) {
-          return product(objectColumns.MirroredAt(p, column), otf.MirroredAt(kLength - 1 - p, column));
-        },
-        [&](int, int k, Complex v) __attribute__((always_inline)) { mirrored[k] = v; });
+    for (int p = 0; p < kLength; ++p) {
+      lines[p] = product(objectColumns.At(p, column), otf.At(kLength - 1 - p, column));
+    }
+    TransformPanel(lines, lines, tables, Panel(scratch, column));
+    for (int p = 0; p < kLength; ++p) {
+      lines[p] = product(objectColumns.MirroredAt(p, column), otf.MirroredAt(kLength - 1 - p, column));
+    }
+    TransformPanel(lines, lines, tables, Panel(scratch, 128 + column));
   }
   double s[8];
   for (int l = 0; l < 8; ++l) s[l] = sums[l / kWidth][l % kWidth];

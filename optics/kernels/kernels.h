@@ -37,9 +37,10 @@ struct Recentring {
   int column;
 };
 
-// An object: its spectrum, or else what realRows has left, of which an image makes the spectrum on its way.
+// An object: its spectrum, or else what realRows has left, of which an image makes the spectrum, in its place. That is
+// then complete: the next image takes it as such.
 struct ObjectSpectrum {
-  const void* whole;
+  const void* complete;
   void* rows;
 };
 
@@ -70,10 +71,11 @@ struct Kernels {
   // In place, CentredFft2.
   void (*centredTransform)(double* re, double* im, int direction, const Tables& tables, const Scratch& scratch);
 
-  // Backward transform of a real plane, times 1/n^2; the result is the plane's total.
+  // Backward transform of a real plane, times 1/n^2; the result is the plane's total. Plane and spectrum do not
+  // overlap.
   double (*realTransform)(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum);
 
-  // Its first half: the rows.
+  // Its first half: the rows, for an image to complete.
   double (*realRows)(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum);
 
   // The same transform of that PSF, without writing the PSF.

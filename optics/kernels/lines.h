@@ -113,6 +113,21 @@ ORVANEL_INLINE void TransformBundle(Complex* between, const Tables& tables, Load
   }
 }
 
+// The transform of kWidth lines, sample n of each at from[n], result k at to[k]; `from` may be `between` or `to`. Calls
+// of one copy of the code leave room in the first cache for instructions.
+[[gnu::noinline]] void TransformPanel(const Complex* from, Complex* between, const Tables& tables, Complex* to) {
+  TransformBundle<false>(
+      between, tables, [&](int n) __attribute__((always_inline)) { return from[n]; },
+      [&](int, int k, Complex v) __attribute__((always_inline)) { to[k] = v; });
+}
+
+// The same in place, results at their places.
+[[gnu::noinline]] void TransformInPlace(Complex* lines, const Tables& tables) {
+  TransformBundle<false>(
+      lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
+      [&](int place, int, Complex v) __attribute__((always_inline)) { lines[place] = v; });
+}
+
 }  // namespace
 }  // namespace orvanel::ORVANEL_KERNELS
 

@@ -102,17 +102,17 @@ ORVANEL_INLINE void CentredPlane(double* plane, Make make, Mirror mirror) {
     const int opposite = (kLength - p) % kLength;
     double* const row = plane + (p + half) % kLength * kLength;
     double* const oppositeRow = plane + (half - p) * kLength;
+    // Column 128; the columns behind it, and column 0 where it first goes to its own mirror image, are written over.
+    Store(oppositeRow, make(opposite, half));
+    Store(row, make(p, half));
     for (int c = 0; c < half; c += kWidth) {
       const V v = make(p, c);
       const V w = make(opposite, c);
-      // Column 0 first goes to its own mirror image, and is then written over.
       Store(oppositeRow + half + 1 - c - kWidth, mirror(Reverse(v)));
       Store(row + half + 1 - c - kWidth, mirror(Reverse(w)));
       Store(row + half + c, v);
       Store(oppositeRow + half + c, w);
     }
-    oppositeRow[0] = make(opposite, half)[0];
-    row[0] = make(p, half)[0];
   }
 }
 

@@ -113,14 +113,12 @@ ORVANEL_INLINE void MiddleColumns(const double* wavefront, V wavelength, const T
 
 // The same for a pupil anywhere, origin at the plane's corner.
 ORVANEL_INLINE void AllColumns(const double* wavefront, V wavelength, const Tables& tables, const Scratch& scratch) {
+  Complex* const lines = Lines(scratch);
   for (int group = 0; group < kLength; group += kWidth) {
-    Complex* const panel = Panel(scratch, group);
-    TransformBundle<false>(
-        Lines(scratch), tables,
-        [&](int n) __attribute__((always_inline)) {
-          return PupilFunction(Load(wavefront + n * kLength + group), wavelength, tables);
-        },
-        [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
+    for (int n = 0; n < kLength; ++n) {
+      lines[n] = PupilFunction(Load(wavefront + n * kLength + group), wavelength, tables);
+    }
+    TransformPanel(lines, lines, tables, Panel(scratch, group));
   }
 }
 

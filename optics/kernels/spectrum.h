@@ -14,12 +14,12 @@ namespace {
 // Half a spectrum: columns 0 to 128, in panels of kWidth columns. Behind the last row of a panel the first comes once
 // more; the rows to spare keep a row of all panels out of the same sets of the first cache. The panel of column 128 has
 // the other columns of panel 0, so that it holds the mirror images of columns 128, -1, -2, ...
-constexpr int kHalfRows = 264;
+constexpr int kPanelRows = 264;
 ORVANEL_INLINE Complex* HalfPanel(void* spectrum, int column) {
-  return static_cast<Complex*>(spectrum) + column / kWidth * kHalfRows;
+  return static_cast<Complex*>(spectrum) + column / kWidth * kPanelRows;
 }
 ORVANEL_INLINE const Complex* HalfPanel(const void* spectrum, int column) {
-  return static_cast<const Complex*>(spectrum) + column / kWidth * kHalfRows;
+  return static_cast<const Complex*>(spectrum) + column / kWidth * kPanelRows;
 }
 
 // Whether a row is constant and finite, so that zero frequency alone remains of it; at(row, column) points to its
@@ -45,7 +45,7 @@ ORVANEL_INLINE bool AreConstant(At at, int first) {
   return true;
 }
 
-// What HalfRows makes of constant rows.
+// Their spectra, as PutRows would put them.
 template <class At, class Scale>
 ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, void* spectrum) {
   const int last = kLength - 1 - first;
@@ -63,7 +63,7 @@ ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, void* spectru
 // The spectra A and B of two real rows, from the spectrum Z of the complex row whose parts they are:
 // A[q] = (Z[q] + conj Z[-q]) / 2 and B[q] = (Z[q] - conj Z[-q]) / 2i. Columns 0 and 128 are real, so that they too
 // travel as one column.
-ORVANEL_INLINE void PutRows(const Complex* lines, int first, void* spectrum) {
+[[gnu::noinline]] void PutRows(const Complex* lines, int first, void* spectrum) {
   constexpr double half = 0.5 / 65536.0;
   for (int q = 0; q < 128; q += kWidth) {
     Complex a[kWidth];
@@ -87,7 +87,8 @@ ORVANEL_INLINE void PutRows(const Complex* lines, int first, void* spectrum) {
   }
 }
 
-// Row transforms of a real plane, times 1/n^2, in the panels of a spectrum to be; the result is the plane's total.
+// Row transforms of a real plane, times 1/n^2, in the panels of a spectrum to be, column 128 as the imaginary part of
+// column 0; the result is the plane's total.
 template <class At, class Scale>
 ORVANEL_INLINE double HalfRows(At at, Scale scale, const Tables& tables, const Scratch& scratch, void* spectrum) {
   Complex* const lines = Lines(scratch);
@@ -105,9 +106,7 @@ ORVANEL_INLINE double HalfRows(At at, Scale scale, const Tables& tables, const S
           [&](int l) __attribute__((always_inline)) { return at(kLength - 1 - first - l, c); }, v);
       ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) lines[c + i].im = scale(v[i]);
     }
-    TransformBundle<false>(
-        lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
-        [&](int place, int, Complex v) __attribute__((always_inline)) { lines[place] = v; });
+    TransformInPlace(lines, tables);
     PutRows(lines, first, spectrum);
   }
   double total = 0.0;
@@ -115,7 +114,7 @@ ORVANEL_INLINE double HalfRows(At at, Scale scale, const Tables& tables, const S
   return total * 65536.0;
 }
 
-// Columns 0 and 128, from the spectrum Z of the complex column whose parts they were, as two rows above.
+// Columns 0 and 128, from the spectrum Z of the complex column whose parts they were, as PutRows has it of rows.
 ORVANEL_INLINE void SeparateColumns(void* spectrum) {
   Complex* const panel = HalfPanel(spectrum, 0);
   Complex* const middle = HalfPanel(spectrum, 128);
@@ -138,9 +137,7 @@ ORVANEL_INLINE void SeparateColumns(void* spectrum) {
 // Column transforms of kWidth columns of HalfRows, in place.
 ORVANEL_INLINE void CompleteColumns(int column, const Tables& tables, const Scratch& scratch, void* spectrum) {
   Complex* const panel = HalfPanel(spectrum, column);
-  TransformBundle<false>(
-      Lines(scratch), tables, [&](int n) __attribute__((always_inline)) { return panel[n]; },
-      [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
+  TransformPanel(panel, Lines(scratch), tables, panel);
   if (column == 0) SeparateColumns(spectrum);
   panel[kLength] = panel[0];
 }
