@@ -284,24 +284,7 @@ TEST_P(KernelImage, ThroughPlanesOfAHostsOwnIsThePlainOne) {
   // Nothing of them follows from the rest, as it would in a transfer function of light.
   const Plane object = Stripes(false);
   const ComplexPlane otf{Noise(65536, 92), Noise(65536, 93)};
-  ComplexPlane field{object, Plane(65536)};
-  plain::Fft2(field, 256, 0);
-  for (int r = 0; r < 256; ++r) {
-    for (int c = 0; c < 256; ++c) {
-      const std::size_t i = At(r, c, 256), m = At(255 - r, c, 256);
-      const double re = field.re[i] * otf.re[m] - field.im[i] * otf.im[m];
-      field.im[i] = field.re[i] * otf.im[m] + field.im[i] * otf.re[m];
-      field.re[i] = re;
-    }
-  }
-  plain::Fft2(field, 256, 1);
-  Plane expected(65536);
-  for (int r = 0; r < 256; ++r) {
-    for (int c = 0; c < 256; ++c) {
-      const std::size_t i = At((r + 128) % 256, (c + 128) % 256, 256);
-      expected[At(r, c, 256)] = field.re[i] * field.re[i] + field.im[i] * field.im[i];
-    }
-  }
+  Plane expected = plain::FilteredIntensity({object, Plane(65536)}, otf, 256);
   plain::Stretch(expected);
 
   engine_.EnsureOtf();
