@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <set>
 
 #include "cli/error.h"
+#include "cli/refraction.h"
 
 namespace orvanel::cli {
 namespace {
@@ -39,6 +41,22 @@ TEST(Metrics, NothingIsComputedThatNobodyAsksFor) {
   EXPECT_EQ(cost("strehl,mtf_area"), Cost::kMtf);
   EXPECT_EQ(CostOf({{}, {CyclesPerDegree(3)}, {}}), Cost::kMtf);
   EXPECT_EQ(CostOf({{}, {}, {0.5}}), Cost::kCoefficients);
+}
+
+TEST(Metrics, ZeroHasNoSign) {
+  Eye perfect;
+  perfect.pupil = Millimetres(4.5);
+  MeasuredEye eye;
+  eye.eye = &perfect;
+  eye.osa = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
+  eye.strehl = -0.0;
+  // The refraction of this wavefront is computed as -0.
+  EXPECT_TRUE(std::signbit(LeastSquaresRefraction(eye.osa, perfect.pupil).m.value()));
+  const MetricChoice choice{MetricsNamed("strehl,rms,rms_orders,refraction,paraxial,power_vector"), {}, {}};
+  const std::vector<std::string> columns = Columns(choice);
+  const std::vector<double> values = Values(choice, eye);
+  ASSERT_EQ(values.size(), columns.size());
+  for (std::size_t i = 0; i < values.size(); ++i) EXPECT_FALSE(std::signbit(values[i])) << columns[i];
 }
 
 TEST(Metrics, WhatIsNoNumberIsAnError) {

@@ -112,6 +112,20 @@ TEST(Term, HasTheNameThatClinicsUse) {
   EXPECT_EQ(Symbol({3, -1}), "Z(3,-1)");
 }
 
+TEST(Term, HasTheNameOfItsFolds) {
+  const char* const folds[] = {"trefoil", "quadrafoil", "pentafoil", "hexafoil", "heptafoil", "octafoil", "9-foil"};
+  int n = 3;
+  for (const std::string name : folds) {
+    // Vertical is what the mirror image left to right leaves alone: sines of odd frequency, cosines of even frequency.
+    const int vertical = n % 2 == 0 ? n : -n;
+    EXPECT_EQ(Name({n, vertical}), "vertical " + name);
+    EXPECT_EQ(Name({n, -vertical}), "oblique " + name);
+    EXPECT_EQ(Name({n + 2, vertical}), "secondary vertical " + name);
+    EXPECT_EQ(Name({n + 4, -vertical}), "tertiary oblique " + name);
+    ++n;
+  }
+}
+
 TEST(Term, NamesAreAllDifferent) {
   std::set<std::string> names;
   for (std::size_t j = 0; j < kMostTerms; ++j) EXPECT_TRUE(names.insert(Name(Term(j))).second) << Name(Term(j));

@@ -70,6 +70,25 @@ TEST(Covariance, OneThatIsNotSymmetricIsRefused) {
   EXPECT_EQ(Refusal({1.0, 0.5, 0.5 + 1e-10, 1.0}, {"Z3", "Z4"}), "accepted");
 }
 
+TEST(Covariance, EachPairIsComparedInBothDirections) {
+  for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t j = 0; j < 3; ++j) {
+      if (i == j) continue;
+      std::vector<double> matrix = {1.0, 0.5, 0.25, 0.5, 1.0, 0.125, 0.25, 0.125, 1.0};
+      matrix[3 * i + j] += 0.0625;
+      EXPECT_EQ(Refusal(matrix, {"a", "b", "c"}).find("is not symmetric: "), 0U) << i << ' ' << j;
+    }
+  }
+}
+
+TEST(Covariance, BothTrianglesCountWhereTheirLastDigitsDiffer) {
+  constexpr double kDifference = 1e-10;  // below the tolerance, and far above the roundings
+  const CovarianceFactors factors({4.0, 1.0 + kDifference, 1.0, 9.0}, {"a", "b"});
+  const double mean = 1.0 + kDifference / 2.0;
+  EXPECT_NEAR(Product(factors)[1], mean, 1e-14 * 6.0);
+  EXPECT_NEAR(Product(factors)[2], mean, 1e-14 * 6.0);
+}
+
 TEST(Covariance, OneWithANegativeVarianceIsRefused) {
   EXPECT_EQ(Refusal({1.0, 0.0, 0.0, -0.5}, {"Z3", "Z4"}), "is no covariance: the variance of Z4 is -0.5, below 0");
   EXPECT_NE(Refusal({1.0, 1.5, 1.5, 1.0}, {"Z3", "Z4"}).find("not positive semi-definite"), std::string::npos);

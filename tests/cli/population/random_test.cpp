@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <set>
 #include <vector>
 
 namespace orvanel::cli {
@@ -99,6 +100,26 @@ TEST(Random, NeighbouringPlacesRowsAndSeedsAreUncorrelated) {
     seed += x * NormalNumber(2, i, 2);
   }
   for (const double sum : {place, pair, row, seed}) EXPECT_LT(std::abs(sum), 5.0 * std::sqrt(kCount));
+}
+
+TEST(Random, EveryBitOfSeedAndRowCounts) {
+  // Each half of both is a word of its own of the counter or the key.
+  constexpr std::uint64_t kSeed = 0x0123456789abcdefU, kRow = 0xfedcba9876543210U;
+  const PhiloxCounter bits = Philox({3, 0x76543210U, 0xfedcba98U, 0}, {0x89abcdefU, 0x01234567U});
+  const auto number = [](std::uint32_t high, std::uint32_t low) {
+    const std::uint64_t part = ((std::uint64_t{high} << 32U) + low) / 4096U;
+    return NormalQuantile((static_cast<double>(part) + 0.5) / 4503599627370496.0);
+  };
+  EXPECT_EQ(NormalNumber(kSeed, kRow, 6), number(bits[0], bits[1]));
+  EXPECT_EQ(NormalNumber(kSeed, kRow, 7), number(bits[2], bits[3]));
+}
+
+TEST(Random, RowsBeyondTheFirst32BitsRepeatNoOthers) {
+  constexpr std::uint64_t kRow = 12345;
+  std::set<double> numbers;
+  for (std::uint64_t bit = 16; bit < 64; ++bit) numbers.insert(NormalNumber(1, kRow + (std::uint64_t{1} << bit), 2));
+  EXPECT_EQ(numbers.size(), 48U);
+  EXPECT_EQ(numbers.count(NormalNumber(1, kRow, 2)), 0U);
 }
 
 TEST(Random, HasTheSameBitsEverywhere) {
