@@ -31,12 +31,13 @@ DecodedPicture Header(TIFF* tiff) {
 
 bool HasDeepRows(TIFF* tiff) {
   return Tag(tiff, TIFFTAG_BITSPERSAMPLE) == 16 && Tag(tiff, TIFFTAG_SAMPLEFORMAT) == SAMPLEFORMAT_UINT &&
-         Tag(tiff, TIFFTAG_PLANARCONFIG) == PLANARCONFIG_CONTIG && TIFFIsTiled(tiff) == 0 &&
+         Tag(tiff, TIFFTAG_PLANARCONFIG) == PLANARCONFIG_CONTIG &&
          Tag(tiff, TIFFTAG_ORIENTATION) == ORIENTATION_TOPLEFT &&
          (Tag(tiff, TIFFTAG_PHOTOMETRIC) == PHOTOMETRIC_MINISBLACK ||
           Tag(tiff, TIFFTAG_PHOTOMETRIC) == PHOTOMETRIC_RGB);
 }
 
+// Nothing where rows cannot be read: libtiff refuses to read those of a tiled picture.
 DecodedPicture DeepRows(TIFF* tiff, DecodedPicture picture) {
   const std::size_t row = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.channels);
   if (static_cast<std::size_t>(TIFFScanlineSize(tiff)) != 2 * row) return {};

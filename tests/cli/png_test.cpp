@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <stb_image.h>
 
+#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -99,6 +100,40 @@ TEST(Png, ColoursOfSixteenBitsComeBackAsTheyWere) {
   const std::string file = EncodePng(picture, Pixels::kNumbers);
   EXPECT_EQ(Decoded<std::uint16_t>(file, 29, 47, 3), Channels(picture));
   EXPECT_EQ(test::PngComplaint(file), "");
+}
+
+// Rows of which the standard's predictor foretells all but each seventh pixel exactly, so that its filter is the one to
+// choose. Left and corner, or above and corner, are often equally near; the first of left, above, corner is then the
+// right one, and a decoder that takes it reads another picture from a file whose writer took the other.
+TEST(Png, EquallyNearNeighboursAreTakenInTheOrderOfTheStandard) {
+  constexpr int kWidth = 200, kHeight = 41;
+  GreyPicture picture{kWidth, kHeight, std::vector<std::uint8_t>(static_cast<std::size_t>(kWidth) * kHeight)};
+  const auto at = [&picture](int row, int column) -> std::uint8_t& {
+    return picture.pixels[static_cast<std::size_t>(row * kWidth + column)];
+  };
+  unsigned seed = 5;
+  int leftOrCorner = 0, aboveOrCorner = 0;
+  for (int row = 0; row < kHeight; ++row) {
+    for (int column = 0; column < kWidth; ++column) {
+      seed = seed * 1664525u + 1013904223u;
+      at(row, column) = static_cast<std::uint8_t>(40 + 20 * (seed >> 20 & 7));
+      if (row % 2 == 0 || column % 7 == 0) continue;
+      const int left = column > 0 ? at(row, column - 1) : 0, above = at(row - 1, column);
+      const int corner = column > 0 ? at(row - 1, column - 1) : 0;
+      const int estimate = left + above - corner;
+      const int toLeft = std::abs(estimate - left), toAbove = std::abs(estimate - above);
+      const int toCorner = std::abs(estimate - corner);
+      int nearest = corner;
+      if (toAbove <= toCorner) nearest = above;
+      if (toLeft <= toAbove && toLeft <= toCorner) nearest = left;
+      leftOrCorner += toLeft == toCorner && toLeft < toAbove && left != corner;
+      aboveOrCorner += toAbove == toCorner && toAbove < toLeft && above != corner;
+      at(row, column) = static_cast<std::uint8_t>(nearest);
+    }
+  }
+  EXPECT_GT(leftOrCorner, 20);
+  EXPECT_GT(aboveOrCorner, 20);
+  EXPECT_EQ(Decoded<std::uint8_t>(EncodePng(picture, Pixels::kNumbers), kWidth, kHeight, 1), picture.pixels);
 }
 
 TEST(Png, OfOnePixelComesBackAsItWas) {

@@ -196,6 +196,47 @@ TEST(PictureFile, RefusesTiffThatWouldLoseSomething) {
   Write(folder / "cut.tiff", whole.substr(0, whole.size() / 2));
   ExpectRefusal(folder / "cut.tiff", reason);
 }
+
+// Rows as the file stores them would show the picture mirrored or turned.
+TEST(PictureFile, RefusesTiffOfSixteenBitsThatIsNotStoredUpright) {
+  const TemporaryFolder folder;
+  const std::vector<std::uint16_t> row = {1, 20000, 65535, 777, 888, 30001};
+  for (int orientation = ORIENTATION_TOPLEFT; orientation <= ORIENTATION_LEFTBOT; ++orientation) {
+    Tags tags = kDeepColour;
+    tags.emplace_back(TIFFTAG_ORIENTATION, orientation);
+    const std::filesystem::path file = folder / ("held_" + std::to_string(orientation) + ".tiff");
+    Write(file, Tiff(tags, row));
+    if (orientation == ORIENTATION_TOPLEFT) {
+      EXPECT_EQ(ReadPictureFile(file.string()).samples, row);
+    } else {
+      ExpectRefusal(file,
+                    "is a TIFF picture that cannot be decoded: it is cut short, damaged or of a rare kind; save "
+                    "it as PNG");
+    }
+  }
+}
+
+// 16 x 16 grey pixels of 16 bits in one tile, which holds them in the order that rows would.
+TEST(PictureFile, RefusesTiledTiffOfSixteenBits) {
+  TiffMemory file;
+  {
+    const TiffHandle tiff = OpenTiff(file, "w");
+    for (const std::uint32_t tag :
+         {TIFFTAG_IMAGEWIDTH, TIFFTAG_IMAGELENGTH, TIFFTAG_TILEWIDTH, TIFFTAG_TILELENGTH, TIFFTAG_BITSPERSAMPLE}) {
+      ASSERT_EQ(TIFFSetField(tiff.get(), tag, 16), 1);
+    }
+    TIFFSetField(tiff.get(), TIFFTAG_SAMPLESPERPIXEL, 1);
+    TIFFSetField(tiff.get(), TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+    TIFFSetField(tiff.get(), TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    std::vector<std::uint16_t> tile(256, 4711);
+    ASSERT_EQ(TIFFWriteTile(tiff.get(), tile.data(), 0, 0, 0, 0), 512);
+    TIFFFlush(tiff.get());
+  }
+  const TemporaryFolder folder;
+  Write(folder / "tiled.tiff", file.bytes);
+  ExpectRefusal(folder / "tiled.tiff",
+                "is a TIFF picture that cannot be decoded: it is cut short, damaged or of a rare kind; save it as PNG");
+}
 #endif
 
 }  // namespace
