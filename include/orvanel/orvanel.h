@@ -29,6 +29,9 @@
  * SCALE: the library's formulas take the pupil value d so that frequencies, the half width on the retina and ring
  * sizes correspond to a true pupil of diameter 2 d. At d = 3 the frequency range is 178.43 cycles per degree, where a
  * 3 mm pupil cuts off at d / wavelength = 89.11. docs/conventions.md tells what follows from that.
+ *
+ * VIEWS: the planes of PSF and MTF are the retina as an examiner sees it through the pupil. The images of ring and star
+ * are what the patient sees: what filters them is the PSF mirrored top to bottom.
  */
 #ifndef ORVANEL_ORVANEL_H
 #define ORVANEL_ORVANEL_H
