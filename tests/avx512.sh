@@ -1,23 +1,21 @@
 #!/usr/bin/env bash
 # The kernels for AVX-512 on a machine that has none: Debian's kernel boots in Bochs, which emulates such a CPU, and runs
 # the tests of bits and kernels instead of a system.
-# Usage: avx512.sh FOLDER_OF_PROGRAMS SCRATCH
+# Usage: avx512.sh FOLDER_OF_PROGRAMS UNPACKED_KERNEL SCRATCH
 set -euo pipefail
 cd "$(dirname "$0")/.."
 programs=$(realpath "$1")
-mkdir -p "$2"
-scratch=$(realpath "$2")
+kernel=$(realpath "$2")
+mkdir -p "$3"
+scratch=$(realpath "$3")
 seconds=3600  # the tests take some twelve minutes
 
 # Bochs has no exact arc tangent of the x87, with which some tests compare phases; the bits of phases are among the bits.
 phases='KernelTransferFunction.IsThatOfThePsf*:KernelTransferFunction.OfEyes*:KernelTransferFunction.OfPlanes*'
 
-# The kernel, from its package but not installed.
-image=$(apt-cache depends linux-image-cloud-amd64 | sed -n 's/ *Depends: \(linux-image-.*\)/\1/p' | head -n 1)
-rm -rf "$scratch/kernel" "$scratch/root" "$scratch/disc" "$scratch/serial.txt"
-mkdir -p "$scratch"/{kernel,root/{bin,proc,dev,tmp,lib64,lib/x86_64-linux-gnu},disc/boot/grub}
-(cd "$scratch/kernel" && apt-get -qq download "$image" && dpkg-deb -x ./*.deb .)
-cp "$scratch"/kernel/boot/vmlinuz-* "$scratch/disc/boot/kernel"
+rm -rf "$scratch/root" "$scratch/disc" "$scratch/serial.txt"
+mkdir -p "$scratch"/{root/{bin,proc,dev,tmp,lib64,lib/x86_64-linux-gnu},disc/boot/grub}
+cp "$kernel"/boot/vmlinuz-* "$scratch/disc/boot/kernel"
 
 # All files that the tests read, where they look for them; and a first process that runs the tests.
 cp /bin/busybox "$programs"/orvanel_{golden,optics}_tests "$scratch/root/bin"

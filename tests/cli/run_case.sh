@@ -1,5 +1,6 @@
 #!/bin/sh
-# run_case.sh CASE PROGRAM EYES: runs CASE/command and compares; a command that ends with 77 cannot be run here.
+# run_case.sh CASE PROGRAM EYES: runs CASE/command and compares; a command that ends with 77 cannot be run here, for a
+# reason that tests/guards/skips.txt has.
 # With ORVANEL_RENEW_CASES=1 it writes what it has seen into CASE instead, to be read before it is committed.
 set -u
 case=$1

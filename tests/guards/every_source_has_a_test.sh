@@ -1,27 +1,55 @@
 #!/usr/bin/env bash
-# From any source file its test is one substitution away: optics/psf.cpp, tests/optics/psf_test.cpp.
+# From any source file its test is one substitution away: optics/psf.cpp, tests/optics/psf_test.cpp; and guards have
+# tests that break their rule.
 # Usage: every_source_has_a_test.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"
 status=0
+complain() { echo "$1"; status=1; }
+
+# Sources, and the test that reaches them from elsewhere.
+elsewhere='
+cli/main.cpp                            tests/cli/run_case.sh
+cli/commands/*.cpp                      tests/cli/run_case.sh
+cli/report.cpp                          tests/cli/run_case.sh
+cli/version.cpp                         tests/cli/run_case.sh
+cli/interruption.cpp                    tests/cli/run_case.sh
+cli/platform_*.cpp                      tests/cli/run_case.sh
+cli/terminal.cpp                        tests/cli/terminal.sh
+cli/manual.cpp                          tests/cli/manuals.sh
+cli/make_manuals.cpp                    tests/cli/manuals.sh
+cli/colour_tables.cpp                   tests/cli/colour_map_test.cpp
+cli/font.cpp                            tests/cli/canvas_test.cpp
+cli/stb_truetype.cpp                    tests/cli/canvas_test.cpp
+cli/overview.cpp                        tests/cli/figures_test.cpp
+cli/plane_figure.cpp                    tests/cli/figures_test.cpp
+cli/sections_figure.cpp                 tests/cli/figures_test.cpp
+cli/sheet.cpp                           tests/cli/pictures/chart_sheet_test.cpp
+cli/tiff_memory.cpp                     tests/cli/formats/tiff_test.cpp
+cli/pictures/*_decoder.cpp              tests/cli/pictures/picture_file_test.cpp
+interface/pattern_asset_*.cpp           tests/interface/pattern_asset_test.cpp
+interface/runtime_windows.cpp           tests/windows/host.c
+'
+while read -r pattern test; do
+  [ -n "$pattern" ] || continue
+  compgen -G "$pattern" >/dev/null || complain "$pattern, which needs no test of its own, does not exist"
+  [ -s "$test" ] || complain "$pattern is tested by $test, which does not exist"
+done <<<"$elsewhere"
+is_elsewhere() {
+  local pattern test
+  while read -r pattern test; do
+    # shellcheck disable=SC2254  # a pattern it is
+    case $1 in $pattern) return 0 ;; esac
+  done <<<"$elsewhere"
+  return 1
+}
 for source in matrix/*.cpp optics/*.cpp optics/kernels/*.cpp interface/*.cpp cli/*.cpp cli/*/*.cpp; do
-  [ -e "$source" ] || continue
-  case "$source" in
-    cli/main.cpp | cli/commands/*.cpp | cli/report.cpp) continue ;;                  # from outside, by tests/cli/cases
-    cli/version.cpp | cli/interruption.cpp) continue ;;                              # likewise
-    cli/terminal.cpp) continue ;;                                                    # by tests/cli/terminal.sh
-    cli/manual.cpp | cli/make_manuals.cpp) continue ;;                               # by tests/cli/manuals.sh
-    interface/pattern_asset_*.cpp) continue ;;                                       # in pattern_asset_test
-    interface/runtime_windows.cpp) continue ;;                                        # tests/windows/host.c
-    cli/platform_*.cpp) continue ;;                                                  # through trace_capture and cases
-    cli/colour_tables.cpp) continue ;;                                               # data of colour_map
-    cli/font.cpp | cli/stb_truetype.cpp) continue ;;                                 # what canvas writes with
-    cli/overview.cpp | cli/plane_figure.cpp | cli/sections_figure.cpp) continue ;;   # in figures_test
-    cli/sheet.cpp) continue ;;                                                       # in chart_sheet_test
-    cli/tiff_memory.cpp) continue ;;                                                 # in tiff_test, picture_file_test
-    cli/pictures/*_decoder.cpp) continue ;;                                          # in picture_file_test
-  esac
+  if [ ! -e "$source" ] || is_elsewhere "$source"; then continue; fi
   test="tests/${source%.cpp}_test.cpp"
-  [ -e "$test" ] || { echo "$source has no $test"; status=1; }
+  [ -e "$test" ] || complain "$source has no $test"
+done
+
+for guard in tests/guards/*.sh; do
+  [ -e "tests/guards/broken/$(basename "$guard")" ] || complain "$guard has no tests/guards/broken/$(basename "$guard")"
 done
 exit $status

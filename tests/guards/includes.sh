@@ -5,11 +5,17 @@
 set -euo pipefail
 cd "$1"
 status=0
+layers='include|orvanel|matrix|optics|interface|cli|bench|tests'
 
-# allowed FOLDER PATTERN: every quoted include of the folder's files begins with one of the pattern's.
+# allowed FOLDER PATTERN: what the folder's files include of this project, in quotes or in angles, begins with one of the
+# pattern's and takes no way upwards. Everything in quotes is of this project; a name made by a macro is refused.
 allowed() {
-  local found
-  found=$(grep -rnE '^#include "' --include='*.h' --include='*.cpp' "$1" | grep -vE "#include \"($2)" || true)
+  local includes found
+  includes=$(grep -rnE '^\s*#\s*(include|include_next|import)\b' --include='*.h' --include='*.c' --include='*.cpp' "$1") ||
+    { echo "$1 includes nothing"; status=1; return; }
+  found=$(grep -vE "#\s*include\s*[\"<]($2)" <<<"$includes" | grep -vE "#\s*include\s*<" || true
+    grep -E "#\s*include\s*<($layers)/" <<<"$includes" | grep -vE "#\s*include\s*<($2)" || true
+    grep -E '[/"<]\.\.?/' <<<"$includes" || true)
   [ -z "$found" ] && return
   echo "$found"
   status=1

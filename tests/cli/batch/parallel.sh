@@ -3,7 +3,7 @@
 # Usage: parallel.sh PROGRAM SOURCE_FOLDER
 set -euo pipefail
 program=$1 source=$2
-command -v parallel >/dev/null || exit 77
+command -v parallel >/dev/null || { echo "GNU parallel is missing: install parallel"; exit 1; }
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# The sources' own names, without what stands in them, and one test or source that is missing.
+# shellcheck source=/dev/null
+. "$(dirname "$0")/rules.sh"
+# shellcheck disable=SC2154
+sources=$(cd "$(dirname "$guard")/../.." && pwd)
+
+mkdir tree
+(cd "$sources" && find matrix optics interface cli tests -type f ! -path '*/cases/*' ! -path '*/corpus/*' -print0) |
+  while IFS= read -r -d '' file; do put "tree/$file" x; done
+keeps 'a tree with a test for each source' tree
+rm tree/tests/optics/psf_test.cpp
+breaks 'a source without its test' 'optics/psf.cpp has no tests/optics/psf_test.cpp' tree
+put tree/tests/optics/psf_test.cpp x
+put tree/cli/tables/new.cpp x
+breaks 'a new source' 'cli/tables/new.cpp has no tests/cli/tables/new_test.cpp' tree
+rm tree/cli/tables/new.cpp tree/cli/main.cpp
+breaks 'an exception for what has gone' 'cli/main.cpp, which needs no test of its own, does not exist' tree
+put tree/cli/main.cpp x
+: >tree/tests/cli/run_case.sh
+breaks 'an exception whose test has gone' 'tests/cli/run_case.sh, which does not exist' tree
+put tree/tests/cli/run_case.sh x
+put tree/tests/guards/new.sh x
+breaks 'a guard without its test' 'tests/guards/new.sh has no tests/guards/broken/new.sh' tree
+finish

@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# A small tree whose dependencies point one way, and ways to turn one round.
+# shellcheck source=/dev/null
+. "$(dirname "$0")/rules.sh"
+
+put tree/include/orvanel/engine.h '#include <vector>
+#include <orvanel/matrix.h>'
+put tree/matrix/matrix.cpp '#include "orvanel/matrix.h"'
+put tree/optics/psf.cpp '#include <cmath>
+#include "optics/psf.h"
+#include "matrix/standard_output.h"'
+put tree/interface/exports.cpp '#  include <optics/psf.h>'
+put tree/cli/main.cpp '#include "cli/axis.h"'
+put tree/bench/main.cpp '#include "tests/support/plain.h"'
+keeps 'a tree with one direction' tree
+
+n=0
+# breach FILE LINE
+breach() {
+  n=$((n + 1))
+  cp -r tree "breach$n"
+  printf '%s\n' "$2" >>"breach$n/$1"
+  breaks "$2 in $1" "${2#"${2%%[![:space:]]*}"}" "breach$n"
+}
+breach optics/psf.cpp '#include "cli/axis.h"'
+breach optics/psf.cpp '#include <cli/axis.h>'
+breach optics/psf.cpp '#  include "cli/axis.h"'
+breach optics/psf.cpp '  # include <interface/exports.h>'
+breach optics/psf.cpp '#include"cli/axis.h"'
+breach optics/psf.cpp '#include "matrix/matrix.h"'
+breach optics/psf.cpp '#include "optics/../cli/axis.h"'
+breach optics/psf.cpp '#include ORVANEL_HEADER'
+breach optics/psf.cpp '#include_next "cli/axis.h"'
+breach optics/psf.h '#include "cli/axis.h"'
+breach matrix/matrix.cpp '#include <orvanel/optics_engine.h>'
+breach matrix/matrix.cpp '#include "optics/psf.h"'
+breach include/orvanel/engine.h '#include "optics/psf.h"'
+breach include/orvanel/engine.h '#include <include/orvanel/engine.h>'
+breach interface/exports.cpp '#include <cli/axis.h>'
+breach cli/main.cpp '#include "optics/psf.h"'
+breach cli/main.cpp '#include <tests/support/plain.h>'
+breach bench/main.cpp '#include "optics/psf.h"'
+mkdir -p empty/{include,matrix,optics,interface,cli,bench}
+breaks 'a tree without sources' 'optics includes nothing' empty
+finish

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Kernels that include one another and the compiler's vectors, and one that includes more.
+# shellcheck source=/dev/null
+. "$(dirname "$0")/rules.sh"
+
+put tree/optics/kernels/variant.cpp '#include "optics/kernels/a.h"'
+for pair in a:b b:c c:d d:e; do
+  put "tree/optics/kernels/${pair%:*}.h" "#include \"optics/kernels/${pair#*:}.h\""
+done
+put tree/optics/kernels/e.h '#include <immintrin.h>'
+keeps 'kernels that include kernels' tree
+for include in '#include <vector>' ' #  include <cmath>' '#include "optics/samples.h"' '#include <cstdint>'; do
+  put tree/optics/kernels/e.h "$include"
+  breaks "$include" 'optics/kernels/e.h includes' tree
+done
+put tree/optics/kernels/a.h '#include <immintrin.h>'
+breaks 'kernels that are not reached' 'only these are kernels' tree
+finish

@@ -1,0 +1,40 @@
+# What tests of guards share: a folder to work in, and what a guard has to say of what it is shown. Sourced; $guard is the
+# script beside this folder that has the test's name.
+# shellcheck shell=bash
+set -euo pipefail
+guard=$(cd "$(dirname "${BASH_SOURCE[1]}")/.." && pwd)/$(basename "${BASH_SOURCE[1]}")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+failures=0
+
+# keeps WHAT ARGUMENT...: the guard passes.
+keeps() {
+  local what=$1 said
+  shift
+  said=$("$guard" "$@" 2>&1) && return
+  echo "refused though it keeps the rule, $what: $said"
+  failures=1
+}
+
+# breaks WHAT PHRASE ARGUMENT...: the guard fails, and says the phrase.
+breaks() {
+  local what=$1 phrase=$2 said
+  shift 2
+  if said=$("$guard" "$@" 2>&1); then
+    echo "passed though it breaks the rule: $what"
+    failures=1
+  elif [[ $said != *"$phrase"* ]]; then
+    echo "refused for another reason, $what: $said"
+    failures=1
+  fi
+}
+
+# put FILE TEXT: the file, with its folders.
+put() {
+  mkdir -p "$(dirname "$1")"
+  printf '%s\n' "$2" >"$1"
+}
+
+# finish: the test's verdict.
+finish() { exit $failures; }
