@@ -26,7 +26,14 @@ bool IsDecimalComma(std::string_view text) {
 
 std::string Text(double number, int digits) {
   char text[64];
-  return {text, std::to_chars(text, text + sizeof text, number, std::chars_format::general, digits).ptr};
+  const auto written = [&](std::chars_format format, int precision) {
+    return std::string(text, std::to_chars(text, text + sizeof text, number, format, precision).ptr);
+  };
+  const std::string general = written(std::chars_format::general, digits);
+  constexpr double kLargestWithoutExponent = 1e9;
+  // Where the digits asked for end before the point, those up to it are written all the same.
+  if (general.find("e+") == std::string::npos || std::abs(number) >= kLargestWithoutExponent) return general;
+  return written(std::chars_format::fixed, 0);
 }
 
 std::string FixedText(double number, int decimals) {

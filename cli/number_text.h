@@ -7,7 +7,8 @@
 
 namespace orvanel::cli {
 
-// At most `digits` significant digits, without trailing zeros.
+// At most `digits` significant digits, without trailing zeros; below 1e9 all digits before the point, so that 99.6
+// with two of them is 100 and no power of ten.
 std::string Text(double number, int digits);
 
 // With this many digits behind the point.

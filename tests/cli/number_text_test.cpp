@@ -15,6 +15,17 @@ TEST(NumberText, KeepsTheSignificantDigitsAskedFor) {
   EXPECT_EQ(Text(-2.5, 3), "-2.5");
 }
 
+TEST(NumberText, WritesNoExponentWhereTheDigitsEndBeforeThePoint) {
+  EXPECT_EQ(Text(99.6, 2), "100");
+  EXPECT_EQ(Text(100.0, 2), "100");
+  EXPECT_EQ(Text(1234.4, 3), "1234");
+  EXPECT_EQ(Text(-35706.2, 4), "-35706");
+  EXPECT_EQ(Text(999999.7, 6), "1000000");
+  EXPECT_EQ(Text(0.00996, 2), "0.01");
+  EXPECT_EQ(Text(2.5e12, 3), "2.5e+12");
+  EXPECT_EQ(Text(1.25e-7, 3), "1.25e-07");
+}
+
 TEST(NumberText, ShortestReadsBackAsTheSameNumber) {
   EXPECT_EQ(ShortestText(0.63), "0.63");
   EXPECT_EQ(ShortestText(1.0), "1");
