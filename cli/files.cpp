@@ -23,15 +23,6 @@ fs::path UniqueName(const fs::path& beginning) {
   return fs::path(beginning).concat(ending);
 }
 
-std::ifstream OpenToRead(const std::string& file) {
-  std::error_code ignored;  // opening tells what is wrong
-  if (fs::is_directory(PathOf(file), ignored)) throw Error(file + ": is a directory; give a file");
-  errno = 0;
-  std::ifstream stream(PathOf(file), std::ios::binary);
-  if (!stream) throw Error(file + ": cannot be read: " + std::strerror(errno));
-  return stream;
-}
-
 std::error_code WriteFile(const fs::path& file, const std::string& bytes) {
   std::FILE* const stream = OpenForWriting(file);
   bool good = stream != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();

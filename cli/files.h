@@ -1,4 +1,4 @@
-// Files as a whole: opened for reading with a reason where that fails, written so that no half of one is ever seen.
+// Writes files so that no half of one is ever seen.
 #ifndef ORVANEL_CLI_FILES_H
 #define ORVANEL_CLI_FILES_H
 
@@ -8,9 +8,6 @@
 #include <system_error>
 
 namespace orvanel::cli {
-
-// Throws Error with the reason.
-std::ifstream OpenToRead(const std::string& file);
 
 // A name that begins with a path's and that nothing has.
 std::filesystem::path UniqueName(const std::filesystem::path& beginning);

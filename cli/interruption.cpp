@@ -3,7 +3,6 @@
 
 #include <csignal>
 
-#include "cli/error.h"
 #include "cli/platform.h"
 
 namespace orvanel::cli {
@@ -16,6 +15,7 @@ volatile std::sig_atomic_t interrupted = 0;
 void NoteInterruptions() {
   HandleSignals([](int which) {
     interrupted = 1;
+    EndWaiting();
     std::signal(which, SIG_DFL);  // whoever asks twice is obeyed at once
   });
 }
@@ -23,7 +23,7 @@ void NoteInterruptions() {
 bool IsInterrupted() { return interrupted != 0; }
 
 void StopIfInterrupted() {
-  if (IsInterrupted()) throw Error("interrupted; nothing is written");
+  if (IsInterrupted()) throw Interrupted();
 }
 
 StopAtOnce::StopAtOnce() {

@@ -2,16 +2,24 @@
 #ifndef ORVANEL_CLI_INTERRUPTION_H
 #define ORVANEL_CLI_INTERRUPTION_H
 
+#include "cli/error.h"
+
 namespace orvanel::cli {
 
-// From now on a request to stop is only noted. Not under nohup, whose wish is kept. A pipe that nobody reads and a
-// file that may not grow become failures of the write.
+// The program is asked to stop.
+class Interrupted : public Error {
+ public:
+  Interrupted() : Error("interrupted; nothing is written") {}
+};
+
+// From now on a request to stop is noted, and ends waiting for input. Not under nohup, whose wish is kept. A pipe that
+// nobody reads and a file that may not grow become failures of the write.
 void NoteInterruptions();
 
 // Whether the program has been asked to stop.
 bool IsInterrupted();
 
-// Throws Error where the program has been asked to stop.
+// Throws Interrupted where the program has been asked to stop.
 void StopIfInterrupted();
 
 // While it lives, the program ends as soon as it is asked to stop: for long work that asks nobody and has nothing to

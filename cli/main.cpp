@@ -10,6 +10,7 @@
 
 int main(int argc, char** argv) {
   using namespace orvanel::cli;
+  OpenStandardDescriptors();
   NoteInterruptions();
   ShowUtf8();
   ExitStatus status = kDone;

@@ -2,7 +2,6 @@
 #include "cli/output_folder.h"
 
 #include <algorithm>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <random>
 #include <string>
@@ -10,6 +9,7 @@
 
 #include "cli/error.h"
 #include "cli/files.h"
+#include "cli/input_file.h"
 
 namespace orvanel::cli {
 namespace {
@@ -32,8 +32,10 @@ bool IsPlainName(const std::string& name) {
 // The regular files in a folder that the summary of an earlier run lists; none where there is no such summary.
 std::vector<std::string> FilesOfEarlierRun(const fs::path& folder) {
   std::vector<std::string> files;
-  std::ifstream stream(folder / kSummaryFile, std::ios::binary);
-  const auto summary = nlohmann::json::parse(stream, nullptr, false);
+  constexpr std::size_t kLargest = std::size_t{16} << 20;
+  std::error_code failure;
+  if (!fs::is_regular_file(folder / kSummaryFile, failure)) return files;
+  const auto summary = nlohmann::json::parse(ReadBytes((folder / kSummaryFile).string(), kLargest), nullptr, false);
   if (!summary.is_object() || summary.value("program", nlohmann::json()) != "orvanel") return files;
   for (const auto& name : summary.value("files", nlohmann::json::array())) {
     if (!name.is_string() || !IsPlainName(name)) continue;

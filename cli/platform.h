@@ -16,6 +16,10 @@ std::vector<std::string> Arguments(int argc, char** argv);
 // From here to the program's end, a console shows UTF-8.
 void ShowUtf8();
 
+// Opens descriptors 0 to 2 where they are closed, so that no file or pipe of the program takes their numbers. Reading
+// from what was closed fails, and so does writing to it.
+void OpenStandardDescriptors();
+
 // Has the handler called where the program is asked to stop, and turns output that nobody takes into a failed write.
 void HandleSignals(void (*handler)(int));
 
@@ -31,6 +35,17 @@ std::FILE* OpenForAppending(const std::filesystem::path& file);
 // Keeps an open file for this process, until it is closed or the process ends in whatever way; false where another
 // process has it. Where the file system knows no locks, true.
 bool LockOutOthers(std::FILE* stream);
+
+// ---- Input that a request to stop can end
+
+// A descriptor for bytes; -1 where errno tells why not. Does not wait for the writer of a pipe.
+int OpenForReading(const std::filesystem::path& file);
+
+// Waits until a descriptor has bytes or is at its end; false where EndWaiting has been called, before or meanwhile.
+bool WaitForInput(int descriptor);
+
+// Ends waiting for input, now and from now on. A signal handler may call it.
+void EndWaiting();
 
 // ---- File descriptors, which no other program inherits. Those that fail return -1 and set errno.
 

@@ -1,5 +1,6 @@
 // The operating system where it is POSIX.
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -9,12 +10,27 @@
 #include "cli/platform.h"
 
 namespace orvanel::cli {
+namespace {
+
+// Never read from: bytes in it tell every wait for input, whatever the moment of the signal, to end.
+int endOfWaiting[2] = {-1, -1};
+
+}  // namespace
 
 std::vector<std::string> Arguments(int argc, char** argv) { return {argv + (argc > 0 ? 1 : 0), argv + argc}; }
 
 void ShowUtf8() {}
 
+void OpenStandardDescriptors() {
+  for (int descriptor = 0; descriptor <= 2; ++descriptor) {
+    if (fcntl(descriptor, F_GETFD) != -1 || errno != EBADF) continue;
+    // The lowest free descriptor is this one. Opened the wrong way round, so that using it remains an error.
+    if (open("/dev/null", descriptor == 0 ? O_WRONLY : O_RDONLY) == -1) _exit(1);
+  }
+}
+
 void HandleSignals(void (*handler)(int)) {
+  if (endOfWaiting[0] == -1 && MakePipe(endOfWaiting) == 0) fcntl(endOfWaiting[1], F_SETFL, O_NONBLOCK);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     if (std::signal(signal, SIG_IGN) == SIG_IGN) continue;  // as under nohup
     std::signal(signal, handler);
@@ -29,6 +45,23 @@ std::FILE* OpenForWriting(const std::filesystem::path& file) { return std::fopen
 std::FILE* OpenForAppending(const std::filesystem::path& file) { return std::fopen(file.c_str(), "abe"); }
 
 bool LockOutOthers(std::FILE* stream) { return flock(fileno(stream), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
+
+int OpenForReading(const std::filesystem::path& file) {
+  return open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+}
+
+bool WaitForInput(int descriptor) {
+  pollfd waiting[] = {{descriptor, POLLIN, 0}, {endOfWaiting[0], POLLIN, 0}};
+  while (poll(waiting, 2, -1) == -1 && (errno == EINTR || errno == EAGAIN)) {
+  }
+  return waiting[1].revents == 0;
+}
+
+void EndWaiting() {
+  const int before = errno;
+  [[maybe_unused]] const ssize_t written = write(endOfWaiting[1], "", 1);
+  errno = before;
+}
 
 int MakePipe(int ends[2]) { return pipe2(ends, O_CLOEXEC); }
 int Duplicate(int descriptor) { return fcntl(descriptor, F_DUPFD_CLOEXEC, 3); }

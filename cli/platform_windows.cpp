@@ -11,6 +11,12 @@
 #include "cli/platform.h"
 
 namespace orvanel::cli {
+namespace {
+
+// The thread that reads; signal handlers run in another.
+HANDLE reader = nullptr;
+
+}  // namespace
 
 std::vector<std::string> Arguments(int /*argc*/, char** /*argv*/) {
   // Those of main have lost what the system's code page lacks.
@@ -28,7 +34,14 @@ void ShowUtf8() {
   std::atexit([] { SetConsoleOutputCP(before); });
 }
 
+// The C library gives the numbers 0 to 2 to no other file, closed or not.
+void OpenStandardDescriptors() {}
+
 void HandleSignals(void (*handler)(int)) {
+  if (reader == nullptr) {
+    const HANDLE process = GetCurrentProcess();
+    DuplicateHandle(process, GetCurrentThread(), process, &reader, 0, FALSE, DUPLICATE_SAME_ACCESS);
+  }
   for (const int signal : {SIGINT, SIGTERM, SIGBREAK}) std::signal(signal, handler);
 }
 
@@ -50,6 +63,14 @@ bool LockOutOthers(std::FILE* stream) {
   return LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != 0 ||
          GetLastError() != ERROR_LOCK_VIOLATION;
 }
+
+int OpenForReading(const std::filesystem::path& file) {
+  return _wopen(file.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT);
+}
+
+bool WaitForInput(int /*descriptor*/) { return true; }
+
+void EndWaiting() { CancelSynchronousIo(reader); }
 
 int MakePipe(int ends[2]) {
   constexpr unsigned kSize = 65536;

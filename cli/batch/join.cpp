@@ -2,20 +2,20 @@
 #include "cli/batch/join.h"
 
 #include <algorithm>
-#include <fstream>
 #include <memory>
 #include <utility>
 
 #include "cli/batch/whole_rows.h"
 #include "cli/error.h"
 #include "cli/files.h"
+#include "cli/input_file.h"
 #include "cli/interruption.h"
 
 namespace orvanel::cli {
 namespace {
 
 struct ShardFile {
-  explicit ShardFile(std::string its) : file(std::move(its)), stream(OpenToRead(file)) {
+  explicit ShardFile(std::string its) : file(std::move(its)), stream(file) {
     std::optional<RunRecord> found = ReadRecord(file);
     if (!found) {
       throw Error(file + ": " + RecordFileOf(file) +
@@ -26,7 +26,7 @@ struct ShardFile {
   }
 
   std::string file;
-  std::ifstream stream;
+  InputFile stream;
   RowReader rows{stream};
   RunRecord record;
 };

@@ -14,6 +14,7 @@
 #include "cli/batch/whole_rows.h"
 #include "cli/error.h"
 #include "cli/files.h"
+#include "cli/input_file.h"
 #include "cli/interruption.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
@@ -95,7 +96,7 @@ class Batch {
   explicit Batch(const BatchRequest& request)
       : request_(request),
         record_(request.record),
-        stream_(OpenToRead(request.table)),
+        stream_(request.table),
         table_(stream_, request.table, request.kind, request.stated) {
     record_.columns = Columns(request.choice);
     record_.tableHash = HashOfFile(request.table);
@@ -127,12 +128,12 @@ class Batch {
       }
       if (planes_) planes_->Finish();
       Write();
+    } catch (const Interrupted&) {
+      KeepWhatIsComputed();
+      throw Error("interrupted; all rows are whole" +
+                  std::string(record_.tableHash.empty() ? "" : ", and --resume goes on from there"));
     } catch (...) {
-      // What is computed is kept. Where writing was what failed, it fails once more.
-      try {
-        Write();
-      } catch (const Error&) {
-      }
+      KeepWhatIsComputed();
       throw;
     }
     record_.end = RunRecord::End{row_, result_.errors};
@@ -218,7 +219,7 @@ class Batch {
   }
 
   WholeRows Count(std::size_t most) const {
-    std::ifstream stream = OpenToRead(request_.results);
+    InputFile stream(request_.results);
     try {
       return CountWholeRows(stream, header_, most);
     } catch (const Error& error) {
@@ -239,7 +240,7 @@ class Batch {
   // The next row that is the shard's and that no earlier run has done; false at the end.
   bool ReadRow(BatchRow& row) {
     for (;; ++row_) {
-      if (IsInterrupted()) throw Error("interrupted; all rows are whole, and --resume goes on from there");
+      StopIfInterrupted();
       ShowProgress();
       const bool ours = Owns(record_.shard, row_ / record_.chunkRows);
       if (ours && read_ == result_.earlier) break;
@@ -292,13 +293,20 @@ class Batch {
     written_ = Clock::now();
   }
 
+  // Where writing was what failed, it fails once more.
+  void KeepWhatIsComputed() {
+    try {
+      Write();
+    } catch (const Error&) {
+    }
+  }
+
   void ShowProgress() {
     constexpr std::chrono::milliseconds kSeldom(200);
     if (!line_.isShown() || Clock::now() - shown_ < kSeldom) return;
     shown_ = Clock::now();
     std::optional<double> share;
-    const auto position = static_cast<double>(stream_.tellg());
-    if (tableSize_ && position >= 0.0) share = position / *tableSize_;
+    if (tableSize_) share = static_cast<double>(stream_.bytesRead()) / *tableSize_;
     if (taken_ == 0) {  // still passing over what is done
       begun_ = shown_;
       before_ = share.value_or(0.0);
@@ -308,7 +316,7 @@ class Batch {
 
   const BatchRequest& request_;
   RunRecord record_;
-  std::ifstream stream_;
+  InputFile stream_;
   EyeTable table_;
   std::string header_;
   std::optional<double> tableSize_;  // bytes

@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "cli/error.h"
 #include "cli/files.h"
+#include "cli/input_file.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
 
@@ -59,9 +61,10 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
   const std::string name = RecordFileOf(results);
   std::error_code ignored;
   if (!fs::exists(PathOf(name), ignored)) return std::nullopt;
-  std::ifstream stream = OpenToRead(name);
+  constexpr std::size_t kLargest = std::size_t{1} << 20;
+  const std::string text = ReadBytes(name, kLargest);
   try {
-    const Json json = Json::parse(stream);
+    const Json json = Json::parse(text);
     if (json.at("record_of") != kSubject) throw Error("");
     RunRecord record;
     record.version = json.at("version");
@@ -98,20 +101,9 @@ std::string Difference(const RunRecord& before, const RunRecord& now, bool anySh
 std::string HashOfFile(const std::string& file) {
   std::error_code ignored;
   if (!fs::is_regular_file(PathOf(file), ignored)) return "";  // not even opened, which might wait for a writer
-  std::ifstream stream = OpenToRead(file);
-  std::uint64_t hash = 0xcbf29ce484222325U;
-  std::vector<char> block(1 << 16);
-  do {
-    stream.read(block.data(), static_cast<std::streamsize>(block.size()));
-    if (stream.bad()) throw Error(file + ": cannot be read to its end");
-    for (std::streamsize i = 0; i < stream.gcount(); ++i) {
-      hash = (hash ^ static_cast<unsigned char>(block[static_cast<std::size_t>(i)])) * 0x100000001b3U;
-    }
-  } while (stream);
-  constexpr char kDigits[] = "0123456789abcdef";
-  std::string text;
-  for (int shift = 60; shift >= 0; shift -= 4) text += kDigits[hash >> shift & 0xfU];
-  return text;
+  InputFile stream(file);
+  stream.ignore(std::numeric_limits<std::streamsize>::max());
+  return stream.hash();
 }
 
 }  // namespace orvanel::cli

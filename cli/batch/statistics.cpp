@@ -6,7 +6,7 @@
 #include <span>
 
 #include "cli/error.h"
-#include "cli/files.h"
+#include "cli/input_file.h"
 #include "cli/number_text.h"
 #include "cli/tables/csv.h"
 
@@ -23,7 +23,7 @@ std::string Cell(const std::string& text) {
 }
 
 std::size_t CountRows(const std::string& results) {
-  std::ifstream stream = OpenToRead(results);
+  InputFile stream(results);
   CsvReader reader(stream, results);
   Record row;
   std::size_t rows = 0;
@@ -34,7 +34,7 @@ std::size_t CountRows(const std::string& results) {
 // The values of several columns in rows without error, which is the last field.
 std::vector<std::vector<double>> ReadColumns(const std::string& results, std::span<const std::string> columns,
                                              std::size_t rows) {
-  std::ifstream stream = OpenToRead(results);
+  InputFile stream(results);
   CsvReader reader(stream, results);
   Record row;
   if (!reader.Next(row)) throw Error(results + ": is empty");

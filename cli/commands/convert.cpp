@@ -11,6 +11,7 @@
 #include "cli/eyes/any_eye.h"
 #include "cli/eyes/eye_file.h"
 #include "cli/files.h"
+#include "cli/input_file.h"
 #include "cli/interruption.h"
 #include "cli/number_text.h"
 #include "cli/report.h"
@@ -109,7 +110,7 @@ void ConvertEye(const ConvertCommand& command) {
 }
 
 void ConvertTable(const ConvertCommand& command) {
-  std::ifstream stream = OpenToRead(command.input.file);
+  InputFile stream(command.input.file);
   const TableKind kind = KindOf(command.input.file) == FileKind::kCsv ? TableKind::kCsv : TableKind::kNdjson;
   EyeTable table(stream, command.input.file, kind, command.input.stated);
   const std::optional<Order> order = command.wanted.order ? command.wanted.order : table.CommonOrder();
@@ -148,7 +149,7 @@ void ConvertTable(const ConvertCommand& command) {
     write(line);
   }
   flush();
-  stream.close();  // Windows puts no file in the place of one that is open
+  stream.Close();  // Windows puts no file in the place of one that is open
   if (!file) return;
   file->Commit();
   PrintOutput(ReportLine("Written", command.output + ", " + std::to_string(count) + " eyes"),

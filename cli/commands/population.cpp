@@ -10,6 +10,7 @@
 #include "cli/error.h"
 #include "cli/eyes/any_eye.h"
 #include "cli/files.h"
+#include "cli/input_file.h"
 #include "cli/interruption.h"
 #include "cli/number_text.h"
 #include "cli/population/covariance.h"
@@ -78,11 +79,11 @@ CovarianceFactors Factorised(const PopulationCommand& command, const CovarianceT
 }
 
 void RunPopulation(const PopulationCommand& command) {
-  std::ifstream meanStream = OpenToRead(command.mean);
+  InputFile meanStream(command.mean);
   EyeTable table(meanStream, command.mean,
                  KindOf(command.mean) == FileKind::kNdjson ? TableKind::kNdjson : TableKind::kCsv, command.stated);
   const Eye mean = ReadMean(command, table);
-  std::ifstream stream = OpenToRead(command.covariance);
+  InputFile stream(command.covariance);
   const CovarianceTable covariance = ReadCovariance(stream, command.covariance, mean.convention.order);
   std::vector<std::size_t> terms = table.Terms(mean.convention.order);
   std::sort(terms.begin(), terms.end());

@@ -6,14 +6,14 @@
 
 #include "cli/error.h"
 #include "cli/eyes/eye_file.h"
-#include "cli/files.h"
+#include "cli/input_file.h"
 #include "cli/tables/eye_table.h"
 
 namespace orvanel::cli {
 namespace {
 
 Eye ReadRow(const std::string& file, const Statement& stated, std::optional<std::size_t> row) {
-  std::ifstream stream = OpenToRead(file);
+  InputFile stream(file);
   EyeTable table(stream, file, KindOf(file) == FileKind::kCsv ? TableKind::kCsv : TableKind::kNdjson, stated);
   TableEye eye;
   const std::size_t wanted = row.value_or(1);

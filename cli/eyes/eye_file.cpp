@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
@@ -17,7 +15,7 @@
 #include "cli/conventions/column_name.h"
 #include "cli/error.h"
 #include "cli/eyes/json_place.h"
-#include "cli/files.h"
+#include "cli/input_file.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
 #include "cli/spelling.h"
@@ -54,16 +52,7 @@ std::string Joined(const Path& path) {
 std::string Key(const Path& path) { return "key '" + Joined(path) + "'"; }
 
 std::string ReadText(const std::string& file) {
-  std::error_code ignored;  // opening tells what is wrong
-  if (std::filesystem::is_directory(PathOf(file), ignored))
-    throw Error(file + ": is a directory; give the eye file itself");
-  std::ifstream stream = OpenToRead(file);
-  std::string text;
-  char piece[4096];  // most files are smaller
-  do {
-    stream.read(piece, sizeof piece);
-    text.append(piece, static_cast<std::size_t>(stream.gcount()));
-  } while (stream && text.size() <= kLargestFile);
+  std::string text = ReadBytes(file, kLargestFile);
   if (text.size() > kLargestFile) throw Error(file + ": is larger than 1 MiB; an eye file holds one eye");
   return text;
 }

@@ -2,15 +2,11 @@
 #include "cli/pictures/picture_file.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <utility>
 
 #include "cli/error.h"
-#include "cli/path_of.h"
+#include "cli/input_file.h"
 #include "cli/pictures/png_damage.h"
 #include "cli/pictures/stb_decoder.h"
 #if ORVANEL_WITH_JPEG
@@ -31,20 +27,9 @@ constexpr std::int64_t kMostPixels = 64'000'000;
 
 [[noreturn]] void Refuse(const std::string& file, const std::string& reason) { throw Error(file + ": " + reason); }
 
-std::string ReadBytes(const std::string& file) {
-  std::error_code failure;  // opening tells what is wrong
-  if (std::filesystem::is_directory(PathOf(file), failure)) Refuse(file, "is a directory; give the picture itself");
-  errno = 0;
-  std::ifstream stream(PathOf(file), std::ios::binary);
-  if (!stream) Refuse(file, std::string("cannot be read: ") + std::strerror(errno));
-  std::string bytes;
-  std::string piece(std::size_t{1} << 16, '\0');
-  do {
-    stream.read(piece.data(), static_cast<std::streamsize>(piece.size()));
-    bytes.append(piece, 0, static_cast<std::size_t>(stream.gcount()));
-    if (bytes.size() > kLargestFile) Refuse(file, "is larger than 256 MiB; save the picture smaller");
-  } while (stream);
-  if (stream.bad()) Refuse(file, std::string("cannot be read: ") + std::strerror(errno));
+std::string ReadPicture(const std::string& file) {
+  std::string bytes = ReadBytes(file, kLargestFile);
+  if (bytes.size() > kLargestFile) Refuse(file, "is larger than 256 MiB; save the picture smaller");
   if (bytes.empty()) Refuse(file, "is empty; save the picture again");
   return bytes;
 }
@@ -127,7 +112,7 @@ void RefuseLarge(const std::string& file, const DecodedPicture& header) {
 }  // namespace
 
 DecodedPicture ReadPictureFile(const std::string& file) {
-  const std::string bytes = ReadBytes(file);
+  const std::string bytes = ReadPicture(file);
   const Kind kind = KindOf(file, bytes);
   const std::string name = kind.name;
   if (name == "PNG" && !DamageOfPng(bytes).empty()) {

@@ -267,7 +267,7 @@ TEST(EyeFile, ThatIsADirectoryIsRefused) {
     ReadEyeFile(folder.path().string());
     FAIL();
   } catch (const Error& error) {
-    EXPECT_EQ(error.what(), folder.path().string() + ": is a directory; give the eye file itself");
+    EXPECT_EQ(error.what(), folder.path().string() + ": is a directory; give a file");
   }
 }
 

@@ -70,7 +70,7 @@ TEST(PictureFile, RefusesWhatIsNoPicture) {
   const TemporaryFolder folder;
   Write(folder / "empty.png", "");
   ExpectRefusal(folder / "empty.png", "is empty; save the picture again");
-  ExpectRefusal(folder.path(), "is a directory; give the picture itself");
+  ExpectRefusal(folder.path(), "is a directory; give a file");
   ExpectRefusal(folder / "absent.png", "cannot be read: No such file or directory");
   Write(folder / "text.png", "no picture\n");
   ExpectRefusal(folder / "text.png", "is not a PNG, JPEG or TIFF picture; save it as PNG");
