@@ -13,6 +13,7 @@
 
 #include "optics/elementary.h"
 #include "orvanel/optics_engine.h"
+#include "tests/support/every_kernel.h"
 
 namespace orvanel {
 namespace {
@@ -285,13 +286,39 @@ TEST(Psf, OfAnEmptyPupilIsZeroNotNan) {
   }
 }
 
-TEST(Psf, OfASampleThatIsNotFiniteIsZero) {
-  OpticsEngine engine(Lopsided().data(), 3.0, 256, 1, 1, 1);
-  engine.wavefrontPlane(128, 130) = -std::numeric_limits<double>::infinity();
-  const Result result = Computed(std::move(engine));
-  EXPECT_TRUE(std::all_of(result.copy.begin(), result.copy.end(), [](double v) { return v == 0.0; }));
-  EXPECT_EQ(result.strehl, 0.0);
+using PsfOfAnOddSample = test::EveryKernel;
+
+// A lopsided eye with one sample of its wavefront replaced.
+OpticsEngine WithSample(double value, int n) {
+  OpticsEngine engine(Lopsided().data(), 3.0, n, 1, 1, 1);
+  engine.wavefrontPlane(n / 2, n / 2 + 3) = value;
+  return engine;
 }
+
+TEST_P(PsfOfAnOddSample, WhereItIsNotANumberOrPlusInfinityIsThatOfASampleOutside) {
+  for (const int n : {256, 128}) {
+    const Result outside = Computed(WithSample(kWavefrontOutside, n));
+    ASSERT_GT(outside.strehl, 0.0);
+    ASSERT_NE(outside.strehl, Computed(Lopsided(), 3.0, n).strehl);
+    for (const double value :
+         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), 1e300}) {
+      const Result result = Computed(WithSample(value, n));
+      EXPECT_EQ(result.copy, outside.copy) << value << " on " << n;
+      EXPECT_EQ(result.strehl, outside.strehl) << value << " on " << n;
+      EXPECT_EQ(WithSample(value, n).ComputeStrehl(kWave), outside.strehl) << value << " on " << n;
+    }
+  }
+}
+
+TEST_P(PsfOfAnOddSample, WhereItIsMinusInfinityIsZero) {
+  for (const int n : {256, 128}) {
+    const Result result = Computed(WithSample(-std::numeric_limits<double>::infinity(), n));
+    EXPECT_TRUE(std::all_of(result.copy.begin(), result.copy.end(), [](double v) { return v == 0.0; })) << n;
+    EXPECT_EQ(result.strehl, 0.0) << n;
+  }
+}
+
+ORVANEL_ON_EVERY_KERNEL(PsfOfAnOddSample);
 
 TEST(Psf, OnSmallerGridsHasAnotherReferenceOrNone) {
   // On the 128 grid the peak of a perfect eye is (3209 / 16384)^2, and the reference 3209^2.

@@ -207,12 +207,14 @@ TEST(RetinalImage, OfAnEmptyPsfIsBlack) {
   EXPECT_TRUE(std::all_of(image.begin(), image.end(), [](double v) { return v == 0.0; }));
 }
 
-TEST(RetinalImage, IsStretchedWhereTheFlagIsSet) {
-  OpticsEngine engine = Eye(Blurred());
-  engine.normaliseOutput = 2;  // anything but 0
-  const Plane image = RingImage(engine, 0.5, 1);
-  EXPECT_EQ(*std::max_element(image.begin(), image.end()), 1.0);
-  EXPECT_EQ(*std::min_element(image.begin(), image.end()), 0.0);
+TEST(RetinalImage, IsStretchedWhereTheFlagIsNotZero) {
+  for (const std::uint8_t flag : {std::uint8_t{1}, std::uint8_t{2}, std::uint8_t{255}}) {
+    OpticsEngine engine = Eye(Blurred());
+    engine.normaliseOutput = flag;
+    const Plane image = RingImage(engine, 0.5, 1);
+    EXPECT_EQ(*std::max_element(image.begin(), image.end()), 1.0) << int{flag};
+    EXPECT_EQ(*std::min_element(image.begin(), image.end()), 0.0) << int{flag};
+  }
 }
 
 TEST(RetinalImage, DoesNotChangeTheFlag) {
