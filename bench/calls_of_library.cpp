@@ -53,8 +53,8 @@ std::unique_ptr<test::LoadedLibrary> Load(const std::string& kernels) {
 
 OpticsEngine EngineWith(const std::string& kernels) {
   const Kernels* const found = FindKernels(kernels.c_str());
-  if (found == nullptr) throw std::runtime_error(NoSuchKernels(kernels.c_str()));
-  const Kernels& before = ActiveKernels();
+  if (found == nullptr) throw std::runtime_error(NoSuchKernels(kernels.c_str()).data());
+  const Kernels& before = *ActiveKernels();
   UseKernels(*found);
   OpticsEngine engine;
   UseKernels(before);

@@ -7,6 +7,7 @@
 #include "cli/interruption.h"
 #include "cli/platform.h"
 #include "cli/terminal.h"
+#include "orvanel/optics_engine.h"
 
 int main(int argc, char** argv) {
   using namespace orvanel::cli;
@@ -16,7 +17,10 @@ int main(int argc, char** argv) {
   ExitStatus status = kDone;
   try {
     const std::optional<Run> run = ReadCommandLine(Arguments(argc, argv), status);
-    if (run) (*run)();
+    if (run) {
+      orvanel::KernelVariant();  // a wrong choice of kernels is an error before any work
+      (*run)();
+    }
   } catch (const FaultyRows& error) {
     PrintError(error.what());
     return kSomeRowsFaulty;

@@ -1,10 +1,12 @@
 // The eight exported functions: each a check and a call or a copy.
+#include <cstdio>
 #include <cstring>
 #include <new>
 #include <utility>
 
 #include "interface/module_state.h"
 #include "interface/pattern_asset.h"
+#include "optics/kernels/dispatch.h"
 #include "optics/mtf.h"
 #include "optics/samples.h"
 #include "orvanel/orvanel.h"
@@ -18,39 +20,54 @@ constexpr double kStepsToRange = 127.5;  // MTF samples from the centre to the f
 
 ModuleState module;
 
-bool HasResults() { return module.mtfPlane.data() != nullptr; }
-
-// Runs what takes memory; false where there is none left. No exception leaves the library.
-template <class Work>
-bool FindsMemory(Work work) {
-  try {
-    work();
-    return true;
-  } catch (const std::bad_alloc&) {
-    return false;
-  }
+// Makes what is made once and then stays; false where it cannot be made. Hosts call one function at a time; where one
+// does not, whoever comes while another thread makes something is refused.
+bool Once(std::atomic<bool>& made, bool (*make)()) {
+  if (made.load(std::memory_order_acquire)) return true;
+  if (module.allocating.test_and_set(std::memory_order_acquire)) return false;
+  const bool done = made.load(std::memory_order_relaxed) || make();
+  if (done) made.store(true, std::memory_order_release);
+  module.allocating.clear(std::memory_order_release);
+  return done;
 }
 
-bool MakeEngine() {
-  return FindsMemory([] { module.engine.emplace(); });
+bool HasEngine() {
+  return Once(module.hasEngine, [] {
+    module.engine = OpticsEngine::Make(std::nothrow, ORVANEL_GRID_SIZE);
+    return module.engine.has_value();
+  });
 }
 
-bool MakeRoomForResults() {
-  if (!module.engine.has_value() && !MakeEngine()) return false;
-  return FindsMemory([] { module.mtfPlane = GridPlane(ORVANEL_GRID_SIZE); });
+// For a call that found no engine: says, once, if there will never be one.
+int RefusedWithoutEngine() {
+  static std::atomic_flag said;
+  if (ActiveKernels() == nullptr && !said.test_and_set()) std::fprintf(stderr, "orvanel: %s\n", WhyNoKernels());
+  return kRefused;
 }
 
-bool LoadPattern() {
-  return FindsMemory([] {
-    GridPlane pattern(ORVANEL_GRID_SIZE);
+bool HasResults() { return module.hasResults.load(std::memory_order_acquire); }
+
+bool HasRoomForResults() {
+  return Once(module.hasResults, [] {
+    module.mtfPlane = GridPlane(std::nothrow, ORVANEL_GRID_SIZE);
+    return module.mtfPlane.data() != nullptr;
+  });
+}
+
+bool HasPattern() {
+  return Once(module.hasPattern, [] {
+    GridPlane pattern(std::nothrow, ORVANEL_GRID_SIZE);
+    if (pattern.data() == nullptr) return false;
     LoadPatternAsset(pattern.data());
-    module.preparedPattern = module.engine->Prepare(pattern.data());
+    module.preparedPattern = module.engine->Prepare(std::nothrow, pattern.data());
+    if (module.preparedPattern.empty()) return false;
     module.patternPlane = std::move(pattern);
+    return true;
   });
 }
 
 // At load; if that fails, the first eye tries again.
-[[maybe_unused]] const bool engineMade = MakeEngine();
+[[maybe_unused]] const bool engineMade = HasEngine();
 
 }  // namespace
 }  // namespace orvanel
@@ -64,7 +81,8 @@ void OrvanelInputPupil(double pupilDiameter) noexcept {
 
 int OrvanelInputZer(const double* coefficients) noexcept {
   if (!(module.pupilDiameter < 0.0 || module.pupilDiameter > 0.0)) return kRefused;
-  if (!HasResults() && !MakeRoomForResults()) return kRefused;
+  if (!HasEngine()) return RefusedWithoutEngine();
+  if (!HasRoomForResults()) return kRefused;
   std::memcpy(module.coefficients.data(), static_cast<const void*>(coefficients), sizeof module.coefficients);
 
   double frequencyStep = 0.0;
@@ -76,7 +94,7 @@ int OrvanelInputZer(const double* coefficients) noexcept {
 }
 
 int OrvanelGetPSF(double* psf, double* strehl, double* psfHalfWidth) noexcept {
-  if (!module.engine.has_value()) return kRefused;
+  if (!module.hasEngine.load(std::memory_order_acquire)) return RefusedWithoutEngine();
   module.engine->psfPlane.CopyTo(psf);
   Store(strehl, 0, module.engine->strehlRatio);
   Store(psfHalfWidth, 0, module.engine->psfHalfWidth);
@@ -123,13 +141,13 @@ int OrvanelGetOrvanel(double acuity, double* image, double* effectiveAcuity, dou
 
 int OrvanelGetPattern(double* image) noexcept {
   if (!HasResults()) return kRefused;
-  if (module.patternPlane.data() == nullptr && !LoadPattern()) return kRefused;
+  if (!HasPattern()) return kRefused;
   module.engine->PreparedRetinalImage(image, module.preparedPattern);
   return kDone;
 }
 
 int OrvanelGetPatternOriginal(double* pattern) noexcept {
-  if (module.patternPlane.data() == nullptr) return kRefused;
+  if (!module.hasPattern.load(std::memory_order_acquire)) return kRefused;
   StoreAll(pattern, module.patternPlane.data(), module.patternPlane.size());
   return kDone;
 }

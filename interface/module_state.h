@@ -3,6 +3,7 @@
 #define ORVANEL_INTERFACE_MODULE_STATE_H
 
 #include <array>
+#include <atomic>
 #include <optional>
 
 #include "orvanel/optics_engine.h"
@@ -11,7 +12,7 @@ namespace orvanel {
 
 // Constructed when the library is loaded, destroyed when it is unloaded.
 struct ModuleState {
-  std::optional<OpticsEngine> engine;                // none while there is no memory for one
+  std::optional<OpticsEngine> engine;                // none while there is no memory for one, or no kernels
   std::array<double, kCoefficients> coefficients{};  // as last given to OrvanelInputZer
   double wavelength = 0.0;                           // mm; set together with the pupil
   double pupilDiameter = 0.0;                        // mm, as given by the host
@@ -20,6 +21,12 @@ struct ModuleState {
   GridPlane patternPlane;                            // allocated and filled by the first OrvanelGetPattern
   PreparedObject preparedPattern;                    // the same, for the engine
   double mtfFrequencyRange = 0.0;                    // cycles per degree at the edge of the MTF plane
+
+  // What exists. A thread that finds it true finds it whole.
+  std::atomic<bool> hasEngine = false;
+  std::atomic<bool> hasResults = false;
+  std::atomic<bool> hasPattern = false;
+  std::atomic_flag allocating;  // set while a thread makes one of the three
 };
 
 }  // namespace orvanel

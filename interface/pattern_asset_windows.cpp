@@ -2,9 +2,10 @@
 #include <windows.h>
 
 #include <cstddef>
-#include <vector>
+#include <memory>
 
 #include "interface/pattern_asset.h"
+#include "optics/samples_memory.h"
 #include "orvanel/orvanel.h"
 
 // The start of the library, or of the program, that this is linked into: its handle.
@@ -15,6 +16,7 @@ namespace {
 
 constexpr int kSide = ORVANEL_GRID_SIZE;
 constexpr int kPixelBytes = 4;
+constexpr LONG kBytes = kSide * kSide * kPixelBytes;
 
 HINSTANCE ThisModule() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
 
@@ -30,17 +32,13 @@ class RenderedBitmap {
     if (handle_ != nullptr) DeleteObject(handle_);
   }
 
-  // Its pixels, top row first, blue first; none where they have not 32 bits.
-  std::vector<unsigned char> Pixels() const {
+  // Writes its pixels, top row first, blue first, to kBytes bytes; false where they have not 32 bits.
+  bool CopyTo(unsigned char* pixels) const {
     BITMAP bitmap{};
-    if (handle_ == nullptr || GetObjectA(handle_, sizeof bitmap, &bitmap) == 0) return {};
+    if (handle_ == nullptr || GetObjectA(handle_, sizeof bitmap, &bitmap) == 0) return false;
     const bool expected = bitmap.bmWidth == kSide && bitmap.bmHeight == kSide && bitmap.bmPlanes == 1 &&
                           bitmap.bmBitsPixel == 8 * kPixelBytes && bitmap.bmWidthBytes == kSide * kPixelBytes;
-    if (!expected) return {};
-    std::vector<unsigned char> pixels(static_cast<std::size_t>(bitmap.bmWidthBytes) * kSide);
-    const auto size = static_cast<LONG>(pixels.size());
-    if (GetBitmapBits(handle_, size, pixels.data()) != size) return {};
-    return pixels;
+    return expected && GetBitmapBits(handle_, kBytes, pixels) == kBytes;
   }
 
  private:
@@ -50,9 +48,11 @@ class RenderedBitmap {
 }  // namespace
 
 bool LoadRenderedPattern(double* pattern) {
-  const std::vector<unsigned char> pixels = RenderedBitmap().Pixels();
-  for (std::size_t k = 0; k < pixels.size() / kPixelBytes; ++k) pattern[k] = pixels[kPixelBytes * k] * kByteToUnit;
-  return !pixels.empty();
+  const std::unique_ptr<void, decltype(&GiveBack)> memory(TakeMemory(kBytes, kCacheLine), GiveBack);
+  auto* const pixels = static_cast<unsigned char*>(memory.get());
+  if (pixels == nullptr || !RenderedBitmap().CopyTo(pixels)) return false;
+  for (std::size_t k = 0; k < kBytes / kPixelBytes; ++k) pattern[k] = pixels[kPixelBytes * k] * kByteToUnit;
+  return true;
 }
 
 void LoadPatternResource(double* pattern) {

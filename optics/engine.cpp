@@ -1,5 +1,7 @@
 // Life of an engine: its planes are allocated here, once.
 #include <algorithm>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "optics/fft.h"
@@ -9,9 +11,22 @@
 
 namespace orvanel {
 
-OpticsEngine::OpticsEngine(int n) : OpticsEngine(n, std::make_unique<Workspace>(n)) {}
+std::unique_ptr<OpticsEngine::Workspace> OpticsEngine::MakeWorkspace(int n) {
+  std::unique_ptr<Workspace> workspace = Workspace::Make(n);
+  if (workspace != nullptr) return workspace;
+  if (n == kKernelGrid) KernelVariant();  // throws where there are none
+  throw std::bad_alloc();
+}
 
-OpticsEngine::OpticsEngine(int n, std::unique_ptr<Workspace> workspace)
+OpticsEngine::OpticsEngine(int n) : OpticsEngine(n, MakeWorkspace(n)) {}
+
+std::optional<OpticsEngine> OpticsEngine::Make(std::nothrow_t /*unused*/, int n) noexcept {
+  std::unique_ptr<Workspace> workspace = Workspace::Make(n);
+  if (workspace == nullptr) return std::nullopt;
+  return OpticsEngine(n, std::move(workspace));
+}
+
+OpticsEngine::OpticsEngine(int n, std::unique_ptr<Workspace> workspace) noexcept
     : gridSize(n),
       psfPlane(workspace->PlaneAt(1, n)),
       auxPlaneA(workspace->PlaneAt(7, n)),
@@ -35,7 +50,11 @@ OpticsEngine::OpticsEngine(OpticsEngine&&) noexcept = default;
 OpticsEngine& OpticsEngine::operator=(OpticsEngine&&) noexcept = default;
 OpticsEngine::~OpticsEngine() = default;
 
-const char* KernelVariant() { return ActiveKernels().name; }
+const char* KernelVariant() {
+  const Kernels* const kernels = ActiveKernels();
+  if (kernels == nullptr) throw std::runtime_error(WhyNoKernels());
+  return kernels->name;
+}
 
 bool OpticsEngine::Fft2(double* re, double* im, int n, int direction) {
   const Kernels* const kernels = workspace_->kernels;

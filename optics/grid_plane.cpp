@@ -2,22 +2,30 @@
 #include "orvanel/grid_plane.h"
 
 #include <algorithm>
-#include <new>
 #include <utility>
 
+#include "optics/samples_memory.h"
+
 namespace orvanel {
+namespace {
 
-GridPlane::GridPlane(int side) : GridPlane(side, Allocate(side)) { std::fill(begin(), end(), 0.0); }
-
-GridPlane::GridPlane(int side, std::shared_ptr<double[]> samples)
-    : samples_(std::move(samples)), side_(std::max(side, 0)) {}
-
-std::shared_ptr<double[]> GridPlane::Allocate(int side) {
+std::shared_ptr<double[]> Allocate(int side) noexcept {
   if (side < 1) return nullptr;
-  constexpr std::align_val_t kAlignment{64};  // a cache line, and the widest vector register
-  const std::size_t count = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
-  return {static_cast<double*>(::operator new(count * sizeof(double), kAlignment)),
-          [](double* samples) { ::operator delete(samples, kAlignment); }};
+  return SamplesMemory(static_cast<std::uint64_t>(side) * static_cast<std::uint64_t>(side), kCacheLine);
 }
+
+}  // namespace
+
+GridPlane::GridPlane(std::nothrow_t /*unused*/, int side) noexcept : GridPlane(side, Allocate(side)) {
+  if (data() == nullptr) side_ = 0;
+  std::fill(begin(), end(), 0.0);
+}
+
+GridPlane::GridPlane(int side) : GridPlane(std::nothrow, side) {
+  if (side >= 1 && data() == nullptr) throw std::bad_alloc();
+}
+
+GridPlane::GridPlane(int side, std::shared_ptr<double[]> samples) noexcept
+    : samples_(std::move(samples)), side_(std::max(side, 0)) {}
 
 }  // namespace orvanel

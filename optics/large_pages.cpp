@@ -1,7 +1,9 @@
 // Asking the system for large pages.
 #include "optics/large_pages.h"
 
-#include <new>
+#include <cstddef>
+
+#include "optics/samples_memory.h"
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -9,14 +11,12 @@
 
 namespace orvanel {
 
-std::shared_ptr<double[]> AllocateLargePages(std::size_t count) {
+std::shared_ptr<double[]> LargePages(std::uint64_t count) noexcept {
   constexpr std::size_t kLargePage = std::size_t{1} << 21;  // of x86-64, and of AArch64 where small ones have 4 KiB
-  constexpr std::align_val_t kAlignment{kLargePage};
-  const std::size_t bytes = count * sizeof(double);
-  std::shared_ptr<double[]> memory(static_cast<double*>(::operator new(bytes, kAlignment)),
-                                   [](double* samples) { ::operator delete(samples, kAlignment); });
+  std::shared_ptr<double[]> memory = SamplesMemory(count, kLargePage);
 #ifdef __linux__
-  madvise(memory.get(), bytes, MADV_HUGEPAGE);  // where this is refused, pages stay small
+  // Where this is refused, pages stay small.
+  if (memory != nullptr) madvise(memory.get(), static_cast<std::size_t>(count) * sizeof(double), MADV_HUGEPAGE);
 #endif
   return memory;
 }

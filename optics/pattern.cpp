@@ -1,5 +1,6 @@
 // Any object plane as the eye sees it, at once or prepared for many eyes.
 #include <algorithm>
+#include <new>
 
 #include "optics/fft.h"
 #include "optics/retinal_image.h"
@@ -23,19 +24,31 @@ int OpticsEngine::PatternRetinalImage(double* image, const double* pattern, int 
   return 1;
 }
 
-PreparedObject OpticsEngine::Prepare(const double* object) {
+PreparedObject OpticsEngine::Prepare(std::nothrow_t /*unused*/, const double* object) noexcept {
   PreparedObject prepared;
   if (workspace_->kernels != nullptr) {
-    prepared.first_ = GridPlane(kSpectrumSide);
+    prepared.first_ = GridPlane(std::nothrow, kSpectrumSide);
+    if (prepared.empty()) return {};
     prepared.total_ =
         workspace_->kernels->realTransform(object, workspace_->tables, workspace_->ScratchOf(), prepared.first_.data());
   } else {
-    prepared.first_ = GridPlane(gridSize);
-    prepared.second_ = GridPlane(gridSize);
+    prepared.first_ = GridPlane(std::nothrow, gridSize);
+    prepared.second_ = GridPlane(std::nothrow, gridSize);
+    if (prepared.first_.data() == nullptr || prepared.second_.data() == nullptr) return {};
     std::copy_n(object, prepared.first_.size(), prepared.first_.begin());
     prepared.total_ = Total(object, gridSize);
-    Fft2(prepared.first_.data(), prepared.second_.data(), gridSize, 0);
+    try {
+      Fft2(prepared.first_.data(), prepared.second_.data(), gridSize, 0);
+    } catch (const std::bad_alloc&) {
+      return {};
+    }
   }
+  return prepared;
+}
+
+PreparedObject OpticsEngine::Prepare(const double* object) {
+  PreparedObject prepared = Prepare(std::nothrow, object);
+  if (prepared.empty() && gridSize >= 1) throw std::bad_alloc();
   return prepared;
 }
 

@@ -74,7 +74,8 @@ Peak FindPeakOfKernels(const double* intensity, const double* rowMaxima) {
   if (peak.value > 0.0) {
     const double* const samples = intensity + peak.row * kIntensityPitch;
     int c = 0;
-    while (samples[(c + half) % kKernelGrid] != peak.value) ++c;
+    // It is there, unless another thread of the host has begun an eye in the meantime.
+    while (c < kKernelGrid - 1 && samples[(c + half) % kKernelGrid] != peak.value) ++c;
     peak.column = (c + half) % kKernelGrid;
   }
   return peak;

@@ -4,13 +4,17 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <new>
+#include <optional>
+#include <utility>
 
 #include "optics/kernels/dispatch.h"
 #include "optics/kernels/tables.h"
 #include "optics/large_pages.h"
+#include "optics/samples_memory.h"
 #include "orvanel/optics_engine.h"
 
 namespace orvanel {
@@ -49,8 +53,6 @@ struct KernelMemory {
 
 // What other grids work with; the same holds for these planes.
 struct PlainMemory {
-  explicit PlainMemory(int n) : objectReal(n), objectImag(n), productReal(n), productImag(n) {}
-
   GridPlane objectReal;  // what a transform starts from
   GridPlane objectImag;
   GridPlane productReal;  // what a filter makes of it
@@ -65,41 +67,67 @@ struct SampledPupil {
 };
 
 struct OpticsEngine::Workspace {
-  explicit Workspace(int n) {
-    if (n == kKernelGrid) {
-      kernels = &ActiveKernels();
-      block = AllocateLargePages(kSamplesOfKernels + kPlanes * kSamplesOfPlane);
-      memory = std::make_unique<KernelMemory>(*new (block.get()) KernelPlanes);
-    } else {
-      plain = std::make_unique<PlainMemory>(n);
-    }
+  // That of a grid; null where memory runs out, and where the kernels' grid has no kernels.
+  static std::unique_ptr<Workspace> Make(int n) noexcept {
+    const bool forKernels = n == kKernelGrid;
+    const Kernels* const kernels = forKernels ? ActiveKernels() : nullptr;
+    if (forKernels && kernels == nullptr) return nullptr;
+    const std::uint64_t ofPlane = SamplesOfPlane(n);
+    std::shared_ptr<double[]> block = forKernels ? LargePages(kSamplesOfKernels + kPlanes * ofPlane)
+                                                 : SamplesMemory((kPlanes + kPlainPlanes) * ofPlane, kCacheLine);
+    if (n >= 1 && block == nullptr) return nullptr;
+    return std::unique_ptr<Workspace>(new Workspace(n, kernels, std::move(block)));
   }
+
+  static void* operator new(std::size_t bytes) noexcept { return TakeMemory(bytes, kCacheLine); }
+  static void operator delete(void* memory) noexcept { GiveBack(memory); }
 
   // One of the engine's planes, not written. The lower its place, the nearer to what the kernels work with.
   GridPlane PlaneAt(std::size_t place, int n) const {
-    if (kernels == nullptr) return {n, GridPlane::Allocate(n)};
-    return {n, std::shared_ptr<double[]>(block, block.get() + kSamplesOfKernels + place * kSamplesOfPlane)};
+    if (n < 1) return {};
+    double* const first = block.get() + (kernels != nullptr ? kSamplesOfKernels : 0);
+    return {n, std::shared_ptr<double[]>(block, first + place * static_cast<std::size_t>(SamplesOfPlane(n)))};
   }
 
   // A plane for the length of an operation.
-  double* Spare() const {
+  double* Spare() {
     return kernels != nullptr ? reinterpret_cast<double*>(memory->planes.object) : plain->productImag.data();
   }
 
   Scratch ScratchOf() const { return {memory->planes.plane, memory->planes.lines}; }
 
   const Tables& tables = TransformTables();
-  const Kernels* kernels = nullptr;  // none on other grids than theirs
-  std::unique_ptr<KernelMemory> memory;
-  std::unique_ptr<PlainMemory> plain;
+  const Kernels* kernels;  // none on other grids than theirs
+  std::optional<KernelMemory> memory;
+  std::optional<PlainMemory> plain;
   SampledPupil pupil{};
 
  private:
-  static constexpr std::size_t kSamplesOfKernels = sizeof(KernelPlanes) / sizeof(double);
-  static constexpr std::size_t kSamplesOfPlane = kKernelGrid * kKernelGrid;
-  static constexpr std::size_t kPlanes = 8;
+  static constexpr std::uint64_t kSamplesOfKernels = sizeof(KernelPlanes) / sizeof(double);
+  static constexpr std::uint64_t kPlanes = 8;
+  static constexpr std::uint64_t kPlainPlanes = 4;
 
-  std::shared_ptr<double[]> block;  // all memory of an engine of the kernels' grid
+  // Those of a plane, and those up to the next cache line.
+  static constexpr std::uint64_t SamplesOfPlane(int n) {
+    constexpr std::uint64_t kLine = kCacheLine / sizeof(double);
+    const std::uint64_t side = n < 1 ? 0 : static_cast<std::uint64_t>(n);
+    return (side * side + kLine - 1) / kLine * kLine;
+  }
+
+  Workspace(int n, const Kernels* those, std::shared_ptr<double[]> all) noexcept
+      : kernels(those), block(std::move(all)) {
+    if (kernels != nullptr) {
+      memory.emplace(*new (block.get()) KernelPlanes);
+    } else {
+      plain = PlainMemory{PlaneAt(8, n), PlaneAt(9, n), PlaneAt(10, n), PlaneAt(11, n)};
+      for (GridPlane* const plane :
+           {&plain->objectReal, &plain->objectImag, &plain->productReal, &plain->productImag}) {
+        std::fill(plane->begin(), plane->end(), 0.0);
+      }
+    }
+  }
+
+  std::shared_ptr<double[]> block;  // all samples of an engine
 };
 
 }  // namespace orvanel

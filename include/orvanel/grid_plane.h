@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <new>
 
 namespace orvanel {
 
@@ -11,9 +12,11 @@ namespace orvanel {
 // Moves, but does not copy; a moved-from plane and one with a side below 1 hold nothing. Aligned to 64 bytes.
 class GridPlane {
  public:
-  // Without samples; with side x side of them.
+  // Without samples; with side x side of them; the same without exceptions, where memory that runs out leaves it
+  // without.
   GridPlane() = default;
   explicit GridPlane(int side);
+  GridPlane(std::nothrow_t, int side) noexcept;
   GridPlane(const GridPlane&) = delete;
   GridPlane& operator=(const GridPlane&) = delete;
   GridPlane(GridPlane&&) noexcept = default;
@@ -41,8 +44,7 @@ class GridPlane {
   friend class OpticsEngine;
 
   // In memory for its samples, as it is.
-  GridPlane(int side, std::shared_ptr<double[]> samples);
-  static std::shared_ptr<double[]> Allocate(int side);
+  GridPlane(int side, std::shared_ptr<double[]> samples) noexcept;
 
   std::size_t Index(int row, int column) const {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(side_) + static_cast<std::size_t>(column);

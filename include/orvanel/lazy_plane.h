@@ -33,8 +33,8 @@ class LazyPlane {
 
   // The same samples, written to side x side doubles of any alignment.
   void CopyTo(double* samples) const {
-    if (due_ != nullptr) {
-      due_(source_, samples);
+    if (const Writer due = due_; due != nullptr) {
+      due(source_, samples);
     } else if (!written_) {
       std::memset(static_cast<void*>(samples), 0, size() * sizeof(double));
     } else {

@@ -19,6 +19,8 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <new>
+#include <optional>
 
 #include "orvanel/grid_plane.h"
 #include "orvanel/lazy_plane.h"
@@ -49,16 +51,19 @@ struct FocusResult {
 };
 
 // The instruction set that new engines compute with, for the record: "baseline", "avx2" or "avx512". Results are the
-// same bits with each. The environment variable ORVANEL_KERNELS chooses one by name; where it names none that this CPU
-// runs, the process ends with a message and exit status 1.
+// same bits with each. The environment variable ORVANEL_KERNELS chooses one by name; it is read once, and empty counts
+// as unset. Throws std::runtime_error, which says what there is, where it names none that this CPU runs.
 const char* KernelVariant();
 
 // One eye, from its coefficients to what it sees.
 class OpticsEngine {
  public:
   // Allocates the planes, all zero, and sets every other field to 0. Operations that transform need a side that is a
-  // power of two.
+  // power of two. Throws std::bad_alloc; on the 256 grid, which alone has kernels, what KernelVariant throws, too.
   explicit OpticsEngine(int n = 256);
+
+  // The same without exceptions: none where the constructor throws.
+  static std::optional<OpticsEngine> Make(std::nothrow_t, int n = 256) noexcept;
 
   // The same, and then synthesizeWavefront with the other arguments.
   OpticsEngine(const double* coefficients, double diameter, int n, int includeAstigmatism, int includeAllSecondOrder,
@@ -75,7 +80,7 @@ class OpticsEngine {
   LazyPlane auxPlaneA;               // spare; no operation reads or writes it
   LazyPlane phasePlane;              // phase transfer function, radians; means something where the MTF is not ~0
   double strehlRatio = 0.0;          // see ComputePsf
-  std::uint8_t normaliseOutput = 0;  // how FilterThroughEye scales: 1 stretches, 0 keeps the object's light
+  std::uint8_t normaliseOutput = 0;  // how images are scaled: 0 keeps the object's light, any other stretches
   double focalLength = 0.0;          // 17 mm once a PSF has been computed
   int pupilSamples = 0;              // M = n/2 + 1, the pupil's diameter in samples
   GridPlane wavefrontPlane;          // wavefront in mm inside the pupil, kWavefrontOutside outside
@@ -109,8 +114,8 @@ class OpticsEngine {
   //               grid, where the transform is scaled otherwise, so that it is only good for comparing; -1 on others
   //   size        must not exceed n: else nothing happens and the result is false; so too where n is below 1
   //   reuse       1 keeps the PSF held when psfWavelength equals wavelength, and then writes nothing at all
-  // A pupil without samples, or with a sample that is not finite, gives a PSF and a Strehl ratio of 0.
-  // Source: Goodman, Introduction to Fourier Optics, 6.
+  // A sample of the wavefront that is NaN or +infinity counts as outside the pupil. A pupil without samples, or with
+  // one of -infinity, gives a PSF and a Strehl ratio of 0. Source: Goodman, Introduction to Fourier Optics, 6.
   bool ComputePsf(double wavelength, double* psfCopy, double* pitch, double* strehl, int size, int reuse);
 
   // The same, always computed afresh.
@@ -148,8 +153,10 @@ class OpticsEngine {
   // Any object plane as seen through the eye. Needs a PSF. Returns 1, or 0 and does nothing where n is not gridSize.
   int PatternRetinalImage(double* image, const double* pattern, int n);
 
-  // The same in two steps, for an object (n x n) that many eyes look at.
+  // The same in two steps, for an object (n x n) that many eyes look at. Throws std::bad_alloc; with std::nothrow the
+  // result is then empty.
   PreparedObject Prepare(const double* object);
+  PreparedObject Prepare(std::nothrow_t, const double* object) noexcept;
   void PreparedRetinalImage(double* image, const PreparedObject& object);
 
   // Makes the transfer function from psfPlane unless otfValid is 1.
@@ -212,7 +219,8 @@ class OpticsEngine {
  private:
   struct Workspace;  // all memory, allocated once
 
-  OpticsEngine(int n, std::unique_ptr<Workspace> workspace);
+  OpticsEngine(int n, std::unique_ptr<Workspace> workspace) noexcept;
+  static std::unique_ptr<Workspace> MakeWorkspace(int n);
   void FormPsf(double wavelength);
   void ImageOf(const void* complete, void* rows, double objectTotal, double* image);
   void ImageOfPlanes(double* re, double* im, double* intensity, double objectTotal, double* image);

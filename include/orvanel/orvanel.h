@@ -21,7 +21,18 @@
  * MEMORY is taken at load, by the first OrvanelInputZer and by the first OrvanelGetPattern. Where there is none left,
  * these two refuse, and a later call tries again; after a load without memory OrvanelGetPSF refuses, too, until then.
  *
- * THREADS: one at a time; the library makes none of its own.
+ * THREADS: one at a time; the library makes none of its own. Calls that overlap all end, but they may be refused and
+ * their numbers may be wrong.
+ *
+ * KERNELS: the environment variable ORVANEL_KERNELS, read once, at load, chooses the instruction set by its name,
+ * baseline, avx2 or avx512; unset or empty, it is the widest that the CPU has. Where it names none that the CPU runs,
+ * OrvanelInputZer and with it all other functions refuse, and one line on standard error says so.
+ *
+ * ROUNDING: results have the same bits everywhere, as long as the host's thread rounds to nearest; a directed rounding
+ * mode changes the bits.
+ *
+ * SIGNALS: none is caught or blocked. OrvanelGetOrvanel writes to standard output; where that is a pipe whose reader
+ * has closed it, the system raises SIGPIPE, which ends a host that does not ignore it.
  *
  * UNITS: lengths are millimetres (pupil value, coefficients, half width on the retina), frequencies are cycles per
  * degree of visual angle, acuities are decimal. The wavelength is 587.56 nm and the eye's focal length 17 mm.
@@ -76,9 +87,9 @@ ORVANEL_API void ORVANEL_CALL OrvanelInputPupil(double pupilDiameter) ORVANEL_NO
  *                 for m >= 0 and R(n,|m|)(rho) sin(|m| theta) for m < 0, at index j = n(n + 1)/2 + k with
  *                 m = -n + 2k; theta runs from +x (right) towards +y (down). Indices 0 to 2 (piston and tilts) only
  *                 move the image and are never used.
- * Refuses while the pupil value is 0 or not a number, and without memory. A coefficient that is not finite is not
- * refused: a NaN leaves an eye without a pupil, whose point spread function and Strehl ratio are 0 and whose modulation
- * transfer function is not a number. */
+ * Refuses while the pupil value is 0 or not a number, without memory, and without kernels. A coefficient that is not
+ * finite is not refused: a NaN leaves an eye without a pupil, whose point spread function and Strehl ratio are 0 and
+ * whose modulation transfer function is not a number. */
 ORVANEL_API int ORVANEL_CALL OrvanelInputZer(const double* coefficients) ORVANEL_NOEXCEPT;
 
 /* The point spread function.
@@ -86,7 +97,7 @@ ORVANEL_API int ORVANEL_CALL OrvanelInputZer(const double* coefficients) ORVANEL
  *   strehl        peak relative to that of the unaberrated pupil, 0 to 1
  *   psfHalfWidth  half the side of the plane on the retina in millimetres, 32 x 17 x 0.00058756 / pupil; samples
  *                 stand 2 psfHalfWidth / 255 apart
- * Refuses after a load without memory only; before the first OrvanelInputZer the values are zeros. */
+ * Refuses after a load without memory, and without kernels; before the first OrvanelInputZer the values are zeros. */
 ORVANEL_API int ORVANEL_CALL OrvanelGetPSF(double* psf, double* strehl, double* psfHalfWidth) ORVANEL_NOEXCEPT;
 
 /* The modulation transfer function.

@@ -2,7 +2,6 @@
 #include "optics/kernels/dispatch.h"
 
 #include <atomic>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -22,56 +21,83 @@ extern const Kernels kKernels;
 
 namespace {
 
-std::vector<const Kernels*> AskTheCpu() {
-  std::vector<const Kernels*> kernels = {&baseline::kKernels};
+// Without memory of their own: a host may have none left.
+struct KernelList {
+  std::array<const Kernels*, 3> kernels{&baseline::kKernels};
+  std::size_t count = 1;
+
+  void Add(const Kernels& more) { kernels[count++] = &more; }
+};
+
+KernelList AskTheCpu() {
+  KernelList list;
 #if defined(ORVANEL_X86_KERNELS)
   __builtin_cpu_init();
-  if (__builtin_cpu_supports("avx2")) kernels.push_back(&avx2::kKernels);
+  if (__builtin_cpu_supports("avx2")) list.Add(avx2::kKernels);
   if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl")) {
-    kernels.push_back(&avx512::kKernels);
+    list.Add(avx512::kKernels);
   }
 #endif
-  return kernels;
+  return list;
 }
 
-const Kernels* FromEnvironment() {
-  const char* const name = std::getenv("ORVANEL_KERNELS");
-  const Kernels* const kernels = FindKernels(name);
-  if (name != nullptr && kernels == nullptr) {
-    std::fprintf(stderr, "orvanel: %s\n", NoSuchKernels(name).c_str());
-    std::_Exit(EXIT_FAILURE);  // at once: the library may be loading, when nothing that is run at exit is ready
+struct Choice {
+  explicit Choice(const char* name) : kernels(FindKernels(name)) {
+    if (kernels == nullptr) refusal = NoSuchKernels(name);
   }
-  return kernels;
+
+  std::atomic<const Kernels*> kernels;
+  KernelMessage refusal{};
+};
+
+Choice& TheChoice() {
+  static Choice choice(std::getenv("ORVANEL_KERNELS"));
+  return choice;
 }
 
-std::atomic<const Kernels*>& Active() {
-  static std::atomic<const Kernels*> active = FromEnvironment();
-  return active;
+// Appends what there is room for.
+void Append(KernelMessage& message, std::size_t& length, const char* text) {
+  for (; *text != '\0' && length + 1 < message.size(); ++text) {
+    message[length++] = *text >= ' ' && *text <= '~' ? *text : '?';
+  }
 }
 
 }  // namespace
 
-const std::vector<const Kernels*>& RunnableKernels() {
-  static const std::vector<const Kernels*> kernels = AskTheCpu();
-  return kernels;
+std::span<const Kernels* const> RunnableKernels() noexcept {
+  static const KernelList list = AskTheCpu();
+  return {list.kernels.data(), list.count};
 }
 
-const Kernels* FindKernels(const char* name) {
-  if (name == nullptr) return RunnableKernels().back();
+const Kernels* FindKernels(const char* name) noexcept {
+  if (name == nullptr || *name == '\0') return RunnableKernels().back();
   for (const Kernels* kernels : RunnableKernels()) {
     if (std::strcmp(kernels->name, name) == 0) return kernels;
   }
   return nullptr;
 }
 
-std::string NoSuchKernels(const char* name) {
-  std::string text = "ORVANEL_KERNELS is '" + std::string(name) + "'; this CPU runs";
-  for (const Kernels* kernels : RunnableKernels()) text += ' ' + std::string(kernels->name);
-  return text + ". Unset it to use the last of them.";
+KernelMessage NoSuchKernels(const char* name) noexcept {
+  constexpr std::size_t kLongestName = 80;
+  char shown[kLongestName + 1] = {};
+  std::strncpy(shown, name, kLongestName);
+  KernelMessage message{};
+  std::size_t length = 0;
+  Append(message, length, "ORVANEL_KERNELS is '");
+  Append(message, length, shown);
+  Append(message, length, "'; this CPU runs");
+  for (const Kernels* kernels : RunnableKernels()) {
+    Append(message, length, " ");
+    Append(message, length, kernels->name);
+  }
+  Append(message, length, ". Unset it to use the last of them.");
+  return message;
 }
 
-const Kernels& ActiveKernels() { return *Active(); }
+const Kernels* ActiveKernels() noexcept { return TheChoice().kernels; }
 
-void UseKernels(const Kernels& kernels) { Active() = &kernels; }
+const char* WhyNoKernels() noexcept { return TheChoice().refusal.data(); }
+
+void UseKernels(const Kernels& kernels) noexcept { TheChoice().kernels = &kernels; }
 
 }  // namespace orvanel

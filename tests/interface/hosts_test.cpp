@@ -3,6 +3,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cfenv>
+#include <csignal>
 #include <thread>
 #include <vector>
 
@@ -104,6 +106,40 @@ TEST_F(Hosts, WhoForkHaveAnEyeInEachProcess) {
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
   ASSERT_EQ(library.InputZer(kEye), 1);
   EXPECT_EQ(Psf(library), psf);
+}
+
+TEST_F(Hosts, WhoRoundUpwardsGetOtherBits) {
+  const Plane psf = Psf(library);
+  std::fesetround(FE_UPWARD);
+  const int done = library.InputZer(kEye);
+  std::fesetround(FE_TONEAREST);
+  EXPECT_EQ(done, 1);
+  EXPECT_NE(Psf(library), psf);
+  EXPECT_EQ(library.InputZer(kEye), 1);
+  EXPECT_EQ(Psf(library), psf);
+}
+
+TEST_F(Hosts, WhoseTraceNobodyReadsAreEndedBySigpipeUnlessTheyIgnoreIt) {
+  for (const bool ignored : {false, true}) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      std::signal(SIGPIPE, ignored ? SIG_IGN : SIG_DFL);
+      int ends[2];
+      if (pipe(ends) != 0 || dup2(ends[1], STDOUT_FILENO) < 0) _exit(2);
+      close(ends[0]);
+      Plane image(ORVANEL_PLANE_SAMPLES);
+      double effective = 0.0;
+      _exit(library.GetOrvanel(0.6, image.data(), &effective, nullptr, 4) == 1 ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    if (ignored) {
+      EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    } else {
+      EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGPIPE) << status;
+    }
+  }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Memory that runs out, at any allocation: a load, an eye and a star without memory are refused, and the next try is as
 // if nothing had happened.
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <functional>
 #include <optional>
@@ -14,7 +15,6 @@ namespace orvanel {
 namespace {
 
 using test::FailingNew;
-using test::LiveAllocations;
 using test::LoadedLibrary;
 using Plane = std::vector<double>;
 
@@ -86,7 +86,7 @@ TEST(Memory, ALoadWithoutItRefusesEverythingUntilThereIsSome) {
     EXPECT_EQ(Star(*library), expected.star) << good;
     return failed;
   });
-  EXPECT_GE(failures, 4);  // the block of planes, who counts its users, and two who use it
+  EXPECT_GE(failures, 2);  // the block of planes, and who uses it
 }
 
 TEST(Memory, AFirstEyeWithoutItIsRefused) {
@@ -106,7 +106,7 @@ TEST(Memory, AFirstEyeWithoutItIsRefused) {
     EXPECT_EQ(Mtf(library), expected.mtf);
     return true;
   });
-  EXPECT_EQ(failures, 2);  // the plane, and who counts its users
+  EXPECT_EQ(failures, 1);  // the plane
 }
 
 TEST(Memory, AFirstStarWithoutItIsRefusedAndSoIsTheStarItself) {
@@ -158,17 +158,22 @@ TEST(Memory, IsTakenByNoOtherCall) {
   EXPECT_EQ(other, expected.mtf);
 }
 
+// Bytes that the process has allocated. Under the address sanitizer, whose leak check takes its place, 0.
+std::size_t AllocatedBytes() {
+  const struct mallinfo2 info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
 TEST(Memory, OfAFailedLoadIsGivenBack) {
   Undisturbed();
+  const std::size_t before = AllocatedBytes();
   for (long good = 0; good < 20; ++good) {
-    const long before = LiveAllocations();
-    {
-      std::optional<LoadedLibrary> library;
-      const FailingNew failing(good);
-      library.emplace();
-    }
-    EXPECT_EQ(LiveAllocations(), before) << good;
+    std::optional<LoadedLibrary> library;
+    const FailingNew failing(good);
+    library.emplace();
   }
+  // The dynamic loader's own tables may grow by a little; the first block of a load is 8 MiB.
+  EXPECT_LT(AllocatedBytes(), before + 65536);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <new>
 #include <type_traits>
 #include <utility>
 
@@ -41,6 +42,15 @@ TEST(GridPlane, OfASideOfOneHoldsOneSample) {
   EXPECT_EQ(plane.size(), 1u);
   ASSERT_NE(plane.data(), nullptr);
   EXPECT_EQ(plane(0, 0), 0.0);
+}
+
+TEST(GridPlane, OfMoreThanThereIsThrowsOrHoldsNothing) {
+  constexpr int kHuge = 2147483647;  // 2^65 bytes
+  EXPECT_THROW(GridPlane{kHuge}, std::bad_alloc);
+  const GridPlane plane(std::nothrow, kHuge);
+  EXPECT_EQ(plane.data(), nullptr);
+  EXPECT_EQ(plane.size(), 0u);
+  EXPECT_EQ(GridPlane(std::nothrow, 3).size(), 9u);
 }
 
 TEST(GridPlane, MovesItsSamples) {

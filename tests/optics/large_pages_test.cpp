@@ -21,7 +21,7 @@ constexpr std::size_t kLargePage = 2U << 20;
 
 TEST(LargePages, BeginWithOneAndHoldWhatIsAskedFor) {
   for (const std::size_t count : {std::size_t{1}, std::size_t{262143}, std::size_t{938000}}) {
-    const auto memory = AllocateLargePages(count);
+    const auto memory = LargePages(count);
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(memory.get()) % kLargePage, 0U);
     std::fill_n(memory.get(), count, 1.5);
     EXPECT_EQ(std::count(memory.get(), memory.get() + count, 1.5), static_cast<std::ptrdiff_t>(count));
@@ -52,7 +52,7 @@ TEST(LargePages, AreAskedForFromEndToEnd) {
   if (!possible) GTEST_SKIP() << "no large pages here, or nobody who tells";
 
   constexpr std::size_t kCount = 5 * kLargePage / sizeof(double) / 2;
-  const auto memory = AllocateLargePages(kCount);
+  const auto memory = LargePages(kCount);
   EXPECT_TRUE(IsAdvised(memory.get()));
   EXPECT_TRUE(IsAdvised(memory.get() + kCount - 1));
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
@@ -19,7 +20,11 @@ std::size_t allocatedBytes = 0;
 void* Allocate(std::size_t bytes, std::size_t alignment) {
   ++allocations;
   allocatedBytes += bytes;
-  void* const memory = std::aligned_alloc(alignment, (bytes + alignment - 1) / alignment * alignment + alignment);
+  return std::aligned_alloc(alignment, (bytes + alignment - 1) / alignment * alignment + alignment);
+}
+
+void* AllocateOrThrow(std::size_t bytes, std::size_t alignment) {
+  void* const memory = Allocate(bytes, alignment);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
@@ -29,13 +34,18 @@ void* Allocate(std::size_t bytes, std::size_t alignment) {
 
 }  // namespace
 
-void* operator new(std::size_t bytes) { return Allocate(bytes, alignof(std::max_align_t)); }
-void* operator new[](std::size_t bytes) { return Allocate(bytes, alignof(std::max_align_t)); }
+extern "C" int posix_memalign(void** memory, std::size_t alignment, std::size_t bytes) noexcept {
+  *memory = Allocate(bytes, alignment);
+  return *memory != nullptr ? 0 : ENOMEM;
+}
+
+void* operator new(std::size_t bytes) { return AllocateOrThrow(bytes, alignof(std::max_align_t)); }
+void* operator new[](std::size_t bytes) { return AllocateOrThrow(bytes, alignof(std::max_align_t)); }
 void* operator new(std::size_t bytes, std::align_val_t alignment) {
-  return Allocate(bytes, static_cast<std::size_t>(alignment));
+  return AllocateOrThrow(bytes, static_cast<std::size_t>(alignment));
 }
 void* operator new[](std::size_t bytes, std::align_val_t alignment) {
-  return Allocate(bytes, static_cast<std::size_t>(alignment));
+  return AllocateOrThrow(bytes, static_cast<std::size_t>(alignment));
 }
 void operator delete(void* memory) noexcept { Release(memory); }
 void operator delete[](void* memory) noexcept { Release(memory); }

@@ -19,7 +19,7 @@ class EveryKernel : public testing::TestWithParam<const Kernels*> {
   ~EveryKernel() override { UseKernels(before_); }
 
  private:
-  const Kernels& before_ = ActiveKernels();
+  const Kernels& before_ = *ActiveKernels();
 };
 
 inline std::string NameOfKernels(const testing::TestParamInfo<const Kernels*>& info) { return info.param->name; }

@@ -1,8 +1,9 @@
-// The program's own operator new takes the place of the C++ library's everywhere. Aligned and plain blocks alike come
-// from one function and go back through another.
+// The program's own operator new takes the place of the C++ library's everywhere, and its posix_memalign that of the C
+// library's. Aligned and plain blocks alike come from one function.
 #include "tests/support/failing_new.h"
 
 #include <atomic>
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
@@ -13,45 +14,48 @@ namespace {
 constexpr long kAll = std::numeric_limits<long>::max();
 
 std::atomic<long> left = kAll;
-std::atomic<long> live = 0;
 std::atomic<bool> failed = false;
 
+// Null where it fails.
 void* Allocate(std::size_t size, std::size_t alignment) {
   if (left != kAll && left-- <= 0) {
     failed = true;
-    throw std::bad_alloc();
+    return nullptr;
   }
   const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
-  void* const block = std::aligned_alloc(alignment, rounded == 0 ? alignment : rounded);
-  if (block == nullptr) throw std::bad_alloc();
-  ++live;
-  return block;
+  return std::aligned_alloc(alignment, rounded == 0 ? alignment : rounded);
 }
 
-void Free(void* block) {
-  if (block == nullptr) return;
-  --live;
-  std::free(block);
+void* AllocateOrThrow(std::size_t size, std::size_t alignment) {
+  void* const block = Allocate(size, alignment);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
 }
 
 }  // namespace
 
-void* operator new(std::size_t size) { return Allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__); }
-void* operator new[](std::size_t size) { return Allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__); }
+extern "C" __attribute__((visibility("default"))) int posix_memalign(void** block, std::size_t alignment,
+                                                                     std::size_t size) noexcept {
+  *block = Allocate(size, alignment);
+  return *block != nullptr ? 0 : ENOMEM;
+}
+
+void* operator new(std::size_t size) { return AllocateOrThrow(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__); }
+void* operator new[](std::size_t size) { return AllocateOrThrow(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__); }
 void* operator new(std::size_t size, std::align_val_t alignment) {
-  return Allocate(size, static_cast<std::size_t>(alignment));
+  return AllocateOrThrow(size, static_cast<std::size_t>(alignment));
 }
 void* operator new[](std::size_t size, std::align_val_t alignment) {
-  return Allocate(size, static_cast<std::size_t>(alignment));
+  return AllocateOrThrow(size, static_cast<std::size_t>(alignment));
 }
-void operator delete(void* block) noexcept { Free(block); }
-void operator delete[](void* block) noexcept { Free(block); }
-void operator delete(void* block, std::size_t) noexcept { Free(block); }
-void operator delete[](void* block, std::size_t) noexcept { Free(block); }
-void operator delete(void* block, std::align_val_t) noexcept { Free(block); }
-void operator delete[](void* block, std::align_val_t) noexcept { Free(block); }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept { Free(block); }
-void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { Free(block); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
+void operator delete(void* block, std::align_val_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::align_val_t) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { std::free(block); }
 
 namespace orvanel::test {
 
@@ -63,7 +67,5 @@ FailingNew::FailingNew(long good) {
 FailingNew::~FailingNew() { left = kAll; }
 
 bool FailingNew::HasFailed() const { return failed; }
-
-long LiveAllocations() { return live; }
 
 }  // namespace orvanel::test

@@ -1,10 +1,11 @@
-// Memory that runs out: operator new of the whole process, also for libraries that it loads, can be made to fail.
+// Memory that runs out: operator new and posix_memalign of the whole process, also for libraries that it loads, can be
+// made to fail.
 #ifndef ORVANEL_TESTS_SUPPORT_FAILING_NEW_H
 #define ORVANEL_TESTS_SUPPORT_FAILING_NEW_H
 
 namespace orvanel::test {
 
-// While it lives, the first `good` allocations succeed and all others throw.
+// While it lives, the first `good` allocations succeed and all others fail.
 class FailingNew {
  public:
   explicit FailingNew(long good);
@@ -15,9 +16,6 @@ class FailingNew {
   // Whether any has been refused.
   bool HasFailed() const;
 };
-
-// Blocks by operator new that have not been given back.
-long LiveAllocations();
 
 }  // namespace orvanel::test
 

@@ -5,7 +5,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <set>
+#include <stdexcept>
 #include <string>
 
 #include "orvanel/optics_engine.h"
@@ -34,23 +36,31 @@ TEST(KernelDispatch, OffersWhatTheCpuHas) {
 TEST(KernelDispatch, FindsEachByItsNameAndTheWidestWithoutOne) {
   for (const Kernels* kernels : RunnableKernels()) EXPECT_EQ(FindKernels(kernels->name), kernels);
   EXPECT_EQ(FindKernels(nullptr), RunnableKernels().back());
+  EXPECT_EQ(FindKernels(""), RunnableKernels().back());
 }
 
 TEST(KernelDispatch, FindsNothingElse) {
-  for (const char* name : {"", "sse9", "AVX2", "avx2 ", "baselin"}) EXPECT_EQ(FindKernels(name), nullptr) << name;
+  for (const char* name : {" ", "sse9", "AVX2", "avx2 ", "baselin"}) EXPECT_EQ(FindKernels(name), nullptr) << name;
 }
 
 TEST(KernelDispatch, SaysWhatThereIsInstead) {
-  const std::string text = NoSuchKernels("sse9");
+  const std::string text = NoSuchKernels("sse9").data();
   EXPECT_EQ(text.find("ORVANEL_KERNELS is 'sse9'; this CPU runs baseline"), 0U) << text;
   for (const Kernels* kernels : RunnableKernels()) EXPECT_NE(text.find(kernels->name), std::string::npos);
 }
 
+TEST(KernelDispatch, SaysSoInOneLineWhateverTheNameIs) {
+  const std::string text = NoSuchKernels((std::string("a\n\033[2J") + std::string(100000, 'x')).c_str()).data();
+  EXPECT_EQ(text.find("ORVANEL_KERNELS is 'a??[2Jxxx"), 0U) << text;
+  EXPECT_NE(text.find("x'; this CPU runs baseline"), std::string::npos) << text;
+  EXPECT_EQ(text.back(), '.') << text;
+}
+
 TEST(KernelDispatch, TellsTheNameOfThoseInUse) {
-  const Kernels& before = ActiveKernels();
+  const Kernels& before = *ActiveKernels();
   for (const Kernels* kernels : RunnableKernels()) {
     UseKernels(*kernels);
-    EXPECT_EQ(&ActiveKernels(), kernels);
+    EXPECT_EQ(ActiveKernels(), kernels);
     EXPECT_STREQ(KernelVariant(), kernels->name);
   }
   UseKernels(before);
@@ -80,11 +90,29 @@ TEST_F(KernelChoice, IsThatOfTheEnvironment) {
   EXPECT_EXIT(PrintVariantAndEnd(), testing::ExitedWithCode(0), Exactly(*RunnableKernels().back()));
 }
 
-TEST_F(KernelChoice, OfAnUnknownNameEndsTheProcessWithAMessage) {
-  for (const char* name : {"sse9", ""}) {
-    setenv("ORVANEL_KERNELS", name, 1);
-    EXPECT_DEATH(OpticsEngine(), NoSuchKernels(name).substr(0, 40));
+TEST_F(KernelChoice, IsTheWidestWhereTheVariableIsEmpty) {
+  setenv("ORVANEL_KERNELS", "", 1);
+  EXPECT_EXIT(PrintVariantAndEnd(), testing::ExitedWithCode(0), Exactly(*RunnableKernels().back()));
+  unsetenv("ORVANEL_KERNELS");
+}
+
+// What becomes of engines, and of the other grids, which have no kernels to choose.
+void RefuseAndEnd() {
+  EXPECT_THROW(OpticsEngine(), std::runtime_error);
+  try {
+    KernelVariant();
+  } catch (const std::runtime_error& error) {
+    if (testing::Test::HasFailure() || OpticsEngine::Make(std::nothrow).has_value() ||
+        !OpticsEngine::Make(std::nothrow, 64).has_value())
+      return;
+    std::fputs(error.what(), stderr);
+    std::exit(0);
   }
+}
+
+TEST_F(KernelChoice, OfAnUnknownNameMakesNoEngine) {
+  setenv("ORVANEL_KERNELS", "sse9", 1);
+  EXPECT_EXIT(RefuseAndEnd(), testing::ExitedWithCode(0), "^ORVANEL_KERNELS is 'sse9'; this CPU runs baseline");
   unsetenv("ORVANEL_KERNELS");
 }
 #endif
