@@ -14,7 +14,7 @@ one() {
   local log=$found.log
   mkdir -p "$found"
   ASAN_OPTIONS=quarantine_size_mb=16:malloc_context_size=0 "$FUZZ_FOLDER/bin/orvanel_fuzz_$target" \
-    -max_total_time="$FUZZ_SECONDS" -max_len=2048 -print_final_stats=1 -artifact_prefix="$found-" \
+    -max_total_time="$FUZZ_SECONDS" -timeout=30 -max_len=2048 -print_final_stats=1 -artifact_prefix="$found-" \
     "$found" "$FUZZ_CORPUS/$target" 2>"$log" || { tail -n 40 "$log" >&2; return 1; }
   local executions
   executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")

@@ -18,7 +18,7 @@ for binary in "${@:3}"; do
     status=1
   fi
   "$objdump" -d --no-show-raw-insn "$binary" >"$code" || { echo "$binary cannot be read"; exit 1; }
-  [ "$(grep -cE '^ +[0-9a-f]+:' "$code")" -gt 1000 ] || { echo "$binary holds no code"; status=1; }
+  [ "$(grep -cE '^ *[0-9a-f]+:' "$code")" -gt 1000 ] || { echo "$binary holds no code"; status=1; }
   if grep -m 3 -E '\s(v?fn?m(add|sub)|fml[as])' "$code"; then
     echo "$binary contains fused multiply-adds"
     status=1
