@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "cli/error.h"
+#include "cli/visible_text.h"
 
 namespace orvanel::cli {
 namespace {
@@ -62,22 +63,13 @@ double ParseNumber(std::string_view text) {
   return number;
 }
 
-std::string Printable(std::string_view text) {
-  std::string printable(text);
-  for (char& c : printable) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7f) c = '?';
-  }
-  return printable;
-}
-
 std::string Quoted(std::string_view text) {
   constexpr std::size_t kLongest = 60;
   std::size_t end = std::min(text.size(), kLongest);
   // Not within a character of several bytes.
   while (end > 0 && end < text.size() && (static_cast<unsigned char>(text[end]) & 0xc0U) == 0x80U) --end;
   std::string quoted(1, '\'');
-  quoted += Printable(text.substr(0, end));
+  quoted += VisibleText(text.substr(0, end));
   if (end < text.size()) quoted += "...";
   return quoted += '\'';
 }

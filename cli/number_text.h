@@ -21,10 +21,8 @@ std::string ShortestText(double number);
 // number that is not finite and an empty text are refused.
 double ParseNumber(std::string_view text);
 
-// The user's text without the control characters that would reach a terminal.
-std::string Printable(std::string_view text);
-
-// A piece of the user's text in single quotes for a message: no control characters, and no more than fits a line.
+// A piece of the user's text in single quotes for a message: control characters made visible, and no more than fits a
+// line.
 std::string Quoted(std::string_view text);
 
 }  // namespace orvanel::cli

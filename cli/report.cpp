@@ -4,17 +4,25 @@
 #include <cstdio>
 
 #include "cli/error.h"
+#include "cli/platform.h"
 #include "cli/terminal.h"
+#include "cli/visible_text.h"
 
 namespace orvanel::cli {
+namespace {
+
+constexpr int kStandardOutput = 1;
+
+}  // namespace
 
 std::string ReportLine(const std::string& label, const std::string& text) {
   constexpr std::size_t kColumn = 16;
-  return (label.empty() ? "" : Bold(label, Stream::kOutput)) + std::string(kColumn - label.size(), ' ') + text + "\n";
+  return (label.empty() ? "" : Bold(label)) + std::string(kColumn - label.size(), ' ') + VisibleText(text) + "\n";
 }
 
 void PrintOutput(const std::string& text, const std::string& done) {
-  const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+  const std::string& shown = IsTerminal(kStandardOutput) ? ForTerminal(text) : text;
+  const bool written = std::fwrite(shown.data(), 1, shown.size(), stdout) == shown.size();
   if (!written || std::fflush(stdout) != 0) {
     throw Error((done.empty() ? "" : done + ", but ") + "standard output cannot be written");
   }

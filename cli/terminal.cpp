@@ -7,9 +7,14 @@
 #include <utility>
 
 #include "cli/platform.h"
+#include "cli/visible_text.h"
 
 namespace orvanel::cli {
 namespace {
+
+// Characters that Unicode reserves for a program's own use: they stand for escape sequences until all other text is
+// free of these.
+constexpr std::string_view kBold = "\xEF\xB7\x90", kPlain = "\xEF\xB7\x91";
 
 bool GoesToTerminal(Stream stream) { return IsTerminal(stream == Stream::kOutput ? 1 : 2); }
 
@@ -29,14 +34,24 @@ bool HasColour(Stream stream) {
   return GoesToTerminal(stream) && !IsDumb() && (refused == nullptr || *refused == '\0');
 }
 
-std::string Bold(const std::string& text, Stream stream) { return Styled(text, "1", stream); }
+std::string Bold(const std::string& text) {
+  return HasColour(Stream::kOutput) ? std::string(kBold) + text + std::string(kPlain) : text;
+}
+
+std::string ForTerminal(const std::string& lines) {
+  std::string text = VisibleLines(lines);
+  for (const auto& [mark, sequence] : {std::pair(kBold, "\x1b[1m"), std::pair(kPlain, "\x1b[0m")}) {
+    for (std::size_t at = 0; (at = text.find(mark, at)) != std::string::npos;) text.replace(at, mark.size(), sequence);
+  }
+  return text;
+}
 
 void PrintError(const std::string& message) {
-  std::cerr << Styled("orvanel:", "1;31", Stream::kErrors) << ' ' << message << '\n';
+  std::cerr << Styled("orvanel:", "1;31", Stream::kErrors) << ' ' << VisibleText(message) << '\n';
 }
 
 void PrintWarning(const std::string& message) {
-  std::cerr << Styled("orvanel: warning:", "1;33", Stream::kErrors) << ' ' << message << '\n';
+  std::cerr << Styled("orvanel: warning:", "1;33", Stream::kErrors) << ' ' << VisibleText(message) << '\n';
 }
 
 StatusLine::StatusLine() : shown_(GoesToTerminal(Stream::kErrors) && !IsDumb()) {}
@@ -44,7 +59,7 @@ StatusLine::StatusLine() : shown_(GoesToTerminal(Stream::kErrors) && !IsDumb()) 
 StatusLine::~StatusLine() { Show(""); }
 
 void StatusLine::Show(const std::string& text) const {
-  if (shown_) std::cerr << '\r' << text << "\x1b[K" << std::flush;
+  if (shown_) std::cerr << '\r' << VisibleText(text) << "\x1b[K" << std::flush;
 }
 
 Progress::Progress(std::string label, std::size_t total) : label_(std::move(label)), total_(total) { Draw(); }

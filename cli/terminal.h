@@ -12,14 +12,18 @@ enum class Stream { kOutput, kErrors };
 // Whether the stream is a terminal that is not told otherwise by NO_COLOR or TERM=dumb.
 bool HasColour(Stream stream);
 
-// A text in bold where the stream has colour.
-std::string Bold(const std::string& text, Stream stream);
+// A text that ForTerminal turns into one in bold, where standard output has colour.
+std::string Bold(const std::string& text);
 
-// "orvanel: ..." and "orvanel: warning: ..." to the error output.
+// Lines as a terminal may get them: with bold text, and the control characters of all other text made visible.
+std::string ForTerminal(const std::string& lines);
+
+// "orvanel: ..." and "orvanel: warning: ..." to the error output, control characters made visible.
 void PrintError(const std::string& message);
 void PrintWarning(const std::string& message);
 
-// One line on the error output that is written over and over; nothing at all where that is no terminal.
+// One line on the error output, control characters made visible, that is written over and over; nothing at all where
+// that is no terminal.
 class StatusLine {
  public:
   StatusLine();

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "cli/number_text.h"
+#include "cli/visible_text.h"
 #include "cli/spelling.h"
 
 namespace orvanel::cli {
@@ -148,7 +149,7 @@ Eye EyeColumns::Read(const Record& row) const {
     Refuse(row, *resolved.faulty, "column " + Quoted(names_[*resolved.faulty]) + ": " + resolved.fault);
   Eye eye;
   eye.file = file_;
-  if (nameColumn_) eye.name = Printable(row[*nameColumn_]);
+  if (nameColumn_) eye.name = VisibleText(row[*nameColumn_]);
   eye.pupil = complete.pupil;
   eye.side = complete.side;
   eye.convention = complete.convention;

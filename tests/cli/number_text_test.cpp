@@ -64,7 +64,7 @@ TEST(NumberText, RefusesWhatIsNoFiniteNumber) {
 }
 
 TEST(NumberText, QuotesForATerminal) {
-  EXPECT_EQ(Quoted("a\x1b[31m\n"), "'a?[31m?'");
+  EXPECT_EQ(Quoted("a\x1b[31m\n"), "'a\\x1b[31m\\x0a'");
   EXPECT_EQ(Quoted(std::string(100, 'x')), "'" + std::string(60, 'x') + "...'");
   // Never half a character: 59 letters and one of two bytes.
   EXPECT_EQ(Quoted(std::string(59, 'x') + "\xC3\xA4" + "y"), "'" + std::string(59, 'x') + "...'");

@@ -48,6 +48,22 @@ grep -qF "${escape}[1mCoefficients${escape}[0m    over 3 mm" "$work/stream" || f
 in_terminal "env NO_COLOR=1 '$program' convert '$eyes/perfect_3mm.json'"
 grep -qF "Coefficients    over 3 mm" "$work/stream" || fail "a label is bold in spite of NO_COLOR"
 
+# Control characters in names of files, columns and cells: the stream has them escaped, in errors, reports and rows.
+sed '/"name": "Perf/d' "$eyes/perfect_3mm.json" >"$work/"$'evil\e]0;title\a\xc2\x9b31m\xe2\x80\xae.json'
+{
+  printf 'name,pupil_diameter_mm,eye,unit,normalisation,order,y_axis,Z4,a\e[36mb\n'
+  printf 'c\e[36md,6,OD,um,orthonormal,osa,up,0.1,e\xe2\x80\xaef\n'
+} >"$work/evil.csv"
+in_terminal "env -u NO_COLOR '$program' convert evil*.json; '$program' convert evil.csv --row 1; '$program' convert evil.csv --to-order osa"
+LC_ALL=C grep -qaP '\e\]0;|\e\[3[56]m|\x07|\xc2\x9b|\xe2\x80\xae' "$work/stream" && fail "control characters of the user reach a terminal"
+grep -qF 'evil\x1b]0;title\x07\u009b31m\u202e.json, side' "$work/stream" || fail "no name of a file is escaped in a terminal"
+grep -qF 'c\x1b[36md, side' "$work/stream" || fail "no name of an eye is escaped in a terminal"
+grep -qF ',a\x1b[36mb,' "$work/stream" || fail "no column is escaped in a terminal"
+grep -qF 'e\u202ef,' "$work/stream" || fail "no cell is escaped in a terminal"
+in_terminal "cp evil*.json \"\$(printf 'bad\033]0;title\007.json')\"; echo >>bad*.json x; '$program' convert bad*.json"
+LC_ALL=C grep -qaP '\e\]0;|\x07' "$work/stream" && fail "control characters of the user reach a terminal in an error"
+grep -qF 'bad\x1b]0;title\x07.json: line' "$work/stream" || fail "no name of a file is escaped in an error"
+
 in_terminal "env -u NO_COLOR '$program' simulate '$eyes/perfect_3mm.json' -o out --acuity 1"
 grep -qF "Writing [......" "$work/stream" || fail "no progress bar at the start"
 grep -qF "##############################] 13 of 13" "$work/stream" || fail "no full progress bar in the end"

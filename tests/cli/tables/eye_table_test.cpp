@@ -94,7 +94,7 @@ TEST(EyeTable, RowsOfJsonHaveTheirKeysForColumns) {
 TEST(EyeTable, ANameCannotSteerTheTerminal) {
   Opened opened("name,Z4\n\"a\x1b[2Jb\nc\",1\n", Stated());
   const TableEye row = opened.Next();
-  EXPECT_EQ(row.eye.name, "a?[2Jb?c");
+  EXPECT_EQ(row.eye.name, "a\\x1b[2Jb\\x0ac");
   EXPECT_EQ(row.identifiers, std::vector<std::string>{"a\x1b[2Jb\nc"});  // carried as they are
 }
 
