@@ -23,29 +23,37 @@ fs::path UniqueName(const fs::path& beginning) {
   return fs::path(beginning).concat(ending);
 }
 
-std::error_code WriteFile(const fs::path& file, const std::string& bytes) {
-  std::FILE* const stream = OpenForWriting(file);
-  bool good = stream != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
+std::error_code WriteNewFile(const fs::path& file, const std::string& bytes) {
+  std::FILE* const stream = CreateNewFile(file);
+  if (stream == nullptr) return {errno, std::generic_category()};
+  bool good = std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
   int reason = errno;
-  if (stream != nullptr && std::fclose(stream) != 0 && good) {
+  if (std::fclose(stream) != 0 && good) {
     good = false;
     reason = errno;
   }
-  return good ? std::error_code() : std::error_code(reason, std::generic_category());
+  if (good) return {};
+  std::error_code ignored;
+  fs::remove(file, ignored);
+  return {reason, std::generic_category()};
 }
 
 void ReplaceFile(const fs::path& file, const std::string& bytes) {
   const fs::path part = fs::path(file).concat(kPart);
-  const char* unable = ": cannot be written: ";
-  std::error_code failure = WriteFile(part, bytes);
-  if (!failure) {
-    unable = ": cannot be put in place: ";
-    fs::rename(part, file, failure);
+  std::error_code failure;
+  const fs::file_status left = fs::symlink_status(part, failure);
+  if (fs::is_regular_file(left)) {
+    fs::remove(part, failure);
+  } else if (fs::exists(left)) {
+    throw Error(part.string() + ": is no plain file, and is in the way of a temporary one; remove it");
   }
+  failure = WriteNewFile(part, bytes);
+  if (failure) throw Error(file.string() + ": cannot be written: " + failure.message());
+  fs::rename(part, file, failure);
   if (!failure) return;
   std::error_code ignored;
   fs::remove(part, ignored);
-  throw Error(file.string() + unable + failure.message());
+  throw Error(file.string() + ": cannot be put in place: " + failure.message());
 }
 
 NewFile::NewFile(std::string file, bool replace) : file_(std::move(file)) {
@@ -57,14 +65,15 @@ NewFile::NewFile(std::string file, bool replace) : file_(std::move(file)) {
   }
   if (fs::exists(status) && !replace) Refuse("is there already; choose another name, or let --force replace it");
   staged_ = UniqueName(PathOf(file_));
-  errno = 0;
-  stream_.open(staged_, std::ios::binary);
-  if (!stream_) Refuse(std::string("cannot be written: ") + std::strerror(errno));
+  stream_.reset(CreateNewFile(staged_));
+  if (stream_) return;
+  staged_.clear();  // not ours to remove
+  Refuse(std::string("cannot be written: ") + std::strerror(errno));
 }
 
 NewFile::~NewFile() {
   if (staged_.empty()) return;
-  stream_.close();
+  stream_.reset();
   std::error_code ignored;
   fs::remove(staged_, ignored);
 }
@@ -73,15 +82,13 @@ void NewFile::Refuse(const std::string& reason) const { throw Error(file_ + ": "
 
 void NewFile::Write(const std::string& text) {
   errno = 0;
-  if (!stream_.write(text.data(), static_cast<std::streamsize>(text.size()))) {
+  if (std::fwrite(text.data(), 1, text.size(), stream_.get()) != text.size()) {
     Refuse(std::string("cannot be written: ") + std::strerror(errno));
   }
 }
 
 void NewFile::Commit() {
-  errno = 0;
-  stream_.close();
-  if (!stream_) Refuse(std::string("cannot be written: ") + std::strerror(errno));
+  if (std::fclose(stream_.release()) != 0) Refuse(std::string("cannot be written: ") + std::strerror(errno));
   std::error_code failure;
   fs::rename(staged_, PathOf(file_), failure);
   if (failure) Refuse("cannot be put in place: " + failure.message());

@@ -2,8 +2,9 @@
 #ifndef ORVANEL_CLI_FILES_H
 #define ORVANEL_CLI_FILES_H
 
+#include <cstdio>
 #include <filesystem>
-#include <fstream>
+#include <memory>
 #include <string>
 #include <system_error>
 
@@ -15,11 +16,13 @@ std::filesystem::path UniqueName(const std::filesystem::path& beginning);
 // What the name of a file ends in while ReplaceFile writes it.
 constexpr const char* kPart = ".part";
 
-// Writes a file; the result is an error where any of its bytes cannot be written.
-std::error_code WriteFile(const std::filesystem::path& file, const std::string& bytes);
+// Writes a new file; the result is an error where something of this name is there, or where any of the bytes cannot be
+// written, and then nothing of them stays.
+std::error_code WriteNewFile(const std::filesystem::path& file, const std::string& bytes);
 
 // Puts a file in its place, whole or not at all, whatever was there. For places where one run at a time writes: what a
-// killed one has left of the file is written over. Throws Error.
+// killed one has left of the file is removed first. Throws Error, also where the temporary name belongs to a link or
+// anything else that is no plain file.
 void ReplaceFile(const std::filesystem::path& file, const std::string& bytes);
 
 // A file that comes to its place whole, or not at all: written beside it, and renamed by Commit.
@@ -39,7 +42,7 @@ class NewFile {
 
   std::string file_;
   std::filesystem::path staged_;
-  std::ofstream stream_;
+  std::unique_ptr<std::FILE, decltype(&std::fclose)> stream_{nullptr, &std::fclose};
 };
 
 }  // namespace orvanel::cli

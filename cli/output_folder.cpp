@@ -106,7 +106,7 @@ OutputFolder::~OutputFolder() {
 
 void OutputFolder::Add(const std::string& name, const std::string& bytes) {
   if (!Contains(names_, name)) throw std::logic_error("file not announced: " + name);
-  const std::error_code failure = WriteFile(staging_ / name, bytes);
+  const std::error_code failure = WriteNewFile(staging_ / name, bytes);
   if (failure) Refuse(place_ / name, "cannot be written: " + failure.message());
 }
 

@@ -26,11 +26,16 @@ void HandleSignals(void (*handler)(int));
 // Whether a file descriptor is a terminal that understands escape sequences.
 bool IsTerminal(int descriptor);
 
-// A new or emptied file for bytes; null where errno tells why not.
-std::FILE* OpenForWriting(const std::filesystem::path& file);
+// Makes a file for bytes; null where errno tells why not. Where there is something of this name, a link that leads
+// nowhere included, it is left alone.
+std::FILE* CreateNewFile(const std::filesystem::path& file);
 
-// A file, new or as it is, for bytes at its end; null where errno tells why not.
-std::FILE* OpenForAppending(const std::filesystem::path& file);
+// A file for bytes at its end, made where there is none; null where errno tells why not. No link is followed.
+//   isNew  refuse what is there already, as CreateNewFile does
+std::FILE* OpenForAppending(const std::filesystem::path& file, bool isNew);
+
+// Has the bytes of a file that were written come to the disk, should the system know how to.
+void Synchronise(std::FILE* stream);
 
 // Keeps an open file for this process, until it is closed or the process ends in whatever way; false where another
 // process has it. Where the file system knows no locks, true.

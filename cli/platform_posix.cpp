@@ -15,6 +15,12 @@ namespace {
 // Never read from: bytes in it tell every wait for input, whatever the moment of the signal, to end.
 int endOfWaiting[2] = {-1, -1};
 
+std::FILE* Opened(const std::filesystem::path& file, int flags, const char* mode) {
+  constexpr mode_t kLessTheMask = 0666;
+  const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC | flags, kLessTheMask);
+  return descriptor == -1 ? nullptr : fdopen(descriptor, mode);
+}
+
 }  // namespace
 
 std::vector<std::string> Arguments(int argc, char** argv) { return {argv + (argc > 0 ? 1 : 0), argv + argc}; }
@@ -41,8 +47,14 @@ void HandleSignals(void (*handler)(int)) {
 
 bool IsTerminal(int descriptor) { return isatty(descriptor) == 1; }
 
-std::FILE* OpenForWriting(const std::filesystem::path& file) { return std::fopen(file.c_str(), "wb"); }
-std::FILE* OpenForAppending(const std::filesystem::path& file) { return std::fopen(file.c_str(), "abe"); }
+std::FILE* CreateNewFile(const std::filesystem::path& file) { return Opened(file, O_EXCL, "wb"); }
+
+std::FILE* OpenForAppending(const std::filesystem::path& file, bool isNew) {
+  // Not to wait for a pipe's reader.
+  return Opened(file, O_APPEND | O_NONBLOCK | (isNew ? O_EXCL : 0), "ab");
+}
+
+void Synchronise(std::FILE* stream) { fsync(fileno(stream)); }
 
 bool LockOutOthers(std::FILE* stream) { return flock(fileno(stream), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
 

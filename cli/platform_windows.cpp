@@ -1,6 +1,7 @@
 // The operating system where it is Windows.
 #include <fcntl.h>
 #include <io.h>
+#include <sys/stat.h>
 #include <windows.h>
 // After windows.h, whose types it uses.
 #include <shellapi.h>
@@ -15,6 +16,12 @@ namespace {
 
 // The thread that reads; signal handlers run in another.
 HANDLE reader = nullptr;
+
+std::FILE* Opened(const std::filesystem::path& file, int flags, const char* mode) {
+  constexpr int kRights = _S_IREAD | _S_IWRITE;
+  const int descriptor = _wopen(file.c_str(), _O_WRONLY | _O_CREAT | _O_BINARY | _O_NOINHERIT | flags, kRights);
+  return descriptor == -1 ? nullptr : _fdopen(descriptor, mode);
+}
 
 }  // namespace
 
@@ -52,8 +59,13 @@ bool IsTerminal(int descriptor) {
   return SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
-std::FILE* OpenForWriting(const std::filesystem::path& file) { return _wfopen(file.c_str(), L"wb"); }
-std::FILE* OpenForAppending(const std::filesystem::path& file) { return _wfopen(file.c_str(), L"abN"); }
+std::FILE* CreateNewFile(const std::filesystem::path& file) { return Opened(file, _O_EXCL, "wb"); }
+
+std::FILE* OpenForAppending(const std::filesystem::path& file, bool isNew) {
+  return Opened(file, _O_APPEND | (isNew ? _O_EXCL : 0), "ab");
+}
+
+void Synchronise(std::FILE* stream) { _commit(_fileno(stream)); }
 
 bool LockOutOthers(std::FILE* stream) {
   const auto file = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));

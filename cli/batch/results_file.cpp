@@ -14,12 +14,13 @@
 namespace orvanel::cli {
 namespace fs = std::filesystem;
 
-ResultsFile::ResultsFile(std::string file) : file_(std::move(file)) {
+ResultsFile::ResultsFile(std::string file, bool isNew) : file_(std::move(file)) {
   const fs::path path = PathOf(file_);
   std::error_code ignored;
   if (fs::is_directory(path, ignored)) Refuse("is a folder; give the name of a file");
-  errno = 0;
-  stream_.reset(OpenForAppending(path));
+  if (fs::is_symlink(path, ignored))
+    Refuse("is a symbolic link, which is not followed; give the name of the file itself");
+  stream_.reset(OpenForAppending(path, isNew));
   if (!stream_) Refuse(std::string("cannot be written: ") + std::strerror(errno));
   if (!fs::is_regular_file(path, ignored)) Refuse("is no file that can be gone on with; give the name of a plain file");
   if (!LockOutOthers(stream_.get())) Refuse("is being written by another run; wait for it, or give another name");
@@ -50,6 +51,8 @@ void ResultsFile::Append(const std::string& rows) {
   fs::resize_file(PathOf(file_), size_, ignored);
   Refuse("cannot be written: " + reason + "; all rows in it are whole, and --resume goes on from there");
 }
+
+void ResultsFile::Synchronise() { cli::Synchronise(stream_.get()); }
 
 void ResultsFile::RemoveIfEmpty() {
   if (size_ > 0 || !stream_) return;

@@ -11,8 +11,10 @@ namespace orvanel::cli {
 
 class ResultsFile {
  public:
-  // Opens or makes the file and locks out other runs. Throws Error where it cannot be written or another run writes it.
-  explicit ResultsFile(std::string file);
+  // Opens or makes the file and locks out other runs. Throws Error where it cannot be written, is a link or no plain
+  // file, or another run writes it.
+  //   isNew  nothing of this name must be there
+  ResultsFile(std::string file, bool isNew);
 
   std::uintmax_t size() const { return size_; }
 
@@ -21,6 +23,9 @@ class ResultsFile {
 
   // Adds whole rows at the end. Where they do not all fit, the file is as before, and Error is thrown.
   void Append(const std::string& rows);
+
+  // Has what was added come to the disk.
+  void Synchronise();
 
   // Removes the file, should it be empty: a run that could not begin leaves nothing.
   void RemoveIfEmpty();

@@ -166,7 +166,7 @@ class Batch {
       throw Error(request_.results +
                   ": is there already; --resume goes on with it, --force replaces it; or give another name");
     }
-    file_.emplace(request_.results);
+    file_.emplace(request_.results, !found);
     try {
       if (!request_.planes.empty()) planes_.emplace(request_.planes, request_.planeKinds, record_.chunkRows);
       if (!request_.pictures.empty()) pictures_.emplace(request_.pictures, request_.pictureKinds);

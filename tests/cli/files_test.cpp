@@ -2,8 +2,12 @@
 #include "cli/files.h"
 
 #include <gtest/gtest.h>
+#ifndef _WIN32
+#include <sys/resource.h>
+#endif
 
 #include "cli/error.h"
+#include "cli/platform.h"
 #include "tests/cli/temporary_folder.h"
 
 namespace orvanel::cli {
@@ -67,13 +71,57 @@ TEST(Files, AFileThatCannotBeReplacedLeavesNothing) {
   EXPECT_THROW(ReplaceFile(folder / "no/such/place", "bytes"), Error);
 }
 
-#ifndef _WIN32
-TEST(WriteFile, ReportsAFullDisk) { EXPECT_EQ(WriteFile("/dev/full", "bytes"), std::errc::no_space_on_device); }
-#endif
-
-TEST(WriteFile, ReportsAPlaceThatIsNotThere) {
-  EXPECT_EQ(WriteFile("/nowhere/file", "bytes"), std::errc::no_such_file_or_directory);
+TEST(Files, AFileThatCannotComeToItsPlaceLeavesNothing) {
+  const TemporaryFolder folder;
+  const std::string place = (folder / "new.json").string();
+  {
+    NewFile file(place, false);
+    file.Write("new");
+    std::filesystem::create_directories(folder / "new.json" / "taken");  // meanwhile
+    EXPECT_THROW(file.Commit(), Error);
+  }
+  EXPECT_EQ(Names(folder.path()), std::set<std::string>{"new.json"});
 }
+
+TEST(Files, ANewFileIsNeverWrittenOverAnother) {
+  const TemporaryFolder folder;
+  Write(folder / "old", "old");
+  EXPECT_EQ(WriteNewFile(folder / "old", "new"), std::errc::file_exists);
+  EXPECT_EQ(Read(folder / "old"), "old");
+  EXPECT_EQ(WriteNewFile("/nowhere/file", "bytes"), std::errc::no_such_file_or_directory);
+}
+
+#ifndef _WIN32
+TEST(Files, AFullDiskIsReportedAndLeavesNothing) {
+  const TemporaryFolder folder;
+  const auto fills = [&folder] {
+    HandleSignals([](int) {});
+    const rlimit limit{1000, 1000};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::_Exit(WriteNewFile(folder / "new", std::string(5000, 'x')) == std::errc::file_too_large ? 0 : 1);
+  };
+  EXPECT_EXIT(fills(), testing::ExitedWithCode(0), "");
+  EXPECT_TRUE(Names(folder.path()).empty());
+}
+
+TEST(Files, NoLinkLaidInTheWayIsFollowed) {
+  const TemporaryFolder folder;
+  for (const char* target : {"precious", "nowhere"}) {
+    Write(folder / "precious", "precious");
+    std::filesystem::create_symlink(folder / target, folder / "a.csv.part");
+    EXPECT_THROW(ReplaceFile(folder / "a.csv", "new"), Error) << target;
+    EXPECT_EQ(WriteNewFile(folder / "a.csv.part", "new"), std::errc::file_exists) << target;
+    EXPECT_EQ(Names(folder.path()), (std::set<std::string>{"a.csv.part", "precious"}));
+    EXPECT_EQ(Read(folder / "precious"), "precious");
+    std::filesystem::remove(folder / "a.csv.part");
+  }
+  // A second name of somebody's file is taken away, and the file stays as it is.
+  std::filesystem::create_hard_link(folder / "precious", folder / "a.csv.part");
+  ReplaceFile(folder / "a.csv", "new");
+  EXPECT_EQ(Read(folder / "precious"), "precious");
+  EXPECT_EQ(Read(folder / "a.csv"), "new");
+}
+#endif
 
 }  // namespace
 }  // namespace orvanel::cli

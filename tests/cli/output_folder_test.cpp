@@ -63,6 +63,32 @@ TEST(OutputFolder, IsNotThereBeforeTheCommitAndNeverWithoutOne) {
   EXPECT_EQ(Names(here.path()), NameSet{});
 }
 
+TEST(OutputFolder, ThatCannotComeToItsPlaceLeavesNothing) {
+  const TemporaryFolder here;
+  {
+    OutputFolder folder(here / "out", {"a.png"}, false);
+    folder.Add("a.png", "picture");
+    std::filesystem::create_directories(here / "out/taken");  // meanwhile
+    EXPECT_THROW(folder.Commit(), Error);
+  }
+  EXPECT_EQ(Names(here.path()), NameSet{"out"});
+  EXPECT_EQ(Names(here / "out"), NameSet{"taken"});
+}
+
+TEST(OutputFolder, OneOfWhichAFileCannotComeToItsPlaceSaysSo) {
+  const TemporaryFolder here;
+  RunOnce(here / "out", "first", false);
+  {
+    OutputFolder folder(here / "out", {"a.png", kSummaryFile}, true);
+    folder.Add("a.png", "second");
+    folder.Add(kSummaryFile, SummaryListing(R"("a.png", "summary.json")"));
+    std::filesystem::remove(here / "out/a.png");
+    std::filesystem::create_directories(here / "out/a.png/taken");  // meanwhile
+    EXPECT_THROW(folder.Commit(), Error);
+  }
+  EXPECT_EQ(Names(here / "out"), (NameSet{"a.png", "summary.json"}));
+}
+
 TEST(OutputFolder, MayEndInASlash) {
   const TemporaryFolder here;
   RunOnce(here / "out/", "picture", false);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/error.h"
+#include "cli/platform.h"
 #include "tests/cli/temporary_folder.h"
 
 namespace orvanel::cli {
@@ -13,7 +14,7 @@ TEST(ResultsFile, RowsAreAddedAndCutOff) {
   const TemporaryFolder folder;
   const std::string name = (folder / "r.csv").string();
   {
-    ResultsFile file(name);
+    ResultsFile file(name, true);
     EXPECT_EQ(file.size(), 0U);
     file.Append("a,1,\n");
     file.Append("b,2,\n");
@@ -22,24 +23,24 @@ TEST(ResultsFile, RowsAreAddedAndCutOff) {
     file.Append("c,3,\n");
   }
   EXPECT_EQ(Read(name), "a,1,\nc,3,\n");
-  EXPECT_EQ(ResultsFile(name).size(), 10U);
+  EXPECT_EQ(ResultsFile(name, false).size(), 10U);
 }
 
 TEST(ResultsFile, ASecondRunIsLockedOutUntilTheFirstEnds) {
   const TemporaryFolder folder;
   const std::string name = (folder / "r.csv").string();
   {
-    const ResultsFile first(name);
-    EXPECT_THROW(ResultsFile second(name), Error);
+    const ResultsFile first(name, true);
+    EXPECT_THROW(ResultsFile second(name, false), Error);
   }
-  EXPECT_NO_THROW(ResultsFile third(name));
+  EXPECT_NO_THROW(ResultsFile third(name, false));
 }
 
 TEST(ResultsFile, AnEmptyOneIsRemovedAndNoOther) {
   const TemporaryFolder folder;
-  ResultsFile empty((folder / "empty.csv").string());
+  ResultsFile empty((folder / "empty.csv").string(), true);
   empty.RemoveIfEmpty();
-  ResultsFile full((folder / "full.csv").string());
+  ResultsFile full((folder / "full.csv").string(), true);
   full.Append("a,1,\n");
   full.RemoveIfEmpty();
   EXPECT_EQ(Names(folder.path()), std::set<std::string>{"full.csv"});
@@ -47,8 +48,31 @@ TEST(ResultsFile, AnEmptyOneIsRemovedAndNoOther) {
 
 TEST(ResultsFile, APlaceThatCannotBeWrittenIsRefused) {
   const TemporaryFolder folder;
-  EXPECT_THROW(ResultsFile(folder.path().string()), Error);
-  EXPECT_THROW(ResultsFile((folder / "no" / "r.csv").string()), Error);
+  EXPECT_THROW(ResultsFile(folder.path().string(), false), Error);
+  EXPECT_THROW(ResultsFile((folder / "no" / "r.csv").string(), true), Error);
+}
+
+#ifndef _WIN32
+TEST(ResultsFile, NoLinkIsFollowed) {
+  const TemporaryFolder folder;
+  Write(folder / "precious", "precious");
+  for (const char* target : {"precious", "nowhere"}) {
+    std::filesystem::create_symlink(folder / target, folder / "r.csv");
+    EXPECT_THROW(ResultsFile((folder / "r.csv").string(), false), Error) << target;
+    EXPECT_EQ(OpenForAppending(folder / "r.csv", false), nullptr) << target;
+    EXPECT_EQ(OpenForAppending(folder / "r.csv", true), nullptr) << target;
+    std::filesystem::remove(folder / "r.csv");
+  }
+  EXPECT_EQ(Read(folder / "precious"), "precious");
+  EXPECT_EQ(Names(folder.path()), std::set<std::string>{"precious"});
+}
+#endif
+
+TEST(ResultsFile, ANewOneIsNoOther) {
+  const TemporaryFolder folder;
+  Write(folder / "r.csv", "old");
+  EXPECT_THROW(ResultsFile((folder / "r.csv").string(), true), Error);
+  EXPECT_EQ(Read(folder / "r.csv"), "old");
 }
 
 }  // namespace
