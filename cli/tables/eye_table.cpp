@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "cli/number_text.h"
-#include "cli/visible_text.h"
 #include "cli/spelling.h"
+#include "cli/visible_text.h"
 
 namespace orvanel::cli {
 namespace {
