@@ -3,16 +3,19 @@
 
 Usage: mutate.py check          every mistake of mutations.txt can still be applied, and there are enough
        mutate.py run            try them all, and write the table into docs/testing.md
-       mutate.py go-on [WORD...]  try those that have not been tried, or survived, in files whose names contain a WORD;
-                                the table has what was tried so far
+       mutate.py go-on [WORD...]  try those that the table lacks, or that survived, in files whose names contain a WORD
        mutate.py first N [WORD...]  the same, but no more than N of each file; of the exports all
-       mutate.py table          write the table of what was tried so far
+       mutate.py sample N       try N at random, whether the table has them or not
+       mutate.py table          write the table anew, without those that the list no longer has
+
+The table of docs/testing.md is what is known of earlier runs; it says when each mistake was tried last.
 """
 import collections
+import datetime
 import functools
 import html
-import json
 import pathlib
+import random
 import re
 import shutil
 import subprocess
@@ -24,13 +27,30 @@ LIST = ROOT / "tests/mutation/mutations.txt"
 PAGE = ROOT / "docs/testing.md"
 COPY = ROOT / "build/mutation/tree"
 BUILD = ROOT / "build/mutation/build"
-RESULTS = ROOT / "build/mutation/results.json"
+BEGIN, END = "<!-- mutations begin -->\n", "<!-- mutations end -->"
 LEAST_IN_A_FILE = 5
+LEAST_IN_A_FILE_OF_THE_PROGRAM = 3
 SECONDS = 300  # of one program of tests; a mistake may make a loop endless
 
 PROGRAMS = {"interface": ["interface", "failing_memory", "reference"],
             "optics": ["optics", "memory", "interface", "golden", "reference"],
-            "include": ["optics", "memory", "interface", "golden", "reference"]}
+            "include": ["optics", "memory", "interface", "golden", "reference"],
+            "cli": ["cli", "cases"]}
+CASES = "cases"  # not a program of tests, but what tests/cli/cases runs from outside
+
+# Tests that stand beside another file than the one that they test.
+TESTS_OF = {"cli/pictures/jpeg_decoder.cpp": "tests/cli/pictures/picture_file_test.cpp",
+            "cli/pictures/tiff_decoder.cpp": "tests/cli/pictures/picture_file_test.cpp",
+            "cli/pictures/stb_decoder.cpp": "tests/cli/pictures/picture_file_test.cpp"}
+
+# Of the program, what computes, reads or keeps something.
+PROGRAM_FILES = [f"cli/{name}.cpp" for name in (
+    "conventions/term", "conventions/column_name", "conventions/convention", "conventions/statement",
+    "eyes/eye_file", "eyes/preparation", "tables/csv", "tables/ndjson", "tables/eye_table",
+    "batch/metrics", "batch/join", "batch/run", "batch/run_record", "batch/shard", "batch/statistics",
+    "batch/whole_rows", "population/covariance", "population/covariance_table", "population/random",
+    "refraction", "pupil_rescale", "rms", "pictures/exif", "pictures/tiff_decoder", "pictures/png_damage",
+    "formats/hdf5_stack", "files", "number_text")]
 
 EXPORTS = "interface/exports.cpp"
 CPU = set(pathlib.Path("/proc/cpuinfo").read_text().split())
@@ -84,10 +104,14 @@ def check(mutations):
                for path in sorted((ROOT / folder).glob("*.cpp"))]
     sources += [f"optics/kernels/{name}.h" for name in ("centred", "image", "lines", "modulation",
                                                          "pupil", "spectrum", "vectors", "wavefront")]
-    for source in sources + [EXPORTS, "interface/pattern_asset.cpp"]:
-        if count[source] < LEAST_IN_A_FILE:
+    least = {source: LEAST_IN_A_FILE for source in sources + [EXPORTS, "interface/pattern_asset.cpp"]}
+    least |= {source: LEAST_IN_A_FILE_OF_THE_PROGRAM for source in PROGRAM_FILES}
+    for source, number in least.items():
+        if count[source] < number:
             raise SystemExit(f"tests/mutation/mutations.txt: {source} has {count[source]} mistakes; "
-                             f"give it at least {LEAST_IN_A_FILE}")
+                             f"give it at least {number}")
+    if len({key(mutation) for mutation in mutations}) != len(mutations):
+        raise SystemExit("tests/mutation/mutations.txt: a mistake stands there twice")
 
 
 def copy_sources():
@@ -102,7 +126,7 @@ def copy_sources():
 
 def build(program):
     """The messages of a build that failed; empty for a good one."""
-    target = f"orvanel_{program}_tests"
+    target = "orvanel_program" if program == CASES else f"orvanel_{program}_tests"
     done = subprocess.run(["cmake", "--build", BUILD, "--target", target], capture_output=True, text=True)
     return "" if done.returncode == 0 else done.stdout + done.stderr
 
@@ -111,6 +135,8 @@ def first_failure(program, tests="*"):
     """The test that failed first, or ended the program, or did not end; None if all passed."""
     if messages := build(program):
         return "the compiler: " + next((line for line in messages.splitlines() if "error: " in line), messages)[-80:]
+    if program == CASES:
+        return first_failing_case()
     command = [BUILD / f"bin/orvanel_{program}_tests", "--gtest_fail_fast", "--gtest_color=no", f"--gtest_filter={tests}"]
     try:
         done = subprocess.run(command, cwd=BUILD, capture_output=True, timeout=SECONDS)
@@ -127,10 +153,20 @@ def first_failure(program, tests="*"):
     return (running[-1] if running else f"{program} tests") + end
 
 
+def first_failing_case():
+    """The case of the program that failed first; None if all passed."""
+    done = subprocess.run(["ctest", "--test-dir", BUILD, "-R", r"^program\.", "-E", "formats_read_back", "--stop-on-failure",
+                           "--timeout", str(SECONDS)], capture_output=True, text=True)
+    if done.returncode == 0:
+        return None
+    failed = re.search(r"Test\s+#\d+: (\S+) \.*\*\*\*", done.stdout)
+    return failed.group(1) if failed else "cases of the program"
+
+
 def own_tests(file):
     """The tests beside a source file, as the program and the filter that runs them; none where there are none."""
     source = pathlib.PurePath(file)
-    test = ROOT / "tests" / source.parent / f"{source.stem}_test.cpp"
+    test = ROOT / TESTS_OF.get(file, f"tests/{source.parent}/{source.stem}_test.cpp")
     if not test.exists():
         return []
     suites = sorted(set(re.findall(r"^TEST(?:_F|_P)?\((\w+),", test.read_text(), re.M)))
@@ -164,40 +200,55 @@ def code(text):
     return "<code>" + html.escape(text.strip()).replace("|", "&#124;") + "</code>"
 
 
-def write_page(results, mutations):
-    left_out = [mutation for mutation in mutations if not can_run(mutation)]
-    survivors = [(mutation, found) for mutation, found in results if found is None]
+def key(mutation):
+    return mutation.file, code(mutation.before), code(mutation.after), mutation.occurrence
+
+
+def read_page():
+    """What the table has, as (date, what noticed it or None) by key."""
+    found = {}
+    for row in PAGE.read_text().split(BEGIN)[1].split(END)[0].splitlines():
+        cells = re.fullmatch(r"\| (\S+) \| (<code>.*?</code>)(?: \(place (\d+)\))? \| (<code>.*?</code>) \| (.*?) \| (\S+) \|", row)
+        if cells:
+            file, before, occurrence, after, noticed, date = cells.groups()
+            found[file, before, after, int(occurrence or 1)] = date, None if noticed.startswith("**survives**") else noticed
+    return found
+
+
+def write_page(found, mutations):
+    results = [(mutation, *found[key(mutation)]) for mutation in mutations if key(mutation) in found]
+    untried = [mutation for mutation in mutations if key(mutation) not in found]
+    left_out = [mutation for mutation in untried if not can_run(mutation)]
+    survivors = [(mutation, noticed) for mutation, _, noticed in results if noticed is None]
     unexplained = [mutation for mutation, _ in survivors if not mutation.reason]
     lines = [f"{len(results)} of {len(mutations)} listed mistakes have been tried; tests notice "
              f"{len(results) - len(survivors)}. {len(survivors)} survive, {len(unexplained)} of them unexplained. "
-             f"{len(left_out)} could not be tried: the CPU lacked the instructions.", "", "| file | instead of | there stood | noticed by |",
-             "|---|---|---|---|"]
-    for mutation, found in results:
-        noticed = "**survives**: " + (mutation.reason or "not explained") if found is None else found
-        lines.append(f"| {mutation.file} | {code(mutation.before)} | {code(mutation.after)} | {noticed} |")
-    for mutation in left_out:
-        lines.append(f"| {mutation.file} | {code(mutation.before)} | {code(mutation.after)} | not tried: no {mutation.needs} |")
-    begin, end = "<!-- mutations begin -->\n", "<!-- mutations end -->"
-    page = PAGE.read_text()
-    head, rest = page.split(begin)
-    PAGE.write_text(head + begin + "\n".join(lines) + "\n" + end + rest.split(end)[1])
+             f"{len(untried)} have not been tried" +
+             (f", {len(left_out)} of them for want of a CPU with the instructions." if left_out else "."), "",
+             "| file | instead of | there stood | noticed by | on |", "|---|---|---|---|---|"]
+    for mutation, date, noticed in results:
+        verdict = "**survives**: " + (mutation.reason or "not explained") if noticed is None else noticed
+        place_of = f" (place {mutation.occurrence})" if mutation.occurrence != 1 else ""
+        lines.append(f"| {mutation.file} | {code(mutation.before)}{place_of} | {code(mutation.after)} | {verdict} | {date} |")
+    untried_in = collections.Counter(mutation.file for mutation in untried)
+    if untried_in:
+        lines += ["", "Not tried: " + ", ".join(f"{count} of {file}" for file, count in untried_in.items()) + "."]
+    head, rest = PAGE.read_text().split(BEGIN)
+    PAGE.write_text(head + BEGIN + "\n".join(lines) + "\n" + END + rest.split(END)[1])
 
 
-def key(mutation):
-    return "\n".join([mutation.file, str(mutation.occurrence), mutation.before, mutation.after])
-
-
-def run(mutations, found):
+def run(chosen, found, mutations):
     copy_sources()
     subprocess.run(["cmake", "-S", COPY, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O1",
-                    "-DORVANEL_BUILD_PROGRAM=OFF", "-DORVANEL_BUILD_BENCHMARKS=OFF"], check=True,
+                    "-DORVANEL_BUILD_BENCHMARKS=OFF"], check=True,
                    stdout=subprocess.DEVNULL)
-    for number, mutation in enumerate(mutations, 1):
+    for number, mutation in enumerate(chosen, 1):
         start = time.time()
-        found[key(mutation)] = noticed = try_one(mutation)
-        print(f"{number}/{len(mutations)} {mutation.file}: {mutation.after.strip()} -> {noticed or 'SURVIVES'} "
+        noticed = try_one(mutation)
+        found[key(mutation)] = datetime.datetime.now(datetime.timezone.utc).date().isoformat(), noticed
+        print(f"{number}/{len(chosen)} {mutation.file}: {mutation.after.strip()} -> {noticed or 'SURVIVES'} "
               f"({time.time() - start:.0f} s)", flush=True)
-        RESULTS.write_text(json.dumps(found, indent=1))
+        write_page(found, mutations)
 
 
 def can_run(mutation):
@@ -226,12 +277,27 @@ def first_of_each(number, mutations):
     return chosen
 
 
-def judge(results):
-    for mutation, noticed in results:
-        if noticed is not None and mutation.reason:
+def judge(found, mutations):
+    for mutation in mutations:
+        _, noticed = found.get(key(mutation), (None, ""))
+        if noticed and mutation.reason:
             raise SystemExit(f"noticed, though explained: {mutation.file}: {mutation.after.strip()}")
         if noticed is None and not mutation.reason:
             raise SystemExit(f"survives without a reason: {mutation.file}: {mutation.after.strip()}")
+
+
+def chosen_by(command, words, mutations, found):
+    if command == "table":
+        return []
+    if command == "sample":
+        return random.sample(mutations, min(int(words[0]) if words else 40, len(mutations)))
+    if command == "run":
+        return mutations
+    number = int(words[0]) if command == "first" else len(mutations)
+    words = words[1:] if command == "first" else words
+    return [mutation for mutation in first_of_each(number, mutations)
+            if (not words or any(word in mutation.file for word in words))
+            and found.get(key(mutation), (None, None))[1] is None]
 
 
 def main(command="", *words):
@@ -239,17 +305,12 @@ def main(command="", *words):
     check(mutations)
     if command == "check":
         return
-    if command not in ("run", "go-on", "first", "table"):
+    if command not in ("run", "go-on", "first", "sample", "table"):
         raise SystemExit(__doc__)
-    found = json.loads(RESULTS.read_text()) if command != "run" and RESULTS.exists() else {}
-    if command != "table":
-        number = int(words[0]) if command == "first" else len(mutations)
-        words = words[1:] if command == "first" else words
-        chosen = [m for m in first_of_each(number, mutations) if not words or any(word in m.file for word in words)]
-        run(in_turn([m for m in chosen if can_run(m) and not found.get(key(m))]), found)
-    results = [(m, found[key(m)]) for m in mutations if can_run(m) and key(m) in found]
-    write_page(results, mutations)
-    judge(results)
+    found = read_page()
+    run(in_turn([mutation for mutation in chosen_by(command, words, mutations, found) if can_run(mutation)]), found, mutations)
+    write_page(found, mutations)
+    judge(found, mutations)
 
 
 if __name__ == "__main__":
