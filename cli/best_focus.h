@@ -2,6 +2,8 @@
 #ifndef ORVANEL_CLI_BEST_FOCUS_H
 #define ORVANEL_CLI_BEST_FOCUS_H
 
+#include <cstdint>
+
 #include "cli/conventions/convention.h"
 #include "cli/units.h"
 
@@ -9,15 +11,16 @@ namespace orvanel::cli {
 
 enum class FocusMethod {
   kOptimise,   // the highest Strehl ratio within bounds, by OptimiseFocus
-  kWalkToPsf,  // steps towards a higher Strehl ratio, by searchBestFocusByPsf
-  kWalkToFit,  // steps towards a smaller deviation from a circle, by searchBestFocusByFit
+  kWalkToPsf,  // steps towards a higher Strehl ratio, by WalkByPsf
+  kWalkToFit,  // steps towards a smaller deviation from a circle, by WalkByFit
 };
 
 struct FocusRequest {
   FocusMethod method = FocusMethod::kOptimise;
-  Millimetres step{1e-5};           // of the walks, on the library's defocus coefficient
-  bool astigmatism = false;         // OptimiseFocus varies the two terms of astigmatism too
-  bool withoutAstigmatism = false;  // the walks judge the eye without its astigmatism
+  Millimetres step{1e-5};              // of the walks, on the library's defocus coefficient
+  bool astigmatism = false;            // OptimiseFocus varies the two terms of astigmatism too
+  bool withoutAstigmatism = false;     // the walks judge the eye without its astigmatism
+  std::int64_t maximumTrials = 10000;  // of the walks
 };
 
 // How good an eye is by each measure.
@@ -29,8 +32,8 @@ struct FocusQuality {
 struct BestFocus {
   LibraryCoefficients coefficients;
   FocusQuality before, after;
-  int trials = 0;         // of OptimiseFocus
-  bool converged = true;  // of OptimiseFocus
+  std::int64_t trials = 0;  // wavefronts tried
+  bool converged = true;    // whether the search has come to its end
 };
 
 BestFocus FindBestFocus(const LibraryCoefficients& coefficients, Millimetres pupil, const FocusRequest& request);

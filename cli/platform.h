@@ -43,7 +43,8 @@ bool LockOutOthers(std::FILE* stream);
 
 // ---- Input that a request to stop can end
 
-// A descriptor for bytes; -1 where errno tells why not. Does not wait for the writer of a pipe.
+// A descriptor for bytes, which no other program inherits; -1 where errno tells why not. Does not wait for the writer
+// of a pipe.
 int OpenForReading(const std::filesystem::path& file);
 
 // Waits until a descriptor has bytes or is at its end; false where EndWaiting has been called, before or meanwhile.
@@ -52,14 +53,9 @@ bool WaitForInput(int descriptor);
 // Ends waiting for input, now and from now on. A signal handler may call it.
 void EndWaiting();
 
-// ---- File descriptors, which no other program inherits. Those that fail return -1 and set errno.
-
-// Joins ends[0], which reads, to ends[1], which writes.
-int MakePipe(int ends[2]);
-int Duplicate(int descriptor);
-int Replace(int from, int to);
 void Close(int descriptor);
-// The number of bytes read; 0 at the end.
+
+// The number of bytes read; 0 at the end, -1 where errno tells why not.
 int Read(int descriptor, char* bytes, std::size_t most);
 
 }  // namespace orvanel::cli

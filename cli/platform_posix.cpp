@@ -36,7 +36,7 @@ void OpenStandardDescriptors() {
 }
 
 void HandleSignals(void (*handler)(int)) {
-  if (endOfWaiting[0] == -1 && MakePipe(endOfWaiting) == 0) fcntl(endOfWaiting[1], F_SETFL, O_NONBLOCK);
+  if (endOfWaiting[0] == -1 && pipe2(endOfWaiting, O_CLOEXEC) == 0) fcntl(endOfWaiting[1], F_SETFL, O_NONBLOCK);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     if (std::signal(signal, SIG_IGN) == SIG_IGN) continue;  // as under nohup
     std::signal(signal, handler);
@@ -75,9 +75,6 @@ void EndWaiting() {
   errno = before;
 }
 
-int MakePipe(int ends[2]) { return pipe2(ends, O_CLOEXEC); }
-int Duplicate(int descriptor) { return fcntl(descriptor, F_DUPFD_CLOEXEC, 3); }
-int Replace(int from, int to) { return dup2(from, to); }
 void Close(int descriptor) { close(descriptor); }
 int Read(int descriptor, char* bytes, std::size_t most) { return static_cast<int>(read(descriptor, bytes, most)); }
 

@@ -84,12 +84,6 @@ bool WaitForInput(int /*descriptor*/) { return true; }
 
 void EndWaiting() { CancelSynchronousIo(reader); }
 
-int MakePipe(int ends[2]) {
-  constexpr unsigned kSize = 65536;
-  return _pipe(ends, kSize, _O_BINARY | _O_NOINHERIT);
-}
-int Duplicate(int descriptor) { return _dup(descriptor); }
-int Replace(int from, int to) { return _dup2(from, to); }
 void Close(int descriptor) { _close(descriptor); }
 int Read(int descriptor, char* bytes, std::size_t most) {
   return _read(descriptor, bytes, static_cast<unsigned>(most));

@@ -1,4 +1,4 @@
-// The calls of the library in the order that gives both forms of the star.
+// Runs the engine once for all results of an eye.
 #include "cli/simulation.h"
 
 #include <algorithm>
@@ -7,19 +7,15 @@
 #include <string>
 
 #include "cli/error.h"
-#include "cli/number_text.h"
-#include "cli/trace_capture.h"
+#include "cli/sampling.h"
+#include "cli/sector_star.h"
 #include "orvanel/optics_engine.h"
+#include "orvanel/ring.h"
 
 namespace orvanel::cli {
 namespace {
 
 constexpr std::size_t kSide = ORVANEL_GRID_SIZE;
-constexpr double kLargestHeight = 999.0;  // mm; the library takes what is higher for a sample outside the pupil
-
-void Require(int result, const char* call) {
-  if (result != 1) throw Error(std::string("the library refuses ") + call);
-}
 
 // Root mean square about the mean, and the range.
 void MeasureHeights(Wavefront& wavefront) {
@@ -61,16 +57,15 @@ bool InPupil(std::size_t sample) {
   return x * x + y * y <= kRadius * kRadius;
 }
 
-Wavefront SynthesizeWavefront(Millimetres pupil, const LibraryCoefficients& coefficients) {
-  OpticsEngine engine(ORVANEL_GRID_SIZE);
-  engine.synthesizeWavefront(Bare(coefficients).data(), pupil.value(), 1, 1, 1);
+// The wavefront that the engine holds.
+Wavefront WavefrontOf(const OpticsEngine& engine) {
   Wavefront wavefront;
   wavefront.map.assign(engine.wavefrontPlane.begin(), engine.wavefrontPlane.end());
   for (std::size_t i = 0; i < wavefront.map.size(); ++i) {
     double& w = wavefront.map[i];
     if (!InPupil(i)) {
       w = std::numeric_limits<double>::quiet_NaN();
-    } else if (!(std::abs(w) < kLargestHeight)) {
+    } else if (!(std::abs(w) < kLargestInside)) {
       throw Error("key 'coefficients': the wavefront would be a metre high and more; check the unit");
     }
   }
@@ -79,18 +74,20 @@ Wavefront SynthesizeWavefront(Millimetres pupil, const LibraryCoefficients& coef
   return wavefront;
 }
 
-Ring SeeRing(const RingRequest& request) {
-  Ring ring{request, 0, 0.0, Plane(ORVANEL_PLANE_SAMPLES), Plane(ORVANEL_PLANE_SAMPLES)};
-  TraceCapture capture;
-  const int result = OrvanelGetOrvanel(request.acuity, ring.seen.data(), &ring.effectiveAcuity, ring.original.data(),
-                                       static_cast<int>(request.gap));
-  const std::string trace = capture.Finish();
-  Require(result, "the ring");
-  ring.diameter = DiameterOfTrace(trace);
-  if (ring.diameter == 0) {
-    throw Error("a ring of acuity " + ShortestText(request.acuity) +
-                " would be too small for the samples at this pupil; ask for a lower acuity");
-  }
+// An object as the engine's eye sees it.
+//   stretched  whether the image is stretched to span 0 to 1, and does not keep the object's light
+Plane SeenBy(OpticsEngine& engine, const Plane& object, bool stretched) {
+  Plane seen(ORVANEL_PLANE_SAMPLES);
+  engine.normaliseOutput = stretched ? 1 : 0;
+  engine.PatternRetinalImage(seen.data(), object.data(), ORVANEL_GRID_SIZE);
+  return seen;
+}
+
+Ring SeeRing(OpticsEngine& engine, Millimetres pupil, const RingRequest& request) {
+  Ring ring{request, RingDiameter(pupil, request.acuity), 0.0, Plane(ORVANEL_PLANE_SAMPLES), {}};
+  ring.effectiveAcuity = EffectiveAcuity(pupil, ring.diameter);
+  DrawRing(ring.original.data(), ORVANEL_GRID_SIZE, ring.diameter, static_cast<int>(request.gap));
+  ring.seen = SeenBy(engine, ring.original, false);
   return ring;
 }
 
@@ -127,30 +124,27 @@ std::array<double, ORVANEL_COEFFICIENTS> Bare(const LibraryCoefficients& coeffic
 Millimetres Wavelength() { return Millimetres(kWavelength); }
 
 Simulation Simulate(Millimetres pupil, const LibraryCoefficients& coefficients, const std::vector<RingRequest>& rings) {
+  OpticsEngine engine(ORVANEL_GRID_SIZE);
   Simulation s;
   s.pupil = pupil;
   s.coefficients = coefficients;
-  s.wavefront = SynthesizeWavefront(pupil, coefficients);
-  for (Plane* plane : {&s.psf, &s.mtf, &s.starOriginal, &s.starStretched, &s.starTotalLight}) {
-    plane->resize(ORVANEL_PLANE_SAMPLES);
-  }
+  engine.synthesizeWavefront(Bare(coefficients).data(), pupil.value(), 1, 1, 1);
+  s.wavefront = WavefrontOf(engine);
 
-  OrvanelInputPupil(pupil.value());
-  Require(OrvanelInputZer(Bare(coefficients).data()), "the coefficients");
-  double halfWidth, range;
-  Require(OrvanelGetPSF(s.psf.data(), &s.strehl, &halfWidth), "the point spread function");
-  Require(OrvanelGetMTF(s.mtf.data(), &range), "the modulation transfer function");
-  Require(OrvanelGetMTFGraph(s.rowSection.data(), s.columnSection.data(), s.diffractionLimit.data(), &range),
-          "the sections");
-  s.psfHalfWidth = Millimetres(halfWidth);
-  s.frequencyRange = CyclesPerDegree(range);
+  s.mtf.resize(ORVANEL_PLANE_SAMPLES);
+  double step = 0.0;
+  engine.ComputeMtf(kWavelength, s.mtf.data(), &step, s.rowSection.data(), s.columnSection.data(),
+                    s.diffractionLimit.data(), ORVANEL_GRID_SIZE);
+  s.psf.assign(engine.psfPlane.begin(), engine.psfPlane.end());
+  s.strehl = engine.strehlRatio;
+  s.psfHalfWidth = PsfHalfWidth(pupil);
+  s.frequencyRange = FrequencyRange(pupil);
   RequireFinite(s);
 
-  // Before any ring the star is stretched; after one it keeps its total light.
-  Require(OrvanelGetPattern(s.starStretched.data()), "the star");
-  Require(OrvanelGetPatternOriginal(s.starOriginal.data()), "the original star");
-  for (const RingRequest& request : rings) s.rings.push_back(SeeRing(request));
-  Require(OrvanelGetPattern(s.starTotalLight.data()), "the star");
+  s.starOriginal = SectorStar();
+  s.starStretched = SeenBy(engine, s.starOriginal, true);
+  s.starTotalLight = SeenBy(engine, s.starOriginal, false);
+  for (const RingRequest& request : rings) s.rings.push_back(SeeRing(engine, pupil, request));
   return s;
 }
 

@@ -1,4 +1,4 @@
-// One eye through the library: every result that its exports give, and the wavefront map.
+// One eye through the library: every result that its exports give too, and the wavefront map.
 #ifndef ORVANEL_CLI_SIMULATION_H
 #define ORVANEL_CLI_SIMULATION_H
 
@@ -59,8 +59,8 @@ std::array<double, ORVANEL_COEFFICIENTS> Bare(const LibraryCoefficients& coeffic
 // The library's one wavelength.
 Millimetres Wavelength();
 
-// Runs the library, with at least one ring. Throws Error where the numbers are so far from any eye's that the results
-// would mean nothing, and where a ring is too small to be drawn.
+// Computes all results, those of any number of rings among them. Throws Error where the numbers are so far from any
+// eye's that the results would mean nothing, and where a ring is too small to be drawn.
 Simulation Simulate(Millimetres pupil, const LibraryCoefficients& coefficients, const std::vector<RingRequest>& rings);
 
 }  // namespace orvanel::cli

@@ -10,13 +10,13 @@
 #include "optics/mtf.h"
 #include "optics/samples.h"
 #include "orvanel/orvanel.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel {
 namespace {
 
 constexpr int kDone = 1;
 constexpr int kRefused = 0;
-constexpr double kStepsToRange = 127.5;  // MTF samples from the centre to the frequency range
 
 ModuleState module;
 
@@ -89,7 +89,7 @@ int OrvanelInputZer(const double* coefficients) noexcept {
   module.engine->synthesizeWavefront(module.coefficients.data(), module.pupilDiameter, 1, 1, 1);
   module.engine->ComputeMtf(module.wavelength, module.mtfPlane.data(), &frequencyStep, nullptr, nullptr, nullptr,
                             ORVANEL_GRID_SIZE);
-  module.mtfFrequencyRange = frequencyStep * kStepsToRange;
+  module.mtfFrequencyRange = FrequencyRange(ORVANEL_GRID_SIZE, frequencyStep);
   return kDone;
 }
 

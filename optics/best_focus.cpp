@@ -34,16 +34,15 @@ std::vector<PupilPoint> CollectPupil(const OpticsEngine& engine) {
   return points;
 }
 
-// The circle r^2 + w^2 + a w + b = 0, its centre on the w axis.
-struct Circle {
-  double a;
-  double b;
+// Least squares by the normal equations: normal * (a, b) = right.
+struct NormalEquations {
+  Matrix normal{2, 2};
+  Matrix right{2, 1};
 };
 
-// Least squares by the normal equations; a = b = 0 where they have no solution.
-Circle FitCircle(const std::vector<PupilPoint>& points) {
-  Matrix normal(2, 2);
-  Matrix right(2, 1);
+NormalEquations EquationsOf(const std::vector<PupilPoint>& points) {
+  NormalEquations equations;
+  auto& [normal, right] = equations;
   for (const auto [r, w] : points) {
     const double square = r * r + w * w;
     normal(0, 0) += w * w;
@@ -53,44 +52,78 @@ Circle FitCircle(const std::vector<PupilPoint>& points) {
   }
   normal(1, 0) = normal(0, 1);
   normal(1, 1) = static_cast<double>(points.size());
-  const Matrix solution = normal.inv() * right;
-  if (solution.rows() != 2) return {0.0, 0.0};
-  return {solution(0, 0), solution(1, 0)};
+  return equations;
 }
+
+// Walks c4 of these coefficients, by the value of the wavefront that the engine holds for each trial.
+template <class Value, class Gains>
+WalkResult WalkDefocus(OpticsEngine& engine, const double* coefficients, double diameter, double step,
+                       int includeAstigmatism, Value value, Gains gains, std::int64_t maximumTrials) {
+  std::array<double, kCoefficients> c{};
+  std::copy_n(coefficients, c.size(), c.begin());
+  const auto valueOfTrial = [&] {
+    engine.synthesizeWavefront(c.data(), diameter, includeAstigmatism, 0, 1);
+    return value(engine);
+  };
+  return Walk(c[kDefocus], step, valueOfTrial, gains, maximumTrials);
+}
+
+double StrehlOfTrial(OpticsEngine& engine) { return engine.ComputeStrehl(kSearchWavelength); }
 
 }  // namespace
 
-double DeviationFromCircle(const OpticsEngine& engine) {
-  const std::ofstream sideEffect("tmp_test.txt");  // created or emptied while the fit runs; hosts may rely on it
+CircleFit FitCircle(const OpticsEngine& engine) {
   const std::vector<PupilPoint> points = CollectPupil(engine);
-  const auto [a, b] = FitCircle(points);
+  const auto [normal, right] = EquationsOf(points);
+  CircleFit fit;
+  const Matrix inverse = normal.inv();
+  fit.solved = inverse.rows() == 2;  // 1 x 1 where there is no inverse
+  if (fit.solved) {
+    const Matrix solution = inverse * right;
+    fit.a = solution(0, 0);
+    fit.b = solution(1, 0);
+  }
   double sum = 0.0;
   for (const auto [r, w] : points) {
-    const double fitted = (-a - std::sqrt(std::fabs(a * a - 4 * (r * r + b)))) * 0.5;
+    const double fitted = (-fit.a - std::sqrt(std::fabs(fit.a * fit.a - 4 * (r * r + fit.b)))) * 0.5;
     sum += (w - fitted) * (w - fitted);
   }
-  return std::sqrt(sum / static_cast<double>(points.size()));
+  fit.deviation = std::sqrt(sum / static_cast<double>(points.size()));
+  return fit;
+}
+
+double DeviationFromCircle(const OpticsEngine& engine) {
+  const std::ofstream sideEffect("tmp_test.txt");  // created or emptied while the fit runs; hosts may rely on it
+  const CircleFit fit = FitCircle(engine);
+  if (!fit.solved) {
+    const NormalEquations unsolved;
+    unsolved.normal.inv() * unsolved.right;  // for the matrix library's message of sizes, which hosts may rely on too
+  }
+  return fit.deviation;
+}
+
+WalkResult OpticsEngine::WalkByPsf(const double* coefficients, double diameter, const FocusWalk& walk) {
+  return WalkDefocus(*this, coefficients, diameter, walk.step, walk.astigmatism ? 1 : 0, StrehlOfTrial,
+                     std::greater<>(), walk.maximumTrials);
+}
+
+WalkResult OpticsEngine::WalkByFit(const double* coefficients, double diameter, const FocusWalk& walk) {
+  const auto deviation = [](OpticsEngine& engine) { return FitCircle(engine).deviation; };
+  return WalkDefocus(*this, coefficients, diameter, walk.step, walk.astigmatism ? 1 : 0, deviation, std::less<>(),
+                     walk.maximumTrials);
 }
 
 void OpticsEngine::searchBestFocusByPsf(double* coefficients, double diameter, double step, int includeAstigmatism) {
-  std::array<double, kCoefficients> c{};
-  std::copy_n(coefficients, c.size(), c.begin());
-  const auto strehlOfTrial = [&] {
-    synthesizeWavefront(c.data(), diameter, includeAstigmatism, 0, 1);
-    return ComputeStrehl(kSearchWavelength);
-  };
-  coefficients[kDefocus] = Walk(c[kDefocus], step, strehlOfTrial, std::greater<>());
+  coefficients[kDefocus] =
+      WalkDefocus(*this, coefficients, diameter, step, includeAstigmatism, StrehlOfTrial, std::greater<>(), kNoLimit)
+          .defocus;
   FormPsf(kSearchWavelength);  // of the last trial
 }
 
 void OpticsEngine::searchBestFocusByFit(double* coefficients, double diameter, double step, int includeAstigmatism) {
-  std::array<double, kCoefficients> c{};
-  std::copy_n(coefficients, c.size(), c.begin());
-  const auto deviationOfTrial = [&] {
-    synthesizeWavefront(c.data(), diameter, includeAstigmatism, 0, 1);
-    return DeviationFromCircle(*this);
-  };
-  coefficients[kDefocus] = Walk(c[kDefocus], step, deviationOfTrial, std::less<>());
+  coefficients[kDefocus] =
+      WalkDefocus(*this, coefficients, diameter, step, includeAstigmatism, DeviationFromCircle, std::less<>(), kNoLimit)
+          .defocus;
 }
 
 }  // namespace orvanel

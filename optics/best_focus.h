@@ -2,19 +2,27 @@
 #ifndef ORVANEL_OPTICS_BEST_FOCUS_H
 #define ORVANEL_OPTICS_BEST_FOCUS_H
 
+#include <cstdint>
+#include <limits>
+
 #include "orvanel/optics_engine.h"
 
 namespace orvanel {
 
-// Walks `position` in steps while `gains(value(), best)`, turns round once at the first loss, and returns the last
-// position that gained. value() judges the position as it stands.
+constexpr std::int64_t kNoLimit = std::numeric_limits<std::int64_t>::max();
+
+// Walks `position` in steps while `gains(value(), best)`, turns round once at the first loss, and ends at the second,
+// or after maximumTrials values. value() judges the position as it stands. The result has the last position that
+// gained.
 template <class Value, class Gains>
-double Walk(double& position, double step, Value value, Gains gains) {
+WalkResult Walk(double& position, double step, Value value, Gains gains, std::int64_t maximumTrials = kNoLimit) {
   double best = value();
+  std::int64_t trials = 1;
   bool turned = false;
-  for (;;) {
+  while (trials < maximumTrials) {
     position = position + step;
     const double trial = value();
+    ++trials;
     if (gains(trial, best)) {
       best = trial;
     } else if (!turned) {
@@ -22,9 +30,10 @@ double Walk(double& position, double step, Value value, Gains gains) {
       step = step * -1.0;
       turned = true;
     } else {
-      return position - step;
+      return {position - step, best, trials, true};
     }
   }
+  return {position, best, trials, false};
 }
 
 }  // namespace orvanel

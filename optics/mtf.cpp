@@ -8,12 +8,12 @@
 #include "optics/fft.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel {
 namespace {
 
 constexpr double kTwoOverPi = 0.636619772367582;
-constexpr double kDegreesPerRadian = 57.29577951308239;
 constexpr int kLog2OfGrid = 8;  // of the one grid this is meant for
 
 double Modulus(double re, double im) { return std::sqrt(re * re + im * im); }
@@ -32,11 +32,6 @@ void DiffractionLimit(double psfHalfWidth, int pupilSamples, int count, double* 
     const double x = (2 * psfHalfWidth / (pupilSamples - 1)) * i * (1.0 / (2 * psfHalfWidth));
     limit[i] = (ArcCosine(x) - x * std::sqrt(1.0 - x * x)) * kTwoOverPi;
   }
-}
-
-double FrequencyStep(int n, double psfHalfWidth, double focalLength) {
-  const double degreesPerMillimetre = ArcTangent(1.0 / focalLength) * kDegreesPerRadian;
-  return 2 * ((n * 0.25) / psfHalfWidth) / degreesPerMillimetre / (n - 1);
 }
 
 bool OpticsEngine::ComputeMtf(double wavelength, double* mtfOut, double* frequencyStep, double* rowSection,

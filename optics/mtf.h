@@ -13,10 +13,6 @@ void CutSections(const double* mtf, int n, int count, double* rowSection, double
 // Source: Goodman, Introduction to Fourier Optics, 6.3.
 void DiffractionLimit(double psfHalfWidth, int pupilSamples, int count, double* limit);
 
-// Cycles per degree from one MTF sample to the next; (n - 1)/2 of these steps make the frequency n/2 samples from the
-// centre.
-double FrequencyStep(int n, double psfHalfWidth, double focalLength);
-
 }  // namespace orvanel
 
 #endif  // ORVANEL_OPTICS_MTF_H

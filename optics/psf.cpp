@@ -7,21 +7,15 @@
 #include "optics/fft.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel {
-namespace {
-
-constexpr double kFocalLength = 17.0;        // of the reduced eye, mm
-constexpr double kTwoPi = 6.28318530717958;  // shorter than 2 pi in double precision; results depend on it
-constexpr double kLargestInside = 999.0;     // wavefront values above this mark the outside of the pupil
-
-}  // namespace
 
 void PupilFunction(const double* wavefront, double wavelength, int n, double* re, double* im) {
   for (std::size_t i = 0; i < SampleCount(n); ++i) {
     const double w = wavefront[i];
     const bool inside = w <= kLargestInside;
-    const SineCosine field = inside ? SineAndCosine((w / wavelength) * kTwoPi) : SineCosine{0.0, 0.0};
+    const SineCosine field = inside ? SineAndCosine((w / wavelength) * kShortTwoPi) : SineCosine{0.0, 0.0};
     re[i] = field.cosine;
     im[i] = field.sine;
   }
@@ -88,7 +82,7 @@ void OpticsEngine::FormPsf(double wavelength) {
   psfWavelength = wavelength;
   focalLength = kFocalLength;
   otfValid = 0;
-  psfHalfWidth = (pupilSamples - 1) / 4 * focalLength * wavelength / pupilDiameter;
+  psfHalfWidth = PsfHalfWidth(pupilSamples, wavelength, pupilDiameter, focalLength);
 
   // Field and intensity on the retina. The brightest sample comes to the centre: tilt only displaces the image.
   double brightest = 0.0;

@@ -1,5 +1,4 @@
-// The broken-ring optotype: outer diameter D, stroke and gap D/5, black on white, without anti-aliasing.
-// Proportions: the ring of ISO 8596.
+// Draws the broken-ring optotype without anti-aliasing.
 #include "optics/ring.h"
 
 #include <algorithm>
@@ -72,6 +71,11 @@ void OpenGap(double* plane, int n, int diameter, int gapDirection) {
   }
 }
 
+void DrawRing(double* plane, int n, int diameter, int gapDirection, const Kernels* kernels) {
+  DrawClosedRing(plane, n, diameter, kernels);
+  if (gapDirection >= 1 && gapDirection <= 4) OpenGap(plane, n, diameter, gapDirection);
+}
+
 }  // namespace
 
 int RingDiameter(const RingScale& scale, double acuity) {
@@ -92,14 +96,17 @@ GapRange GapAcross(int diameter, int n) {
   return {n / 2 - halfWidth + (IsEven(diameter) ? 1 : 0), n / 2 + halfWidth};
 }
 
+void DrawRing(double* plane, int n, int diameter, int gapDirection) {
+  DrawRing(plane, n, diameter, gapDirection, nullptr);
+}
+
 void OpticsEngine::DrawRingOptotype(double* plane, int n, double acuity, double* effectiveAcuity,
                                     int gapDirection) const {
   const RingScale scale{n, gridSize, psfHalfWidth, focalLength};
   const int diameter = RingDiameter(scale, acuity);
   Trace(acuity, diameter);
   *effectiveAcuity = EffectiveAcuity(scale, diameter);
-  DrawClosedRing(plane, n, diameter, n == kKernelGrid ? workspace_->kernels : nullptr);
-  if (gapDirection >= 1 && gapDirection <= 4) OpenGap(plane, n, diameter, gapDirection);
+  DrawRing(plane, n, diameter, gapDirection, n == kKernelGrid ? workspace_->kernels : nullptr);
 }
 
 }  // namespace orvanel

@@ -1,23 +1,10 @@
-// Size and gap of the broken-ring optotype.
+// The gap of the broken-ring optotype.
 #ifndef ORVANEL_OPTICS_RING_H
 #define ORVANEL_OPTICS_RING_H
 
+#include "orvanel/ring.h"
+
 namespace orvanel {
-
-// The retinal sampling that a ring is drawn on: n samples of the plane to draw, gridSize of the engine's.
-struct RingScale {
-  int n;
-  int gridSize;
-  double psfHalfWidth;  // mm
-  double focalLength;   // mm
-};
-
-// Outer diameter in samples for a decimal acuity: two less than the truncated raw size, rounded up to a multiple of
-// five. Negative for a negative acuity, and at the ends of int where it would lie beyond.
-int RingDiameter(const RingScale& scale, double acuity);
-
-// The acuity whose raw size is exactly the diameter.
-double EffectiveAcuity(const RingScale& scale, int diameter);
 
 // First and last index across the gap of a ring in a plane of n samples a side; none if first > last.
 struct GapRange {

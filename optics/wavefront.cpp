@@ -8,6 +8,7 @@
 #include "optics/samples.h"
 #include "optics/workspace.h"
 #include "optics/zernike.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel {
 namespace {
@@ -86,7 +87,7 @@ void OpticsEngine::synthesizeWavefront(const double* coefficients, double diamet
   psfWavelength = 0.0;
   pupilDiameter = diameter;
   normaliseOutput = 1;
-  pupilSamples = n / 2 + 1;
+  pupilSamples = PupilSamples(n);
 
   // Whoever has looked at the coordinates finds outside the pupil what he left there.
   SampledPupil& pupil = workspace_->pupil;

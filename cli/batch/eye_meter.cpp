@@ -4,9 +4,9 @@
 #include <cmath>
 #include <utility>
 
-#include "cli/batch/sampling.h"
 #include "cli/error.h"
 #include "cli/eyes/preparation.h"
+#include "cli/sampling.h"
 
 namespace orvanel::cli {
 namespace {
@@ -34,11 +34,10 @@ EyeMeter::EyeMeter(MetricChoice choice, bool planes)
 void EyeMeter::Compute(const Eye& eye) {
   if (cost_ == Cost::kCoefficients) return;
   const auto coefficients = Bare(ToLibrary(eye.convention, eye.coefficients));
-  // The engine takes what is higher for a sample outside the pupil; no polynomial exceeds 1.
-  constexpr double kLargestHeight = 999.0;  // mm
+  // No polynomial exceeds 1.
   double height = 0.0;
   for (const double c : coefficients) height += std::abs(c);
-  if (!(height < kLargestHeight)) throw Error("the wavefront may be a metre high; check the unit of the coefficients");
+  if (!(height < kLargestInside)) throw Error("the wavefront may be a metre high; check the unit of the coefficients");
   engine_.synthesizeWavefront(coefficients.data(), eye.pupil.value(), 1, 1, 1);
   if (cost_ == Cost::kStrehl) {
     measured_.strehl = engine_.ComputeStrehl(kWavelength);

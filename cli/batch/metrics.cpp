@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "cli/batch/sampling.h"
 #include "cli/error.h"
 #include "cli/number_text.h"
 #include "cli/refraction.h"
 #include "cli/rms.h"
+#include "cli/sampling.h"
 
 namespace orvanel::cli {
 namespace {
@@ -118,10 +118,6 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
 
 void AddRing(const MeasuredEye& eye, double acuity, Numbers& values) {
   const int diameter = RingDiameter(eye.eye->pupil, acuity);
-  if (diameter <= 0) {
-    throw Error("a ring of acuity " + ShortestText(acuity) +
-                " would be too small for the samples at this pupil; ask for a lower acuity");
-  }
   values.push_back(EffectiveAcuity(eye.eye->pupil, diameter));
   values.push_back(Acuity(diameter, eye.scales.optical));
 }

@@ -77,15 +77,4 @@ void Painter::Paint(std::size_t row, EyeMeter& meter) {
   }
 }
 
-Plane SectorStar() {
-  constexpr std::array<double, ORVANEL_COEFFICIENTS> kFlat{};
-  Plane star(ORVANEL_PLANE_SAMPLES);
-  OrvanelInputPupil(3.0);  // of no importance, but needed
-  if (OrvanelInputZer(kFlat.data()) != 1 || OrvanelGetPattern(star.data()) != 1 ||
-      OrvanelGetPatternOriginal(star.data()) != 1) {
-    throw Error("the library refuses to draw the star");
-  }
-  return star;
-}
-
 }  // namespace orvanel::cli

@@ -49,9 +49,6 @@ class Painter {
   std::optional<PreparedObject> prepared_;
 };
 
-// The library's sector star.
-Plane SectorStar();
-
 }  // namespace orvanel::cli
 
 #endif  // ORVANEL_CLI_BATCH_PICTURE_FILES_H

@@ -18,6 +18,7 @@
 #include "cli/interruption.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
+#include "cli/sector_star.h"
 #include "cli/tables/csv.h"
 #include "cli/terminal.h"
 

@@ -34,7 +34,8 @@ constexpr const char* kFocusNotes =
     "  psf       steps of defocus as long as the Strehl ratio grows; ends on the first hill\n"
     "  fit       steps of defocus as long as the wavefront comes nearer to a circle whose radius at the edge is the "
     "pupil\n"
-    "            value; for most eyes that goes on far beyond focus, so that small steps take very long\n"
+    "            value; for most eyes that goes on far beyond focus\n"
+    "psf and fit stop with an error after 10000 wavefronts; larger steps then help.\n"
     "The change is told in dioptres of mean sphere: the refraction that the eye at its best has less.\n";
 
 struct FocusCommand {
@@ -49,17 +50,24 @@ struct FocusCommand {
 constexpr std::size_t kDefocus = 4;
 
 std::string SearchText(const FocusCommand& command, const BestFocus& best) {
-  const std::string step = "steps of " + ShortestText(command.step.value()) + " um (orthonormal)";
+  const std::string trials = "; " + std::to_string(best.trials) + " wavefronts tried";
+  const std::string steps = "in steps of " + ShortestText(command.step.value()) + " um (orthonormal)" + trials;
   switch (command.request.method) {
     case FocusMethod::kOptimise:
-      return "OptimiseFocus, which makes the Strehl ratio large; " + std::to_string(best.trials) +
-             " wavefronts tried, " + (best.converged ? "converged" : "not converged");
+      return "within bounds, by the Strehl ratio" + trials + (best.converged ? ", converged" : ", not converged");
     case FocusMethod::kWalkToPsf:
-      return "searchBestFocusByPsf, which makes the Strehl ratio large, in " + step;
+      return "by the Strehl ratio, " + steps;
     case FocusMethod::kWalkToFit:
-      return "searchBestFocusByFit, which makes the deviation from a circle small, in " + step;
+      return "by the deviation from a circle, " + steps;
   }
   return {};
+}
+
+// A walk that is stopped in the middle has found nothing.
+void RequireEnd(const FocusCommand& command, const BestFocus& best) {
+  if (command.request.method == FocusMethod::kOptimise || best.converged) return;
+  throw Error("the walk in steps of " + ShortestText(command.step.value()) + " um has not come to an end after " +
+              std::to_string(best.trials) + " wavefronts; give a larger --step, or let --method optimise search");
 }
 
 std::string BeforeAfter(const std::string& before, const std::string& after, const std::string& unit) {
@@ -117,6 +125,7 @@ void RunFocus(const FocusCommand& command) {
       const StopAtOnce stop;
       best = FindBestFocus(library, before.pupil, command.request);
     }
+    RequireEnd(command, best);
     after = before;
     if (after.coefficients.size() <= 5) after.coefficients.resize(6);
     before.coefficients.resize(after.coefficients.size());

@@ -22,16 +22,12 @@
 #include <new>
 #include <optional>
 
+#include "orvanel/constants.h"
 #include "orvanel/grid_plane.h"
 #include "orvanel/lazy_plane.h"
 #include "orvanel/prepared_object.h"
 
 namespace orvanel {
-
-constexpr int kCoefficients = 28;                            // Zernike terms of radial orders 0 to 6
-constexpr double kWavelength = 0x1.340cf7e020e77p-11;        // 587.56 nm in millimetres, the library's one wavelength
-constexpr double kSearchWavelength = 0x1.340cf7e020e78p-11;  // the next double, that of the searches and of white light
-constexpr double kWavefrontOutside = 1000.0;                 // marks wavefront samples outside the pupil
 
 // What OptimiseFocus varies: every coefficient by up to halfRange to either side of its start.
 struct FocusSearch {
@@ -48,6 +44,29 @@ struct FocusResult {
   double strehl;                                   // of these coefficients
   int trials;                                      // wavefronts tried
   bool converged;                                  // to the tolerance, before maximumTrials and off the bounds
+};
+
+// How the walks WalkByPsf and WalkByFit go.
+struct FocusWalk {
+  double step;                         // mm, of c4
+  bool astigmatism = true;             // false leaves the terms of astigmatism out
+  std::int64_t maximumTrials = 10000;  // wavefronts tried at most
+};
+
+// Where a walk ended.
+struct WalkResult {
+  double defocus;       // c4 of the best trial, mm
+  double value;         // what the walk judges by, at the best trial
+  std::int64_t trials;  // wavefronts tried
+  bool converged;       // both neighbours of the best trial were tried and are no better
+};
+
+// The circle r^2 + w^2 + a w + b = 0 fitted to a wavefront by least squares.
+struct CircleFit {
+  double a = 0.0;          // mm
+  double b = 0.0;          // mm^2
+  double deviation = 0.0;  // the root mean square of the wavefront minus the circle, mm
+  bool solved = false;     // false for a nearly flat wavefront, where a = b = 0
 };
 
 // The instruction set that new engines compute with, for the record: "baseline", "avx2" or "avx512". Results are the
@@ -185,6 +204,11 @@ class OpticsEngine {
   // wavefront the fit has no solution: the matrix library then prints its message of sizes, and a = b = 0.
   void searchBestFocusByFit(double* coefficients, double diameter, double step, int includeAstigmatism);
 
+  // The same two walks for programs of today: bounded, silent, and without a file. They change none of the
+  // coefficients. The engine is left with the wavefront of the last trial.
+  WalkResult WalkByPsf(const double* coefficients, double diameter, const FocusWalk& walk);
+  WalkResult WalkByFit(const double* coefficients, double diameter, const FocusWalk& walk);
+
   // The second-order coefficients of the best Strehl ratio within bounds: c4, or c3, c4 and c5. Along a line it tries
   // points an eighth of a wave apart, twice as many as the Strehl ratio has room to vary between, and refines around
   // each that comes near to the best; with several local maxima it thus finds the highest along the line. Three
@@ -228,8 +252,11 @@ class OpticsEngine {
   std::unique_ptr<Workspace> workspace_;
 };
 
-// What searchBestFocusByFit makes small: the root mean square, in mm, of the wavefront held by the engine minus the
-// circle fitted to it. Creates or empties "tmp_test.txt", as the search does.
+// The circle that fits the wavefront held by the engine. Prints nothing and leaves no file.
+CircleFit FitCircle(const OpticsEngine& engine);
+
+// What searchBestFocusByFit makes small: the deviation of that circle. Creates or empties "tmp_test.txt" and prints the
+// matrix library's message where the fit has no solution, as the search does.
 double DeviationFromCircle(const OpticsEngine& engine);
 
 }  // namespace orvanel

@@ -7,12 +7,10 @@
 #define ORVANEL_OPTICS_KERNELS_PUPIL_H
 
 #include "optics/kernels/lines.h"
+#include "orvanel/constants.h"
 
 namespace orvanel::ORVANEL_KERNELS {
 namespace {
-
-constexpr double kLargestInside = 999.0;     // wavefront values above this mark the outside of the pupil
-constexpr double kTwoPi = 6.28318530717958;  // shorter than 2 pi in double precision; results depend on it
 
 // Absolute error of SineAndCosine. In units of 2^-53, where x is reduced to 1/2 .. pi/4, which is the worst: two
 // roundings of the reduced angle, 1/2 each, times the derivative, at most 0.88; the last sum, 1/2; the terms before it,
@@ -61,7 +59,7 @@ ORVANEL_INLINE SinCos SineAndCosine(V x) {
 ORVANEL_INLINE Complex PupilFunction(V w, V wavelength, const Tables& tables) {
   const Mask inside = w <= kLargestInside;
   if (!Any(inside)) return Complex(V{}, V{});
-  const V phase = (w / wavelength) * kTwoPi;
+  const V phase = (w / wavelength) * kShortTwoPi;
   SinCos field = SineAndCosine(phase);
   const V size = Bits(Bits(phase) & 0x7fffffffffffffff);
   const Mask large = (size > kLargestAngle) & inside;

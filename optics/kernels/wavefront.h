@@ -6,12 +6,12 @@
 #define ORVANEL_OPTICS_KERNELS_WAVEFRONT_H
 
 #include "optics/kernels/vectors.h"
+#include "orvanel/constants.h"
 
 namespace orvanel::ORVANEL_KERNELS {
 namespace {
 
 constexpr int kRadius = 64;
-constexpr double kOutside = 1000.0;
 
 // W at (X, Y), (-X, Y), (X, -Y) and (-X, -Y).
 struct Quadrants {
@@ -100,7 +100,7 @@ void Synthesize(const double* coefficients, int firstOrder, double* wavefront) {
       const Mask inside = offset * offset <= Splat(kRadius * kRadius - dy * dy);
       const V x = offset * spacing;
       const Quadrants q = WavefrontAt(x, y, coefficients, firstOrder);
-      const V outside = Splat(kOutside);
+      const V outside = Splat(kWavefrontOutside);
       const int right = centre + dx;
       const int left = centre - dx - kWidth + 1;  // of the mirrored vector's first lane
       Store(wavefront + down + right, Select(inside, q.w[0], outside));
@@ -110,13 +110,13 @@ void Synthesize(const double* coefficients, int firstOrder, double* wavefront) {
     }
     // Columns 128 - dx + 1 to 128 + dx - 1 are written; the others lie outside.
     for (int c = dx; c < centre; c += kWidth) {
-      if (both) Store(wavefront + down + centre + c, Splat(kOutside));
-      Store(wavefront + up + centre + c, Splat(kOutside));
+      if (both) Store(wavefront + down + centre + c, Splat(kWavefrontOutside));
+      Store(wavefront + up + centre + c, Splat(kWavefrontOutside));
     }
     for (int c = dx == 0 ? 0 : dx; c <= centre; c += kWidth) {
       const int left = centre - c - kWidth + 1;
-      if (both) Store(wavefront + down + (left < 0 ? 0 : left), Splat(kOutside));
-      Store(wavefront + up + (left < 0 ? 0 : left), Splat(kOutside));
+      if (both) Store(wavefront + down + (left < 0 ? 0 : left), Splat(kWavefrontOutside));
+      Store(wavefront + up + (left < 0 ? 0 : left), Splat(kWavefrontOutside));
     }
   }
 }

@@ -1,13 +1,15 @@
-// The program's searches are the engine's, and leave nothing behind.
+// The program's searches are the engine's, end, and leave nothing behind.
 #include "cli/best_focus.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <string>
 
 #include "orvanel/optics_engine.h"
 #include "tests/cli/temporary_folder.h"
+#include "tests/support/captured_stdout.h"
 
 namespace orvanel::cli {
 namespace {
@@ -54,19 +56,20 @@ TEST(BestFocus, OptimiseGivesWhatTheEngineGives) {
 TEST(BestFocus, WalksGiveWhatTheEngineGives) {
   FocusRequest request;
   request.step = Millimetres(2e-5);
+  request.method = FocusMethod::kWalkToPsf;
   for (const bool without : {false, true}) {
     request.withoutAstigmatism = without;
     OpticsEngine engine(ORVANEL_GRID_SIZE);
     auto byPsf = Bare(Lopsided());
     engine.searchBestFocusByPsf(byPsf.data(), kPupil.value(), 2e-5, without ? 0 : 1);
-    request.method = FocusMethod::kWalkToPsf;
     const BestFocus psf = FindBestFocus(Lopsided(), kPupil, request);
     EXPECT_EQ(Bare(psf.coefficients), byPsf);
     EXPECT_GT(psf.after.strehl, psf.before.strehl);
+    EXPECT_TRUE(psf.converged);
   }
 }
 
-TEST(BestFocus, TheFitLeavesTheCurrentFolderAlone) {
+TEST(BestFocus, TheFitPrintsNothingAndLeavesTheCurrentFolderAlone) {
   const TemporaryFolder folder;
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(folder.path());
@@ -74,11 +77,27 @@ TEST(BestFocus, TheFitLeavesTheCurrentFolderAlone) {
   FocusRequest request;
   request.method = FocusMethod::kWalkToFit;
   request.step = Millimetres(5e-3);
-  const BestFocus best = FindBestFocus(Lopsided(), kPupil, request);
+  const std::string printed = test::OutputOf([&] {
+    const BestFocus best = FindBestFocus(Lopsided(), kPupil, request);
+    EXPECT_LE(best.after.deviation, best.before.deviation);
+    FindBestFocus({}, kPupil, request);  // flat: the fit has no solution
+  });
+  EXPECT_EQ(printed, "");
   EXPECT_EQ(std::filesystem::current_path(), std::filesystem::canonical(folder.path()));
   EXPECT_EQ(Read(folder / "tmp_test.txt"), "precious");
   std::filesystem::current_path(before);
-  EXPECT_LE(best.after.deviation, best.before.deviation);
+}
+
+TEST(BestFocus, AWalkEndsAfterItsTrials) {
+  FocusRequest request;
+  request.step = Millimetres(1e-9);
+  request.maximumTrials = 7;
+  for (const FocusMethod method : {FocusMethod::kWalkToPsf, FocusMethod::kWalkToFit}) {
+    request.method = method;
+    const BestFocus best = FindBestFocus(Lopsided(), kPupil, request);
+    EXPECT_EQ(best.trials, 7);
+    EXPECT_FALSE(best.converged);
+  }
 }
 
 }  // namespace

@@ -86,7 +86,7 @@ TEST(InputFile, WaitsForTheWriterOfAPipeAndForEachOfItsPieces) {
 
 TEST(InputFile, ARequestToStopEndsAWaitThatBeginsLater) {
   int ends[2];
-  ASSERT_EQ(MakePipe(ends), 0);
+  ASSERT_EQ(pipe(ends), 0);
   ASSERT_EQ(write(ends[1], "x", 1), 1);
   // In a process of its own, since the request holds for all that comes later.
   const auto waits = [&ends] {

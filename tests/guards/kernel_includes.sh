@@ -15,6 +15,7 @@ while [ ${#files[@]} -gt 0 ]; do
   while read -r include; do
     case "$include" in
       '"optics/kernels/'*) include=${include#\"} && files+=("${include%\"}") ;;
+      '"orvanel/constants.h"') files+=(include/orvanel/constants.h) ;;
       '<immintrin.h>') ;;
       *) echo "$file includes $include"; status=1 ;;
     esac

@@ -57,7 +57,7 @@ TEST(Walk, GoesOnWhileItGainsAndTurnsOnce) {
     visited.push_back(position);
     return -std::fabs(position - 1.25);
   };
-  EXPECT_EQ(Walk(position, 0.5, value, std::greater<>()), 1.5);  // the last that gained: 1.0 is no gain
+  EXPECT_EQ(Walk(position, 0.5, value, std::greater<>()).defocus, 1.5);  // the last that gained: 1.0 is no gain
   EXPECT_EQ(visited, (std::vector<double>{3.0, 3.5, 2.5, 2.0, 1.5, 1.0}));
 }
 
@@ -65,7 +65,7 @@ TEST(Walk, KeepsTheBestValueWhenItTurns) {
   // From the top itself both sides lose.
   double position = 1.25;
   const auto value = [&] { return -std::fabs(position - 1.25); };
-  EXPECT_EQ(Walk(position, 0.5, value, std::greater<>()), 1.25);
+  EXPECT_EQ(Walk(position, 0.5, value, std::greater<>()).defocus, 1.25);
 }
 
 TEST(Walk, EqualCountsAsNoGain) {
@@ -75,18 +75,38 @@ TEST(Walk, EqualCountsAsNoGain) {
     visited.push_back(position);
     return 7.0;
   };
-  EXPECT_EQ(Walk(position, 0.25, value, std::greater<>()), 2.0);
+  EXPECT_EQ(Walk(position, 0.25, value, std::greater<>()).defocus, 2.0);
   EXPECT_EQ(visited, (std::vector<double>{2.0, 2.25, 1.75}));
 }
 
 TEST(Walk, EndsOnAStepOfZeroAndOnNan) {
   double position = 2.0;
   EXPECT_EQ(Walk(
-                position, 0.0, [&] { return position; }, std::greater<>()),
+                position, 0.0, [&] { return position; }, std::greater<>())
+                .defocus,
             2.0);
   EXPECT_EQ(Walk(
-                position, 0.5, [] { return std::nan(""); }, std::less<>()),
+                position, 0.5, [] { return std::nan(""); }, std::less<>())
+                .defocus,
             2.0);
+}
+
+TEST(Walk, StopsAfterItsTrialsWithTheBestOfThem) {
+  double position = 0.0;
+  const auto value = [&] { return position; };
+  const WalkResult upwards = Walk(position, 0.5, value, std::greater<>(), 9);  // gains for ever
+  EXPECT_EQ(upwards.defocus, 4.0);
+  EXPECT_EQ(upwards.value, 4.0);
+  EXPECT_EQ(upwards.trials, 9);
+  EXPECT_FALSE(upwards.converged);
+  position = 3.0;
+  const WalkResult turned = Walk(position, -0.5, value, std::greater<>(), 2);  // the second trial loses
+  EXPECT_EQ(turned.defocus, 3.0);
+  EXPECT_EQ(turned.trials, 2);
+  EXPECT_FALSE(turned.converged);
+  position = 1.25;
+  const auto hill = [&] { return -std::fabs(position - 1.25); };
+  EXPECT_TRUE(Walk(position, 0.5, hill, std::greater<>(), 3).converged);
 }
 
 // ---- By the Strehl ratio
@@ -159,6 +179,20 @@ TEST(BestFocusByPsf, WithoutStrehlRatioReturnsItsStart) {
   OpticsEngine engine(64);
   engine.searchBestFocusByPsf(c.data(), 5.1, 0.05 * kWave, 1);
   EXPECT_NEAR(c[4], OutOfFocus()[4], 1e-18);
+}
+
+TEST(BestFocusByPsf, TheBoundedWalkGivesTheSame) {
+  for (const bool astigmatism : {false, true}) {
+    Coefficients c = OutOfFocus();
+    OpticsEngine engine;
+    const WalkResult walk = engine.WalkByPsf(c.data(), 5.1, {0.05 * kWave, astigmatism});
+    EXPECT_EQ(c, OutOfFocus());
+    engine.searchBestFocusByPsf(c.data(), 5.1, 0.05 * kWave, astigmatism ? 1 : 0);
+    EXPECT_EQ(walk.defocus, c[4]);
+    EXPECT_NEAR(walk.value, StrehlAt(c, c[4], astigmatism ? 1 : 0), 1e-12);
+    EXPECT_TRUE(walk.converged);
+    EXPECT_EQ(engine.WalkByPsf(OutOfFocus().data(), 5.1, {0.05 * kWave, astigmatism, 4}).trials, 4);
+  }
 }
 
 // ---- By the circle
@@ -268,6 +302,34 @@ TEST_F(BestFocusByFit, CreatesOrEmptiesItsFile) {
   std::ofstream("tmp_test.txt") << "left from before";
   engine.searchBestFocusByFit(c.data(), 3.0, 0.05, 1);
   EXPECT_EQ(std::filesystem::file_size("tmp_test.txt"), 0u);
+}
+
+TEST_F(BestFocusByFit, TheBoundedWalkGivesTheSameAndIsSilent) {
+  Coefficients c{};
+  c[4] = 2.0;
+  c[12] = 0.02;
+  OpticsEngine engine(64);
+  testing::internal::CaptureStdout();
+  const WalkResult walk = engine.WalkByFit(c.data(), 3.0, {0.05});
+  const Coefficients flat{};
+  const CircleFit unsolved = FitCircle(OpticsEngine(flat.data(), 3.0, 64, 1, 1, 1));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_FALSE(std::filesystem::exists("tmp_test.txt"));
+  EXPECT_FALSE(unsolved.solved);
+  EXPECT_EQ(unsolved.a, 0.0);
+  EXPECT_EQ(unsolved.b, 0.0);
+  engine.searchBestFocusByFit(c.data(), 3.0, 0.05, 1);
+  EXPECT_EQ(walk.defocus, c[4]);
+  EXPECT_TRUE(walk.converged);
+}
+
+TEST_F(BestFocusByFit, TheFitHasTheCirclesCentreAndRadius) {
+  // (w - 5)^2 + r^2 = 64: a = -2 * 5, b = 5^2 - 8^2.
+  const CircleFit fit = FitCircle(Spherical(5.0, 8.0, 3.0));
+  EXPECT_TRUE(fit.solved);
+  EXPECT_NEAR(fit.a, -10.0, 1e-10);
+  EXPECT_NEAR(fit.b, -39.0, 1e-10);
+  EXPECT_NEAR(fit.deviation, 0.0, 1e-12);
 }
 
 }  // namespace

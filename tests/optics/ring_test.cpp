@@ -299,5 +299,21 @@ INSTANTIATE_TEST_SUITE_P(Lines, RingTrace,
                                          Line{1234567.0, "1.23457e+06\t0\n"}, Line{100.0, "100\t0\n"},
                                          Line{0.001, "0.001\t39605\n"}, Line{1e-5, "1e-05\t3960625\n"}));
 
+TEST(Ring, DrawnWithoutAnEngineIsTheSameAndSilent) {
+  for (const int n : {64, 256}) {
+    for (const int gap : {1, 2, 3, 4, 7}) {
+      for (const double acuity : {0.31, 0.9, 1.7}) {
+        const RingScale scale{n, 256, ScaleForPupil(4.0).psfHalfWidth};
+        const Ring expected = Draw(ForPupil(4.0), acuity, gap, n);
+        std::vector<double> drawn(SampleCount(n));
+        testing::internal::CaptureStdout();
+        DrawRing(drawn.data(), n, RingDiameter(scale, acuity), gap);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+        EXPECT_EQ(drawn, expected.plane) << n << ' ' << gap << ' ' << acuity;
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace orvanel

@@ -6,6 +6,7 @@
 #include "cli/error.h"
 #include "cli/eyes/eye_file.h"
 #include "cli/png.h"
+#include "cli/sector_star.h"
 #include "tests/cli/batch/tables_of_eyes.h"
 
 namespace orvanel::cli {
