@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "optics/elementary.h"
-#include "optics/fft.h"
 #include "optics/lines.h"
+#include "orvanel/transforms.h"
 
 namespace orvanel {
 namespace {

@@ -4,10 +4,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "optics/fft.h"
 #include "optics/psf.h"
 #include "optics/workspace.h"
 #include "orvanel/optics_engine.h"
+#include "orvanel/transforms.h"
 
 namespace orvanel {
 

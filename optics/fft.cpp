@@ -1,6 +1,4 @@
 // The general transform: radix 4, decimation in time, on bundles of lines.
-#include "optics/fft.h"
-
 #include <bit>
 #include <cstdio>
 #include <utility>
@@ -9,6 +7,7 @@
 #include "optics/elementary.h"
 #include "optics/lines.h"
 #include "optics/samples.h"
+#include "orvanel/transforms.h"
 
 namespace orvanel {
 namespace {

@@ -5,10 +5,10 @@
 #include <cmath>
 
 #include "optics/elementary.h"
-#include "optics/fft.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
 #include "orvanel/sampling.h"
+#include "orvanel/transforms.h"
 
 namespace orvanel {
 namespace {

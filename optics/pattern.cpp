@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <new>
 
-#include "optics/fft.h"
 #include "optics/retinal_image.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
+#include "orvanel/transforms.h"
 
 namespace orvanel {
 

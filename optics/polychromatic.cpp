@@ -1,6 +1,4 @@
 // White-light point spread function.
-#include "optics/polychromatic.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -8,6 +6,7 @@
 
 #include "optics/samples.h"
 #include "optics/workspace.h"
+#include "orvanel/resampling.h"
 
 namespace orvanel {
 namespace {

@@ -4,10 +4,10 @@
 #include <algorithm>
 
 #include "optics/elementary.h"
-#include "optics/fft.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
 #include "orvanel/sampling.h"
+#include "orvanel/transforms.h"
 
 namespace orvanel {
 

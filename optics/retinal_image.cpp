@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "optics/fft.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
+#include "orvanel/transforms.h"
 
 namespace orvanel {
 

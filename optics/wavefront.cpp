@@ -7,8 +7,8 @@
 
 #include "optics/samples.h"
 #include "optics/workspace.h"
-#include "optics/zernike.h"
 #include "orvanel/sampling.h"
+#include "orvanel/zernike.h"
 
 namespace orvanel {
 namespace {
@@ -27,7 +27,7 @@ constexpr std::size_t FirstOf(int order) { return static_cast<std::size_t>(order
 double WavefrontAt(const Powers& x, const Powers& y, const SelectedTerms& terms) {
   double w = 0.0;
   for (int n = terms.firstOrder; n <= kLastOrder; ++n) {
-    const auto row = ZernikeTermTable[static_cast<std::size_t>(n)];
+    const ZernikeOrder row = ZernikeTermTable[static_cast<std::size_t>(n)];
     for (std::size_t k = 0; k < row.size(); ++k) {
       const double c = terms.coefficients[FirstOf(n) + k];
       if (c != 0.0) w = row[k](x, y) * c + w;

@@ -1,5 +1,5 @@
 // The table of the 45 polynomials.
-#include "optics/zernike.h"
+#include "orvanel/zernike.h"
 
 namespace orvanel {
 namespace {
@@ -186,7 +186,7 @@ constexpr std::array<ZernikeTerm, 9> kOrder8 = {{
 }};
 }  // namespace
 
-constinit const std::array<std::span<const ZernikeTerm>, kZernikeOrders> ZernikeTermTable = {
+constinit const std::array<ZernikeOrder, kZernikeOrders> ZernikeTermTable = {
     kOrder0, kOrder1, kOrder2, kOrder3, kOrder4, kOrder5, kOrder6, kOrder7, kOrder8};
 
 Powers PowersOf(double a) {

@@ -26,6 +26,7 @@
 #define ORVANEL_MATRIX_H
 
 #include <cstddef>
+#include <type_traits>
 #include <vector>
 
 namespace orvanel {
@@ -118,8 +119,8 @@ class Matrix {
   Matrix& operator+=(const Matrix& right);
   Matrix& operator-=(const Matrix& right);
 
-  // The element of a 1 x 1 matrix. Any other shape: a message and 0.0.
-  explicit operator double() const;
+  // The element of a 1 x 1 matrix, also without a cast: double x = row * column. Any other shape: a message and 0.0.
+  operator double() const;
 
   // The virtual operations; their order is the order of their slots.
   virtual void print() const;               // each element as "%10.4f", each row ended by a newline
@@ -200,6 +201,25 @@ Matrix operator-(const Matrix& left, const Matrix& right);
 Matrix operator*(const Matrix& matrix, double factor);
 Matrix operator*(double factor, const Matrix& matrix);
 Matrix operator/(const Matrix& matrix, double divisor);
+
+// The same by numbers of other types, which would else be as near to a product of the matrix's one element.
+template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
+Matrix operator*(const Matrix& matrix, Number factor) {
+  return matrix * static_cast<double>(factor);
+}
+template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
+Matrix operator*(Number factor, const Matrix& matrix) {
+  return static_cast<double>(factor) * matrix;
+}
+template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
+Matrix operator/(const Matrix& matrix, Number divisor) {
+  return matrix / static_cast<double>(divisor);
+}
+
+// A matrix does not count as a number beside a vector: a product of the two is not what it seems.
+Vector operator*(const Matrix& matrix, const Vector& vector) = delete;
+Vector operator*(const Vector& vector, const Matrix& matrix) = delete;
+Vector operator/(const Vector& vector, const Matrix& matrix) = delete;
 
 // Every element divided by that of a 1 x 1 matrix. Any other divisor: a message and an empty matrix.
 Matrix operator/(const Matrix& matrix, const Matrix& divisor);

@@ -234,10 +234,13 @@ class OpticsEngine {
   // Source: Keys (1981), Cubic convolution interpolation; kernel with a = -1.
   void RescalePlane(double* plane, double factor);
 
-  // The two transforms, the power spectrum and the circular shift; fft.h and psf.h describe them.
+  // The functions of transforms.h, on planes of any side. Those of 256 go through the kernels.
+  // ShiftedPowerSpectrum takes planes of this grid.
   bool Fft2(double* re, double* im, int n, int direction);
   void CentredFft2(double* re, double* im, int direction, int n, int log2n);
   void ShiftedPowerSpectrum(double* out, const double* re, const double* im) const;
+
+  // Turns a line of n samples round, in place, so that element `index` comes to n/2.
   void RecentreLine(double* line, int index) const;
 
  private:

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <type_traits>
 #include <utility>
 
@@ -139,6 +140,46 @@ TEST(Matrix, DividedByOneByOneDividesEveryElement) {
 TEST(Matrix, OfOneElementConvertsToIt) {
   EXPECT_EQ(static_cast<double>(MatrixOf({{-2.5}})), -2.5);
   EXPECT_EQ(OutputOf([] { static_cast<void>(static_cast<double>(MatrixOf({{-2.5}}))); }), "");
+}
+
+TEST(Matrix, OfOneElementIsANumberWithoutACast) {
+  const Matrix row = MatrixOf({{2.0, -3.0}});
+  const Matrix column = MatrixOf({{5.0}, {7.0}});
+  const double product = row * column;
+  EXPECT_EQ(product, -11.0);
+  EXPECT_EQ(std::sqrt(MatrixOf({{2.25}})), 1.5);
+  EXPECT_EQ(1.0 + row * column, -10.0);
+  EXPECT_EQ(OutputOf([] {
+              const double number = Matrix(2, 1);
+              EXPECT_EQ(number, 0.0);
+            }),
+            OutputOf([] { static_cast<void>(static_cast<double>(Matrix(2, 1))); }));
+}
+
+TEST(Matrix, ScalesByNumbersOfAnyType) {
+  const Matrix a = MatrixOf({{2.0, -3.0}, {5.0, 7.0}});
+  EXPECT_TRUE(Equal(a * 2, MatrixOf({{4.0, -6.0}, {10.0, 14.0}})));
+  EXPECT_TRUE(Equal(2 * a, a * 2.0F));
+  EXPECT_TRUE(Equal(a / 2L, a * 0.5));
+  // Not the product of the element and the number.
+  static_assert(std::is_same_v<decltype(a * 2), Matrix> && std::is_same_v<decltype(3U * a), Matrix>);
+}
+
+// Whether left * right and left / right are something.
+template <class Left, class Right, class = void>
+constexpr bool kMultiplies = false;
+template <class Left, class Right>
+constexpr bool kMultiplies<Left, Right, std::void_t<decltype(std::declval<Left>() * std::declval<Right>())>> = true;
+template <class Left, class Right, class = void>
+constexpr bool kDivides = false;
+template <class Left, class Right>
+constexpr bool kDivides<Left, Right, std::void_t<decltype(std::declval<Left>() / std::declval<Right>())>> = true;
+
+TEST(Matrix, IsNoNumberBesideAVector) {
+  static_assert(kMultiplies<Vector, double> && kMultiplies<Matrix, Matrix> && kDivides<Matrix, Matrix>);
+  EXPECT_FALSE((kMultiplies<Matrix, Vector>));
+  EXPECT_FALSE((kMultiplies<Vector, Matrix>));
+  EXPECT_FALSE((kDivides<Vector, Matrix>));
 }
 
 TEST(Matrix, OperationsThatFitPrintNothing) {

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "optics/fft.h"
+#include "orvanel/transforms.h"
 #include "tests/support/error_bounds.h"
 #include "tests/support/plain.h"
 #include "tests/support/reference.h"

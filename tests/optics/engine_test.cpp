@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "optics/fft.h"
+#include "orvanel/transforms.h"
 #include "orvanel/optics_engine.h"
 
 namespace orvanel {

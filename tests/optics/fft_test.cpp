@@ -1,5 +1,5 @@
 // The general transform and the power spectrum: direct sums, identities, and what bad arguments do.
-#include "optics/fft.h"
+#include "orvanel/transforms.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Resampling against the convolution written out, and the white-light PSF against its three parts.
-#include "optics/polychromatic.h"
+#include "orvanel/resampling.h"
 
 #include <gtest/gtest.h>
 

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "optics/fft.h"
+#include "orvanel/transforms.h"
 #include "optics/psf.h"
 #include "orvanel/optics_engine.h"
 

@@ -1,10 +1,11 @@
 // The 45 polynomials against the formula of factorials, and at the points where they are known by heart.
-#include "optics/zernike.h"
+#include "orvanel/zernike.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdlib>
+#include <vector>
 
 #include "tests/support/error_bounds.h"
 #include "tests/support/reference.h"
@@ -24,6 +25,13 @@ double Term(int n, int k, double x, double y) {
 TEST(Zernike, TableHasNineRowsOfGrowingLength) {
   EXPECT_EQ(ZernikeTermTable.size(), 9u);
   for (std::size_t n = 0; n < ZernikeTermTable.size(); ++n) EXPECT_EQ(ZernikeTermTable[n].size(), n + 1);
+}
+
+TEST(Zernike, AnOrderGivesItsTermsByIndexAndInTurn) {
+  const ZernikeOrder order = ZernikeTermTable[3];
+  EXPECT_EQ(std::vector<ZernikeTerm>(order.begin(), order.end()),
+            (std::vector<ZernikeTerm>{order[0], order[1], order[2], order[3]}));
+  EXPECT_NE(order[1], order[2]);
 }
 
 TEST(Zernike, AllFortyFiveTermsAreTheirFactorialFormula) {

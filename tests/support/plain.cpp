@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "optics/elementary.h"
-#include "optics/zernike.h"
+#include "orvanel/zernike.h"
 #include "tests/support/planes.h"
 
 namespace orvanel::plain {

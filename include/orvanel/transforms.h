@@ -1,10 +1,19 @@
-// The two transforms of the engine and the centred power spectrum.
+// The engine's transforms, on planes of any side that is a power of two, for C++ hosts.
 //
-// They differ on purpose: Fft2 has its origins at element (0, 0), a positive exponent and the scale 1/n^2 for direction
-// 0, and no scale for direction 1; CentredFft2 has its origins at (n/2, n/2), a negative exponent for direction 1, and
-// is unitary.
-#ifndef ORVANEL_OPTICS_FFT_H
-#define ORVANEL_OPTICS_FFT_H
+//     orvanel::Fft2(re, im, 256, 1);            // forward, unscaled, in place
+//     orvanel::Zfft2dc(re, im, 64, 256, -1);    // the general form: 64 rows of 256
+//
+// PLANES are pairs of rows x columns doubles, real and imaginary parts, row-major, row 0 at the top. They are the
+// caller's, must not overlap, and may have any alignment.
+//
+// The two pairs differ on purpose: Fft2 and Zfft2dc have their origins at element (0, 0), a positive exponent and a
+// scale where they go backward, and no scale forward; CentredFft2 has its origins at (n/2, n/2), a negative exponent
+// for direction 1, and is unitary.
+//
+// MEMORY for tables and for some lines is taken during each call; where there is none, std::bad_alloc is thrown, and
+// the planes may be half transformed.
+#ifndef ORVANEL_TRANSFORMS_H
+#define ORVANEL_TRANSFORMS_H
 
 namespace orvanel {
 
@@ -22,13 +31,15 @@ constexpr double kCentredFft2Error = 2.4e-14;
 // Source: Cooley and Tukey (1965), radix 4.
 bool Fft2(double* re, double* im, int n, int direction);
 
-// The general form behind Fft2: m rows of length n, in place, rows first.
-//   sign +1: exp(+2 pi i ...), scaled by 1/m along columns and 1/n along rows
-//   sign -1: exp(-2 pi i ...), not scaled
-//   sign +2, -2: the same, with rows and columns in bit-reversed order
-//   sign 0: the planes stay as they are
-// An axis of length 1 stays as it is. Null planes, a length that is not a power of two, and any other sign are reported
-// on standard error with the number of the first bad argument, and nothing is done.
+// The general form behind Fft2, in place, rows first.
+//   re, im  m x n: m rows of length n, each a power of two from 1
+//   sign    +1: X[p][q] = 1/(m n) * sum over j, k of x[j][k] * exp(+2 pi i (j p / m + k q / n))
+//           -1: X[p][q] =           sum over j, k of x[j][k] * exp(-2 pi i (j p / m + k q / n))
+//           +2, -2: the same, with the rows and columns of X in bit-reversed order
+//           0: the planes stay as they are
+// Null planes, a length that is not a power of two, and any other sign are reported on standard error with the number
+// of the first bad argument, and nothing is done. Error: kFft2Error, for up to 2^16 samples. Source: Cooley and Tukey
+// (1965), radix 4.
 void Zfft2dc(double* re, double* im, int m, int n, int sign);
 
 // In place, on n x n planes, with j' = j - n/2 and so on, for n a power of two from 4 and log2n its logarithm:
@@ -44,4 +55,4 @@ void ShiftedPowerSpectrum(double* out, const double* re, const double* im, int n
 
 }  // namespace orvanel
 
-#endif  // ORVANEL_OPTICS_FFT_H
+#endif  // ORVANEL_TRANSFORMS_H
