@@ -4,12 +4,27 @@ include(CMakePackageConfigHelpers)
 
 install(DIRECTORY include/orvanel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 
-# The headers refer to the conventions.
+# Documents, in folders as here so that links between them hold. Pages lose their links to what is not installed, and
+# those to headers lead to where these are.
 set(orvanel_doc_folder ${CMAKE_INSTALL_DATADIR}/doc/orvanel)
-install(FILES CHANGELOG.md docs/conventions.md DESTINATION ${orvanel_doc_folder})
-install(FILES docs/images/conventions.svg docs/images/ring_scales.svg DESTINATION ${orvanel_doc_folder}/images)
+set(orvanel_include_folder ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+cmake_path(RELATIVE_PATH orvanel_include_folder BASE_DIRECTORY ${CMAKE_INSTALL_FULL_DATADIR}/doc/orvanel)
+file(GLOB orvanel_pages RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/*.md)
+foreach(page README.md CHANGELOG.md ${orvanel_pages})
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${page})
+  file(READ ${PROJECT_SOURCE_DIR}/${page} text)
+  string(REGEX REPLACE "- \\[HACKING[^\n]*\n" "" text "${text}")
+  string(REPLACE "](include/" "](${orvanel_include_folder}/" text "${text}")
+  string(REGEX REPLACE "\\[([^]\n]+)\\]\\((\\.\\./)?((tests/|bench/|docs/decisions|decisions/)[^)\n]*)\\)" "\\1" text "${text}")
+  file(WRITE ${PROJECT_BINARY_DIR}/doc/${page} "${text}")
+endforeach()
+install(DIRECTORY ${PROJECT_BINARY_DIR}/doc/ DESTINATION ${orvanel_doc_folder} FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY docs/images DESTINATION ${orvanel_doc_folder}/docs FILES_MATCHING PATTERN "*.svg" PATTERN "*.png")
 install(DIRECTORY examples DESTINATION ${orvanel_doc_folder})
 install(DIRECTORY assets/eyes DESTINATION ${orvanel_doc_folder}/assets)
+install(FILES assets/README.md DESTINATION ${orvanel_doc_folder}/assets)
+install(FILES LICENSE ${orvanel_notices}/THIRD-PARTY-NOTICES ${orvanel_notices}/REQUIREMENTS
+  DESTINATION ${orvanel_doc_folder})
 
 set(orvanel_config_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Orvanel)
 configure_package_config_file(cmake/OrvanelConfig.cmake.in OrvanelConfig.cmake
@@ -24,16 +39,14 @@ install(FILES ${PROJECT_BINARY_DIR}/OrvanelConfig.cmake ${PROJECT_BINARY_DIR}/Or
 # From the folder of orvanel.pc up to the prefix, so that the prefix may be moved.
 set(orvanel_up ${CMAKE_INSTALL_PREFIX})
 cmake_path(RELATIVE_PATH orvanel_up BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
-configure_file(cmake/orvanel.pc.in orvanel.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/orvanel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(module orvanel orvanel-optics)
+  configure_file(cmake/${module}.pc.in ${module}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${module}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
 
 if(WIN32)
   install(FILES docs/windows.md RENAME README.md DESTINATION .)
-  # Of what is linked in, by the names of Debian's packages.
-  foreach(package fonts-dejavu-core gcc-mingw-w64-base libcli11-dev libstb-dev libz-mingw-w64-dev mingw-w64-common
-          nlohmann-json3-dev)
-    install(FILES /usr/share/doc/${package}/copyright RENAME ${package}.txt DESTINATION licences)
-  endforeach()
+  install(FILES LICENSE ${orvanel_notices}/THIRD-PARTY-NOTICES DESTINATION .)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_SYSTEM_NAME windows-${CMAKE_SYSTEM_PROCESSOR})
 else()
@@ -41,11 +54,10 @@ else()
 endif()
 set(CPACK_PACKAGE_NAME orvanel)
 set(CPACK_PACKAGE_VENDOR Orvanel)
-set(CPACK_PACKAGE_CONTACT "Orvanel maintainers <maintainers@orvanel.invalid>")
+set(ORVANEL_MAINTAINER "The Orvanel authors <authors@orvanel.example>" CACHE STRING
+  "Whom packages name as their maintainer: 'Name <address>'")
+set(CPACK_PACKAGE_CONTACT ${ORVANEL_MAINTAINER})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION science)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+include(OrvanelDebian)
 include(CPack)

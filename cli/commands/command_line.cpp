@@ -11,6 +11,7 @@
 #include "cli/commands/merge.h"
 #include "cli/commands/population.h"
 #include "cli/commands/simulate.h"
+#include "cli/licenses.h"
 #include "cli/number_text.h"
 #include "cli/terminal.h"
 #include "cli/version.h"
@@ -36,6 +37,9 @@ Program DefineProgram() {
   program.app = std::make_unique<CLI::App>(kDescription, "orvanel");
   CLI::App& app = *program.app;
   app.set_version_flag("--version", VersionText, "Print the version and exit");
+  app.add_flag_callback(
+      "--licenses", [] { throw CLI::CallForVersion(LicensesText(), CLI::ExitCodes::Success); },
+      "Print the terms of use, also of what others wrote, and exit");
   app.allow_windows_style_options(false);  // a file's place may begin with a slash everywhere
   app.require_subcommand(1);
   app.footer(kProgramNotes);

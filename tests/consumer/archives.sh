@@ -18,4 +18,11 @@ for package in libc6 libstdc++6; do
   [[ $depends == *"$package (>= "* ]] || { echo "depends on '$depends', not on $package"; exit 1; }
 done
 [[ $depends != *orvanel* ]] || { echo "depends on itself: $depends"; exit 1; }
+contents=$(tar tzf "$scratch"/first/*.tar.gz)
+for name in LICENSE THIRD-PARTY-NOTICES REQUIREMENTS; do
+  [[ $contents == */share/doc/orvanel/$name* ]] || { echo "no $name in the archive"; exit 1; }
+done
 dpkg-deb --extract "$scratch"/first/*.deb "$scratch/root"
+for name in copyright changelog.Debian.gz; do
+  [ -s "$scratch/root/usr/share/doc/orvanel/$name" ] || { echo "no $name in the package"; exit 1; }
+done

@@ -13,7 +13,7 @@ cmake -E tar xf ./*.zip
 cd ./*-windows-x86_64/
 
 for name in README.md bin/OrvanelDll.dll bin/orvanel.exe include/orvanel/orvanel.h lib/libOrvanelDll.dll.a \
-  lib/OrvanelDll.def licences/mingw-w64-common.txt; do
+  lib/OrvanelDll.def LICENSE THIRD-PARTY-NOTICES; do
   [ -s "$name" ] || { echo "no $name in the archive"; exit 1; }
 done
 if grep -rlF "$source" .; then

@@ -1,0 +1,14 @@
+// What --licenses prints.
+#ifndef ORVANEL_CLI_LICENSES_H
+#define ORVANEL_CLI_LICENSES_H
+
+#include <string>
+
+namespace orvanel::cli {
+
+// The terms of Orvanel, and of what others wrote that is part of it: the files LICENSE and THIRD-PARTY-NOTICES.
+std::string LicensesText();
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_LICENSES_H
