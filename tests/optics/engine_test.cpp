@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "orvanel/transforms.h"
 #include "orvanel/optics_engine.h"
+#include "orvanel/transforms.h"
 
 namespace orvanel {
 namespace {

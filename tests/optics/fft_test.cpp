@@ -1,6 +1,4 @@
 // The general transform and the power spectrum: direct sums, identities, and what bad arguments do.
-#include "orvanel/transforms.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,6 +10,7 @@
 #include <vector>
 
 #include "optics/lines.h"
+#include "orvanel/transforms.h"
 #include "tests/support/error_bounds.h"
 #include "tests/support/reference.h"
 

@@ -1,6 +1,4 @@
 // Resampling against the convolution written out, and the white-light PSF against its three parts.
-#include "orvanel/resampling.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,6 +8,7 @@
 
 #include "optics/samples.h"
 #include "orvanel/optics_engine.h"
+#include "orvanel/resampling.h"
 
 namespace orvanel {
 namespace {

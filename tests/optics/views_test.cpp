@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
-#include "orvanel/transforms.h"
 #include "optics/psf.h"
 #include "orvanel/optics_engine.h"
+#include "orvanel/transforms.h"
 
 namespace orvanel {
 namespace {
