@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "cli/eyes/eye.h"
-#include "cli/refraction.h"
+#include "cli/prescription.h"
 
 namespace orvanel::cli {
 

@@ -2,6 +2,7 @@
 #ifndef ORVANEL_CLI_NUMBER_TEXT_H
 #define ORVANEL_CLI_NUMBER_TEXT_H
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ std::string ShortestText(double number);
 // The number that a text holds, and nothing else but blanks around it. Throws Error with the remedy; a decimal comma, a
 // number that is not finite and an empty text are refused.
 double ParseNumber(std::string_view text);
+
+// A whole number in decimal digits, from `least` to `most`. Throws Error.
+std::size_t ParseCount(std::string_view text, std::size_t least, std::size_t most);
 
 // A piece of the user's text in single quotes for a message: control characters made visible, and no more than fits a
 // line.

@@ -3,10 +3,6 @@
 
 #include <cmath>
 #include <numbers>
-#include <vector>
-
-#include "cli/error.h"
-#include "cli/number_text.h"
 
 namespace orvanel::cli {
 namespace {
@@ -34,12 +30,6 @@ Dioptres Curvature(const Coefficients& osa, Millimetres pupil, int m, int highes
 
 PowerVector Powers(const Coefficients& osa, Millimetres pupil, int highest) {
   return {Curvature(osa, pupil, 0, highest), Curvature(osa, pupil, 2, highest), Curvature(osa, pupil, -2, highest)};
-}
-
-std::string Signed(double value) {
-  std::string text = FixedText(value, 2);
-  if (text == "-0.00") text = "0.00";
-  return value > 0.0 && text != "0.00" ? "+" + text : text;
 }
 
 }  // namespace
@@ -74,35 +64,6 @@ Coefficients WithRefraction(Coefficients osa, Millimetres pupil, const PowerVect
   osa[kVertical] -= powers.j0.value() * half / QuadraticPart(2, 2);
   osa[kOblique] -= powers.j45.value() * half / QuadraticPart(2, -2);
   return osa;
-}
-
-Refraction ParseRefraction(std::string_view text) {
-  std::vector<double> numbers;
-  for (std::size_t start = 0; start <= text.size();) {
-    const std::size_t comma = std::min(text.find(',', start), text.size());
-    numbers.push_back(ParseNumber(text.substr(start, comma - start)));
-    start = comma + 1;
-  }
-  if (numbers.size() != 1 && numbers.size() != 3) {
-    throw Error(Quoted(text) + " is no refraction; write sphere, or sphere,cylinder,axis, as -2.25,-0.75,180");
-  }
-  Refraction refraction{Dioptres(numbers[0]), Dioptres(), Degrees(180.0)};
-  if (numbers.size() == 3) {
-    if (numbers[2] < 0.0 || numbers[2] > 180.0) {
-      throw Error("the axis " + ShortestText(numbers[2]) + " is outside 0 to 180 degrees");
-    }
-    refraction.cylinder = Dioptres(numbers[1]);
-    refraction.axis = Degrees(numbers[2]);
-  }
-  return refraction;
-}
-
-std::string Text(const Refraction& refraction) {
-  // A cylinder that rounds to nothing has no axis to speak of; an axis of 0 is called 180.
-  const std::string cylinder = Signed(refraction.cylinder.value());
-  std::string axis = FixedText(refraction.axis.value(), 0);
-  if (axis == "0" || cylinder == "0.00") axis = "180";
-  return Signed(refraction.sphere.value()) + " D sphere, " + cylinder + " D cylinder, axis " + axis;
 }
 
 }  // namespace orvanel::cli

@@ -6,9 +6,6 @@
 #ifndef ORVANEL_CLI_REFRACTION_H
 #define ORVANEL_CLI_REFRACTION_H
 
-#include <string>
-#include <string_view>
-
 #include "cli/conventions/convention.h"
 #include "cli/units.h"
 
@@ -27,6 +24,11 @@ struct PowerVector {
   Dioptres m, j0, j45;
 };
 
+inline PowerVector operator-(const PowerVector& powers) { return {-powers.m, -powers.j0, -powers.j45}; }
+inline PowerVector operator-(const PowerVector& a, const PowerVector& b) {
+  return {a.m - b.m, a.j0 - b.j0, a.j45 - b.j45};
+}
+
 enum class CylinderSign { kMinus, kPlus };
 
 PowerVector ToPowerVector(const Refraction& refraction);
@@ -44,12 +46,6 @@ PowerVector ParaxialRefraction(const Coefficients& osa, Millimetres pupil);
 
 // The eye with this much more error of refraction: its least-squares and its paraxial refraction grow by it.
 Coefficients WithRefraction(Coefficients osa, Millimetres pupil, const PowerVector& powers);
-
-// "-2.25", "-2.25,-0.75,180": sphere, cylinder of either sign, axis from 0 to 180. Throws Error.
-Refraction ParseRefraction(std::string_view text);
-
-// "-2.25 D sphere, -0.75 D cylinder, axis 170".
-std::string Text(const Refraction& refraction);
 
 }  // namespace orvanel::cli
 

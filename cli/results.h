@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/eyes/eye.h"
+#include "cli/eyes/preparation.h"
 #include "cli/formats/format.h"
 #include "cli/pictures/seen_picture.h"
 #include "cli/scales.h"
@@ -26,6 +27,7 @@ struct Results {
   Eye measured;                      // as its file gives it
   Eye eye;                           // as it is simulated
   std::vector<std::string> changes;  // what was done to the first to make the second, a sentence each
+  std::optional<Dropped> dropped;    // among the changes
   Simulation simulation;
   std::vector<CyclesPerDegree> mtfAt;  // frequencies of interest, on the library scale
   Scales scales;

@@ -35,19 +35,25 @@ Json EyeJson(const Results& results) {
   const Eye& eye = results.measured;
   Json library = Json::array();
   for (const Millimetres c : results.simulation.coefficients) library.push_back(c.value());
-  return {{"file", eye.file},
-          {"name", eye.name},
-          {"source", eye.source},
-          {"note", eye.note},
-          {"eye", Word(eye.side)},
-          {"pupil_diameter_mm", eye.pupil.value()},
-          {"convention", ConventionJson(eye.convention)},
-          {"coefficients_as_given", GivenJson(eye)},
-          {"changes", results.changes},
-          {"simulated_eye", Word(results.eye.side)},
-          {"simulated_pupil_diameter_mm", results.eye.pupil.value()},
-          {"coefficients_library_mm", library},
-          {"unused_coefficients", "0 to 2: piston and tilts only move the image"}};
+  Json json = {{"file", eye.file},
+               {"name", eye.name},
+               {"source", eye.source},
+               {"note", eye.note},
+               {"eye", Word(eye.side)},
+               {"pupil_diameter_mm", eye.pupil.value()},
+               {"convention", ConventionJson(eye.convention)},
+               {"coefficients_as_given", GivenJson(eye)},
+               {"changes", results.changes},
+               {"simulated_eye", Word(results.eye.side)},
+               {"simulated_pupil_diameter_mm", results.eye.pupil.value()},
+               {"coefficients_library_mm", library},
+               {"unused_coefficients", "0 to 2: piston and tilts only move the image"}};
+  if (results.dropped) {
+    json["dropped_orders_above"] = results.dropped->above;
+    json["dropped_rms_um"] = results.dropped->rms.value();
+    json["dropped_share_of_rms"] = Share(*results.dropped);
+  }
+  return json;
 }
 
 Json RefractionJson(const PowerVector& powers) {

@@ -34,6 +34,7 @@ struct BatchRow {
   TableEye eye;
   std::string error;
   std::string line;  // of the results
+  std::optional<Dropped> dropped;
   std::vector<std::string> planes;
   double pupil = std::numeric_limits<double>::quiet_NaN();
 };
@@ -54,7 +55,7 @@ class Worker {
  public:
   Worker(const BatchRequest& request, const std::optional<PictureFolder>& pictures, const Plane& star)
       : request_(request),
-        columns_(Columns(request.choice).size()),
+        columns_(ResultColumns(request).size()),
         meter_(request.choice, !request.planes.empty() || !request.pictures.empty()) {
     if (pictures) painter_.emplace(*pictures, star);
   }
@@ -69,11 +70,13 @@ class Worker {
     std::vector<double> values;
     if (row.error.empty()) {
       try {
-        const Eye eye = Prepared(std::move(row.eye.eye), request_.preparation);
+        const Eye eye = Prepared(std::move(row.eye.eye), request_.preparation, &row.dropped);
         values = meter_.Measure(eye);
+        if (row.dropped) values.push_back(row.dropped->rms.value());
         row.pupil = eye.pupil.value();
       } catch (const Error& error) {
         row.error = ErrorText(row.eye, error);
+        row.dropped.reset();
       }
     }
     // What fails from here on is no fault of the eye and ends the run.
@@ -99,7 +102,7 @@ class Batch {
         record_(request.record),
         stream_(request.table),
         table_(stream_, request.table, request.kind, request.stated) {
-    record_.columns = Columns(request.choice);
+    record_.columns = ResultColumns(request);
     record_.tableHash = HashOfFile(request.table);
     header_ = Header();
     std::error_code ignored;
@@ -278,6 +281,7 @@ class Batch {
         planes_->Add(row.row, row.planes, row.pupil);
         if (row.row % record_.chunkRows == record_.chunkRows - 1) planes_->Finish();
       }
+      if (row.dropped) result_.dropped.Add(*row.dropped);
       pending_ += row.line;
       ++taken_;
     }
@@ -337,6 +341,12 @@ class Batch {
 };
 
 }  // namespace
+
+std::vector<std::string> ResultColumns(const BatchRequest& request) {
+  std::vector<std::string> columns = Columns(request.choice);
+  if (request.preparation.highestOrder) columns.emplace_back("dropped_rms_um");
+  return columns;
+}
 
 BatchResult RunBatch(const BatchRequest& request) { return Batch(request).Run(); }
 

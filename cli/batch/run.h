@@ -34,7 +34,11 @@ struct BatchResult {
   std::size_t rows = 0;     // of the results
   std::size_t earlier = 0;  // of them, by earlier runs
   std::size_t errors = 0;   // of them, with an error
+  DroppedOfMany dropped;    // by this run
 };
+
+// The columns that a run computes.
+std::vector<std::string> ResultColumns(const BatchRequest& request);
 
 // Every row of the table that is the shard's becomes one row of the results, in the same order: the user's own columns,
 // the chosen ones, and the error, empty where there is none. Throws Error; what is in the results then are whole rows.

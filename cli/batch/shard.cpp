@@ -2,22 +2,12 @@
 #include "cli/batch/shard.h"
 
 #include <algorithm>
-#include <charconv>
 #include <string>
 
 #include "cli/error.h"
 #include "cli/number_text.h"
 
 namespace orvanel::cli {
-
-std::size_t ParseCount(std::string_view text, std::size_t least, std::size_t most) {
-  std::size_t count = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
-  if (error != std::errc() || end != text.data() + text.size() || count < least || count > most) {
-    throw Error(Quoted(text) + " is no whole number from " + std::to_string(least) + " to " + std::to_string(most));
-  }
-  return count;
-}
 
 Shard ParseShard(std::string_view text) {
   constexpr std::size_t kMost = 1000000;

@@ -17,9 +17,6 @@ struct Shard {
 // "2/8". Throws Error.
 Shard ParseShard(std::string_view text);
 
-// A whole number in decimal digits, from `least` to `most`. Throws Error.
-std::size_t ParseCount(std::string_view text, std::size_t least, std::size_t most);
-
 // Whether a chunk, from 0, is the shard's.
 inline bool Owns(Shard shard, std::size_t chunk) { return chunk % shard.of == shard.number - 1; }
 

@@ -93,7 +93,11 @@ void RunCommand(const BatchCommand& command) {
   std::string report = ReportLine(
       "Written", request.results + ", " + std::to_string(result.rows) + " rows" +
                      (result.earlier > 0 ? ", " + std::to_string(result.earlier) + " of them by an earlier run" : ""));
-  if (command.summary) report += "\n" + StatisticsText(request.results, Columns(request.choice));
+  if (result.dropped.eyes > 0) {
+    report += ReportLine("Orders", Text(result.dropped, *request.preparation.highestOrder) +
+                                       (result.earlier > 0 ? ", by this run" : ""));
+  }
+  if (command.summary) report += "\n" + StatisticsText(request.results, ResultColumns(request));
   PrintOutput(report, request.results + " is written");
   if (result.errors > 0) {
     throw FaultyRows(request.table + ": " + std::to_string(result.errors) + " of " + std::to_string(result.rows) +

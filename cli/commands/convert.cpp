@@ -17,6 +17,7 @@
 #include "cli/report.h"
 #include "cli/tables/eye_table.h"
 #include "cli/tables/eye_writer.h"
+#include "cli/terminal.h"
 
 namespace orvanel::cli {
 namespace {
@@ -64,8 +65,8 @@ Convention Target(Convention convention, const Statement& wanted) {
   return convention;
 }
 
-Eye ConvertedEye(Eye measured, const ConvertCommand& command) {
-  Eye eye = Prepared(std::move(measured), command.preparation);
+Eye ConvertedEye(Eye measured, const ConvertCommand& command, std::optional<Dropped>& dropped) {
+  Eye eye = Prepared(std::move(measured), command.preparation, &dropped);
   const Convention target = Target(eye.convention, command.wanted);
   eye.coefficients = Converted(std::move(eye.coefficients), eye.convention, target);
   eye.convention = target;
@@ -73,11 +74,15 @@ Eye ConvertedEye(Eye measured, const ConvertCommand& command) {
 }
 
 std::vector<std::size_t> TermsThatMayChange(std::vector<std::size_t> terms, const Preparation& preparation) {
-  if (preparation.refraction) terms.insert(terms.end(), {OsaIndex({2, -2}), OsaIndex({2, 0}), OsaIndex({2, 2})});
-  // Sorted, and each once; without another pupil nothing is added but what sorting needs.
-  if (preparation.pupil) return WithLowerOrders(terms);
+  if (preparation.refraction || preparation.lens) {
+    terms.insert(terms.end(), {OsaIndex({2, -2}), OsaIndex({2, 0}), OsaIndex({2, 2})});
+  }
+  if (preparation.pupil) terms = WithLowerOrders(terms);
   std::sort(terms.begin(), terms.end());
   terms.erase(std::unique(terms.begin(), terms.end()), terms.end());
+  if (preparation.highestOrder) {
+    std::erase_if(terms, [&](std::size_t j) { return Term(j).n > *preparation.highestOrder; });
+  }
   return terms;
 }
 
@@ -93,7 +98,9 @@ void ConvertEye(const ConvertCommand& command) {
   const Eye measured = ReadEye(command.input);
   std::string report, text;
   try {
-    const Eye eye = ConvertedEye(measured, command);
+    std::optional<Dropped> dropped;
+    const Eye eye = ConvertedEye(measured, command, dropped);
+    if (dropped && dropped->rms > Micrometres(0.0)) PrintWarning(Text(*dropped));
     report = EyeLines(measured, Changes(measured, command.preparation)) +
              CoefficientReport(eye, command.plusCylinder ? CylinderSign::kPlus : CylinderSign::kMinus);
     if (!command.output.empty()) text = FileText(eye, command.output);
@@ -138,17 +145,21 @@ void ConvertTable(const ConvertCommand& command) {
   };
   write(writer.Header());
   std::size_t count = 0;
+  DroppedOfMany droppedOfAll;
   for (TableEye row; table.Next(row); ++count) {
     StopIfInterrupted();
     std::string line;
     try {
-      line = writer.Row(ConvertedEye(std::move(row.eye), command), row.identifiers);
+      std::optional<Dropped> dropped;
+      line = writer.Row(ConvertedEye(std::move(row.eye), command, dropped), row.identifiers);
+      if (dropped) droppedOfAll.Add(*dropped);
     } catch (const Error& error) {
       throw ErrorAt(command.input.file, {row.line, 1}, error.what());
     }
     write(line);
   }
   flush();
+  if (droppedOfAll.losers > 0) PrintWarning(Text(droppedOfAll, *command.preparation.highestOrder));
   stream.Close();  // Windows puts no file in the place of one that is open
   if (!file) return;
   file->Commit();

@@ -15,6 +15,7 @@
 #include "cli/interruption.h"
 #include "cli/number_text.h"
 #include "cli/report.h"
+#include "cli/terminal.h"
 
 namespace orvanel::cli {
 namespace {
@@ -119,7 +120,9 @@ void RunFocus(const FocusCommand& command) {
   BestFocus best;
   std::string text;
   try {
-    before = Prepared(measured, command.preparation);
+    std::optional<Dropped> dropped;
+    before = Prepared(measured, command.preparation, &dropped);
+    if (dropped && dropped->rms > Micrometres(0.0)) PrintWarning(Text(*dropped));
     const LibraryCoefficients library = ToLibrary(before.convention, before.coefficients);
     {
       const StopAtOnce stop;

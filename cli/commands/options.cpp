@@ -90,14 +90,27 @@ void AddPreparationOptions(CLI::App& app, Preparation& preparation) {
       ->group(kPreparationGroup);
   AddParsedOption(
       app, "--refraction", "S[,C,A]",
-      "Refractive error to add: sphere, cylinder, axis; -2 makes the eye 2 D more short-sighted",
+      "Refractive error to add, also as -2.00/-0.75x20; -2 makes the eye 2 D more short-sighted",
       [&preparation](const std::string& text) { preparation.refraction = ToPowerVector(ParseRefraction(text)); })
+      ->group(kPreparationGroup);
+  AddParsedOption(app, "--lens", "S,C,A[,V]",
+                  "Lens to wear, also as -2.00/-0.75x20,12; V in mm is its vertex distance, 0 unless said",
+                  [&preparation](const std::string& text) {
+                    preparation.lens = ParseLens(text);
+                    AtCornea(*preparation.lens);
+                  })
       ->group(kPreparationGroup);
   AddParsedOption(app, "--mirror", "OD|OS", "Bring the eye to this side: one of the other side is mirrored",
                   [&preparation](const std::string& text) {
                     const auto side = ValueOf<Side>(text);
                     if (!side || *side == Side::kUnknown) throw Error(Quoted(text) + " is neither OD nor OS");
                     preparation.mirror = side;
+                  })
+      ->group(kPreparationGroup);
+  AddParsedOption(app, "--highest-order", "N",
+                  "Drop radial orders above this, over the pupil wanted; the RMS dropped is reported",
+                  [&preparation](const std::string& text) {
+                    preparation.highestOrder = static_cast<int>(ParseCount(text, 2, kLargestOrder));
                   })
       ->group(kPreparationGroup);
 }

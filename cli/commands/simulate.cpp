@@ -169,7 +169,7 @@ void RunSimulate(const SimulateCommand& command) {
   OutputFolder folder(PathOf(command.folder), names, command.force);
 
   try {
-    results.eye = Prepared(results.measured, command.preparation);
+    results.eye = Prepared(results.measured, command.preparation, &results.dropped);
     results.changes = Changes(results.measured, command.preparation);
     const Eye& eye = results.eye;
     results.simulation = Simulate(eye.pupil, ToLibrary(eye.convention, eye.coefficients), command.rings);
@@ -182,6 +182,7 @@ void RunSimulate(const SimulateCommand& command) {
   results.mtfAt = command.mtfAt;
   results.scales = ScalesOf(results.simulation);
   results.warnings = Warnings(results.simulation);
+  if (results.dropped && results.dropped->rms > Micrometres(0.0)) results.warnings.push_back(Text(*results.dropped));
   for (const std::string& warning : results.warnings) PrintWarning(warning);
   {
     Progress progress("Writing", files.size());

@@ -1,6 +1,8 @@
 // The changes one after the other; refraction belongs to the eye as measured.
 #include "cli/eyes/preparation.h"
 
+#include <algorithm>
+
 #include "cli/error.h"
 #include "cli/number_text.h"
 #include "cli/pupil_rescale.h"
@@ -42,15 +44,25 @@ void RequirePlausible(const Eye& eye) {
   }
 }
 
+// After a change of pupil, which makes lower orders of higher ones.
+Dropped DropOrdersAbove(int highest, Eye& eye) {
+  const Coefficients osa = OsaCoefficients(eye);
+  const Dropped dropped{highest, Rms(osa, highest + 1), Rms(osa, kLowestOrderThatBlurs)};
+  const std::size_t kept = OsaIndex({highest, highest}) + 1;
+  if (eye.coefficients.size() > kept) eye.coefficients.resize(kept);
+  return dropped;
+}
+
 }  // namespace
 
 Coefficients OsaCoefficients(const Eye& eye) { return Converted(eye.coefficients, eye.convention, kOsaConvention); }
 
-Eye Prepared(Eye eye, const Preparation& preparation) {
+Eye Prepared(Eye eye, const Preparation& preparation, std::optional<Dropped>* dropped) {
   Check(eye, preparation);
-  if (preparation.refraction || ChangesPupil(eye, preparation)) {
+  if (preparation.refraction || preparation.lens || ChangesPupil(eye, preparation)) {
     Coefficients osa = OsaCoefficients(eye);
     if (preparation.refraction) osa = WithRefraction(std::move(osa), eye.pupil, *preparation.refraction);
+    if (preparation.lens) osa = WithRefraction(std::move(osa), eye.pupil, -ToPowerVector(AtCornea(*preparation.lens)));
     if (ChangesPupil(eye, preparation)) {
       osa = Rescaled(osa, *preparation.pupil / eye.pupil);
       eye.pupil = *preparation.pupil;
@@ -62,13 +74,46 @@ Eye Prepared(Eye eye, const Preparation& preparation) {
     eye.side = *preparation.mirror;
   }
   RequirePlausible(eye);
+  if (preparation.highestOrder) {
+    const Dropped went = DropOrdersAbove(*preparation.highestOrder, eye);
+    if (dropped != nullptr) *dropped = went;
+  }
   return eye;
+}
+
+double Share(const Dropped& dropped) { return dropped.total > Micrometres(0.0) ? dropped.rms / dropped.total : 0.0; }
+
+std::string Text(const Dropped& dropped) {
+  constexpr int kDigits = 3;
+  return "radial orders above " + std::to_string(dropped.above) + " dropped, " + Text(dropped.rms.value(), kDigits) +
+         " um RMS of " + Text(dropped.total.value(), kDigits) + " um (" + FixedText(100.0 * Share(dropped), 1) + " %)";
+}
+
+void DroppedOfMany::Add(const Dropped& dropped) {
+  ++eyes;
+  if (dropped.rms > Micrometres(0.0)) ++losers;
+  most = std::max(most, dropped.rms);
+}
+
+std::string Text(const DroppedOfMany& dropped, int above) {
+  return "radial orders above " + std::to_string(above) + " dropped: " + std::to_string(dropped.losers) + " of " +
+         std::to_string(dropped.eyes) + " eyes have lost something, at most " + Text(dropped.most.value(), 3) +
+         " um RMS";
 }
 
 std::vector<std::string> Changes(const Eye& measured, const Preparation& preparation) {
   std::vector<std::string> changes;
   if (preparation.refraction) {
     changes.push_back("refraction of " + Text(ToRefraction(*preparation.refraction, CylinderSign::kMinus)) + " added");
+  }
+  if (preparation.lens) {
+    const Lens& lens = *preparation.lens;
+    std::string change = "lens " + PrescriptionText(lens.power) + " worn at ";
+    if (lens.vertex > Millimetres(0.0)) {
+      change += ShortestText(lens.vertex.value()) + " mm, which is " + PrescriptionText(AtCornea(lens)) + " at ";
+    }
+    change += "the cornea";
+    changes.push_back(change);
   }
   if (ChangesPupil(measured, preparation)) {
     changes.push_back((*preparation.pupil > measured.pupil ? "extrapolated from " : "rescaled from ") +
@@ -77,6 +122,11 @@ std::vector<std::string> Changes(const Eye& measured, const Preparation& prepara
   if (ChangesSide(measured, preparation)) {
     changes.push_back("mirrored from " + std::string(Word(measured.side)) + " to " +
                       std::string(Word(*preparation.mirror)));
+  }
+  if (preparation.highestOrder) {
+    std::optional<Dropped> dropped;
+    Prepared(measured, preparation, &dropped);
+    changes.push_back(Text(*dropped));
   }
   return changes;
 }

@@ -70,5 +70,12 @@ TEST(NumberText, QuotesForATerminal) {
   EXPECT_EQ(Quoted(std::string(59, 'x') + "\xC3\xA4" + "y"), "'" + std::string(59, 'x') + "...'");
 }
 
+TEST(NumberText, CountsAreWholeNumbersWithinBounds) {
+  EXPECT_EQ(ParseCount("20", 2, 20), 20U);
+  for (const char* text : {"", "1", "21", "-3", "+3", "2.0", "2x", " 2", "99999999999999999999999"}) {
+    EXPECT_THROW(ParseCount(text, 2, 20), Error) << text;
+  }
+}
+
 }  // namespace
 }  // namespace orvanel::cli

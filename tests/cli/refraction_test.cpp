@@ -6,7 +6,6 @@
 #include <cmath>
 #include <numbers>
 
-#include "cli/error.h"
 #include "cli/pupil_rescale.h"
 #include "tests/cli/conventions/zernike_truth.h"
 
@@ -150,23 +149,6 @@ TEST(Refraction, AxesReachFromAboveZeroToOneEighty) {
     EXPECT_NEAR(lens.axis.value(), axis, 1e-11);
   }
   EXPECT_EQ(ToRefraction(Powers(1.0, 0.0, 0.0), CylinderSign::kMinus).axis, Degrees(180.0));
-}
-
-TEST(Refraction, IsReadAsPrescriptionsAreWritten) {
-  const Refraction lens = ParseRefraction("-2.25,+0.75,170");
-  EXPECT_EQ(lens.sphere, Dioptres(-2.25));
-  EXPECT_EQ(lens.cylinder, Dioptres(0.75));
-  EXPECT_EQ(lens.axis, Degrees(170.0));
-  EXPECT_EQ(ParseRefraction("1.5").sphere, Dioptres(1.5));
-  for (const char* text : {"", "-2,1", "-2,1,181", "-2,1,-5", "1,2,3,4", "-2/1/90", "nan", "-2,1,"}) {
-    EXPECT_THROW(ParseRefraction(text), Error) << text;
-  }
-}
-
-TEST(Refraction, IsWrittenWithSignsAndAWholeAxis) {
-  EXPECT_EQ(Text(Lens(-2.254, -0.75, 170.4)), "-2.25 D sphere, -0.75 D cylinder, axis 170");
-  EXPECT_EQ(Text(Lens(1.0, 0.001, 20.0)), "+1.00 D sphere, 0.00 D cylinder, axis 180");
-  EXPECT_EQ(Text(Lens(-0.001, -1.0, 0.3)), "0.00 D sphere, -1.00 D cylinder, axis 180");
 }
 
 }  // namespace

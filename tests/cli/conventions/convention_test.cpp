@@ -181,7 +181,7 @@ TEST(Convention, TheLibraryRefusesOrdersAboveSixUnlessTheyAreZero) {
   } catch (const Error& error) {
     EXPECT_EQ(std::string(error.what()),
               "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the simulation takes the orders 0 to 6; "
-              "leave it out or set it to 0");
+              "let --highest-order 6 drop what is above");
   }
 }
 
