@@ -4,6 +4,7 @@
 #include <iostream>
 #include <string>
 
+#include "cli/batch/metrics.h"
 #include "cli/commands/command_line.h"
 #include "cli/manual.h"
 
@@ -27,10 +28,15 @@ int main(int argc, char** argv) {
   using namespace orvanel::cli;
   const std::filesystem::path folder = argv[1];
   const Program program = DefineProgram();
+  std::string words;
+  for (const Metric& metric : Metrics()) {
+    words += metric.word;
+    words += ' ';
+  }
   const CLI::App& app = *program.app;
   bool good = Write(folder / "orvanel.1", ManualPage(app, nullptr));
   for (const CLI::App* subcommand : app.get_subcommands({})) {
     good = Write(folder / (ManualName(*subcommand, &app) + ".1"), ManualPage(*subcommand, &app)) && good;
   }
-  return Write(folder / "orvanel.bash", BashCompletion(app)) && good ? 0 : 1;
+  return Write(folder / "orvanel.bash", BashCompletion(app, {{"--metrics", words}})) && good ? 0 : 1;
 }

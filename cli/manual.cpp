@@ -67,7 +67,8 @@ std::string Notes(const std::string& footer) {
   return page + ".SH EXAMPLES\n.nf\n" + Escaped(footer.substr(footer.find('\n', examples) + 1)) + "\n.fi\n";
 }
 
-// The words that an option takes, where its description ends in a list of them: "Unit: mm, um, nm, waves".
+// The words that an option takes, where its description ends in a list of them: "Unit: mm, um, nm, waves", or, with
+// those that it takes unless told, "Which planes: wavefront, psf, mtf [psf,mtf]".
 std::string WordsTaken(const CLI::Option& option) {
   const std::string& description = option.get_description();
   const std::size_t colon = description.rfind(": ");
@@ -75,7 +76,7 @@ std::string WordsTaken(const CLI::Option& option) {
   if (type == "OD|OS") return "OD OS";
   if ((type != "WORD" && type != "NAME" && type != "LIST") || colon == std::string::npos) return {};
   std::string words;
-  for (const char c : description.substr(colon + 2)) {
+  for (const char c : description.substr(colon + 2, description.find(" [", colon) - colon - 2)) {
     if (c != ',') words += c;
   }
   return words;
@@ -114,43 +115,54 @@ std::string ManualPage(const CLI::App& app, const CLI::App* parent) {
   return page.str() + Notes(app.get_footer());
 }
 
-std::string BashCompletion(const CLI::App& program) {
-  std::string subcommands, cases, words;
+std::string BashCompletion(const CLI::App& program, const std::map<std::string, std::string>& words) {
+  std::string subcommands, cases, wordCases;
   for (const CLI::App* subcommand : program.get_subcommands({})) {
     subcommands += " " + subcommand->get_name();
     cases += "    " + subcommand->get_name() + ") options='" + Names(*subcommand).substr(1) + "' ;;\n";
     for (const CLI::Option* option : subcommand->get_options()) {
-      const std::string taken = WordsTaken(*option);
-      if (taken.empty()) continue;
+      const bool list = option->get_type_name() == "LIST";
       for (const std::string& name : option->get_lnames()) {
-        words += "    " + subcommand->get_name() + ":--" + name + ") words='" + taken + "' ;;\n";
+        const auto listed = words.find("--" + name);
+        const std::string taken = listed == words.end() ? WordsTaken(*option) : listed->second;
+        if (taken.empty()) continue;
+        wordCases += "    " + subcommand->get_name() + ":--" + name + ") words='" + taken + "'" +
+                     (list ? " list=1" : "") + " ;;\n";
       }
     }
   }
-  return "# Completion of orvanel for bash, made from the program's definition.\n"
-         "_orvanel() {\n"
-         "  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} options='' words=''\n"
-         "  if [ \"$COMP_CWORD\" -eq 1 ]; then\n"
-         "    mapfile -t COMPREPLY < <(compgen -W '" +
+  constexpr const char* kBeginning = R"(# Completion of orvanel for bash, made from the program's definition.
+_orvanel() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} options='' words='' list=''
+  # --option=value comes as three words.
+  if [ "$current" = = ]; then
+    current=''
+  elif [ "$previous" = = ] && [ "$COMP_CWORD" -gt 2 ]; then
+    previous=${COMP_WORDS[COMP_CWORD-2]}
+  fi
+)";
+  constexpr const char* kEnd = R"(  if [ -n "$list" ]; then
+    # Behind the last comma, what is not in the list yet.
+    local last=${current##*,} word rest=''
+    for word in $words; do
+      [[ ,${current%"$last"} == *,$word,* ]] || rest+=" $word"
+    done
+    mapfile -t COMPREPLY < <(compgen -P "${current%"$last"}" -W "$rest" -- "$last")
+    compopt -o nospace 2>/dev/null
+  elif [ -n "$words" ]; then
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+  elif [[ $current == -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
+  else
+    mapfile -t COMPREPLY < <(compgen -f -- "$current")
+  fi
+}
+complete -o filenames -F _orvanel orvanel
+)";
+  return std::string(kBeginning) + "  if [ \"$COMP_CWORD\" -eq 1 ]; then\n    mapfile -t COMPREPLY < <(compgen -W '" +
          Names(program).substr(1) + subcommands +
-         "' -- \"$current\")\n"
-         "    return\n"
-         "  fi\n"
-         "  case ${COMP_WORDS[1]}:$previous in\n" +
-         words +
-         "  esac\n"
-         "  case ${COMP_WORDS[1]} in\n" +
-         cases +
-         "  esac\n"
-         "  if [ -n \"$words\" ]; then\n"
-         "    mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$current\")\n"
-         "  elif [[ $current == -* ]]; then\n"
-         "    mapfile -t COMPREPLY < <(compgen -W \"$options\" -- \"$current\")\n"
-         "  else\n"
-         "    mapfile -t COMPREPLY < <(compgen -f -- \"$current\")\n"
-         "  fi\n"
-         "}\n"
-         "complete -o filenames -F _orvanel orvanel\n";
+         "' -- \"$current\")\n    return\n  fi\n  case ${COMP_WORDS[1]}:$previous in\n" + wordCases +
+         "  esac\n  case ${COMP_WORDS[1]} in\n" + cases + "  esac\n" + kEnd;
 }
 
 }  // namespace orvanel::cli

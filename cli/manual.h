@@ -3,6 +3,7 @@
 #define ORVANEL_CLI_MANUAL_H
 
 #include <CLI/App.hpp>
+#include <map>
 #include <string>
 
 namespace orvanel::cli {
@@ -14,8 +15,9 @@ std::string ManualPage(const CLI::App& app, const CLI::App* parent);
 // "orvanel-simulate".
 std::string ManualName(const CLI::App& app, const CLI::App* parent);
 
-// The completion of subcommands, their options, and the words that options take, for bash.
-std::string BashCompletion(const CLI::App& program);
+// The completion of subcommands, their options, and the words that options take, also in lists with commas, for bash.
+//   words  of options whose description does not list them
+std::string BashCompletion(const CLI::App& program, const std::map<std::string, std::string>& words);
 
 }  // namespace orvanel::cli
 

@@ -239,6 +239,14 @@ std::string SummaryJson(const Results& results, const std::vector<std::string>& 
     summary["picture"]["seen_file"] = "picture_seen.png";
     summary["picture"]["contrast_kept_file"] = "picture_contrast_kept.png";
   }
+  if (files.empty()) {  // the numbers alone
+    summary.erase("planes");
+    summary.erase("files");
+    for (Json& ring : summary["rings"]) {
+      ring.erase("original_file");
+      ring.erase("seen_file");
+    }
+  }
   // A file's name need not be UTF-8.
   return summary.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

@@ -10,7 +10,7 @@
 namespace orvanel::cli {
 
 // Contents of summary.json.
-//   files  the names of all files of the run
+//   files  the names of all files of the run; where there are none, nothing is said of files
 std::string SummaryJson(const Results& results, const std::vector<std::string>& files);
 
 // A dozen lines; the last says where the files are.

@@ -27,17 +27,16 @@ constexpr const char* kFocusExamples =
     "  orvanel focus my_eye.json --method psf --step 0.02 --pupil 4\n"
     "  orvanel focus my_eye.json --method fit --step 5";
 
-constexpr const char* kFocusNotes =
-    "Methods:\n"
-    "  optimise  the highest Strehl ratio within two waves and more of where the eye stands; with --astigmatism the "
-    "two\n"
-    "            terms of astigmatism are varied too\n"
-    "  psf       steps of defocus as long as the Strehl ratio grows; ends on the first hill\n"
-    "  fit       steps of defocus as long as the wavefront comes nearer to a circle whose radius at the edge is the "
-    "pupil\n"
-    "            value; for most eyes that goes on far beyond focus\n"
-    "psf and fit stop with an error after 10000 wavefronts; larger steps then help.\n"
-    "The change is told in dioptres of mean sphere: the refraction that the eye at its best has less.\n";
+constexpr const char* kFocusNotes = R"(Methods:
+  optimise  the highest Strehl ratio within two waves and more of where the eye stands; with --astigmatism the two
+            terms of astigmatism are varied too
+  psf       steps of defocus as long as the Strehl ratio grows; ends on the first hill
+  fit       steps of defocus as long as the wavefront comes nearer to a circle whose radius at the edge is the pupil
+            value; for most eyes that goes on far beyond focus
+psf and fit stop with an error after 10000 wavefronts; larger steps then help.
+The change is told in dioptres of mean sphere: the refraction that the eye at its best has less. The prescription
+is the lens at the cornea with which the measured eye becomes the one at its best.
+)";
 
 struct FocusCommand {
   InputOptions input;
@@ -111,7 +110,13 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
   text += ReportLine("Refraction", lens(refraction(before)) + " before");
   text += ReportLine("", lens(refraction(after)) + " after (least squares)");
   const double change = (refraction(after).m - refraction(before).m).value();
-  return text + ReportLine("Change", Text(change, 4) + " D of mean sphere");
+  text += ReportLine("Change", Text(change, 4) + " D of mean sphere");
+  // The eye's refraction becomes less by the lens that it wears.
+  const PowerVector worn = refraction(before) - refraction(after);
+  return text +
+         ReportLine("Prescription", PrescriptionText(ToRefraction(worn, CylinderSign::kMinus)) +
+                                        " at the cornea, the lens to wear for this change (as --lens)") +
+         ReportLine("", "sphere/cylinder x axis, with a minus cylinder and the axis of trial frames (TABO)");
 }
 
 void RunFocus(const FocusCommand& command) {

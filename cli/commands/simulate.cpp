@@ -64,12 +64,12 @@ struct SimulateCommand {
   std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
   std::vector<const Format*> formats;  // each once
   std::vector<CyclesPerDegree> mtfAt;
-  bool force = false;
+  bool force = false, json = false;
 };
 
 // Options as they stand on the command line.
 struct SimulateWords {
-  std::string acuities = kUsualAcuities, gaps = "right", frequencies, formats = "png8", fit{Word(Fit::kCrop)};
+  std::string acuities = kUsualAcuities, gaps = "right", frequencies, formats = kPictures, fit{Word(Fit::kCrop)};
   bool npy = false;
 };
 
@@ -136,7 +136,7 @@ std::vector<RingRequest> RingRequests(const std::string& acuities, const std::st
 std::vector<const Format*> FormatsOf(const std::string& list) {
   std::vector<const Format*> formats;
   for (const std::string& part : Split(list)) {
-    if (part == "png8") continue;  // always
+    if (part == kPictures) continue;
     try {
       const Format* const format = &FormatNamed(part);
       if (std::find(formats.begin(), formats.end(), format) == formats.end()) formats.push_back(format);
@@ -166,7 +166,8 @@ void RunSimulate(const SimulateCommand& command) {
   const std::vector<ResultFile> files = ResultFiles(request);
   std::vector<std::string> names;
   for (const ResultFile& file : files) names.push_back(file.name);
-  OutputFolder folder(PathOf(command.folder), names, command.force);
+  std::optional<OutputFolder> folder;
+  if (!command.json) folder.emplace(PathOf(command.folder), names, command.force);
 
   try {
     results.eye = Prepared(results.measured, command.preparation, &results.dropped);
@@ -184,15 +185,19 @@ void RunSimulate(const SimulateCommand& command) {
   results.warnings = Warnings(results.simulation);
   if (results.dropped && results.dropped->rms > Micrometres(0.0)) results.warnings.push_back(Text(*results.dropped));
   for (const std::string& warning : results.warnings) PrintWarning(warning);
+  if (!folder) {
+    PrintOutput(SummaryJson(results, {}), "");
+    return;
+  }
   {
     Progress progress("Writing", files.size());
     for (const ResultFile& file : files) {
       StopIfInterrupted();
-      folder.Add(file.name, file.encode(results));
+      folder->Add(file.name, file.encode(results));
       progress.Advance();
     }
   }
-  folder.Commit();
+  folder->Commit();
   PrintOutput(SummaryText(results, command.folder, files.size()), "the results are in place");
 }
 
@@ -203,9 +208,11 @@ Run DefineSimulate(CLI::App& app) {
   const auto words = std::make_shared<SimulateWords>();
   CLI::App& simulate = *app.add_subcommand("simulate", "Write all pictures and numbers of one eye into a folder.");
   AddInputOptions(simulate, command->input);
-  simulate.add_option("-o,--output", command->folder, "The folder to write, made if need be")
-      ->required()
-      ->type_name("FOLDER");
+  const CLI::Option* const output =
+      simulate
+          .add_option("-o,--output", command->folder, "The folder to write, made if need be; REQUIRED but for --json")
+          ->type_name("FOLDER");
+  simulate.add_flag("--json", command->json, "Print all numbers as JSON, as in summary.json, and write no files");
   simulate
       .add_option("--acuity,--acuities", words->acuities,
                   "Decimal acuities of the rings, with commas, on the library scale")
@@ -236,8 +243,17 @@ Run DefineSimulate(CLI::App& app) {
   AddPreparationOptions(simulate, command->preparation);
   simulate.footer(std::string(kEyeNotes) + "\n" + kScaleNotes + "\n" + kPictureNotes + "\n" + kFormatNotes + "\n" +
                   kSimulateExamples);
-  simulate.final_callback([command, words, picture] {
-    if (command->folder.empty()) throw CLI::ValidationError("--output", "the folder has no name");
+  simulate.final_callback([command, words, picture, output, &simulate] {
+    if (command->json) {
+      for (const char* const name : {"--output", "--picture", "--format", "--npy", "--force"}) {
+        if (simulate.get_option(name)->count() > 0) {
+          throw CLI::ValidationError("--json", std::string("writes no files; leave ") + name + " away");
+        }
+      }
+    } else if (output->count() == 0) {
+      throw CLI::RequiredError("--output");
+    }
+    if (!command->json && command->folder.empty()) throw CLI::ValidationError("--output", "the folder has no name");
     command->rings = RingRequests(words->acuities, words->gaps);
     if (picture->count() > 0 && command->picture.file.empty()) {
       throw CLI::ValidationError("--picture", "the file has no name");

@@ -188,7 +188,8 @@ LibraryCoefficients ToLibrary(const Convention& convention, const Coefficients& 
       library[j] = Millimetres(converted[j]);
     } else if (converted[j] != 0.0) {
       throw Error("the term " + Symbol(Term(j)) + ", " + Name(Term(j)) + ", is " + ShortestText(coefficients[j]) + " " +
-                  UnitText(convention) + ", but the simulation takes the orders 0 to 6; let --highest-order 6 drop what is above");
+                  UnitText(convention) +
+                  ", but the simulation takes the orders 0 to 6; let --highest-order 6 drop what is above");
     }
   }
   return library;

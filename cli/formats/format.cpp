@@ -34,9 +34,9 @@ constexpr Format kFormats[] = {
 };
 
 std::string NamesOfThoseBuilt() {
-  std::string names;
+  std::string names = kPictures;
   for (const Format& format : kFormats) {
-    if (format.encode != nullptr) names += (names.empty() ? "" : ", ") + std::string(format.name);
+    if (format.encode != nullptr) names += ", " + std::string(format.name);
   }
   return names;
 }

@@ -21,7 +21,10 @@ struct Format {
   std::string (*encode)(const PlaneSet& set);
 };
 
-// All formats, those that this program is built without among them.
+// The name of the PNG pictures of 8 bits, which are always written.
+constexpr const char* kPictures = "png8";
+
+// All formats beside them, those that this program is built without among them.
 std::span<const Format> Formats();
 
 // The format of this name. Throws Error where there is none, or where the program is built without it.

@@ -38,4 +38,15 @@ done
 [ "$(offered orvanel simulate --format h)" = hdf5 ] || { echo "no formats"; status=1; }
 [ "$(offered orvanel simulate --gaps '' | tr '\n' ' ')" = 'down up right left all ' ] || { echo "no gaps"; status=1; }
 [ "$(offered orvanel simulate --fit p | tr '\n' ' ')" = 'pad pixels ' ] || { echo "no fits"; status=1; }
+[ "$(offered orvanel simulate --format npy,h)" = npy,hdf5 ] || { echo "no formats behind a comma"; status=1; }
+[ "$(offered orvanel simulate --format npy,png8,png | tr '\n' ' ')" = 'npy,png8,png16 ' ] || { echo "a format twice"; status=1; }
+[ "$(offered orvanel simulate --gaps down, | tr '\n' ' ')" = 'down,up down,right down,left down,all ' ] || { echo "no gaps behind a comma"; status=1; }
+[ "$(offered orvanel batch --metrics st)" = strehl ] || { echo "no metrics"; status=1; }
+[ "$(offered orvanel batch --metrics = strehl,mtf)" = strehl,mtf_area ] || { echo "no metrics behind ="; status=1; }
+[ "$(offered orvanel batch --planes-of '' | tr '\n' ' ')" = 'wavefront psf mtf ' ] || { echo "no planes"; status=1; }
+[ "$(offered orvanel batch --pictures-of psf,s)" = psf,star ] || { echo "no pictures"; status=1; }
+# Every metric that the help lists is offered.
+for metric in $("$program" batch --help | sed -n '/^Metrics/,/^$/s/^[* ] \([a-z_]*\) .*/\1/p'); do
+  grep -qx "$metric" <<<"$(offered orvanel batch --metrics '')" || { echo "completion lacks $metric"; status=1; }
+done
 exit $status
