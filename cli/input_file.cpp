@@ -19,6 +19,11 @@ namespace orvanel::cli {
 namespace {
 
 int Opened(const std::string& file) {
+  if (file == kStandardStream) {
+    const int descriptor = StandardInput();
+    if (descriptor == -1) throw Error(InputName(file) + ": cannot be read: " + std::strerror(errno));
+    return descriptor;
+  }
   std::error_code ignored;  // opening tells what is wrong
   if (std::filesystem::is_directory(PathOf(file), ignored)) throw Error(file + ": is a directory; give a file");
   const int descriptor = OpenForReading(PathOf(file));
@@ -27,6 +32,8 @@ int Opened(const std::string& file) {
 }
 
 }  // namespace
+
+std::string InputName(const std::string& file) { return file == kStandardStream ? "standard input" : file; }
 
 class InputFile::Buffer : public std::streambuf {
  public:
@@ -71,7 +78,7 @@ class InputFile::Buffer : public std::streambuf {
   Fnv1a hash_;
 };
 
-InputFile::InputFile(const std::string& file) : InputFile(Opened(file), file) {}
+InputFile::InputFile(const std::string& file) : InputFile(Opened(file), InputName(file)) {}
 
 InputFile::InputFile(int descriptor, const std::string& name)
     : std::istream(nullptr), buffer_(std::make_unique<Buffer>(descriptor, name)) {

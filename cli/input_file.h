@@ -9,11 +9,18 @@
 
 namespace orvanel::cli {
 
+// The name that stands for standard input and standard output.
+constexpr const char* kStandardStream = "-";
+
+// A file's name for messages: "standard input" for "-".
+std::string InputName(const std::string& file);
+
 // A stream of bytes. Reading throws Interrupted where the program is asked to stop, and Error with the reason where the
 // bytes cannot be read; so a stream that ends without an exception has ended.
 class InputFile : public std::istream {
  public:
-  // Throws Error with the reason. A pipe without a writer is opened at once; the first read waits for the writer.
+  // "-" is standard input. Throws Error with the reason. A pipe without a writer is opened at once; the first read
+  // waits for the writer.
   explicit InputFile(const std::string& file);
   // Takes over an open descriptor.
   //   name  for messages

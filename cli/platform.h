@@ -47,6 +47,9 @@ bool LockOutOthers(std::FILE* stream);
 // of a pipe.
 int OpenForReading(const std::filesystem::path& file);
 
+// A descriptor of standard input, for bytes; -1 where errno tells why there is none.
+int StandardInput();
+
 // Waits until a descriptor has bytes or is at its end; false where EndWaiting has been called, before or meanwhile.
 bool WaitForInput(int descriptor);
 

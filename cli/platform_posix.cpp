@@ -75,6 +75,7 @@ void EndWaiting() {
   errno = before;
 }
 
+int StandardInput() { return fcntl(0, F_DUPFD_CLOEXEC, 3); }
 void Close(int descriptor) { close(descriptor); }
 int Read(int descriptor, char* bytes, std::size_t most) { return static_cast<int>(read(descriptor, bytes, most)); }
 

@@ -84,6 +84,10 @@ bool WaitForInput(int /*descriptor*/) { return true; }
 
 void EndWaiting() { CancelSynchronousIo(reader); }
 
+int StandardInput() {
+  _setmode(0, _O_BINARY);
+  return _dup(0);
+}
 void Close(int descriptor) { _close(descriptor); }
 int Read(int descriptor, char* bytes, std::size_t most) {
   return _read(descriptor, bytes, static_cast<unsigned>(most));

@@ -57,4 +57,18 @@ std::vector<double> EyeMeter::Measure(const Eye& eye) {
   return Values(choice_, measured_);
 }
 
+std::vector<std::pair<std::string, double>> ConstantsOf(Millimetres pupil) {
+  MetricChoice choice;
+  for (const Metric* const metric : UsualMetrics(false)) {
+    if (metric->cost == Cost::kPupil) choice.metrics.push_back(metric);
+  }
+  Eye eye;
+  eye.pupil = pupil;
+  const std::vector<double> values = EyeMeter(choice, false).Measure(eye);
+  const std::vector<std::string> columns = Columns(choice);
+  std::vector<std::pair<std::string, double>> constants;
+  for (std::size_t i = 0; i < columns.size(); ++i) constants.emplace_back(columns[i], values[i]);
+  return constants;
+}
+
 }  // namespace orvanel::cli

@@ -2,6 +2,8 @@
 #ifndef ORVANEL_CLI_BATCH_EYE_METER_H
 #define ORVANEL_CLI_BATCH_EYE_METER_H
 
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/batch/metrics.h"
@@ -33,6 +35,9 @@ class EyeMeter {
   Section rowSection_, columnSection_, diffractionLimit_;
   MeasuredEye measured_;
 };
+
+// Columns that are the same in all rows where all have this pupil, and their values.
+std::vector<std::pair<std::string, double>> ConstantsOf(Millimetres pupil);
 
 }  // namespace orvanel::cli
 

@@ -37,7 +37,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.strehl); }},
       {"half_width",
        "half the side of the PSF on the retina, both scales",
-       Cost::kCoefficients,
+       Cost::kPupil,
        true,
        {"psf_half_width_mm_library_scale", "psf_half_width_mm_optical_scale"},
        [](const MeasuredEye& eye, Numbers& values) {
@@ -46,7 +46,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        }},
       {"frequency_range",
        "where the MTF ends, both scales",
-       Cost::kCoefficients,
+       Cost::kPupil,
        true,
        {"mtf_frequency_range_cpd_library_scale", "cutoff_cpd_optical_scale"},
        [](const MeasuredEye& eye, Numbers& values) {
@@ -108,7 +108,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        }},
       {"pupil",
        "pupil diameter",
-       Cost::kCoefficients,
+       Cost::kPupil,
        false,
        {"simulated_pupil_diameter_mm"},
        [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.eye->pupil.value()); }},
@@ -144,10 +144,10 @@ std::vector<const Metric*> MetricsNamed(std::string_view list) {
   return chosen;
 }
 
-std::vector<const Metric*> UsualMetrics() {
+std::vector<const Metric*> UsualMetrics(bool samePupil) {
   std::vector<const Metric*> usual;
   for (const Metric& metric : Table()) {
-    if (metric.usual) usual.push_back(&metric);
+    if (metric.usual && !(samePupil && metric.cost == Cost::kPupil)) usual.push_back(&metric);
   }
   return usual;
 }

@@ -14,7 +14,7 @@
 namespace orvanel::cli {
 
 // What the engine has to compute for a metric; each includes those before it.
-enum class Cost { kCoefficients, kStrehl, kMtf };
+enum class Cost { kPupil, kCoefficients, kStrehl, kMtf };
 
 // What a metric is computed from.
 struct MeasuredEye {
@@ -47,7 +47,10 @@ struct MetricChoice {
 
 // "strehl,rms": each once, in the order asked for. Throws Error.
 std::vector<const Metric*> MetricsNamed(std::string_view list);
-std::vector<const Metric*> UsualMetrics();
+
+// The metrics where nothing is asked for.
+//   samePupil  all rows have one pupil; metrics of the pupil alone, the same in all rows, are left out then
+std::vector<const Metric*> UsualMetrics(bool samePupil);
 
 // The names of all columns, with unit and scale.
 std::vector<std::string> Columns(const MetricChoice& choice);

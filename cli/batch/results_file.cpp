@@ -8,13 +8,16 @@
 #include <utility>
 
 #include "cli/error.h"
+#include "cli/input_file.h"
 #include "cli/path_of.h"
 #include "cli/platform.h"
+#include "cli/report.h"
 
 namespace orvanel::cli {
 namespace fs = std::filesystem;
 
 ResultsFile::ResultsFile(std::string file, bool isNew) : file_(std::move(file)) {
+  if (file_ == kStandardStream) return;
   const fs::path path = PathOf(file_);
   std::error_code ignored;
   if (fs::is_directory(path, ignored)) Refuse("is a folder; give the name of a file");
@@ -41,6 +44,10 @@ void ResultsFile::Keep(std::uintmax_t bytes) {
 }
 
 void ResultsFile::Append(const std::string& rows) {
+  if (!stream_) {
+    PrintOutput(rows, "");
+    return;
+  }
   errno = 0;
   if (std::fwrite(rows.data(), 1, rows.size(), stream_.get()) == rows.size()) {
     size_ += rows.size();
@@ -52,7 +59,9 @@ void ResultsFile::Append(const std::string& rows) {
   Refuse("cannot be written: " + reason + "; all rows in it are whole, and --resume goes on from there");
 }
 
-void ResultsFile::Synchronise() { cli::Synchronise(stream_.get()); }
+void ResultsFile::Synchronise() {
+  if (stream_) cli::Synchronise(stream_.get());
+}
 
 void ResultsFile::RemoveIfEmpty() {
   if (size_ > 0 || !stream_) return;

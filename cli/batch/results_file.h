@@ -9,6 +9,7 @@
 
 namespace orvanel::cli {
 
+// With the name "-" it is standard output, which is only added to.
 class ResultsFile {
  public:
   // Opens or makes the file and locks out other runs. Throws Error where it cannot be written, is a link or no plain

@@ -101,7 +101,7 @@ class Batch {
       : request_(request),
         record_(request.record),
         stream_(request.table),
-        table_(stream_, request.table, request.kind, request.stated) {
+        table_(stream_, InputName(request.table), request.kind, request.stated) {
     record_.columns = ResultColumns(request);
     record_.tableHash = HashOfFile(request.table);
     header_ = Header();
@@ -135,7 +135,9 @@ class Batch {
     } catch (const Interrupted&) {
       KeepWhatIsComputed();
       throw Error("interrupted; all rows are whole" +
-                  std::string(record_.tableHash.empty() ? "" : ", and --resume goes on from there"));
+                  std::string(record_.tableHash.empty() || request_.results == kStandardStream
+                                  ? ""
+                                  : ", and --resume goes on from there"));
     } catch (...) {
       KeepWhatIsComputed();
       throw;
@@ -152,7 +154,7 @@ class Batch {
     for (const std::string& name : table_.identifierNames()) {
       const auto& columns = record_.columns;
       if (name == kErrorColumn || std::find(columns.begin(), columns.end(), name) != columns.end()) {
-        throw Error(request_.table + ": the column " + Quoted(name) +
+        throw Error(InputName(request_.table) + ": the column " + Quoted(name) +
                     " has the name of a column of the results; give it another name");
       }
       header += CsvField(name) + ",";
@@ -165,7 +167,8 @@ class Batch {
 
   void Begin() {
     std::error_code ignored;
-    const bool found = fs::exists(fs::symlink_status(PathOf(request_.results), ignored));
+    const bool found =
+        request_.results != kStandardStream && fs::exists(fs::symlink_status(PathOf(request_.results), ignored));
     if (found && !request_.resume && !request_.force) {
       throw Error(request_.results +
                   ": is there already; --resume goes on with it, --force replaces it; or give another name");
@@ -274,7 +277,7 @@ class Batch {
   void Take(const Rows& rows) {
     for (const BatchRow& row : rows) {
       if (!row.error.empty()) {
-        if (request_.strict) throw Error(request_.table + ": " + row.error + "; --strict stops here");
+        if (request_.strict) throw Error(InputName(request_.table) + ": " + row.error + "; --strict stops here");
         ++result_.errors;
       }
       if (planes_) {

@@ -45,11 +45,13 @@ std::string DifferenceOfSettings(const RunRecord& before, const RunRecord& now, 
 std::string RecordFileOf(const std::string& results) { return results + ".orvanel"; }
 
 void WriteRecord(const std::string& results, const RunRecord& record) {
+  if (results == kStandardStream) return;
   Json settings = Json::object();
   for (const auto& [name, text] : record.settings) settings[name] = text;
   Json json = {{"record_of", kSubject},     {"version", record.version},      {"settings", settings},
                {"columns", record.columns}, {"table_hash", record.tableHash}, {"shard", record.shard.number},
                {"shards", record.shard.of}, {"chunk_rows", record.chunkRows}, {"complete", record.end.has_value()}};
+  for (const auto& [name, value] : record.constants) json["same_in_all_rows"][name] = value;
   if (record.end) {
     json["table_rows"] = record.end->tableRows;
     json["error_rows"] = record.end->errors;
@@ -70,6 +72,8 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
     record.version = json.at("version");
     for (const auto& [key, value] : json.at("settings").items()) record.settings.emplace_back(key, value);
     record.columns = json.at("columns").get<std::vector<std::string>>();
+    const Json constants = json.value("same_in_all_rows", Json::object());
+    for (const auto& [column, value] : constants.items()) record.constants.emplace_back(column, value.get<double>());
     record.tableHash = json.at("table_hash");
     record.shard.number = json.at("shard");
     record.shard.of = json.at("shards");
@@ -100,7 +104,8 @@ std::string Difference(const RunRecord& before, const RunRecord& now, bool anySh
 
 std::string HashOfFile(const std::string& file) {
   std::error_code ignored;
-  if (!fs::is_regular_file(PathOf(file), ignored)) return "";  // not even opened, which might wait for a writer
+  if (file == kStandardStream || !fs::is_regular_file(PathOf(file), ignored))
+    return "";  // not even opened, which might wait for a writer
   InputFile stream(file);
   stream.ignore(std::numeric_limits<std::streamsize>::max());
   return stream.hash();

@@ -25,13 +25,14 @@ struct RunRecord {
     std::size_t errors = 0;     // among the rows of the results
     friend bool operator==(const End&, const End&) = default;
   };
-  std::optional<End> end;  // where the results are complete
+  std::optional<End> end;                                   // where the results are complete
+  std::vector<std::pair<std::string, double>> constants{};  // columns left out, since they are the same in all rows
 };
 
 // "results.csv.orvanel".
 std::string RecordFileOf(const std::string& results);
 
-// Comes to its place whole, or not at all. Throws Error.
+// Comes to its place whole, or not at all; standard output, "-", has no record. Throws Error.
 void WriteRecord(const std::string& results, const RunRecord& record);
 
 // Empty where there is none. Throws Error where there is something else in its place.

@@ -5,13 +5,16 @@
 #include <algorithm>
 #include <thread>
 
+#include "cli/batch/eye_meter.h"
 #include "cli/batch/run.h"
 #include "cli/batch/statistics.h"
 #include "cli/commands/options.h"
 #include "cli/error.h"
 #include "cli/eyes/any_eye.h"
+#include "cli/input_file.h"
 #include "cli/number_text.h"
 #include "cli/report.h"
+#include "cli/terminal.h"
 
 namespace orvanel::cli {
 namespace {
@@ -38,6 +41,7 @@ constexpr std::size_t kMostJobs = 1024;
 
 struct BatchCommand {
   BatchRequest request;
+  std::optional<FileKind> kind;
   std::string metrics, frequencies, acuities, planesOf = "psf,mtf", picturesOf = "psf,star";
   bool summary = false;
 };
@@ -45,7 +49,11 @@ struct BatchCommand {
 std::size_t UsualJobs() { return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostJobs); }
 
 std::string MetricNotes() {
-  std::string notes = "Metrics, of which those with a star are computed without --metrics:\n";
+  std::string notes =
+      "Metrics, of which those with a star are computed without --metrics; where --pupil or --measured-pupil states "
+      "one\n"
+      "pupil for all rows, half_width and frequency_range then stand in the record and the report instead of each "
+      "row:\n";
   for (const Metric& metric : Metrics()) {
     const std::string word = metric.word;
     notes += (metric.usual ? "* " : "  ") + word + std::string(17 - word.size(), ' ') + metric.description + "\n";
@@ -90,18 +98,29 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const CLI::App& app)
 void RunCommand(const BatchCommand& command) {
   const BatchRequest& request = command.request;
   const BatchResult result = RunBatch(request);
+  const bool toFile = request.results != kStandardStream;
+  const std::string results = toFile ? request.results : "standard output";
   std::string report = ReportLine(
       "Written", request.results + ", " + std::to_string(result.rows) + " rows" +
                      (result.earlier > 0 ? ", " + std::to_string(result.earlier) + " of them by an earlier run" : ""));
+  std::string label = "In all rows";
+  for (const auto& [name, value] : request.record.constants) {
+    report += ReportLine(std::exchange(label, ""), name + " = " + ShortestText(value));
+  }
   if (result.dropped.eyes > 0) {
     report += ReportLine("Orders", Text(result.dropped, *request.preparation.highestOrder) +
                                        (result.earlier > 0 ? ", by this run" : ""));
   }
   if (command.summary) report += "\n" + StatisticsText(request.results, ResultColumns(request));
-  PrintOutput(report, request.results + " is written");
+  if (toFile) {
+    PrintOutput(report, results + " is written");
+  } else if (result.dropped.losers > 0) {
+    PrintWarning(Text(result.dropped, *request.preparation.highestOrder));
+  }
   if (result.errors > 0) {
-    throw FaultyRows(request.table + ": " + std::to_string(result.errors) + " of " + std::to_string(result.rows) +
-                     " rows are at fault; the column '" + kErrorColumn + "' of " + request.results + " says why");
+    throw FaultyRows(InputName(request.table) + ": " + std::to_string(result.errors) + " of " +
+                     std::to_string(result.rows) + " rows are at fault; the column '" + kErrorColumn + "' of " +
+                     results + " says why");
   }
 }
 
@@ -161,13 +180,26 @@ void AddRunOptions(CLI::App& batch, BatchCommand& command) {
 
 void Complete(BatchCommand& command, const CLI::App& batch) {
   BatchRequest& request = command.request;
-  const FileKind kind = KindOf(request.table);
+  const FileKind kind = KindOf(request.table, command.kind);
   if (kind == FileKind::kEyeFile) {
     throw CLI::ValidationError("TABLE", "is no table; its name ends in .csv, .tsv, .txt, .ndjson or .jsonl");
   }
-  request.kind = kind == FileKind::kCsv ? TableKind::kCsv : TableKind::kNdjson;
+  request.kind = TableKindOf(kind);
+  if (request.resume && (request.table == kStandardStream || request.results == kStandardStream)) {
+    throw CLI::ValidationError("--resume", "needs files; standard input and output cannot be gone on with");
+  }
+  if (command.summary && request.results == kStandardStream) {
+    throw CLI::ValidationError("--summary", "reads the results once more; give --output a file");
+  }
   if (KindOf(request.results) != FileKind::kCsv) throw CLI::ValidationError("--output", "results are written as .csv");
-  if (request.choice.metrics.empty()) request.choice.metrics = UsualMetrics();
+  if (request.choice.metrics.empty()) {
+    const std::optional<Millimetres> pupil =
+        request.preparation.pupil ? request.preparation.pupil : request.stated.pupil;
+    // Standard output has no record to hold what is the same in all rows.
+    const bool samePupil = pupil && request.results != kStandardStream;
+    if (samePupil) request.record.constants = ConstantsOf(*pupil);
+    request.choice.metrics = UsualMetrics(samePupil);
+  }
   if (request.planeKinds.empty()) request.planeKinds = PlaneKindsNamed("psf,mtf");
   if (request.pictureKinds.empty()) request.pictureKinds = PictureKindsNamed("psf,star");
   request.record.version = ORVANEL_VERSION;
@@ -183,10 +215,13 @@ Run DefineBatch(CLI::App& app) {
   constexpr std::size_t kUsualChunk = 64;
   request.record.chunkRows = kUsualChunk;
   CLI::App& batch = *app.add_subcommand("batch", "Compute the numbers of every eye of a table.");
-  batch.add_option("TABLE", request.table, "The table of eyes")->required()->type_name("FILE");
-  batch.add_option("-o,--output", request.results, "The table of results, .csv")->required()->type_name("FILE");
+  batch.add_option("TABLE", request.table, "The table of eyes; - is standard input")->required()->type_name("FILE");
+  batch.add_option("-o,--output", request.results, "The table of results, .csv; - is standard output")
+      ->required()
+      ->type_name("FILE");
   AddOutputOptions(batch, *command);
   AddRunOptions(batch, *command);
+  AddTableFormatOption(batch, command->kind);
   AddStatementOptions(batch, request.stated);
   AddPreparationOptions(batch, request.preparation);
   batch.footer(std::string(kBatchNotes) + "\n" + MetricNotes() + "\n" + kBatchExamples);

@@ -15,6 +15,7 @@
 #include "cli/interruption.h"
 #include "cli/number_text.h"
 #include "cli/report.h"
+#include "cli/table_output.h"
 #include "cli/tables/eye_table.h"
 #include "cli/tables/eye_writer.h"
 #include "cli/terminal.h"
@@ -45,6 +46,11 @@ struct ConvertCommand {
   std::string output;
   bool force = false, plusCylinder = false;
 };
+
+// Whether all eyes of a table are converted.
+bool IsTable(const ConvertCommand& command) {
+  return KindOf(command.input.file, command.input.kind) != FileKind::kEyeFile && !command.input.row;
+}
 
 // The convention of an eye, with all that is asked for.
 Convention Target(Convention convention, const Statement& wanted) {
@@ -107,6 +113,10 @@ void ConvertEye(const ConvertCommand& command) {
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + error.what());
   }
+  if (command.output == kStandardStream) {
+    PrintOutput(text, "");
+    return;
+  }
   if (!command.output.empty()) {
     NewFile file(command.output, command.force);
     file.Write(text);
@@ -118,32 +128,17 @@ void ConvertEye(const ConvertCommand& command) {
 
 void ConvertTable(const ConvertCommand& command) {
   InputFile stream(command.input.file);
-  const TableKind kind = KindOf(command.input.file) == FileKind::kCsv ? TableKind::kCsv : TableKind::kNdjson;
-  EyeTable table(stream, command.input.file, kind, command.input.stated);
+  const std::string name = InputName(command.input.file);
+  EyeTable table(stream, name, TableKindOf(KindOf(command.input.file, command.input.kind)), command.input.stated);
   const std::optional<Order> order = command.wanted.order ? command.wanted.order : table.CommonOrder();
   if (!order) {
     TableEye first;
     table.Next(first);  // says what is missing, should the order be
-    throw Error(command.input.file + ": the order may differ from row to row; say --to-order");
+    throw Error(name + ": the order may differ from row to row; say --to-order");
   }
   const EyeWriter writer(table.identifierNames(), *order, TermsThatMayChange(table.Terms(), command.preparation));
-  std::optional<NewFile> file;
-  if (!command.output.empty()) file.emplace(command.output, command.force);
-  std::string pending;
-  const auto flush = [&] {
-    if (file) {
-      file->Write(pending);
-    } else {
-      PrintOutput(pending, "");
-    }
-    pending.clear();
-  };
-  const auto write = [&](const std::string& text) {
-    constexpr std::size_t kBlock = 1 << 16;
-    pending += text;
-    if (pending.size() >= kBlock) flush();
-  };
-  write(writer.Header());
+  TableOutput output(command.output, command.force);
+  output.Write(writer.Header());
   std::size_t count = 0;
   DroppedOfMany droppedOfAll;
   for (TableEye row; table.Next(row); ++count) {
@@ -154,15 +149,14 @@ void ConvertTable(const ConvertCommand& command) {
       line = writer.Row(ConvertedEye(std::move(row.eye), command, dropped), row.identifiers);
       if (dropped) droppedOfAll.Add(*dropped);
     } catch (const Error& error) {
-      throw ErrorAt(command.input.file, {row.line, 1}, error.what());
+      throw ErrorAt(name, {row.line, 1}, error.what());
     }
-    write(line);
+    output.Write(line);
   }
-  flush();
   if (droppedOfAll.losers > 0) PrintWarning(Text(droppedOfAll, *command.preparation.highestOrder));
   stream.Close();  // Windows puts no file in the place of one that is open
-  if (!file) return;
-  file->Commit();
+  output.Finish();
+  if (!output.isFile()) return;
   PrintOutput(ReportLine("Written", command.output + ", " + std::to_string(count) + " eyes"),
               command.output + " is written");
 }
@@ -192,7 +186,9 @@ Run DefineConvert(CLI::App& app) {
   const auto command = std::make_shared<ConvertCommand>();
   CLI::App& convert = *app.add_subcommand("convert", "Show or write coefficients in another convention.");
   AddInputOptions(convert, command->input);
-  convert.add_option("-o,--output", command->output, "The file to write: .json, or .csv for a table")
+  convert
+      .add_option("-o,--output", command->output,
+                  "The file to write: .json, or .csv for a table; - is standard output, a table")
       ->type_name("FILE");
   convert.add_flag("--force", command->force, "Replace the file where it is there already");
   convert.add_flag("--plus-cylinder", command->plusCylinder, "Report refraction with a positive cylinder");
@@ -200,7 +196,7 @@ Run DefineConvert(CLI::App& app) {
   AddPreparationOptions(convert, command->preparation);
   convert.footer(std::string(kEyeNotes) + "\n" + kConvertNotes + "\n" + kConvertExamples);
   convert.final_callback([command] {
-    const bool table = KindOf(command->input.file) != FileKind::kEyeFile && !command->input.row;
+    const bool table = IsTable(*command);
     const bool toTable = KindOf(command->output) == FileKind::kCsv;
     if (KindOf(command->output) == FileKind::kNdjson) {
       throw CLI::ValidationError("--output", "tables are written as .csv");
@@ -210,8 +206,7 @@ Run DefineConvert(CLI::App& app) {
     }
   });
   return [command] {
-    const bool table = KindOf(command->input.file) != FileKind::kEyeFile && !command->input.row;
-    if (table) {
+    if (IsTable(*command)) {
       ConvertTable(*command);
     } else {
       ConvertEye(*command);

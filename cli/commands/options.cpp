@@ -56,7 +56,9 @@ CLI::Option* AddParsedOption(CLI::App& app, const std::string& name, const std::
 }
 
 void AddInputOptions(CLI::App& app, InputOptions& options) {
-  app.add_option("EYE", options.file, "The eye file or table")->required()->type_name("FILE");
+  app.add_option("EYE", options.file, "The eye file or table; - is standard input, a table")
+      ->required()
+      ->type_name("FILE");
   AddParsedOption(app, "--row", "N", "Which eye of a table, from 1", [&options](const std::string& text) {
     const double row = ParseNumber(text);
     if (row < 1.0 || row > 1e15 || row != static_cast<double>(static_cast<std::size_t>(row))) {
@@ -64,7 +66,16 @@ void AddInputOptions(CLI::App& app, InputOptions& options) {
     }
     options.row = static_cast<std::size_t>(row);
   });
+  AddTableFormatOption(app, options.kind);
   AddStatementOptions(app, options.stated);
+}
+
+void AddTableFormatOption(CLI::App& app, std::optional<FileKind>& kind) {
+  AddParsedOption(app, "--table-format", "WORD", "What the table is, whatever its name: csv, ndjson",
+                  [&kind](const std::string& text) {
+                    if (text != "csv" && text != "ndjson") throw Error(Quoted(text) + " is not one of csv, ndjson");
+                    kind = text == "csv" ? FileKind::kCsv : FileKind::kNdjson;
+                  });
 }
 
 void AddStatementOptions(CLI::App& app, Statement& stated) {
@@ -115,6 +126,6 @@ void AddPreparationOptions(CLI::App& app, Preparation& preparation) {
       ->group(kPreparationGroup);
 }
 
-Eye ReadEye(const InputOptions& options) { return ReadEye(options.file, options.stated, options.row); }
+Eye ReadEye(const InputOptions& options) { return ReadEye(options.file, options.stated, options.row, options.kind); }
 
 }  // namespace orvanel::cli

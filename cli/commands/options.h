@@ -8,6 +8,7 @@
 #include <string>
 
 #include "cli/conventions/statement.h"
+#include "cli/eyes/any_eye.h"
 #include "cli/eyes/preparation.h"
 
 namespace orvanel::cli {
@@ -16,10 +17,14 @@ struct InputOptions {
   std::string file;
   Statement stated;
   std::optional<std::size_t> row;
+  std::optional<FileKind> kind;
 };
 
-// EYE, --row, and the options of statements.
+// EYE, --row, --table-format, and the options of statements.
 void AddInputOptions(CLI::App& app, InputOptions& options);
+
+// --table-format.
+void AddTableFormatOption(CLI::App& app, std::optional<FileKind>& kind);
 
 // One option for each thing that a file may leave unsaid.
 void AddStatementOptions(CLI::App& app, Statement& stated);

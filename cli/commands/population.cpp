@@ -17,6 +17,7 @@
 #include "cli/population/covariance_table.h"
 #include "cli/population/random.h"
 #include "cli/report.h"
+#include "cli/table_output.h"
 #include "cli/tables/eye_table.h"
 #include "cli/tables/eye_writer.h"
 
@@ -80,8 +81,7 @@ CovarianceFactors Factorised(const PopulationCommand& command, const CovarianceT
 
 void RunPopulation(const PopulationCommand& command) {
   InputFile meanStream(command.mean);
-  EyeTable table(meanStream, command.mean,
-                 KindOf(command.mean) == FileKind::kNdjson ? TableKind::kNdjson : TableKind::kCsv, command.stated);
+  EyeTable table(meanStream, InputName(command.mean), TableKindOf(KindOf(command.mean)), command.stated);
   const Eye mean = ReadMean(command, table);
   InputFile stream(command.covariance);
   const CovarianceTable covariance = ReadCovariance(stream, command.covariance, mean.convention.order);
@@ -91,17 +91,8 @@ void RunPopulation(const PopulationCommand& command) {
   const CovarianceFactors factors = Factorised(command, covariance);
 
   const EyeWriter writer({"id"}, mean.convention.order, terms);
-  std::optional<NewFile> file;
-  if (!command.output.empty()) file.emplace(command.output, command.force);
-  std::string pending = writer.Header();
-  const auto flush = [&] {
-    if (file) {
-      file->Write(pending);
-    } else {
-      PrintOutput(pending, "");
-    }
-    pending.clear();
-  };
+  TableOutput output(command.output, command.force);
+  output.Write(writer.Header());
   std::vector<double> independent(factors.rank());
   for (std::uint64_t i = 0; i < command.count; ++i) {
     StopIfInterrupted();
@@ -111,13 +102,10 @@ void RunPopulation(const PopulationCommand& command) {
     const std::vector<double> deviations = factors.Correlate(independent);
     Eye eye = mean;
     for (std::size_t k = 0; k < deviations.size(); ++k) eye.coefficients[covariance.terms[k]] += deviations[k];
-    pending += writer.Row(eye, {std::to_string(i + 1)});
-    constexpr std::size_t kBlock = 1 << 16;
-    if (pending.size() >= kBlock) flush();
+    output.Write(writer.Row(eye, {std::to_string(i + 1)}));
   }
-  flush();
-  if (!file) return;
-  file->Commit();
+  output.Finish();
+  if (!output.isFile()) return;
   PrintOutput(ReportLine("Written", command.output + ", " + std::to_string(command.count) + " eyes, " +
                                         std::to_string(factors.rank()) + " independent variables"),
               command.output + " is written");
@@ -128,8 +116,11 @@ void RunPopulation(const PopulationCommand& command) {
 Run DefinePopulation(CLI::App& app) {
   const auto command = std::make_shared<PopulationCommand>();
   CLI::App& population = *app.add_subcommand("population", "Draw eyes from a mean and a covariance.");
-  population.add_option("--mean", command->mean, "Table with the mean eye")->required()->type_name("FILE");
-  population.add_option("--cov", command->covariance, "Table with the covariance of the coefficients")
+  population.add_option("--mean", command->mean, "Table with the mean eye; - is standard input")
+      ->required()
+      ->type_name("FILE");
+  population
+      .add_option("--cov", command->covariance, "Table with the covariance of the coefficients; - is standard input")
       ->required()
       ->type_name("FILE");
   AddParsedOption(population, "-n,--count", "N", "How many eyes", [command](const std::string& text) {
@@ -138,12 +129,17 @@ Run DefinePopulation(CLI::App& app) {
   AddParsedOption(population, "--seed", "S", "The same seed gives the same eyes", [command](const std::string& text) {
     command->seed = WholeNumber(text, 0);
   })->required();
-  population.add_option("-o,--output", command->output, "The table to write, .csv; without it, standard output")
+  population
+      .add_option("-o,--output", command->output,
+                  "The table to write, .csv; standard output where it is - or not given")
       ->type_name("FILE");
   population.add_flag("--force", command->force, "Replace the file where it is there already");
   AddStatementOptions(population, command->stated);
   population.footer(std::string(kPopulationNotes) + "\n" + kPopulationExamples);
   population.final_callback([command] {
+    if (command->mean == kStandardStream && command->covariance == kStandardStream) {
+      throw CLI::ValidationError("--cov", "standard input cannot be mean and covariance at once");
+    }
     if (!command->output.empty() && KindOf(command->output) != FileKind::kCsv) {
       throw CLI::ValidationError("--output", "tables are written as .csv");
     }

@@ -7,14 +7,14 @@
 #include "cli/error.h"
 #include "cli/eyes/eye_file.h"
 #include "cli/input_file.h"
-#include "cli/tables/eye_table.h"
 
 namespace orvanel::cli {
 namespace {
 
-Eye ReadRow(const std::string& file, const Statement& stated, std::optional<std::size_t> row) {
-  InputFile stream(file);
-  EyeTable table(stream, file, KindOf(file) == FileKind::kCsv ? TableKind::kCsv : TableKind::kNdjson, stated);
+Eye ReadRow(const std::string& place, FileKind kind, const Statement& stated, std::optional<std::size_t> row) {
+  InputFile stream(place);
+  const std::string file = InputName(place);
+  EyeTable table(stream, file, TableKindOf(kind), stated);
   TableEye eye;
   const std::size_t wanted = row.value_or(1);
   for (std::size_t at = 1; at <= wanted; ++at) {
@@ -42,7 +42,9 @@ Eye ReadRow(const std::string& file, const Statement& stated, std::optional<std:
 
 }  // namespace
 
-FileKind KindOf(const std::string& file) {
+FileKind KindOf(const std::string& file, std::optional<FileKind> stated) {
+  if (stated) return *stated;
+  if (file == kStandardStream) return FileKind::kCsv;
   std::string lower = file;
   std::transform(lower.begin(), lower.end(), lower.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
@@ -55,8 +57,11 @@ FileKind KindOf(const std::string& file) {
   return FileKind::kEyeFile;
 }
 
-Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row) {
-  if (KindOf(file) != FileKind::kEyeFile) return ReadRow(file, stated, row);
+TableKind TableKindOf(FileKind kind) { return kind == FileKind::kNdjson ? TableKind::kNdjson : TableKind::kCsv; }
+
+Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row,
+            std::optional<FileKind> kind) {
+  if (KindOf(file, kind) != FileKind::kEyeFile) return ReadRow(file, KindOf(file, kind), stated, row);
   if (row) throw Error(file + ": is an eye file with one eye; leave --row away");
   return ReadEyeFile(file, stated);
 }

@@ -8,17 +8,24 @@
 
 #include "cli/conventions/statement.h"
 #include "cli/eyes/eye.h"
+#include "cli/tables/eye_table.h"
 
 namespace orvanel::cli {
 
 enum class FileKind { kEyeFile, kCsv, kNdjson };
 
-// By the ending of the name: .csv, .tsv and .txt are tables, .ndjson and .jsonl tables of JSON, all others eye files.
-FileKind KindOf(const std::string& file);
+// By the ending of the name: .csv, .tsv and .txt are tables, .ndjson and .jsonl tables of JSON, all others eye files;
+// "-" is a table.
+//   stated  what the command line states, which goes before the name
+FileKind KindOf(const std::string& file, std::optional<FileKind> stated = std::nullopt);
+
+// Of a table.
+TableKind TableKindOf(FileKind kind);
 
 // One eye: that of an eye file, or of a table's row. Throws Error where a table holds several and no row is given.
 //   row  of the table, the first eye being 1
-Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row);
+Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row,
+            std::optional<FileKind> kind = std::nullopt);
 
 }  // namespace orvanel::cli
 

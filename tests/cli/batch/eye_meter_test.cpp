@@ -44,7 +44,7 @@ TEST(EyeMeter, OneEyeLeavesNothingBehindForTheNext) {
   Eye other = eye;
   other.pupil = Millimetres(3.5);
   other.coefficients[4] = -0.3;
-  EyeMeter meter({UsualMetrics(), {CyclesPerDegree(5)}, {}}, false);
+  EyeMeter meter({UsualMetrics(false), {CyclesPerDegree(5)}, {}}, false);
   const std::vector<double> first = meter.Measure(eye);
   EXPECT_NE(meter.Measure(other), first);
   EXPECT_EQ(meter.Measure(eye), first);
@@ -69,6 +69,24 @@ TEST(EyeMeter, AnEyeThatCannotBeSimulatedIsRefused) {
   eye.coefficients[35] = 0.1;
   EXPECT_THROW(meter.Measure(eye), Error);
   EXPECT_NO_THROW(EyeMeter({MetricsNamed("rms"), {}, {}}, false).Measure(eye));
+}
+
+// For each eye of one pupil the columns left out are what the record has instead.
+TEST(EyeMeter, ConstantsAreTheColumnsOfEveryEyeOfThePupil) {
+  const Millimetres pupil(5.3);
+  MetricChoice choice{MetricsNamed("half_width,frequency_range"), {}, {}};
+  EyeMeter meter(choice, false);
+  Eye eye;
+  eye.pupil = pupil;
+  eye.coefficients = {0, 0, 0, 1e-4, -2e-4};
+  const std::vector<double> values = meter.Measure(eye);
+  const auto constants = ConstantsOf(pupil);
+  const std::vector<std::string> columns = Columns(choice);
+  ASSERT_EQ(constants.size(), columns.size());
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    EXPECT_EQ(constants[i].first, columns[i]);
+    EXPECT_EQ(constants[i].second, values[i]);
+  }
 }
 
 }  // namespace

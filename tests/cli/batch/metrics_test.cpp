@@ -65,5 +65,18 @@ TEST(Metrics, WhatIsNoNumberIsAnError) {
   EXPECT_THROW(Values({MetricsNamed("strehl"), {}, {}}, eye), Error);
 }
 
+TEST(Metrics, WhatIsTheSameInAllRowsIsLeftOutUnlessAskedFor) {
+  const auto words = [](const std::vector<const Metric*>& metrics) {
+    std::set<std::string> set;
+    for (const Metric* const metric : metrics) set.insert(metric->word);
+    return set;
+  };
+  std::set<std::string> expected = words(UsualMetrics(false));
+  EXPECT_EQ(expected.erase("half_width"), 1U);
+  EXPECT_EQ(expected.erase("frequency_range"), 1U);
+  EXPECT_EQ(words(UsualMetrics(true)), expected);
+  EXPECT_TRUE(expected.contains("strehl"));
+}
+
 }  // namespace
 }  // namespace orvanel::cli

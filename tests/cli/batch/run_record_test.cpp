@@ -23,9 +23,12 @@ TEST(RunRecord, IsReadAsItWasWritten) {
   EXPECT_EQ(Names(folder.path()), std::set<std::string>{"r.csv.orvanel"});
   EXPECT_EQ(Difference(*ReadRecord(results), record, false), "");
   EXPECT_FALSE(ReadRecord(results)->end);
+  EXPECT_TRUE(ReadRecord(results)->constants.empty());
+  record.constants = {{"cutoff_cpd_optical_scale", 118.8141}, {"a", -0.25}};
   record.end = RunRecord::End{1000, 7};
   WriteRecord(results, record);
   EXPECT_EQ(ReadRecord(results)->end, record.end);
+  EXPECT_EQ(ReadRecord(results)->constants, record.constants);
 }
 
 TEST(RunRecord, WhatIsNoneIsRefused) {

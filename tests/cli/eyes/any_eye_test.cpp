@@ -61,5 +61,14 @@ TEST_F(AnyEye, AnEyeFileHasNoRows) {
   EXPECT_THROW(Read("e.json", text, 1), Error);
 }
 
+TEST(AnyEye, ADashIsATableAndWhatIsStatedGoesBeforeTheName) {
+  EXPECT_EQ(KindOf("-"), FileKind::kCsv);
+  EXPECT_EQ(KindOf("-", FileKind::kNdjson), FileKind::kNdjson);
+  EXPECT_EQ(KindOf("/dev/stdin", FileKind::kCsv), FileKind::kCsv);
+  EXPECT_EQ(KindOf("eyes.csv", FileKind::kNdjson), FileKind::kNdjson);
+  EXPECT_EQ(TableKindOf(FileKind::kCsv), TableKind::kCsv);
+  EXPECT_EQ(TableKindOf(FileKind::kNdjson), TableKind::kNdjson);
+}
+
 }  // namespace
 }  // namespace orvanel::cli
