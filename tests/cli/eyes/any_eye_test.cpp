@@ -61,7 +61,7 @@ TEST_F(AnyEye, AnEyeFileHasNoRows) {
   EXPECT_THROW(Read("e.json", text, 1), Error);
 }
 
-TEST(AnyEye, ADashIsATableAndWhatIsStatedGoesBeforeTheName) {
+TEST_F(AnyEye, ADashIsATableAndWhatIsStatedGoesBeforeTheName) {
   EXPECT_EQ(KindOf("-"), FileKind::kCsv);
   EXPECT_EQ(KindOf("-", FileKind::kNdjson), FileKind::kNdjson);
   EXPECT_EQ(KindOf("/dev/stdin", FileKind::kCsv), FileKind::kCsv);
