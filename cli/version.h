@@ -6,7 +6,7 @@
 
 namespace orvanel::cli {
 
-// "orvanel 0.1.0", and in a second line the kernels with which the library computes on this machine.
+// "orvanel 0.2.0", and in a second line the kernels with which the library computes on this machine.
 std::string VersionText();
 
 }  // namespace orvanel::cli

@@ -47,7 +47,7 @@
 #ifndef ORVANEL_ORVANEL_H
 #define ORVANEL_ORVANEL_H
 
-#define ORVANEL_VERSION "0.1.0" /* of this header, and of the library that is built with it */
+#define ORVANEL_VERSION "0.2.0" /* of this header, and of the library that is built with it */
 
 #define ORVANEL_GRID_SIZE 256       /* side of a plane */
 #define ORVANEL_PLANE_SAMPLES 65536 /* doubles in a plane */
