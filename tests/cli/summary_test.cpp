@@ -25,6 +25,8 @@ TEST(Summary, ValuesAreThoseThatTheLibraryGives) {
 
   Plane plane(ORVANEL_PLANE_SAMPLES);
   double strehl, halfWidth, range, acuity;
+  OrvanelInputPupil(results.simulation.pupil.value());
+  ASSERT_EQ(OrvanelInputZer(Bare(results.simulation.coefficients).data()), 1);
   ASSERT_EQ(OrvanelGetPSF(plane.data(), &strehl, &halfWidth), 1);
   ASSERT_EQ(OrvanelGetMTF(plane.data(), &range), 1);
   ASSERT_EQ(OrvanelGetOrvanel(0.7, plane.data(), &acuity, nullptr, 4), 1);
