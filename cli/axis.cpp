@@ -13,7 +13,9 @@ constexpr double kTickGap = 5.0;  // between a tick and its number
 
 // The least of 1, 2, 5, 10 times a power of ten that is not below `step`.
 double RoundStep(double step) {
-  const double power = std::pow(10.0, std::floor(std::log10(step)));
+  double power = 1.0;
+  while (power > step) power /= 10.0;
+  while (10.0 * power <= step) power *= 10.0;
   for (const double factor : {1.0, 2.0, 5.0}) {
     if (factor * power >= step * (1.0 - 1e-9)) return factor * power;
   }
@@ -28,10 +30,11 @@ std::string TickText(double value) {
 }  // namespace
 
 std::vector<Tick> RoundTicks(double low, double high, int count) {
-  const double step = RoundStep((high - low) / count);
-  const double slack = 1e-9 * step;
   std::vector<Tick> ticks;
-  if (!(std::isfinite(step) && step > 0.0)) return ticks;
+  const double wanted = (high - low) / count;
+  if (!(std::isfinite(wanted) && wanted > 0.0)) return ticks;
+  const double step = RoundStep(wanted);
+  const double slack = 1e-9 * step;
   for (double k = std::ceil((low - slack) / step); k * step <= high + slack; ++k) {
     ticks.push_back({k * step, TickText(k == 0.0 ? 0.0 : k * step)});
   }

@@ -17,7 +17,7 @@ double DistanceToSegment(Point p, Point a, Point b) {
   const double dx = b.x - a.x, dy = b.y - a.y;
   const double length2 = dx * dx + dy * dy;
   const double t = length2 > 0.0 ? std::clamp(((p.x - a.x) * dx + (p.y - a.y) * dy) / length2, 0.0, 1.0) : 0.0;
-  return std::hypot(p.x - a.x - t * dx, p.y - a.y - t * dy);
+  return Distance({p.x - t * dx, p.y - t * dy}, a);
 }
 
 // What one pixel of a stretched picture takes from a row or column of the original.
@@ -31,6 +31,8 @@ std::uint8_t Mix(std::uint8_t under, std::uint8_t over, double coverage) {
 }
 
 }  // namespace
+
+double Distance(Point a, Point b) { return std::sqrt((b.x - a.x) * (b.x - a.x) + (b.y - a.y) * (b.y - a.y)); }
 
 Canvas::Canvas(double width, double height, double scale)
     : scale_(scale), picture_{Pixel(width * scale), Pixel(height * scale), {}} {

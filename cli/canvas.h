@@ -14,6 +14,8 @@ struct Point {
   double x, y;
 };
 
+double Distance(Point a, Point b);
+
 struct Box {
   double x, y, width, height;
 

@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <numbers>
 
 #include "cli/number_text.h"
+#include "optics/elementary.h"
 
 namespace orvanel::cli {
 namespace {
@@ -104,7 +106,8 @@ PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales) {
   PlaneFigure figure = PsfBase(simulation, scales, kWholePlane);
   figure.title = "Point spread function, logarithmic";
   figure.subtitle = WindowText(figure.window);
-  for (const double v : simulation.psf) figure.values.push_back(v > 0.0 ? std::log10(v) : -kDecades);
+  for (const double v : simulation.psf)
+    figure.values.push_back(v > 0.0 ? Logarithm(v) / std::numbers::ln10 : -kDecades);
   figure.low = -kDecades;
   figure.high = 0.0;
   for (int exponent = 0; exponent >= -static_cast<int>(kDecades); --exponent) {

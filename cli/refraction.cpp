@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "optics/elementary.h"
+
 namespace orvanel::cli {
 namespace {
 
@@ -37,12 +39,14 @@ PowerVector Powers(const Coefficients& osa, Millimetres pupil, int highest) {
 PowerVector ToPowerVector(const Refraction& refraction) {
   const double twice = 2.0 * refraction.axis.value() * kDegree;
   const Dioptres half = refraction.cylinder / 2.0;
-  return {refraction.sphere + half, -half * std::cos(twice), -half * std::sin(twice)};
+  const SineCosine direction = SineAndCosine(twice);
+  return {refraction.sphere + half, -half * direction.cosine, -half * direction.sine};
 }
 
 Refraction ToRefraction(const PowerVector& powers, CylinderSign sign) {
-  const double cross = std::hypot(powers.j0.value(), powers.j45.value());
-  double axis = cross == 0.0 ? 0.0 : std::atan2(powers.j45.value(), powers.j0.value()) / kDegree / 2.0;
+  const double j0 = powers.j0.value(), j45 = powers.j45.value();
+  const double cross = std::sqrt(j0 * j0 + j45 * j45);
+  double axis = cross == 0.0 ? 0.0 : ArcTangent2(j45, j0) / kDegree / 2.0;
   Dioptres cylinder(cross == 0.0 ? 0.0 : -2.0 * cross);
   if (sign == CylinderSign::kPlus && cross != 0.0) {
     cylinder = -cylinder;

@@ -1,18 +1,19 @@
 // The scales, from the library's numbers and from the pupil and wavelength alone.
 #include "cli/scales.h"
 
-#include <cmath>
 #include <numbers>
+
+#include "optics/elementary.h"
+#include "orvanel/constants.h"
 
 namespace orvanel::cli {
 namespace {
 
 constexpr double kDegree = std::numbers::pi / 180.0;  // radians
-constexpr double kFocalLength = 17.0;                 // mm
 
 // The visual angle of a length on the retina, by the library's rule: proportional, exact for 1 mm.
 ArcMinutes VisualAngle(Millimetres onRetina) {
-  return ArcMinutes(onRetina.value() * std::atan(1.0 / kFocalLength) / kDegree * 60.0);
+  return ArcMinutes(onRetina.value() * ArcTangent(1.0 / kFocalLength) / kDegree * 60.0);
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ void Trace(Canvas& canvas, const std::vector<Point>& points, const Curve& curve)
   double travelled = 0.0;
   for (std::size_t i = 0; i + 1 < points.size(); ++i) {
     const Point a = points[i], b = points[i + 1];
-    const double length = std::hypot(b.x - a.x, b.y - a.y);
+    const double length = Distance(a, b);
     const int pieces =
         std::max(1, static_cast<int>(length));  // a unit long, so that dashes end about where they should
     for (int k = 0; k < pieces; ++k, travelled += length / pieces) {

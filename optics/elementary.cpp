@@ -2,7 +2,9 @@
 #include "optics/elementary.h"
 
 #include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "optics/reduced_angle.h"
@@ -52,6 +54,19 @@ SineCosine OfReduced(const ReducedAngle& angle) {
       return {-cosine, sine};
   }
 }
+
+// 1/2!, 1/3!, ... to 1/14!: the first term left out is below 1e-19 on [-log(2)/2, log(2)/2].
+constexpr std::array<double, 13> kExponentialSeries = {
+    1.0 / 2.0,         1.0 / 6.0,          1.0 / 24.0,         1.0 / 120.0,     1.0 / 720.0,
+    1.0 / 5040.0,      1.0 / 40320.0,      1.0 / 362880.0,     1.0 / 3628800.0, 1.0 / 39916800.0,
+    1.0 / 479001600.0, 1.0 / 6227020800.0, 1.0 / 87178291200.0};
+
+// log 2 in two doubles, of which the first has no last digits, so that its products with exponents are exact.
+constexpr double kLog2High = 0x1.62e42feep-1;
+constexpr double kLog2Low = 0x1.a39ef35793c76p-33;
+
+// 2^exponent, of a normal number.
+double PowerOfTwo(int exponent) { return std::bit_cast<double>(static_cast<std::uint64_t>(exponent + 1023) << 52U); }
 
 // atan(i/8), i = 0 .. 8, in two doubles.
 struct TabulatedArc {
@@ -119,5 +134,42 @@ double ArcTangent2(double y, double x) {
 double ArcTangent(double x) { return ArcTangent2(x, 1.0); }
 
 double ArcCosine(double x) { return ArcTangent2(std::sqrt((1.0 - x) * (1.0 + x)), x); }
+
+double Logarithm(double x) {
+  if (!(x > 0.0)) return x == 0.0 ? -std::numeric_limits<double>::infinity() : std::numeric_limits<double>::quiet_NaN();
+  if (x == std::numeric_limits<double>::infinity()) return x;
+  // x = 2^exponent m.
+  constexpr double kRootOfHalf = 0x1.6a09e667f3bcdp-1;
+  const bool subnormal = x < std::numeric_limits<double>::min();
+  const auto bits = std::bit_cast<std::uint64_t>(subnormal ? x * 0x1p54 : x);
+  constexpr std::uint64_t kFraction = (std::uint64_t{1} << 52U) - 1, kHalf = std::uint64_t{1022} << 52U;
+  int exponent = static_cast<int>(bits >> 52U) - 1022 - (subnormal ? 54 : 0);
+  auto m = std::bit_cast<double>((bits & kFraction) | kHalf);
+  if (m < kRootOfHalf) {
+    m *= 2.0;
+    --exponent;
+  }
+  const double s = (m - 1.0) / (m + 1.0);
+  const double square = s * s;  // below 0.0295
+  double series = 0.0;
+  for (int k = 25; k >= 3; k -= 2) series = (series + 1.0 / k) * square;
+  return exponent * kLog2High + (2.0 * s + (2.0 * s * series + exponent * kLog2Low));
+}
+
+double Exponential(double x) {
+  constexpr double kLargest = 709.79, kSmallest = -745.2;
+  if (!(x < kLargest)) return x > 0.0 ? std::numeric_limits<double>::infinity() : x;  // or NaN
+  if (x < kSmallest) return 0.0;
+  // x = exponent log 2 + r.
+  constexpr double kLog2Inverse = 0x1.71547652b82fep+0;
+  const int exponent = static_cast<int>(x * kLog2Inverse + (x < 0.0 ? -0.5 : 0.5));
+  const double r = (x - exponent * kLog2High) - exponent * kLog2Low;
+  const double power = 1.0 + (r + r * r * Polynomial(kExponentialSeries, r));
+  // In two steps, since 2^1024 is no double; where the result is one, both are exact.
+  const int half = exponent / 2;
+  return power * PowerOfTwo(half) * PowerOfTwo(exponent - half);
+}
+
+double Power(double x, double y) { return Exponential(y * Logarithm(x)); }
 
 }  // namespace orvanel

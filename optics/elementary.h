@@ -1,5 +1,5 @@
-// Sine, cosine, arc tangent and arc cosine made of + - * / and the square root only, so that every platform and every
-// compiler gives the same bits; those of C libraries differ.
+// Sine, cosine, arc tangent, arc cosine, logarithm and powers made of + - * / and the square root only, so that every
+// platform and every compiler gives the same bits; those of C libraries differ.
 #ifndef ORVANEL_OPTICS_ELEMENTARY_H
 #define ORVANEL_OPTICS_ELEMENTARY_H
 
@@ -16,6 +16,17 @@ constexpr double kSineCosineUlps = 0.82;
 constexpr double kSmallestExactSine = 0x1p-35;
 constexpr double kArcTangentUlps = 3.0;
 constexpr double kArcCosineUlps = 4.0;
+
+// Logarithm: two roundings of s (a sum, the quotient), which count fully as a unit may be half of what they round; the
+// last two sums, 1/2 each, of which the first counts where the exponent is not 0; the series, a hundredth of s.
+// Exponential, in units of 2^-53, where the result is below 1: the reduced argument, 1/4; the sum of its powers, 1/4
+// and 1/5; the last sum, 1/2.
+constexpr double kLogarithmUlps = 3.1;
+constexpr double kExponentialUlps = 1.3;
+
+// Power: t = y log x rounds and has the logarithm's error, and the exponential makes of t's error, times |t|, a
+// relative one, of which a unit in the last place may be half.
+constexpr double PowerUlps(double t) { return kExponentialUlps + 2.0 * (kLogarithmUlps + 0.5) * (t < 0.0 ? -t : t); }
 
 struct SineCosine {
   double sine;
@@ -38,6 +49,17 @@ double ArcTangent(double x);
 
 // From 0 to pi; NaN outside -1 .. 1. Error: kArcCosineUlps.
 double ArcCosine(double x);
+
+// The natural logarithm; minus infinity of 0, NaN below. Error: kLogarithmUlps.
+// Source: 2 artanh((m - 1) / (m + 1)) by its Taylor series, m within a factor of sqrt(2) of 1.
+double Logarithm(double x);
+
+// e to the power of x; 0 and infinity beyond the range of doubles. Error where the result is no subnormal number:
+// kExponentialUlps. Source: Cody and Waite (1980) for the reduction, the Taylor series on [-log(2)/2, log(2)/2].
+double Exponential(double x);
+
+// x to the power of y, x at least 0. Error: PowerUlps(y log x), under the same condition.
+double Power(double x, double y);
 
 }  // namespace orvanel
 

@@ -1,14 +1,14 @@
 // A straight piece near black, then a power.
 #include "cli/pictures/srgb.h"
 
-#include <cmath>
+#include "optics/elementary.h"
 
 namespace orvanel::cli {
 
-double LightOfSrgb(double value) { return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4); }
+double LightOfSrgb(double value) { return value <= 0.04045 ? value / 12.92 : Power((value + 0.055) / 1.055, 2.4); }
 
 double SrgbOfLight(double light) {
-  return light <= 0.0031308 ? 12.92 * light : 1.0 + 1.055 * (std::pow(light, 1.0 / 2.4) - 1.0);
+  return light <= 0.0031308 ? 12.92 * light : 1.0 + 1.055 * (Power(light, 1.0 / 2.4) - 1.0);
 }
 
 }  // namespace orvanel::cli

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <span>
 
+#include "optics/elementary.h"
+
 namespace orvanel::cli {
 namespace {
 
@@ -56,22 +58,6 @@ PhiloxCounter Philox(PhiloxCounter c, std::array<std::uint32_t, 2> key) {
     key = {key[0] + 0x9E3779B9U, key[1] + 0xBB67AE85U};
   }
   return c;
-}
-
-// x = 2^e m with m about 1, log m = 2 artanh(s), s = (m - 1) / (m + 1), whose square is below 0.0295.
-double Logarithm(double x) {
-  constexpr double kLog2High = 0x1.62e42feep-1, kLog2Low = 0x1.a39ef35793c76p-33;  // the first without last digits
-  constexpr double kRootOfHalf = 0x1.6a09e667f3bcdp-1;
-  int exponent = 0;
-  double m = std::frexp(x, &exponent);  // exact
-  if (m < kRootOfHalf) {
-    m *= 2.0;
-    --exponent;
-  }
-  const double s = (m - 1.0) / (m + 1.0), square = s * s;
-  double series = 0.0;
-  for (int k = 25; k >= 3; k -= 2) series = (series + 1.0 / k) * square;
-  return exponent * kLog2High + (2.0 * s + (2.0 * s * series + exponent * kLog2Low));
 }
 
 double NormalQuantile(double p) {

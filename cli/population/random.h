@@ -20,9 +20,6 @@ double NormalQuantile(double p);
 // Number `place` of row `row` of a standard normal distribution.
 double NormalNumber(std::uint64_t seed, std::uint64_t row, std::uint32_t place);
 
-// The natural logarithm of a finite positive number, to two units in the last place.
-double Logarithm(double x);
-
 }  // namespace orvanel::cli
 
 #endif  // ORVANEL_CLI_POPULATION_RANDOM_H

@@ -199,5 +199,64 @@ TEST(Elementary, ArcCosineOutsideItsRangeIsNotANumber) {
   EXPECT_TRUE(std::isnan(ArcCosine(kNan)));
 }
 
+TEST(Elementary, TheLogarithmIsWithinItsBound) {
+  for (int i = 0; i < 20000; ++i) {
+    const double x = std::ldexp(1.0 + i / 20000.0, i % 120 - 60);
+    EXPECT_LE(UlpsBetween(Logarithm(x), std::log(static_cast<long double>(x))), kLogarithmUlps) << x;
+  }
+  for (double x = 0.5; x < 2.0; x += 1e-4) {
+    if (x == 1.0) continue;
+    EXPECT_LE(UlpsBetween(Logarithm(x), std::log(static_cast<long double>(x))), kLogarithmUlps) << x;
+  }
+  for (const double x : {0x1p-1074, 0x1.8p-1030, std::numeric_limits<double>::max()}) {
+    EXPECT_LE(UlpsBetween(Logarithm(x), std::log(static_cast<long double>(x))), kLogarithmUlps) << x;
+  }
+}
+
+TEST(Elementary, TheLogarithmHasItsSpecialValues) {
+  EXPECT_EQ(Logarithm(1.0), 0.0);
+  EXPECT_EQ(Logarithm(0.0), -kInfinity);
+  EXPECT_EQ(Logarithm(-0.0), -kInfinity);
+  EXPECT_EQ(Logarithm(kInfinity), kInfinity);
+  EXPECT_TRUE(std::isnan(Logarithm(-1.0)));
+  EXPECT_TRUE(std::isnan(Logarithm(kNan)));
+}
+
+TEST(Elementary, TheExponentialIsWithinItsBound) {
+  for (int i = -70700; i <= 70900; ++i) {
+    const double x = i * 0.01001;
+    EXPECT_LE(UlpsBetween(Exponential(x), std::exp(static_cast<long double>(x))), kExponentialUlps) << x;
+  }
+  for (int i = -20000; i <= 20000; ++i) {
+    const double x = i * 5.1e-5;
+    EXPECT_LE(UlpsBetween(Exponential(x), std::exp(static_cast<long double>(x))), kExponentialUlps) << x;
+  }
+}
+
+TEST(Elementary, TheExponentialHasItsSpecialValues) {
+  EXPECT_EQ(Exponential(0.0), 1.0);
+  EXPECT_EQ(Exponential(-kInfinity), 0.0);
+  EXPECT_EQ(Exponential(-800.0), 0.0);
+  EXPECT_EQ(Exponential(-744.0), 0x1p-1073);
+  EXPECT_EQ(Exponential(kInfinity), kInfinity);
+  EXPECT_EQ(Exponential(709.785), kInfinity);
+  EXPECT_LT(Exponential(709.782), kInfinity);
+  EXPECT_TRUE(std::isnan(Exponential(kNan)));
+}
+
+TEST(Elementary, APowerIsWithinItsBound) {
+  for (const double y : {2.4, 1.0 / 2.4, -1.5, 17.25}) {
+    for (int i = 1; i <= 20000; ++i) {
+      const double x = i * 1.0003e-4;
+      const long double t = y * std::log(static_cast<long double>(x));
+      EXPECT_LE(UlpsBetween(Power(x, y), std::pow(static_cast<long double>(x), static_cast<long double>(y))),
+                PowerUlps(static_cast<double>(t)))
+          << x << ' ' << y;
+    }
+  }
+  EXPECT_EQ(Power(1.0, 2.4), 1.0);
+  EXPECT_EQ(Power(0.0, 2.4), 0.0);
+}
+
 }  // namespace
 }  // namespace orvanel

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# The program's own code calls no function of the C library whose results differ between platforms. Left out are the
+# parts that are somebody else's, which fill letters and read pictures without these functions, but have them too.
+# Usage: program_arithmetic.sh NM STATIC_LIBRARY...
+set -euo pipefail
+nm=$1
+status=0
+mathematics='a?(sin|cos|tan)h?|sincos|atan2|exp|exp2|exp10|expm1|log|log2|log10|log1p|pow|hypot|cbrt|fma|erfc?|[lt]gamma'
+others='stb_truetype|stb_decoder'
+for archive in "${@:2}"; do
+  # Each name behind that of its part.
+  names=$("$nm" -A "$archive") || { echo "$archive cannot be read"; exit 1; }
+  [ "$(grep -c ' T ' <<<"$names")" -gt 0 ] || { echo "$archive holds no code"; status=1; }
+  found=$(grep -E " U _?($mathematics)[fl]?(@|$)" <<<"$names" | grep -vE "[:/]($others)\.cpp\." || true)
+  [ -z "$found" ] && continue
+  echo "$found"
+  echo "$archive uses mathematics of the C library"
+  status=1
+done
+exit $status
