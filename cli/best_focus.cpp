@@ -5,6 +5,7 @@
 #include <array>
 
 #include "orvanel/optics_engine.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel::cli {
 namespace {
@@ -19,6 +20,8 @@ FocusQuality Judge(OpticsEngine& engine, const Bare& coefficients, double pupil,
   engine.synthesizeWavefront(coefficients.data(), pupil, astigmatism ? 1 : 0, 0, 1);
   quality.deviation = ToMicrometres(Millimetres(FitCircle(engine).deviation));
   quality.strehl = engine.ComputeStrehl(kWavelength);
+  quality.undersampled =
+      UndersampledShare(engine.wavefrontPlane.data(), ORVANEL_GRID_SIZE, engine.pupilSamples, kWavelength);
   return quality;
 }
 
@@ -36,6 +39,7 @@ BestFocus FindBestFocus(const LibraryCoefficients& coefficients, Millimetres pup
     case FocusMethod::kOptimise: {
       FocusSearch search;
       search.astigmatism = request.astigmatism;
+      search.maximumUndersampled = kLargestUndersampledShare;
       const FocusResult result = engine.OptimiseFocus(bare.data(), diameter, search);
       std::copy(result.coefficients.begin(), result.coefficients.end(), bare.begin());
       best.trials = result.trials;

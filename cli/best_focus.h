@@ -27,6 +27,7 @@ struct FocusRequest {
 struct FocusQuality {
   double strehl;
   Micrometres deviation;  // from the circle fitted to the wavefront
+  double undersampled;    // share of the pupil's samples; the Strehl ratio of much is not the eye's
 };
 
 struct BestFocus {

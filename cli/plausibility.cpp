@@ -4,12 +4,12 @@
 #include <cmath>
 
 #include "cli/number_text.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel::cli {
 namespace {
 
 constexpr Millimetres kSmallestPupil{1.0}, kLargestPupil{12.0};  // no living human eye's lies outside
-constexpr double kLargestAliasedShare = 0.01;                    // of the light; less is not seen in the pictures
 constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;          // samples; leaves the blur some room at the edges
 
 }  // namespace
@@ -21,7 +21,7 @@ std::vector<std::string> Warnings(const Simulation& simulation) {
                        " mm is unlike a human eye's, which measures 2 to 8 mm");
   }
   const Wavefront& wavefront = simulation.wavefront;
-  if (wavefront.aliasedShare > kLargestAliasedShare) {
+  if (wavefront.aliasedShare > kLargestUndersampledShare) {
     warnings.push_back(
         "in " + Text(100.0 * wavefront.aliasedShare, 2) +
         " % of the pupil the wavefront changes by more than half a wave from one sample to the next, by " +

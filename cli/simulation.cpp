@@ -11,6 +11,7 @@
 #include "cli/sector_star.h"
 #include "orvanel/optics_engine.h"
 #include "orvanel/ring.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel::cli {
 namespace {
@@ -36,21 +37,6 @@ void MeasureHeights(Wavefront& wavefront) {
   wavefront.peakToValley = ToMicrometres(Millimetres(highest - lowest));
 }
 
-// Comparisons with what is not a number are false, so that samples outside the pupil never count.
-void MeasureSlope(Wavefront& wavefront) {
-  const Plane& map = wavefront.map;
-  double steepest = 0.0, aliased = 0.0, count = 0.0;
-  for (std::size_t i = 0; i + kSide < map.size(); ++i) {
-    const double right = std::abs(map[i + 1] - map[i]), down = std::abs(map[i + kSide] - map[i]);
-    if (right > steepest) steepest = right;
-    if (down > steepest) steepest = down;
-    if (right > kWavelength / 2.0 || down > kWavelength / 2.0) aliased += 1.0;
-    if (!std::isnan(map[i])) count += 1.0;
-  }
-  wavefront.steepestStep = ToMicrometres(Millimetres(steepest));
-  wavefront.aliasedShare = aliased / count;
-}
-
 bool InPupil(std::size_t sample) {
   constexpr int kCentre = ORVANEL_GRID_SIZE / 2, kRadius = ORVANEL_GRID_SIZE / 4;
   const int y = static_cast<int>(sample / kSide) - kCentre, x = static_cast<int>(sample % kSide) - kCentre;
@@ -70,7 +56,9 @@ Wavefront WavefrontOf(const OpticsEngine& engine) {
     }
   }
   MeasureHeights(wavefront);
-  MeasureSlope(wavefront);
+  const double* const samples = engine.wavefrontPlane.data();
+  wavefront.steepestStep = ToMicrometres(Millimetres(LargestStep(samples, ORVANEL_GRID_SIZE, engine.pupilSamples)));
+  wavefront.aliasedShare = UndersampledShare(samples, ORVANEL_GRID_SIZE, engine.pupilSamples, kWavelength);
   return wavefront;
 }
 

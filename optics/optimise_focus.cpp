@@ -7,6 +7,7 @@
 
 #include "optics/brent.h"
 #include "optics/workspace.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel {
 namespace {
@@ -23,6 +24,10 @@ constexpr double kSamplesPerWave = 8.0;
 constexpr double kWorthRefining = 0.7;
 
 constexpr int kMostRounds = 50;
+
+// What stands for the Strehl ratio of points that cannot be tried or are passed over: below all that an engine gives.
+constexpr double kExhausted = -2.0;
+constexpr double kUndersampled = -3.0;
 
 // How much a unit step in this direction changes the wavefront at most.
 double Magnitude(const Point& direction) {
@@ -53,11 +58,15 @@ class Search {
       low_[i] = start - half;
       high_[i] = start + half;
     }
+    if (settings.maximumUndersampled <= 0.4) KeepSampled();
   }
 
   FocusResult Run();
 
  private:
+  void KeepSampled();
+  bool IsUndersampled() const;
+  void Synthesize(const Point& point);
   double StrehlAt(const Point& point);
   double Measure(const Point& point);
   void SearchLine(const Point& direction, bool whole);
@@ -65,6 +74,7 @@ class Search {
   void Refine(const Point& from, const Point& direction, double first, double last);
   void Improve();
   bool IsInside(const Point& point) const;
+  bool IsAtUndersampled();
 
   OpticsEngine& engine_;
   double diameter_;
@@ -72,25 +82,57 @@ class Search {
   std::array<double, kCoefficients> coefficients_{};
   Point start_{}, low_{}, high_{};
   Point best_{};
-  double bestStrehl_ = -2.0;
+  double bestStrehl_ = kExhausted;
   int trials_ = 0;
   bool exhausted_ = false;
   bool settled_ = false;
 };
 
-double Search::Measure(const Point& point) {
+// Ends the ranges where more than half of the pupil is undersampled. In the other half the wavefront changes by half a
+// wave at most along a row or column, of which terms of higher orders may take away their own largest step. The terms
+// of second order make a gradient 2 Q v, Q a symmetric matrix; more than half of the disc has |e v| >= 0.4 along either
+// eigenvector e. So an eigenvalue q of Q with 2 |q| 0.4 above sqrt(2) times the change for a radius leaves no such
+// half. c4 is a quarter of the trace of Q, and c3 and c5 do not exceed its largest eigenvalue.
+void Search::KeepSampled() {
+  engine_.synthesizeWavefront(coefficients_.data(), diameter_, 0, 0, 0);
+  const int samples = engine_.pupilSamples;
+  const double step =
+      settings_.wavelength / 2.0 + LargestStep(engine_.wavefrontPlane.data(), engine_.gridSize, samples);
+  const double largestEigenvalue = std::sqrt(2.0) * step * (samples - 1) / 2.0 / 0.8;
+  for (std::size_t i = 0; i < kIndex.size(); ++i) {
+    if (low_[i] == high_[i]) continue;
+    const double reach = kIndex[i] == 4 ? largestEigenvalue / 2.0 : largestEigenvalue;
+    low_[i] = std::max(low_[i], -reach);
+    high_[i] = std::min(high_[i], reach);
+    if (low_[i] > high_[i]) low_[i] = high_[i] = start_[i];  // nothing to search
+  }
+}
+
+bool Search::IsUndersampled() const {
+  return settings_.maximumUndersampled < 1.0 &&
+         UndersampledShare(engine_.wavefrontPlane.data(), engine_.gridSize, engine_.pupilSamples,
+                           settings_.wavelength) > settings_.maximumUndersampled;
+}
+
+void Search::Synthesize(const Point& point) {
   for (std::size_t i = 0; i < kIndex.size(); ++i) coefficients_[kIndex[i]] = point[i];
   engine_.synthesizeWavefront(coefficients_.data(), diameter_, 1, 1, 1);
+}
+
+double Search::Measure(const Point& point) {
+  Synthesize(point);
   return engine_.ComputeStrehl(settings_.wavelength);
 }
 
 double Search::StrehlAt(const Point& point) {
   if (trials_ >= settings_.maximumTrials) {
     exhausted_ = true;
-    return -2.0;
+    return kExhausted;
   }
   ++trials_;
-  const double strehl = Measure(point);
+  Synthesize(point);
+  if (IsUndersampled()) return kUndersampled;
+  const double strehl = engine_.ComputeStrehl(settings_.wavelength);
   if (strehl > bestStrehl_) {
     bestStrehl_ = strehl;
     best_ = point;
@@ -175,25 +217,40 @@ bool Search::IsInside(const Point& point) const {
   return true;
 }
 
+// Whether the points beside the best one have been passed over, so that it is only the last before them.
+bool Search::IsAtUndersampled() {
+  if (settings_.maximumUndersampled >= 1.0) return false;
+  for (std::size_t i = 0; i < kIndex.size(); ++i) {
+    if (low_[i] == high_[i]) continue;
+    for (const double side : {-2.0, 2.0}) {
+      Point beside = best_;
+      beside[i] += side * settings_.tolerance;
+      Synthesize(beside);
+      if (IsUndersampled()) return true;
+    }
+  }
+  return false;
+}
+
 FocusResult Search::Run() {
+  best_ = start_;
   const double atStart = StrehlAt(start_);
-  if (atStart > 0.0) {
+  if (atStart > 0.0 || atStart == kUndersampled) {
     if (settings_.astigmatism) {
       // Without second-order terms the variance of the wavefront is least.
       Point flat{};
       for (std::size_t i = 0; i < flat.size(); ++i) flat[i] = std::clamp(0.0, low_[i], high_[i]);
       StrehlAt(flat);
-      Improve();
+      if (bestStrehl_ > kExhausted) Improve();
     } else {
       SearchLine({1.0, 0.0, 0.0}, true);
       settled_ = true;
     }
   } else {
-    best_ = start_;
     bestStrehl_ = atStart;
   }
   FocusResult result{};
-  result.converged = settled_ && !exhausted_ && IsInside(best_);
+  result.converged = settled_ && !exhausted_ && bestStrehl_ > kExhausted && IsInside(best_) && !IsAtUndersampled();
   result.trials = trials_;
   result.strehl = Measure(best_);
   result.coefficients = coefficients_;

@@ -7,6 +7,7 @@
 #include "cli/error.h"
 #include "cli/eyes/preparation.h"
 #include "cli/sampling.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel::cli {
 namespace {
@@ -39,6 +40,9 @@ void EyeMeter::Compute(const Eye& eye) {
   for (const double c : coefficients) height += std::abs(c);
   if (!(height < kLargestInside)) throw Error("the wavefront may be a metre high; check the unit of the coefficients");
   engine_.synthesizeWavefront(coefficients.data(), eye.pupil.value(), 1, 1, 1);
+  measured_.undersampled =
+      UndersampledShare(engine_.wavefrontPlane.data(), ORVANEL_GRID_SIZE, engine_.pupilSamples, kWavelength);
+  if (cost_ == Cost::kWavefront) return;
   if (cost_ == Cost::kStrehl) {
     measured_.strehl = engine_.ComputeStrehl(kWavelength);
     return;

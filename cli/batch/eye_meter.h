@@ -21,6 +21,10 @@ class EyeMeter {
   // simulated.
   std::vector<double> Measure(const Eye& eye);
 
+  // Of the eye measured last: the share of the pupil's samples where the wavefront is too steep for them. 0 where
+  // nothing is computed that needs the samples.
+  double undersampled() const { return measured_.undersampled; }
+
   // Of the eye measured last, where planes are wanted.
   const Plane& mtf() const { return mtf_; }
   OpticsEngine& engine() { return engine_; }

@@ -35,6 +35,12 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        true,
        {"strehl_ratio"},
        [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.strehl); }},
+      {kUndersampledColumn,
+       "share of the pupil, 0 to 1, where the wavefront is too steep for the samples",
+       Cost::kWavefront,
+       true,
+       {kUndersampledColumn},
+       [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.undersampled); }},
       {"half_width",
        "half the side of the PSF on the retina, both scales",
        Cost::kPupil,
@@ -150,6 +156,12 @@ std::vector<const Metric*> UsualMetrics(bool samePupil) {
     if (metric.usual && !(samePupil && metric.cost == Cost::kPupil)) usual.push_back(&metric);
   }
   return usual;
+}
+
+void AddUndersampled(MetricChoice& choice) {
+  const Metric* const metric = MetricsNamed(kUndersampledColumn).front();
+  const auto found = std::find(choice.metrics.begin(), choice.metrics.end(), metric);
+  if (found == choice.metrics.end()) choice.metrics.push_back(metric);
 }
 
 std::vector<std::string> Columns(const MetricChoice& choice) {

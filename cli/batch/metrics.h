@@ -14,13 +14,14 @@
 namespace orvanel::cli {
 
 // What the engine has to compute for a metric; each includes those before it.
-enum class Cost { kPupil, kCoefficients, kStrehl, kMtf };
+enum class Cost { kPupil, kCoefficients, kWavefront, kStrehl, kMtf };
 
 // What a metric is computed from.
 struct MeasuredEye {
   const Eye* eye = nullptr;
   Coefficients osa;  // orthonormal, micrometres, y upwards
   Scales scales;
+  double undersampled = 0.0;            // share of the pupil's samples; from Cost::kWavefront on
   double strehl = 0.0;                  // from Cost::kStrehl on
   const Section* rowSection = nullptr;  // from Cost::kMtf on, as the others
   const Section* columnSection = nullptr;
@@ -51,6 +52,11 @@ std::vector<const Metric*> MetricsNamed(std::string_view list);
 // The metrics where nothing is asked for.
 //   samePupil  all rows have one pupil; metrics of the pupil alone, the same in all rows, are left out then
 std::vector<const Metric*> UsualMetrics(bool samePupil);
+
+// Adds the undersampled share where it is not chosen: what comes from the grid is worth nothing without it.
+void AddUndersampled(MetricChoice& choice);
+
+constexpr const char* kUndersampledColumn = "undersampled";
 
 // The names of all columns, with unit and scale.
 std::vector<std::string> Columns(const MetricChoice& choice);

@@ -33,7 +33,8 @@ struct BatchRow {
   std::size_t row = 0;  // of the table, from 0
   TableEye eye;
   std::string error;
-  std::string line;  // of the results
+  std::string undersampled;  // what is wrong with the samples, which is no error
+  std::string line;          // of the results
   std::optional<Dropped> dropped;
   std::vector<std::string> planes;
   double pupil = std::numeric_limits<double>::quiet_NaN();
@@ -74,6 +75,7 @@ class Worker {
         values = meter_.Measure(eye);
         if (row.dropped) values.push_back(row.dropped->rms.value());
         row.pupil = eye.pupil.value();
+        if (meter_.undersampled() > request_.maxUndersampled) row.undersampled = UndersampledText(row.eye);
       } catch (const Error& error) {
         row.error = ErrorText(row.eye, error);
         row.dropped.reset();
@@ -87,6 +89,12 @@ class Worker {
     for (const std::string& identifier : row.eye.identifiers) row.line += CsvField(identifier) + ",";
     for (std::size_t i = 0; i < columns_; ++i) row.line += (row.error.empty() ? ShortestText(values[i]) : "") + ",";
     row.line += CsvField(row.error) + "\n";
+  }
+
+  std::string UndersampledText(const TableEye& eye) const {
+    return ErrorText(eye,
+                     Error("the wavefront is too steep for the samples in " + Text(100.0 * meter_.undersampled(), 2) +
+                           " % of the pupil, more than " + Text(100.0 * request_.maxUndersampled, 2) + " %"));
   }
 
   const BatchRequest& request_;
@@ -279,6 +287,10 @@ class Batch {
       if (!row.error.empty()) {
         if (request_.strict) throw Error(InputName(request_.table) + ": " + row.error + "; --strict stops here");
         ++result_.errors;
+      }
+      if (!row.undersampled.empty()) {
+        if (request_.strict) throw Error(InputName(request_.table) + ": " + row.undersampled + "; --strict stops here");
+        ++result_.undersampled;
       }
       if (planes_) {
         planes_->Add(row.row, row.planes, row.pupil);

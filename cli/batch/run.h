@@ -13,6 +13,7 @@
 #include "cli/conventions/statement.h"
 #include "cli/eyes/preparation.h"
 #include "cli/tables/eye_table.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel::cli {
 
@@ -24,17 +25,19 @@ struct BatchRequest {
   MetricChoice choice;
   std::size_t jobs = 1;
   bool strict = false, resume = false, force = false;
-  std::string planes, pictures;  // a file and a folder; empty where none are wanted
+  double maxUndersampled = kLargestUndersampledShare;  // rows above it are counted, and stop a strict run
+  std::string planes, pictures;                        // a file and a folder; empty where none are wanted
   std::vector<PlaneKind> planeKinds;
   std::vector<PictureKind> pictureKinds;
   RunRecord record;  // settings, shard and chunk
 };
 
 struct BatchResult {
-  std::size_t rows = 0;     // of the results
-  std::size_t earlier = 0;  // of them, by earlier runs
-  std::size_t errors = 0;   // of them, with an error
-  DroppedOfMany dropped;    // by this run
+  std::size_t rows = 0;          // of the results
+  std::size_t earlier = 0;       // of them, by earlier runs
+  std::size_t errors = 0;        // of them, with an error
+  std::size_t undersampled = 0;  // rows of this run above maxUndersampled
+  DroppedOfMany dropped;         // by this run
 };
 
 // The columns that a run computes.

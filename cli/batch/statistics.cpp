@@ -5,6 +5,7 @@
 #include <cmath>
 #include <span>
 
+#include "cli/batch/metrics.h"
 #include "cli/error.h"
 #include "cli/input_file.h"
 #include "cli/number_text.h"
@@ -55,6 +56,26 @@ std::vector<std::vector<double>> ReadColumns(const std::string& results, std::sp
 }
 
 }  // namespace
+
+std::size_t CountUndersampled(const std::string& results, double limit) {
+  InputFile stream(results);
+  CsvReader reader(stream, results);
+  Record row;
+  if (!reader.Next(row)) return 0;
+  std::size_t field = 0;
+  while (field < row.size() && row[field] != kUndersampledColumn) ++field;
+  if (field == row.size()) return 0;
+  std::size_t count = 0;
+  while (reader.Next(row)) {
+    if (row[row.size() - 1].empty() && ParseNumber(row[field]) > limit) ++count;
+  }
+  return count;
+}
+
+std::string UndersampledText(std::size_t count, double limit) {
+  return std::to_string(count) + (count == 1 ? " row" : " rows") + ", in more than " + Text(100.0 * limit, 2) +
+         " % of the pupil: there Strehl ratio, MTF and planes are not the eye's; see the column 'undersampled'";
+}
 
 Statistics StatisticsOf(std::vector<double>& values) {
   Statistics statistics;

@@ -25,6 +25,12 @@ Statistics StatisticsOf(std::vector<double>& values);
 //   columns  which of it
 std::string StatisticsText(const std::string& results, const std::vector<std::string>& columns);
 
+// The rows without error whose undersampled share is above the limit.
+std::size_t CountUndersampled(const std::string& results, double limit);
+
+// What a report says of so many rows.
+std::string UndersampledText(std::size_t count, double limit);
+
 }  // namespace orvanel::cli
 
 #endif  // ORVANEL_CLI_BATCH_STATISTICS_H

@@ -76,8 +76,8 @@ std::vector<double> PositiveNumbers(const std::string& list) {
 
 // Options that do not decide on the bytes of the results.
 bool IsOfNoImportance(const std::string& name) {
-  constexpr const char* kNames[] = {"--help",   "TABLE",   "--output",  "--jobs",  "--strict",
-                                    "--resume", "--force", "--summary", "--shard", "--chunk"};
+  constexpr const char* kNames[] = {"--help",  "TABLE",     "--output", "--jobs",  "--strict",          "--resume",
+                                    "--force", "--summary", "--shard",  "--chunk", "--max-undersampled"};
   return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
 }
 
@@ -111,11 +111,16 @@ void RunCommand(const BatchCommand& command) {
     report += ReportLine("Orders", Text(result.dropped, *request.preparation.highestOrder) +
                                        (result.earlier > 0 ? ", by this run" : ""));
   }
+  const std::size_t undersampled =
+      result.earlier > 0 ? CountUndersampled(request.results, request.maxUndersampled) : result.undersampled;
+  const std::string samples = UndersampledText(undersampled, request.maxUndersampled);
+  if (undersampled > 0) report += ReportLine("Undersampled", samples);
   if (command.summary) report += "\n" + StatisticsText(request.results, ResultColumns(request));
   if (toFile) {
     PrintOutput(report, results + " is written");
-  } else if (result.dropped.losers > 0) {
-    PrintWarning(Text(result.dropped, *request.preparation.highestOrder));
+  } else {
+    if (result.dropped.losers > 0) PrintWarning(Text(result.dropped, *request.preparation.highestOrder));
+    if (undersampled > 0) PrintWarning("undersampled: " + samples);
   }
   if (result.errors > 0) {
     throw FaultyRows(InputName(request.table) + ": " + std::to_string(result.errors) + " of " +
@@ -164,7 +169,16 @@ void AddRunOptions(CLI::App& batch, BatchCommand& command) {
   AddParsedOption(batch, "-j,--jobs", "N", "Threads, with an engine each [as many as there are cores]",
                   [&request](const std::string& text) { request.jobs = ParseCount(text, 1, kMostJobs); })
       ->group(kGroup);
-  batch.add_flag("--strict", request.strict, "Stop at the first row that is at fault")->group(kGroup);
+  batch.add_flag("--strict", request.strict, "Stop at the first row that is at fault or undersampled")->group(kGroup);
+  AddParsedOption(batch, "--max-undersampled", "SHARE",
+                  "The share of the pupil, 0 to 1, above which a row counts as undersampled [0.01]",
+                  [&request](const std::string& text) {
+                    request.maxUndersampled = ParseNumber(text);
+                    if (!(request.maxUndersampled >= 0.0 && request.maxUndersampled <= 1.0)) {
+                      throw Error("a share is from 0 to 1");
+                    }
+                  })
+      ->group(kGroup);
   const auto* const force =
       batch.add_flag("--force", request.force, "Begin anew where results are there already")->group(kGroup);
   batch.add_flag("--resume", request.resume, "Go on with results that are there already; begin where there are none")
@@ -199,6 +213,9 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
     const bool samePupil = pupil && request.results != kStandardStream;
     if (samePupil) request.record.constants = ConstantsOf(*pupil);
     request.choice.metrics = UsualMetrics(samePupil);
+  }
+  if (CostOf(request.choice) >= Cost::kWavefront || !request.planes.empty() || !request.pictures.empty()) {
+    AddUndersampled(request.choice);
   }
   if (request.planeKinds.empty()) request.planeKinds = PlaneKindsNamed("psf,mtf");
   if (request.pictureKinds.empty()) request.pictureKinds = PictureKindsNamed("psf,star");

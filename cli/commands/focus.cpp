@@ -16,6 +16,7 @@
 #include "cli/number_text.h"
 #include "cli/report.h"
 #include "cli/terminal.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel::cli {
 namespace {
@@ -24,8 +25,7 @@ constexpr const char* kFocusExamples =
     "Examples:\n"
     "  orvanel focus assets/eyes/standard_observer_6mm.json\n"
     "  orvanel focus my_eye.json --astigmatism -o my_eye_in_focus.json\n"
-    "  orvanel focus my_eye.json --method psf --step 0.02 --pupil 4\n"
-    "  orvanel focus my_eye.json --method fit --step 5";
+    "  orvanel focus my_eye.json --method psf --step 0.02 --pupil 4";
 
 constexpr const char* kFocusNotes = R"(Methods:
   optimise  the highest Strehl ratio within two waves and more of where the eye stands; with --astigmatism the two
@@ -34,6 +34,8 @@ constexpr const char* kFocusNotes = R"(Methods:
   fit       steps of defocus as long as the wavefront comes nearer to a circle whose radius at the edge is the pupil
             value; for most eyes that goes on far beyond focus
 psf and fit stop with an error after 10000 wavefronts; larger steps then help.
+Wavefronts that change by more than half a wave from one sample to the next, in more than 1 % of the pupil, have no
+Strehl ratio that can be trusted: optimise passes over them, and a walk that ends there is an error.
 The change is told in dioptres of mean sphere: the refraction that the eye at its best has less. The prescription
 is the lens at the cornea with which the measured eye becomes the one at its best.
 )";
@@ -70,6 +72,29 @@ void RequireEnd(const FocusCommand& command, const BestFocus& best) {
               std::to_string(best.trials) + " wavefronts; give a larger --step, or let --method optimise search");
 }
 
+bool IsUndersampled(const FocusQuality& quality) { return quality.undersampled > kLargestUndersampledShare; }
+
+// "the wavefront changes by more than half a wave from one sample to the next in 36 % of the pupil"
+std::string UndersampledText(const FocusQuality& quality) {
+  return "the wavefront changes by more than half a wave from one sample to the next in " +
+         Text(100.0 * quality.undersampled, 2) + " % of the pupil";
+}
+
+// No answer is given whose Strehl ratio is that of another wavefront with the same samples.
+void RequireSampled(const FocusCommand& command, const BestFocus& best) {
+  if (!IsUndersampled(best.after)) return;
+  if (command.request.method == FocusMethod::kOptimise) {
+    throw Error("no focus is found that can be trusted: " + UndersampledText(best.after) +
+                "; a smaller --pupil has more samples for each change");
+  }
+  throw Error("the walk ends where " + UndersampledText(best.after) +
+              ", so that nothing is known of what the eye sees; let --method optimise search");
+}
+
+std::string StrehlText(const FocusQuality& quality) {
+  return IsUndersampled(quality) ? "not known" : Text(quality.strehl, 4);
+}
+
 std::string BeforeAfter(const std::string& before, const std::string& after, const std::string& unit) {
   return before + unit + " before, " + after + unit + " after";
 }
@@ -97,8 +122,8 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
   if (command.request.withoutAstigmatism) text += ReportLine("", "judged without the terms of astigmatism");
   const bool fit = command.request.method == FocusMethod::kWalkToFit;
   const std::string made = fit ? "  <- made small" : "  <- made large";
-  text += ReportLine("Strehl ratio",
-                     BeforeAfter(Text(best.before.strehl, 4), Text(best.after.strehl, 4), "") + (fit ? "" : made));
+  text +=
+      ReportLine("Strehl ratio", BeforeAfter(StrehlText(best.before), StrehlText(best.after), "") + (fit ? "" : made));
   if (fit) {
     text += ReportLine(
         "Deviation", BeforeAfter(Text(best.before.deviation.value(), 6), Text(best.after.deviation.value(), 6), " um") +
@@ -133,7 +158,12 @@ void RunFocus(const FocusCommand& command) {
       const StopAtOnce stop;
       best = FindBestFocus(library, before.pupil, command.request);
     }
+    if (IsUndersampled(best.before)) {
+      PrintWarning(command.input.file + ": as given, " + UndersampledText(best.before) +
+                   ": its Strehl ratio is not known");
+    }
     RequireEnd(command, best);
+    RequireSampled(command, best);
     after = before;
     if (after.coefficients.size() <= 5) after.coefficients.resize(6);
     before.coefficients.resize(after.coefficients.size());

@@ -7,6 +7,7 @@
 #include "cli/batch/statistics.h"
 #include "cli/eyes/any_eye.h"
 #include "cli/report.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel::cli {
 namespace {
@@ -34,6 +35,10 @@ void RunMerge(const MergeCommand& command) {
   const RunRecord record = JoinShards(command.shards, command.output, command.force);
   std::string report = ReportLine("Written", command.output + ", " + std::to_string(record.end->tableRows) + " rows, " +
                                                  std::to_string(record.end->errors) + " with an error");
+  const std::size_t undersampled = CountUndersampled(command.output, kLargestUndersampledShare);
+  if (undersampled > 0) {
+    report += ReportLine("Undersampled", UndersampledText(undersampled, kLargestUndersampledShare));
+  }
   if (command.summary) report += "\n" + StatisticsText(command.output, record.columns);
   PrintOutput(report, command.output + " is written");
 }

@@ -36,6 +36,11 @@ struct FocusSearch {
   double tolerance = 1e-8;          // mm, on each coefficient; a hundredth of a nanometre
   int maximumTrials = 2000;         // wavefronts tried at most
   double wavelength = kWavelength;  // mm
+
+  // Trials whose wavefront is undersampled in a larger share of the pupil (see sampling.h) have no Strehl ratio to be
+  // trusted and are passed over. 1 passes over none; kLargestUndersampledShare is what can be trusted. Up to 0.4 the
+  // ranges end where no trial would be left.
+  double maximumUndersampled = 1.0;
 };
 
 // What OptimiseFocus found.
@@ -43,7 +48,8 @@ struct FocusResult {
   std::array<double, kCoefficients> coefficients;  // the best found; all but c3, c4, c5 are those given
   double strehl;                                   // of these coefficients
   int trials;                                      // wavefronts tried
-  bool converged;                                  // to the tolerance, before maximumTrials and off the bounds
+  bool converged;                                  // to the tolerance, before maximumTrials, off the bounds and away
+                                                   //   from trials that were passed over
 };
 
 // How the walks WalkByPsf and WalkByFit go.

@@ -21,6 +21,23 @@ double FrequencyStep(int n, double psfHalfWidth, double focalLength = kFocalLeng
 // The frequency n/2 samples from the centre, which (n - 1)/2 of these steps make: what OrvanelGetMTF gives.
 double FrequencyRange(int n, double frequencyStep);
 
+// A wavefront that changes by more than half a wavelength from one sample to the next is undersampled there: its
+// samples are those of a flatter wavefront as well, and the transform sends their light to another place. Both
+// functions take n x n samples in millimetres, of which those in the pupil do not exceed kLargestInside, lie within
+// pupilSamples / 2 rows and columns of the centre, and have no gap in a row, as those of every synthesis.
+
+// The share of the pupil's samples, 0 to 1, that differ by more than half a wavelength from the next in their row or
+// column. 0 for a pupil without samples.
+double UndersampledShare(const double* wavefront, int n, int pupilSamples, double wavelength);
+
+// The largest change from one sample of the pupil to the next in its row or column, mm.
+double LargestStep(const double* wavefront, int n, int pupilSamples);
+
+// The largest undersampled share with which results are those of the eye. The Strehl ratios of random eyes of orders 2
+// to 6, on this grid and on one three times as fine, differ by 1.8 % at most up to this share, as they do without any
+// undersampled sample; by 3 % up to twice and by 33 % up to five times the share.
+constexpr double kLargestUndersampledShare = 0.01;
+
 }  // namespace orvanel
 
 #endif  // ORVANEL_SAMPLING_H

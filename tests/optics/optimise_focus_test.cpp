@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "orvanel/optics_engine.h"
+#include "orvanel/sampling.h"
 
 namespace orvanel {
 namespace {
@@ -246,6 +247,63 @@ TEST(OptimiseFocus, WithoutLightOrStrehlRatioReturnsTheStart) {
   EXPECT_EQ(result.coefficients[4], 0.25 * kWave);
   EXPECT_EQ(result.strehl, -1.0);
   EXPECT_FALSE(result.converged);
+}
+
+// ---- Trials whose wavefront is too steep for the samples
+
+double ShareOf(const Coefficients& c) {
+  const OpticsEngine engine(c.data(), 4.7, 256, 1, 1, 1);
+  return UndersampledShare(engine.wavefrontPlane.data(), 256, 129, kWave);
+}
+
+FocusSearch Trusted() {
+  FocusSearch search;
+  search.maximumUndersampled = kLargestUndersampledShare;
+  return search;
+}
+
+TEST(OptimiseFocus, FromFarAwayFindsTheFocusThroughTrialsThatItPassesOver) {
+  for (const double waves : {11.5, -23.0, 300.0, -1600.0}) {
+    Coefficients c{};
+    c[4] = waves * kWave;
+    EXPECT_GT(ShareOf(c), 30.0 * kLargestUndersampledShare);
+    const FocusResult result = Optimised(c, Trusted());
+    EXPECT_TRUE(result.converged) << waves;
+    EXPECT_NEAR(result.coefficients[4], 0.0, kPlace) << waves;
+    EXPECT_NEAR(result.strehl, 1.0, 1e-12) << waves;
+  }
+}
+
+TEST(OptimiseFocus, WithAstigmatismFindsTheFlatWavefrontFromFarAway) {
+  Coefficients c{};
+  c[3] = 40.0 * kWave;
+  c[4] = -70.0 * kWave;
+  c[5] = 25.0 * kWave;
+  FocusSearch search = Trusted();
+  search.astigmatism = true;
+  const FocusResult result = Optimised(c, search);
+  EXPECT_TRUE(result.converged);
+  EXPECT_NEAR(result.strehl, 1.0, 1e-12);
+}
+
+TEST(OptimiseFocus, NoResultThatIsAnAliasHasConverged) {
+  Coefficients c{};
+  c[6] = 60.0 * kWave;  // too steep for the samples at any defocus
+  const FocusResult result = Optimised(c, Trusted());
+  EXPECT_FALSE(result.converged);
+  EXPECT_EQ(result.coefficients, c);
+  FocusSearch far = Trusted();
+  far.halfRange = 3.0 * kWave;
+  c = {};
+  c[4] = 200.0 * kWave;
+  EXPECT_FALSE(Optimised(c, far).converged);
+  // From 8 waves on; sinc^2 rises from there to 8.25 waves, but from 8.07 on a first sample is undersampled.
+  c[4] = 11.0 * kWave;
+  far.maximumUndersampled = 0.0;
+  const FocusResult last = Optimised(c, far);
+  EXPECT_FALSE(last.converged);
+  EXPECT_EQ(ShareOf(last.coefficients), 0.0);
+  EXPECT_NEAR(last.coefficients[4], 8.07 * kWave, 0.02 * kWave);
 }
 
 }  // namespace

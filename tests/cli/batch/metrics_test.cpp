@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <set>
@@ -41,6 +42,17 @@ TEST(Metrics, NothingIsComputedThatNobodyAsksFor) {
   EXPECT_EQ(cost("strehl,mtf_area"), Cost::kMtf);
   EXPECT_EQ(CostOf({{}, {CyclesPerDegree(3)}, {}}), Cost::kMtf);
   EXPECT_EQ(CostOf({{}, {}, {0.5}}), Cost::kCoefficients);
+}
+
+TEST(Metrics, TheUndersampledShareIsAddedOnce) {
+  MetricChoice choice{MetricsNamed("rms,strehl"), {}, {}};
+  AddUndersampled(choice);
+  AddUndersampled(choice);
+  ASSERT_EQ(choice.metrics.size(), 3U);
+  EXPECT_EQ(Columns(choice).back(), "undersampled");
+  EXPECT_EQ(CostOf({MetricsNamed("undersampled"), {}, {}}), Cost::kWavefront);
+  const std::vector<const Metric*> usual = UsualMetrics();
+  EXPECT_EQ(std::count(usual.begin(), usual.end(), choice.metrics.back()), 1);
 }
 
 TEST(Metrics, ZeroHasNoSign) {
