@@ -72,27 +72,27 @@ void RequireEnd(const FocusCommand& command, const BestFocus& best) {
               std::to_string(best.trials) + " wavefronts; give a larger --step, or let --method optimise search");
 }
 
-bool IsUndersampled(const FocusQuality& quality) { return quality.undersampled > kLargestUndersampledShare; }
+bool FocusIsUndersampled(const FocusQuality& quality) { return quality.undersampled > kLargestUndersampledShare; }
 
 // "the wavefront changes by more than half a wave from one sample to the next in 36 % of the pupil"
-std::string UndersampledText(const FocusQuality& quality) {
+std::string FocusUndersampledText(const FocusQuality& quality) {
   return "the wavefront changes by more than half a wave from one sample to the next in " +
          Text(100.0 * quality.undersampled, 2) + " % of the pupil";
 }
 
 // No answer is given whose Strehl ratio is that of another wavefront with the same samples.
 void RequireSampled(const FocusCommand& command, const BestFocus& best) {
-  if (!IsUndersampled(best.after)) return;
+  if (!FocusIsUndersampled(best.after)) return;
   if (command.request.method == FocusMethod::kOptimise) {
-    throw Error("no focus is found that can be trusted: " + UndersampledText(best.after) +
+    throw Error("no focus is found that can be trusted: " + FocusUndersampledText(best.after) +
                 "; a smaller --pupil has more samples for each change");
   }
-  throw Error("the walk ends where " + UndersampledText(best.after) +
+  throw Error("the walk ends where " + FocusUndersampledText(best.after) +
               ", so that nothing is known of what the eye sees; let --method optimise search");
 }
 
 std::string StrehlText(const FocusQuality& quality) {
-  return IsUndersampled(quality) ? "not known" : Text(quality.strehl, 4);
+  return FocusIsUndersampled(quality) ? "not known" : Text(quality.strehl, 4);
 }
 
 std::string BeforeAfter(const std::string& before, const std::string& after, const std::string& unit) {
@@ -158,8 +158,8 @@ void RunFocus(const FocusCommand& command) {
       const StopAtOnce stop;
       best = FindBestFocus(library, before.pupil, command.request);
     }
-    if (IsUndersampled(best.before)) {
-      PrintWarning(command.input.file + ": as given, " + UndersampledText(best.before) +
+    if (FocusIsUndersampled(best.before)) {
+      PrintWarning(command.input.file + ": as given, " + FocusUndersampledText(best.before) +
                    ": its Strehl ratio is not known");
     }
     RequireEnd(command, best);
