@@ -51,7 +51,7 @@ TEST(Metrics, TheUndersampledShareIsAddedOnce) {
   ASSERT_EQ(choice.metrics.size(), 3U);
   EXPECT_EQ(Columns(choice).back(), "undersampled");
   EXPECT_EQ(CostOf({MetricsNamed("undersampled"), {}, {}}), Cost::kWavefront);
-  const std::vector<const Metric*> usual = UsualMetrics();
+  const std::vector<const Metric*> usual = UsualMetrics(true);
   EXPECT_EQ(std::count(usual.begin(), usual.end(), choice.metrics.back()), 1);
 }
 
