@@ -126,6 +126,9 @@ DecodedPicture ReadPictureFile(const std::string& file) {
   const DecodedPicture header = kind.header(bytes);
   refuseUndecoded(header);
   RefuseLarge(file, header);
+  if (name == "PNG" && PngHoldsTooMuch(bytes)) {
+    Refuse(file, "is a PNG picture whose data are more than its size in pixels allows; save it again");
+  }
   DecodedPicture picture = kind.decode(bytes);
   refuseUndecoded(picture);
   return picture;
