@@ -18,9 +18,22 @@ std::string FixedText(double number, int decimals);
 // The shortest text that reads back as the same number.
 std::string ShortestText(double number);
 
-// The number that a text holds, and nothing else but blanks around it. Throws Error with the remedy; a decimal comma, a
-// number that is not finite and an empty text are refused.
-double ParseNumber(std::string_view text);
+// The number that a text holds, and nothing else but blanks around it. Throws Error with the remedy; a number that is
+// not finite, an empty text, and a decimal point or comma that is not the one given are refused.
+double ParseNumber(std::string_view text, char point = '.');
+
+// Whether a text is a number but for its commas: "0,12", "1.234,5".
+bool HasDecimalComma(std::string_view text);
+
+// The text without blanks and tabulators around it.
+std::string_view Trimmed(std::string_view text);
+
+// The same in lower case, as far as letters of English go: for words that may be written in either case.
+std::string Folded(std::string_view text);
+
+// The beginning of a text, of at most so many bytes of whole characters, with control characters made visible; "..."
+// stands for the rest.
+std::string Shortened(std::string_view text, std::size_t longest);
 
 // A whole number in decimal digits, from `least` to `most`. Throws Error.
 std::size_t ParseCount(std::string_view text, std::size_t least, std::size_t most);

@@ -2,7 +2,6 @@
 #include "cli/output_folder.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <random>
 #include <string>
 #include <utility>
@@ -10,6 +9,7 @@
 #include "cli/error.h"
 #include "cli/files.h"
 #include "cli/input_file.h"
+#include "cli/json_text.h"
 
 namespace orvanel::cli {
 namespace {
@@ -35,9 +35,9 @@ std::vector<std::string> FilesOfEarlierRun(const fs::path& folder) {
   constexpr std::size_t kLargest = std::size_t{16} << 20;
   std::error_code failure;
   if (!fs::is_regular_file(folder / kSummaryFile, failure)) return files;
-  const auto summary = nlohmann::json::parse(ReadBytes((folder / kSummaryFile).string(), kLargest), nullptr, false);
-  if (!summary.is_object() || summary.value("program", nlohmann::json()) != "orvanel") return files;
-  for (const auto& name : summary.value("files", nlohmann::json::array())) {
+  const Json summary = JsonOf(ReadBytes((folder / kSummaryFile).string(), kLargest)).value_or(Json());
+  if (!summary.is_object() || summary.value("program", Json()) != "orvanel") return files;
+  for (const auto& name : summary.value("files", Json::array())) {
     if (!name.is_string() || !IsPlainName(name)) continue;
     if (fs::is_regular_file(fs::symlink_status(folder / std::string(name)))) files.push_back(name);
   }

@@ -54,6 +54,10 @@ void PrintWarning(const std::string& message) {
   std::cerr << Styled("orvanel: warning:", "1;33", Stream::kErrors) << ' ' << VisibleText(message) << '\n';
 }
 
+void PrintNote(const std::string& message) {
+  std::cerr << Styled("orvanel: note:", "1", Stream::kErrors) << ' ' << VisibleText(message) << '\n';
+}
+
 StatusLine::StatusLine() : shown_(GoesToTerminal(Stream::kErrors) && !IsDumb()) {}
 
 StatusLine::~StatusLine() { Show(""); }

@@ -18,9 +18,11 @@ std::string Bold(const std::string& text);
 // Lines as a terminal may get them: with bold text, and the control characters of all other text made visible.
 std::string ForTerminal(const std::string& lines);
 
-// "orvanel: ..." and "orvanel: warning: ..." to the error output, control characters made visible.
+// "orvanel: ...", "orvanel: warning: ..." and "orvanel: note: ..." to the error output, control characters made
+// visible.
 void PrintError(const std::string& message);
 void PrintWarning(const std::string& message);
+void PrintNote(const std::string& message);
 
 // One line on the error output, control characters made visible, that is written over and over; nothing at all where
 // that is no terminal.

@@ -109,7 +109,7 @@ class Batch {
       : request_(request),
         record_(request.record),
         stream_(request.table),
-        table_(stream_, InputName(request.table), request.kind, request.stated) {
+        table_(stream_, InputName(request.table), request.kind, request.stated, request.tableOptions) {
     record_.columns = ResultColumns(request);
     record_.tableHash = HashOfFile(request.table);
     header_ = Header();
@@ -122,8 +122,9 @@ class Batch {
     if (!failure && !record_.tableHash.empty() && size > 0) tableSize_ = static_cast<double>(size);
   }
 
-  BatchResult Run() {
+  BatchResult Run(const std::function<void(const std::string& columns)>& tell) {
     Begin();
+    if (tell) tell(table_.Summary());
     Plane star;
     if (pictures_) star = SectorStar();
     std::vector<std::function<Rows(Rows&)>> workers;
@@ -363,6 +364,8 @@ std::vector<std::string> ResultColumns(const BatchRequest& request) {
   return columns;
 }
 
-BatchResult RunBatch(const BatchRequest& request) { return Batch(request).Run(); }
+BatchResult RunBatch(const BatchRequest& request, const std::function<void(const std::string& columns)>& tell) {
+  return Batch(request).Run(tell);
+}
 
 }  // namespace orvanel::cli

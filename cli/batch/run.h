@@ -2,6 +2,7 @@
 #ifndef ORVANEL_CLI_BATCH_RUN_H
 #define ORVANEL_CLI_BATCH_RUN_H
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@ struct BatchRequest {
   std::string table, results;
   TableKind kind = TableKind::kCsv;
   Statement stated;
+  TableOptions tableOptions;
   Preparation preparation;
   MetricChoice choice;
   std::size_t jobs = 1;
@@ -45,7 +47,8 @@ std::vector<std::string> ResultColumns(const BatchRequest& request);
 
 // Every row of the table that is the shard's becomes one row of the results, in the same order: the user's own columns,
 // the chosen ones, and the error, empty where there is none. Throws Error; what is in the results then are whole rows.
-BatchResult RunBatch(const BatchRequest& request);
+//   tell  is called before the first row is read, with what the columns of the table are read as
+BatchResult RunBatch(const BatchRequest& request, const std::function<void(const std::string& columns)>& tell = {});
 
 constexpr const char* kErrorColumn = "error";
 

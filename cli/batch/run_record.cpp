@@ -4,18 +4,17 @@
 #include <algorithm>
 #include <filesystem>
 #include <limits>
-#include <nlohmann/json.hpp>
 
 #include "cli/error.h"
 #include "cli/files.h"
 #include "cli/input_file.h"
+#include "cli/json_text.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
 
 namespace orvanel::cli {
 namespace {
 
-using Json = nlohmann::ordered_json;
 namespace fs = std::filesystem;
 
 constexpr const char* kSubject = "orvanel batch";
@@ -66,7 +65,7 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
   constexpr std::size_t kLargest = std::size_t{1} << 20;
   const std::string text = ReadBytes(name, kLargest);
   try {
-    const Json json = Json::parse(text);
+    const Json json = JsonOf(text).value();
     if (json.at("record_of") != kSubject) throw Error("");
     RunRecord record;
     record.version = json.at("version");

@@ -97,7 +97,8 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const CLI::App& app)
 
 void RunCommand(const BatchCommand& command) {
   const BatchRequest& request = command.request;
-  const BatchResult result = RunBatch(request);
+  const BatchResult result =
+      RunBatch(request, [&request](const std::string& columns) { PrintColumns(InputName(request.table), columns); });
   const bool toFile = request.results != kStandardStream;
   const std::string results = toFile ? request.results : "standard output";
   std::string report = ReportLine(
@@ -239,9 +240,10 @@ Run DefineBatch(CLI::App& app) {
   AddOutputOptions(batch, *command);
   AddRunOptions(batch, *command);
   AddTableFormatOption(batch, command->kind);
+  AddTableOptions(batch, request.tableOptions);
   AddStatementOptions(batch, request.stated);
   AddPreparationOptions(batch, request.preparation);
-  batch.footer(std::string(kBatchNotes) + "\n" + MetricNotes() + "\n" + kBatchExamples);
+  batch.footer(std::string(kBatchNotes) + "\n" + kColumnNotes + "\n" + MetricNotes() + "\n" + kBatchExamples);
   batch.final_callback([command, &batch] { Complete(*command, batch); });
   return [command] { RunCommand(*command); };
 }

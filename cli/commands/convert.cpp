@@ -79,8 +79,10 @@ Eye ConvertedEye(Eye measured, const ConvertCommand& command, std::optional<Drop
   return eye;
 }
 
-std::vector<std::size_t> TermsThatMayChange(std::vector<std::size_t> terms, const Preparation& preparation) {
-  if (preparation.refraction || preparation.lens) {
+//   prescription  whether rows bring a refraction of their own
+std::vector<std::size_t> TermsThatMayChange(std::vector<std::size_t> terms, const Preparation& preparation,
+                                            bool prescription) {
+  if (preparation.refraction || preparation.lens || prescription) {
     terms.insert(terms.end(), {OsaIndex({2, -2}), OsaIndex({2, 0}), OsaIndex({2, 2})});
   }
   if (preparation.pupil) terms = WithLowerOrders(terms);
@@ -129,14 +131,17 @@ void ConvertEye(const ConvertCommand& command) {
 void ConvertTable(const ConvertCommand& command) {
   InputFile stream(command.input.file);
   const std::string name = InputName(command.input.file);
-  EyeTable table(stream, name, TableKindOf(KindOf(command.input.file, command.input.kind)), command.input.stated);
+  EyeTable table(stream, name, TableKindOf(KindOf(command.input.file, command.input.kind)), command.input.stated,
+                 command.input.table);
+  PrintColumns(name, table.Summary());
   const std::optional<Order> order = command.wanted.order ? command.wanted.order : table.CommonOrder();
   if (!order) {
     TableEye first;
     table.Next(first);  // says what is missing, should the order be
     throw Error(name + ": the order may differ from row to row; say --to-order");
   }
-  const EyeWriter writer(table.identifierNames(), *order, TermsThatMayChange(table.Terms(), command.preparation));
+  const EyeWriter writer(table.identifierNames(), *order,
+                         TermsThatMayChange(table.Terms(), command.preparation, command.input.table.prescription));
   TableOutput output(command.output, command.force);
   output.Write(writer.Header());
   std::size_t count = 0;
@@ -194,7 +199,7 @@ Run DefineConvert(CLI::App& app) {
   convert.add_flag("--plus-cylinder", command->plusCylinder, "Report refraction with a positive cylinder");
   AddTargetOptions(convert, command->wanted);
   AddPreparationOptions(convert, command->preparation);
-  convert.footer(std::string(kEyeNotes) + "\n" + kConvertNotes + "\n" + kConvertExamples);
+  convert.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kConvertNotes + "\n" + kConvertExamples);
   convert.final_callback([command] {
     const bool table = IsTable(*command);
     const bool toTable = KindOf(command->output) == FileKind::kCsv;

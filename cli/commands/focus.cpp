@@ -233,7 +233,7 @@ Run DefineFocus(CLI::App& app) {
   focus.add_option("-o,--output", command->output, "The eye file to write, of the eye at its best")->type_name("FILE");
   focus.add_flag("--force", command->force, "Replace the file where it is there already");
   AddPreparationOptions(focus, command->preparation);
-  focus.footer(std::string(kEyeNotes) + "\n" + kFocusNotes + "\n" + kFocusExamples);
+  focus.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kFocusNotes + "\n" + kFocusExamples);
   focus.final_callback([command] { Check(*command); });
   return [command] { RunFocus(*command); };
 }

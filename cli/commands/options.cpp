@@ -6,7 +6,9 @@
 
 #include "cli/error.h"
 #include "cli/eyes/any_eye.h"
+#include "cli/input_file.h"
 #include "cli/number_text.h"
+#include "cli/terminal.h"
 
 namespace orvanel::cli {
 namespace {
@@ -38,6 +40,18 @@ const char* const kEyeNotes =
     "where\n"
     "each coefficient comes with its term. What is not said is asked for, not guessed.\n";
 
+const char* const kColumnNotes =
+    "Names of columns:\n"
+    "  Z4, z 4, Z_4, Zernike 4, c4              coefficient 4 of the stated order\n"
+    "  Z(2,-2), c[2,-2], Z_2_-2, Z 2 -2         coefficient of radial order 2 and frequency -2\n"
+    "Any other name that begins with Z and a number, or with C and is made of numbers and signs alone, is refused.\n"
+    "All else is yours and carried through, such as zone, code1 or C1_visit. A note tells which columns are which.\n"
+    "With --prescription-columns, sphere (sph, S), cylinder (cyl, C) and axis (ax, A) hold an error of refraction "
+    "that\n"
+    "is added to the eye of the row, in dioptres and degrees. All three empty: none is added.\n"
+    "Words are read in either case; also R, L, right, left for the eye and microns for um.\n"
+    "With --decimal-comma, semicolons or tabulators separate the columns, or all fields stand in quotes.\n";
+
 CLI::Option* AddParsedOption(CLI::App& app, const std::string& name, const std::string& type,
                              const std::string& description, std::function<void(const std::string&)> parse) {
   const std::string shown = name.substr(name.rfind(',') + 1);
@@ -67,6 +81,7 @@ void AddInputOptions(CLI::App& app, InputOptions& options) {
     options.row = static_cast<std::size_t>(row);
   });
   AddTableFormatOption(app, options.kind);
+  AddTableOptions(app, options.table);
   AddStatementOptions(app, options.stated);
 }
 
@@ -76,6 +91,12 @@ void AddTableFormatOption(CLI::App& app, std::optional<FileKind>& kind) {
                     if (text != "csv" && text != "ndjson") throw Error(Quoted(text) + " is not one of csv, ndjson");
                     kind = text == "csv" ? FileKind::kCsv : FileKind::kNdjson;
                   });
+}
+
+void AddTableOptions(CLI::App& app, TableOptions& options) {
+  app.add_flag("--prescription-columns", options.prescription,
+               "Add the refraction in columns sphere, cylinder, axis to each eye, as --refraction does");
+  app.add_flag("--decimal-comma", options.decimalComma, "Numbers of the table are written as 0,12");
 }
 
 void AddStatementOptions(CLI::App& app, Statement& stated) {
@@ -126,6 +147,13 @@ void AddPreparationOptions(CLI::App& app, Preparation& preparation) {
       ->group(kPreparationGroup);
 }
 
-Eye ReadEye(const InputOptions& options) { return ReadEye(options.file, options.stated, options.row, options.kind); }
+void PrintColumns(const std::string& file, const std::string& summary) { PrintNote(file + ": " + summary); }
+
+Eye ReadEye(const InputOptions& options) {
+  std::string columns;
+  Eye eye = ReadEye(options.file, options.stated, options.row, options.kind, options.table, &columns);
+  if (!columns.empty()) PrintColumns(InputName(options.file), columns);
+  return eye;
+}
 
 }  // namespace orvanel::cli

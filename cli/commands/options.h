@@ -10,6 +10,7 @@
 #include "cli/conventions/statement.h"
 #include "cli/eyes/any_eye.h"
 #include "cli/eyes/preparation.h"
+#include "cli/tables/eye_table.h"
 
 namespace orvanel::cli {
 
@@ -18,6 +19,7 @@ struct InputOptions {
   Statement stated;
   std::optional<std::size_t> row;
   std::optional<FileKind> kind;
+  TableOptions table;
 };
 
 // EYE, --row, --table-format, and the options of statements.
@@ -25,6 +27,9 @@ void AddInputOptions(CLI::App& app, InputOptions& options);
 
 // --table-format.
 void AddTableFormatOption(CLI::App& app, std::optional<FileKind>& kind);
+
+// --prescription-columns and --decimal-comma.
+void AddTableOptions(CLI::App& app, TableOptions& options);
 
 // One option for each thing that a file may leave unsaid.
 void AddStatementOptions(CLI::App& app, Statement& stated);
@@ -36,8 +41,14 @@ void AddPreparationOptions(CLI::App& app, Preparation& preparation);
 CLI::Option* AddParsedOption(CLI::App& app, const std::string& name, const std::string& type,
                              const std::string& description, std::function<void(const std::string&)> parse);
 
-// The eye that the options name.
+// The eye that the options name. Of a table, tells on the error output what its columns are read as.
 Eye ReadEye(const InputOptions& options);
+
+// Tells on the error output what the columns of a table are read as.
+void PrintColumns(const std::string& file, const std::string& summary);
+
+// The names of columns, for the help of subcommands that read tables.
+extern const char* const kColumnNotes;
 
 // The eye file and conventions in a few lines, for the help of subcommands that read eyes.
 extern const char* const kEyeNotes;

@@ -39,6 +39,7 @@ constexpr const char* kPopulationNotes =
 struct PopulationCommand {
   std::string mean, covariance, output;
   Statement stated;
+  TableOptions table;
   std::uint64_t count = 0, seed = 0;
   bool force = false;
 };
@@ -81,10 +82,11 @@ CovarianceFactors Factorised(const PopulationCommand& command, const CovarianceT
 
 void RunPopulation(const PopulationCommand& command) {
   InputFile meanStream(command.mean);
-  EyeTable table(meanStream, InputName(command.mean), TableKindOf(KindOf(command.mean)), command.stated);
+  EyeTable table(meanStream, InputName(command.mean), TableKindOf(KindOf(command.mean)), command.stated, command.table);
   const Eye mean = ReadMean(command, table);
   InputFile stream(command.covariance);
-  const CovarianceTable covariance = ReadCovariance(stream, command.covariance, mean.convention.order);
+  const CovarianceTable covariance =
+      ReadCovariance(stream, command.covariance, mean.convention.order, command.table.decimalComma);
   std::vector<std::size_t> terms = table.Terms(mean.convention.order);
   std::sort(terms.begin(), terms.end());
   RequireMeans(command, covariance, terms);
@@ -134,6 +136,7 @@ Run DefinePopulation(CLI::App& app) {
                   "The table to write, .csv; standard output where it is - or not given")
       ->type_name("FILE");
   population.add_flag("--force", command->force, "Replace the file where it is there already");
+  population.add_flag("--decimal-comma", command->table.decimalComma, "Numbers of the tables are written as 0,12");
   AddStatementOptions(population, command->stated);
   population.footer(std::string(kPopulationNotes) + "\n" + kPopulationExamples);
   population.final_callback([command] {

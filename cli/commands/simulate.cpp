@@ -241,8 +241,8 @@ Run DefineSimulate(CLI::App& app) {
   simulate.add_flag("--npy", words->npy, "Short for npy among the formats");
   simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; others stay");
   AddPreparationOptions(simulate, command->preparation);
-  simulate.footer(std::string(kEyeNotes) + "\n" + kScaleNotes + "\n" + kPictureNotes + "\n" + kFormatNotes + "\n" +
-                  kSimulateExamples);
+  simulate.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kScaleNotes + "\n" + kPictureNotes + "\n" +
+                  kFormatNotes + "\n" + kSimulateExamples);
   simulate.final_callback([command, words, picture, output, &simulate] {
     if (command->json) {
       for (const char* const name : {"--output", "--picture", "--format", "--npy", "--force"}) {

@@ -23,6 +23,28 @@ constexpr Wording<Order> kOrders[] = {
 constexpr Wording<YAxis> kYAxes[] = {{YAxis::kUp, "up"}, {YAxis::kDown, "down"}};
 constexpr Wording<Side> kSides[] = {{Side::kOd, "OD"}, {Side::kOs, "OS"}, {Side::kUnknown, "unknown"}};
 
+// What others write for the same, in lower case. The first sign of "um" is the micro sign, the second the Greek letter.
+constexpr Wording<Unit> kOtherUnits[] = {{Unit::kMillimetres, "millimetres"},
+                                         {Unit::kMillimetres, "millimeters"},
+                                         {Unit::kMicrometres, "\u00b5m"},
+                                         {Unit::kMicrometres, "\u03bcm"},
+                                         {Unit::kMicrometres, "micron"},
+                                         {Unit::kMicrometres, "microns"},
+                                         {Unit::kMicrometres, "micrometres"},
+                                         {Unit::kMicrometres, "micrometers"},
+                                         {Unit::kNanometres, "nanometres"},
+                                         {Unit::kNanometres, "nanometers"},
+                                         {Unit::kWaves, "wave"}};
+constexpr Wording<Order> kOtherOrders[] = {{Order::kOsa, "ansi"}, {Order::kOsa, "osa/ansi"}};
+constexpr Wording<Side> kOtherSides[] = {{Side::kOd, "r"}, {Side::kOd, "right"}, {Side::kOd, "re"},
+                                         {Side::kOs, "l"}, {Side::kOs, "left"},  {Side::kOs, "le"}};
+
+constexpr std::span<const Wording<Unit>> OtherWordings(Unit) { return kOtherUnits; }
+constexpr std::span<const Wording<Normalisation>> OtherWordings(Normalisation) { return {}; }
+constexpr std::span<const Wording<Order>> OtherWordings(Order) { return kOtherOrders; }
+constexpr std::span<const Wording<YAxis>> OtherWordings(YAxis) { return {}; }
+constexpr std::span<const Wording<Side>> OtherWordings(Side) { return kOtherSides; }
+
 constexpr std::span<const Wording<Unit>> Wordings(Unit) { return kUnits; }
 constexpr std::span<const Wording<Normalisation>> Wordings(Normalisation) { return kNormalisations; }
 constexpr std::span<const Wording<Order>> Wordings(Order) { return kOrders; }
@@ -69,8 +91,12 @@ std::string_view Word(Value value) {
 
 template <class Value>
 std::optional<Value> ValueOf(std::string_view word) {
+  const std::string given = Folded(word);
   for (const auto& [value, its] : Wordings(Value())) {
-    if (its == word) return value;
+    if (Folded(its) == given) return value;
+  }
+  for (const auto& [value, its] : OtherWordings(Value())) {
+    if (its == given) return value;
   }
   return std::nullopt;
 }
@@ -99,8 +125,9 @@ template std::string WordsOf<YAxis>();
 template std::string WordsOf<Side>();
 
 std::optional<Convention> ConventionNamed(std::string_view name) {
-  if (name == "osa") return kOsaConvention;
-  if (name == "library") return kLibraryConvention;
+  const std::string given = Folded(name);
+  if (given == "osa") return kOsaConvention;
+  if (given == "library") return kLibraryConvention;
   return std::nullopt;
 }
 

@@ -20,7 +20,9 @@ enum class Order { kOsa, kNoll, kFringe, kNamed };  // kNamed: each coefficient 
 enum class YAxis { kUp, kDown };
 enum class Side { kOd, kOs, kUnknown };  // right eye, left eye
 
-// The word of a value in files and on the command line, the value of a word, and all words: "mm, um, nm, waves".
+// The word of a value in files and on the command line, the value of a word, and all words: "mm, um, nm, waves". Words
+// are read in letters of either case, with blanks around them, and as others write them too: "OS" as "L" and "left",
+// "um" as "\u00b5m" and "microns".
 template <class Value>
 std::string_view Word(Value value);
 template <class Value>
@@ -43,7 +45,7 @@ constexpr Convention kOsaConvention{Unit::kMicrometres, Nanometres(), Normalisat
                                     YAxis::kUp};
 constexpr Convention kLibraryConvention{Unit::kMillimetres, Nanometres(), Normalisation::kNone, Order::kOsa,
                                         YAxis::kDown};
-std::optional<Convention> ConventionNamed(std::string_view name);  // "osa" or "library"
+std::optional<Convention> ConventionNamed(std::string_view name);  // "osa" or "library", in either case
 
 // "um, orthonormal, order osa, y up"; "waves of 550 nm, ...".
 std::string Text(const Convention& convention);

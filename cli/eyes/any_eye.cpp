@@ -11,10 +11,12 @@
 namespace orvanel::cli {
 namespace {
 
-Eye ReadRow(const std::string& place, FileKind kind, const Statement& stated, std::optional<std::size_t> row) {
+Eye ReadRow(const std::string& place, FileKind kind, const Statement& stated, std::optional<std::size_t> row,
+            TableOptions options, std::string* columns) {
   InputFile stream(place);
   const std::string file = InputName(place);
-  EyeTable table(stream, file, TableKindOf(kind), stated);
+  EyeTable table(stream, file, TableKindOf(kind), stated, options);
+  if (columns != nullptr) *columns = table.Summary();
   TableEye eye;
   const std::size_t wanted = row.value_or(1);
   for (std::size_t at = 1; at <= wanted; ++at) {
@@ -60,9 +62,14 @@ FileKind KindOf(const std::string& file, std::optional<FileKind> stated) {
 TableKind TableKindOf(FileKind kind) { return kind == FileKind::kNdjson ? TableKind::kNdjson : TableKind::kCsv; }
 
 Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row,
-            std::optional<FileKind> kind) {
-  if (KindOf(file, kind) != FileKind::kEyeFile) return ReadRow(file, KindOf(file, kind), stated, row);
+            std::optional<FileKind> kind, TableOptions options, std::string* columns) {
+  if (KindOf(file, kind) != FileKind::kEyeFile) {
+    return ReadRow(file, KindOf(file, kind), stated, row, options, columns);
+  }
   if (row) throw Error(file + ": is an eye file with one eye; leave --row away");
+  if (options.prescription || options.decimalComma) {
+    throw Error(file + ": is an eye file, no table; leave --prescription-columns and --decimal-comma away");
+  }
   return ReadEyeFile(file, stated);
 }
 

@@ -23,9 +23,11 @@ FileKind KindOf(const std::string& file, std::optional<FileKind> stated = std::n
 TableKind TableKindOf(FileKind kind);
 
 // One eye: that of an eye file, or of a table's row. Throws Error where a table holds several and no row is given.
-//   row  of the table, the first eye being 1
+//   row      of the table, the first eye being 1
+//   options  how a table is read; an eye file takes none
+//   columns  where it is not null and the file a table, gets what its columns are read as
 Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row,
-            std::optional<FileKind> kind = std::nullopt);
+            std::optional<FileKind> kind = std::nullopt, TableOptions options = {}, std::string* columns = nullptr);
 
 }  // namespace orvanel::cli
 

@@ -2,9 +2,11 @@
 #ifndef ORVANEL_CLI_EYES_EYE_H
 #define ORVANEL_CLI_EYES_EYE_H
 
+#include <optional>
 #include <string>
 
 #include "cli/conventions/convention.h"
+#include "cli/refraction.h"
 #include "cli/units.h"
 
 namespace orvanel::cli {
@@ -15,7 +17,8 @@ struct Eye {
   Millimetres pupil;  // diameter over which the coefficients are given
   Side side = Side::kUnknown;
   Convention convention = kLibraryConvention;
-  Coefficients coefficients;  // by OSA index, in unit, normalisation and direction of y of the convention
+  Coefficients coefficients;                // by OSA index, in unit, normalisation and direction of y of the convention
+  std::optional<PowerVector> prescription;  // stated beside the coefficients, to be added to them
 };
 
 // "OD", "OS", "not stated".

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <span>
@@ -16,6 +15,7 @@
 #include "cli/error.h"
 #include "cli/eyes/json_place.h"
 #include "cli/input_file.h"
+#include "cli/json_text.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
 #include "cli/spelling.h"
@@ -23,7 +23,6 @@
 namespace orvanel::cli {
 namespace {
 
-using Json = nlohmann::json;
 using Path = std::vector<std::string>;
 
 constexpr std::size_t kLargestFile = 1 << 20;  // bytes; an eye file has about a thousand
@@ -49,74 +48,23 @@ std::string Joined(const Path& path) {
 }
 
 // The key in the words of a message: "key 'convention.unit'".
-std::string Key(const Path& path) { return "key '" + Joined(path) + "'"; }
+std::string Key(const Path& path) { return "key " + Quoted(Joined(path)); }
 
 std::string ReadText(const std::string& file) {
   std::string text = ReadBytes(file, kLargestFile);
   if (text.size() > kLargestFile) throw Error(file + ": is larger than 1 MiB; an eye file holds one eye");
+  try {
+    DropByteOrderMark(text);
+  } catch (const Error& error) {
+    throw ErrorAt(file, {1, 1}, error.what());
+  }
   return text;
 }
 
-void RefuseByteOrderMark(const Source& source) {
-  for (const char* mark : {"\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"}) {
-    if (source.text.starts_with(mark)) {
-      source.Refuse(Place{1, 1}, "begins with a byte order mark; save it as UTF-8 without one");
-    }
-  }
-}
-
-// Watches the parser: keys that come twice, of which it would silently keep the last, and the key it is at.
-class KeyWatch {
- public:
-  explicit KeyWatch(const Source& source) : source_(source) {}
-
-  bool operator()(int, Json::parse_event_t event, Json& parsed) {
-    if (event == Json::parse_event_t::object_start) open_.emplace_back();
-    if (event == Json::parse_event_t::object_end) open_.pop_back();
-    if (event == Json::parse_event_t::key) {
-      open_.back().key = parsed.get<std::string>();
-      if (!open_.back().seen.insert(open_.back().key).second) {
-        source_.Refuse(path(), Key(path()) + " is given twice; keep one of the two");
-      }
-    }
-    return true;
-  }
-
-  // The key the parser is at, behind those of the objects around it.
-  Path path() const {
-    Path path;
-    for (const Level& level : open_) path.push_back(level.key);
-    return path;
-  }
-
- private:
-  struct Level {  // an object not yet closed
-    std::set<std::string> seen;
-    std::string key;
-  };
-
-  const Source& source_;
-  std::vector<Level> open_;
-};
-
-// The parser's own words, without its prefix "[json...] parse error at line 3, column 4: ".
-std::string ParserReason(const std::string& what) {
-  const std::size_t colon = what.find(": ");
-  return colon == std::string::npos ? what : what.substr(colon + 2);
-}
-
 Json Parse(const Source& source) {
-  KeyWatch watch(source);
-  try {
-    return Json::parse(source.text, [&watch](int depth, Json::parse_event_t event, Json& parsed) {
-      return watch(depth, event, parsed);
-    });
-  } catch (const Json::parse_error& error) {
-    source.Refuse(PlaceOfByte(source.text, error.byte == 0 ? 0 : error.byte - 1),
-                  "is not valid JSON: " + ParserReason(error.what()));
-  } catch (const Json::out_of_range&) {
-    source.Refuse(watch.path(), Key(watch.path()) + ": a number is too large to be finite; check its exponent");
-  }
+  JsonText json = ReadJson(source.text);
+  if (json.fault) source.Refuse(PlaceOfByte(source.text, json.fault->byte), json.fault->reason);
+  return std::move(json.value);
 }
 
 // Refuses keys that are not among the known ones, and names the nearest where it is near enough to be a slip.
@@ -199,21 +147,24 @@ Statement ReadStatement(const Source& source, const Json& object, bool& named) {
   if (!convention) {
     source.Refuse(
         {"convention", "name"},
-        "key 'convention.name' is " + name->dump() +
+        "key 'convention.name' is " + (name->is_string() ? Quoted(name->get<std::string>()) : name->type_name()) +
             R"(; it is "osa" or "library", or absent where unit, normalisation, order and y_axis are stated)");
   }
   named = true;
   try {
-    return Combined(StatementOf(*convention), "its name " + name->dump(), statement, "the convention");
+    return Combined(StatementOf(*convention), "its name " + Quoted(name->get<std::string>()), statement,
+                    "the convention");
   } catch (const Error& error) {
     source.Refuse(parent, error.what());
   }
 }
 
-double Number(const Source& source, Place place, const std::string& key, const Json& value) {
+// Where nothing is wrong, nobody asks for the place, which takes a search of the text.
+template <class PlaceOf>
+double Number(const Source& source, PlaceOf place, const Path& path, const Json& value) {
   if (!value.is_number()) {
-    source.Refuse(
-        place, "key '" + key + "' must be a number, not " + value.type_name() + "; write 0 for a term that is absent");
+    source.Refuse(place(),
+                  Key(path) + " must be a number, not " + value.type_name() + "; write 0 for a term that is absent");
   }
   return value.get<double>();
 }
@@ -221,8 +172,9 @@ double Number(const Source& source, Place place, const std::string& key, const J
 Coefficients ReadList(const Source& source, const Json& array, Order order) {
   std::vector<double> list;
   for (const Json& value : array) {
-    const std::string key = "coefficients[" + std::to_string(list.size()) + "]";
-    list.push_back(Number(source, PlaceOfElement(source.text, "coefficients", list.size()), key, value));
+    const std::size_t element = list.size();
+    const auto place = [&source, element] { return PlaceOfElement(source.text, "coefficients", element); };
+    list.push_back(Number(source, place, {"coefficients[" + std::to_string(element) + "]"}, value));
   }
   if (list.empty()) source.Refuse({"coefficients"}, "key 'coefficients' holds no numbers; give at least one");
   if (order == Order::kNamed) {
@@ -266,7 +218,8 @@ Coefficients ReadNamed(const Source& source, const Json& object, Order order) {
       source.Refuse(path, Key(path) + " names the term " + Symbol(Term(j)) + ", which is given already; keep one");
     }
     if (j >= coefficients.size()) coefficients.resize(j + 1);
-    coefficients[j] = Number(source, PlaceOfKey(source.text, path), Joined(path), value);
+    coefficients[j] = Number(
+        source, [&] { return PlaceOfKey(source.text, path); }, path, value);
   }
   if (coefficients.empty()) source.Refuse({"coefficients"}, "key 'coefficients' holds no numbers; give at least one");
   return coefficients;
@@ -300,7 +253,6 @@ const Json& CoefficientsOf(const Source& source, const Json& object) {
 Eye ReadEyeFile(const std::string& file, const Statement& stated) {
   const std::string text = ReadText(file);
   const Source source{file, text};
-  RefuseByteOrderMark(source);
   const Json object = Parse(source);
   if (!object.is_object()) {
     source.Refuse(Place{1, 1},
@@ -335,7 +287,7 @@ Eye ReadEyeFile(const std::string& file, const Statement& stated) {
 }
 
 std::string EyeFileText(const Eye& eye) {
-  nlohmann::ordered_json object, convention;
+  Json object, convention;
   if (!eye.name.empty()) object["name"] = eye.name;
   if (!eye.source.empty()) object["source"] = eye.source;
   if (!eye.note.empty()) object["note"] = eye.note;
@@ -348,7 +300,7 @@ std::string EyeFileText(const Eye& eye) {
   convention[kYAxisKey] = Word(eye.convention.yAxis);
   object["convention"] = convention;
   if (eye.convention.order == Order::kNamed) {
-    auto named = nlohmann::ordered_json::object();
+    auto named = Json::object();
     for (std::size_t j = 0; j < eye.coefficients.size(); ++j) named[Symbol(Term(j))] = eye.coefficients[j];
     object["coefficients"] = named;
   } else {

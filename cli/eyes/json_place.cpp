@@ -24,9 +24,13 @@ Place PlaceOfByte(std::string_view text, std::size_t byte) {
   const std::string_view before = text.substr(0, byte);
   const auto line = 1 + std::count(before.begin(), before.end(), '\n');
   const std::string_view row = before.substr(before.rfind('\n') + 1);  // npos + 1 is 0: the first line
-  // Characters, of which the second and later bytes of UTF-8 are none.
-  const auto column = 1 + std::count_if(row.begin(), row.end(), [](char c) { return (c & 0xc0) != 0x80; });
-  return {static_cast<std::size_t>(line), static_cast<std::size_t>(column)};
+  return {static_cast<std::size_t>(line), 1 + CharacterCount(row).Before(row.size())};
+}
+
+std::size_t CharacterCount::Before(std::size_t byte) {
+  // The second and later bytes of a character in UTF-8 are none.
+  for (; byte_ < byte; ++byte_) characters_ += (line_[byte_] & 0xc0) != 0x80 ? 1 : 0;
+  return characters_;
 }
 
 Place PlaceOfKey(std::string_view text, const std::vector<std::string>& path) {

@@ -44,6 +44,15 @@ void RequirePlausible(const Eye& eye) {
   }
 }
 
+// The eye with the refraction that is stated beside its coefficients.
+Eye WithPrescription(Eye eye) {
+  if (!eye.prescription) return eye;
+  eye.coefficients =
+      Converted(WithRefraction(OsaCoefficients(eye), eye.pupil, *eye.prescription), kOsaConvention, eye.convention);
+  eye.prescription.reset();
+  return eye;
+}
+
 // After a change of pupil, which makes lower orders of higher ones.
 Dropped DropOrdersAbove(int highest, Eye& eye) {
   const Coefficients osa = OsaCoefficients(eye);
@@ -59,6 +68,7 @@ Coefficients OsaCoefficients(const Eye& eye) { return Converted(eye.coefficients
 
 Eye Prepared(Eye eye, const Preparation& preparation, std::optional<Dropped>* dropped) {
   Check(eye, preparation);
+  eye = WithPrescription(std::move(eye));
   if (preparation.refraction || preparation.lens || ChangesPupil(eye, preparation)) {
     Coefficients osa = OsaCoefficients(eye);
     if (preparation.refraction) osa = WithRefraction(std::move(osa), eye.pupil, *preparation.refraction);
@@ -103,6 +113,9 @@ std::string Text(const DroppedOfMany& dropped, int above) {
 
 std::vector<std::string> Changes(const Eye& measured, const Preparation& preparation) {
   std::vector<std::string> changes;
+  if (measured.prescription) {
+    changes.push_back("prescription of " + Text(ToRefraction(*measured.prescription, CylinderSign::kMinus)) + " added");
+  }
   if (preparation.refraction) {
     changes.push_back("refraction of " + Text(ToRefraction(*preparation.refraction, CylinderSign::kMinus)) + " added");
   }

@@ -13,8 +13,8 @@ namespace {
 
 class Reader {
  public:
-  Reader(std::istream& stream, const std::string& file, std::optional<Order> order)
-      : file_(file), order_(order), csv_(stream, file) {}
+  Reader(std::istream& stream, const std::string& file, std::optional<Order> order, bool decimalComma)
+      : file_(file), order_(order), point_(decimalComma ? ',' : '.'), csv_(stream, file, decimalComma) {}
 
   CovarianceTable Read() {
     if (!csv_.Next(row_)) throw ErrorAt(file_, {1, 1}, "the table is empty; its first row names the coefficients");
@@ -68,7 +68,7 @@ class Reader {
     }
     for (std::size_t i = 0; i < table_.names.size(); ++i) {
       try {
-        table_.matrix.push_back(ParseNumber(row_[labels_ + i]));
+        table_.matrix.push_back(ParseNumber(row_[labels_ + i], point_));
       } catch (const Error& error) {
         Refuse(labels_ + i, "column " + Quoted(table_.names[i]) + ": " + error.what());
       }
@@ -78,6 +78,7 @@ class Reader {
 
   const std::string& file_;
   std::optional<Order> order_;
+  char point_;
   CsvReader csv_;
   Record row_;
   CovarianceTable table_;
@@ -86,8 +87,9 @@ class Reader {
 
 }  // namespace
 
-CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order) {
-  return Reader(stream, file, order).Read();
+CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order,
+                               bool decimalComma) {
+  return Reader(stream, file, order, decimalComma).Read();
 }
 
 }  // namespace orvanel::cli

@@ -20,7 +20,8 @@ struct CovarianceTable {
 // Reads CSV: the first row names the coefficients, each further row is one of the matrix. A first column without the
 // name of a coefficient labels the rows, with the same names in the same order. Throws ErrorAt.
 //   order  of columns that are named by numbers
-CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order);
+CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order,
+                               bool decimalComma = false);
 
 }  // namespace orvanel::cli
 

@@ -8,7 +8,8 @@ namespace {
 
 constexpr int kEnd = -1;
 constexpr std::size_t kBlock = 1 << 16;
-constexpr std::size_t kLongestRow = 1 << 26;  // bytes; a million columns have a quarter of it
+constexpr std::size_t kLongestRow = 1 << 26;     // bytes; a million columns have a quarter of it
+constexpr std::size_t kMostColumns = 2'000'000;  // each costs some 200 bytes
 
 const char* NameOf(char separator) {
   return separator == ',' ? "commas" : separator == ';' ? "semicolons" : "tabulators";
@@ -16,7 +17,8 @@ const char* NameOf(char separator) {
 
 }  // namespace
 
-CsvReader::CsvReader(std::istream& stream, std::string file) : stream_(stream), file_(std::move(file)) {}
+CsvReader::CsvReader(std::istream& stream, std::string file, bool decimalComma)
+    : stream_(stream), file_(std::move(file)), decimalComma_(decimalComma) {}
 
 // Reads another block behind what is left.
 bool CsvReader::Fill() {
@@ -48,8 +50,7 @@ int CsvReader::Take() {
 }
 
 void CsvReader::Refuse(Place place, const std::string& reason) {
-  while (Peek() != kEnd && Take() != '\n') {
-  }
+  isWithinRow_ = true;
   throw ErrorAt(file_, place, reason);
 }
 
@@ -68,6 +69,7 @@ void CsvReader::SkipMark() {
 void CsvReader::FindSeparator() {
   constexpr std::string_view kSeparators = ",;\t";
   bool quoted = false, empty = true;
+  bool bare = false;  // some field is without quotes
   int depth = 0;
   std::string outside, anywhere;  // separators seen
   for (std::size_t i = next_;; ++i) {
@@ -83,11 +85,22 @@ void CsvReader::FindSeparator() {
     if (c != '\n' && c != '\r') empty = false;
     if (c == '(' || c == '[') ++depth;
     if ((c == ')' || c == ']') && depth > 0) --depth;
-    if (kSeparators.find(c) == std::string_view::npos) continue;
+    if (kSeparators.find(c) == std::string_view::npos) {
+      bare = bare || (c != '"' && c != '\r' && c != '\n');
+      continue;
+    }
     if (anywhere.find(c) == std::string::npos) anywhere += c;
     if (depth == 0 && outside.find(c) == std::string::npos) outside += c;
   }
   if (outside.empty()) outside = anywhere;
+  if (decimalComma_) {
+    if (outside == "," && bare) {
+      throw ErrorAt(file_, place_,
+                    "commas separate the columns, so that they cannot be decimal commas as well; save the table with "
+                    "semicolons or tabulators, or with every field in quotes");
+    }
+    if (outside.size() > 1) std::erase(outside, ',');  // it belongs to a name
+  }
   if (outside.size() > 1) {
     throw ErrorAt(file_, place_,
                   std::string("the columns may be separated by ") + NameOf(outside[0]) + " or by " +
@@ -136,12 +149,19 @@ void CsvReader::ReadField(Record& record) {
 
 bool CsvReader::ReadRow(Record& record) {
   record.Clear();
+  if (std::exchange(isWithinRow_, false)) {
+    while (Peek() != kEnd && Take() != '\n') {
+    }
+  }
   if (Peek() == kEnd) return false;
   for (;;) {
     ReadField(record);
     const Place place = place_;
     const int c = Take();
-    if (c == separator_) continue;
+    if (c == separator_) {
+      if (record.size() == kMostColumns) Refuse(place, "the row has more than 2 million fields; is this a table?");
+      continue;
+    }
     if (c == '\r' && Peek() != kEnd && Take() != '\n') {
       Refuse(place, "a carriage return without line feed; save the table with line ends LF or CRLF");
     }

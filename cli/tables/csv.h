@@ -17,11 +17,12 @@ namespace orvanel::cli {
 class CsvReader {
  public:
   // The stream must outlive the reader.
-  //   file  as messages name it
-  CsvReader(std::istream& stream, std::string file);
+  //   file          as messages name it
+  //   decimalComma  numbers have commas, so that commas separate columns only where all fields are in quotes
+  CsvReader(std::istream& stream, std::string file, bool decimalComma = false);
 
-  // The next row; false at the end. Throws ErrorAt for a row that is not well formed, and then goes on with the next
-  // line.
+  // The next row; false at the end. Throws ErrorAt for a row that is not well formed, with the fields up to the one at
+  // fault, and then goes on with the next line. No more of a row is read than the 64 MiB that it may have.
   bool Next(Record& record);
 
   char separator() const { return separator_; }
@@ -39,10 +40,12 @@ class CsvReader {
 
   std::istream& stream_;
   std::string file_;
+  bool decimalComma_;
   std::string buffer_;
   std::size_t next_ = 0;  // in buffer_
   Place place_{1, 1};     // of the next character
   bool started_ = false;
+  bool isWithinRow_ = false;  // of which something was refused
   char separator_ = ',';
 };
 

@@ -16,14 +16,23 @@ class NdjsonReader {
   NdjsonReader(std::istream& stream, std::string file);
 
   // The keys and values of the next line, values as text; false at the end. Throws ErrorAt for a line that is not well
-  // formed, and then goes on with the next.
+  // formed, with the keys and values that could be read, and then goes on with the next. No more of a line is read than
+  // the 64 MiB that it may have.
   bool Next(Record& keys, Record& values);
 
  private:
+  static constexpr std::size_t kPiece = 1 << 12;
+
+  bool TakePiece(std::string& piece);
+  bool TakeLine();
+  [[noreturn]] void Refuse(std::size_t column, const std::string& reason) const;
+
   std::istream& stream_;
   std::string file_;
   std::size_t line_ = 0;
   std::string text_;
+  bool isWithinLine_ = false;  // behind the beginning of a line that is too long
+  bool ended_ = false;
 };
 
 }  // namespace orvanel::cli

@@ -63,6 +63,22 @@ TEST(NumberText, RefusesWhatIsNoFiniteNumber) {
   }
 }
 
+TEST(NumberText, ParsesDecimalCommasWhereTheyAreSaid) {
+  EXPECT_EQ(ParseNumber(" -0,125\t", ','), -0.125);
+  EXPECT_EQ(ParseNumber("1,2e-1", ','), 0.12);
+  EXPECT_EQ(ParseNumber("7", ','), 7.0);
+  for (const char* text : {"0.5", "1.234,5", "1,234,5", ",", "", "x"})
+    EXPECT_THROW(ParseNumber(text, ','), Error) << text;
+  EXPECT_TRUE(HasDecimalComma(" 1.234,5"));
+  EXPECT_FALSE(HasDecimalComma("1.5"));
+  EXPECT_FALSE(HasDecimalComma("a,b"));
+}
+
+TEST(NumberText, WordsAreFoldedWithoutBlanksAround) {
+  EXPECT_EQ(Folded(" \tUnit A\t"), "unit a");
+  EXPECT_EQ(Trimmed("  "), "");
+}
+
 TEST(NumberText, QuotesForATerminal) {
   EXPECT_EQ(Quoted("a\x1b[31m\n"), "'a\\x1b[31m\\x0a'");
   EXPECT_EQ(Quoted(std::string(100, 'x')), "'" + std::string(60, 'x') + "...'");

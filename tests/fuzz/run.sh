@@ -11,10 +11,14 @@ shift 2
 # machine's; who allocated it is asked when a finding is looked at, since keeping that takes half of the time.
 one() {
   local target=$1 found=$FUZZ_FOLDER/found/$1
+  # Files of the user's are long where depth and numbers of things matter; of the others, the rest would not be looked at.
+  local longest=2048
+  case $target in eye_file | eye_table | picture) longest=262144 ;; esac
   local log=$found.log
   mkdir -p "$found"
   ASAN_OPTIONS=quarantine_size_mb=16:malloc_context_size=0 "$FUZZ_FOLDER/bin/orvanel_fuzz_$target" \
-    -max_total_time="$FUZZ_SECONDS" -timeout=30 -max_len=2048 -print_final_stats=1 -artifact_prefix="$found-" \
+    -max_total_time="$FUZZ_SECONDS" -timeout=30 -max_len="$longest" -print_final_stats=1 \
+    -artifact_prefix="$found-" \
     "$found" "$FUZZ_CORPUS/$target" 2>"$log" || { tail -n 40 "$log" >&2; return 1; }
   local executions
   executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")

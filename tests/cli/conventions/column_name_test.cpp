@@ -13,7 +13,12 @@ ZernikeTerm TermIn(const std::string& text, std::optional<Order> order = std::nu
 }
 
 TEST(ColumnName, ByOrderAndFrequencyNeedsNoOrderOfNumbers) {
-  for (const char* text : {"Z(3,-1)", "c[3,-1]", "C(3, -1)", "z[ 3 ,-1 ]", "Z(+3,-1)"}) {
+  for (const char* text : {"Z(3,-1)", "c[3,-1]", "C(3, -1)", "z[ 3 ,-1 ]", "Z(+3,-1)", " Z(3,-1)", "Z (3,-1)",
+                           "Zernike(3,-1)", "Z_3_-1", "z_3_-1\t", "Z 3 -1", "Z3,-1", "Z3_-1", "C_3_-1", "Zernike_3_-1",
+                           "Z_3_\xE2\x88\x92"
+                           "1",
+                           "Z(3,\xE2\x88\x92"
+                           "1)"}) {
     EXPECT_EQ(TermIn(text), (ZernikeTerm{3, -1})) << text;
   }
 }
@@ -23,6 +28,12 @@ TEST(ColumnName, ByNumberMeansWhatTheOrderSays) {
   EXPECT_EQ(TermIn("c8", Order::kNoll), (ZernikeTerm{3, 1}));
   EXPECT_EQ(TermIn("Z8", Order::kFringe), (ZernikeTerm{3, -1}));
   EXPECT_EQ(TermIn("Z08", Order::kFringe), (ZernikeTerm{3, -1}));
+  for (const char* text : {" Z12", "Z12 ", "Z 12", "z 12", "Z_12", "Z_ 12", "c_12", "C 12", "Zernike12", "zernike 12",
+                           "ZERNIKE_12", "\tZ12",
+                           "Z\xC2\xA0"
+                           "12"}) {
+    EXPECT_EQ(TermIn(text, Order::kOsa), (ZernikeTerm{4, 0})) << text;
+  }
 }
 
 TEST(ColumnName, ByNumberWithoutOrderIsRefused) {
@@ -38,14 +49,46 @@ TEST(ColumnName, OutsideItsOrderIsRefused) {
 }
 
 TEST(ColumnName, OtherWordsAreNone) {
-  for (const char* text : {"", "Z", "c", "id", "Zernike", "comment", "age", "4", "Zn4"}) {
+  for (const char* text :
+       {"",         "Z",           "c",       "id",       "Zernike", "comment",   "age",         "4",
+        "Zn4",      "zone",        "code1",   "C1_visit", "c3 left", "C-peptide", "CO2",         "C6H12O6",
+        "c (mg/l)", "C(reactive)", "Z-score", "z score",  "a4",      "  ",        "Zernike fit", "(2,0)"}) {
     EXPECT_EQ(ParseCoefficientName(text), std::nullopt) << text;
   }
 }
 
 TEST(ColumnName, WhatLooksLikeOneAndIsNoneIsRefused) {
-  for (const char* text : {"Z(2,1)", "Z(1,3)", "Z(-2,0)", "Z(2", "Z(2,0", "Z(2,0]", "Z(2;0)", "Z(2,0)x", "Z4_um",
-                           "c4.5", "Z(22,0)", "Z()", "Z(2)", "Z99999999999999999999999"}) {
+  for (const char* text : {"Z(2,1)",
+                           "Z(1,3)",
+                           "Z(-2,0)",
+                           "Z(2",
+                           "Z(2,0",
+                           "Z(2,0]",
+                           "Z(2;0)",
+                           "Z(2,0)x",
+                           "Z4_um",
+                           "c4.5",
+                           "Z(22,0)",
+                           "Z()",
+                           "Z(2)",
+                           "Z99999999999999999999999",
+                           "Z-12",
+                           "Z_-12",
+                           "C-12",
+                           "Z.4",
+                           "Z3-1",
+                           "Z+4",
+                           "Z1_3",
+                           "C_1_2",
+                           "Z_3_1_2",
+                           "Z 4 um",
+                           "Z4(\xC2\xB5m)",
+                           "c4_um",
+                           "C4 waves",
+                           "Z4_OD",
+                           "Z12 left",
+                           "Z3^1",
+                           "Zernike coefficient 4"}) {
     EXPECT_THROW(ParseCoefficientName(text), Error) << text;
   }
 }

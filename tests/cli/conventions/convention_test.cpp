@@ -204,10 +204,29 @@ TEST(Convention, WordsAreReadAsTheyAreWritten) {
   EXPECT_EQ(WordsOf<YAxis>(), "up, down");
   EXPECT_EQ(WordsOf<Side>(), "OD, OS, unknown");
   EXPECT_EQ(ValueOf<Unit>("nm"), Unit::kNanometres);
-  EXPECT_EQ(ValueOf<Unit>("NM"), std::nullopt);
+  EXPECT_EQ(ValueOf<Unit>("pm"), std::nullopt);
   EXPECT_EQ(ConventionNamed("library"), kLibraryConvention);
   EXPECT_EQ(ConventionNamed("noll"), std::nullopt);
   EXPECT_EQ(Text(kLibraryConvention), "mm, not normalised, order osa, y down");
+}
+
+TEST(Convention, WordsAreReadAsOthersWriteThemToo) {
+  for (const char* word : {"UM", " um ", "\xC2\xB5m", "\xCE\xBCm", "micron", "Microns", "micrometers"}) {
+    EXPECT_EQ(ValueOf<Unit>(word), Unit::kMicrometres) << word;
+  }
+  EXPECT_EQ(ValueOf<Unit>("Millimetres"), Unit::kMillimetres);
+  EXPECT_EQ(ValueOf<Unit>("nanometers"), Unit::kNanometres);
+  EXPECT_EQ(ValueOf<Unit>("Wave"), Unit::kWaves);
+  EXPECT_EQ(ValueOf<Unit>("m"), std::nullopt);
+  for (const char* word : {"od", "R", "right", "Right", "RE"}) EXPECT_EQ(ValueOf<Side>(word), Side::kOd) << word;
+  for (const char* word : {"os", "L", "left", "LE\t"}) EXPECT_EQ(ValueOf<Side>(word), Side::kOs) << word;
+  EXPECT_EQ(ValueOf<Side>("O"), std::nullopt);
+  EXPECT_EQ(ValueOf<Order>("OSA"), Order::kOsa);
+  EXPECT_EQ(ValueOf<Order>("ANSI"), Order::kOsa);
+  EXPECT_EQ(ValueOf<Order>("Noll"), Order::kNoll);
+  EXPECT_EQ(ValueOf<Normalisation>("Orthonormal"), Normalisation::kOrthonormal);
+  EXPECT_EQ(ValueOf<YAxis>("UP"), YAxis::kUp);
+  EXPECT_EQ(ConventionNamed("OSA"), kOsaConvention);
 }
 
 }  // namespace

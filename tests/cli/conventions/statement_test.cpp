@@ -77,7 +77,7 @@ TEST(Statement, ThatContradictsIsRefused) {
 TEST(Statement, PartsHaveTheirWords) {
   Statement statement;
   EXPECT_EQ(MessageOf([&] { State(statement, "unit", "inch"); }), "unit is 'inch'; it is one of mm, um, nm, waves");
-  EXPECT_EQ(MessageOf([&] { State(statement, "eye", "left"); }), "eye is 'left'; it is one of OD, OS, unknown");
+  EXPECT_EQ(MessageOf([&] { State(statement, "eye", "third"); }), "eye is 'third'; it is one of OD, OS, unknown");
   EXPECT_EQ(MessageOf([&] { State(statement, "pupil_diameter_mm", "-6"); }),
             "pupil_diameter_mm is -6; a length is greater than 0");
   EXPECT_EQ(MessageOf([&] { State(statement, "wavelength_nm", "0"); }),

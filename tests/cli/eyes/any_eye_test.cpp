@@ -55,6 +55,20 @@ TEST_F(AnyEye, ARowWithoutANameIsCalledByItsPlace) {
   EXPECT_TRUE(Read("t.csv", nameless, 3).name.ends_with("t.csv, row 3"));
 }
 
+TEST_F(AnyEye, ATableTellsWhatItsColumnsAreReadAs) {
+  const TemporaryFolder folder;
+  Write(folder / "t.csv", kTable);
+  Write(folder / "e.json", R"({"pupil_diameter_mm": 4, "convention": {"name": "osa"}, "coefficients": [0]})");
+  std::string columns;
+  ReadEye((folder / "t.csv").string(), {}, 1, std::nullopt, {}, &columns);
+  EXPECT_TRUE(columns.find("read as coefficients") != std::string::npos) << columns;
+  columns.clear();
+  ReadEye((folder / "e.json").string(), {}, std::nullopt, std::nullopt, {}, &columns);
+  EXPECT_EQ(columns, "");
+  EXPECT_THROW(ReadEye((folder / "e.json").string(), {}, std::nullopt, std::nullopt, {.prescription = true}), Error);
+  EXPECT_THROW(ReadEye((folder / "e.json").string(), {}, std::nullopt, std::nullopt, {.decimalComma = true}), Error);
+}
+
 TEST_F(AnyEye, AnEyeFileHasNoRows) {
   const std::string text = R"({"pupil_diameter_mm": 4, "convention": {"name": "osa"}, "coefficients": [0]})";
   EXPECT_EQ(Read("e.json", text, std::nullopt).pupil, Millimetres(4.0));

@@ -89,6 +89,23 @@ TEST(EyeFile, MaySpellItsConventionOut) {
   EXPECT_EQ(eye.coefficients, (Coefficients{0, 0, 0, 6, 4, 5, 0, 8, 7, 0, 0, 0, 9}));
 }
 
+TEST(EyeFile, MayBeginWithAByteOrderMark) {
+  EXPECT_EQ(EyeOf("\xEF\xBB\xBF" + std::string(kGood)).coefficients, (Coefficients{0, 0.25, -3, 4e-2}));
+}
+
+// With a search of the text for each number, these would take minutes.
+TEST(EyeFile, OfManyCoefficientsIsRefusedAtOnce) {
+  std::string list = "[0", names = "{\"Z0\": 0";
+  for (int i = 1; i < 60'000; ++i) {
+    list += ",0";
+    names += ",\"Z(" + std::to_string(i) + "\":0";
+  }
+  EXPECT_EQ(
+      Refusal(Replaced("[0, 0.25, -3, 4e-2]", list + "]")),
+      "line 5, column 3: key 'coefficients' holds 60000 coefficients in order osa, of at most 231; check the order");
+  EXPECT_TRUE(Refusal(Replaced("[0, 0.25, -3, 4e-2]", names + "}")).starts_with("line 5, column 28: key 'Z(1' looks"));
+}
+
 TEST(EyeFile, MayNameItsCoefficients) {
   const std::string beginning = R"({"pupil_diameter_mm": 5, "eye": "OD", "convention": {"unit": "nm", )"
                                 R"("normalisation": "none", "y_axis": "up")";
@@ -159,10 +176,9 @@ const Fault kFaults[] = {
      "convention, coefficients"},
     {"MisspeltKeyOfTheConvention", Replaced("normalisation", "normalization"),
      "line 4, column 47: key 'convention.normalization' is not known; did you mean 'convention.normalisation'?"},
-    {"KeyGivenTwice", Replaced("\"note\"", "\"source\""),
-     "line 2, column 24: key 'source' is given twice; keep one of the two"},
+    {"KeyGivenTwice", Replaced("\"note\"", "\"source\""), "line 2, column 44: key 'source' is given twice; keep one"},
     {"KeyOfTheConventionGivenTwice", Replaced("\"unit\": \"um\"", "\"name\": \"osa\""),
-     "line 4, column 18: key 'convention.name' is given twice; keep one of the two"},
+     "line 4, column 33: key 'convention.name' is given twice; keep one"},
     {"PupilMissing", Replaced("\"pupil_diameter_mm\": 5.5,", ""),
      "line 4, column 3: it is not said how the coefficients are meant; missing: pupil_diameter_mm (over which the eye "
      "was measured)"},
@@ -174,9 +190,9 @@ const Fault kFaults[] = {
     {"PupilNegative", Replaced("5.5", "-5.5"),
      "line 3, column 3: key pupil_diameter_mm is -5.5; a length is greater than 0"},
     {"PupilBeyondDoubles", Replaced("5.5", "1e999"),
-     "line 3, column 3: key 'pupil_diameter_mm': a number is too large to be finite; check its exponent"},
+     "line 3, column 3: key 'pupil_diameter_mm' holds a number too large to be finite; check its exponent"},
     {"CoefficientBeyondDoubles", Replaced("4e-2", "-1e999"),
-     "line 5, column 3: key 'coefficients': a number is too large to be finite; check its exponent"},
+     "line 5, column 3: key 'coefficients' holds a number too large to be finite; check its exponent"},
     {"CoefficientNotANumber", Replaced("4e-2", "null"),
      "line 5, column 33: key 'coefficients[3]' must be a number, not null; write 0 for a term that is absent"},
     {"CoefficientsMissing", Replaced(",\n  \"coefficients\": [0, 0.25, -3, 4e-2]", ""),
@@ -201,15 +217,15 @@ const Fault kFaults[] = {
      "normalisation (orthonormal, none); order (osa, noll, fringe, named); eye (OD, OS, unknown)"},
     {"UnitUnknown", Replaced("\"um\"", "\"inch\""),
      "line 4, column 33: key unit is 'inch'; it is one of mm, um, nm, waves"},
-    {"SideUnknown", Replaced("\"note\": \"second try\"", "\"eye\": \"left\""),
-     "line 2, column 44: key eye is 'left'; it is one of OD, OS, unknown"},
+    {"SideUnknown", Replaced("\"note\": \"second try\"", "\"eye\": \"third\""),
+     "line 2, column 44: key eye is 'third'; it is one of OD, OS, unknown"},
     {"WavelengthInQuotes", Replaced("\"unit\": \"um\"", "\"wavelength_nm\": \"550\""),
      "line 4, column 33: key 'convention.wavelength_nm' must be a number, not string; write it without quotes, such as "
      "6.0"},
     {"WavelengthWithoutWaves", Replaced("\"unit\": \"um\"", "\"wavelength_nm\": 550"),
      "line 4, column 3: wavelength_nm is stated, but the unit is um; a wavelength belongs to the unit waves alone"},
     {"TermNamedTwice", Replaced("[0, 0.25, -3, 4e-2]", R"json({"Z4": 1, "Z(2,0)": 2})json"),
-     "line 5, column 20: key 'coefficients.Z4' names the term Z(2,0), which is given already; keep one"},
+     "line 5, column 29: key 'coefficients.Z(2,0)' names the term Z(2,0), which is given already; keep one"},
     {"NameOfNoCoefficient", Replaced("[0, 0.25, -3, 4e-2]", R"({"defocus": 1})"),
      "line 5, column 20: key 'coefficients.defocus' names no coefficient; write Z4, Z(2,0) or c[2,-2]"},
     {"NameOfNoTerm", Replaced("[0, 0.25, -3, 4e-2]", R"json({"Z(2,1)": 1})json"),
@@ -220,16 +236,16 @@ const Fault kFaults[] = {
      "line 6, column 3: key 'coefficients' is an array, but the order is \"named\"; give an object such as "
      "{\"Z(2,0)\": 0.1}"},
     {"ConventionUnknown", Replaced("\"osa\"", "\"noll\""),
-     "line 4, column 18: key 'convention.name' is \"noll\"; it is \"osa\" or \"library\", or absent where unit, "
+     "line 4, column 18: key 'convention.name' is 'noll'; it is \"osa\" or \"library\", or absent where unit, "
      "normalisation, order and y_axis are stated"},
     {"UnitContradictsTheConvention", Replaced("\"um\"", "\"mm\""),
-     "line 4, column 3: unit is mm in the convention, which contradicts its name \"osa\", where it is um; state it "
+     "line 4, column 3: unit is mm in the convention, which contradicts its name 'osa', where it is um; state it "
      "once"},
     {"NormalisationContradictsTheConvention", Replaced("\"orthonormal\"", "\"none\""),
-     "line 4, column 3: normalisation is none in the convention, which contradicts its name \"osa\", where it is "
+     "line 4, column 3: normalisation is none in the convention, which contradicts its name 'osa', where it is "
      "orthonormal; state it once"},
     {"AxisContradictsTheConvention", Replaced("\"up\"", "\"down\""),
-     "line 4, column 3: y_axis is down in the convention, which contradicts its name \"osa\", where it is up; state it "
+     "line 4, column 3: y_axis is down in the convention, which contradicts its name 'osa', where it is up; state it "
      "once"},
     {"NameANumber", Replaced("\"Right eye\"", "7"),
      "line 2, column 3: key 'name' must be a string, not number; put it in quotes"},
@@ -244,8 +260,12 @@ const Fault kFaults[] = {
      "expected ':'"},
     {"NotANumberOfJson", Replaced("4e-2", "NaN"),
      "line 5, column 33: is not valid JSON: syntax error while parsing value - invalid literal; last read: '-3, N'"},
-    {"ByteOrderMark", "\xEF\xBB\xBF" + std::string(kGood),
-     "line 1, column 1: begins with a byte order mark; save it as UTF-8 without one"},
+    {"Utf16", "\xFF\xFE" + std::string(kGood), "line 1, column 1: the file is UTF-16; save it as UTF-8"},
+    {"NameOfAConventionAnArray", Replaced("\"osa\"", "[\"osa\"]"),
+     "line 4, column 18: key 'convention.name' is array; it is \"osa\" or \"library\", or absent where unit, "
+     "normalisation, order and y_axis are stated"},
+    {"NestedDeeply", Replaced("\"osa\"", std::string(100'000, '[') + std::string(100'000, ']')),
+     "line 4, column 56: has brackets nested more than 32 deep; remove them"},
     {"TooLarge", std::string(kGood) + std::string(1 << 20, ' '), "is larger than 1 MiB; an eye file holds one eye"},
 };
 

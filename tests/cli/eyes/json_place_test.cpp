@@ -29,6 +29,17 @@ TEST(JsonPlace, OfAByteIsItsLineAndCharacter) {
   ExpectPlace(PlaceOfByte("a\n", 2), 2, 1);
 }
 
+TEST(JsonPlace, CharactersAreCountedFromLeftToRight) {
+  CharacterCount characters(
+      "a\xC3\xA4\xE2\x88\x92"
+      "b");
+  EXPECT_EQ(characters.Before(0), 0U);
+  EXPECT_EQ(characters.Before(1), 1U);
+  EXPECT_EQ(characters.Before(3), 2U);
+  EXPECT_EQ(characters.Before(3), 2U);
+  EXPECT_EQ(characters.Before(7), 4U);
+}
+
 TEST(JsonPlace, OfAKeyIsWhereItsQuotesOpen) {
   ExpectPlace(PlaceOfKey(kText, {"note"}), 2, 3);
   ExpectPlace(PlaceOfKey(kText, {"convention", "unit"}), 3, 34);

@@ -124,6 +124,27 @@ TEST(Preparation, WhatWentInManyEyesIsCounted) {
   EXPECT_EQ(Text(many, 6), "radial orders above 6 dropped: 2 of 3 eyes have lost something, at most 0.25 um RMS");
 }
 
+TEST(Preparation, ARefractionStatedBesideTheEyeIsAddedOnce) {
+  const PowerVector stated{Dioptres(-1.5), Dioptres(0.25), Dioptres(-0.5)};
+  Preparation more;
+  more.refraction = PowerVector{Dioptres(0.75), Dioptres(-0.125), Dioptres(0.25)};
+  Eye measured = Measured();
+  measured.prescription = stated;
+  const Coefficients before = OsaCoefficients(Measured());
+  const Eye eye = Prepared(measured, {}), both = Prepared(measured, more);
+  EXPECT_FALSE(eye.prescription);
+  const PowerVector was = LeastSquaresRefraction(before, Millimetres(6.0));
+  const PowerVector is = LeastSquaresRefraction(OsaCoefficients(eye), Millimetres(6.0));
+  const PowerVector added = LeastSquaresRefraction(OsaCoefficients(both), Millimetres(6.0));
+  constexpr double kRounding = 1e-13;  // dioptres, of numbers below 2
+  EXPECT_NEAR((is.m - was.m).value(), -1.5, kRounding);
+  EXPECT_NEAR((is.j0 - was.j0).value(), 0.25, kRounding);
+  EXPECT_NEAR((is.j45 - was.j45).value(), -0.5, kRounding);
+  EXPECT_NEAR((added.m - was.m).value(), -0.75, kRounding);
+  EXPECT_EQ(Changes(measured, {}),
+            std::vector<std::string>{"prescription of -0.94 D sphere, -1.12 D cylinder, axis 148 added"});
+}
+
 TEST(Preparation, ALargerPupilIsRefusedUnlessExtrapolationIsAllowed) {
   Preparation larger;
   larger.pupil = Millimetres(6.5);

@@ -124,6 +124,110 @@ TEST(Csv, WhatIsNotWellFormedIsRefusedWhereItStands) {
       "put names that contain the other in quotes");
 }
 
+TEST(Csv, PlacesAndTextsOutliveEveryBlockThatIsRead) {
+  constexpr std::size_t kRows = 6000;  // some blocks of 64 KiB
+  std::string text = "\xEF\xBB\xBFid;note\n";
+  for (std::size_t i = 0; i < kRows; ++i) {
+    text += std::string(i % 7, 'x') + "\xC3\xA4;\"" + std::to_string(i) + "\n" + std::string(i % 31, 'y') + "\"\n";
+  }
+  std::istringstream stream(text);
+  CsvReader reader(stream, "t.csv");
+  Record record;
+  ASSERT_TRUE(reader.Next(record));
+  for (std::size_t i = 0; i < kRows; ++i) {
+    ASSERT_TRUE(reader.Next(record));
+    ASSERT_EQ(record.size(), 2U);
+    ASSERT_EQ(record[1], std::to_string(i) + "\n" + std::string(i % 31, 'y'));
+    ASSERT_EQ(record.line(), 2 + 2 * i);
+    ASSERT_EQ(record.place(1).column, i % 7 + 3);
+  }
+  EXPECT_FALSE(reader.Next(record));
+}
+
+TEST(Csv, TheSeparatorMayStandBehindTheFirstBlock) {
+  for (const char* beginning : {"", "\xEF\xBB\xBF"}) {
+    const std::string name = "a" + std::string(70'000, 'x') + "(1,2)";
+    const Rows rows = RowsOf(beginning + name + ";b" + std::string(70'000, 'y') + "\n1;2\n");
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[0].at(0), name);
+    EXPECT_EQ(rows[1], (std::vector<std::string>{"1", "2"}));
+  }
+}
+
+TEST(Csv, ABracketThatOnlyClosesOpensNone) {
+  EXPECT_EQ(RowsOf("1) id;Z(2,0)\na;0.5\n"), (Rows{{"1) id", "Z(2,0)"}, {"a", "0.5"}}));
+  EXPECT_EQ(RowsOf("1] id;c[2,0]\na;0.5\n"), (Rows{{"1] id", "c[2,0]"}, {"a", "0.5"}}));
+}
+
+TEST(Csv, BlanksAtEitherEndAreKeptByQuotes) {
+  EXPECT_EQ(CsvField("blank "), "\"blank \"");
+  EXPECT_EQ(CsvField(" blank"), "\" blank\"");
+  EXPECT_EQ(CsvField("b lank"), "b lank");
+}
+
+TEST(Csv, WithDecimalCommasOnlyQuotesLetCommasSeparate) {
+  const auto read = [](const std::string& text) {
+    std::istringstream stream(text);
+    CsvReader reader(stream, "t.csv", true);
+    Rows rows;
+    for (Record record; reader.Next(record);) {
+      rows.emplace_back();
+      for (std::size_t i = 0; i < record.size(); ++i) rows.back().emplace_back(record[i]);
+    }
+    return rows;
+  };
+  const Rows rows = {{"id", "Z4"}, {"a", "0,5"}};
+  EXPECT_EQ(read("id;Z4\na;0,5\n"), rows);
+  EXPECT_EQ(read("id\tZ4\na\t0,5\n"), rows);
+  EXPECT_EQ(read("\"id\",\"Z4\"\n\"a\",\"0,5\"\n"), rows);
+  EXPECT_EQ(read("id, of visit;Z4\na;0,5\n"), (Rows{{"id, of visit", "Z4"}, {"a", "0,5"}}));
+  for (const char* text : {"id,Z4\na,\"0,5\"\n", "\"id\",Z4\n", "id,\"Z4\"\r\n"}) {
+    try {
+      read(text);
+      ADD_FAILURE() << text;
+    } catch (const ErrorAt& error) {
+      EXPECT_EQ(error.reason,
+                "commas separate the columns, so that they cannot be decimal commas as well; save the table with "
+                "semicolons or tabulators, or with every field in quotes");
+    }
+  }
+}
+
+// Fields without end, of which it counts those that are taken.
+class Fields : public std::streambuf {
+ public:
+  explicit Fields(char c) : block_(1 << 16, c) {}
+  std::size_t taken() const { return taken_; }
+
+ protected:
+  int_type underflow() override {
+    taken_ += block_.size();
+    setg(block_.data(), block_.data(), block_.data() + block_.size());
+    return traits_type::to_int_type(block_[0]);
+  }
+
+ private:
+  std::string block_;
+  std::size_t taken_ = 0;
+};
+
+TEST(Csv, OfARowWithoutEndNoMoreIsReadThanItsLimit) {
+  constexpr std::size_t kLimit = std::size_t{64} << 20;
+  for (const char c : {',', 'x', '\0'}) {
+    Fields fields(c);
+    std::istream stream(&fields);
+    CsvReader reader(stream, "t.csv");
+    Record record;
+    EXPECT_THROW(reader.Next(record), ErrorAt) << static_cast<int>(c);
+    EXPECT_LE(fields.taken(), kLimit + (1 << 18)) << static_cast<int>(c);
+  }
+}
+
+TEST(Csv, MillionsOfColumnsAreRefused) {
+  EXPECT_EQ(Refusal("a" + std::string(2'000'000, ',') + "\n"),
+            "t.csv: line 1, column 2000001: the row has more than 2 million fields; is this a table?");
+}
+
 TEST(Csv, GoesOnBehindABadRow) {
   std::istringstream stream("id,Z4\na\"b,1\nc,2\n");
   CsvReader reader(stream, "t.csv");
