@@ -22,6 +22,9 @@ Axis WindowAxis(Window window, double pitch, const std::string& label) {
   return {first, first + window.count * pitch, label};
 }
 
+// The axis of rows, of which row 0 is at the top: the value of a row is the negative of its distance downwards.
+Axis Upwards(Axis rows) { return {-rows.first, -rows.last, rows.label}; }
+
 std::string PupilText(const Simulation& simulation) { return Text(simulation.pupil.value(), 4) + " mm pupil"; }
 
 // What a sample is in the axes' unit on both scales. No factor: samples and cut-offs have not quite the same.
@@ -48,14 +51,16 @@ std::string WindowText(Window window) {
   return "central " + std::to_string(window.count) + " of 256 samples";
 }
 
-PlaneFigure PsfBase(const Simulation& simulation, const Scales& scales, Window window) {
+PlaneFigure PsfBase(const Simulation& simulation, const Scales& scales, Side side, Window window) {
   PlaneFigure figure;
   figure.window = window;
   const double pitch = scales.library.pitch.value();
   figure.x = WindowAxis(window, pitch, "horizontal (arc minutes, library scale)");
-  figure.y = WindowAxis(window, pitch, "vertical, downwards (arc minutes)");
+  figure.y = Upwards(WindowAxis(window, pitch, "vertical, up (arc minutes)"));
   figure.note = SampleNote(simulation, scales.library.pitch, scales.optical.pitch);
   figure.map = &kInferno;
+  figure.view = View::kRetina;
+  figure.side = side;
   return figure;
 }
 
@@ -66,7 +71,7 @@ std::string PowerOfTen(int exponent) {
 
 }  // namespace
 
-PlaneFigure WavefrontFigure(const Simulation& simulation) {
+PlaneFigure WavefrontFigure(const Simulation& simulation, Side side) {
   constexpr double kLeastRange = 0.05;  // um; a flat wavefront would have none
   const Wavefront& wavefront = simulation.wavefront;
   const double pitch = simulation.pupil.value() / 2.0 / (ORVANEL_GRID_SIZE / 4);
@@ -77,7 +82,9 @@ PlaneFigure WavefrontFigure(const Simulation& simulation) {
   figure.note = "True positions in the " + PupilText(simulation);
   figure.window = kPupilWindow;
   figure.x = WindowAxis(kPupilWindow, pitch, "pupil x (mm)");
-  figure.y = WindowAxis(kPupilWindow, pitch, "pupil y, downwards (mm)");
+  figure.y = Upwards(WindowAxis(kPupilWindow, pitch, "pupil y, up (mm)"));
+  figure.view = View::kPupil;
+  figure.side = side;
   figure.high = kLeastRange;
   for (const double w : wavefront.map) {
     figure.values.push_back(ToMicrometres(Millimetres(w)).value());
@@ -90,8 +97,8 @@ PlaneFigure WavefrontFigure(const Simulation& simulation) {
   return figure;
 }
 
-PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales) {
-  PlaneFigure figure = PsfBase(simulation, scales, BrightWindow(simulation.psf));
+PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales, Side side) {
+  PlaneFigure figure = PsfBase(simulation, scales, side, BrightWindow(simulation.psf));
   figure.title = "Point spread function";
   figure.subtitle = "Strehl ratio " + Text(simulation.strehl, 3) + "; " + WindowText(figure.window);
   figure.values = simulation.psf;
@@ -102,8 +109,8 @@ PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales) {
   return figure;
 }
 
-PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales) {
-  PlaneFigure figure = PsfBase(simulation, scales, kWholePlane);
+PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales, Side side) {
+  PlaneFigure figure = PsfBase(simulation, scales, side, kWholePlane);
   figure.title = "Point spread function, logarithmic";
   figure.subtitle = WindowText(figure.window);
   for (const double v : simulation.psf)
@@ -126,7 +133,9 @@ PlaneFigure MtfFigure(const Simulation& simulation, const Scales& scales) {
   figure.window = kWholePlane;
   const double step = scales.library.step.value();
   figure.x = WindowAxis(kWholePlane, step, "horizontal (cycles/degree, library scale)");
-  figure.y = WindowAxis(kWholePlane, step, "vertical, downwards (cycles/degree)");
+  figure.y = Upwards(WindowAxis(kWholePlane, step, "vertical, up (cycles/degree)"));
+  figure.view = View::kRetina;
+  figure.side = Side::kUnknown;  // frequencies have no nasal side
   figure.note = SampleNote(simulation, scales.library.step, scales.optical.step);
   figure.map = &kViridis;
   figure.low = 0.0;

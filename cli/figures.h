@@ -8,9 +8,10 @@
 
 namespace orvanel::cli {
 
-PlaneFigure WavefrontFigure(const Simulation& simulation);
-PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales);
-PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales);
+//   side  of the eye, by which nasal and temporal are marked
+PlaneFigure WavefrontFigure(const Simulation& simulation, Side side);
+PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales, Side side);
+PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales, Side side);
 PlaneFigure MtfFigure(const Simulation& simulation, const Scales& scales);
 
 }  // namespace orvanel::cli

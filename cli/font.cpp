@@ -3,8 +3,11 @@
 
 #include <stb_truetype.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
+#include <utility>
 #include <vector>
 
 #include "cli/error.h"
@@ -27,21 +30,50 @@ const stbtt_fontinfo& Font(bool bold) {
   return bold ? kBold : kRegular;
 }
 
-// The code points of UTF-8; what is none becomes a replacement character.
+// The code points of UTF-8; each byte that is none becomes a replacement character.
 std::vector<int> CodePoints(const std::string& text) {
+  constexpr int kReplacement = 0xfffd;
   std::vector<int> points;
+  int missing = 0;  // bytes of the last character
   for (const char c : text) {
     const auto byte = static_cast<std::uint8_t>(c);
-    if ((byte & 0xc0) == 0x80 && !points.empty()) {
-      points.back() = (points.back() & 0xffffff) << 6 | (byte & 0x3f);
-    } else {
-      points.push_back(byte < 0x80 ? byte : byte < 0xe0 ? byte & 0x1f : byte < 0xf0 ? byte & 0x0f : byte & 0x07);
+    const bool continues = (byte & 0xc0) == 0x80;
+    if (continues && missing > 0) {
+      points.back() = points.back() << 6 | (byte & 0x3f);
+      --missing;
+      continue;
     }
+    if (missing > 0) points.back() = kReplacement;
+    const bool begins = byte < 0x80 || (byte >= 0xc2 && byte < 0xf5);
+    missing = !begins || byte < 0x80 ? 0 : byte < 0xe0 ? 1 : byte < 0xf0 ? 2 : 3;
+    points.push_back(!begins ? kReplacement : byte < 0x80 ? byte : byte & (0x3f >> missing));
   }
-  for (int& point : points) {
-    if (point < 0 || point > 0x10ffff) point = 0xfffd;
-  }
+  if (missing > 0) points.back() = kReplacement;
   return points;
+}
+
+// First and last of the code points that are set without shaping.
+constexpr std::pair<int, int> kSet[] = {
+    {0x0020, 0x007e},  // ASCII
+    {0x00a0, 0x00ac},  // Latin, without the hyphen that shows at ends of lines only
+    {0x00ae, 0x02ff},  //
+    {0x0370, 0x0482},  // Greek and Cyrillic, without Cyrillic's marks
+    {0x048a, 0x052f},  //
+    {0x0531, 0x058a},  // Armenian
+    {0x10a0, 0x10ff},  // Georgian
+    {0x1e00, 0x1fff},  // Latin with marks, Vietnamese among it; Greek with marks
+    {0x2010, 0x2027},  // punctuation, without marks of direction
+    {0x2030, 0x205e},  //
+    {0x2070, 0x20bf},  // raised and lowered digits, currencies
+    {0x2100, 0x2bff},  // letters as symbols, arrows, mathematics, shapes
+};
+
+bool IsSet(int point) {
+  if (std::none_of(std::begin(kSet), std::end(kSet),
+                   [point](const auto& range) { return point >= range.first && point <= range.second; })) {
+    return false;
+  }
+  return stbtt_FindGlyphIndex(&Font(false), point) != 0 && stbtt_FindGlyphIndex(&Font(true), point) != 0;
 }
 
 // Calls visit(glyph, position) for each glyph and returns the length.
@@ -66,6 +98,11 @@ float ScaleFor(const stbtt_fontinfo& font, double size) {
 }
 
 }  // namespace
+
+bool IsDrawable(const std::string& text) {
+  const std::vector<int> points = CodePoints(text);
+  return std::all_of(points.begin(), points.end(), IsSet);
+}
 
 double TextLength(const std::string& text, double size, bool bold) {
   const stbtt_fontinfo& font = Font(bold);

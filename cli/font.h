@@ -7,6 +7,11 @@
 
 namespace orvanel::cli {
 
+// Whether both faces have all characters of a UTF-8 text, and all of them are of a kind that is set one character after
+// the other from left to right: Latin, Greek, Cyrillic, Armenian, Georgian, numbers, punctuation and symbols. Marks
+// that are set above the letter before, control characters and bytes that are no UTF-8 are none of these.
+bool IsDrawable(const std::string& text);
+
 // Length of a line of UTF-8 text at `size` pixels of the em.
 double TextLength(const std::string& text, double size, bool bold);
 

@@ -2,11 +2,13 @@
 #include "cli/overview.h"
 
 #include <algorithm>
-#include <sstream>
+#include <string>
+#include <vector>
 
 #include "cli/canvas.h"
 #include "cli/figures.h"
 #include "cli/number_text.h"
+#include "cli/rings.h"
 #include "cli/sections_figure.h"
 #include "cli/sheet.h"
 
@@ -16,24 +18,33 @@ namespace {
 constexpr double kMargin = 60.0;
 constexpr double kContent = 4.0 * kPlaneFigureWidth + kSectionsFigureWidth + 24.0;
 constexpr double kSheetWidth = kContent + 2.0 * kMargin;
-constexpr double kWarningHeight = 30.0;
 constexpr double kHeadingHeight = 76.0;
 
 constexpr int kColumns = 7;
 constexpr double kPanel = 408.0;
 constexpr double kGutter = (kContent - kColumns * kPanel) / (kColumns - 1);
 constexpr double kCaptionHeight = 66.0;  // above each panel's column
-constexpr double kLabelHeight = 30.0;    // below each panel
-constexpr double kCellHeight = kCaptionHeight + 2.0 * (kPanel + kLabelHeight) + 24.0;
+constexpr double kCellHeight = kCaptionHeight + 2.0 * (kPanel + kPanelLabelHeight) + 24.0;
 
 constexpr double kBodySize = 19.0;
-constexpr Colour kWarningInk{0xb0, 0x2a, 0x1c};
 
-void DrawWarnings(Canvas& canvas, double y, const std::vector<std::string>& warnings) {
+std::vector<Paragraph> WarningParagraphs(const std::vector<std::string>& warnings) {
+  std::vector<Paragraph> paragraphs;
   const TextStyle style{kBodySize, kWarningInk, true};
-  for (const std::string& warning : warnings) {
-    canvas.Text({kMargin, y + 10.0}, canvas.Shortened("Warning: " + warning, style, kContent), style);
-    y += kWarningHeight;
+  for (const std::string& warning : warnings) paragraphs.emplace_back("Warning: " + warning, style, kContent);
+  return paragraphs;
+}
+
+double HeightOf(const std::vector<Paragraph>& paragraphs) {
+  double height = 0.0;
+  for (const Paragraph& paragraph : paragraphs) height += paragraph.height();
+  return height;
+}
+
+void DrawBelow(Canvas& canvas, Point corner, const std::vector<Paragraph>& paragraphs) {
+  for (const Paragraph& paragraph : paragraphs) {
+    paragraph.Draw(canvas, corner);
+    corner.y += paragraph.height();
   }
 }
 
@@ -42,119 +53,102 @@ void DrawHeading(Canvas& canvas, double y, const std::string& text) {
   canvas.Text({kMargin, y + 48.0}, text, {32.0, kInk, true});
 }
 
-void DrawOptics(Canvas& canvas, double y, const Simulation& simulation, const Scales& scales) {
+void DrawOptics(Canvas& canvas, double y, const Results& results) {
+  const Simulation& simulation = results.simulation;
+  const Scales& scales = results.scales;
+  const Side side = results.eye.side;
   Point corner{kMargin, y};
-  for (const PlaneFigure& figure : {WavefrontFigure(simulation), PsfFigure(simulation, scales),
-                                    PsfLogFigure(simulation, scales), MtfFigure(simulation, scales)}) {
+  for (const PlaneFigure& figure : {WavefrontFigure(simulation, side), PsfFigure(simulation, scales, side),
+                                    PsfLogFigure(simulation, scales, side), MtfFigure(simulation, scales)}) {
     Draw(canvas, corner, figure);
     corner.x += kPlaneFigureWidth;
   }
   DrawSections(canvas, {corner.x + 24.0, corner.y}, simulation, scales);
 }
 
-// A paragraph of lines no wider than a panel; returns where the next would begin.
-double DrawParagraph(Canvas& canvas, Point at, const std::string& text, const TextStyle& style) {
-  const double leading = 1.42 * style.size;
-  std::istringstream words(text);
-  std::string line;
-  for (std::string word; words >> word;) {
-    const std::string longer = line.empty() ? word : line + " " + word;
-    if (canvas.TextWidth(longer, style) <= kPanel) {
-      line = longer;
-      continue;
-    }
-    canvas.Text(at, line, style);
-    at.y += leading;
-    line = word;
-  }
-  canvas.Text(at, line, style);
-  return at.y + 1.9 * leading;
-}
-
 void DrawScaleNote(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales) {
   const std::string pupil = Text(simulation.pupil.value(), 4) + " mm";
   const TextStyle body{kBodySize, kInk};
-  Point at{corner.x, corner.y + kBodySize};
   canvas.Text({corner.x, corner.y - kCaptionHeight + 30.0}, "Two scales", {kTitleSize, kInk, true});
-  at.y = DrawParagraph(canvas, at,
-                       "Library scale: the library takes the pupil value so that its frequencies, retinal lengths and "
-                       "ring sizes (acuities) are those of a pupil of twice the diameter.",
-                       body);
-  at.y = DrawParagraph(canvas, at, "Optical scale: those of the " + pupil + " pupil as stated.", body);
-  at.y = DrawParagraph(canvas, at,
-                       "Frequency range " + Text(simulation.frequencyRange.value(), 5) +
-                           " cycles/degree (library scale); optical cut-off " + Text(scales.opticalCutOff.value(), 5) +
-                           " cycles/degree; ratio " + Text(scales.ratio, 5) + ".",
-                       body);
-  DrawParagraph(canvas, at,
-                "The whole field of 256 samples is " + Text(FieldOf(scales.library).value(), 4) +
-                    " arc minutes wide on the library scale and " + Text(FieldOf(scales.optical).value(), 4) +
-                    " on the optical scale.",
-                body);
+  for (const std::string& text :
+       {std::string(
+            "Library scale: the library takes the pupil value so that its frequencies, retinal lengths and ring "
+            "sizes (acuities) are those of a pupil of twice the diameter."),
+        "Optical scale: those of the " + pupil + " pupil as stated.",
+        "Frequency range " + Text(simulation.frequencyRange.value(), 5) +
+            " cycles/degree (library scale); optical cut-off " + Text(scales.opticalCutOff.value(), 5) +
+            " cycles/degree; ratio " + Text(scales.ratio, 5) + ".",
+        "The whole field of 256 samples is " + Text(FieldOf(scales.library).value(), 4) +
+            " arc minutes wide on the library scale and " + Text(FieldOf(scales.optical).value(), 4) +
+            " on the optical scale."}) {
+    const Paragraph paragraph(text, body, kPanel);
+    paragraph.Draw(canvas, corner);
+    corner.y += paragraph.height() + kBodySize;
+  }
 }
 
 Box PanelBox(double x, double y) { return {x, y, kPanel, kPanel}; }
-
-void DrawCaption(Canvas& canvas, Point corner, const std::string& title, const std::string& subtitle) {
-  canvas.Text({corner.x, corner.y + 30.0}, title, {kTitleSize, kInk, true});
-  canvas.Text({corner.x, corner.y + 54.0}, subtitle, {kSmallSize, kFaintInk});
-}
 
 Point CellCorner(double top, int cell) {
   return {kMargin + cell % kColumns * (kPanel + kGutter), top + cell / kColumns * kCellHeight};
 }
 
-void DrawStar(Canvas& canvas, double top, const Simulation& simulation, const Scales& scales) {
-  const double upper = kCaptionHeight, lower = kCaptionHeight + kPanel + kLabelHeight;
+void DrawStar(Canvas& canvas, double top, const Results& results) {
+  const Simulation& simulation = results.simulation;
+  const Side side = results.eye.side;
+  const double upper = kCaptionHeight, lower = kCaptionHeight + kPanel + kPanelLabelHeight;
   const Point first = CellCorner(top, 0), second = CellCorner(top, 1);
-  DrawCaption(canvas, first, "Sector star", "40 sectors, whole field");
-  DrawPanel(canvas, PanelBox(first.x, first.y + upper), GreyWindow(simulation.starOriginal, kWholePlane), "original");
+  DrawTitle(canvas, first, kPanel, "Sector star", "40 sectors, whole field");
+  DrawPanel(canvas, PanelBox(first.x, first.y + upper), GreyWindow(simulation.starOriginal, kWholePlane), "original",
+            side);
   DrawPanel(canvas, PanelBox(first.x, first.y + lower), GreyWindow(simulation.starStretched, kWholePlane),
-            "as seen, stretched from black to white");
-  DrawScaleNote(canvas, {second.x, second.y + upper}, simulation, scales);
+            "as seen, stretched from black to white", side);
+  DrawScaleNote(canvas, {second.x, second.y + upper}, simulation, results.scales);
   DrawPanel(canvas, PanelBox(second.x, second.y + lower), GreyWindow(simulation.starTotalLight, kWholePlane),
-            "as seen, total light kept");
+            "as seen, total light kept", side);
 }
 
-void DrawRings(Canvas& canvas, double top, const Simulation& simulation, const Scales& scales) {
+void DrawRings(Canvas& canvas, double top, const Results& results, const std::vector<ShownRing>& rings) {
   int largest = 0;
-  for (const Ring& ring : simulation.rings) largest = std::max(largest, std::min(ring.diameter, ORVANEL_GRID_SIZE));
+  for (const ShownRing& shown : rings) largest = std::max(largest, std::min(shown.ring->diameter, ORVANEL_GRID_SIZE));
   const Window window = WindowFor(largest + largest / 2);
   const std::string part = window.count == ORVANEL_GRID_SIZE
                                ? std::string(", whole field")
                                : ", central " + std::to_string(window.count) + " of 256 samples";
   int cell = 2;
-  for (const Ring& ring : simulation.rings) {
+  for (const ShownRing& shown : rings) {
+    const Ring& ring = *shown.ring;
     const Point corner = CellCorner(top, cell++);
-    DrawCaption(canvas, corner, "Acuity " + Text(ring.request.acuity, 4) + ", gap " + Word(ring.request.gap),
-                "drawn as " + Text(ring.effectiveAcuity, 3) + ", " + std::to_string(ring.diameter) +
-                    " samples; optical scale " + Text(Acuity(ring.diameter, scales.optical), 3));
+    DrawTitle(canvas, corner, kPanel, "Acuity " + Text(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
+              AskedText(shown) + "; " + std::to_string(ring.diameter) + " samples; optical scale " +
+                  Text(Acuity(ring.diameter, results.scales.optical), 3),
+              IsFarOff(ring) ? kWarningInk : kFaintInk);
     DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight), GreyWindow(ring.original, window),
-              "original" + part);
-    DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight + kPanel + kLabelHeight),
-              GreyWindow(ring.seen, window), "as seen" + part);
+              "original" + part, results.eye.side);
+    DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight + kPanel + kPanelLabelHeight),
+              GreyWindow(ring.seen, window), "as seen" + part, results.eye.side);
   }
 }
 
 }  // namespace
 
 ColourPicture DrawOverview(const Results& results) {
-  const Simulation& simulation = results.simulation;
-  const Scales& scales = results.scales;
-  const std::vector<std::string>& warnings = results.warnings;
-  const int cells = 2 + static_cast<int>(simulation.rings.size());
+  const std::vector<ShownRing> rings = ShownRings(results.simulation.rings);
+  const SheetHead head(results, kContent);
+  const std::vector<Paragraph> warnings = WarningParagraphs(results.warnings);
+  const int cells = 2 + static_cast<int>(rings.size());
   const int rows = (cells + kColumns - 1) / kColumns;
-  const double optics = kHeaderHeight + static_cast<double>(warnings.size()) * kWarningHeight;
+  const double optics = head.height() + HeightOf(warnings);
   const double sights = optics + kHeadingHeight + kFigureHeight + 24.0;
   Canvas canvas(kSheetWidth, sights + kHeadingHeight + rows * kCellHeight + kMargin / 2.0, 1.0);
 
-  DrawSheetHeader(canvas, {kMargin, 0.0, kContent, kHeaderHeight}, results);
-  DrawWarnings(canvas, kHeaderHeight, warnings);
+  head.Draw(canvas, {kMargin, 0.0});
+  DrawBelow(canvas, {kMargin, head.height() - 10.0}, warnings);
   DrawHeading(canvas, optics, "The eye's optics");
-  DrawOptics(canvas, optics + kHeadingHeight, simulation, scales);
+  DrawOptics(canvas, optics + kHeadingHeight, results);
   DrawHeading(canvas, sights, "What it sees");
-  DrawStar(canvas, sights + kHeadingHeight, simulation, scales);
-  DrawRings(canvas, sights + kHeadingHeight, simulation, scales);
+  DrawStar(canvas, sights + kHeadingHeight, results);
+  DrawRings(canvas, sights + kHeadingHeight, results, rings);
   return canvas.picture();
 }
 

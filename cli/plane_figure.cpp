@@ -1,7 +1,10 @@
 // Drawing of plane figures.
 #include "cli/plane_figure.h"
 
+#include <algorithm>
 #include <cmath>
+
+#include "cli/text_layout.h"
 
 namespace orvanel::cli {
 namespace {
@@ -49,13 +52,29 @@ ColourPicture GreyWindow(const Plane& plane, Window window) {
   return picture;
 }
 
-void DrawTitle(Canvas& canvas, Point corner, double x, const std::string& title, const std::string& subtitle) {
-  canvas.Text({corner.x + x, corner.y + 30.0}, title, {kTitleSize, kInk, true});
-  canvas.Text({corner.x + x, corner.y + 56.0}, subtitle, {kSmallSize, kFaintInk});
+void DrawTitle(Canvas& canvas, Point corner, double width, const std::string& title, const std::string& subtitle,
+               Colour colour) {
+  canvas.Text({corner.x, corner.y + 30.0}, title, {kTitleSize, kInk, true});
+  canvas.Text({corner.x, corner.y + 56.0}, subtitle, Fitted(subtitle, {kSmallSize, colour}, width));
+}
+
+void DrawView(Canvas& canvas, const Box& panel, double down, View view, Side side) {
+  constexpr double kGap = 14.0;
+  const TextStyle style{kSmallSize, kFaintInk};
+  const std::string caption(Caption(view));
+  const auto [left, right] = SideWords(view, side);
+  const double middle = panel.x + panel.width / 2.0, y = panel.bottom() + down;
+  const double reach = canvas.TextWidth(caption, style) / 2.0 + kGap;
+  TextStyle centred = style, ending = style;
+  centred.align = Align::kCentre;
+  ending.align = Align::kRight;
+  canvas.Text({middle, y}, caption, centred);
+  canvas.Text({std::min(panel.x, middle - reach - canvas.TextWidth(left, style)), y}, left, style);
+  canvas.Text({std::max(panel.right(), middle + reach + canvas.TextWidth(right, style)), y}, right, ending);
 }
 
 void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure) {
-  DrawTitle(canvas, corner, kPlot.x, figure.title, figure.subtitle);
+  DrawTitle(canvas, {corner.x + kPlot.x, corner.y}, kPlot.width, figure.title, figure.subtitle);
   const Box plot{corner.x + kPlot.x, corner.y + kPlot.y, kPlot.width, kPlot.height};
   canvas.Paste(plot, Coloured(figure.values, figure.window, [&figure](double value) {
                  if (std::isnan(value)) return kBlank;
@@ -66,6 +85,7 @@ void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure) {
   DrawAxis(canvas, plot, Edge::kLeft, figure.y, 68.0);
   canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 76.0}, figure.note,
               {kSmallSize, kFaintInk, false, Align::kCentre});
+  DrawView(canvas, plot, 100.0, figure.view, figure.side);
 
   const Box bar{plot.right() + kBarGap, plot.y, kBarWidth, plot.height};
   canvas.Paste(bar, Bar(*figure.map));

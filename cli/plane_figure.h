@@ -9,6 +9,7 @@
 #include "cli/canvas.h"
 #include "cli/colour_map.h"
 #include "cli/simulation.h"
+#include "cli/view.h"
 
 namespace orvanel::cli {
 
@@ -31,15 +32,22 @@ struct PlaneFigure {
   double low, high;  // values at the ends of the map
   std::vector<Tick> barTicks;
   std::string barLabel;
+  View view;
+  Side side;  // of the eye, where nasal and temporal are to be marked
 };
 
-constexpr double kFigureHeight = 540.0;
+constexpr double kFigureHeight = 566.0;
 constexpr double kPlaneFigureWidth = 600.0;
 constexpr double kTitleSize = 24.0;
 constexpr double kSmallSize = 16.0;
 
-// Title and subtitle above a plot that begins at x.
-void DrawTitle(Canvas& canvas, Point corner, double x, const std::string& title, const std::string& subtitle);
+// Title and subtitle above a panel, the subtitle no wider than that.
+void DrawTitle(Canvas& canvas, Point corner, double width, const std::string& title, const std::string& subtitle,
+               Colour colour = kFaintInk);
+
+// The view of a panel in the middle below it, nasal and temporal at its sides where they are known.
+//   down  from the panel to the text's baseline
+void DrawView(Canvas& canvas, const Box& panel, double down, View view, Side side);
 
 void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure);
 

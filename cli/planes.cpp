@@ -1,7 +1,10 @@
 // The list of planes, in the order of the light.
 #include "cli/planes.h"
 
+#include <set>
+
 #include "cli/number_text.h"
+#include "cli/rings.h"
 
 namespace orvanel::cli {
 namespace {
@@ -16,14 +19,18 @@ std::vector<Fact> Spacings(const std::string& unit, double library, double optic
           {"sample_spacing_" + unit + "_optical_scale", optical}};
 }
 
-void AddRings(std::vector<PlaneSource>& sources, const std::vector<RingRequest>& rings) {
+// Requests for which the same ring is drawn share its planes.
+void AddRings(std::vector<PlaneSource>& sources, Millimetres pupil, const std::vector<RingRequest>& rings) {
+  std::set<std::string> stems;
   for (std::size_t i = 0; i < rings.size(); ++i) {
+    const std::string stem = RingStem(pupil, rings[i]);
+    if (!stems.insert(stem).second) continue;
     const std::string ring =
-        "ring of acuity " + ShortestText(rings[i].acuity) + " (library scale), gap " + Word(rings[i].gap);
-    const std::string stem = RingStem(rings[i]);
-    sources.push_back({stem + "_original", ring + ", as drawn: 0 black, 1 white", "1", Domain::kRetina, true,
-                       [i](const Results& r) -> const Plane& { return r.simulation.rings[i].original; }});
-    sources.push_back({stem + "_seen", ring + ", as seen, total light kept, clipped at 1", "1", Domain::kRetina, true,
+        "ring drawn for acuity " + ShortestText(rings[i].acuity) + " (library scale), gap " + Word(rings[i].gap);
+    sources.push_back({stem + "_original", ring + ", as drawn: 0 black, 1 white", "1", Domain::kRetina, View::kPatient,
+                       true, [i](const Results& r) -> const Plane& { return r.simulation.rings[i].original; }});
+    sources.push_back({stem + "_seen", ring + ", as seen, total light kept, clipped at 1", "1", Domain::kRetina,
+                       View::kPatient, true,
                        [i](const Results& r) -> const Plane& { return r.simulation.rings[i].seen; }});
   }
 }
@@ -33,13 +40,16 @@ void AddPicture(std::vector<PlaneSource>& sources, std::size_t channels) {
     const std::string word(ChannelWord(c, channels));
     const std::string ending = word.empty() ? "" : "_" + word;
     const std::string light = "the user's picture, " + (word.empty() ? std::string("light") : word + " light");
-    sources.push_back({"picture_original" + ending, light + " on the 256 x 256 samples", "1", Domain::kRetina, false,
+    sources.push_back({"picture_original" + ending, light + " on the 256 x 256 samples", "1", Domain::kRetina,
+                       View::kPatient, false,
                        [c](const Results& r) -> const Plane& { return r.picture->object.channels[c]; }});
     sources.push_back({"picture_seen" + ending, light + " as seen, total light kept, clipped at 1", "1",
-                       Domain::kRetina, false, [c](const Results& r) -> const Plane& { return r.picture->seen[c]; }});
-    sources.push_back(
-        {"picture_contrast_kept" + ending, light + " as seen, without the library's square: near to light that adds up",
-         "1", Domain::kRetina, false, [c](const Results& r) -> const Plane& { return r.picture->contrastKept[c]; }});
+                       Domain::kRetina, View::kPatient, false,
+                       [c](const Results& r) -> const Plane& { return r.picture->seen[c]; }});
+    sources.push_back({"picture_contrast_kept" + ending,
+                       light + " as seen, without the library's square: near to light that adds up", "1",
+                       Domain::kRetina, View::kPatient, false,
+                       [c](const Results& r) -> const Plane& { return r.picture->contrastKept[c]; }});
   }
 }
 
@@ -47,19 +57,19 @@ void AddPicture(std::vector<PlaneSource>& sources, std::size_t channels) {
 
 std::vector<PlaneSource> PlaneSources(const Request& request) {
   std::vector<PlaneSource> sources = {
-      {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Domain::kPupil, false,
+      {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Domain::kPupil, View::kPupil, false,
        [](const Results& r) -> const Plane& { return r.simulation.wavefront.map; }},
-      {"psf", "point spread function, 1 at its peak", "1", Domain::kRetina, true,
+      {"psf", "point spread function, 1 at its peak", "1", Domain::kRetina, View::kRetina, true,
        [](const Results& r) -> const Plane& { return r.simulation.psf; }},
-      {"mtf", "modulation transfer function, 1 at zero frequency", "1", Domain::kFrequency, true,
+      {"mtf", "modulation transfer function, 1 at zero frequency", "1", Domain::kFrequency, View::kRetina, true,
        [](const Results& r) -> const Plane& { return r.simulation.mtf; }},
-      {"star_original", "sector star of 40 sectors: 0 black, 1 white", "1", Domain::kRetina, true,
+      {"star_original", "sector star of 40 sectors: 0 black, 1 white", "1", Domain::kRetina, View::kPatient, true,
        [](const Results& r) -> const Plane& { return r.simulation.starOriginal; }},
-      {"star_seen_stretched", "sector star as seen, stretched to span 0 to 1", "1", Domain::kRetina, true,
-       [](const Results& r) -> const Plane& { return r.simulation.starStretched; }},
-      {"star_seen_total_light", "sector star as seen, total light kept, clipped at 1", "1", Domain::kRetina, true,
-       [](const Results& r) -> const Plane& { return r.simulation.starTotalLight; }}};
-  AddRings(sources, request.rings);
+      {"star_seen_stretched", "sector star as seen, stretched to span 0 to 1", "1", Domain::kRetina, View::kPatient,
+       true, [](const Results& r) -> const Plane& { return r.simulation.starStretched; }},
+      {"star_seen_total_light", "sector star as seen, total light kept, clipped at 1", "1", Domain::kRetina,
+       View::kPatient, true, [](const Results& r) -> const Plane& { return r.simulation.starTotalLight; }}};
+  AddRings(sources, request.pupil, request.rings);
   AddPicture(sources, request.pictureChannels);
   return sources;
 }
@@ -67,7 +77,12 @@ std::vector<PlaneSource> PlaneSources(const Request& request) {
 NamedPlane PlaneOf(const PlaneSource& source, const Results& results) {
   constexpr double kIntervals = ORVANEL_GRID_SIZE - 1;
   const Scale &library = results.scales.library, &optical = results.scales.optical;
-  NamedPlane plane{source.name, source.description, source.unit, &source.samples(results), 0.0, {}};
+  NamedPlane plane{source.name, source.description, source.unit, &source.samples(results), 0.0, {}, {}};
+  plane.view = {{"view", std::string(Description(source.view))}};
+  const std::string_view nasal = NasalSide(source.view, results.eye.side);
+  if (!nasal.empty() && source.domain != Domain::kFrequency) {
+    plane.view.push_back({source.view == View::kPatient ? "nasal_field_side" : "nasal_side", std::string(nasal)});
+  }
   switch (source.domain) {
     case Domain::kPupil: {
       const double spacing = results.simulation.pupil.value() / (ORVANEL_GRID_SIZE / 2.0);

@@ -8,6 +8,7 @@
 
 #include "cli/formats/plane_set.h"
 #include "cli/results.h"
+#include "cli/view.h"
 
 namespace orvanel::cli {
 
@@ -17,6 +18,7 @@ struct PlaneSource {
   std::string description;
   std::string unit;
   enum class Domain { kPupil, kRetina, kFrequency } domain;
+  View view;
   bool grey;  // makes a grey picture: lies in 0 to 1, and is not a channel of a picture in colours of its own
   std::function<const Plane&(const Results&)> samples;
 };

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "cli/number_text.h"
+#include "cli/rings.h"
 #include "orvanel/sampling.h"
 
 namespace orvanel::cli {
@@ -27,6 +28,15 @@ std::vector<std::string> Warnings(const Simulation& simulation) {
         " % of the pupil the wavefront changes by more than half a wave from one sample to the next, by " +
         Text(wavefront.steepestStep / ToMicrometres(Wavelength()), 3) +
         " waves at most: the light from there comes out in wrong places in all results");
+  }
+  double warned = 0.0;  // rings of one acuity follow each other
+  for (const Ring& ring : simulation.rings) {
+    if (!IsFarOff(ring) || ring.request.acuity == warned) continue;
+    warned = ring.request.acuity;
+    warnings.push_back("the ring asked for with acuity " + ShortestText(warned) + " is drawn with acuity " +
+                       Text(ring.effectiveAcuity, 3) + ", " + DeviationText(ring) +
+                       " that: rings have a multiple of 5 samples, this one " + std::to_string(ring.diameter) +
+                       ", and its files are named by the acuity drawn");
   }
   constexpr int kFits = kLargestRing - 5;  // a ring's diameter is rounded to fives
   double reported = 0.0;                   // rings of one acuity follow each other

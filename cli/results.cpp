@@ -5,7 +5,6 @@
 
 #include "cli/canvas.h"
 #include "cli/figures.h"
-#include "cli/number_text.h"
 #include "cli/output_folder.h"
 #include "cli/overview.h"
 #include "cli/pictures/chart_sheet.h"
@@ -34,13 +33,13 @@ ResultFile FigureFile(const std::string& name, double width, Figure draw) {
 
 void AddFigures(std::vector<ResultFile>& files) {
   files.push_back(FigureFile("wavefront.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
-    Draw(canvas, corner, WavefrontFigure(r.simulation));
+    Draw(canvas, corner, WavefrontFigure(r.simulation, r.eye.side));
   }));
   files.push_back(FigureFile("psf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
-    Draw(canvas, corner, PsfFigure(r.simulation, r.scales));
+    Draw(canvas, corner, PsfFigure(r.simulation, r.scales, r.eye.side));
   }));
   files.push_back(FigureFile("psf_log.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
-    Draw(canvas, corner, PsfLogFigure(r.simulation, r.scales));
+    Draw(canvas, corner, PsfLogFigure(r.simulation, r.scales, r.eye.side));
   }));
   files.push_back(FigureFile("mtf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
     Draw(canvas, corner, MtfFigure(r.simulation, r.scales));
@@ -99,10 +98,6 @@ void AddFormat(std::vector<ResultFile>& files, const Format& format, const std::
 }
 
 }  // namespace
-
-std::string RingStem(const RingRequest& request) {
-  return "ring_acuity-" + ShortestText(request.acuity) + "_gap-" + Word(request.gap);
-}
 
 std::vector<ResultFile> ResultFiles(const Request& request) {
   const std::vector<PlaneSource> sources = PlaneSources(request);

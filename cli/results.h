@@ -18,6 +18,7 @@ namespace orvanel::cli {
 
 // What decides on the files.
 struct Request {
+  Millimetres pupil;                   // as simulated
   std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
   std::vector<const Format*> formats;  // beside the PNG pictures; each once
   std::size_t pictureChannels = 0;     // of the user's picture, 0 where there is none
@@ -43,9 +44,6 @@ struct ResultFile {
 constexpr const char* kOverviewFile = "overview.png";
 constexpr const char* kChartFile = "chart.png";
 constexpr const char* kPictureFile = "picture.png";
-
-// "ring_acuity-0.5_gap-right", the beginning of the names of a ring's files.
-std::string RingStem(const RingRequest& request);
 
 // All files, the summary among them.
 std::vector<ResultFile> ResultFiles(const Request& request);

@@ -22,7 +22,7 @@ struct Curve {
 
 constexpr Curve kDiffraction{"diffraction limit", {0xb4, 0xbb, 0xc3}, 6.0, false};
 constexpr Curve kHorizontal{"horizontal section", {0x1f, 0x5f, 0xbf}, 3.5, false};
-constexpr Curve kVertical{"vertical section, downwards", {0xe0, 0x5a, 0x1c}, 3.0, true};
+constexpr Curve kVertical{"vertical section", {0xe0, 0x5a, 0x1c}, 3.0, true};
 
 // Draws the line, or its dashes: stretches of equal length along it.
 void Trace(Canvas& canvas, const std::vector<Point>& points, const Curve& curve) {
@@ -69,7 +69,7 @@ void DrawLegend(Canvas& canvas, const Box& plot) {
 }  // namespace
 
 void DrawSections(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales) {
-  DrawTitle(canvas, corner, kPlot.x, "MTF sections",
+  DrawTitle(canvas, {corner.x + kPlot.x, corner.y}, kPlot.width, "MTF sections",
             "Optical cut-off of the " + Text(simulation.pupil.value(), 4) +
                 " mm pupil: " + Text(scales.opticalCutOff.value(), 5) + " cycles/degree");
   const Box plot{corner.x + kPlot.x, corner.y + kPlot.y, kPlot.width, kPlot.height};
@@ -90,6 +90,8 @@ void DrawSections(Canvas& canvas, Point corner, const Simulation& simulation, co
   DrawAxis(canvas, plot, Edge::kLeft, {1.0, 0.0, "modulation transfer"}, 60.0);
   canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 76.0},
               "Frequency range given by the library: " + Text(simulation.frequencyRange.value(), 5) + " cycles/degree",
+              {kSmallSize, kFaintInk, false, Align::kCentre});
+  canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 100.0}, "view: retina and patient alike",
               {kSmallSize, kFaintInk, false, Align::kCentre});
 }
 

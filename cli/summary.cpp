@@ -8,7 +8,9 @@
 #include "cli/coefficient_report.h"
 #include "cli/eyes/preparation.h"
 #include "cli/number_text.h"
+#include "cli/planes.h"
 #include "cli/report.h"
+#include "cli/rings.h"
 
 namespace orvanel::cli {
 namespace {
@@ -110,15 +112,34 @@ Json ScalarsJson(const Results& results) {
 Json RingsJson(const Results& results) {
   Json rings = Json::array();
   for (const Ring& ring : results.simulation.rings) {
+    const std::string stem = RingStem(ring.effectiveAcuity, ring.request.gap);
     rings.push_back({{"acuity_requested_library_scale", ring.request.acuity},
                      {"acuity_drawn_library_scale", ring.effectiveAcuity},
+                     {"acuity_drawn_above_requested_percent", 100.0 * Deviation(ring)},
                      {"acuity_drawn_optical_scale", Acuity(ring.diameter, results.scales.optical)},
                      {"gap", Word(ring.request.gap)},
                      {"diameter_samples", ring.diameter},
-                     {"original_file", RingStem(ring.request) + "_original.png"},
-                     {"seen_file", RingStem(ring.request) + "_seen.png"}});
+                     {"original_file", stem + "_original.png"},
+                     {"seen_file", stem + "_seen.png"}});
   }
   return rings;
+}
+
+// From where each plane is looked at, and where nasal is.
+Json ViewsJson(const Results& results) {
+  Json json;
+  for (const View view : {View::kPupil, View::kRetina, View::kPatient})
+    json[std::string(Word(view))] = Description(view);
+  if (results.eye.side != Side::kUnknown) {
+    json["nasal_side"] = {{"pupil", NasalSide(View::kPupil, results.eye.side)},
+                          {"retina", NasalSide(View::kRetina, results.eye.side)},
+                          {"patient_field", NasalSide(View::kPatient, results.eye.side)}};
+  }
+  Request request{results.eye.pupil, {}, {}};
+  for (const Ring& ring : results.simulation.rings) request.rings.push_back(ring.request);
+  if (results.picture) request.pictureChannels = results.picture->object.channels.size();
+  for (const PlaneSource& source : PlaneSources(request)) json["of_planes"][source.name] = Word(source.view);
+  return json;
 }
 
 // What is said about the user's picture wherever results are.
@@ -161,7 +182,8 @@ std::string RingLines(const std::vector<Ring>& rings, const Scales& scales) {
     lines += ReportLine(std::exchange(label, ""),
                         "acuity " + Text(ring.request.acuity, 4) + " drawn as " + Text(ring.effectiveAcuity, 3) +
                             " (library scale), which is " + Text(Acuity(ring.diameter, scales.optical), 3) +
-                            " (optical scale), " + std::to_string(ring.diameter) + " samples, gap " + gaps);
+                            " (optical scale), " + std::to_string(ring.diameter) + " samples, gap " + gaps +
+                            (IsFarOff(ring) ? "; " + DeviationText(ring) + " what was asked for" : ""));
   }
   return lines;
 }
@@ -231,6 +253,7 @@ std::string SummaryJson(const Results& results, const std::vector<std::string>& 
       {"planes",
        "256 x 256, row 0 at the top, centre at row 128, column 128; wavefront in mm, not a number outside the pupil, "
        "all others without unit; those of the user's picture hold light, its PNG files as the file given does"},
+      {"views", ViewsJson(results)},
       {"files", files},
       {"warnings", results.warnings}};
   if (results.picture) {

@@ -11,6 +11,7 @@
 #include "cli/formats/format.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
+#include "cli/view.h"
 
 namespace orvanel::cli {
 namespace {
@@ -22,11 +23,14 @@ struct KindWords {
   StackedPlane plane;
 };
 
+std::string Text(View view) { return std::string(Description(view)); }
+
 const std::vector<KindWords>& Kinds() {
   static const std::vector<KindWords> kKinds = {
-      {PlaneKind::kWavefront, {"wavefront", "wavefront aberration, not a number outside the pupil", "mm"}},
-      {PlaneKind::kPsf, {"psf", "point spread function, 1 at its peak", "1"}},
-      {PlaneKind::kMtf, {"mtf", "modulation transfer function, 1 at zero frequency", "1"}}};
+      {PlaneKind::kWavefront,
+       {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Text(View::kPupil)}},
+      {PlaneKind::kPsf, {"psf", "point spread function, 1 at its peak", "1", Text(View::kRetina)}},
+      {PlaneKind::kMtf, {"mtf", "modulation transfer function, 1 at zero frequency", "1", Text(View::kRetina)}}};
   return kKinds;
 }
 

@@ -14,6 +14,7 @@
 #include "cli/plausibility.h"
 #include "cli/report.h"
 #include "cli/results.h"
+#include "cli/sheet.h"
 #include "cli/summary.h"
 #include "cli/terminal.h"
 
@@ -34,7 +35,10 @@ constexpr const char* kSimulateExamples =
 constexpr const char* kScaleNotes =
     "Half width, frequencies, ring sizes and acuities are on the library scale, that of a pupil of twice the "
     "diameter;\n"
-    "beside each stands the optical scale, that of the pupil as stated.\n";
+    "beside each stands the optical scale, that of the pupil as stated.\n"
+    "Rings have a multiple of 5 samples, so that the acuity drawn differs from the one asked for: by more than a "
+    "tenth,\n"
+    "a warning tells it. Files of rings are named by the acuity drawn.\n";
 
 constexpr const char* kPictureNotes =
     "Your own picture (--picture) is a PNG, JPEG or TIFF file of at most 64 million pixels, grey or in colour:\n"
@@ -157,21 +161,22 @@ Fit FitOf(const std::string& word) {
 void RunSimulate(const SimulateCommand& command) {
   Results results;
   results.measured = ReadEye(command.input);
-  Request request{command.rings, command.formats};
   std::optional<ObjectPicture> object;
-  if (!command.picture.file.empty()) {
-    object = ReadObjectPicture(command.picture);
-    request.pictureChannels = object->channels.size();
+  if (!command.picture.file.empty()) object = ReadObjectPicture(command.picture);
+  std::vector<ResultFile> files;
+  try {
+    results.eye = Prepared(results.measured, command.preparation, &results.dropped);
+    results.changes = Changes(results.measured, command.preparation);
+    files = ResultFiles({results.eye.pupil, command.rings, command.formats, object ? object->channels.size() : 0});
+  } catch (const Error& error) {
+    throw Error(command.input.file + ": " + error.what());
   }
-  const std::vector<ResultFile> files = ResultFiles(request);
   std::vector<std::string> names;
   for (const ResultFile& file : files) names.push_back(file.name);
   std::optional<OutputFolder> folder;
   if (!command.json) folder.emplace(PathOf(command.folder), names, command.force);
 
   try {
-    results.eye = Prepared(results.measured, command.preparation, &results.dropped);
-    results.changes = Changes(results.measured, command.preparation);
     const Eye& eye = results.eye;
     results.simulation = Simulate(eye.pupil, ToLibrary(eye.convention, eye.coefficients), command.rings);
   } catch (const Error& error) {
@@ -184,6 +189,9 @@ void RunSimulate(const SimulateCommand& command) {
   results.scales = ScalesOf(results.simulation);
   results.warnings = Warnings(results.simulation);
   if (results.dropped && results.dropped->rms > Micrometres(0.0)) results.warnings.push_back(Text(*results.dropped));
+  if (folder) {
+    for (const std::string& warning : WarningsOfTexts(results.measured)) results.warnings.push_back(warning);
+  }
   for (const std::string& warning : results.warnings) PrintWarning(warning);
   if (!folder) {
     PrintOutput(SummaryJson(results, {}), "");

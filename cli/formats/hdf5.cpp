@@ -38,7 +38,9 @@ void WritePlane(hid_t file, const NamedPlane& plane) {
   Require(H5Dwrite(dataset, H5T_NATIVE_DOUBLE, H5S_ALL, H5S_ALL, H5P_DEFAULT, plane.samples->data()));
   WriteText(dataset, "description", plane.description);
   WriteText(dataset, "units", plane.unit);
-  for (const Fact& fact : plane.spacings) WriteFact(dataset, fact);
+  for (const auto* facts : {&plane.spacings, &plane.view}) {
+    for (const Fact& fact : *facts) WriteFact(dataset, fact);
+  }
 }
 
 }  // namespace

@@ -65,6 +65,7 @@ Hdf5Stack::Hdf5Stack(const std::vector<StackedPlane>& kinds) : state_(std::make_
         H5Dclose);
     WriteText(state_->planes.back(), "description", kind.description);
     WriteText(state_->planes.back(), "units", kind.unit);
+    WriteText(state_->planes.back(), "view", kind.view);
   }
 }
 

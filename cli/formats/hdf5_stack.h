@@ -10,7 +10,7 @@ namespace orvanel::cli {
 
 // A kind of plane that each eye has.
 struct StackedPlane {
-  std::string name, description, unit;
+  std::string name, description, unit, view;
 };
 
 // A plane as the file stores it. Several threads may do this at a time.

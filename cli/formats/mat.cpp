@@ -145,6 +145,9 @@ std::string EncodeMat(const PlaneSet& set) {
     Write(file.get(), ByPlane("spacings", set, [](const std::string& name, const NamedPlane& plane) {
             return FactStructure(name, plane.spacings);
           }));
+    Write(file.get(), ByPlane("views", set, [](const std::string& name, const NamedPlane& plane) {
+            return FactStructure(name, plane.view);
+          }));
     Write(file.get(), FactStructure("eye", set.facts));
   }
   return memory.Bytes();

@@ -23,6 +23,7 @@ struct NamedPlane {
   const std::vector<double>* samples;
   double samplesPerCm;         // the resolution that a picture file states, on retina or pupil; 0 where there is none
   std::vector<Fact> spacings;  // between neighbouring samples, on each scale
+  std::vector<Fact> view;      // texts: from where it is looked at and, where that is known, which side is nasal
 };
 
 struct PlaneSet {

@@ -20,6 +20,7 @@ void Require(bool good) {
 std::string Description(const NamedPlane& plane) {
   std::string text = plane.name + ": " + plane.description + "\nunit: " + plane.unit;
   for (const Fact& fact : plane.spacings) text += "\n" + fact.name + ": " + ShortestText(std::get<double>(fact.value));
+  for (const Fact& fact : plane.view) text += "\n" + fact.name + ": " + std::get<std::string>(fact.value);
   return text;
 }
 

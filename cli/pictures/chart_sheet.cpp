@@ -2,29 +2,62 @@
 #include "cli/pictures/chart_sheet.h"
 
 #include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
 
+#include "cli/axis.h"
 #include "cli/canvas.h"
 #include "cli/number_text.h"
 #include "cli/plane_figure.h"
+#include "cli/rings.h"
 #include "cli/sheet.h"
 
 namespace orvanel::cli {
 namespace {
 
 constexpr double kMargin = 60.0;
-constexpr double kPanel = 384.0;  // a whole number of pixels for a sample of most windows
-constexpr double kThumbnail = 64.0;
-constexpr double kCaptionHeight = 80.0;
-constexpr double kLabelHeight = 34.0;
+constexpr double kLargestPanel = 512.0;
+constexpr double kCaptionHeight = 70.0;
 constexpr double kGutter = 28.0;
-constexpr double kLeastContent = 4.0 * kPanel + 3.0 * kGutter;
-constexpr double kCellHeight = kCaptionHeight + kPanel + kLabelHeight + kGutter;
-constexpr double kHeadingHeight = 84.0;
+constexpr double kLeastContent = 1600.0;
+constexpr double kBarHeight = 84.0;
 
 // The window of a ring: with room for its blur.
 Window RingWindow(const Ring& ring) {
   constexpr int kLeastRoom = 24;
   return WindowFor(ring.diameter + std::max(ring.diameter / 2, kLeastRoom));
+}
+
+// Where each ring's cell lies, and how large a sample is drawn: the same for all rings.
+struct Grid {
+  double sample;                        // side in pixels, a whole number
+  std::size_t columns;                  // cells in a row
+  std::vector<double> widths, heights;  // of columns and rows
+
+  double Panel(const Ring& ring) const { return sample * RingWindow(ring).count; }
+};
+
+std::size_t Columns(const std::vector<ShownRing>& rings) {
+  constexpr std::size_t kMostOfOneGap = 5;
+  const auto first = [&rings](const ShownRing& shown) { return shown.ring->diameter == rings[0].ring->diameter; };
+  const auto gaps = static_cast<std::size_t>(std::count_if(rings.begin(), rings.end(), first));
+  return gaps > 1 ? gaps : std::min(rings.size(), kMostOfOneGap);
+}
+
+Grid GridOf(const std::vector<ShownRing>& rings) {
+  int largest = 1;
+  for (const ShownRing& shown : rings) largest = std::max(largest, RingWindow(*shown.ring).count);
+  Grid grid{std::max(1.0, std::floor(kLargestPanel / largest)), Columns(rings), {}, {}};
+  grid.widths.resize(grid.columns, kViewWidth);
+  grid.heights.resize((rings.size() + grid.columns - 1) / grid.columns, 0.0);
+  for (std::size_t i = 0; i < rings.size(); ++i) {
+    const double panel = grid.Panel(*rings[i].ring);
+    double &width = grid.widths[i % grid.columns], &height = grid.heights[i / grid.columns];
+    width = std::max(width, panel);
+    height = std::max(height, panel + kCaptionHeight + kPanelLabelHeight + kGutter);
+  }
+  return grid;
 }
 
 // What part of the field the panel shows, on both scales.
@@ -36,58 +69,67 @@ std::string PanelText(const Ring& ring, Window window, const Scales& scales) {
          "\u2032 (" + Text(window.count * scales.optical.pitch.value(), 3) + "\u2032 optical scale)";
 }
 
-void DrawRing(Canvas& canvas, Point corner, const Ring& ring, const Scales& scales) {
+void DrawRing(Canvas& canvas, Point corner, double width, const Grid& grid, const ShownRing& shown,
+              const Results& results) {
+  const Ring& ring = *shown.ring;
   const Window window = RingWindow(ring);
-  const auto line = [&](double down, const std::string& text, const TextStyle& style) {
-    canvas.Text({corner.x, corner.y + down}, canvas.Shortened(text, style, kPanel - kThumbnail - 8.0), style);
-  };
-  line(34.0, "Acuity " + Text(ring.request.acuity, 4) + ", gap " + Word(ring.request.gap), {kTitleSize, kInk, true});
-  line(
-      62.0,
-      "drawn as " + Text(ring.effectiveAcuity, 3) + "; optical scale " + Text(Acuity(ring.diameter, scales.optical), 3),
-      {kSmallSize, kFaintInk});
-  const Box thumbnail{corner.x + kPanel - kThumbnail, corner.y + 6.0, kThumbnail, kThumbnail};
-  canvas.Paste(thumbnail, GreyWindow(ring.original, window));
-  canvas.Outline(thumbnail, 1.5, kFaintInk);
-  DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight, kPanel, kPanel}, GreyWindow(ring.seen, window),
-            PanelText(ring, window, scales));
+  const double panel = grid.Panel(ring);
+  DrawTitle(canvas, corner, width, "Acuity " + Text(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
+            AskedText(shown) + "; optical scale " + Text(Acuity(ring.diameter, results.scales.optical), 3),
+            IsFarOff(ring) ? kWarningInk : kFaintInk);
+  DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight, panel, panel}, GreyWindow(ring.seen, window),
+            PanelText(ring, window, results.scales), results.eye.side);
 }
 
-int Columns(const std::vector<Ring>& rings) {
-  constexpr int kMostOfOneGap = 5;
-  const auto first = [&rings](const Ring& ring) { return ring.request.acuity == rings[0].request.acuity; };
-  const int gaps = static_cast<int>(std::count_if(rings.begin(), rings.end(), first));
-  return gaps > 1 ? gaps : std::min(static_cast<int>(rings.size()), kMostOfOneGap);
+// A bar of a round number of minutes of arc, about as long as asked for, with its length on both scales.
+void DrawBar(Canvas& canvas, Point start, double sample, double about, const Scales& scales) {
+  const double pixelsOfMinute = sample / scales.library.pitch.value();
+  const std::vector<Tick> ticks = RoundTicks(0.0, about / pixelsOfMinute, 3);
+  const double minutes = ticks.back().value > 0.0 ? ticks.back().value : about / pixelsOfMinute;
+  const double length = minutes * pixelsOfMinute;
+  canvas.Fill({start.x, start.y, length, 4.0}, kInk);
+  for (const double end : {start.x, start.x + length - 3.0}) canvas.Fill({end, start.y - 8.0, 3.0, 20.0}, kInk);
+  canvas.Text({start.x + length + 18.0, start.y + 9.0},
+              Text(minutes, 4) + "\u2032 on the library scale, " +
+                  Text(minutes * scales.optical.pitch.value() / scales.library.pitch.value(), 4) +
+                  "\u2032 on the optical scale; all rings at this magnification, " + Text(sample, 3) +
+                  " pixels a sample",
+              {20.0, kInk});
 }
 
 }  // namespace
 
 ColourPicture DrawChart(const Results& results) {
-  const std::vector<Ring>& rings = results.simulation.rings;
+  const std::vector<ShownRing> rings = ShownRings(results.simulation.rings);
   const Scales& scales = results.scales;
-  const int columns = Columns(rings);
-  const int rows = (static_cast<int>(rings.size()) + columns - 1) / columns;
-  const double content = std::max(kLeastContent, columns * (kPanel + kGutter) - kGutter);
-  const double top = kHeaderHeight + kHeadingHeight;
-  Canvas canvas(content + 2.0 * kMargin, top + rows * kCellHeight + kMargin / 2.0, 1.0);
+  const Grid grid = GridOf(rings);
+  double content = -kGutter, below = 0.0;
+  for (const double width : grid.widths) content += width + kGutter;
+  for (const double height : grid.heights) below += height;
+  content = std::max(content, kLeastContent);
 
-  DrawSheetHeader(canvas, {kMargin, 0.0, content, kHeaderHeight}, results);
-  canvas.Fill({kMargin, kHeaderHeight, content, 2.0}, kGridLine);
-  const TextStyle note{18.0, kInk};
-  canvas.Text({kMargin, kHeaderHeight + 32.0},
-              "Rings as seen, total light kept; small above each, the ring as drawn. Acuities and angles are on the "
-              "library scale,",
-              note);
-  canvas.Text(
-      {kMargin, kHeaderHeight + 58.0},
-      "that of a pupil of twice the diameter; the optical scale is that of the pupil as stated, whose cut-off is " +
+  const SheetHead head(results, content);
+  const Paragraph note(
+      "Rings as seen, total light kept. Acuities are those of the rings as drawn. Acuities and angles are on the "
+      "library "
+      "scale, that of a pupil of twice the diameter; the optical scale is that of the pupil as stated, whose cut-off "
+      "is " +
           Text(scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " + Text(scales.ratio, 5) +
           ". \u2032 is a minute of arc.",
-      note);
-  int cell = 0;
-  for (const Ring& ring : rings) {
-    DrawRing(canvas, {kMargin + cell % columns * (kPanel + kGutter), top + cell / columns * kCellHeight}, ring, scales);
-    ++cell;
+      {18.0, kInk}, content);
+  const double bar = head.height() + 14.0 + note.height(), top = bar + kBarHeight;
+  Canvas canvas(content + 2.0 * kMargin, top + below + kMargin / 2.0, 1.0);
+
+  head.Draw(canvas, {kMargin, 0.0});
+  canvas.Fill({kMargin, head.height(), content, 2.0}, kGridLine);
+  note.Draw(canvas, {kMargin, head.height() + 14.0});
+  DrawBar(canvas, {kMargin, bar + 34.0}, grid.sample, kViewWidth, scales);
+  Point corner{kMargin, top};
+  for (std::size_t i = 0; i < rings.size(); ++i) {
+    const double width = grid.widths[i % grid.columns];
+    DrawRing(canvas, corner, width, grid, rings[i], results);
+    corner.x += width + kGutter;
+    if (i % grid.columns + 1 == grid.columns) corner = {kMargin, corner.y + grid.heights[i / grid.columns]};
   }
   return canvas.picture();
 }

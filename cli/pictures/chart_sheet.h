@@ -8,7 +8,7 @@
 namespace orvanel::cli {
 
 // A row for each acuity and a column for each gap direction; where there is one direction only, rows of several
-// acuities. Each ring is labelled, fills most of its panel, and has what was drawn small above its corner.
+// acuities. All rings have one magnification, which a bar tells; panels are as large as their rings need.
 ColourPicture DrawChart(const Results& results);
 
 }  // namespace orvanel::cli

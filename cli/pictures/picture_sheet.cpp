@@ -5,6 +5,7 @@
 
 #include "cli/axis.h"
 #include "cli/canvas.h"
+#include "cli/font.h"
 #include "cli/number_text.h"
 #include "cli/pictures/picture_pixels.h"
 #include "cli/plane_figure.h"
@@ -18,59 +19,56 @@ constexpr double kPanel = 512.0;  // two pixels for a sample
 constexpr double kGutter = 84.0;
 constexpr double kContent = 3.0 * kPanel + 2.0 * kGutter;
 constexpr double kCaptionHeight = 84.0;
-constexpr double kAxisHeight = 76.0;
-constexpr double kNoteHeight = 96.0;
+constexpr double kAxisHeight = 104.0;
+constexpr double kNoteMargin = 30.0;
 
-void DrawView(Canvas& canvas, Point corner, const std::string& title, const std::string& subtitle,
-              const ColourPicture& pixels, const Scales& scales) {
-  canvas.Text({corner.x, corner.y + 38.0}, title, {kTitleSize, kInk, true});
-  canvas.Text({corner.x, corner.y + 66.0}, subtitle, {kSmallSize, kFaintInk});
+void DrawSight(Canvas& canvas, Point corner, const std::string& title, const std::string& subtitle,
+               const ColourPicture& pixels, const Results& results) {
+  DrawTitle(canvas, {corner.x, corner.y + 8.0}, kPanel, title, subtitle);
   const Box box{corner.x, corner.y + kCaptionHeight, kPanel, kPanel};
   canvas.Paste(box, pixels);
   canvas.Outline(box, 1.5, kInk);
-  const double reach = FieldOf(scales.library).value() / 2.0;
+  const double reach = FieldOf(results.scales.library).value() / 2.0;
   DrawAxis(canvas, box, Edge::kBottom, {-reach, reach, "arc minutes, library scale"}, 50.0);
+  DrawView(canvas, box, 78.0, View::kPatient, results.eye.side);
 }
 
-void DrawNotes(Canvas& canvas, Point corner, const SeenPicture& picture, const Scales& scales) {
+std::string NoteText(const SeenPicture& picture, const Scales& scales) {
   const ObjectPicture& object = picture.object;
-  const TextStyle style{18.0, kInk};
-  const std::string spans =
-      std::to_string(object.width) + " \u00d7 " + std::to_string(object.height) + " pixels, " +
-      std::string(Description(object.request.fit)) + ". The 256 samples span " +
-      Text(FieldOf(scales.library).value(), 4) + "\u2032 on the library scale and " +
-      Text(FieldOf(scales.optical).value(), 4) + "\u2032 on the optical scale of the pupil, whose cut-off is " +
-      Text(scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " + Text(scales.ratio, 5) + ".";
-  canvas.Text(corner, canvas.Shortened(spans, style, kContent), style);
-  canvas.Text(
-      {corner.x, corner.y + 28.0},
-      std::string(object.request.linear ? "Values are taken as light" : "sRGB values are turned into light and back") +
-          "; total light is kept. Edges wrap round: what is blurred over one comes back at the "
-          "opposite one.",
-      style);
+  return std::to_string(object.width) + " \u00d7 " + std::to_string(object.height) + " pixels, " +
+         std::string(Description(object.request.fit)) + ". The 256 samples span " +
+         Text(FieldOf(scales.library).value(), 4) + "\u2032 on the library scale and " +
+         Text(FieldOf(scales.optical).value(), 4) + "\u2032 on the optical scale of the pupil, whose cut-off is " +
+         Text(scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " + Text(scales.ratio, 5) + ". " +
+         (object.request.linear ? "Values are taken as light" : "sRGB values are turned into light and back") +
+         "; total light is kept. Edges wrap round: what is blurred over one comes back at the opposite one.";
 }
 
 }  // namespace
 
 ColourPicture DrawPictureSheet(const Results& results) {
   const SeenPicture& picture = *results.picture;
-  const Scales& scales = results.scales;
-  const double notes = kHeaderHeight + kCaptionHeight + kPanel + kAxisHeight;
-  Canvas canvas(kContent + 2.0 * kMargin, notes + kNoteHeight, 1.0);
-  DrawSheetHeader(canvas, {kMargin, 0.0, kContent, kHeaderHeight}, results);
-  canvas.Fill({kMargin, kHeaderHeight, kContent, 2.0}, kGridLine);
+  const SheetHead head(results, kContent);
+  const Paragraph note(NoteText(picture, results.scales), {18.0, kInk}, kContent);
+  const double top = head.height(), notes = top + kCaptionHeight + kPanel + kAxisHeight;
+  Canvas canvas(kContent + 2.0 * kMargin, notes + note.height() + kNoteMargin, 1.0);
+  head.Draw(canvas, {kMargin, 0.0});
+  canvas.Fill({kMargin, top, kContent, 2.0}, kGridLine);
 
   const bool linear = picture.object.request.linear;
-  Point corner{kMargin, kHeaderHeight};
-  const std::string file = canvas.Shortened(picture.object.request.file, {kSmallSize, kFaintInk}, kPanel);
-  DrawView(canvas, corner, "As given", file, PicturePixels(picture.object.channels, linear), scales);
+  Point corner{kMargin, top};
+  const std::string file = picture.object.request.file;
+  DrawSight(
+      canvas, corner, "As given",
+      IsDrawable(file) ? canvas.Shortened(file, {kSmallSize, kFaintInk}, kPanel) : "see summary.json for its name",
+      PicturePixels(picture.object.channels, linear), results);
   corner.x += kPanel + kGutter;
-  DrawView(canvas, corner, "As seen, contrast kept", "without the library\u2019s square: near to light that adds up",
-           PicturePixels(picture.contrastKept, linear), scales);
+  DrawSight(canvas, corner, "As seen, contrast kept", "without the library\u2019s square: near to light that adds up",
+            PicturePixels(picture.contrastKept, linear), results);
   corner.x += kPanel + kGutter;
-  DrawView(canvas, corner, "As seen, the library\u2019s image",
-           "squared, so that contrast is steeper; clipped at white", PicturePixels(picture.seen, linear), scales);
-  DrawNotes(canvas, {kMargin, notes + 34.0}, picture, scales);
+  DrawSight(canvas, corner, "As seen, the library\u2019s image",
+            "squared, so that contrast is steeper; clipped at white", PicturePixels(picture.seen, linear), results);
+  note.Draw(canvas, {kMargin, notes});
   return canvas.picture();
 }
 

@@ -11,7 +11,7 @@
 namespace orvanel::cli {
 namespace {
 
-const Request kRequest = {{{0.7, Gap::kLeft}, {1.9, Gap::kDown}}, {}, 3};
+const Request kRequest = {Millimetres(4.5), {{0.7, Gap::kLeft}, {1.9, Gap::kDown}}, {}, 3};
 
 Results WithPicture() {
   Results results = ResultsOf(AsymmetricEye(), kRequest.rings);
@@ -23,8 +23,8 @@ Results WithPicture() {
 
 TEST(Planes, HaveNamesOfTheirOwnAlsoWithoutSigns) {
   Request request = kRequest;
-  request.rings = {{0.5, Gap::kUp}, {5.0, Gap::kUp},  {1e-5, Gap::kUp},
-                   {1e5, Gap::kUp}, {1e20, Gap::kUp}, {1e-20, Gap::kUp}};
+  request.rings = {{0.5, Gap::kUp},  {5.0, Gap::kUp}, {0.005, Gap::kUp},
+                   {1e-5, Gap::kUp}, {8.0, Gap::kUp}, {1e-20, Gap::kUp}};
   std::set<std::string> names, identifiers;
   for (const PlaneSource& source : PlaneSources(request)) {
     EXPECT_TRUE(names.insert(source.name).second) << source.name;
@@ -39,7 +39,7 @@ TEST(Planes, AreThoseOfTheirNames) {
   const Results results = WithPicture();
   const std::map<std::string, const Plane*> expected = {
       {"wavefront", &results.simulation.wavefront.map},
-      {"ring_acuity-1.9_gap-down_seen", &results.simulation.rings[1].seen},
+      {"ring_acuity-1.782_gap-down_seen", &results.simulation.rings[1].seen},
       {"picture_original_red", &results.picture->object.channels[0]},
       {"picture_seen_green", &results.picture->seen[1]},
       {"picture_contrast_kept_blue", &results.picture->contrastKept[2]}};
@@ -52,6 +52,32 @@ TEST(Planes, AreThoseOfTheirNames) {
   }
   EXPECT_EQ(found, expected.size());
   EXPECT_EQ(PlaneSources(kRequest).size(), 6U + 2 * 2 + 3 * 3);
+}
+
+TEST(Planes, TheExaminerSeesPupilAndRetinaAndThePatientAllElse) {
+  Results results = WithPicture();
+  results.eye.side = Side::kOd;
+  for (const PlaneSource& source : PlaneSources(kRequest)) {
+    const NamedPlane plane = PlaneOf(source, results);
+    const std::string view = std::get<std::string>(plane.view.at(0).value);
+    EXPECT_EQ(plane.view[0].name, "view");
+    if (source.name == "wavefront" || source.name == "psf") {
+      EXPECT_EQ(view, Description(source.name == "psf" ? View::kRetina : View::kPupil));
+      ASSERT_EQ(plane.view.size(), 2U);
+      EXPECT_EQ(plane.view[1].name, "nasal_side");
+      EXPECT_EQ(std::get<std::string>(plane.view[1].value), "right");
+    } else if (source.name == "mtf") {
+      EXPECT_EQ(view, Description(View::kRetina));
+      EXPECT_EQ(plane.view.size(), 1U);
+    } else {
+      EXPECT_EQ(view, Description(View::kPatient)) << source.name;
+      ASSERT_EQ(plane.view.size(), 2U);
+      EXPECT_EQ(plane.view[1].name, "nasal_field_side");
+      EXPECT_EQ(std::get<std::string>(plane.view[1].value), "left");
+    }
+  }
+  results.eye.side = Side::kUnknown;
+  for (const PlaneSource& source : PlaneSources(kRequest)) EXPECT_EQ(PlaneOf(source, results).view.size(), 1U);
 }
 
 TEST(Planes, SpacingsAreThoseOfTheirDomain) {

@@ -56,6 +56,34 @@ TEST(Summary, GivesTheInputsAsGivenAndAsConverted) {
   EXPECT_TRUE(summary["warnings"].empty());
 }
 
+TEST(Summary, NamesTheViewOfEveryPlaneAndTheNasalSides) {
+  Results results = ResultsOf(AsymmetricEye(), kRings);
+  EXPECT_FALSE(nlohmann::json::parse(SummaryJson(results, {"summary.json"}))["views"].contains("nasal_side"));
+  results.eye.side = Side::kOs;
+  const auto views = nlohmann::json::parse(SummaryJson(results, {"summary.json"}))["views"];
+  EXPECT_EQ(views["of_planes"]["wavefront"], "pupil");
+  EXPECT_EQ(views["of_planes"]["psf"], "retina");
+  EXPECT_EQ(views["of_planes"]["mtf"], "retina");
+  EXPECT_EQ(views["of_planes"]["star_seen_stretched"], "patient");
+  EXPECT_EQ(views["of_planes"]["ring_acuity-0.6855_gap-left_seen"], "patient");
+  EXPECT_EQ(views["of_planes"].size(), 6U + 2 * kRings.size());
+  EXPECT_EQ(views["nasal_side"]["retina"], "left");
+  EXPECT_EQ(views["nasal_side"]["patient_field"], "right");
+}
+
+TEST(Summary, HasTheRingDrawnForEachAcuityAskedFor) {
+  const Results results = ResultsOf(AsymmetricEye(), {{0.7, Gap::kLeft}, {0.69, Gap::kLeft}, {2.0, Gap::kUp}});
+  const auto rings = nlohmann::json::parse(SummaryJson(results, {"summary.json"}))["rings"];
+  ASSERT_EQ(rings.size(), 3U);
+  EXPECT_EQ(rings[0]["acuity_requested_library_scale"], 0.7);
+  EXPECT_EQ(rings[0]["seen_file"], "ring_acuity-0.6855_gap-left_seen.png");
+  EXPECT_EQ(rings[1]["acuity_requested_library_scale"], 0.69);
+  EXPECT_EQ(rings[1]["seen_file"], rings[0]["seen_file"]);
+  EXPECT_NEAR(rings[2]["acuity_drawn_above_requested_percent"].get<double>(), 11.4, 0.05);
+  const std::string text = SummaryText(results, "out", 1);
+  EXPECT_NE(text.find("20 samples, gap up; 11.4 % above what was asked for"), std::string::npos);
+}
+
 TEST(Summary, TellsOfThePictureAndTheAngleThatItSpans) {
   Results results = ResultsOf(AsymmetricEye(), kRings);
   ObjectPicture object;

@@ -24,7 +24,6 @@ cli/stb_truetype.cpp                    tests/cli/canvas_test.cpp
 cli/overview.cpp                        tests/cli/figures_test.cpp
 cli/plane_figure.cpp                    tests/cli/figures_test.cpp
 cli/sections_figure.cpp                 tests/cli/figures_test.cpp
-cli/sheet.cpp                           tests/cli/pictures/chart_sheet_test.cpp
 cli/tiff_memory.cpp                     tests/cli/formats/tiff_test.cpp
 cli/pictures/*_decoder.cpp              tests/cli/pictures/picture_file_test.cpp
 interface/pattern_asset_*.cpp           tests/interface/pattern_asset_test.cpp

@@ -12,7 +12,7 @@ namespace orvanel::cli {
 namespace {
 
 std::string Stack(const std::string& plane) {
-  Hdf5Stack stack({{"psf", "point spread function", "1"}});
+  Hdf5Stack stack({{"psf", "point spread function", "1", "retina"}});
   stack.Add({plane});
   stack.Add({});
   stack.Add({plane});

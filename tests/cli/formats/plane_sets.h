@@ -20,7 +20,7 @@ inline std::vector<double> Ramp() {
 
 // One plane of these samples, which must outlive it.
 inline PlaneSet SetOfOne(const std::vector<double>& samples) {
-  return {{{"ramp-0.5", "a ramp", "mm", &samples, 400.0, {{"sample_spacing_mm", 0.025}}}},
+  return {{{"ramp-0.5", "a ramp", "mm", &samples, 400.0, {{"sample_spacing_mm", 0.025}}, {{"view", "pupil"}}}},
           {{"name", "\u00c5sa"}, {"pupil_diameter_mm", 4.5}, {"coefficients", std::vector<double>{0.25, -0.5}}}};
 }
 

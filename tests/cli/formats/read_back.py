@@ -56,6 +56,11 @@ with tempfile.TemporaryDirectory() as scratch:
         for key, value in spacings.items():
             assert mat["spacings"][identifier].item()[key] == value, (name, key)
         assert attributes["units"] == mat["units"][identifier] == ("mm" if name == "wavefront" else "1"), name
+        view = {"wavefront": "pupil", "psf": "retina", "mtf": "retina"}.get(name, "patient")
+        assert summary["views"]["of_planes"][name] == view, name
+        assert attributes["view"] == summary["views"][view] == mat["views"][identifier].item()["view"], name
+        with Image.open(path + ".tiff") as tiff:
+            assert "view: " + attributes["view"] in tiff.tag_v2[270].split("\n"), name
         assert attributes["description"] == mat["descriptions"][identifier], name
         if os.path.exists(path + "_16bit.png"):
             grey += 1
@@ -97,6 +102,7 @@ with tempfile.TemporaryDirectory() as scratch:
             subprocess.run([program, "simulate", table, "--row", str(i + 1), "-o", single, "--format", "npy"], check=True,
                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             for name in ("wavefront", "psf", "mtf"):
+                assert stack[name].attrs["view"] == summary["views"]["pupil" if name == "wavefront" else "retina"]
                 assert stack[name].attrs["units"] == ("mm" if name == "wavefront" else "1")
                 same(name, "a stack", stack[name][i % 3], numpy.load(os.path.join(single, name + ".npy")))
 print(len(names), "planes the same in all formats")

@@ -50,7 +50,7 @@ TEST(Tiff, DescriptionHasUnitAndSpacing) {
   const std::vector<double> samples = Ramp();
   const std::string bytes = EncodeTiff(SetOfOne(samples));
   const std::string description = bytes.c_str() + Tags(bytes)[270];
-  EXPECT_EQ(description, "ramp-0.5: a ramp\nunit: mm\nsample_spacing_mm: 0.025");
+  EXPECT_EQ(description, "ramp-0.5: a ramp\nunit: mm\nsample_spacing_mm: 0.025\nview: pupil");
 }
 
 TEST(Tiff, SamplesStandInOneStripInTheOrderOfThePlane) {

@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 
+#include "cli/number_text.h"
+#include "cli/sheet.h"
 #include "tests/cli/blank_margin.h"
 #include "tests/cli/simulated_eyes.h"
 
@@ -23,9 +26,39 @@ TEST(PictureSheet, LeavesItsMarginBlankWhateverTheEyeAndThePicture) {
     eye.source = std::string(900, 'W');
     const Results results = ResultsOf(eye, {{0.001, Gap::kUp}});
     const Plane& star = results.simulation.starOriginal;
-    EXPECT_TRUE(HasBlankMargin(Sheet(results, true, {star}), 30)) << eye.pupil.value();
-    EXPECT_TRUE(HasBlankMargin(Sheet(results, false, {star, star, star}), 30)) << eye.pupil.value();
+    EXPECT_TRUE(HasBlankMargin(Sheet(results, true, {star}), 56, 20)) << eye.pupil.value();
+    EXPECT_TRUE(HasBlankMargin(Sheet(results, false, {star, star, star}), 56, 20)) << eye.pupil.value();
   }
+}
+
+// A photograph's note is wider than the sheet: all of it is there, in two lines at the foot.
+TEST(PictureSheet, TheNoteAtItsFootIsWhole) {
+  Eye eye = AsymmetricEye();
+  eye.pupil = Millimetres(5.0);
+  Results results = ResultsOf(eye, {{1.0, Gap::kUp}});
+  ObjectPicture object{{"photograph.jpg", Fit::kPad, false}, 4032, 3024, 8, false, {results.simulation.starOriginal}};
+  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, std::move(object));
+  const ColourPicture sheet = DrawPictureSheet(results);
+  const Paragraph note("4032 \u00d7 3024 pixels, all of it, white beside it. The 256 samples span " +
+                           Text(FieldOf(results.scales.library).value(), 4) + "\u2032 on the library scale and " +
+                           Text(FieldOf(results.scales.optical).value(), 4) +
+                           "\u2032 on the optical scale of the pupil, whose cut-off is " +
+                           Text(results.scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " +
+                           Text(results.scales.ratio, 5) +
+                           ". sRGB values are turned into light and back; total light is kept. Edges wrap round: what "
+                           "is blurred over one "
+                           "comes back at the opposite one.",
+                       {18.0, kInk}, sheet.width - 120.0);
+  Canvas expected(sheet.width, note.height(), 1.0);
+  note.Draw(expected, {60.0, 0.0});
+  // The sheet ends with the note and a margin of 30.
+  const std::size_t from = sheet.pixels.size() - static_cast<std::size_t>(sheet.width) *
+                                                     static_cast<std::size_t>(expected.picture().height + 30);
+  const auto same = [](const Colour& a, const Colour& b) {
+    return a.red == b.red && a.green == b.green && a.blue == b.blue;
+  };
+  EXPECT_TRUE(std::equal(expected.picture().pixels.begin(), expected.picture().pixels.end(),
+                         sheet.pixels.begin() + static_cast<std::ptrdiff_t>(from), same));
 }
 
 TEST(PictureSheet, ShowsThePictureInItsColours) {
