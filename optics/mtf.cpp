@@ -27,10 +27,13 @@ void CutSections(const double* mtf, int n, int count, double* rowSection, double
   }
 }
 
+double DiffractionLimitAt(double share) {
+  return (ArcCosine(share) - share * std::sqrt(1.0 - share * share)) * kTwoOverPi;
+}
+
 void DiffractionLimit(double psfHalfWidth, int pupilSamples, int count, double* limit) {
   for (int i = 0; i < count; ++i) {
-    const double x = (2 * psfHalfWidth / (pupilSamples - 1)) * i * (1.0 / (2 * psfHalfWidth));
-    limit[i] = (ArcCosine(x) - x * std::sqrt(1.0 - x * x)) * kTwoOverPi;
+    limit[i] = DiffractionLimitAt((2 * psfHalfWidth / (pupilSamples - 1)) * i * (1.0 / (2 * psfHalfWidth)));
   }
 }
 

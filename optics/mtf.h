@@ -8,7 +8,10 @@ namespace orvanel {
 // frequency on.
 void CutSections(const double* mtf, int n, int count, double* rowSection, double* columnSection);
 
-// MTF of a perfect circular pupil at `count` frequencies i / (pupilSamples - 1) of the cut-off. The frequencies are
+// MTF of a perfect circular pupil at a share of the cut-off from 0 to 1.
+double DiffractionLimitAt(double share);
+
+// The same at `count` frequencies i / (pupilSamples - 1) of the cut-off. The frequencies are
 // rounded on a way through the PSF's half width.
 // Source: Goodman, Introduction to Fourier Optics, 6.3.
 void DiffractionLimit(double psfHalfWidth, int pupilSamples, int count, double* limit);

@@ -26,6 +26,7 @@
 #include "orvanel/grid_plane.h"
 #include "orvanel/lazy_plane.h"
 #include "orvanel/prepared_object.h"
+#include "orvanel/psf_peak.h"
 
 namespace orvanel {
 
@@ -149,6 +150,10 @@ class OpticsEngine {
   // The Strehl ratio of the wavefront held, as ComputePsf makes it, at about half the cost; changes nothing in the
   // engine.
   double ComputeStrehl(double wavelength);
+
+  // PeakBetweenSamples of the last PSF that ComputePsf or ComputeMtf made, without writing psfPlane; a PSF of 0, and on
+  // other grids than 256 any, gives the value 1 at the brightest sample. Changes nothing in the engine.
+  PsfPeak FindPsfPeak() const;
 
   // Point spread function (always afresh), then modulation and phase transfer function. Always true.
   //   mtfOut                 n x n doubles, of which the first s x s receive the central part of the MTF
