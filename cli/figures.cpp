@@ -27,7 +27,7 @@ Axis Upwards(Axis rows) { return {-rows.first, -rows.last, rows.label}; }
 
 std::string PupilText(const Simulation& simulation) { return Text(simulation.pupil.value(), 4) + " mm pupil"; }
 
-// What a sample is in the axes' unit on both scales. No factor: samples and cut-offs have not quite the same.
+// What a sample is in the axes' unit on both scales.
 template <class Quantity>
 std::string SampleNote(const Simulation& simulation, Quantity library, Quantity optical) {
   return "A sample: " + Text(library.value(), 4) + "; optical scale (" + PupilText(simulation) +

@@ -121,7 +121,7 @@ void DrawRings(Canvas& canvas, double top, const Results& results, const std::ve
     const Point corner = CellCorner(top, cell++);
     DrawTitle(canvas, corner, kPanel, "Acuity " + Text(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
               AskedText(shown) + "; " + std::to_string(ring.diameter) + " samples; optical scale " +
-                  Text(Acuity(ring.diameter, results.scales.optical), 3),
+                  Text(OpticalAcuity(ring.effectiveAcuity, results.scales), 3),
               IsFarOff(ring) ? kWarningInk : kFaintInk);
     DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight), GreyWindow(ring.original, window),
               "original" + part, results.eye.side);

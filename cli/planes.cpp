@@ -75,7 +75,6 @@ std::vector<PlaneSource> PlaneSources(const Request& request) {
 }
 
 NamedPlane PlaneOf(const PlaneSource& source, const Results& results) {
-  constexpr double kIntervals = ORVANEL_GRID_SIZE - 1;
   const Scale &library = results.scales.library, &optical = results.scales.optical;
   NamedPlane plane{source.name, source.description, source.unit, &source.samples(results), 0.0, {}, {}};
   plane.view = {{"view", std::string(Description(source.view))}};
@@ -92,7 +91,7 @@ NamedPlane PlaneOf(const PlaneSource& source, const Results& results) {
     }
     case Domain::kRetina: {
       plane.spacings = Spacings("arcmin", library.pitch.value(), optical.pitch.value());
-      const double spacing = 2.0 * library.halfWidth.value() / kIntervals;
+      const double spacing = library.halfWidth.value() / (ORVANEL_GRID_SIZE / 2.0);
       plane.spacings.push_back({"sample_spacing_on_retina_mm_library_scale", spacing});
       plane.samplesPerCm = kMmPerCm / spacing;
       break;

@@ -3,24 +3,40 @@
 
 #include <cmath>
 
+#include "cli/eyes/preparation.h"
 #include "cli/number_text.h"
+#include "cli/refraction.h"
 #include "cli/rings.h"
 #include "orvanel/sampling.h"
 
 namespace orvanel::cli {
 namespace {
 
-constexpr Millimetres kSmallestPupil{1.0}, kLargestPupil{12.0};  // no living human eye's lies outside
+constexpr Millimetres kSmallestPupil{0.5}, kLargestPupil{12.0};  // no living human eye's lies outside
+constexpr double kLargestRefraction = 30.0;                      // dioptres, of mean sphere or any meridian
 constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;          // samples; leaves the blur some room at the edges
 
 }  // namespace
 
-std::vector<std::string> Warnings(const Simulation& simulation) {
+std::vector<std::string> EyeWarnings(const Eye& eye) {
   std::vector<std::string> warnings;
-  if (simulation.pupil < kSmallestPupil || simulation.pupil > kLargestPupil) {
-    warnings.push_back("the pupil of " + Text(simulation.pupil.value(), 6) +
+  if (eye.pupil < kSmallestPupil || eye.pupil > kLargestPupil) {
+    warnings.push_back("the pupil of " + Text(eye.pupil.value(), 6) +
                        " mm is unlike a human eye's, which measures 2 to 8 mm");
   }
+  const PowerVector powers = LeastSquaresRefraction(OsaCoefficients(eye), eye.pupil);
+  const double m = powers.m.value(), j0 = powers.j0.value(), j45 = powers.j45.value();
+  const double astigmatism = std::sqrt(j0 * j0 + j45 * j45);
+  const double strongest = m < 0.0 ? m - astigmatism : m + astigmatism;
+  if (std::abs(strongest) > kLargestRefraction) {
+    warnings.push_back("the refraction of " + FixedText(strongest, 1) + " D in its strongest meridian is beyond " +
+                       Text(kLargestRefraction, 2) + " D; check unit, normalisation and pupil");
+  }
+  return warnings;
+}
+
+std::vector<std::string> Warnings(const Simulation& simulation) {
+  std::vector<std::string> warnings;
   const Wavefront& wavefront = simulation.wavefront;
   if (wavefront.aliasedShare > kLargestUndersampledShare) {
     warnings.push_back(
@@ -50,6 +66,20 @@ std::vector<std::string> Warnings(const Simulation& simulation) {
         ShortestText(std::ceil(100.0 * ring.effectiveAcuity * ring.diameter / kFits) / 100.0) + " on");
   }
   return warnings;
+}
+
+void TableDoubts::Add(const Eye& eye, const std::string& place) {
+  ++eyes_;
+  const std::vector<std::string> warnings = EyeWarnings(eye);
+  if (warnings.empty()) return;
+  if (doubtful_ == 0) first_ = place + ": " + warnings.front();
+  ++doubtful_;
+}
+
+std::string TableDoubts::Summary() const {
+  if (doubtful_ == 0) return {};
+  return std::to_string(doubtful_) + " of " + std::to_string(eyes_) + (eyes_ == 1 ? " eye is" : " eyes are") +
+         " unlike a human's; the first in " + first_;
 }
 
 }  // namespace orvanel::cli

@@ -1,10 +1,12 @@
 // The two scales of a result. The library's formulas make frequencies, retinal lengths and ring sizes correspond to
-// twice the pupil value ("library scale"); optics gives those of the pupil as stated ("optical scale").
+// twice the pupil value ("library scale"); optics gives those of the pupil as stated ("optical scale"). Every number on
+// one scale is that on the other times or over the same ratio; docs/conventions.md derives it.
 #ifndef ORVANEL_CLI_SCALES_H
 #define ORVANEL_CLI_SCALES_H
 
 #include "cli/simulation.h"
 #include "cli/units.h"
+#include "orvanel/line_spread.h"
 
 namespace orvanel::cli {
 
@@ -26,12 +28,12 @@ Scales ScalesOf(const Simulation& simulation);
 // The angle that the 256 samples of PSF and images span.
 ArcMinutes FieldOf(const Scale& scale);
 
-// The transfer function along a section at a frequency on the library scale, between samples in a straight line; 0 from
-// the cut-off on.
-double MtfAt(const Section& section, const Scale& library, CyclesPerDegree frequency);
+// The transfer function in the direction of a line spread function at a frequency on the library scale; 0 from the
+// cut-off on.
+double MtfAt(const LineSpread& lineSpread, const Scale& library, CyclesPerDegree frequency);
 
-// Decimal acuity of a ring of this diameter, which is 5 minutes of arc at acuity 1.
-double Acuity(int diameter, const Scale& scale);
+// The decimal acuity of a ring on the optical scale, from that on the library scale, which the library gives.
+double OpticalAcuity(double effectiveAcuity, const Scales& scales);
 
 }  // namespace orvanel::cli
 

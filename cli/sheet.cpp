@@ -46,11 +46,12 @@ std::string DrawnName(const Eye& eye) {
 
 std::string NumbersText(const Simulation& simulation) {
   const Wavefront& wavefront = simulation.wavefront;
-  return WithDots({"Pupil " + Text(simulation.pupil.value(), 4) + " mm",
-                   "Wavelength " + Text(ToNanometres(Wavelength()).value(), 5) + " nm",
-                   "Strehl ratio " + Text(simulation.strehl, 3),
-                   "Wavefront RMS " + Text(wavefront.rms.value(), 3) + " \u00b5m (" +
-                       Text(wavefront.rms / ToMicrometres(Wavelength()), 3) + " waves)"});
+  return WithDots(
+      {"Pupil " + Text(simulation.pupil.value(), 4) + " mm",
+       "Wavelength " + Text(ToNanometres(Wavelength()).value(), 5) + " nm",
+       "Strehl ratio " + Text(simulation.strehl, 3) + " (" + Text(simulation.strehlPeak, 3) + " between samples)",
+       "Wavefront RMS " + Text(wavefront.rms.value(), 3) + " \u00b5m (" +
+           Text(wavefront.rms / ToMicrometres(Wavelength()), 3) + " waves)"});
 }
 
 std::string RefractionText(const Eye& eye) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/error.h"
+#include "cli/rms.h"
 #include "cli/sampling.h"
 #include "cli/sector_star.h"
 #include "orvanel/optics_engine.h"
@@ -18,22 +19,18 @@ namespace {
 
 constexpr std::size_t kSide = ORVANEL_GRID_SIZE;
 
-// Root mean square about the mean, and the range.
-void MeasureHeights(Wavefront& wavefront) {
-  double sum = 0.0, count = 0.0;
+Micrometres RmsOf(const LibraryCoefficients& coefficients) {
+  const auto bare = Bare(coefficients);
+  return Rms(Converted({bare.begin(), bare.end()}, kLibraryConvention, kOsaConvention), kLowestOrderThatBlurs);
+}
+
+void MeasureRange(Wavefront& wavefront) {
   double lowest = std::numeric_limits<double>::infinity(), highest = -lowest;
   for (const double w : wavefront.map) {
     if (std::isnan(w)) continue;
-    sum += w;
-    count += 1.0;
     lowest = std::min(lowest, w);
     highest = std::max(highest, w);
   }
-  double squares = 0.0;
-  for (const double w : wavefront.map) {
-    if (!std::isnan(w)) squares += (w - sum / count) * (w - sum / count);
-  }
-  wavefront.rms = ToMicrometres(Millimetres(std::sqrt(squares / count)));
   wavefront.peakToValley = ToMicrometres(Millimetres(highest - lowest));
 }
 
@@ -44,7 +41,7 @@ bool InPupil(std::size_t sample) {
 }
 
 // The wavefront that the engine holds.
-Wavefront WavefrontOf(const OpticsEngine& engine) {
+Wavefront WavefrontOf(const OpticsEngine& engine, const LibraryCoefficients& coefficients) {
   Wavefront wavefront;
   wavefront.map.assign(engine.wavefrontPlane.begin(), engine.wavefrontPlane.end());
   for (std::size_t i = 0; i < wavefront.map.size(); ++i) {
@@ -55,7 +52,8 @@ Wavefront WavefrontOf(const OpticsEngine& engine) {
       throw Error("key 'coefficients': the wavefront would be a metre high and more; check the unit");
     }
   }
-  MeasureHeights(wavefront);
+  wavefront.rms = RmsOf(coefficients);
+  MeasureRange(wavefront);
   const double* const samples = engine.wavefrontPlane.data();
   wavefront.steepestStep = ToMicrometres(Millimetres(LargestStep(samples, ORVANEL_GRID_SIZE, engine.pupilSamples)));
   wavefront.aliasedShare = UndersampledShare(samples, ORVANEL_GRID_SIZE, engine.pupilSamples, kWavelength);
@@ -117,7 +115,7 @@ Simulation Simulate(Millimetres pupil, const LibraryCoefficients& coefficients, 
   s.pupil = pupil;
   s.coefficients = coefficients;
   engine.synthesizeWavefront(Bare(coefficients).data(), pupil.value(), 1, 1, 1);
-  s.wavefront = WavefrontOf(engine);
+  s.wavefront = WavefrontOf(engine, coefficients);
 
   s.mtf.resize(ORVANEL_PLANE_SAMPLES);
   double step = 0.0;
@@ -125,6 +123,8 @@ Simulation Simulate(Millimetres pupil, const LibraryCoefficients& coefficients, 
                     s.diffractionLimit.data(), ORVANEL_GRID_SIZE);
   s.psf.assign(engine.psfPlane.begin(), engine.psfPlane.end());
   s.strehl = engine.strehlRatio;
+  s.strehlPeak = s.strehl * engine.FindPsfPeak().value;
+  s.lineSpreads = LineSpreadsOf(s.psf.data());
   s.psfHalfWidth = PsfHalfWidth(pupil);
   s.frequencyRange = FrequencyRange(pupil);
   RequireFinite(s);

@@ -7,6 +7,7 @@
 
 #include "cli/conventions/convention.h"
 #include "cli/units.h"
+#include "orvanel/line_spread.h"
 #include "orvanel/orvanel.h"
 
 namespace orvanel::cli {
@@ -20,9 +21,9 @@ enum class Gap { kDown = 1, kUp = 2, kRight = 3, kLeft = 4 };
 const char* Word(Gap gap);
 
 struct Wavefront {
-  Plane map;  // millimetres, not a number outside the pupil
-  Micrometres rms;
-  Micrometres peakToValley;
+  Plane map;                  // millimetres, not a number outside the pupil
+  Micrometres rms;            // of the coefficients of orders 2 and above, without samples
+  Micrometres peakToValley;   // over the pupil's samples, as what follows
   Micrometres steepestStep;   // the largest change between neighbouring samples of the pupil
   double aliasedShare = 0.0;  // of the pupil's samples: where that change exceeds half a wave, so that the transform
                               // takes the light's direction for another one
@@ -45,10 +46,12 @@ struct Simulation {
   LibraryCoefficients coefficients;
   Wavefront wavefront;
   Plane psf, mtf;
-  double strehl = 0.0;
+  double strehl = 0.0;      // of the brightest sample
+  double strehlPeak = 0.0;  // of the peak between samples
   Millimetres psfHalfWidth;
   CyclesPerDegree frequencyRange;
   Section rowSection, columnSection, diffractionLimit;
+  LineSpreads lineSpreads;
   Plane starOriginal, starStretched, starTotalLight;
   std::vector<Ring> rings;
 };

@@ -78,8 +78,8 @@ Json MtfJson(const Results& results) {
   for (const CyclesPerDegree frequency : results.mtfAt) {
     json.push_back({{"frequency_cpd_library_scale", frequency.value()},
                     {"frequency_cpd_optical_scale", (frequency / scales.ratio).value()},
-                    {"horizontal", MtfAt(s.rowSection, scales.library, frequency)},
-                    {"vertical", MtfAt(s.columnSection, scales.library, frequency)}});
+                    {"horizontal", MtfAt(s.lineSpreads.horizontal, scales.library, frequency)},
+                    {"vertical", MtfAt(s.lineSpreads.vertical, scales.library, frequency)}});
   }
   return json;
 }
@@ -92,6 +92,7 @@ Json ScalarsJson(const Results& results) {
   const Scales& scales = results.scales;
   return {{"wavelength_nm", RoundNanometres(Wavelength())},
           {"strehl_ratio", s.strehl},
+          {"strehl_ratio_peak", s.strehlPeak},
           {"wavefront_rms_um", s.wavefront.rms.value()},
           {"wavefront_peak_to_valley_um", s.wavefront.peakToValley.value()},
           {"wavefront_steepest_step_um", s.wavefront.steepestStep.value()},
@@ -116,9 +117,11 @@ Json RingsJson(const Results& results) {
     rings.push_back({{"acuity_requested_library_scale", ring.request.acuity},
                      {"acuity_drawn_library_scale", ring.effectiveAcuity},
                      {"acuity_drawn_above_requested_percent", 100.0 * Deviation(ring)},
-                     {"acuity_drawn_optical_scale", Acuity(ring.diameter, results.scales.optical)},
+                     {"acuity_drawn_optical_scale", OpticalAcuity(ring.effectiveAcuity, results.scales)},
                      {"gap", Word(ring.request.gap)},
                      {"diameter_samples", ring.diameter},
+                     {"diameter_arcmin_library_scale", (ring.diameter * results.scales.library.pitch).value()},
+                     {"diameter_arcmin_optical_scale", (ring.diameter * results.scales.optical.pitch).value()},
                      {"original_file", stem + "_original.png"},
                      {"seen_file", stem + "_seen.png"}});
   }
@@ -181,7 +184,7 @@ std::string RingLines(const std::vector<Ring>& rings, const Scales& scales) {
     }
     lines += ReportLine(std::exchange(label, ""),
                         "acuity " + Text(ring.request.acuity, 4) + " drawn as " + Text(ring.effectiveAcuity, 3) +
-                            " (library scale), which is " + Text(Acuity(ring.diameter, scales.optical), 3) +
+                            " (library scale), which is " + Text(OpticalAcuity(ring.effectiveAcuity, scales), 3) +
                             " (optical scale), " + std::to_string(ring.diameter) + " samples, gap " + gaps +
                             (IsFarOff(ring) ? "; " + DeviationText(ring) + " what was asked for" : ""));
   }
@@ -193,8 +196,9 @@ std::string MtfLines(const Results& results) {
   std::string lines;
   for (const CyclesPerDegree frequency : results.mtfAt) {
     lines += ReportLine(lines.empty() ? "MTF" : "",
-                        Text(MtfAt(results.simulation.rowSection, scales.library, frequency), 4) + " horizontal, " +
-                            Text(MtfAt(results.simulation.columnSection, scales.library, frequency), 4) +
+                        Text(MtfAt(results.simulation.lineSpreads.horizontal, scales.library, frequency), 4) +
+                            " horizontal, " +
+                            Text(MtfAt(results.simulation.lineSpreads.vertical, scales.library, frequency), 4) +
                             " vertical at " + Text(frequency.value(), 6) + " cycles/degree (library scale), which is " +
                             Text((frequency / scales.ratio).value(), 4) + " (optical scale)");
   }
@@ -285,7 +289,8 @@ std::string SummaryText(const Results& results, const std::string& folder, std::
   text += ReportLine("Wavefront", "RMS " + Text(s.wavefront.rms.value(), 3) + " um (" +
                                       Text(s.wavefront.rms / ToMicrometres(Wavelength()), 3) +
                                       " waves), peak to valley " + Text(s.wavefront.peakToValley.value(), 3) + " um");
-  text += ReportLine("Strehl ratio", Text(s.strehl, 4));
+  text += ReportLine("Strehl ratio", Text(s.strehl, 4) + " at the brightest sample, " + Text(s.strehlPeak, 4) +
+                                         " at the peak between samples");
   text += ReportLine("PSF half width",
                      Text(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
                          Text(scales.library.halfWidthAngle.value(), 4) + " arc minutes (library scale); " +

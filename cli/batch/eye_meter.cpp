@@ -1,11 +1,13 @@
 // The engine's calls, as few as do.
 #include "cli/batch/eye_meter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "cli/error.h"
 #include "cli/eyes/preparation.h"
+#include "cli/plausibility.h"
 #include "cli/sampling.h"
 #include "orvanel/sampling.h"
 
@@ -26,10 +28,13 @@ EyeMeter::EyeMeter(MetricChoice choice, bool planes)
     : choice_(std::move(choice)),
       cost_(planes ? Cost::kMtf : CostOf(choice_)),
       engine_(ORVANEL_GRID_SIZE),
-      mtf_(cost_ == Cost::kMtf ? ORVANEL_PLANE_SAMPLES : 0) {
+      plane_(cost_ >= Cost::kPsf ? ORVANEL_PLANE_SAMPLES : 0) {
   measured_.rowSection = &rowSection_;
   measured_.columnSection = &columnSection_;
   measured_.diffractionLimit = &diffractionLimit_;
+  measured_.lineSpreads = &lineSpreads_;
+  wantsPeak_ = std::any_of(choice_.metrics.begin(), choice_.metrics.end(),
+                           [](const Metric* metric) { return metric->cost == Cost::kPsf; });
 }
 
 void EyeMeter::Compute(const Eye& eye) {
@@ -48,21 +53,29 @@ void EyeMeter::Compute(const Eye& eye) {
     return;
   }
   double step = 0.0;
-  engine_.ComputeMtf(kWavelength, mtf_.data(), &step, rowSection_.data(), columnSection_.data(),
-                     diffractionLimit_.data(), ORVANEL_GRID_SIZE);
+  if (cost_ == Cost::kPsf) {
+    engine_.ComputePsf(kWavelength, plane_.data(), &step, &measured_.strehl, ORVANEL_GRID_SIZE);
+  } else {
+    engine_.ComputeMtf(kWavelength, plane_.data(), &step, rowSection_.data(), columnSection_.data(),
+                       diffractionLimit_.data(), ORVANEL_GRID_SIZE);
+  }
   measured_.strehl = engine_.strehlRatio;
+  if (wantsPeak_) measured_.strehlPeak = measured_.strehl * engine_.FindPsfPeak().value;
+  if (!choice_.mtfAt.empty()) lineSpreads_ = LineSpreadsOf(engine_.psfPlane.data());
 }
 
 std::vector<double> EyeMeter::Measure(const Eye& eye) {
   measured_.eye = &eye;
   measured_.osa = OsaCoefficients(eye);
   measured_.scales = ScalesAt(eye.pupil);
+  measured_.doubts = EyeWarnings(eye).size();
   Compute(eye);
   return Values(choice_, measured_);
 }
 
 std::vector<std::pair<std::string, double>> ConstantsOf(Millimetres pupil) {
   MetricChoice choice;
+  choice.doubts = false;  // those about an eye's refraction differ from row to row
   for (const Metric* const metric : UsualMetrics(false)) {
     if (metric->cost == Cost::kPupil) choice.metrics.push_back(metric);
   }

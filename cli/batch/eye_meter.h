@@ -26,7 +26,7 @@ class EyeMeter {
   double undersampled() const { return measured_.undersampled; }
 
   // Of the eye measured last, where planes are wanted.
-  const Plane& mtf() const { return mtf_; }
+  const Plane& mtf() const { return plane_; }
   OpticsEngine& engine() { return engine_; }
 
  private:
@@ -35,8 +35,10 @@ class EyeMeter {
   MetricChoice choice_;
   Cost cost_;
   OpticsEngine engine_;
-  Plane mtf_;
+  Plane plane_;  // receives the MTF, or the PSF where nothing needs more
+  bool wantsPeak_ = false;
   Section rowSection_, columnSection_, diffractionLimit_;
+  LineSpreads lineSpreads_;
   MeasuredEye measured_;
 };
 

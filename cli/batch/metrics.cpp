@@ -30,11 +30,17 @@ double Area(const Section& section) {
 const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a table
   static const std::vector<Metric> kTable = {
       {"strehl",
-       "Strehl ratio",
+       "Strehl ratio of the brightest sample",
        Cost::kStrehl,
        true,
        {"strehl_ratio"},
        [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.strehl); }},
+      {"strehl_peak",
+       "Strehl ratio of the peak between the samples",
+       Cost::kPsf,
+       true,
+       {"strehl_ratio_peak"},
+       [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.strehlPeak); }},
       {kUndersampledColumn,
        "share of the pupil, 0 to 1, where the wavefront is too steep for the samples",
        Cost::kWavefront,
@@ -124,8 +130,9 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
 
 void AddRing(const MeasuredEye& eye, double acuity, Numbers& values) {
   const int diameter = RingDiameter(eye.eye->pupil, acuity);
-  values.push_back(EffectiveAcuity(eye.eye->pupil, diameter));
-  values.push_back(Acuity(diameter, eye.scales.optical));
+  const double effectiveAcuity = EffectiveAcuity(eye.eye->pupil, diameter);
+  values.push_back(effectiveAcuity);
+  values.push_back(OpticalAcuity(effectiveAcuity, eye.scales));
 }
 
 }  // namespace
@@ -179,6 +186,7 @@ std::vector<std::string> Columns(const MetricChoice& choice) {
     columns.push_back(ring + "_library_scale");
     columns.push_back(ring + "_optical_scale");
   }
+  if (choice.doubts) columns.emplace_back("implausible");
   return columns;
 }
 
@@ -192,10 +200,11 @@ std::vector<double> Values(const MetricChoice& choice, const MeasuredEye& eye) {
   std::vector<double> values;
   for (const Metric* const metric : choice.metrics) metric->measure(eye, values);
   for (const CyclesPerDegree frequency : choice.mtfAt) {
-    values.push_back(MtfAt(*eye.rowSection, eye.scales.library, frequency));
-    values.push_back(MtfAt(*eye.columnSection, eye.scales.library, frequency));
+    values.push_back(MtfAt(eye.lineSpreads->horizontal, eye.scales.library, frequency));
+    values.push_back(MtfAt(eye.lineSpreads->vertical, eye.scales.library, frequency));
   }
   for (const double acuity : choice.acuities) AddRing(eye, acuity, values);
+  if (choice.doubts) values.push_back(static_cast<double>(eye.doubts));
   if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); })) {
     throw Error("is so far from an eye that nothing can be computed; check the units of pupil and coefficients");
   }

@@ -14,18 +14,21 @@
 namespace orvanel::cli {
 
 // What the engine has to compute for a metric; each includes those before it.
-enum class Cost { kPupil, kCoefficients, kWavefront, kStrehl, kMtf };
+enum class Cost { kPupil, kCoefficients, kWavefront, kStrehl, kPsf, kMtf };
 
 // What a metric is computed from.
 struct MeasuredEye {
   const Eye* eye = nullptr;
   Coefficients osa;  // orthonormal, micrometres, y upwards
   Scales scales;
+  std::size_t doubts = 0;               // how many EyeWarnings has
   double undersampled = 0.0;            // share of the pupil's samples; from Cost::kWavefront on
   double strehl = 0.0;                  // from Cost::kStrehl on
+  double strehlPeak = 0.0;              // where a metric needs Cost::kPsf
   const Section* rowSection = nullptr;  // from Cost::kMtf on, as the others
   const Section* columnSection = nullptr;
   const Section* diffractionLimit = nullptr;
+  const LineSpreads* lineSpreads = nullptr;  // where the MTF is asked for at frequencies
 };
 
 struct Metric {
@@ -44,6 +47,7 @@ struct MetricChoice {
   std::vector<const Metric*> metrics;
   std::vector<CyclesPerDegree> mtfAt;  // on the library scale
   std::vector<double> acuities;        // of rings, on the library scale
+  bool doubts = true;                  // the column "implausible"
 };
 
 // "strehl,rms": each once, in the order asked for. Throws Error.
@@ -58,7 +62,8 @@ void AddUndersampled(MetricChoice& choice);
 
 constexpr const char* kUndersampledColumn = "undersampled";
 
-// The names of all columns, with unit and scale.
+// The names of all columns, with unit and scale. "implausible", the last, counts what of pupil and refraction is
+// unlike a human eye's.
 std::vector<std::string> Columns(const MetricChoice& choice);
 
 Cost CostOf(const MetricChoice& choice);

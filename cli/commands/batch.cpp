@@ -32,7 +32,8 @@ constexpr const char* kBatchNotes =
     "meant;\n"
     "all further columns are carried through. Each row becomes one row of results, in the same order. A row that is "
     "at\n"
-    "fault has its line and the reason in the last column, 'error'; the exit status then is 3.\n"
+    "fault has its line and the reason in the last column, 'error'; the exit status then is 3. The column\n"
+    "'implausible' counts what is unlike a human eye: a pupil outside 0.5 to 12 mm, a refraction beyond 30 D.\n"
     "\n"
     "A run that was stopped, in whatever way, goes on with --resume to the same bytes. What it was is remembered in\n"
     "RESULTS.orvanel. Shards take turns in chunks of rows; 'orvanel merge' joins them.\n";

@@ -14,6 +14,7 @@
 #include "cli/input_file.h"
 #include "cli/interruption.h"
 #include "cli/number_text.h"
+#include "cli/plausibility.h"
 #include "cli/report.h"
 #include "cli/table_output.h"
 #include "cli/tables/eye_table.h"
@@ -109,6 +110,7 @@ void ConvertEye(const ConvertCommand& command) {
     std::optional<Dropped> dropped;
     const Eye eye = ConvertedEye(measured, command, dropped);
     if (dropped && dropped->rms > Micrometres(0.0)) PrintWarning(Text(*dropped));
+    for (const std::string& warning : EyeWarnings(eye)) PrintWarning(warning);
     report = EyeLines(measured, Changes(measured, command.preparation)) +
              CoefficientReport(eye, command.plusCylinder ? CylinderSign::kPlus : CylinderSign::kMinus);
     if (!command.output.empty()) text = FileText(eye, command.output);
@@ -146,19 +148,23 @@ void ConvertTable(const ConvertCommand& command) {
   output.Write(writer.Header());
   std::size_t count = 0;
   DroppedOfMany droppedOfAll;
+  TableDoubts doubts;
   for (TableEye row; table.Next(row); ++count) {
     StopIfInterrupted();
     std::string line;
     try {
       std::optional<Dropped> dropped;
-      line = writer.Row(ConvertedEye(std::move(row.eye), command, dropped), row.identifiers);
+      const Eye eye = ConvertedEye(std::move(row.eye), command, dropped);
       if (dropped) droppedOfAll.Add(*dropped);
+      doubts.Add(eye, "line " + std::to_string(row.line));
+      line = writer.Row(eye, row.identifiers);
     } catch (const Error& error) {
       throw ErrorAt(name, {row.line, 1}, error.what());
     }
     output.Write(line);
   }
   if (droppedOfAll.losers > 0) PrintWarning(Text(droppedOfAll, *command.preparation.highestOrder));
+  if (!doubts.Summary().empty()) PrintWarning(doubts.Summary());
   stream.Close();  // Windows puts no file in the place of one that is open
   output.Finish();
   if (!output.isFile()) return;

@@ -14,6 +14,7 @@
 #include "cli/files.h"
 #include "cli/interruption.h"
 #include "cli/number_text.h"
+#include "cli/plausibility.h"
 #include "cli/report.h"
 #include "cli/terminal.h"
 #include "orvanel/sampling.h"
@@ -153,6 +154,7 @@ void RunFocus(const FocusCommand& command) {
     std::optional<Dropped> dropped;
     before = Prepared(measured, command.preparation, &dropped);
     if (dropped && dropped->rms > Micrometres(0.0)) PrintWarning(Text(*dropped));
+    for (const std::string& warning : EyeWarnings(before)) PrintWarning(warning);
     const LibraryCoefficients library = ToLibrary(before.convention, before.coefficients);
     {
       const StopAtOnce stop;

@@ -13,6 +13,7 @@
 #include "cli/input_file.h"
 #include "cli/interruption.h"
 #include "cli/number_text.h"
+#include "cli/plausibility.h"
 #include "cli/population/covariance.h"
 #include "cli/population/covariance_table.h"
 #include "cli/population/random.h"
@@ -20,6 +21,7 @@
 #include "cli/table_output.h"
 #include "cli/tables/eye_table.h"
 #include "cli/tables/eye_writer.h"
+#include "cli/terminal.h"
 
 namespace orvanel::cli {
 namespace {
@@ -96,6 +98,7 @@ void RunPopulation(const PopulationCommand& command) {
   TableOutput output(command.output, command.force);
   output.Write(writer.Header());
   std::vector<double> independent(factors.rank());
+  TableDoubts doubts;
   for (std::uint64_t i = 0; i < command.count; ++i) {
     StopIfInterrupted();
     for (std::size_t k = 0; k < independent.size(); ++k) {
@@ -104,8 +107,10 @@ void RunPopulation(const PopulationCommand& command) {
     const std::vector<double> deviations = factors.Correlate(independent);
     Eye eye = mean;
     for (std::size_t k = 0; k < deviations.size(); ++k) eye.coefficients[covariance.terms[k]] += deviations[k];
+    doubts.Add(eye, "number " + std::to_string(i + 1));
     output.Write(writer.Row(eye, {std::to_string(i + 1)}));
   }
+  if (!doubts.Summary().empty()) PrintWarning(doubts.Summary());
   output.Finish();
   if (!output.isFile()) return;
   PrintOutput(ReportLine("Written", command.output + ", " + std::to_string(command.count) + " eyes, " +

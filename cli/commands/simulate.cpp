@@ -187,7 +187,8 @@ void RunSimulate(const SimulateCommand& command) {
   }
   results.mtfAt = command.mtfAt;
   results.scales = ScalesOf(results.simulation);
-  results.warnings = Warnings(results.simulation);
+  results.warnings = EyeWarnings(results.eye);
+  for (std::string& warning : Warnings(results.simulation)) results.warnings.push_back(std::move(warning));
   if (results.dropped && results.dropped->rms > Micrometres(0.0)) results.warnings.push_back(Text(*results.dropped));
   if (folder) {
     for (const std::string& warning : WarningsOfTexts(results.measured)) results.warnings.push_back(warning);

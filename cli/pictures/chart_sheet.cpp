@@ -75,7 +75,7 @@ void DrawRing(Canvas& canvas, Point corner, double width, const Grid& grid, cons
   const Window window = RingWindow(ring);
   const double panel = grid.Panel(ring);
   DrawTitle(canvas, corner, width, "Acuity " + Text(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
-            AskedText(shown) + "; optical scale " + Text(Acuity(ring.diameter, results.scales.optical), 3),
+            AskedText(shown) + "; optical scale " + Text(OpticalAcuity(ring.effectiveAcuity, results.scales), 3),
             IsFarOff(ring) ? kWarningInk : kFaintInk);
   DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight, panel, panel}, GreyWindow(ring.seen, window),
             PanelText(ring, window, results.scales), results.eye.side);

@@ -98,7 +98,7 @@ TEST(Planes, SpacingsAreThoseOfTheirDomain) {
     } else {
       EXPECT_EQ(plane.spacings[0].name, "sample_spacing_arcmin_library_scale");
       EXPECT_EQ(value(plane, 0), results.scales.library.pitch.value());
-      EXPECT_DOUBLE_EQ(value(plane, 2), 2.0 * results.simulation.psfHalfWidth.value() / 255.0);
+      EXPECT_DOUBLE_EQ(value(plane, 2), results.simulation.psfHalfWidth.value() / 128.0);
       EXPECT_DOUBLE_EQ(plane.samplesPerCm, 10.0 / value(plane, 2));
     }
   }

@@ -15,7 +15,8 @@ inline Results ResultsOf(Eye eye, const std::vector<RingRequest>& rings) {
   results.eye = std::move(eye);
   results.simulation = Simulate(results.eye.pupil, ToLibrary(results.eye.convention, results.eye.coefficients), rings);
   results.scales = ScalesOf(results.simulation);
-  results.warnings = Warnings(results.simulation);
+  results.warnings = EyeWarnings(results.eye);
+  for (std::string& warning : Warnings(results.simulation)) results.warnings.push_back(std::move(warning));
   return results;
 }
 

@@ -9,6 +9,7 @@
 #include <numeric>
 
 #include "cli/error.h"
+#include "orvanel/psf_peak.h"
 #include "tests/cli/simulated_eyes.h"
 
 namespace orvanel::cli {
@@ -85,15 +86,23 @@ TEST(Simulation, WavefrontIsBlankOutsideThePupilOnly) {
   EXPECT_EQ(std::count_if(wavefront.map.begin(), wavefront.map.end(), [](double w) { return !std::isnan(w); }), 12853);
 }
 
-TEST(Simulation, RmsOfAnOrthonormalTermIsItsCoefficient) {
-  // The sampled disc of 12853 samples misses that of the true one by less than the share of its rim: 2 / 64.
-  constexpr double kRimShare = 2.0 / 64.0;
+TEST(Simulation, RmsIsThatOfOrthonormalCoefficientsWithoutPistonAndTilts) {
   Eye eye = PerfectEye(Millimetres(4.5));
   eye.convention = kOsaConvention;
   eye.coefficients.assign(13, 0.0);
-  eye.coefficients[12] = 0.23;
-  const Wavefront wavefront = ResultsOf(eye, kRings).simulation.wavefront;
-  EXPECT_NEAR(wavefront.rms.value(), 0.23, 0.23 * kRimShare);
+  eye.coefficients[0] = 5.0;
+  eye.coefficients[1] = -3.0;
+  eye.coefficients[2] = 2.0;
+  eye.coefficients[7] = 0.3;
+  eye.coefficients[12] = -0.4;
+  EXPECT_DOUBLE_EQ(ResultsOf(eye, kRings).simulation.wavefront.rms.value(), 0.5);
+}
+
+TEST(Simulation, ThePeakBetweenSamplesIsThatOfThePsf) {
+  const Simulation s = ResultsOf(AsymmetricEye(), kRings).simulation;
+  constexpr double kRounding = 1e-9;
+  EXPECT_NEAR(s.strehlPeak, s.strehl * PeakBetweenSamples(s.psf.data()).value, kRounding);
+  EXPECT_GT(s.strehlPeak, s.strehl);
 }
 
 TEST(Simulation, WavefrontNumbersAreThoseOfADefocusedPupil) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
@@ -23,6 +24,8 @@ TEST(Summary, ValuesAreThoseThatTheLibraryGives) {
   const Results results = ResultsOf(AsymmetricEye(), kRings);
   const auto summary = nlohmann::json::parse(SummaryJson(results, {"one.png", "summary.json"}));
 
+  OrvanelInputPupil(results.simulation.pupil.value());
+  ASSERT_EQ(OrvanelInputZer(Bare(results.simulation.coefficients).data()), 1);
   Plane plane(ORVANEL_PLANE_SAMPLES);
   double strehl, halfWidth, range, acuity;
   OrvanelInputPupil(results.simulation.pupil.value());
@@ -31,6 +34,7 @@ TEST(Summary, ValuesAreThoseThatTheLibraryGives) {
   ASSERT_EQ(OrvanelGetMTF(plane.data(), &range), 1);
   ASSERT_EQ(OrvanelGetOrvanel(0.7, plane.data(), &acuity, nullptr, 4), 1);
   EXPECT_EQ(summary["results"]["strehl_ratio"], strehl);
+  EXPECT_EQ(summary["results"]["strehl_ratio_peak"], results.simulation.strehlPeak);
   EXPECT_EQ(summary["results"]["psf_half_width_mm_library_scale"], halfWidth);
   EXPECT_EQ(summary["results"]["mtf_frequency_range_cpd_library_scale"], range);
   EXPECT_EQ(summary["rings"][0]["acuity_drawn_library_scale"], acuity);
@@ -38,6 +42,40 @@ TEST(Summary, ValuesAreThoseThatTheLibraryGives) {
   EXPECT_EQ(summary["rings"][2]["gap"], "down");
   EXPECT_EQ(summary["results"]["cutoff_cpd_optical_scale"], results.scales.opticalCutOff.value());
   EXPECT_EQ(summary["results"]["wavelength_nm"], 587.56);
+}
+
+// Both scales of a quantity, wherever they stand side by side: how often, and whether always in the same ratio.
+int CountPairs(const nlohmann::json& value, double ratio) {
+  int pairs = 0;
+  if (!value.is_structured()) return 0;
+  for (const auto& [key, inner] : value.items()) {
+    pairs += CountPairs(inner, ratio);
+    const std::string ending = "_library_scale";
+    if (!value.is_object() || !key.ends_with(ending)) continue;
+    const std::string optical = key.substr(0, key.size() - ending.size()) + "_optical_scale";
+    if (!value.contains(optical)) continue;
+    const double quotient = value[optical].get<double>() / inner.get<double>();
+    EXPECT_NEAR(std::max(quotient, 1.0 / quotient), ratio, 1e-12) << key;
+    ++pairs;
+  }
+  return pairs;
+}
+
+TEST(Summary, HasOneRatioOfTheScalesThroughout) {
+  Results results = ResultsOf(AsymmetricEye(), kRings);
+  results.mtfAt = {CyclesPerDegree(7.5)};
+  ObjectPicture object;
+  object.channels.push_back(results.simulation.starOriginal);
+  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, object);
+  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
+  const double ratio = 2.0 / (17.0 * std::atan(1.0 / 17.0));
+  // Half width in two units, sample of PSF and MTF, a frequency, the picture's field, and acuity and size of each ring.
+  EXPECT_EQ(CountPairs(summary, ratio), 6 + 2 * static_cast<int>(kRings.size()));
+  const auto& scalars = summary["results"];
+  EXPECT_NEAR(scalars["library_scale_over_optical_scale"].get<double>(), ratio, 1e-12);
+  EXPECT_NEAR(scalars["mtf_frequency_range_cpd_library_scale"].get<double>() /
+                  scalars["cutoff_cpd_optical_scale"].get<double>(),
+              ratio, 1e-12);
 }
 
 TEST(Summary, GivesTheInputsAsGivenAndAsConverted) {
@@ -159,8 +197,9 @@ TEST(Summary, GivesTheMtfAtFrequenciesOnBothScales) {
   Results results = ResultsOf(AsymmetricEye(), kRings);
   results.mtfAt = {10.0 * results.scales.library.step, CyclesPerDegree(1e6)};
   const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
-  EXPECT_DOUBLE_EQ(summary["mtf"][0]["horizontal"], results.simulation.rowSection[10]);
-  EXPECT_DOUBLE_EQ(summary["mtf"][0]["vertical"], results.simulation.columnSection[10]);
+  constexpr double kRounding = 1e-13;
+  EXPECT_NEAR(summary["mtf"][0]["horizontal"].get<double>(), results.simulation.rowSection[10], kRounding);
+  EXPECT_NEAR(summary["mtf"][0]["vertical"].get<double>(), results.simulation.columnSection[10], kRounding);
   EXPECT_DOUBLE_EQ(summary["mtf"][0]["frequency_cpd_library_scale"], results.mtfAt[0].value());
   EXPECT_DOUBLE_EQ(summary["mtf"][0]["frequency_cpd_optical_scale"], results.mtfAt[0].value() / results.scales.ratio);
   EXPECT_EQ(summary["mtf"][1]["horizontal"], 0.0);

@@ -31,7 +31,7 @@ TEST(Run, EachRowBecomesOneRowInTheSameOrder) {
   const std::string text = Read(folder / "results.csv");
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 41);
   EXPECT_TRUE(text.starts_with("id,rms_um_orders_2_and_above,"));
-  EXPECT_NE(text.find("\n\"eye, 5\",,,,,,\"line 7, column 40: column 'Z4': 'x' is not a number; write it as 0.12 or "
+  EXPECT_NE(text.find("\n\"eye, 5\",,,,,,,\"line 7, column 40: column 'Z4': 'x' is not a number; write it as 0.12 or "
                       "1.2e-1\"\n"),
             std::string::npos)
       << text;
