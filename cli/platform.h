@@ -3,8 +3,10 @@
 #define ORVANEL_CLI_PLATFORM_H
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,9 +39,33 @@ std::FILE* OpenForAppending(const std::filesystem::path& file, bool isNew);
 // Has the bytes of a file that were written come to the disk, should the system know how to.
 void Synchronise(std::FILE* stream);
 
+// What changes where a file is written to or replaced.
+struct FileState {
+  std::uintmax_t size, number;  // the number is the file's own, where the system has one
+  std::int64_t changed;         // when
+  friend bool operator==(const FileState&, const FileState&) = default;
+};
+
+// Empty where there is no such file.
+std::optional<FileState> StateOf(const std::filesystem::path& file);
+
 // Keeps an open file for this process, until it is closed or the process ends in whatever way; false where another
 // process has it. Where the file system knows no locks, true.
 bool LockOutOthers(std::FILE* stream);
+
+// A descriptor of a file that is made where there is none and keeps its bytes; -1 where errno tells why not. No link is
+// followed.
+int OpenForLocks(const std::filesystem::path& file);
+
+// Keeps a range of bytes, which need not be there, for this descriptor until it is closed; false where another has part
+// of it. Where the file system knows no locks, true.
+bool LockRange(int descriptor, std::uint64_t first, std::uint64_t count);
+
+// Whether the descriptor's file has this name.
+bool IsFileOf(int descriptor, const std::filesystem::path& file);
+
+// Whether a file cannot be removed while somebody has it open.
+extern const bool kOpenFilesStay;
 
 // ---- Input that a request to stop can end
 

@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -56,7 +57,42 @@ std::FILE* OpenForAppending(const std::filesystem::path& file, bool isNew) {
 
 void Synchronise(std::FILE* stream) { fsync(fileno(stream)); }
 
+std::optional<FileState> StateOf(const std::filesystem::path& file) {
+  struct stat status;
+  if (stat(file.c_str(), &status) != 0) return std::nullopt;
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  return FileState{static_cast<std::uintmax_t>(status.st_size), static_cast<std::uintmax_t>(status.st_ino),
+                   kNanoseconds * status.st_mtim.tv_sec + status.st_mtim.tv_nsec};
+}
+
 bool LockOutOthers(std::FILE* stream) { return flock(fileno(stream), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
+
+int OpenForLocks(const std::filesystem::path& file) {
+  constexpr mode_t kLessTheMask = 0666;
+  return open(file.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, kLessTheMask);
+}
+
+bool LockRange(int descriptor, std::uint64_t first, std::uint64_t count) {
+  struct flock range {};
+  range.l_type = F_WRLCK;
+  range.l_whence = SEEK_SET;
+  range.l_start = static_cast<off_t>(first);
+  range.l_len = static_cast<off_t>(count);
+#ifdef F_OFD_SETLK
+  constexpr int kLock = F_OFD_SETLK;
+#else
+  constexpr int kLock = F_SETLK;
+#endif
+  return fcntl(descriptor, kLock, &range) == 0 || (errno != EAGAIN && errno != EACCES);
+}
+
+bool IsFileOf(int descriptor, const std::filesystem::path& file) {
+  struct stat open, named;
+  return fstat(descriptor, &open) == 0 && stat(file.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
+         open.st_ino == named.st_ino;
+}
+
+const bool kOpenFilesStay = false;
 
 int OpenForReading(const std::filesystem::path& file) {
   return open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);

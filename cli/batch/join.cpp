@@ -2,6 +2,7 @@
 #include "cli/batch/join.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "cli/files.h"
 #include "cli/input_file.h"
 #include "cli/interruption.h"
+#include "cli/path_of.h"
 
 namespace orvanel::cli {
 namespace {
@@ -49,11 +51,14 @@ ShardFiles OpenAll(const std::vector<std::string>& names) {
   }
   std::sort(shards.begin(), shards.end(),
             [](const auto& a, const auto& b) { return a->record.shard.number < b->record.shard.number; });
-  std::string missing;
-  std::size_t next = 0;
+  std::string named;
+  std::size_t next = 0, missing = 0;
   for (std::size_t number = 1; number <= first.record.shard.of; ++number) {
     if (next == shards.size() || shards[next]->record.shard.number != number) {
-      missing += (missing.empty() ? "" : ", ") + std::to_string(number);
+      constexpr std::size_t kMostNamed = 10;
+      ++missing;
+      if (missing <= kMostNamed) named += (missing == 1 ? "" : ", ") + std::to_string(number);
+      if (missing == kMostNamed + 1) named += " and more";
       continue;
     }
     ++next;
@@ -62,8 +67,8 @@ ShardFiles OpenAll(const std::vector<std::string>& names) {
                   shards[next - 1]->file + "; leave one out");
     }
   }
-  if (!missing.empty()) {
-    throw Error("of " + std::to_string(first.record.shard.of) + " shards these are missing: " + missing);
+  if (missing > 0) {
+    throw Error("of " + std::to_string(first.record.shard.of) + " shards these are missing: " + named);
   }
   return shards;
 }
@@ -71,6 +76,12 @@ ShardFiles OpenAll(const std::vector<std::string>& names) {
 }  // namespace
 
 RunRecord JoinShards(const std::vector<std::string>& names, const std::string& results, bool replace) {
+  for (const std::string& name : names) {
+    std::error_code ignored;
+    if (std::filesystem::equivalent(PathOf(name), PathOf(results), ignored)) {
+      throw Error(results + ": is one of the shards; give another name");
+    }
+  }
   const ShardFiles shards = OpenAll(names);
   RunRecord record = shards.front()->record;
   NewFile file(results, replace);
@@ -82,6 +93,15 @@ RunRecord JoinShards(const std::vector<std::string>& names, const std::string& r
     header = row;
   }
   pending = header;
+  Fnv1a hash;
+  std::uintmax_t bytes = 0;
+  const auto flush = [&] {
+    file.Write(pending);
+    hash.Add(pending);
+    bytes += pending.size();
+    pending.clear();
+  };
+  std::size_t errors = 0;
   for (std::size_t i = 0; i < record.end->tableRows; ++i) {
     StopIfInterrupted();
     ShardFile& shard = *shards[i / record.chunkRows % shards.size()];
@@ -89,20 +109,23 @@ RunRecord JoinShards(const std::vector<std::string>& names, const std::string& r
       throw Error(shard.file + ": has fewer rows than its record tells; make it anew");
     }
     pending += row;
+    if (HasError(row)) ++errors;
     constexpr std::size_t kBlock = 1 << 16;
-    if (pending.size() < kBlock) continue;
-    file.Write(pending);
-    pending.clear();
+    if (pending.size() >= kBlock) flush();
   }
-  file.Write(pending);
-  std::size_t errors = 0;
+  flush();
   for (const auto& shard : shards) {
     if (shard->rows.Next(row)) throw Error(shard->file + ": has more rows than its record tells; make it anew");
-    errors += shard->record.end->errors;
+    // All of it is read now.
+    if (shard->stream.bytesRead() != shard->record.resultsBytes || shard->stream.hash() != shard->record.resultsHash) {
+      throw Error(shard->file + ": was changed after its run had written it; make it anew");
+    }
   }
   file.Commit();
   record.shard = {};
   record.end->errors = errors;
+  record.resultsBytes = bytes;
+  record.resultsHash = hash.Text();
   WriteRecord(results, record);
   return record;
 }

@@ -5,12 +5,15 @@
 #include <chrono>
 #include <filesystem>
 #include <limits>
+#include <set>
 #include <system_error>
 #include <utility>
 
 #include "cli/batch/in_order.h"
+#include "cli/batch/place_lock.h"
 #include "cli/batch/rate.h"
 #include "cli/batch/results_file.h"
+#include "cli/batch/whole_files.h"
 #include "cli/batch/whole_rows.h"
 #include "cli/error.h"
 #include "cli/files.h"
@@ -18,6 +21,7 @@
 #include "cli/interruption.h"
 #include "cli/number_text.h"
 #include "cli/path_of.h"
+#include "cli/platform.h"
 #include "cli/sector_star.h"
 #include "cli/tables/csv.h"
 #include "cli/terminal.h"
@@ -35,6 +39,7 @@ struct BatchRow {
   std::string error;
   std::string undersampled;  // what is wrong with the samples, which is no error
   std::string line;          // of the results
+  bool again = false;        // the results have it, and planes or pictures are made again
   std::optional<Dropped> dropped;
   std::vector<std::string> planes;
   double pupil = std::numeric_limits<double>::quiet_NaN();
@@ -111,6 +116,7 @@ class Batch {
         stream_(request.table),
         table_(stream_, InputName(request.table), request.kind, request.stated, request.tableOptions) {
     record_.columns = ResultColumns(request);
+    tableState_ = StateOf(PathOf(request.table));
     record_.tableHash = HashOfFile(request.table);
     header_ = Header();
     std::error_code ignored;
@@ -136,10 +142,14 @@ class Batch {
       constexpr std::size_t kMostOnTheirWay = 4;  // for each worker
       InOrder<Rows, Rows>(std::move(workers), kMostOnTheirWay * request_.jobs)
           .Run([this](Rows& rows) { return Read(rows); }, [this](Rows& rows) { Take(rows); });
+      RequireSameTable();
+      if (record_.tableHash.empty()) record_.tableHash = stream_.hash();  // a pipe
+      if (record_.tableHash != stream_.hash()) RefuseChangedTable();
       if (read_ < result_.earlier) {
         throw Error(request_.results + ": has more rows than the table of eyes gives; --force begins anew");
       }
       if (planes_) planes_->Finish();
+      sure_ = all_;
       Write();
     } catch (const Interrupted&) {
       KeepWhatIsComputed();
@@ -152,7 +162,7 @@ class Batch {
       throw;
     }
     record_.end = RunRecord::End{row_, result_.errors};
-    WriteRecord(request_.results, record_);
+    Vouch();
     result_.rows = result_.earlier + taken_;
     return result_;
   }
@@ -184,8 +194,14 @@ class Batch {
     }
     file_.emplace(request_.results, !found);
     try {
-      if (!request_.planes.empty()) planes_.emplace(request_.planes, request_.planeKinds, record_.chunkRows);
-      if (!request_.pictures.empty()) pictures_.emplace(request_.pictures, request_.pictureKinds);
+      if (!request_.planes.empty()) {
+        planes_.emplace(request_.planes, request_.planeKinds, record_.chunkRows);
+        planesLock_.emplace(PathOf(request_.planes + ".lock"), record_.shard, request_.planes);
+      }
+      if (!request_.pictures.empty()) {
+        pictures_.emplace(request_.pictures, request_.pictureKinds);
+        picturesLock_.emplace(PathOf(request_.pictures) / "orvanel.lock", record_.shard, request_.pictures);
+      }
       if (!request_.resume || !GoesOn()) BeginAnew();
     } catch (...) {
       file_->RemoveIfEmpty();
@@ -200,6 +216,8 @@ class Batch {
     file_->Keep(0);
     WriteRecord(request_.results, record_);
     file_->Append(header_);
+    all_.Add(header_);
+    onDisk_ = sure_ = all_;
   }
 
   void ClearAwayFiles() const {
@@ -224,23 +242,66 @@ class Batch {
     if (record_.tableHash.empty()) throw Error(refusal + "the table of eyes is a pipe; give a file");
     const std::string difference = Difference(*before, record_, false);
     if (!difference.empty()) throw Error(refusal + difference + "; give another name, or let --force begin anew");
-    WholeRows whole = Count(std::numeric_limits<std::size_t>::max());
-    if (!whole.headerIsWhole) return false;
-    // A file of planes is in place before the last row of its chunk is.
-    if (planes_) whole = Count(whole.rows / record_.chunkRows * record_.chunkRows);
-    file_->Keep(whole.bytes);
+    const std::uintmax_t sure = before->resultsBytes;
+    // Cut short, by somebody or by a file system that has lost its end: with nothing to compare, all rows are computed.
+    if (file_->size() < sure || sure < header_.size()) return false;
+    if (before->end && file_->size() > sure) {
+      throw Error(request_.results +
+                  ": has more rows than its run has written; take them away, or let --force begin anew");
+    }
+    const WholeRows whole = ReadResults(sure);
+    if (whole.bytes != sure || whole.hash.Text() != before->resultsHash) {
+      throw Error(request_.results +
+                  ": was changed after its run had written it; give another name, or let --force begin anew");
+    }
+    file_->Keep(sure);  // what is behind was written after the record
+    onDisk_ = sure_ = all_ = {whole.bytes, whole.hash};
     result_.earlier = whole.rows;
     result_.errors = whole.errors;
     return true;
   }
 
-  WholeRows Count(std::size_t most) const {
+  // The rows of earlier runs. Notes which of their planes and pictures are not there or not whole.
+  WholeRows ReadResults(std::uintmax_t bytes) {
     InputFile stream(request_.results);
     try {
-      return CountWholeRows(stream, header_, most);
+      return ReadWholeRows(stream, header_, bytes,
+                           [this](std::size_t own, const std::string& row) { CheckFiles(own, HasError(row)); });
+    } catch (const Interrupted&) {
+      throw;
     } catch (const Error& error) {
       throw Error(request_.results + ": " + error.what());
     }
+  }
+
+  void CheckFiles(std::size_t own, bool hasError) {
+    const std::size_t row = RowOf(record_.shard, record_.chunkRows, own), chunk = row / record_.chunkRows;
+    if (damaged_.contains(chunk)) return;
+    bool whole = !planes_ || row % record_.chunkRows != 0 || IsWholeHdf5(planes_->files().Path(chunk + 1));
+    if (pictures_ && !hasError) {
+      for (const PictureKind kind : pictures_->kinds()) {
+        whole = whole && IsWholePng(pictures_->FilesOf(kind).Path(row + 1));
+      }
+    }
+    if (!whole) damaged_.insert(chunk);
+  }
+
+  // ---- The table, which nobody must change meanwhile
+
+  void RequireSameTable() {
+    if (record_.tableHash.empty()) return;
+    const std::optional<FileState> state = StateOf(PathOf(request_.table));
+    if (state == tableState_) return;
+    if (HashOfFile(request_.table) != record_.tableHash) RefuseChangedTable();
+    tableState_ = state;  // touched, or replaced by its like
+  }
+
+  [[noreturn]] void RefuseChangedTable() {
+    record_.tableHash.clear();  // so that no run goes on with these results
+    pending_.clear();
+    sure_ = onDisk_;
+    throw Error(request_.table + ": was changed while it was read, so that " + request_.results +
+                " may have rows of both; let --force begin anew");
   }
 
   // ---- Reading
@@ -258,18 +319,21 @@ class Batch {
     for (;; ++row_) {
       StopIfInterrupted();
       ShowProgress();
-      const bool ours = Owns(record_.shard, row_ / record_.chunkRows);
-      if (ours && read_ == result_.earlier) break;
+      const std::size_t chunk = row_ / record_.chunkRows;
+      const bool ours = Owns(record_.shard, chunk);
+      if (ours && (read_ == result_.earlier || damaged_.contains(chunk))) break;
       if (!Skip()) return false;
       if (ours) ++read_;
     }
     row.row = row_;
+    row.again = read_ < result_.earlier;
     try {
       if (!table_.Next(row.eye)) return false;
     } catch (const ErrorAt& error) {
       row.error = ErrorText(error);
     }
     ++row_;
+    if (row.again) ++read_;
     return true;
   }
 
@@ -285,20 +349,27 @@ class Batch {
 
   void Take(const Rows& rows) {
     for (const BatchRow& row : rows) {
-      if (!row.error.empty()) {
+      const bool endsChunk = row.row % record_.chunkRows == record_.chunkRows - 1;
+      if (!row.error.empty() && !row.again) {
         if (request_.strict) throw Error(InputName(request_.table) + ": " + row.error + "; --strict stops here");
         ++result_.errors;
       }
-      if (!row.undersampled.empty()) {
+      if (!row.undersampled.empty() && !row.again) {
         if (request_.strict) throw Error(InputName(request_.table) + ": " + row.undersampled + "; --strict stops here");
         ++result_.undersampled;
       }
       if (planes_) {
         planes_->Add(row.row, row.planes, row.pupil);
-        if (row.row % record_.chunkRows == record_.chunkRows - 1) planes_->Finish();
+        if (endsChunk) planes_->Finish();
+      }
+      if (row.again) {
+        ++result_.again;
+        continue;
       }
       if (row.dropped) result_.dropped.Add(*row.dropped);
       pending_ += row.line;
+      all_.Add(row.line);
+      if (!planes_ || endsChunk) sure_ = all_;
       ++taken_;
     }
     constexpr std::size_t kBlock = 1 << 15;
@@ -308,17 +379,33 @@ class Batch {
   }
 
   void Write() {
-    if (pending_.empty()) return;
-    file_->Append(pending_);
-    pending_.clear();
-    written_ = Clock::now();
+    if (!pending_.empty()) {
+      RequireSameTable();
+      file_->Append(pending_);
+      pending_.clear();
+      written_ = Clock::now();
+    }
+    onDisk_ = sure_;
+    constexpr std::chrono::milliseconds kSeldom(500);
+    if (Clock::now() - vouched_ >= kSeldom) Vouch();
+  }
+
+  // Has the record tell how far the results are. They come to the disk first.
+  void Vouch() {
+    file_->Synchronise();
+    record_.resultsBytes = onDisk_.bytes;
+    record_.resultsHash = onDisk_.hash.Text();
+    WriteRecord(request_.results, record_);
+    vouched_ = Clock::now();
   }
 
   // Where writing was what failed, it fails once more.
   void KeepWhatIsComputed() {
-    try {
-      Write();
-    } catch (const Error&) {
+    for (void (Batch::*const step)() : {&Batch::Write, &Batch::Vouch}) {
+      try {
+        (this->*step)();
+      } catch (const Error&) {
+      }
     }
   }
 
@@ -345,13 +432,28 @@ class Batch {
   std::optional<ResultsFile> file_;
   std::optional<PlaneChunks> planes_;
   std::optional<PictureFolder> pictures_;
+  std::optional<PlaceLock> planesLock_, picturesLock_;
+  std::set<std::size_t> damaged_;  // chunks of earlier runs of which files are missing or not whole
+  std::optional<FileState> tableState_;
 
   std::size_t row_ = 0;   // of the table, to be read next
   std::size_t read_ = 0;  // the shard's rows of earlier runs that are passed over
   std::size_t taken_ = 0;
   BatchResult result_;
   std::string pending_;  // whole rows on their way to the file
-  Clock::time_point written_ = Clock::now(), shown_ = written_, begun_ = written_;
+  // Beginnings of the results.
+  struct Beginning {
+    std::uintmax_t bytes = 0;
+    Fnv1a hash;
+    void Add(const std::string& rows) {
+      bytes += rows.size();
+      hash.Add(rows);
+    }
+  };
+  Beginning all_;     // with what is pending
+  Beginning sure_;    // of that, all whose planes are in place
+  Beginning onDisk_;  // of that, what is in the file
+  Clock::time_point written_ = Clock::now(), vouched_ = written_, shown_ = written_, begun_ = written_;
   double before_ = 0.0;  // share of the table that earlier runs had done
   StatusLine line_;
 };

@@ -38,6 +38,7 @@ struct BatchResult {
   std::size_t rows = 0;          // of the results
   std::size_t earlier = 0;       // of them, by earlier runs
   std::size_t errors = 0;        // of them, with an error
+  std::size_t again = 0;         // of them, those whose planes and pictures had to be made again
   std::size_t undersampled = 0;  // rows of this run above maxUndersampled
   DroppedOfMany dropped;         // by this run
 };

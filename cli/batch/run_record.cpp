@@ -19,6 +19,22 @@ namespace fs = std::filesystem;
 
 constexpr const char* kSubject = "orvanel batch";
 
+constexpr std::size_t kAny = std::numeric_limits<std::size_t>::max();
+
+class OlderVersion : public Error {
+ public:
+  using Error::Error;
+};
+
+// A whole number within limits. Throws where it is none.
+std::size_t Count(const Json& json, const char* key, std::size_t least, std::size_t most) {
+  const Json& value = json.at(key);
+  if (!value.is_number_unsigned() || value.get<std::size_t>() < least || value.get<std::size_t>() > most) {
+    throw Error(key);
+  }
+  return value;
+}
+
 std::string Said(const std::string& text) { return text.empty() ? "not given" : Quoted(text); }
 
 std::string Setting(const RunRecord& record, const std::string& name) {
@@ -47,9 +63,17 @@ void WriteRecord(const std::string& results, const RunRecord& record) {
   if (results == kStandardStream) return;
   Json settings = Json::object();
   for (const auto& [name, text] : record.settings) settings[name] = text;
-  Json json = {{"record_of", kSubject},     {"version", record.version},      {"settings", settings},
-               {"columns", record.columns}, {"table_hash", record.tableHash}, {"shard", record.shard.number},
-               {"shards", record.shard.of}, {"chunk_rows", record.chunkRows}, {"complete", record.end.has_value()}};
+  Json json = {{"record_of", kSubject},
+               {"version", record.version},
+               {"settings", settings},
+               {"columns", record.columns},
+               {"table_hash", record.tableHash},
+               {"shard", record.shard.number},
+               {"shards", record.shard.of},
+               {"chunk_rows", record.chunkRows},
+               {"results_bytes", record.resultsBytes},
+               {"results_hash", record.resultsHash},
+               {"complete", record.end.has_value()}};
   for (const auto& [name, value] : record.constants) json["same_in_all_rows"][name] = value;
   if (record.end) {
     json["table_rows"] = record.end->tableRows;
@@ -62,7 +86,7 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
   const std::string name = RecordFileOf(results);
   std::error_code ignored;
   if (!fs::exists(PathOf(name), ignored)) return std::nullopt;
-  constexpr std::size_t kLargest = std::size_t{1} << 20;
+  constexpr std::size_t kLargest = std::size_t{64} << 20;
   const std::string text = ReadBytes(name, kLargest);
   try {
     const Json json = JsonOf(text).value();
@@ -74,13 +98,19 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
     const Json constants = json.value("same_in_all_rows", Json::object());
     for (const auto& [column, value] : constants.items()) record.constants.emplace_back(column, value.get<double>());
     record.tableHash = json.at("table_hash");
-    record.shard.number = json.at("shard");
-    record.shard.of = json.at("shards");
-    record.chunkRows = json.at("chunk_rows");
-    const bool sensible = record.shard.number >= 1 && record.shard.number <= record.shard.of && record.chunkRows >= 1;
-    if (!sensible) throw Error("");
-    if (json.at("complete")) record.end = {json.at("table_rows"), json.at("error_rows")};
+    record.shard.of = Count(json, "shards", 1, kMostShards);
+    record.shard.number = Count(json, "shard", 1, record.shard.of);
+    record.chunkRows = Count(json, "chunk_rows", 1, kMostChunkRows);
+    if (!json.contains("results_hash")) {
+      throw OlderVersion(name + ": is of version " + record.version +
+                         ", whose records cannot tell whether rows were changed; let --force begin anew");
+    }
+    record.resultsBytes = Count(json, "results_bytes", 0, kAny);
+    record.resultsHash = json.at("results_hash");
+    if (json.at("complete")) record.end = {Count(json, "table_rows", 0, kAny), Count(json, "error_rows", 0, kAny)};
     return record;
+  } catch (const OlderVersion&) {
+    throw;
   } catch (const std::exception&) {
     throw Error(name + ": is no record of a batch; move it away, or let --force begin anew");
   }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/batch/shard.h"
+#include "cli/fnv1a.h"
 
 namespace orvanel::cli {
 
@@ -17,9 +18,11 @@ struct RunRecord {
   std::string version;                                        // of the program
   std::vector<std::pair<std::string, std::string>> settings;  // options as given, by name
   std::vector<std::string> columns;                           // that are computed
-  std::string tableHash;                                      // of the bytes of the table of eyes; empty for a pipe
+  std::string tableHash;  // of the bytes of the table of eyes; empty for a pipe that is not read yet
   Shard shard;
   std::size_t chunkRows = 0;
+  std::uintmax_t resultsBytes = 0;           // of the results, so many are this run's beyond doubt
+  std::string resultsHash = Fnv1a().Text();  // of these
   struct End {
     std::size_t tableRows = 0;  // of the table of eyes
     std::size_t errors = 0;     // among the rows of the results
@@ -35,15 +38,15 @@ std::string RecordFileOf(const std::string& results);
 // Comes to its place whole, or not at all; standard output, "-", has no record. Throws Error.
 void WriteRecord(const std::string& results, const RunRecord& record);
 
-// Empty where there is none. Throws Error where there is something else in its place.
+// Empty where there is none. Throws Error where there is something else in its place, or a record of an older version
+// that says too little.
 std::optional<RunRecord> ReadRecord(const std::string& results);
 
-// What is different, in words for the user; empty where nothing is but the end and, if `anyShard`, the shard and the
-// places of files.
+// What is different, in words for the user; empty where nothing is but how far the results are and, if `anyShard`, the
+// shard and the places of files.
 std::string Difference(const RunRecord& before, const RunRecord& now, bool anyShard);
 
-// A hash of all bytes of a file, in hexadecimal digits; empty where it is a pipe, which cannot be read twice. FNV-1a,
-// 64 bits: against mistakes, not against malice.
+// A hash of all bytes of a file, in hexadecimal digits; empty where it is a pipe, which cannot be read twice.
 std::string HashOfFile(const std::string& file);
 
 // Options that name files beside the results; shards may have others.

@@ -10,13 +10,12 @@
 namespace orvanel::cli {
 
 Shard ParseShard(std::string_view text) {
-  constexpr std::size_t kMost = 1000000;
   const std::size_t slash = text.find('/');
   if (slash == std::string_view::npos) {
     throw Error(Quoted(text) + " is no shard; write its number and how many there are, as 2/8");
   }
   Shard shard;
-  shard.of = ParseCount(text.substr(slash + 1), 1, kMost);
+  shard.of = ParseCount(text.substr(slash + 1), 1, kMostShards);
   shard.number = ParseCount(text.substr(0, slash), 1, shard.of);
   return shard;
 }

@@ -27,18 +27,21 @@ bool RowReader::Next(std::string& row) {
   }
 }
 
-WholeRows CountWholeRows(std::istream& stream, const std::string& header, std::size_t most) {
+WholeRows ReadWholeRows(std::istream& stream, const std::string& header, std::uintmax_t bytes,
+                        const std::function<void(std::size_t, const std::string&)>& visit) {
   WholeRows whole;
   RowReader reader(stream);
-  std::string row;
-  if (!reader.Next(row)) return whole;
-  if (row != header) throw Error("its first row is another than this run writes");
-  whole.headerIsWhole = true;
-  whole.bytes = row.size();
-  while (whole.rows < most && reader.Next(row) && row.find('\0') == std::string::npos) {
+  bool isHeader = true;
+  for (std::string row; whole.bytes < bytes && reader.Next(row) && row.size() <= bytes - whole.bytes;) {
+    if (isHeader && row != header) throw Error("its first row is another than this run writes");
     whole.bytes += row.size();
-    ++whole.rows;
-    if (HasError(row)) ++whole.errors;
+    whole.hash.Add(row);
+    if (!isHeader) {
+      visit(whole.rows, row);
+      ++whole.rows;
+      if (HasError(row)) ++whole.errors;
+    }
+    isHeader = false;
   }
   return whole;
 }

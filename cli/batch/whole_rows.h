@@ -1,11 +1,14 @@
-// The whole rows at the beginning of a table that this program writes, whose last row may be torn.
+// Reads the rows of a table that this program has written.
 #ifndef ORVANEL_CLI_BATCH_WHOLE_ROWS_H
 #define ORVANEL_CLI_BATCH_WHOLE_ROWS_H
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <string>
+
+#include "cli/fnv1a.h"
 
 namespace orvanel::cli {
 
@@ -28,15 +31,17 @@ class RowReader {
 inline bool HasError(const std::string& row) { return row.size() < 2 || row[row.size() - 2] != ','; }
 
 struct WholeRows {
-  std::uintmax_t bytes = 0;    // up to the end of the last row counted, header included
-  std::size_t rows = 0;        // without the header
-  std::size_t errors = 0;      // rows with one
-  bool headerIsWhole = false;  // else nothing is counted
+  std::uintmax_t bytes = 0;  // header included
+  Fnv1a hash;                // of these bytes
+  std::size_t rows = 0;      // without the header
+  std::size_t errors = 0;    // rows with one
 };
 
-// At most `most` rows. Bytes of value 0, which a computer that lost its power may leave in a file, end the count.
-// Throws Error where the first row is another than the header.
-WholeRows CountWholeRows(std::istream& stream, const std::string& header, std::size_t most);
+// Reads the first `bytes` bytes, and fewer where that is within a row or beyond the end. Throws Error where the first
+// row is another than the header.
+//   visit  gets each row, counted from 0, but the header
+WholeRows ReadWholeRows(std::istream& stream, const std::string& header, std::uintmax_t bytes,
+                        const std::function<void(std::size_t, const std::string&)>& visit);
 
 }  // namespace orvanel::cli
 

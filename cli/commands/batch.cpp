@@ -117,6 +117,10 @@ void RunCommand(const BatchCommand& command) {
       result.earlier > 0 ? CountUndersampled(request.results, request.maxUndersampled) : result.undersampled;
   const std::string samples = UndersampledText(undersampled, request.maxUndersampled);
   if (undersampled > 0) report += ReportLine("Undersampled", samples);
+  if (result.again > 0) {
+    report += ReportLine("Made again", "planes and pictures of " + std::to_string(result.again) +
+                                           " rows, some of which were missing or cut short");
+  }
   if (command.summary) report += "\n" + StatisticsText(request.results, ResultColumns(request));
   if (toFile) {
     PrintOutput(report, results + " is written");
@@ -189,8 +193,9 @@ void AddRunOptions(CLI::App& batch, BatchCommand& command) {
   AddParsedOption(batch, "--shard", "K/N", "Only the K-th of N parts of the table",
                   [&request](const std::string& text) { request.record.shard = ParseShard(text); })
       ->group(kGroup);
-  AddParsedOption(batch, "--chunk", "N", "Rows of a chunk, which shards take in turn and files of planes hold [64]",
-                  [&request](const std::string& text) { request.record.chunkRows = ParseCount(text, 1, 1000000); })
+  AddParsedOption(
+      batch, "--chunk", "N", "Rows of a chunk, which shards take in turn and files of planes hold [64]",
+      [&request](const std::string& text) { request.record.chunkRows = ParseCount(text, 1, kMostChunkRows); })
       ->group(kGroup);
 }
 

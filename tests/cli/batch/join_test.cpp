@@ -45,6 +45,65 @@ TEST(Join, GivesTheBytesOfASingleRun) {
   }
 }
 
+TEST(Join, NoticesRowsThatWereChanged) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(41));
+  const std::vector<std::string> shards = RunShards(folder, 3);
+  const std::string joined = (folder / "joined.csv").string();
+  const std::string text = Read(shards[1]);
+  const std::size_t digit = text.find_last_of("123456789");
+  std::string changed = text;
+  changed[digit] = changed[digit] == '1' ? '2' : '1';
+  for (const std::string& wrong : {changed, text + "torn", text + "torn,\"\n"}) {
+    Write(shards[1], wrong);
+    EXPECT_NE(Refusal(shards, joined).find("was changed after its run had written it"), std::string::npos);
+  }
+  EXPECT_FALSE(std::filesystem::exists(joined));
+  std::string header = text;
+  header.replace(0, 3, "ID,");
+  Write(shards[1], header);
+  EXPECT_NE(Refusal(shards, joined).find("its first row is not that of the other shards"), std::string::npos);
+  Write(shards[1], text);
+  EXPECT_EQ(Refusal(shards, joined), "accepted");
+}
+
+TEST(Join, RefusesShardsOfTablesOfDifferentLength) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(41));
+  const std::vector<std::string> shards = RunShards(folder, 3);
+  RunRecord record = *ReadRecord(shards[1]);
+  --record.end->tableRows;
+  WriteRecord(shards[1], record);
+  EXPECT_NE(Refusal(shards, (folder / "joined.csv").string()).find("is of another table than"), std::string::npos);
+}
+
+TEST(Join, ReplacesNoneOfItsShards) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(20));
+  const std::vector<std::string> shards = RunShards(folder, 2);
+  const std::string text = Read(shards[1]);
+  for (const std::string& place : {shards[1], (folder / "." / std::filesystem::path(shards[1]).filename()).string()}) {
+    try {
+      JoinShards(shards, place, true);
+      FAIL() << "replaced";
+    } catch (const Error& error) {
+      EXPECT_NE(std::string(error.what()).find("is one of the shards"), std::string::npos);
+    }
+  }
+  EXPECT_EQ(Read(shards[1]), text);
+}
+
+TEST(Join, OfManyShardsThatAreMissingItNamesSome) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(3));
+  const std::vector<std::string> shards = RunShards(folder, 2);
+  RunRecord record = *ReadRecord(shards[1]);
+  record.shard = {1, kMostShards};
+  WriteRecord(shards[1], record);
+  EXPECT_EQ(Refusal({shards[1]}, (folder / "joined.csv").string()),
+            "of 1000000 shards these are missing: 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 and more");
+}
+
 TEST(Join, RefusesWhatDoesNotBelongTogether) {
   const TemporaryFolder folder;
   Write(folder / "eyes.csv", TableOfEyes(41));

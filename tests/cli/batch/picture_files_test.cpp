@@ -31,6 +31,33 @@ TEST(PictureFiles, RowsThatAreNotAtFaultHaveTheirPictures) {
   EXPECT_EQ(names.count("0000006_psf.png"), 0U);
 }
 
+TEST(PictureFiles, ThoseThatAreGoneOrCutShortAreMadeAgain) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(20));
+  BatchRequest request = RequestIn(folder);
+  request.pictures = (folder / "pictures").string();
+  request.pictureKinds = PictureKindsNamed("psf,mtf");
+  request.record.chunkRows = 4;
+  request.record.shard = {2, 2};  // rows 5 to 8, 13 to 16
+  RunBatch(request);
+  const std::string whole = Read(request.results);
+  const std::set<std::string> names = Names(request.pictures);
+  const std::filesystem::path first = folder / "pictures/0000007_psf.png", second = folder / "pictures/0000014_mtf.png";
+  const std::string gone = Read(first), cut = Read(second);
+  request.resume = true;
+  EXPECT_EQ(RunBatch(request).again, 0U);
+  std::filesystem::remove(first);
+  EXPECT_EQ(RunBatch(request).again, 4U);
+  EXPECT_EQ(Read(first), gone);
+  Write(second, cut.substr(0, cut.size() / 2));
+  const BatchResult result = RunBatch(request);
+  EXPECT_EQ(result.again, 4U);
+  EXPECT_EQ(result.rows, 8U);
+  EXPECT_EQ(Read(second), cut);
+  EXPECT_EQ(Read(request.results), whole);
+  EXPECT_EQ(Names(request.pictures), names);
+}
+
 TEST(PictureFiles, TheStarIsThatOfASimulation) {
   const TemporaryFolder folder;
   const Eye eye = ReadEyeFile(ORVANEL_EYES "/standard_observer_6mm.json");

@@ -10,7 +10,15 @@ namespace orvanel::cli {
 namespace {
 
 RunRecord Sample() {
-  return {"1.2.3", {{"--pupil", "4"}, {"--planes", "a.h5"}}, {"strehl_ratio"}, "0123456789abcdef", {2, 3}, 64, {}};
+  return {"1.2.3",
+          {{"--pupil", "4"}, {"--planes", "a.h5"}},
+          {"strehl_ratio"},
+          "0123456789abcdef",
+          {2, 3},
+          64,
+          77,
+          "fedcba9876543210",
+          {}};
 }
 
 TEST(RunRecord, IsReadAsItWasWritten) {
@@ -24,6 +32,8 @@ TEST(RunRecord, IsReadAsItWasWritten) {
   EXPECT_EQ(Difference(*ReadRecord(results), record, false), "");
   EXPECT_FALSE(ReadRecord(results)->end);
   EXPECT_TRUE(ReadRecord(results)->constants.empty());
+  EXPECT_EQ(ReadRecord(results)->resultsBytes, 77U);
+  EXPECT_EQ(ReadRecord(results)->resultsHash, "fedcba9876543210");
   record.constants = {{"cutoff_cpd_optical_scale", 118.8141}, {"a", -0.25}};
   record.end = RunRecord::End{1000, 7};
   WriteRecord(results, record);
@@ -37,6 +47,49 @@ TEST(RunRecord, WhatIsNoneIsRefused) {
   for (const char* text : {"", "{}", "[1]", "{\"record_of\": \"orvanel batch\"}"}) {
     Write(RecordFileOf(results), text);
     EXPECT_THROW(ReadRecord(results), Error) << text;
+  }
+}
+
+TEST(RunRecord, NumbersThatNoRunHasAreRefused) {
+  const TemporaryFolder folder;
+  const std::string results = (folder / "r.csv").string();
+  RunRecord record = Sample();
+  record.end = RunRecord::End{1000, 7};
+  WriteRecord(results, record);
+  const std::string text = Read(RecordFileOf(results));
+  const auto with = [&text](const std::string& key, const std::string& value) {
+    const std::size_t place = text.find("\"" + key + "\": ") + key.size() + 4, end = text.find_first_of(",\n", place);
+    return text.substr(0, place) + value + text.substr(end);
+  };
+  Write(RecordFileOf(results), with("shard", "3"));
+  EXPECT_EQ(ReadRecord(results)->shard, (Shard{3, 3}));
+  const std::pair<const char*, const char*> kWrong[] = {{"shard", "0"},          {"shard", "4"},
+                                                        {"shard", "-1"},         {"shard", "1.5"},
+                                                        {"shard", "\"1\""},      {"shards", "0"},
+                                                        {"shards", "1000001"},   {"shards", "1e18"},
+                                                        {"shards", "-2"},        {"shards", "18446744073709551615"},
+                                                        {"chunk_rows", "0"},     {"chunk_rows", "-8"},
+                                                        {"chunk_rows", "2.5"},   {"chunk_rows", "1000001"},
+                                                        {"results_bytes", "-1"}, {"table_rows", "-1"},
+                                                        {"error_rows", "1.5"},   {"complete", "1"},
+                                                        {"results_hash", "7"}};
+  for (const auto& [key, value] : kWrong) {
+    Write(RecordFileOf(results), with(key, value));
+    EXPECT_THROW(ReadRecord(results), Error) << key << " " << value;
+  }
+}
+
+TEST(RunRecord, ARecordOfAnOlderVersionIsRefusedWithItsReason) {
+  const TemporaryFolder folder;
+  const std::string results = (folder / "r.csv").string();
+  Write(RecordFileOf(results),
+        R"({"record_of": "orvanel batch", "version": "0.1.0", "settings": {}, "columns": ["strehl_ratio"],
+            "table_hash": "00", "shard": 1, "shards": 1, "chunk_rows": 64, "complete": false})");
+  try {
+    ReadRecord(results);
+    FAIL() << "accepted";
+  } catch (const Error& error) {
+    EXPECT_NE(std::string(error.what()).find("is of version 0.1.0, whose records cannot tell"), std::string::npos);
   }
 }
 

@@ -2,10 +2,16 @@
 #include "cli/batch/run.h"
 
 #include <gtest/gtest.h>
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
 
 #include <algorithm>
+#include <csignal>
+#include <thread>
 
 #include "cli/error.h"
+#include "cli/input_file.h"
 #include "tests/cli/batch/tables_of_eyes.h"
 
 namespace orvanel::cli {
@@ -67,6 +73,97 @@ TEST(Run, FromEveryCutOfTheResultsItGoesOnToTheSameBytes) {
     EXPECT_EQ(result.errors, 3U);
   }
 }
+
+TEST(Run, FromEveryMomentItWasKilledItGoesOnToTheSameBytes) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(20));
+  BatchRequest request = RequestIn(folder);
+  RunBatch(request);
+  const std::string whole = Read(request.results), record = Read(RecordFileOf(request.results));
+  request.resume = true;
+  for (const std::size_t rows : {0U, 1U, 7U, 19U, 20U}) {
+    for (const std::size_t more : {0U, 1U, 100U}) {
+      LeaveAsKilled(request.results, EndOfRows(whole, rows), EndOfRows(whole, rows) + more);
+      const BatchResult result = RunBatch(request);
+      EXPECT_EQ(result.earlier, rows);
+      EXPECT_EQ(result.rows, 20U);
+      EXPECT_EQ(result.errors, 3U);
+      EXPECT_EQ(Read(request.results), whole) << rows << " " << more;
+      EXPECT_EQ(Read(RecordFileOf(request.results)), record) << rows << " " << more;
+    }
+  }
+}
+
+TEST(Run, RowsThatWereAddedOrChangedAreNoticed) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(20));
+  BatchRequest request = RequestIn(folder);
+  RunBatch(request);
+  const std::string whole = Read(request.results);
+  request.resume = true;
+  // A row glued on twice: to complete results, and to those of a killed run, of which the rest is computed.
+  const std::string last = whole.substr(EndOfRows(whole, 19));
+  Write(request.results, whole + last);
+  EXPECT_NE(Refusal(request).find("has more rows than its run has written"), std::string::npos);
+  EXPECT_EQ(Read(request.results), whole + last);
+  Write(request.results, whole);
+  LeaveAsKilled(request.results, EndOfRows(whole, 10), EndOfRows(whole, 10));
+  Write(request.results, whole.substr(0, EndOfRows(whole, 10)) + whole.substr(EndOfRows(whole, 9), 30));
+  EXPECT_EQ(RunBatch(request).rows, 20U);
+  EXPECT_EQ(Read(request.results), whole);
+  // Within what the record knows.
+  LeaveAsKilled(request.results, EndOfRows(whole, 10), EndOfRows(whole, 10));
+  std::string changed = Read(request.results);
+  const std::size_t digit = changed.find_last_of("123456789");
+  changed[digit] = changed[digit] == '1' ? '2' : '1';
+  Write(request.results, changed);
+  EXPECT_NE(Refusal(request).find("was changed after its run had written it"), std::string::npos);
+  EXPECT_EQ(Read(request.results), changed);
+}
+
+TEST(Run, MoreRowsThanTheTableHasAreRefused) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(20));
+  BatchRequest request = RequestIn(folder);
+  RunBatch(request);
+  const std::string whole = Read(request.results);
+  const std::string more = whole + whole.substr(EndOfRows(whole, 19));
+  Write(request.results, more);
+  LeaveAsKilled(request.results, more.size(), more.size());  // by somebody who has changed the record too
+  request.resume = true;
+  EXPECT_NE(Refusal(request).find("has more rows than the table of eyes gives"), std::string::npos);
+}
+
+#ifndef _WIN32
+// Runs with a pipe that somebody writes the table into; gives the refusal.
+std::string RefusalOfPipe(BatchRequest request, const TemporaryFolder& folder, const std::string& text) {
+  std::signal(SIGPIPE, SIG_IGN);
+  request.table = (folder / "pipe.csv").string();
+  EXPECT_EQ(mkfifo(request.table.c_str(), 0600), 0);
+  std::thread writer([&] { Write(request.table, text); });
+  const std::string refusal = Refusal(request);
+  { const InputFile unblocks(request.table); }  // should nobody have read
+  writer.join();
+  std::filesystem::remove(request.table);
+  return refusal;
+}
+
+TEST(Run, APipeIsReadLikeAFileButNotTwice) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(20));
+  BatchRequest request = RequestIn(folder);
+  RunBatch(request);
+  const std::string whole = Read(request.results), record = Read(RecordFileOf(request.results));
+  request.resume = true;
+  EXPECT_NE(RefusalOfPipe(request, folder, TableOfEyes(20)).find("the table of eyes is a pipe; give a file"),
+            std::string::npos);
+  request.resume = false;
+  request.force = true;
+  EXPECT_EQ(RefusalOfPipe(request, folder, TableOfEyes(20)), "accepted");
+  EXPECT_EQ(Read(request.results), whole);
+  EXPECT_EQ(Read(RecordFileOf(request.results)), record);
+}
+#endif
 
 TEST(Run, ItGoesOnWithNothingButItsOwnResults) {
   const TemporaryFolder folder;

@@ -16,6 +16,20 @@ TEST(Shard, WhatIsNoneIsRefused) {
   }
 }
 
+TEST(Shard, KnowsTheRowOfTheTable) {
+  for (const std::size_t of : {1U, 2U, 5U}) {
+    std::size_t own[5] = {};
+    for (std::size_t row = 0; row < 60; ++row) {
+      constexpr std::size_t kChunkRows = 3;
+      for (std::size_t number = 1; number <= of; ++number) {
+        const Shard shard{number, of};
+        if (!Owns(shard, row / kChunkRows)) continue;
+        EXPECT_EQ(RowOf(shard, kChunkRows, own[number - 1]++), row);
+      }
+    }
+  }
+}
+
 TEST(Shard, RowsOfAllShardsTogetherAreTheTable) {
   for (const std::size_t rows : {0U, 1U, 4U, 5U, 37U, 100U}) {
     for (const std::size_t of : {1U, 2U, 3U, 7U}) {

@@ -32,6 +32,27 @@ inline BatchRequest RequestIn(const TemporaryFolder& folder) {
   return request;
 }
 
+// The results and record of a complete run, as if it had been killed when it had written `written` bytes and its record
+// told of the first `sure`.
+inline void LeaveAsKilled(const std::string& results, std::size_t sure, std::size_t written) {
+  const std::string text = Read(results);
+  RunRecord record = *ReadRecord(results);
+  Fnv1a hash;
+  hash.Add(text.substr(0, sure));
+  record.end.reset();
+  record.resultsBytes = sure;
+  record.resultsHash = hash.Text();
+  WriteRecord(results, record);
+  Write(results, text.substr(0, written));
+}
+
+// Where the first `rows` rows below the header of a table without line feeds in its fields end.
+inline std::size_t EndOfRows(const std::string& text, std::size_t rows) {
+  std::size_t end = 0;
+  for (std::size_t i = 0; i <= rows; ++i) end = text.find('\n', end) + 1;
+  return end;
+}
+
 }  // namespace orvanel::cli
 
 #endif  // ORVANEL_TESTS_CLI_BATCH_TABLES_OF_EYES_H

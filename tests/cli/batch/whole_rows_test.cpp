@@ -16,7 +16,7 @@ constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
 
 WholeRows Count(const std::string& text, std::size_t most = kAll) {
   std::istringstream stream(text);
-  return CountWholeRows(stream, kHeader, most);
+  return ReadWholeRows(stream, kHeader, most, [](std::size_t, const std::string&) {});
 }
 
 TEST(WholeRows, EveryCutOfATableLeavesTheRowsBeforeIt) {
@@ -25,30 +25,28 @@ TEST(WholeRows, EveryCutOfATableLeavesTheRowsBeforeIt) {
   std::size_t ends[4];
   for (std::size_t i = 0; i < 4; ++i) ends[i] = (text += rows[i]).size();
   for (std::size_t cut = 0; cut <= text.size(); ++cut) {
-    const WholeRows whole = Count(text.substr(0, cut));
     std::size_t expected = 0;
     while (expected < 4 && ends[expected] <= cut) ++expected;
-    EXPECT_EQ(whole.headerIsWhole, expected > 0) << cut;
-    EXPECT_EQ(whole.rows, expected > 0 ? expected - 1 : 0) << cut;
-    EXPECT_EQ(whole.bytes, expected > 0 ? ends[expected - 1] : 0) << cut;
-    EXPECT_EQ(whole.errors, expected == 4 ? 1U : 0U) << cut;
+    Fnv1a hash;
+    hash.Add(text.substr(0, expected > 0 ? ends[expected - 1] : 0));
+    for (const WholeRows& whole : {Count(text.substr(0, cut)), Count(text, cut)}) {
+      EXPECT_EQ(whole.rows, expected > 0 ? expected - 1 : 0) << cut;
+      EXPECT_EQ(whole.bytes, expected > 0 ? ends[expected - 1] : 0) << cut;
+      EXPECT_EQ(whole.errors, expected == 4 ? 1U : 0U) << cut;
+      EXPECT_EQ(whole.hash.Text(), hash.Text()) << cut;
+    }
   }
 }
 
-TEST(WholeRows, NoMoreAreCountedThanAskedFor) {
-  const WholeRows whole = Count(std::string(kHeader) + "a,,no\nb,1,\nc,1,\n", 1);
-  EXPECT_EQ(whole.rows, 1U);
-  EXPECT_EQ(whole.errors, 1U);
+TEST(WholeRows, AreShownOneByOne) {
+  std::istringstream stream(std::string(kHeader) + "a,,no\nb,1,\nc,1,\n");
+  std::string seen;
+  ReadWholeRows(stream, kHeader, kAll,
+                [&seen](std::size_t i, const std::string& row) { seen += std::to_string(i) + ":" + row; });
+  EXPECT_EQ(seen, "0:a,,no\n1:b,1,\n2:c,1,\n");
 }
 
-TEST(WholeRows, BytesOfValueZeroEndThem) {
-  EXPECT_EQ(Count(std::string(kHeader) + "a,1,\n" + std::string(10, '\0') + ",1,\nb,1,\n").rows, 1U);
-}
-
-TEST(WholeRows, AnotherHeaderIsRefused) {
-  std::istringstream stream("id,other,error\n");
-  EXPECT_THROW(CountWholeRows(stream, kHeader, kAll), Error);
-}
+TEST(WholeRows, AnotherHeaderIsRefused) { EXPECT_THROW(Count("id,other,error\n"), Error); }
 
 TEST(WholeRows, RowsLongerThanABlockAreRead) {
   const std::string row = std::string(200000, 'x') + ",1,\n";

@@ -1,0 +1,44 @@
+// Locks of ranges: a run that takes all chunks takes all of it, a shard its share.
+#include "cli/batch/place_lock.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+#include "cli/error.h"
+#include "cli/platform.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr std::uint64_t kAll = std::uint64_t{1} << 62U;
+
+}  // namespace
+
+PlaceLock::PlaceLock(std::filesystem::path file, Shard shard, const std::string& place) : file_(std::move(file)) {
+  const std::uint64_t share = kAll / shard.of;
+  for (;;) {
+    descriptor_ = OpenForLocks(file_);
+    if (descriptor_ == -1) throw Error(file_.string() + ": cannot be written: " + std::strerror(errno));
+    const bool locked = LockRange(descriptor_, share * (shard.number - 1), shard.of == 1 ? kAll : share);
+    // A run that has ended meanwhile may have removed the file, whose lock then keeps out nobody.
+    if (locked && IsFileOf(descriptor_, file_)) return;
+    Close(std::exchange(descriptor_, -1));
+    if (!locked) throw Error(place + ": is being written by another run; wait for it, or give another name");
+  }
+}
+
+PlaceLock::~PlaceLock() {
+  std::error_code ignored;
+  if (kOpenFilesStay) {
+    Close(descriptor_);
+    std::filesystem::remove(file_, ignored);
+    return;
+  }
+  if (LockRange(descriptor_, 0, kAll)) std::filesystem::remove(file_, ignored);
+  Close(descriptor_);
+}
+
+}  // namespace orvanel::cli
