@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 
 // The state of a fresh load is made again for each input, which the library does not offer.
 #include "interface/exports.cpp"
@@ -48,7 +49,8 @@ void SilenceStandardOutput() {
 
 // Leaves nothing behind but what was there the first time.
 void Unload() {
-  orvanel::module = orvanel::ModuleState{};
+  std::destroy_at(&orvanel::module);
+  std::construct_at(&orvanel::module);
   static const std::size_t stays = orvanel::fuzz::GuardedBlocksInUse();
   ORVANEL_REQUIRE(orvanel::fuzz::GuardedBlocksInUse() == stays);
 }
@@ -57,7 +59,7 @@ void StartAnew(int kernels) {
   const auto& runnable = orvanel::RunnableKernels();
   orvanel::UseKernels(*runnable[static_cast<std::size_t>(kernels) % runnable.size()]);
   Unload();
-  ORVANEL_REQUIRE(orvanel::MakeEngine());
+  ORVANEL_REQUIRE(orvanel::HasEngine());
 }
 
 bool IsImage(const GuardedBuffer& plane) {
