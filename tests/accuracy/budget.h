@@ -54,6 +54,14 @@ constexpr std::array<Real, kBands> kBandMtfSampling = {2.2e-3L, 1.8e-3L, 1.8e-3L
 // MTF of whole eyes along the three lines, at pupils up to the 6 mm that they were measured with.
 constexpr Real kEyeMtfSampling = 1.2e-3L;
 
+// The same between the samples, by MtfBetweenSamples along row and column, where the wavefront changes by no more than
+// kSteepestTrustedSlope between neighbouring samples; and where the pupil is flat.
+constexpr Real kEyeMtfBetweenSamples = 1.2e-3L;
+constexpr Real kFlatMtfBetweenSamples = 9.5e-4L;
+
+// The peak between samples, relative, by PeakBetweenSamples.
+constexpr Real kPeakBetweenSamples = 1e-4L;
+
 // And of those continued to 7.5 mm, the worst of two: one of them changes by more than a wave between samples, and its
 // high frequencies are no longer to be trusted.
 constexpr Real kSteepEyeMtfSampling = 1.5e-2L;

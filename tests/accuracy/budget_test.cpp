@@ -39,6 +39,13 @@ TEST(Budget, OfTheFlatPupilsMtf) {
     EXPECT_LE(std::abs(DiffractionError(flat, direction)), kFlatMtfSampling);
 }
 
+TEST(Budget, OfTheFlatPupilsMtfBetweenSamples) {
+  Simulation flat = FlatPupil();
+  const Real error = MtfErrorBetweenSamples(flat, Polynomial(std::vector<Real>(kCoefficients)), kNodes);
+  reference::Record("mtf between samples", std::abs(error), kFlatMtfBetweenSamples);
+  EXPECT_LE(std::abs(error), kFlatMtfBetweenSamples);
+}
+
 TEST(Budget, OfTheDiffractionLimitIsRounding) {
   EXPECT_LE(std::abs(DiffractionCurveError(FlatPupil())), 2 * reference::kScalarError);  // 2/pi has 15 digits
 }
@@ -157,6 +164,20 @@ TEST_P(BudgetOfEye, HoldsForTheMtf) {
   reference::Record("mtf", error, bound);
   EXPECT_LE(error, bound);
   EXPECT_EQ(steep, GetParam().eye == 0 && pupil_ == 7.5);
+}
+
+TEST_P(BudgetOfEye, HoldsForTheMtfBetweenSamples) {
+  if (SteepestSlope(simulation_.engine()) > kSteepestTrustedSlope) return;
+  const Polynomial wavefront(InWaves(coefficients_));
+  const Real error = std::abs(MtfErrorBetweenSamples(simulation_, wavefront, 64));
+  reference::Record("mtf between samples", error, kEyeMtfBetweenSamples);
+  EXPECT_LE(error, kEyeMtfBetweenSamples);
+}
+
+TEST_P(BudgetOfEye, HoldsForThePeakBetweenSamples) {
+  const Real error = PeakErrorBetweenSamples(simulation_);
+  reference::Record("peak between samples", std::abs(error), kPeakBetweenSamples);
+  EXPECT_LE(std::abs(error), kPeakBetweenSamples);
 }
 
 TEST_P(BudgetOfEye, HoldsForRoundingOfTheMtf) {

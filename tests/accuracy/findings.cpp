@@ -6,6 +6,9 @@
 #include <cstddef>
 #include <numbers>
 
+#include "orvanel/line_spread.h"
+#include "orvanel/psf_peak.h"
+
 namespace orvanel::accuracy {
 
 namespace {
@@ -131,6 +134,29 @@ Real MtfError(const Simulation& eye, const Polynomial& wavefront, Real from, Rea
     }
   }
   return worst;
+}
+
+Real MtfErrorBetweenSamples(Simulation& eye, const Polynomial& wavefront, int nodes) {
+  const LineSpreads spreads = LineSpreadsOf(eye.engine().psfPlane.data());
+  Real worst = 0;
+  for (int i = 0; i < kCutOff; i += 3) {
+    for (const Real part : {0.25L, 0.5L, 0.75L}) {
+      const Real sample = static_cast<Real>(i) + part, frequency = sample / kCutOff;
+      const auto error = [&](const LineSpread& spread, Real fx, Real fy) {
+        return MtfBetweenSamples(spread, static_cast<double>(sample)) -
+               std::abs(TransferFunction(wavefront, fx, fy, nodes));
+      };
+      worst = Worse(worst, error(spreads.horizontal, frequency, 0));
+      worst = Worse(worst, error(spreads.vertical, 0, frequency));
+    }
+  }
+  return worst;
+}
+
+Real PeakErrorBetweenSamples(Simulation& eye) {
+  return orvanel::PeakBetweenSamples(eye.engine().psfPlane.data()).value /
+             BandLimitedPsf(eye.engine()).HighestNearCentre() -
+         1;
 }
 
 std::array<Real, kFineBands> MtfErrorsOfMode(Mode mode) {

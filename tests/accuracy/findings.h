@@ -68,7 +68,14 @@ Real QuadratureError(Mode mode, Real rms);
 // every `every`th sample whose frequency is from `from` to below `to`.
 Real MtfError(const Simulation& eye, const Polynomial& wavefront, Real from, Real to, int every, int nodes);
 
-// The same of a mode in each fine band at every sample, the worst of kMtfRms; and the worst of each quarter.
+// The same of the library's MTF between its samples, along row and column, at every quarter of every third sample.
+Real MtfErrorBetweenSamples(Simulation& eye, const Polynomial& wavefront, int nodes);
+
+// The library's peak between samples over that of the band-limited PSF around its brightest sample, less 1; the larger
+// where another lobe is higher.
+Real PeakErrorBetweenSamples(Simulation& eye);
+
+// MtfError of a mode in each fine band at every sample, the worst of kMtfRms; and the worst of each quarter.
 std::array<Real, kFineBands> MtfErrorsOfMode(Mode mode);
 std::array<Real, kBands> Quarters(const std::array<Real, kFineBands>& fine);
 
