@@ -36,7 +36,7 @@ class Cursor {
     return before;
   }
   friend bool operator==(const Cursor& a, const Cursor& b) { return a.at_ == b.at_; }
-  friend bool operator!=(const Cursor& a, const Cursor& b) { return a.at_ != b.at_; }
+  friend bool operator!=(const Cursor& a, const Cursor& b) { return !(a == b); }
 
  private:
   const char* at_;

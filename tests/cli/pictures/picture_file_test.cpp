@@ -221,9 +221,9 @@ TEST(PictureFile, RefusesTiledTiffOfSixteenBits) {
   TiffMemory file;
   {
     const TiffHandle tiff = OpenTiff(file, "w");
-    for (const std::uint32_t tag :
+    for (const int tag :
          {TIFFTAG_IMAGEWIDTH, TIFFTAG_IMAGELENGTH, TIFFTAG_TILEWIDTH, TIFFTAG_TILELENGTH, TIFFTAG_BITSPERSAMPLE}) {
-      ASSERT_EQ(TIFFSetField(tiff.get(), tag, 16), 1);
+      ASSERT_EQ(TIFFSetField(tiff.get(), static_cast<std::uint32_t>(tag), 16), 1);
     }
     TIFFSetField(tiff.get(), TIFFTAG_SAMPLESPERPIXEL, 1);
     TIFFSetField(tiff.get(), TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
