@@ -23,7 +23,8 @@ struct AtTheEnd {
   AtTheEnd(const AtTheEnd<Other>& other) : block(other.block), end(other.end) {}
 
   T* allocate(std::size_t) noexcept {
-    static_assert(sizeof(T) <= kBytes && alignof(T) <= kCacheLine);
+    static_assert(sizeof(T) <= kBytes);
+    static_assert(alignof(T) <= kCacheLine);
     return reinterpret_cast<T*>(static_cast<std::byte*>(block) + end);
   }
   void deallocate(T*, std::size_t) noexcept { GiveBack(block); }

@@ -70,6 +70,7 @@ void ForEachRow(const double* wavefront, int n, int pupilSamples, Action action)
     while (first <= last && !(samples[last] <= kLargestInside)) --last;
   };
   Row row{};
+  row.below = wavefront;  // of the last row, nothing of it is in the pupil
   if (begin <= end) findPupil(wavefront + SampleIndex(begin, 0, n), row.firstBelow, row.lastBelow);
   for (int r = begin; r <= end; ++r) {
     row.samples = wavefront + SampleIndex(r, 0, n);

@@ -43,7 +43,7 @@ KernelList AskTheCpu() {
 
 struct Choice {
   explicit Choice(const char* name) : kernels(FindKernels(name)) {
-    if (kernels == nullptr) refusal = NoSuchKernels(name);
+    if (name != nullptr && kernels == nullptr) refusal = NoSuchKernels(name);
   }
 
   std::atomic<const Kernels*> kernels;
