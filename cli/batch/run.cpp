@@ -9,6 +9,7 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/batch/eye_source.h"
 #include "cli/batch/in_order.h"
 #include "cli/batch/place_lock.h"
 #include "cli/batch/rate.h"
@@ -32,9 +33,9 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-// A row of the table on its way: first the eye, or what is wrong with it, then its results.
+// An eye of the table or of an eye file on its way: first the eye, or what is wrong with it, then its results.
 struct BatchRow {
-  std::size_t row = 0;  // of the table, from 0
+  std::size_t row = 0;  // of the table or the list of files, from 0
   TableEye eye;
   std::string error;
   std::string undersampled;  // what is wrong with the samples, which is no error
@@ -113,24 +114,29 @@ class Batch {
   explicit Batch(const BatchRequest& request)
       : request_(request),
         record_(request.record),
-        stream_(request.table),
-        table_(stream_, InputName(request.table), request.kind, request.stated, request.tableOptions) {
+        source_(request.eyeFiles.empty() ? EyeSource(request.table, request.kind, request.stated, request.tableOptions)
+                                         : EyeSource(request.eyeFiles, request.stated)) {
     record_.columns = ResultColumns(request);
-    tableState_ = StateOf(PathOf(request.table));
-    record_.tableHash = HashOfFile(request.table);
+    record_.eyeFiles = source_.files();
+    if (request.eyeFiles.empty()) {
+      tableState_ = StateOf(PathOf(request.table));
+      record_.tableHash = HashOfFile(request.table);
+    }
     header_ = Header();
     std::error_code ignored;
     if (fs::equivalent(PathOf(request.table), PathOf(request.results), ignored)) {
       throw Error(request.results + ": is the table of eyes itself; give another name");
     }
-    std::error_code failure;
-    const std::uintmax_t size = fs::file_size(PathOf(request.table), failure);
-    if (!failure && !record_.tableHash.empty() && size > 0) tableSize_ = static_cast<double>(size);
+    for (const std::string& file : request.eyeFiles) {
+      if (fs::equivalent(PathOf(file), PathOf(request.results), ignored)) {
+        throw Error(request.results + ": is one of the eye files; give another name");
+      }
+    }
   }
 
   BatchResult Run(const std::function<void(const std::string& columns)>& tell) {
     Begin();
-    if (tell) tell(table_.Summary());
+    if (tell) tell(source_.Summary());
     Plane star;
     if (pictures_) star = SectorStar();
     std::vector<std::function<Rows(Rows&)>> workers;
@@ -143,8 +149,8 @@ class Batch {
       InOrder<Rows, Rows>(std::move(workers), kMostOnTheirWay * request_.jobs)
           .Run([this](Rows& rows) { return Read(rows); }, [this](Rows& rows) { Take(rows); });
       RequireSameTable();
-      if (record_.tableHash.empty()) record_.tableHash = stream_.hash();  // a pipe
-      if (record_.tableHash != stream_.hash()) RefuseChangedTable();
+      if (record_.tableHash.empty()) record_.tableHash = source_.tableHash();  // a pipe
+      if (record_.tableHash != source_.tableHash()) RefuseChangedTable();
       if (read_ < result_.earlier) {
         throw Error(request_.results + ": has more rows than the table of eyes gives; --force begins anew");
       }
@@ -153,10 +159,9 @@ class Batch {
       Write();
     } catch (const Interrupted&) {
       KeepWhatIsComputed();
-      throw Error("interrupted; all rows are whole" +
-                  std::string(record_.tableHash.empty() || request_.results == kStandardStream
-                                  ? ""
-                                  : ", and --resume goes on from there"));
+      throw Error("interrupted; all rows are whole" + std::string(IsPipe() || request_.results == kStandardStream
+                                                                      ? ""
+                                                                      : ", and --resume goes on from there"));
     } catch (...) {
       KeepWhatIsComputed();
       throw;
@@ -170,7 +175,7 @@ class Batch {
  private:
   std::string Header() const {
     std::string header;
-    for (const std::string& name : table_.identifierNames()) {
+    for (const std::string& name : source_.identifierNames()) {
       const auto& columns = record_.columns;
       if (name == kErrorColumn || std::find(columns.begin(), columns.end(), name) != columns.end()) {
         throw Error(InputName(request_.table) + ": the column " + Quoted(name) +
@@ -239,7 +244,7 @@ class Batch {
     if (!before) {
       throw Error(refusal + RecordFileOf(request_.results) + " is missing, which tells what its rows are");
     }
-    if (record_.tableHash.empty()) throw Error(refusal + "the table of eyes is a pipe; give a file");
+    if (IsPipe()) throw Error(refusal + "the table of eyes is a pipe; give a file");
     const std::string difference = Difference(*before, record_, false);
     if (!difference.empty()) throw Error(refusal + difference + "; give another name, or let --force begin anew");
     const std::uintmax_t sure = before->resultsBytes;
@@ -288,6 +293,8 @@ class Batch {
 
   // ---- The table, which nobody must change meanwhile
 
+  bool IsPipe() const { return request_.eyeFiles.empty() && record_.tableHash.empty(); }
+
   void RequireSameTable() {
     if (record_.tableHash.empty()) return;
     const std::optional<FileState> state = StateOf(PathOf(request_.table));
@@ -328,9 +335,11 @@ class Batch {
     row.row = row_;
     row.again = read_ < result_.earlier;
     try {
-      if (!table_.Next(row.eye)) return false;
+      if (!source_.Next(row.eye)) return false;
     } catch (const ErrorAt& error) {
       row.error = ErrorText(error);
+    } catch (const UnreadableEye& error) {
+      row.error = error.what();
     }
     ++row_;
     if (row.again) ++read_;
@@ -339,7 +348,7 @@ class Batch {
 
   bool Skip() {
     try {
-      return table_.Skip();
+      return source_.Skip();
     } catch (const ErrorAt&) {
       return true;
     }
@@ -347,15 +356,19 @@ class Batch {
 
   // ---- Writing
 
+  std::string OriginOf(const BatchRow& row) const {
+    return request_.eyeFiles.empty() ? InputName(request_.table) : request_.eyeFiles[row.row];
+  }
+
   void Take(const Rows& rows) {
     for (const BatchRow& row : rows) {
       const bool endsChunk = row.row % record_.chunkRows == record_.chunkRows - 1;
       if (!row.error.empty() && !row.again) {
-        if (request_.strict) throw Error(InputName(request_.table) + ": " + row.error + "; --strict stops here");
+        if (request_.strict) throw Error(OriginOf(row) + ": " + row.error + "; --strict stops here");
         ++result_.errors;
       }
       if (!row.undersampled.empty() && !row.again) {
-        if (request_.strict) throw Error(InputName(request_.table) + ": " + row.undersampled + "; --strict stops here");
+        if (request_.strict) throw Error(OriginOf(row) + ": " + row.undersampled + "; --strict stops here");
         ++result_.undersampled;
       }
       if (planes_) {
@@ -393,6 +406,7 @@ class Batch {
   // Has the record tell how far the results are. They come to the disk first.
   void Vouch() {
     file_->Synchronise();
+    record_.eyeFiles = source_.files();
     record_.resultsBytes = onDisk_.bytes;
     record_.resultsHash = onDisk_.hash.Text();
     WriteRecord(request_.results, record_);
@@ -413,8 +427,7 @@ class Batch {
     constexpr std::chrono::milliseconds kSeldom(200);
     if (!line_.isShown() || Clock::now() - shown_ < kSeldom) return;
     shown_ = Clock::now();
-    std::optional<double> share;
-    if (tableSize_) share = static_cast<double>(stream_.bytesRead()) / *tableSize_;
+    const std::optional<double> share = source_.Share();
     if (taken_ == 0) {  // still passing over what is done
       begun_ = shown_;
       before_ = share.value_or(0.0);
@@ -424,10 +437,8 @@ class Batch {
 
   const BatchRequest& request_;
   RunRecord record_;
-  InputFile stream_;
-  EyeTable table_;
+  EyeSource source_;
   std::string header_;
-  std::optional<double> tableSize_;  // bytes
 
   std::optional<ResultsFile> file_;
   std::optional<PlaneChunks> planes_;

@@ -1,4 +1,4 @@
-// A run of a batch: from a table of eyes to a table of results.
+// A run of a batch: from a table of eyes, or from eye files, to a table of results.
 #ifndef ORVANEL_CLI_BATCH_RUN_H
 #define ORVANEL_CLI_BATCH_RUN_H
 
@@ -20,6 +20,7 @@ namespace orvanel::cli {
 
 struct BatchRequest {
   std::string table, results;
+  std::vector<std::string> eyeFiles;  // where there are any, they take the place of the table
   TableKind kind = TableKind::kCsv;
   Statement stated;
   TableOptions tableOptions;
@@ -47,8 +48,9 @@ struct BatchResult {
 std::vector<std::string> ResultColumns(const BatchRequest& request);
 
 // Every row of the table that is the shard's becomes one row of the results, in the same order: the user's own columns,
-// the chosen ones, and the error, empty where there is none. Throws Error; what is in the results then are whole rows.
-//   tell  is called before the first row is read, with what the columns of the table are read as
+// the chosen ones, and the error, empty where there is none. So does every eye file, with its name in the column
+// "file". Throws Error; what is in the results then are whole rows.
+//   tell  is called before the first row is read, with what the columns of the table are read as; empty for eye files
 BatchResult RunBatch(const BatchRequest& request, const std::function<void(const std::string& columns)>& tell = {});
 
 constexpr const char* kErrorColumn = "error";

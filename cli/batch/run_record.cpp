@@ -55,6 +55,15 @@ std::string DifferenceOfSettings(const RunRecord& before, const RunRecord& now, 
   return "";
 }
 
+std::string DifferenceOfFiles(const std::vector<EyeFile>& before, const std::vector<EyeFile>& now) {
+  const auto sameName = [](const EyeFile& a, const EyeFile& b) { return a.name == b.name; };
+  if (!std::equal(before.begin(), before.end(), now.begin(), now.end(), sameName)) {
+    return "the list of eye files is another";
+  }
+  const auto changed = std::mismatch(before.begin(), before.end(), now.begin()).second;
+  return changed == now.end() ? "" : "the eye file " + changed->name + " was changed";
+}
+
 }  // namespace
 
 std::string RecordFileOf(const std::string& results) { return results + ".orvanel"; }
@@ -75,6 +84,7 @@ void WriteRecord(const std::string& results, const RunRecord& record) {
                {"results_hash", record.resultsHash},
                {"complete", record.end.has_value()}};
   for (const auto& [name, value] : record.constants) json["same_in_all_rows"][name] = value;
+  for (const EyeFile& file : record.eyeFiles) json["eye_files"].push_back({{"file", file.name}, {"hash", file.hash}});
   if (record.end) {
     json["table_rows"] = record.end->tableRows;
     json["error_rows"] = record.end->errors;
@@ -98,6 +108,9 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
     const Json constants = json.value("same_in_all_rows", Json::object());
     for (const auto& [column, value] : constants.items()) record.constants.emplace_back(column, value.get<double>());
     record.tableHash = json.at("table_hash");
+    for (const Json& file : json.value("eye_files", Json::array())) {
+      record.eyeFiles.push_back({file.at("file"), file.at("hash")});
+    }
     record.shard.of = Count(json, "shards", 1, kMostShards);
     record.shard.number = Count(json, "shard", 1, record.shard.of);
     record.chunkRows = Count(json, "chunk_rows", 1, kMostChunkRows);
@@ -119,6 +132,8 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
 std::string Difference(const RunRecord& before, const RunRecord& now, bool anyShard) {
   if (before.version != now.version) return "it was version " + before.version + " and is " + now.version;
   if (before.tableHash != now.tableHash) return "the table of eyes is another, or was changed";
+  std::string difference = DifferenceOfFiles(before.eyeFiles, now.eyeFiles);
+  if (!difference.empty()) return difference;
   if (before.chunkRows != now.chunkRows) {
     return "--chunk was " + std::to_string(before.chunkRows) + " and is " + std::to_string(now.chunkRows);
   }
@@ -126,7 +141,7 @@ std::string Difference(const RunRecord& before, const RunRecord& now, bool anySh
     const auto text = [](Shard shard) { return std::to_string(shard.number) + "/" + std::to_string(shard.of); };
     return "--shard was " + text(before.shard) + " and is " + text(now.shard);
   }
-  std::string difference = DifferenceOfSettings(before, now, anyShard);
+  difference = DifferenceOfSettings(before, now, anyShard);
   if (!difference.empty()) return difference;
   return before.columns == now.columns ? "" : "the columns of the results are others";
 }

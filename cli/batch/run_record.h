@@ -13,12 +13,19 @@
 
 namespace orvanel::cli {
 
+// One of the eye files that take the place of a table.
+struct EyeFile {
+  std::string name;  // as given
+  std::string hash;  // of its bytes; empty where it cannot be read
+  friend bool operator==(const EyeFile&, const EyeFile&) = default;
+};
+
 // What decides on the bytes of the results, and how far they are.
 struct RunRecord {
   std::string version;                                        // of the program
   std::vector<std::pair<std::string, std::string>> settings;  // options as given, by name
   std::vector<std::string> columns;                           // that are computed
-  std::string tableHash;  // of the bytes of the table of eyes; empty for a pipe that is not read yet
+  std::string tableHash;  // of the bytes of the table of eyes; empty for eye files, and a pipe that is not read yet
   Shard shard;
   std::size_t chunkRows = 0;
   std::uintmax_t resultsBytes = 0;           // of the results, so many are this run's beyond doubt
@@ -30,6 +37,7 @@ struct RunRecord {
   };
   std::optional<End> end;                                   // where the results are complete
   std::vector<std::pair<std::string, double>> constants{};  // columns left out, since they are the same in all rows
+  std::vector<EyeFile> eyeFiles{};                          // in their order, where there is no table of eyes
 };
 
 // "results.csv.orvanel".

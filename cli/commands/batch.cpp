@@ -25,15 +25,20 @@ constexpr const char* kBatchExamples =
     "  orvanel batch eyes.csv -o strehl.csv --metrics strehl,rms --pupil 4 --summary\n"
     "  orvanel batch eyes.csv -o at_15_cpd.csv --mtf-at 15 --acuity 0.5,1\n"
     "  orvanel batch eyes.csv -o with_planes.csv --planes planes.h5 --pictures pictures\n"
-    "  orvanel batch eyes.csv -o shard_1.csv --shard 1/2";
+    "  orvanel batch eyes.csv -o shard_1.csv --shard 1/2\n"
+    "  orvanel batch my_eye.json assets/eyes/*.json -o files.csv";
 
 constexpr const char* kBatchNotes =
-    "TABLE has an eye a row (.csv, .ndjson), with columns Z4, Z(2,0) or c[2,-2], and others that say how they are "
+    "A table has an eye a row (.csv, .ndjson), with columns Z4, Z(2,0) or c[2,-2], and others that say how they are "
     "meant;\n"
     "all further columns are carried through. Each row becomes one row of results, in the same order. A row that is "
     "at\n"
     "fault has its line and the reason in the last column, 'error'; the exit status then is 3. The column\n"
     "'implausible' counts what is unlike a human eye: a pupil outside 0.5 to 12 mm, a refraction beyond 30 D.\n"
+    "\n"
+    "Instead of a table there can be eye files (.json): each becomes one row, in the order of the command line, with "
+    "its\n"
+    "name in the column 'file'. One that cannot be read or is not valid is a row at fault.\n"
     "\n"
     "A run that was stopped, in whatever way, goes on with --resume to the same bytes. What it was is remembered in\n"
     "RESULTS.orvanel. Shards take turns in chunks of rows; 'orvanel merge' joins them.\n";
@@ -41,6 +46,7 @@ constexpr const char* kBatchNotes =
 constexpr std::size_t kMostJobs = 1024;
 
 struct BatchCommand {
+  std::vector<std::string> eyes;  // a table, or eye files
   BatchRequest request;
   std::optional<FileKind> kind;
   std::string metrics, frequencies, acuities, planesOf = "psf,mtf", picturesOf = "psf,star";
@@ -77,7 +83,7 @@ std::vector<double> PositiveNumbers(const std::string& list) {
 
 // Options that do not decide on the bytes of the results.
 bool IsOfNoImportance(const std::string& name) {
-  constexpr const char* kNames[] = {"--help",  "TABLE",     "--output", "--jobs",  "--strict",          "--resume",
+  constexpr const char* kNames[] = {"--help",  "EYES",      "--output", "--jobs",  "--strict",          "--resume",
                                     "--force", "--summary", "--shard",  "--chunk", "--max-undersampled"};
   return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
 }
@@ -98,8 +104,9 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const CLI::App& app)
 
 void RunCommand(const BatchCommand& command) {
   const BatchRequest& request = command.request;
-  const BatchResult result =
-      RunBatch(request, [&request](const std::string& columns) { PrintColumns(InputName(request.table), columns); });
+  const BatchResult result = RunBatch(request, [&request](const std::string& columns) {
+    if (!columns.empty()) PrintColumns(InputName(request.table), columns);
+  });
   const bool toFile = request.results != kStandardStream;
   const std::string results = toFile ? request.results : "standard output";
   std::string report = ReportLine(
@@ -129,9 +136,9 @@ void RunCommand(const BatchCommand& command) {
     if (undersampled > 0) PrintWarning("undersampled: " + samples);
   }
   if (result.errors > 0) {
-    throw FaultyRows(InputName(request.table) + ": " + std::to_string(result.errors) + " of " +
-                     std::to_string(result.rows) + " rows are at fault; the column '" + kErrorColumn + "' of " +
-                     results + " says why");
+    throw FaultyRows((request.eyeFiles.empty() ? InputName(request.table) : "eye files") + ": " +
+                     std::to_string(result.errors) + " of " + std::to_string(result.rows) +
+                     " rows are at fault; the column '" + kErrorColumn + "' of " + results + " says why");
   }
 }
 
@@ -199,13 +206,34 @@ void AddRunOptions(CLI::App& batch, BatchCommand& command) {
       ->group(kGroup);
 }
 
+// One table, or eye files alone.
+void ChooseEyes(BatchCommand& command) {
+  BatchRequest& request = command.request;
+  const std::vector<std::string>& eyes = command.eyes;
+  const auto isTable = [&command](const std::string& file) { return KindOf(file, command.kind) != FileKind::kEyeFile; };
+  const auto table = std::find_if(eyes.begin(), eyes.end(), isTable);
+  if (table == eyes.end()) {
+    if (request.tableOptions.prescription || request.tableOptions.decimalComma) {
+      throw CLI::ValidationError(
+          "EYES", eyes.front() + " is an eye file, no table; leave --prescription-columns and --decimal-comma away");
+    }
+    request.eyeFiles = eyes;
+    return;
+  }
+  if (eyes.size() > 1) {
+    const auto eyeFile = std::find_if_not(eyes.begin(), eyes.end(), isTable);
+    throw CLI::ValidationError("EYES", InputName(*table) +
+                                           (eyeFile == eyes.end() ? " is not the only table"
+                                                                  : " is a table, and " + *eyeFile + " an eye file") +
+                                           "; give one table, or eye files alone");
+  }
+  request.table = *table;
+  request.kind = TableKindOf(KindOf(*table, command.kind));
+}
+
 void Complete(BatchCommand& command, const CLI::App& batch) {
   BatchRequest& request = command.request;
-  const FileKind kind = KindOf(request.table, command.kind);
-  if (kind == FileKind::kEyeFile) {
-    throw CLI::ValidationError("TABLE", "is no table; its name ends in .csv, .tsv, .txt, .ndjson or .jsonl");
-  }
-  request.kind = TableKindOf(kind);
+  ChooseEyes(command);
   if (request.resume && (request.table == kStandardStream || request.results == kStandardStream)) {
     throw CLI::ValidationError("--resume", "needs files; standard input and output cannot be gone on with");
   }
@@ -238,8 +266,10 @@ Run DefineBatch(CLI::App& app) {
   request.jobs = UsualJobs();
   constexpr std::size_t kUsualChunk = 64;
   request.record.chunkRows = kUsualChunk;
-  CLI::App& batch = *app.add_subcommand("batch", "Compute the numbers of every eye of a table.");
-  batch.add_option("TABLE", request.table, "The table of eyes; - is standard input")->required()->type_name("FILE");
+  CLI::App& batch = *app.add_subcommand("batch", "Compute the numbers of every eye of a table, or of many eye files.");
+  batch.add_option("EYES", command->eyes, "A table of eyes, - is standard input; or eye files, any number of them")
+      ->required()
+      ->type_name("FILE");
   batch.add_option("-o,--output", request.results, "The table of results, .csv; - is standard output")
       ->required()
       ->type_name("FILE");

@@ -50,15 +50,13 @@ std::string Joined(const Path& path) {
 // The key in the words of a message: "key 'convention.unit'".
 std::string Key(const Path& path) { return "key " + Quoted(Joined(path)); }
 
-std::string ReadText(const std::string& file) {
-  std::string text = ReadBytes(file, kLargestFile);
+void CheckText(const std::string& file, std::string& text) {
   if (text.size() > kLargestFile) throw Error(file + ": is larger than 1 MiB; an eye file holds one eye");
   try {
     DropByteOrderMark(text);
   } catch (const Error& error) {
     throw ErrorAt(file, {1, 1}, error.what());
   }
-  return text;
 }
 
 Json Parse(const Source& source) {
@@ -250,8 +248,14 @@ const Json& CoefficientsOf(const Source& source, const Json& object) {
 
 }  // namespace
 
+std::string ReadEyeBytes(const std::string& file) { return ReadBytes(file, kLargestFile); }
+
 Eye ReadEyeFile(const std::string& file, const Statement& stated) {
-  const std::string text = ReadText(file);
+  return EyeOfBytes(file, ReadEyeBytes(file), stated);
+}
+
+Eye EyeOfBytes(const std::string& file, std::string text, const Statement& stated) {
+  CheckText(file, text);
   const Source source{file, text};
   const Json object = Parse(source);
   if (!object.is_object()) {

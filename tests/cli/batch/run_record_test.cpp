@@ -36,8 +36,10 @@ TEST(RunRecord, IsReadAsItWasWritten) {
   EXPECT_EQ(ReadRecord(results)->resultsHash, "fedcba9876543210");
   record.constants = {{"cutoff_cpd_optical_scale", 118.8141}, {"a", -0.25}};
   record.end = RunRecord::End{1000, 7};
+  record.eyeFiles = {{"b.json", "0123"}, {"a, \"b\".json", ""}};
   WriteRecord(results, record);
   EXPECT_EQ(ReadRecord(results)->end, record.end);
+  EXPECT_EQ(ReadRecord(results)->eyeFiles, record.eyeFiles);
   EXPECT_EQ(ReadRecord(results)->constants, record.constants);
 }
 
@@ -113,6 +115,22 @@ TEST(RunRecord, TellsWhatIsDifferent) {
   EXPECT_EQ(changed([](RunRecord& r) { r.settings[1].second = "b.h5"; }, true), "");
   EXPECT_EQ(changed([](RunRecord& r) { r.settings[1].second = "b.h5"; }, false), "--planes was 'a.h5' and is 'b.h5'");
   EXPECT_EQ(changed([](RunRecord& r) { r.columns.emplace_back("x"); }, false), "the columns of the results are others");
+}
+
+TEST(RunRecord, TellsWhichEyeFileIsDifferent) {
+  const auto changed = [](const std::vector<EyeFile>& files) {
+    RunRecord before = Sample(), now = Sample();
+    before.eyeFiles = {{"a.json", "1"}, {"b.json", "2"}};
+    now.eyeFiles = files;
+    return Difference(before, now, true);
+  };
+  EXPECT_EQ(changed({{"a.json", "1"}, {"b.json", "2"}}), "");
+  EXPECT_EQ(changed({{"a.json", "1"}, {"b.json", "3"}}), "the eye file b.json was changed");
+  EXPECT_EQ(changed({{"a.json", ""}, {"b.json", "2"}}), "the eye file a.json was changed");
+  EXPECT_EQ(changed({{"b.json", "2"}, {"a.json", "1"}}), "the list of eye files is another");
+  EXPECT_EQ(changed({{"a.json", "1"}}), "the list of eye files is another");
+  EXPECT_EQ(changed({}), "the list of eye files is another");
+  EXPECT_EQ(changed({{"a.json", "1"}, {"b.json", "2"}, {"c.json", "3"}}), "the list of eye files is another");
 }
 
 TEST(RunRecord, AHashKnowsEveryByte) {

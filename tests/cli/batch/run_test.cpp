@@ -74,6 +74,71 @@ TEST(Run, FromEveryCutOfTheResultsItGoesOnToTheSameBytes) {
   }
 }
 
+// Eye files in place of the table, of which every fifth is missing.
+BatchRequest RequestOfFiles(const TemporaryFolder& folder, int files) {
+  BatchRequest request = RequestIn(folder);
+  request.table.clear();
+  for (int i = 0; i < files; ++i) {
+    const std::filesystem::path file = folder / (std::to_string(i) + ".json");
+    request.eyeFiles.push_back(file.string());
+    if (i % 5 == 3) continue;
+    Write(file, "{\"pupil_diameter_mm\": 5, \"convention\": {\"name\": \"osa\"}, \"coefficients\": [0, 0, 0, 0, " +
+                    ShortestText(0.25 + 0.01 * i) + "]}");
+  }
+  return request;
+}
+
+TEST(Run, EachEyeFileBecomesARowAndFromEveryCutItGoesOnToTheSameBytes) {
+  const TemporaryFolder folder;
+  BatchRequest request = RequestOfFiles(folder, 20);
+  request.choice.metrics = MetricsNamed("rms");
+  request.jobs = 3;
+  EXPECT_EQ(RunBatch(request).errors, 4U);
+  const std::string whole = Read(request.results), record = Read(RecordFileOf(request.results));
+  std::string expected = "file,rms_um_orders_2_and_above,rms_um_orders_3_and_above,implausible,error\n";
+  for (int i = 0; i < 20; ++i) {
+    expected +=
+        request.eyeFiles[static_cast<std::size_t>(i)] + (i % 5 == 3 ? ",,,,cannot be read: No such file or directory\n"
+                                                                    : "," + ShortestText(0.25 + 0.01 * i) + ",0,0,\n");
+  }
+  EXPECT_EQ(whole, expected);
+  request.resume = true;
+  for (std::size_t rows = 0; rows <= 20; ++rows) {
+    LeaveAsKilled(request.results, EndOfRows(whole, rows), whole.size());
+    const BatchResult result = RunBatch(request);
+    EXPECT_EQ(result.earlier, rows);
+    EXPECT_EQ(result.errors, 4U);
+    EXPECT_EQ(Read(request.results), whole) << rows;
+    EXPECT_EQ(Read(RecordFileOf(request.results)), record) << rows;
+  }
+}
+
+TEST(Run, AnEyeFileThatVanishesMeanwhileIsARowAtFaultAndItsReturnIsNoticed) {
+  const TemporaryFolder folder;
+  BatchRequest request = RequestOfFiles(folder, 3);
+  const std::filesystem::path file = request.eyeFiles[1];
+  const std::string bytes = Read(file);
+  const BatchResult result = RunBatch(request, [&file](const std::string&) { std::filesystem::remove(file); });
+  EXPECT_EQ(result.rows, 3U);
+  EXPECT_EQ(result.errors, 1U);
+  request.resume = true;
+  EXPECT_EQ(RunBatch(request).earlier, 3U);
+  Write(file, bytes);
+  EXPECT_NE(Refusal(request).find("the eye file " + file.string() + " was changed"), std::string::npos);
+}
+
+TEST(Run, AnEyeFileThatChangesMeanwhileStopsIt) {
+  const TemporaryFolder folder;
+  const BatchRequest request = RequestOfFiles(folder, 3);
+  const std::string file = request.eyeFiles[1];
+  try {
+    RunBatch(request, [&file](const std::string&) { Write(file, Read(file) + "\n"); });
+    FAIL() << "not noticed";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.what(), file + ": was changed after the batch had begun; let --force begin anew");
+  }
+}
+
 TEST(Run, FromEveryMomentItWasKilledItGoesOnToTheSameBytes) {
   const TemporaryFolder folder;
   Write(folder / "eyes.csv", TableOfEyes(20));
