@@ -50,7 +50,7 @@ if [ $# -gt 0 ]; then
 fi
 
 # Files that the assembler embeds, but our own.
-sources=$(grep -oE '[^ ]+\.S\.o( |$)' <<<"$commands" | sort -u || true)
+sources=$(grep -oE '[^ ]+\.S\.(o|obj)( |$)' <<<"$commands" | sort -u || true)
 [ -n "$sources" ] || complain "nothing is embedded"
 embedded=$(find "$build" -name '*.S' -path '*/orvanel_*' -exec grep -hoE 'incbin "[^"]*"' {} + | cut -d'"' -f 2 | sort -u)
 while IFS= read -r file; do
@@ -64,8 +64,9 @@ while IFS= read -r file; do
 done <<<"$(names file)"
 
 # Headers that were read, by the packages that have them; those of the compilers and of dynamic libraries are no part.
+# Built for another system, headers are read by way of links in the folder headers/ of the build.
 headers=$(ninja -C "$build" -t deps | awk '/^[^ ]/ {ours = /^(cli|interface|optics|matrix)\//} ours && /^ / {print $1}' |
-  grep '^/usr/include/' | grep -vE '^/usr/include/(c\+\+|x86_64-linux-gnu/(c\+\+|bits|sys|gnu|asm)|bits|sys|asm|linux|asm-generic)/' |
+  sed 's|^headers/|/usr/include/|' | grep '^/usr/include/' | grep -vE '^/usr/include/(c\+\+|x86_64-linux-gnu/(c\+\+|bits|sys|gnu|asm)|bits|sys|asm|linux|asm-generic)/' |
   sort -u)
 [ -n "$headers" ] || complain "no headers were read"
 packages=$(xargs -r dpkg-query -S <<<"$headers" 2>/dev/null | cut -d: -f 1 | sort -u)
