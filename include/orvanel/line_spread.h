@@ -9,6 +9,7 @@ namespace orvanel {
 // Image of a line: the point spread function summed along the line, 256 samples, the centre at sample 128.
 using LineSpread = std::array<double, 256>;
 
+// The line spread functions in the directions of rows and columns.
 struct LineSpreads {
   LineSpread horizontal;  // of a vertical line: the sum of each column
   LineSpread vertical;    // of a horizontal line: the sum of each row

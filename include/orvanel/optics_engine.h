@@ -30,18 +30,17 @@
 
 namespace orvanel {
 
-// What OptimiseFocus varies: every coefficient by up to halfRange to either side of its start.
+// What OptimiseFocus varies: every coefficient by up to halfRange to either side of its start. Trials whose wavefront
+// is undersampled in more than maximumUndersampled of the pupil (see sampling.h) have no Strehl ratio to be trusted and
+// are passed over. 1 passes over none; kLargestUndersampledShare is what can be trusted. Up to 0.4 the ranges end where
+// no trial would be left.
 struct FocusSearch {
-  bool astigmatism = false;         // vary c3 and c5 too, not c4 alone
-  double halfRange = 0.0;           // mm; 0, and what is not a length, means the coefficient's own size and two waves
-  double tolerance = 1e-8;          // mm, on each coefficient; a hundredth of a nanometre
-  int maximumTrials = 2000;         // wavefronts tried at most
-  double wavelength = kWavelength;  // mm
-
-  // Trials whose wavefront is undersampled in a larger share of the pupil (see sampling.h) have no Strehl ratio to be
-  // trusted and are passed over. 1 passes over none; kLargestUndersampledShare is what can be trusted. Up to 0.4 the
-  // ranges end where no trial would be left.
-  double maximumUndersampled = 1.0;
+  bool astigmatism = false;          // vary c3 and c5 too, not c4 alone
+  double halfRange = 0.0;            // mm; 0, and what is not a length, means the coefficient's own size and two waves
+  double tolerance = 1e-8;           // mm, on each coefficient; a hundredth of a nanometre
+  int maximumTrials = 2000;          // wavefronts tried at most
+  double wavelength = kWavelength;   // mm
+  double maximumUndersampled = 1.0;  // share of the pupil
 };
 
 // What OptimiseFocus found.
@@ -49,8 +48,7 @@ struct FocusResult {
   std::array<double, kCoefficients> coefficients;  // the best found; all but c3, c4, c5 are those given
   double strehl;                                   // of these coefficients
   int trials;                                      // wavefronts tried
-  bool converged;                                  // to the tolerance, before maximumTrials, off the bounds and away
-                                                   //   from trials that were passed over
+  bool converged;  // within maximumTrials, off the bounds and off trials that were passed over
 };
 
 // How the walks WalkByPsf and WalkByFit go.

@@ -4,6 +4,7 @@
 
 namespace orvanel {
 
+// The peak of a point spread function between its samples.
 struct PsfPeak {
   double value;   // of the PSF there, relative to its brightest sample; at least 1
   double row;     // where it is, in samples from the brightest one; rows grow downwards

@@ -11,8 +11,8 @@ namespace orvanel {
 
 // The retinal sampling that a ring is drawn on: n samples of the plane to draw, gridSize of the engine's.
 struct RingScale {
-  int n;
-  int gridSize;
+  int n;                              // samples a side of the plane to draw
+  int gridSize;                       // of the engine's planes
   double psfHalfWidth;                // mm
   double focalLength = kFocalLength;  // mm
 };

@@ -11,7 +11,7 @@
 
 namespace orvanel {
 
-constexpr int kZernikeOrders = 9;
+constexpr int kZernikeOrders = 9;  // radial orders 0 to 8
 
 // The powers a^0 to a^8 of a pupil coordinate, by repeated multiplication.
 using Powers = std::array<double, kZernikeOrders>;
@@ -27,6 +27,7 @@ using ZernikeTerm = double (*)(const Powers& x, const Powers& y);
 // of its coefficient in orvanel.h. The element is not checked.
 class ZernikeOrder {
  public:
+  // Of the terms of one order, which must outlive it.
   template <std::size_t count>
   constexpr ZernikeOrder(const std::array<ZernikeTerm, count>& terms) : terms_(terms.data()), count_(count) {}
 
