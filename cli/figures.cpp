@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <numbers>
 
+#include "base/elementary.h"
 #include "cli/number_text.h"
-#include "optics/elementary.h"
 
 namespace orvanel::cli {
 namespace {

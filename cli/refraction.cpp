@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 
 namespace orvanel::cli {
 namespace {

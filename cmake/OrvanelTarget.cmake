@@ -44,6 +44,7 @@ function(orvanel_kernels target name)
     target_compile_options(${kernels} PRIVATE -fno-sanitize=all -O2)
   endif()
   target_sources(${target} PRIVATE $<TARGET_OBJECTS:${kernels}>)
+  set_property(TARGET ${target} APPEND PROPERTY ORVANEL_KERNELS ${kernels})
 endfunction()
 
 # orvanel_fuzzed_arithmetic(<target>): compares samples by the million, whose values tell the fuzzer nothing: it is not
@@ -52,6 +53,20 @@ function(orvanel_fuzzed_arithmetic target)
   if(ORVANEL_FUZZ)
     target_compile_options(${target} PRIVATE -fno-sanitize-coverage=trace-cmp)
   endif()
+endfunction()
+
+# orvanel_layer(<name> SOURCES <file>... [USES <layer>...]): the static library orvanel_<name> of one folder. It finds the
+# headers of the layers below it; guards see to it that these are the only ones.
+function(orvanel_layer name)
+  cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
+  add_library(orvanel_${name} STATIC ${arg_SOURCES})
+  orvanel_target(orvanel_${name})
+  orvanel_fuzzed_arithmetic(orvanel_${name})
+  # The archives that are installed have these names.
+  set_target_properties(orvanel_${name} PROPERTIES ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}/layers)
+  target_include_directories(orvanel_${name} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
+  list(TRANSFORM arg_USES PREPEND orvanel_)
+  target_link_libraries(orvanel_${name} PUBLIC ${arg_USES})
 endfunction()
 
 # orvanel_library(<target> <name>): a library of the package, Orvanel::<name> both here and for those who find it
@@ -65,6 +80,22 @@ function(orvanel_library target name)
     PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
     PRIVATE ${PROJECT_SOURCE_DIR})
   install(TARGETS ${target} EXPORT OrvanelTargets INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endfunction()
+
+# orvanel_archive(<name> <layer>...): the static library orvanel_<name> of the package, with the objects of these layers.
+function(orvanel_archive name)
+  set(archive orvanel_${name}_archive)
+  add_library(${archive} STATIC)
+  orvanel_library(${archive} ${name})
+  set_target_properties(${archive} PROPERTIES OUTPUT_NAME orvanel_${name} LINKER_LANGUAGE CXX)
+  foreach(layer IN LISTS ARGN)
+    target_sources(${archive} PRIVATE $<TARGET_OBJECTS:orvanel_${layer}>)
+    get_target_property(kernels orvanel_${layer} ORVANEL_KERNELS)
+    if(kernels)
+      list(TRANSFORM kernels REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>")
+      target_sources(${archive} PRIVATE ${kernels})
+    endif()
+  endforeach()
 endfunction()
 
 # orvanel_install_program(<target>): the program finds the shared library from its own place, wherever the two are moved.

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/standard_output.h"
 #include "matrix/hessenberg.h"
-#include "matrix/standard_output.h"
 #include "orvanel/matrix.h"
 
 namespace orvanel {

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/standard_output.h"
 #include "matrix/messages.h"
-#include "matrix/standard_output.h"
 
 namespace orvanel {
 namespace {

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <string>
 
-#include "matrix/standard_output.h"
+#include "base/standard_output.h"
 
 namespace orvanel {
 namespace {

@@ -5,7 +5,7 @@
 #include <limits>
 #include <string_view>
 
-#include "matrix/standard_output.h"
+#include "base/standard_output.h"
 
 namespace orvanel {
 namespace {

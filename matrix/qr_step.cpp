@@ -3,9 +3,9 @@
 #include <cmath>
 #include <vector>
 
+#include "base/standard_output.h"
 #include "matrix/hessenberg.h"
 #include "matrix/messages.h"
-#include "matrix/standard_output.h"
 #include "orvanel/matrix.h"
 
 namespace orvanel {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "optics/lines.h"
 #include "orvanel/transforms.h"
 

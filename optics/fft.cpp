@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "optics/lines.h"
 #include "optics/samples.h"
 #include "orvanel/transforms.h"

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "optics/mtf.h"
 
 namespace orvanel {

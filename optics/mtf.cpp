@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
 #include "orvanel/sampling.h"

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
 #include "orvanel/sampling.h"

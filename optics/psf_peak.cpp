@@ -7,7 +7,7 @@
 #include <numbers>
 #include <vector>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
 

@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "matrix/standard_output.h"
+#include "base/standard_output.h"
 #include "optics/samples.h"
 #include "optics/workspace.h"
 

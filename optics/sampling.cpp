@@ -7,7 +7,7 @@
 #include <cstring>
 #include <limits>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "optics/samples.h"
 
 namespace orvanel {

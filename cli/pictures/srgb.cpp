@@ -1,7 +1,7 @@
 // A straight piece near black, then a power.
 #include "cli/pictures/srgb.h"
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 
 namespace orvanel::cli {
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <span>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 
 namespace orvanel::cli {
 namespace {

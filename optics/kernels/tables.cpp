@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 
 namespace orvanel {
 namespace {

@@ -1,12 +1,11 @@
 #!/usr/bin/env bash
-# Dependencies point one way: cli and bench -> include <- interface -> optics -> matrix. The program takes the elementary
-# functions from the engine, so that it computes with the same bits everywhere. The benchmarks also choose the
-# kernels, and share with the tests what loads the library and what it is compared with.
+# Dependencies point one way: cli and bench -> include <- interface -> optics -> matrix -> base. The benchmarks also choose
+# the kernels, and share with the tests what loads the library and what it is compared with.
 # Usage: includes.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"
 status=0
-layers='include|orvanel|matrix|optics|interface|cli|bench|tests'
+layers='include|orvanel|base|matrix|optics|interface|cli|bench|tests'
 
 # allowed FOLDER PATTERN: what the folder's files include of this project, in quotes or in angles, begins with one of the
 # pattern's and takes no way upwards. Everything in quotes is of this project; a name made by a macro is refused.
@@ -23,9 +22,10 @@ allowed() {
 }
 
 allowed include 'orvanel/'
-allowed matrix 'matrix/|orvanel/matrix\.h'
-allowed optics 'optics/|orvanel/|matrix/standard_output\.h'
-allowed interface 'interface/|optics/|orvanel/'
-allowed cli 'cli/|orvanel/|optics/elementary\.h'
+allowed base 'base/'
+allowed matrix 'base/|matrix/|orvanel/matrix\.h'
+allowed optics 'base/|optics/|orvanel/'
+allowed interface 'base/|interface/|optics/|orvanel/'
+allowed cli 'base/|cli/|orvanel/'
 allowed bench 'bench/|orvanel/|optics/kernels/dispatch\.h|tests/support/(loaded_library|plain)\.h'
 exit $status

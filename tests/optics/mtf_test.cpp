@@ -10,7 +10,7 @@
 #include <numeric>
 #include <vector>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "orvanel/optics_engine.h"
 
 namespace orvanel {

@@ -11,7 +11,7 @@
 #include <numeric>
 #include <vector>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "orvanel/optics_engine.h"
 #include "tests/support/every_kernel.h"
 

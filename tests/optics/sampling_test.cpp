@@ -7,7 +7,7 @@
 #include <cmath>
 #include <vector>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "orvanel/optics_engine.h"
 
 namespace orvanel {

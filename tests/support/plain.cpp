@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "orvanel/zernike.h"
 #include "tests/support/planes.h"
 

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "optics/kernels/tables.h"
 #include "orvanel/optics_engine.h"
 #include "tests/optics/kernels/scratch.h"

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "optics/elementary.h"
+#include "base/elementary.h"
 #include "tests/support/every_kernel.h"
 
 namespace orvanel {

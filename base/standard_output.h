@@ -1,6 +1,6 @@
 // How the library writes to standard output.
-#ifndef ORVANEL_MATRIX_STANDARD_OUTPUT_H
-#define ORVANEL_MATRIX_STANDARD_OUTPUT_H
+#ifndef ORVANEL_BASE_STANDARD_OUTPUT_H
+#define ORVANEL_BASE_STANDARD_OUTPUT_H
 
 #include <string_view>
 
@@ -12,4 +12,4 @@ void WriteOutput(std::string_view bytes);
 
 }  // namespace orvanel
 
-#endif  // ORVANEL_MATRIX_STANDARD_OUTPUT_H
+#endif  // ORVANEL_BASE_STANDARD_OUTPUT_H

@@ -1,5 +1,5 @@
 // Reduced angles put together again.
-#include "optics/reduced_angle.h"
+#include "base/reduced_angle.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Reduction of angles by quarter turns: three products up to 2^24 radians, integer arithmetic on the bits of 2/pi
 // beyond.
-#include "optics/reduced_angle.h"
+#include "base/reduced_angle.h"
 
 #include <array>
 #include <bit>

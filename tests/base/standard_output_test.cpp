@@ -1,5 +1,5 @@
 // Bytes reach standard output as they are, in order with what the host prints, and the host's stream stays as it was.
-#include "matrix/standard_output.h"
+#include "base/standard_output.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Bytes to standard output; on Windows, past the translation of line ends.
-#include "matrix/standard_output.h"
+#include "base/standard_output.h"
 
 #include <cstdio>
 

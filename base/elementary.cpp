@@ -1,5 +1,5 @@
 // Elementary functions by series on a reduced argument.
-#include "optics/elementary.h"
+#include "base/elementary.h"
 
 #include <array>
 #include <bit>
@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "optics/reduced_angle.h"
+#include "base/reduced_angle.h"
 
 namespace orvanel {
 namespace {

@@ -1,5 +1,5 @@
 // Elementary functions against the C library's in long double, and at their special points.
-#include "optics/elementary.h"
+#include "base/elementary.h"
 
 #include <gtest/gtest.h>
 #ifdef __MINGW32__

@@ -1,6 +1,6 @@
 // Angles as a number of quarter turns and a remainder of at most an eighth of a turn, in two doubles.
-#ifndef ORVANEL_OPTICS_REDUCED_ANGLE_H
-#define ORVANEL_OPTICS_REDUCED_ANGLE_H
+#ifndef ORVANEL_BASE_REDUCED_ANGLE_H
+#define ORVANEL_BASE_REDUCED_ANGLE_H
 
 namespace orvanel {
 
@@ -19,4 +19,4 @@ ReducedAngle ReduceTurn(int k, int n);
 
 }  // namespace orvanel
 
-#endif  // ORVANEL_OPTICS_REDUCED_ANGLE_H
+#endif  // ORVANEL_BASE_REDUCED_ANGLE_H

@@ -1,7 +1,7 @@
 // Sine, cosine, arc tangent, arc cosine, logarithm and powers made of + - * / and the square root only, so that every
 // platform and every compiler gives the same bits; those of C libraries differ.
-#ifndef ORVANEL_OPTICS_ELEMENTARY_H
-#define ORVANEL_OPTICS_ELEMENTARY_H
+#ifndef ORVANEL_BASE_ELEMENTARY_H
+#define ORVANEL_BASE_ELEMENTARY_H
 
 namespace orvanel {
 
@@ -63,4 +63,4 @@ double Power(double x, double y);
 
 }  // namespace orvanel
 
-#endif  // ORVANEL_OPTICS_ELEMENTARY_H
+#endif  // ORVANEL_BASE_ELEMENTARY_H
