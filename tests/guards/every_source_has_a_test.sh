@@ -48,7 +48,8 @@ for source in base/*.cpp matrix/*.cpp optics/*.cpp optics/kernels/*.cpp interfac
   [ -e "$test" ] || complain "$source has no $test"
 done
 
-for guard in tests/guards/*.sh; do
-  [ -e "tests/guards/broken/$(basename "$guard")" ] || complain "$guard has no tests/guards/broken/$(basename "$guard")"
+for guard in tests/guards/*.sh tests/guards/*.py; do
+  name=$(basename "${guard%.*}").sh
+  [ -e "tests/guards/broken/$name" ] || complain "$guard has no tests/guards/broken/$name"
 done
 exit $status

@@ -22,4 +22,7 @@ breaks 'an exception whose test has gone' 'tests/cli/run_case.sh, which does not
 put tree/tests/cli/run_case.sh x
 put tree/tests/guards/new.sh x
 breaks 'a guard without its test' 'tests/guards/new.sh has no tests/guards/broken/new.sh' tree
+rm tree/tests/guards/new.sh
+put tree/tests/guards/new.py x
+breaks 'a guard in Python without its test' 'tests/guards/new.py has no tests/guards/broken/new.sh' tree
 finish
