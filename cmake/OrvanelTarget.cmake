@@ -29,11 +29,22 @@ function(orvanel_target target)
   endif()
 endfunction()
 
-# orvanel_kernels(<target> <name> [<flag>...]): adds the vector kernels compiled with these flags, as the table
-# orvanel::<name>::kKernels.
-function(orvanel_kernels target name)
+# orvanel_kernels(<target>): adds the vector kernels of this folder, kernels/variant.cpp, compiled once for each
+# instruction set: a table of functions in orvanel::baseline, and so on. The baseline is what the compiler takes for any
+# CPU of this kind.
+function(orvanel_kernels target)
+  orvanel_kernels_for(${target} baseline)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+    orvanel_kernels_for(${target} avx2 -mavx2)
+    orvanel_kernels_for(${target} avx512 -mavx512f -mavx512dq -mavx512vl -mprefer-vector-width=512)
+    target_compile_definitions(${target} PRIVATE ORVANEL_X86_KERNELS)
+  endif()
+endfunction()
+
+# orvanel_kernels_for(<target> <name> [<flag>...]): those of one instruction set, which these flags allow.
+function(orvanel_kernels_for target name)
   set(kernels ${target}_${name})
-  add_library(${kernels} OBJECT ${PROJECT_SOURCE_DIR}/optics/kernels/variant.cpp)
+  add_library(${kernels} OBJECT kernels/variant.cpp)
   orvanel_target(${kernels})
   target_include_directories(${kernels} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
   target_compile_definitions(${kernels} PRIVATE ORVANEL_KERNELS=${name})

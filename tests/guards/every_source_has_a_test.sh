@@ -42,7 +42,8 @@ is_elsewhere() {
   done <<<"$elsewhere"
   return 1
 }
-for source in base/*.cpp matrix/*.cpp optics/*.cpp optics/kernels/*.cpp interface/*.cpp cli/*.cpp cli/*/*.cpp; do
+for source in base/*.cpp matrix/*.cpp optics/*.cpp optics/kernels/*.cpp models/*/*.cpp models/*/kernels/*.cpp \
+  interface/*.cpp cli/*.cpp cli/*/*.cpp; do
   if [ ! -e "$source" ] || is_elsewhere "$source"; then continue; fi
   test="tests/${source%.cpp}_test.cpp"
   [ -e "$test" ] || complain "$source has no $test"

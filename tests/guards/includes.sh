@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Dependencies point one way: cli and bench -> include <- interface -> optics -> matrix -> base. The benchmarks also choose
-# the kernels, and share with the tests what loads the library and what it is compared with.
+# Dependencies point one way: cli and bench -> include <- interface -> optics -> matrix -> base, and models -> optics. The
+# benchmarks also choose the kernels, and share with the tests what loads the library and what it is compared with.
 # Usage: includes.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"
 status=0
-layers='include|orvanel|base|matrix|optics|interface|cli|bench|tests'
+layers='include|orvanel|base|matrix|optics|models|interface|cli|bench|tests'
 
 # allowed FOLDER PATTERN: what the folder's files include of this project, in quotes or in angles, begins with one of the
 # pattern's and takes no way upwards. Everything in quotes is of this project; a name made by a macro is refused.
@@ -25,6 +25,7 @@ allowed include 'orvanel/'
 allowed base 'base/'
 allowed matrix 'base/|matrix/|orvanel/matrix\.h'
 allowed optics 'base/|optics/|orvanel/'
+allowed models/physical 'base/|models/physical/|optics/|orvanel/|matrix/'
 allowed interface 'base/|interface/|optics/|orvanel/'
 allowed cli 'base/|cli/|orvanel/'
 allowed bench 'bench/|orvanel/|optics/kernels/dispatch\.h|tests/support/(loaded_library|plain)\.h'

@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$1"
 status=0
 declare -A seen=()
-files=(optics/kernels/variant.cpp)
+files=(optics/kernels/variant.cpp models/physical/kernels/variant.cpp)
 while [ ${#files[@]} -gt 0 ]; do
   file=${files[0]}
   files=("${files[@]:1}")
@@ -14,7 +14,7 @@ while [ ${#files[@]} -gt 0 ]; do
   seen[$file]=1
   while read -r include; do
     case "$include" in
-      '"optics/kernels/'*) include=${include#\"} && files+=("${include%\"}") ;;
+      '"optics/kernels/'* | '"models/physical/kernels/'*) include=${include#\"} && files+=("${include%\"}") ;;
       '"orvanel/constants.h"') files+=(include/orvanel/constants.h) ;;
       '<immintrin.h>') ;;
       *) echo "$file includes $include"; status=1 ;;

@@ -6,12 +6,15 @@
 sources=$(cd "$(dirname "$guard")/../.." && pwd)
 
 mkdir tree
-(cd "$sources" && find matrix optics interface cli tests -type f ! -path '*/cases/*' ! -path '*/corpus/*' -print0) |
+(cd "$sources" && find matrix optics models interface cli tests -type f ! -path '*/cases/*' ! -path '*/corpus/*' -print0) |
   while IFS= read -r -d '' file; do put "tree/$file" x; done
 keeps 'a tree with a test for each source' tree
 rm tree/tests/optics/psf_test.cpp
 breaks 'a source without its test' 'optics/psf.cpp has no tests/optics/psf_test.cpp' tree
 put tree/tests/optics/psf_test.cpp x
+put tree/models/physical/new.cpp x
+breaks 'a new source of a model' 'models/physical/new.cpp has no tests/models/physical/new_test.cpp' tree
+rm tree/models/physical/new.cpp
 put tree/cli/tables/new.cpp x
 breaks 'a new source' 'cli/tables/new.cpp has no tests/cli/tables/new_test.cpp' tree
 rm tree/cli/tables/new.cpp tree/cli/main.cpp

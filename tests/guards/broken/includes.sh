@@ -10,6 +10,9 @@ put tree/matrix/matrix.cpp '#include "orvanel/matrix.h"'
 put tree/optics/psf.cpp '#include <cmath>
 #include "optics/psf.h"
 #include "base/standard_output.h"'
+put tree/models/physical/strehl.cpp '#include "models/physical/strehl.h"
+#include "base/elementary.h"
+#include "optics/kernels/kernels.h"'
 put tree/interface/exports.cpp '#  include <optics/psf.h>'
 put tree/cli/main.cpp '#include "cli/axis.h"'
 put tree/bench/main.cpp '#include "tests/support/plain.h"'
@@ -34,6 +37,9 @@ breach optics/psf.cpp '#include ORVANEL_HEADER'
 breach optics/psf.cpp '#include_next "cli/axis.h"'
 breach optics/psf.h '#include "cli/axis.h"'
 breach base/error.cpp '#include "matrix/messages.h"'
+breach optics/psf.cpp '#include "models/physical/strehl.h"'
+breach models/physical/strehl.cpp '#include <interface/exports.h>'
+breach models/physical/strehl.cpp '#include "cli/axis.h"'
 breach matrix/matrix.cpp '#include <orvanel/optics_engine.h>'
 breach matrix/matrix.cpp '#include "optics/psf.h"'
 breach include/orvanel/engine.h '#include "optics/psf.h"'
@@ -42,6 +48,6 @@ breach interface/exports.cpp '#include <cli/axis.h>'
 breach cli/main.cpp '#include "optics/psf.h"'
 breach cli/main.cpp '#include <tests/support/plain.h>'
 breach bench/main.cpp '#include "optics/psf.h"'
-mkdir -p empty/{include,base,matrix,optics,interface,cli,bench}
+mkdir -p empty/{include,base,matrix,optics,models/physical,interface,cli,bench}
 breaks 'a tree without sources' 'optics includes nothing' empty
 finish

@@ -1,0 +1,59 @@
+// Decay of the coefficients of exp(i phase).
+#include "models/physical/bandwidth.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace orvanel::physical {
+namespace {
+
+// sinh x - x, for 0 <= x <= 6 to some digits.
+double SinhLess(double x) {
+  double term = x * x * x / 6.0, sum = term;
+  for (int k = 4; k < 30; k += 2) {
+    term *= x * x / (k * (k + 1.0));
+    sum += term;
+  }
+  return sum;
+}
+
+}  // namespace
+
+Amplitudes AmplitudesOf(const Pupil& pupil) {
+  Amplitudes amplitudes{};
+  const double k = 2.0 * std::numbers::pi / pupil.wavelengthUm;
+  std::size_t j = 0;
+  for (int n = 0; n <= kHighestOrder; ++n) {
+    double sum = 0.0, squares = 0.0;
+    for (int m = 0; m <= n; ++m, ++j) {
+      sum += std::fabs(pupil.modesUm[j]);
+      squares += pupil.modesUm[j] * pupil.modesUm[j];
+    }
+    amplitudes[static_cast<std::size_t>(n)] =
+        k * std::min(sum * std::sqrt(2.0 * (n + 1)), std::sqrt(squares) * (n + 1));
+  }
+  return amplitudes;
+}
+
+double DegreeOf(double frequency, const Amplitudes& amplitudes) {
+  constexpr double kDigits = 16.1;  // ln 1e7
+  double best = std::numeric_limits<double>::infinity();
+  for (double h = 2.0; h > 0.01; h *= 0.85) {
+    double growth = kDigits;
+    for (std::size_t n = 1; n < amplitudes.size(); ++n) {
+      if (amplitudes[n] > 0.0) growth += amplitudes[n] * SinhLess(static_cast<double>(n) * h);
+    }
+    best = std::min(best, frequency + growth / h);
+  }
+  return best;
+}
+
+int CountFor(double degree, int step) {
+  if (!(degree < 2.0 * kMaxNodes)) return 2 * kMaxNodes;
+  const int count = static_cast<int>(degree / 2.0) + 1;  // a rule of n nodes is exact up to degree 2n - 1
+  return (count + step - 1) / step * step;
+}
+
+}  // namespace orvanel::physical

@@ -1,0 +1,35 @@
+// How many quadrature nodes an oscillating integrand needs.
+#ifndef ORVANEL_MODELS_PHYSICAL_BANDWIDTH_H
+#define ORVANEL_MODELS_PHYSICAL_BANDWIDTH_H
+
+#include <array>
+
+#include "models/physical/pupil.h"
+
+namespace orvanel::physical {
+
+// Of each radial order.
+using Amplitudes = std::array<double, kHighestOrder + 1>;
+
+// Bounds of the phase of each radial order on the unit disc: that of the sum of its modes, each at most
+// sqrt(2(n + 1)), and that by Cauchy and Schwarz, as the squares of all modes of one order are at most (n + 1)^2.
+Amplitudes AmplitudesOf(const Pupil& pupil);
+
+// The degree above which exp(i phase), as a function of the arc, has no coefficients above 1e-7. The phase has no
+// frequency above `frequency` and is a sum of trigonometric polynomials of degree n, each at most amplitudes[n].
+// At the distance h from the real axis the function is at most exp(h frequency + sum of amplitudes[n]
+// (sinh n h - n h)), so that its coefficients of degree l are at most that times exp(-h l). The best h is searched for.
+// What is left of them is averaged over chords and nodes: |U|^2 was within 2e-12 of the integral in the worst of 400
+// random eyes (orders up to 10, up to 5 waves RMS, half fields up to 60).
+double DegreeOf(double frequency, const Amplitudes& amplitudes);
+
+// More nodes than this are refused.
+constexpr int kMaxNodes = 4096;
+
+// The nodes of a Gauss rule that integrates polynomials of this degree, rounded up to a multiple of `step`; above
+// kMaxNodes where that many are too few, and where the degree is not a number.
+int CountFor(double degree, int step);
+
+}  // namespace orvanel::physical
+
+#endif  // ORVANEL_MODELS_PHYSICAL_BANDWIDTH_H

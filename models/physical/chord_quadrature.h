@@ -1,0 +1,101 @@
+// The field in the image of a point, by quadrature on the chords of the pupil.
+#ifndef ORVANEL_MODELS_PHYSICAL_CHORD_QUADRATURE_H
+#define ORVANEL_MODELS_PHYSICAL_CHORD_QUADRATURE_H
+
+#include <complex>
+#include <cstddef>
+#include <deque>
+#include <vector>
+
+#include "models/physical/bandwidth.h"
+#include "models/physical/kernels/kernels.h"
+#include "models/physical/pupil.h"
+
+namespace orvanel::physical {
+
+// Directions at which the field is wanted, in units of wavelength / diameter: a regular grid, of which column c and row
+// r are at x = centreX + (c - (columns - 1)/2) spacing, y = centreY + ((rows - 1)/2 - r) spacing. x and y are those of
+// the wavefront's slopes: a wavefront of slope (Wx, Wy) sends its light to +(Wx, Wy).
+struct DirectionGrid {
+  double centreX = 0.0;
+  double centreY = 0.0;
+  double spacing = 0.0;  // positive
+  int columns = 0;
+  int rows = 0;
+};
+
+// Where the samples of a grid go: sample (row, column) to data[row * pitch + column], or mirrored.
+struct GridOutput {
+  double* data = nullptr;
+  std::ptrdiff_t pitch = 0;
+  bool mirrorX = false;  // column c of the grid is written to column columns - 1 - c
+  bool mirrorY = false;
+  double factor = 1.0;
+  bool add = false;  // factor |U|^2 to what is there
+};
+
+// Numbers of chords, and of nodes on each.
+struct NodeCounts {
+  int chords = 0;
+  int nodes = 0;
+  bool operator==(const NodeCounts&) const = default;
+};
+
+// The field and its derivatives in one direction (x, y).
+struct FieldJet {
+  std::complex<double> u, x, y, xx, xy, yy;
+};
+
+// Computes U(q) = 1/area int A exp(i k W) exp(-i pi q . rho) dA. |U(0)|^2 is 1 for a pupil without aberration and
+// attenuation. Keeps its tables for the next eye of the same geometry. One thread.
+class ChordQuadrature {
+ public:
+  explicit ChordQuadrature(const ChordKernels& kernels) : kernels_(&kernels) {}
+
+  // Counts that bring |U|^2 within 1e-10 of the integral over the whole grid; above kMaxNodes where these are too few.
+  // Source: the decay of Fourier coefficients of analytic functions, e.g. Trefethen and Weideman (2014), 3.
+  static NodeCounts CountsFor(const Pupil& pupil, const DirectionGrid& grid);
+
+  // |U|^2 at all samples of the grid.
+  //   counts  at most kMaxNodes; even
+  void Intensity(const Pupil& pupil, const DirectionGrid& grid, NodeCounts counts, const GridOutput& output);
+
+  // The field in one direction.
+  FieldJet Field(const Pupil& pupil, double x, double y, NodeCounts counts);
+
+ private:
+  // Gauss rules of one pair of counts.
+  struct Rule {
+    NodeCounts counts;
+    std::vector<double> nodes, weights;                     // on a chord: the positive half, in whole blocks
+    std::vector<double> heights, halfChords, chordWeights;  // of the chords of the upper half
+    int padded() const { return static_cast<int>(nodes.size()); }
+    std::size_t pairs() const { return heights.size(); }
+  };
+
+  // The exponentials between one rule and one grid, for at least as many columns and rows as the grid has.
+  struct Waves {
+    NodeCounts counts;
+    double halfWidth = 0.0, halfHeight = 0.0, spacing = 0.0;
+    bool evenColumns = false, evenRows = false;
+    int blocks = 0, rowPairs = 0;
+    std::vector<double> columns, rows;
+  };
+
+  const Rule& RuleOf(NodeCounts counts);
+  void MakeWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid);
+  void FieldsOnChords(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair);
+  void SumColumns(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, bool mirrorX, std::size_t pair);
+  void StoreBlock(const Rule& rule, const DirectionGrid& grid, const GridOutput& output, int block, bool negative);
+
+  const ChordKernels* kernels_;
+  std::deque<Rule> rules_;  // those used last
+  Waves waves_;
+  std::vector<double> upper_, lower_;  // fields on two chords
+  std::vector<double> sums_;           // over all nodes, by blocks of columns and pairs of chords
+  std::vector<double> block_;          // samples of a block of columns that does not fit the grid
+};
+
+}  // namespace orvanel::physical
+
+#endif  // ORVANEL_MODELS_PHYSICAL_CHORD_QUADRATURE_H

@@ -1,0 +1,20 @@
+// One table of the physical model's kernels. Compiled once for each instruction set, with ORVANEL_KERNELS its name; the
+// table is all that this file shows.
+#include "models/physical/kernels/chords.h"
+#include "models/physical/kernels/kernels.h"
+
+#define ORVANEL_STRING(name) #name
+#define ORVANEL_NAME(name) ORVANEL_STRING(name)
+
+namespace orvanel::ORVANEL_KERNELS {
+
+extern const physical::ChordKernels kChordKernels;
+const physical::ChordKernels kChordKernels = {
+    .name = ORVANEL_NAME(ORVANEL_KERNELS),
+    .fieldOnChord = FieldOnChord,
+    .columnWaves = ColumnWaves,
+    .columnSums = ColumnSums,
+    .rowsFromSums = RowsFromSums,
+};
+
+}  // namespace orvanel::ORVANEL_KERNELS
