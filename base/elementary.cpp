@@ -1,4 +1,4 @@
-// Elementary functions by series on a reduced argument.
+// Computes elementary functions by series on a reduced argument.
 #include "base/elementary.h"
 
 #include <array>
@@ -40,7 +40,7 @@ SineCosine OfReduced(const ReducedAngle& angle) {
   const double z = x * x;
   const double half = 0.5 * z;
   const double sine = x + (x * z * Polynomial(kSineSeries, z) + angle.low * (1.0 - half));
-  // 1 - z/2 first, and what its rounding lost with the small terms.
+  // 1 - z/2 first; its rounding error is added with the small terms.
   const double most = 1.0 - half;
   const double cosine = most + (((1.0 - most) - half) + (z * z * Polynomial(kCosineSeries, z) - x * angle.low));
   switch (angle.quadrant) {
@@ -61,7 +61,7 @@ constexpr std::array<double, 13> kExponentialSeries = {
     1.0 / 5040.0,      1.0 / 40320.0,      1.0 / 362880.0,     1.0 / 3628800.0, 1.0 / 39916800.0,
     1.0 / 479001600.0, 1.0 / 6227020800.0, 1.0 / 87178291200.0};
 
-// log 2 in two doubles, of which the first has no last digits, so that its products with exponents are exact.
+// log 2 in two doubles. The last digits of the first are 0, so that its products with exponents are exact.
 constexpr double kLog2High = 0x1.62e42feep-1;
 constexpr double kLog2Low = 0x1.a39ef35793c76p-33;
 
@@ -89,11 +89,11 @@ constexpr std::array<double, 6> kArcTangentSeries = {-1.0 / 3.0, 1.0 / 5.0,   -1
 
 // atan(a / b), 0 <= a <= b, 0 < b < infinity.
 double ArcOfRatio(double a, double b) {
-  // Keeps the sums below finite, and the products exact to the last bit.
+  // Scales, so that the sums below are finite and the products exact to the last bit.
   const double scale = b > 0x1p1000 ? 0x1p-100 : b < 0x1p-900 ? 0x1p200 : 1.0;
   a *= scale;
   b *= scale;
-  const auto i = static_cast<int>(a / b * 8.0 + 0.5);  // from 0 to 8; any near one will do
+  const auto i = static_cast<int>(a / b * 8.0 + 0.5);  // from 0 to 8; any close value is correct
   const double t = i * 0.125;
   const double u = (a - t * b) / (b + t * a);
   const double z = u * u;
@@ -165,7 +165,7 @@ double Exponential(double x) {
   const int exponent = static_cast<int>(x * kLog2Inverse + (x < 0.0 ? -0.5 : 0.5));
   const double r = (x - exponent * kLog2High) - exponent * kLog2Low;
   const double power = 1.0 + (r + r * r * Polynomial(kExponentialSeries, r));
-  // In two steps, since 2^1024 is no double; where the result is one, both are exact.
+  // In two steps, since 2^1024 is not a double; if the result is a double, both steps are exact.
   const int half = exponent / 2;
   return power * PowerOfTwo(half) * PowerOfTwo(exponent - half);
 }

@@ -1,4 +1,4 @@
-// Reduction of angles by quarter turns: three products up to 2^24 radians, integer arithmetic on the bits of 2/pi
+// Reduces angles by quarter turns: with three products up to 2^24 radians, with integer arithmetic on the bits of 2/pi
 // beyond.
 #include "base/reduced_angle.h"
 
@@ -76,8 +76,8 @@ Words Multiply(std::uint64_t a, std::uint64_t b) {
   return {(a >> 32) * (b >> 32) + (left >> 32) + (right >> 32), (right << 32) | (lowest & kHalf)};
 }
 
-// The nearest double: both halves are exact, their sum is rounded once. A conversion at once would leave the arithmetic
-// of doubles on processors of 32 bits.
+// The nearest double: both halves are exact, their sum is rounded once. A single conversion would not use double
+// arithmetic on 32-bit processors.
 double ToDouble(std::uint64_t integer) {
   return static_cast<double>(static_cast<std::uint32_t>(integer >> 32)) * 0x1p32 +
          static_cast<double>(static_cast<std::uint32_t>(integer));
@@ -99,7 +99,7 @@ ReducedAngle ReduceHuge(double x) {
   const int e = static_cast<int>((bits >> 52) & 0x7ff) - 1075;
   const std::uint64_t m = (bits & 0xfffffffffffff) | 0x10000000000000;
 
-  // 192 digits of 2/pi, the first of which stands for two quarter turns of |x|.
+  // 192 digits of 2/pi; the first one counts two quarter turns of |x|.
   const auto first = static_cast<unsigned>(e + 62);
   const auto digits = [&](unsigned word) {
     const unsigned at = first / 64 + word;
@@ -107,13 +107,14 @@ ReducedAngle ReduceHuge(double x) {
     return shift == 0 ? kTwoOverPiBits[at] : (kTwoOverPiBits[at] << shift) | (kTwoOverPiBits[at + 1] >> (64 - shift));
   };
 
-  // Their product with m, without what is above two digits before the point: a multiple of four quarter turns.
+  // Their product with m, without the digits above the second before the point: these are multiples of four quarter
+  // turns.
   const Words p1 = Multiply(m, digits(1));
   const std::uint64_t middle = p1.low + Multiply(m, digits(2)).high;
   const std::uint64_t carry = middle < p1.low ? 1 : 0;
   const std::uint64_t top = m * digits(0) + p1.high + carry;
 
-  // 2 digits of quadrant, then the fraction; take it as a signed one, from -1/2 to 1/2.
+  // Two digits of the quadrant, then the fraction, read as a signed one from -1/2 to 1/2.
   auto quadrant = static_cast<unsigned>(top >> 62);
   std::uint64_t high = (top << 2) | (middle >> 62);
   std::uint64_t low = middle << 2;

@@ -1,4 +1,4 @@
-// Angles as a number of quarter turns and a remainder of at most an eighth of a turn, in two doubles.
+// Declares angles as a number of quarter turns and a remainder of at most an eighth of a turn, in two doubles.
 #ifndef ORVANEL_BASE_REDUCED_ANGLE_H
 #define ORVANEL_BASE_REDUCED_ANGLE_H
 
@@ -11,7 +11,7 @@ struct ReducedAngle {
   double low;
 };
 
-// Any finite x, in radians. Error of high + low: 2^-87, of which the last bits matter only near to its zero.
+// Any finite x, in radians. Error of high + low: 2^-87; its last bits matter only near a zero.
 ReducedAngle ReduceAngle(double x);
 
 // k/n of a full turn, 0 <= k < n, n a power of two.

@@ -1,4 +1,4 @@
-// Bytes to standard output; on Windows, past the translation of line ends.
+// Writes bytes to standard output, on Windows without the translation of line ends.
 #include "base/standard_output.h"
 
 #include <cstdio>
@@ -14,14 +14,14 @@ namespace {
 void Write(std::string_view bytes) { std::fwrite(bytes.data(), 1, bytes.size(), stdout); }
 
 #ifdef _WIN32
-// The C runtime's stdout is one for library and host. It translates line ends when its buffer is flushed, by a mode of
-// the descriptor; for as long as this lives, that mode is binary and no other thread of the host can write.
+// Library and host share the C runtime's stdout. It translates line ends when its buffer is flushed, by a mode of the
+// descriptor. During the lifetime of this object the mode is binary, and no other thread of the host can write.
 class UntranslatedStdout {
  public:
   UntranslatedStdout() {
     _lock_file(stdout);
     if (descriptor_ < 0) return;  // a program with windows may have no standard output
-    std::fflush(stdout);          // what the host has written is translated as the host expects
+    std::fflush(stdout);          // the host expects its own output to be translated
     mode_ = _setmode(descriptor_, _O_BINARY);
   }
   UntranslatedStdout(const UntranslatedStdout&) = delete;

@@ -1,4 +1,4 @@
-// Determinant by expansion along the first row, its minors, and the trace.
+// Computes the determinant by expansion along the first row, its minors, and the trace.
 #include "matrix/messages.h"
 #include "orvanel/matrix.h"
 

@@ -1,7 +1,7 @@
-// Eigenvalues by the QR iteration with double shifts on the Hessenberg form.
+// Computes eigenvalues by the QR iteration with double shifts on the Hessenberg form.
 //
-// The active block of h is rows and columns first .. last: last is where the next eigenvalue shows up, first where a
-// negligible subdiagonal element cuts the block off.
+// The active block of h is rows and columns first .. last. The next eigenvalue appears at last. A negligible
+// subdiagonal element separates the block at first.
 #include <algorithm>
 #include <cmath>
 
@@ -15,7 +15,7 @@ namespace {
 constexpr int kMostSteps = 100;        // for one eigenvalue
 constexpr int kExceptionalEvery = 10;  // steps; a shift of another kind breaks a cycle
 
-// What a double shift takes from the trailing 2 x 2 block: its diagonal, the last element first, and the product of
+// The input of a double shift from the trailing 2 x 2 block: its diagonal, the last element first, and the product of
 // the other two.
 struct Shift {
   double x;
@@ -23,7 +23,7 @@ struct Shift {
   double w;
 };
 
-// The elements of a column that a reflection turns into one; r is 0 where there are only two.
+// The elements of a column that a reflection maps to one; r is 0 if there are only two.
 struct Column {
   double p;
   double q;
@@ -44,7 +44,7 @@ Shift ShiftOf(const Matrix& h, int last) {
   return {h(last, last), h(last - 1, last - 1), h(last, last - 1) * h(last - 1, last)};
 }
 
-// The roots of the block last - 1 .. last, t being what the exceptional shifts have taken off the diagonal.
+// The roots of the block last - 1 .. last; the exceptional shifts have subtracted t from the diagonal.
 void TakeTwoRoots(const Matrix& h, int last, double t, Eigenvalues& values) {
   const Shift block = ShiftOf(h, last);
   const double p = 0.5 * (block.y - block.x);
@@ -78,8 +78,8 @@ Column FirstColumn(const Matrix& h, int m, const Shift& shift) {
   return Divided(c, Magnitude(c));
 }
 
-// The row to start the sweep from: the lowest at which two small subdiagonal elements in a row let the sweep begin
-// below the top of the block. Sets its first column.
+// The row to start the sweep from: the lowest one where two consecutive small subdiagonal elements allow the sweep to
+// start below the top of the block. Sets its first column.
 int FindStart(const Matrix& h, int first, int last, const Shift& shift, Column& c) {
   int m = last - 2;
   for (;; --m) {
@@ -91,8 +91,9 @@ int FindStart(const Matrix& h, int first, int last, const Shift& shift, Column& 
   }
 }
 
-// The reflection of rows and columns k .. k + 2 (k + 1 at the end of the block) that turns c into its first element,
-// s = +-|c| of the sign of that, not 0. From the left on columns k .. last, from the right on rows first .. k + 3.
+// The reflection of rows and columns k .. k + 2 (k + 1 at the end of the block) that maps c to its first element. This
+// becomes s = +-|c|, not 0, with the element's sign. It is applied from the left to columns k .. last, from the right
+// to rows first .. k + 3.
 void Reflect(Matrix& h, int first, int last, int k, const Column& c, double s) {
   const bool three = k < last - 1;
   const double p = c.p + s;
@@ -112,7 +113,7 @@ void Reflect(Matrix& h, int first, int last, int k, const Column& c, double s) {
   }
 }
 
-// Chases the bulge that c makes at row start down to the end of the block, which leaves a Hessenberg form.
+// Chases the bulge that c creates at row start down to the end of the block. The result is a Hessenberg form.
 void Sweep(Matrix& h, int first, int start, int last, Column c) {
   for (int k = start; k < last; ++k) {
     const bool three = k < last - 1;
@@ -135,7 +136,7 @@ void Sweep(Matrix& h, int first, int start, int last, Column c) {
   }
 }
 
-// Fills in re, im and steps from the Hessenberg form h, which is used up. False: no convergence.
+// Computes re, im and steps from the Hessenberg form h, which is overwritten. False: no convergence.
 bool Iterate(Matrix h, Eigenvalues& values) {
   const double norm = HessenbergNorm(h);
   double t = 0.0;

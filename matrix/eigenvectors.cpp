@@ -1,7 +1,7 @@
-// Eigenvectors by inverse iteration.
+// Computes eigenvectors by inverse iteration.
 //
-// A complex vector u + i v is held as the real one (u, v) of twice the dim, so that real arithmetic does for complex
-// eigenvalues: the complex matrix M + i N acts on it as the real matrix [[M, -N], [N, M]].
+// A complex vector u + i v is stored as the real one (u, v) of twice the dim, so that real arithmetic is enough for
+// complex eigenvalues. The complex matrix M + i N acts on it as the real matrix [[M, -N], [N, M]].
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -16,10 +16,10 @@ namespace orvanel {
 namespace {
 
 // All for a matrix that is scaled to a largest element of 1.
-constexpr double kResidual = 1e-10;       // of a vector that is taken for an eigenvector
-constexpr double kCluster = 1e-5;         // eigenvalues nearer to each other are told apart by orthogonal vectors
-constexpr double kSmallestPivot = 1e-30;  // stands in for smaller ones: A - lambda I is singular by its nature
-constexpr double kTooLong = 1e100;        // elements above make a solution be scaled down, far below overflow
+constexpr double kResidual = 1e-10;       // largest residual of an eigenvector
+constexpr double kCluster = 1e-5;         // eigenvalues closer to each other get orthogonal vectors
+constexpr double kSmallestPivot = 1e-30;  // replaces smaller pivots: A - lambda I is singular
+constexpr double kTooLong = 1e100;        // a solution with larger elements is scaled down, far below overflow
 constexpr int kMostSteps = 100;
 
 double Length(const Vector& x) { return std::sqrt(x * x); }
@@ -101,7 +101,7 @@ Vector Factors::Solve(const Vector& x) const {
   return y;
 }
 
-// x without what it has of the directions, normalised like them. Twice, because little may be left over, and that
+// x without its components along the directions, normalised like them. Removed twice, since the rest may be small and
 // inexact.
 Vector WithoutPartAlong(const std::vector<Vector>& directions, Vector x) {
   for (int pass = 0; pass < 2; ++pass) {
@@ -114,7 +114,8 @@ Vector WithoutPartAlong(const std::vector<Vector>& directions, Vector x) {
   return x;
 }
 
-// Irregular, so that it has something of every direction, the same everywhere, and another one for each number.
+// The start vector: irregular, so that it has a component in every direction; the same everywhere; different for each
+// number.
 Vector StartVector(int n, std::size_t number) {
   std::mt19937 engine(static_cast<std::mt19937::result_type>(number));
   Vector start(2 * n);
@@ -135,7 +136,7 @@ double ResidualOf(const Matrix& m, const Vector& w) {
   return Length(residual);
 }
 
-// The best vector that is orthogonal to those handed in; stops when a step has not made it twice as good.
+// The best vector that is orthogonal to the given ones; stops if a step does not halve the residual.
 Candidate Iterate(const Matrix& m, const Factors& factors, const std::vector<Vector>& orthogonal_to) {
   Candidate best;
   Vector w = StartVector(m.rows() / 2, orthogonal_to.size());
@@ -149,7 +150,7 @@ Candidate Iterate(const Matrix& m, const Factors& factors, const std::vector<Vec
   return best;
 }
 
-// Of length 1, the largest element (the first among equals) turned onto the positive real axis.
+// Scales to length 1, and rotates the largest element (the first among equals) to the positive real axis.
 Vector Normalised(const Vector& w) {
   const int n = w.dim() / 2;
   int largest = 0;
@@ -180,7 +181,7 @@ Eigenvectors Matrix::eigenvectors(const Vector& re, const Vector& im) const {
   const Vector b = im / scale;
 
   Eigenvectors vectors{Matrix(n, re.dim()), Matrix(n, re.dim())};
-  if (n == 0) return vectors;                 // nothing has a length to bring to 1
+  if (n == 0) return vectors;                 // nothing to normalise
   std::vector<std::pair<int, Vector>> found;  // with the number of the eigenvalue
   for (int k = 0; k < re.dim(); ++k) {
     std::vector<Vector> cluster;
@@ -190,7 +191,7 @@ Eigenvectors Matrix::eigenvectors(const Vector& re, const Vector& im) const {
     const Matrix m = Shifted(scaled, a[k], b[k]);
     const Factors factors(m);
     Candidate candidate = Iterate(m, factors, cluster);
-    if (!candidate.IsEigenvector()) candidate = Iterate(m, factors, {});  // there are fewer vectors than values
+    if (!candidate.IsEigenvector()) candidate = Iterate(m, factors, {});  // fewer vectors than values
     if (!candidate.IsEigenvector()) continue;
     const Vector w = Normalised(candidate.w);
     for (int i = 0; i < n; ++i) {

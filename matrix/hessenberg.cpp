@@ -1,4 +1,4 @@
-// The upper Hessenberg form.
+// Computes the upper Hessenberg form.
 #include "matrix/hessenberg.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 namespace orvanel {
 namespace {
 
-// Lets a column of zeros pass without a division by 0.
+// Avoids a division by 0 for a column of zeros.
 constexpr double kSmallestProduct = 1e-20;
 
 // The reflection I - u u^T / product; u is zero above its leading element.

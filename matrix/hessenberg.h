@@ -1,4 +1,4 @@
-// What the iterations on a Hessenberg form share.
+// Declares helpers of the iterations on a Hessenberg form.
 #ifndef ORVANEL_MATRIX_HESSENBERG_H
 #define ORVANEL_MATRIX_HESSENBERG_H
 
@@ -9,8 +9,8 @@ namespace orvanel {
 // The sum of the magnitudes of everything from the subdiagonal up.
 double HessenbergNorm(const Matrix& h);
 
-// Whether the subdiagonal element of row l > 0 adds nothing to its two neighbours on the diagonal, in machine
-// precision; where both are 0, to the norm.
+// True if the subdiagonal element of row l > 0 is negligible in machine precision: it does not change the sum of the
+// magnitudes of its two neighbours on the diagonal. If both are 0, it is compared with the norm.
 bool IsNegligible(const Matrix& h, int l, double norm);
 
 }  // namespace orvanel

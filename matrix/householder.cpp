@@ -1,4 +1,4 @@
-// The reflection of a row, and the tridiagonal form that a run of reflections gives.
+// Computes the Householder reflection of a row, and the tridiagonal form by a sequence of reflections.
 #include <algorithm>
 #include <cmath>
 
@@ -14,8 +14,8 @@ struct Mirror {
   double image;
 };
 
-// v is the normalised x with the sign of its first element added there, so that v^T v = 2 |v_0|. Dividing by the
-// largest element first keeps the squares from overflowing. x has to have an element that is not 0.
+// v is the normalised x with the sign of its first element added to this element, so that v^T v = 2 |v_0|. Dividing by
+// the largest element first prevents overflow of the squares. x must have an element that is not 0.
 Mirror MakeMirror(const Vector& x) {
   double largest = 0.0;
   for (int i = 0; i < x.dim(); ++i) largest = std::max(largest, std::fabs(x[i]));

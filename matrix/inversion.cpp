@@ -1,16 +1,16 @@
-// The two inverses: by elimination and by cofactors.
+// Computes the two inverses: by elimination and by cofactors.
 #include "matrix/messages.h"
 #include "orvanel/matrix.h"
 
 namespace orvanel {
 namespace {
 
-constexpr double kLimit = 1e-5;  // absolute: neither rule looks at the size of the entries
+constexpr double kLimit = 1e-5;  // absolute: neither rule depends on the size of the entries
 
-// The lower bound is excluded, the upper one belongs to the usable pivots; NaN is not usable.
+// Usable pivots exclude the lower bound and include the upper one; NaN is not usable.
 bool IsUsablePivot(double pivot) { return pivot >= kLimit || pivot < -kLimit; }
 
-// Both bounds belong to the usable determinants, and so does NaN.
+// Usable determinants include both bounds and NaN.
 bool IsTooSmallDeterminant(double determinant) { return -kLimit < determinant && determinant < kLimit; }
 
 // The matrix with the identity to its right.

@@ -1,4 +1,4 @@
-// Rows of equal length: their life, their arithmetic and their shape checks.
+// Implements matrices: construction, assignment, arithmetic and shape checks.
 #include "orvanel/matrix.h"
 
 #include <algorithm>
@@ -32,7 +32,7 @@ void SayCompound(Text headline, const Matrix& left, const Matrix& right) {
 
 }  // namespace
 
-// An array of its own: a string literal might share its address with an equal one of the caller.
+// A separate array: a string literal might share its address with an equal one of the caller.
 const char kUnit[] = "unit";
 
 Matrix::Matrix(int rows, int cols) { Matrix::resize(rows, cols); }

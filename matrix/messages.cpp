@@ -1,5 +1,5 @@
-// The texts and how they are written. The bytes are spelt out so that neither the encoding of this file nor that of the
-// compiler reaches the output; `iconv -f UTF-8 -t CP932` makes the one from the other.
+// Defines the messages and writes them. The bytes are written out in code, so that the encoding of this file and of the
+// compiler does not affect the output. `iconv -f UTF-8 -t CP932` converts the text to the bytes.
 #include "matrix/messages.h"
 
 #include <cstddef>
@@ -130,7 +130,7 @@ static_assert(InOrder(), "Say looks texts up by position");
 std::span<const Wording> Wordings() { return kWordings; }
 
 void Say(Text text, std::initializer_list<int> numbers) {
-  // The second byte of a two-byte character is never a percent sign, so that a search by bytes finds only our own.
+  // The second byte of a two-byte character is never a percent sign, so a search by bytes finds only placeholders.
   std::string line(kWordings[static_cast<std::size_t>(text)].bytes);
   for (const int number : numbers) line.replace(line.find("%d"), 2, std::to_string(number));
   WriteOutput(line);

@@ -1,4 +1,4 @@
-// What the library says when sizes do not fit: Japanese, written in the bytes of code page 932.
+// Declares the messages for sizes that do not match: in Japanese, in the bytes of code page 932.
 #ifndef ORVANEL_MATRIX_MESSAGES_H
 #define ORVANEL_MATRIX_MESSAGES_H
 
@@ -41,15 +41,15 @@ enum class Text {
   kEigen,
 };
 
-// One text twice: as UTF-8 for whoever reads the source, and as the bytes that are written. Each "%d" stands for a
-// number.
+// One text twice: as UTF-8 for readers of the source, and as the bytes that are written. Each "%d" is a placeholder for
+// a number.
 struct Wording {
   Text text;
   std::u8string_view readable;
   std::string_view bytes;
 };
 
-// All of them, in the order of Text.
+// All messages, in the order of Text.
 std::span<const Wording> Wordings();
 
 // Writes the text to stdout with its numbers filled in. Unlike printf, which may read a format as characters of the

@@ -1,4 +1,4 @@
-// How numbers look on standard output.
+// Writes numbers to standard output.
 #include "matrix/printing.h"
 
 #include <charconv>
@@ -17,7 +17,7 @@ constexpr int kLongest = 1 + (std::numeric_limits<double>::max_exponent10 + 1) +
 }  // namespace
 
 void PrintNumber(double number) {
-  // The blanks of the widest padding stand in front of the digits; the write starts as many of them back as it takes.
+  // The blanks of the widest padding are before the digits; the write starts with as many of them as needed.
   char text[kWidth + kLongest] = {' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
   char* const digits = text + kWidth;
   const char* const end = std::to_chars(digits, digits + kLongest, number, std::chars_format::fixed, kDecimals).ptr;

@@ -1,11 +1,11 @@
-// How numbers look on standard output.
+// Writes numbers to standard output.
 #ifndef ORVANEL_MATRIX_PRINTING_H
 #define ORVANEL_MATRIX_PRINTING_H
 
 namespace orvanel {
 
-// Writes the number to stdout as printf's "%10.4f" gives it in the C locale. Not with printf: that would write a
-// decimal comma once the host has chosen a locale that has one.
+// Writes the number to stdout as printf's "%10.4f" gives it in the C locale. It does not use printf, which would write
+// a decimal comma in a host's locale that has one.
 void PrintNumber(double number);
 
 }  // namespace orvanel

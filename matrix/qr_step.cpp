@@ -1,4 +1,4 @@
-// One step of the plain QR iteration, and the iteration that prints each step.
+// Computes one step of the plain QR iteration, and the iteration that prints each step.
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -11,7 +11,7 @@
 namespace orvanel {
 namespace {
 
-// Turns rows (from the left) or columns (from the right) upper and lower.
+// Rotates rows (from the left) or columns (from the right) upper and lower.
 struct Rotation {
   int upper;
   int lower;
@@ -19,7 +19,7 @@ struct Rotation {
   double sine;
 };
 
-// The rotation that brings element (lower, column) of x to 0 through row upper. That element is not 0.
+// The rotation with row upper that makes element (lower, column) of x 0. The element is not 0 before.
 Rotation RotationFor(const Matrix& x, int column, int lower) {
   const double larger = std::max(std::fabs(x(column, column)), std::fabs(x(lower, column)));
   const double above = x(column, column) / larger;

@@ -1,4 +1,4 @@
-// A run of doubles: its life, its arithmetic and its size checks.
+// Implements vectors: construction, assignment, arithmetic and size checks.
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -17,7 +17,7 @@ void SayOperands(Text headline, const Vector& left, const Vector& right) {
   Say(Text::kVectorRight, {right.dim()});
 }
 
-// Whether the operands of a compound operator agree; the one headline serves both operators.
+// True if the operands of a compound operator match in size. One headline is for both operators.
 bool Agree(const Vector& left, const Vector& right) {
   if (left.dim() == right.dim()) return true;
   Say(Text::kVectorCompound);

@@ -1,4 +1,4 @@
-// The numbers that every step shares. Includes nothing, so that the kernels can use it too.
+// Defines the constants that every step shares. Includes nothing, so that the kernels can use it too.
 #ifndef ORVANEL_CONSTANTS_H
 #define ORVANEL_CONSTANTS_H
 
@@ -9,9 +9,9 @@ constexpr double kWavelength = 0x1.340cf7e020e77p-11;        // 587.56 nm in mil
 constexpr double kSearchWavelength = 0x1.340cf7e020e78p-11;  // the next double, that of the searches and of white light
 constexpr double kFocalLength = 17.0;                        // of the reduced eye, mm
 constexpr double kWavefrontOutside = 1000.0;                 // mm; marks wavefront samples outside the pupil
-constexpr double kLargestInside = 999.0;                     // mm; a PSF takes what is higher for outside the pupil
+constexpr double kLargestInside = 999.0;                     // mm; a PSF treats higher samples as outside the pupil
 
-// The 2 pi that turns a wavefront into phases. Shorter than that of a double; results depend on it.
+// The 2 pi that converts a wavefront to phases. It has fewer digits than a double holds; results depend on it.
 constexpr double kShortTwoPi = 6.28318530717958;
 
 }  // namespace orvanel

@@ -1,4 +1,4 @@
-// A plane of samples that owns its memory and is never copied by accident.
+// Defines a plane of samples that owns its memory and cannot be copied by accident.
 #ifndef ORVANEL_GRID_PLANE_H
 #define ORVANEL_GRID_PLANE_H
 
@@ -12,8 +12,8 @@ namespace orvanel {
 // Moves, but does not copy; a moved-from plane and one with a side below 1 hold nothing. Aligned to 64 bytes.
 class GridPlane {
  public:
-  // Without samples; with side x side of them; the same without exceptions, where memory that runs out leaves it
-  // without.
+  // The first plane has no samples, the others have side x side of them. The one with std::nothrow throws nothing: if
+  // memory runs out, it has no samples.
   GridPlane() = default;
   explicit GridPlane(int side);
   GridPlane(std::nothrow_t, int side) noexcept;
@@ -23,7 +23,7 @@ class GridPlane {
   GridPlane& operator=(GridPlane&&) noexcept = default;
   ~GridPlane() = default;
 
-  // Samples a side, samples in all, and where they lie.
+  // The number of samples a side, the number of all samples, and their address.
   int side() const { return side_; }
   std::size_t size() const { return static_cast<std::size_t>(side_) * static_cast<std::size_t>(side_); }
   double* data() { return samples_.get(); }
@@ -33,7 +33,7 @@ class GridPlane {
   const double* begin() const { return data(); }
   const double* end() const { return data() + size(); }
 
-  // A sample by its element, or by its row and column. Neither is checked.
+  // One sample, by its element or by its row and column. The index is not checked.
   double& operator[](std::size_t index) { return data()[index]; }
   double operator[](std::size_t index) const { return data()[index]; }
   double& operator()(int row, int column) { return data()[Index(row, column)]; }
@@ -43,14 +43,14 @@ class GridPlane {
   friend class LazyPlane;
   friend class OpticsEngine;
 
-  // In memory for its samples, as it is.
+  // Uses the given memory for its samples and keeps their values.
   GridPlane(int side, std::shared_ptr<double[]> samples) noexcept;
 
   std::size_t Index(int row, int column) const {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(side_) + static_cast<std::size_t>(column);
   }
 
-  std::shared_ptr<double[]> samples_;  // never of two planes; those of an engine are parts of one block
+  std::shared_ptr<double[]> samples_;  // never shared by two planes; those of an engine are parts of one block
   int side_ = 0;
 };
 

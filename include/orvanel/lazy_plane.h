@@ -1,4 +1,4 @@
-// A plane that its engine fills when somebody first looks at it.
+// Defines a plane that its engine computes lazily, on first access.
 #ifndef ORVANEL_LAZY_PLANE_H
 #define ORVANEL_LAZY_PLANE_H
 
@@ -10,12 +10,12 @@
 
 namespace orvanel {
 
-// Reads like a GridPlane, and always holds what the engine's operations have last put there. As long as nobody has
-// looked, they only note what is due; from the first look on they write at once, since whoever looked may have kept the
-// address. A copy is not a look. Moves, but does not copy.
+// Reads like a GridPlane, and always has the samples of the engine's last operation. Until the first access, an
+// operation only records the pending computation. After it, operations write at once, since the host may have kept the
+// address. CopyTo is not an access. Moves, but does not copy.
 class LazyPlane {
  public:
-  // Samples a side, samples in all, and where they lie.
+  // The number of samples a side, the number of all samples, and their address.
   int side() const { return plane_.side(); }
   std::size_t size() const { return plane_.size(); }
   double* data() { return Look().data(); }
@@ -25,13 +25,13 @@ class LazyPlane {
   const double* begin() const { return data(); }
   const double* end() const { return data() + size(); }
 
-  // A sample by its element, or by its row and column. Neither is checked.
+  // One sample, by its element or by its row and column. The index is not checked.
   double& operator[](std::size_t index) { return Look()[index]; }
   double operator[](std::size_t index) const { return Look()[index]; }
   double& operator()(int row, int column) { return Look()(row, column); }
   double operator()(int row, int column) const { return Look()(row, column); }
 
-  // The same samples, written to side x side doubles of any alignment.
+  // Writes the samples to side x side doubles of any alignment.
   void CopyTo(double* samples) const {
     if (const Writer due = due_; due != nullptr) {
       due(source_, samples);
@@ -42,16 +42,16 @@ class LazyPlane {
     }
   }
 
-  // The plane itself.
+  // Computes the plane if necessary, and returns it.
   operator const GridPlane&() const { return Look(); }
 
  private:
   friend class OpticsEngine;
 
-  // In the memory of a plane, whatever that holds.
+  // Uses the memory of a plane; its values do not matter.
   explicit LazyPlane(GridPlane memory) : plane_(std::move(memory)) {}
 
-  // What writes the plane, from what it finds in its source.
+  // Computes the plane from its source.
   using Writer = void (*)(void* source, double* plane);
 
   GridPlane& Look() const {
@@ -69,7 +69,7 @@ class LazyPlane {
 
   bool looked() const { return looked_; }
 
-  // The plane is to be what the writer makes of the source: now, or when somebody looks.
+  // Sets the pending computation; runs it now if the plane has been accessed.
   void Due(Writer writer, void* source) {
     due_ = writer;
     source_ = source;
@@ -78,7 +78,7 @@ class LazyPlane {
 
   mutable GridPlane plane_;
   mutable Writer due_ = nullptr;
-  mutable bool written_ = false;  // else the samples are still to become zero, so that many never take up memory
+  mutable bool written_ = false;  // false: the samples are not yet zeroed, so that unused planes take up no memory
   mutable bool looked_ = false;
   void* source_ = nullptr;
 };

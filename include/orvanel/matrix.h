@@ -1,27 +1,28 @@
 // Dense linear algebra for small problems: vectors and matrices of doubles with arithmetic, inversion, determinant,
-// eigenvalues and eigenvectors.
+// eigenvalues and eigenvectors. This header is its manual.
 //
 //     orvanel::Matrix a(2, 2);
 //     a(0, 0) = 4.0; a(0, 1) = 1.5; a(1, 0) = 1.5; a(1, 1) = 3.0;
 //     const orvanel::Matrix solution = a.inv() * b;
 //
-// INDICES start at 0 and are not checked; element (i, j) stands in row i and column j.
+// INDICES start at 0 and are not checked; element (i, j) is in row i and column j.
 //
 // VALUES. Copies are deep, a moved-from object is empty (dim 0, 0 x 0), a size below 0 counts as 0. Operands may be
 // the same object (a += a).
 //
-// MISMATCHES. Operands whose sizes do not fit make an operation write its message and return a neutral value: an
-// empty object, 0.0, or the left side unchanged. Nothing throws but memory that runs out. Each message is a headline
-// and one or two lines with the sizes, in Japanese, in the bytes of code page 932 whatever the locale.
+// MISMATCHES. If the sizes of the operands do not match, an operation writes its message and returns a neutral value:
+// an empty object, 0.0, or the left side unchanged. Only memory that runs out throws. Each message is a headline and
+// one or two lines with the sizes. It is in Japanese, in the bytes of code page 932 for any locale.
 //
-// OUTPUT goes through stdout, unflushed, so that it keeps its order with what the host prints itself. A number is
-// written as printf writes "%10.4f" in the C locale; the host's locale changes nothing. On Windows lines end in a
-// newline alone, whatever the stream's mode, and are flushed.
+// OUTPUT goes through stdout, unflushed, so that it keeps its order with the host's own output. A number is written as
+// printf writes "%10.4f" in the C locale; the host's locale has no effect. On Windows, lines end in a newline alone
+// for any mode of the stream, and are flushed.
 //
-// RESULTS have the same bits everywhere: they are made of + - * / and the square root alone. Errors are given for n x n
-// matrices as multiples of |A|, the root of the sum of the squares of A's elements, where nothing else is said.
+// RESULTS have the same bits everywhere, since only + - * / and the square root compute them. Errors are given for
+// n x n matrices. Unless a comment says otherwise, they are multiples of |A|, the root of the sum of the squares of
+// A's elements.
 //
-// THREADS. Different objects share nothing but stdout; an object that nobody changes may be read by several threads.
+// THREADS. Different objects share only stdout. Several threads may read an object while no thread changes it.
 #ifndef ORVANEL_MATRIX_H
 #define ORVANEL_MATRIX_H
 
@@ -45,7 +46,7 @@ class Vector {
   Vector& operator=(const Vector&) = default;
   Vector& operator=(Vector&& other) noexcept;
 
-  // How many elements, where they lie, and one of them.
+  // The number of elements, their address, and one element.
   int dim() const { return static_cast<int>(elements_.size()); }
   double* data() { return elements_.data(); }
   const double* data() const { return elements_.data(); }
@@ -80,12 +81,12 @@ Vector operator%(const Vector& left, const Vector& right);
 Vector operator+(const Vector& left, const Vector& right);
 Vector operator-(const Vector& left, const Vector& right);
 
-// Every element by a number.
+// Every element multiplied or divided by a number.
 Vector operator*(const Vector& vector, double factor);
 Vector operator*(double factor, const Vector& vector);
 Vector operator/(const Vector& vector, double divisor);
 
-// Handed to Matrix(n, kind), this very pointer asks for the identity.
+// This pointer, passed to Matrix(n, kind), requests the identity.
 extern const char kUnit[];
 
 struct Eigenvectors;
@@ -96,7 +97,7 @@ class Matrix {
   Matrix() = default;
   Matrix(int rows, int cols);  // all zero
 
-  // n x n: the identity where kind is the pointer kUnit, zero for any other pointer, whatever letters it points to.
+  // n x n: the identity if kind is the pointer kUnit, zero for any other pointer, even to the same letters.
   Matrix(int n, const char* kind);
 
   // See VALUES.
@@ -109,7 +110,7 @@ class Matrix {
   int rows() const { return static_cast<int>(rows_.size()); }
   int cols() const { return cols_; }
 
-  // A row may be assigned to and changed, but has to keep its dim.
+  // A row may be assigned to and changed, but must keep its dim.
   Vector& row(int i) { return rows_[static_cast<std::size_t>(i)]; }
   const Vector& row(int i) const { return rows_[static_cast<std::size_t>(i)]; }
   double& operator()(int i, int j) { return row(i)[j]; }
@@ -128,10 +129,10 @@ class Matrix {
   virtual void resize(int rows, int cols);  // all zero; the old elements are lost
   virtual void fill(double value);          // every element becomes value
 
-  // The inverse by Gauss-Jordan elimination, without ever exchanging rows: a pivot p that is neither >= 1e-5 nor
-  // < -1e-5, and so NaN too, gives the 1 x 1 zero matrix, silently, even where an inverse exists. The two limits are
-  // absolute: scale the matrix first. Not square: a message and an empty matrix.
-  // Error: InverseError(n) where the diagonal outweighs each row; without exchanges there is no bound for others.
+  // The inverse by Gauss-Jordan elimination, without exchanges of rows. A pivot p that is neither >= 1e-5 nor < -1e-5
+  // (also NaN) gives the 1 x 1 zero matrix, silently, even if an inverse exists. The two limits are absolute, so scale
+  // the matrix first. Not square: a message and an empty matrix.
+  // Error: InverseError(n) for a diagonally dominant matrix; without exchanges there is no bound for others.
   // Source: Jordan's variant of Gauss's elimination, Higham, Accuracy and Stability of Numerical Algorithms, 14.4.
   virtual Matrix inv() const;
 
@@ -156,10 +157,10 @@ class Matrix {
   // A square matrix becomes the identity, any other stays as it is.
   virtual void unit();
 
-  // The plain QR iteration, to watch it converge: prints "hessenberg = " and the Hessenberg form, then "X (after
-  // qr_dec()) = " and the matrix after each step, at least one and at most kQrSteps, until everything below the
-  // diagonal is negligible. Returns the last matrix; real eigenvalues end up on its diagonal, while every complex pair
-  // stays in a 2 x 2 block. Not square: a message and an empty matrix.
+  // The plain QR iteration, which shows how it converges. It prints "hessenberg = " and the Hessenberg form, then
+  // "X (after qr_dec()) = " and the matrix after each step. It takes at least one and at most kQrSteps steps, until
+  // everything below the diagonal is negligible. Returns the last matrix: real eigenvalues are on its diagonal, and
+  // every complex pair is in a 2 x 2 block. Not square: a message and an empty matrix.
   virtual Matrix qr_iteration() const;
 
   // The eigenvalues: n x 2, real parts beside imaginary parts, in the order of Eigenvalues. Prints "copied T = " and
@@ -180,13 +181,13 @@ class Matrix {
   int cols_ = 0;
 };
 
-// Of det(), times the sum over all permutations of the products of magnitudes: each of the n levels of the expansion
-// multiplies once and adds up to n times, which rounds a product fewer than n (n + 3) / 2 times.
+// The error of det(), relative to the sum over all permutations of the products of magnitudes. Each of the n levels of
+// the expansion multiplies once and adds up to n times, so a product is rounded fewer than n (n + 3) / 2 times.
 constexpr double DeterminantError(int n) { return (n * n + 2) * kRoundoff; }
 
-// Of A inv(A) - I, times the largest row sums of magnitudes of A and of the inverse: n steps, each with at most three
-// roundings of elements that a dominant diagonal keeps from more than doubling, 6, and room for the product, 8; times
-// the n elements of a row.
+// The error of A inv(A) - I, relative to the largest row sums of magnitudes of A and of the inverse. Each of n steps
+// has at most three roundings of elements, which at most double with a dominant diagonal: 6. The product raises this
+// to 8. A row has n elements.
 constexpr double InverseError(int n) { return 8.0 * n * n * kRoundoff; }
 
 // Rows of left by columns of right, each sum in the order of left's columns. left.cols() other than right.rows(): a
@@ -197,12 +198,12 @@ Matrix operator*(const Matrix& left, const Matrix& right);
 Matrix operator+(const Matrix& left, const Matrix& right);
 Matrix operator-(const Matrix& left, const Matrix& right);
 
-// Every element by a number.
+// Every element multiplied or divided by a number.
 Matrix operator*(const Matrix& matrix, double factor);
 Matrix operator*(double factor, const Matrix& matrix);
 Matrix operator/(const Matrix& matrix, double divisor);
 
-// The same by numbers of other types, which would else be as near to a product of the matrix's one element.
+// The same for numbers of other types; otherwise a product with the matrix's one element would match equally well.
 template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
 Matrix operator*(const Matrix& matrix, Number factor) {
   return matrix * static_cast<double>(factor);
@@ -216,80 +217,79 @@ Matrix operator/(const Matrix& matrix, Number divisor) {
   return matrix / static_cast<double>(divisor);
 }
 
-// A matrix does not count as a number beside a vector: a product of the two is not what it seems.
+// A matrix does not convert to a number beside a vector, since their product would not be the expected one.
 Vector operator*(const Matrix& matrix, const Vector& vector) = delete;
 Vector operator*(const Vector& vector, const Matrix& matrix) = delete;
 Vector operator/(const Vector& vector, const Matrix& matrix) = delete;
 
-// Every element divided by that of a 1 x 1 matrix. Any other divisor: a message and an empty matrix.
+// Every element divided by the element of a 1 x 1 matrix. Any other divisor: a message and an empty matrix.
 Matrix operator/(const Matrix& matrix, const Matrix& divisor);
 
-// |a| where b >= 0.0, which holds for -0.0, and -|a| where not.
+// |a| if b >= 0.0 (also for -0.0), otherwise -|a|.
 double sign(double a, double b);
 
-// The reflection that maps the 1 x n matrix x onto a multiple of the first unit vector, of the sign opposite to x's
-// first element: n x n, symmetric and orthogonal. Of x = 0 it is the identity. Not one row: a message and an empty
-// matrix.
+// The reflection that maps the 1 x n matrix x to a multiple of the first unit vector, with the sign opposite to that of
+// x's first element. It is n x n, symmetric and orthogonal. For x = 0 it is the identity. Not one row: a message and an
+// empty matrix.
 // Error: ReflectionError(n). Source: Householder (1958), Unitary triangularization of a nonsymmetric matrix.
 Matrix householder(const Matrix& x);
 
-// Of each element of householder(): the normalised row takes n + 3 roundings (squares and their sum, the root, two
-// quotients), which count twice in v v^T; four more make the element; and v v^T / |v_0| has elements up to 2.
+// The error of each element of householder(). The normalised row takes n + 3 roundings (squares and their sum, the
+// root, two quotients), which count twice in v v^T. The element takes four more, and v v^T / |v_0| has elements up
+// to 2.
 constexpr double ReflectionError(int n) { return 2.0 * (2 * (n + 3) + 4) * kRoundoff; }
 
-// The tridiagonal form of a symmetric matrix: similar to it, and symmetric. Only the diagonal and what is below it are
-// read, so that any other matrix is taken for the symmetric one with that half. Not square: a message and an empty
-// matrix.
+// The tridiagonal form of a symmetric matrix: similar to it, and symmetric. Only the diagonal and the elements below it
+// are read; any other matrix is treated as the symmetric one with that half. Not square: a message and an empty matrix.
 // Error: FormError(n). Source: Martin, Reinsch and Wilkinson (1968), Householder's tridiagonalization of a symmetric
 // matrix.
 Matrix tridiag(const Matrix& a);
 
-// The upper Hessenberg form: similar by orthogonal transforms, exact zeros below the subdiagonal; a copy for n < 3.
-// A column whose part from the subdiagonal down is shorter than about 1e-10 (not 0) falls under the floor of the
-// scaling product: the form is then no longer similar. Scale such matrices up first. Not square: an empty matrix,
-// silently.
+// The upper Hessenberg form: similar by orthogonal transforms, exact zeros below the subdiagonal; a copy for n < 3. The
+// scaling product has a floor: if a column from the subdiagonal down is shorter than about 1e-10 (not 0), the form is
+// no longer similar. Scale such matrices up first. Not square: an empty matrix, silently.
 // Error: FormError(n), above the floor. Source: Wilkinson (1965), chapter 6.
 Matrix hessenberg(const Matrix& a);
 
-// The two forms are exact, by an orthogonal transform, for a matrix A + E with |E| <= FormError(n) |A|: each of the
-// n - 2 reflections works on A from two sides; on each it forms inner products of up to n terms, a quotient, a product
-// and a difference, n + 4 roundings at most.
+// The two forms are exact, by an orthogonal transform, for a matrix A + E with |E| <= FormError(n) |A|. Each of the
+// n - 2 reflections is applied to A from two sides. Each application computes inner products of up to n terms, a
+// quotient, a product and a difference, with n + 4 roundings at most.
 constexpr double FormError(int n) { return 2.0 * n * (n + 4) * kRoundoff; }
 
-constexpr int kQrSteps = 100;  // the most that qr_iteration takes
+constexpr int kQrSteps = 100;  // maximum of qr_iteration
 
-// One step of the plain QR iteration: the product R Q of a square matrix's factors Q R, similar to the matrix, and
-// Hessenberg where that is. Not square: an empty matrix, silently.
-// Error: exact for A + E, |E| <= QrStepError(n) |A|. Source: Francis (1961), The QR transformation.
+// One step of the plain QR iteration: the product R Q of a square matrix's factors Q R. It is similar to the matrix,
+// and Hessenberg if the matrix is. Not square: an empty matrix, silently. Error: exact for A + E, |E| <= QrStepError(n)
+// |A|. Source: Francis (1961), The QR transformation.
 Matrix qr_dec(const Matrix& x);
 
-// An element takes part in up to 2 n rotations of 4 roundings each.
+// The error of qr_dec(): an element takes part in up to 2 n rotations of 4 roundings each.
 constexpr double QrStepError(int n) { return 8.0 * n * kRoundoff; }
 
-// The eigenvalues re[k] + i im[k] in the order in which they stand on the diagonal of the final form; of a complex
-// pair the one with the negative imaginary part comes first.
+// The eigenvalues re[k] + i im[k] in their order on the diagonal of the final form. In a complex pair, the one with the
+// negative imaginary part comes first.
 struct Eigenvalues {
   Matrix hessenberg;  // the form that the iteration started from
-  Vector re;          // empty, as is im, where more than 100 steps brought no eigenvalue
-  Vector im;          // as many
-  int steps = 0;      // the most that one eigenvalue took
+  Vector re;          // empty, as is im, if more than 100 steps found no eigenvalue
+  Vector im;          // of the same length
+  int steps = 0;      // maximum over the eigenvalues
 };
 
-// What eigen() prints and returns, without the printing. Not square: everything empty.
-// Source: Martin, Peters and Wilkinson (1970), The QR algorithm for real Hessenberg matrices; here with the
-// exceptional shift at every tenth step.
+// Returns what eigen() prints and returns, without printing. Not square: everything is empty.
+// Source: Martin, Peters and Wilkinson (1970), The QR algorithm for real Hessenberg matrices; here with the exceptional
+// shift at every tenth step.
 Eigenvalues eigenvalues(const Matrix& a);
 
-// The eigenvalues are the exact ones of a matrix A + E with |E| <= EigenvalueError(n) |A|, unless a subcolumn fell
-// under the floor of hessenberg(). In a sweep an element takes part in at most six reflections of three elements (three
-// from each side), each with six roundings: 36 roundings, as often up as down, which counts as 6. An eigenvalue takes 3
-// sweeps on the average, hence 18 n; and 2 n more for the Hessenberg form, by the same count.
+// The eigenvalues are the exact ones of a matrix A + E with |E| <= EigenvalueError(n) |A|, unless a subcolumn is below
+// the floor of hessenberg(). In a sweep, an element takes part in at most six reflections of three elements (three from
+// each side), each with six roundings. These 36 roundings are as often up as down, so they count as 6. An eigenvalue
+// takes 3 sweeps on average, hence 18 n. The Hessenberg form adds 2 n, by the same count.
 constexpr double EigenvalueError(int n) { return 20.0 * n * kRoundoff; }
 
 // Column k is the eigenvector re(., k) + i im(., k) of the k-th eigenvalue: of length 1, its largest element real and
-// positive. A column of zeros tells that the value is no eigenvalue: no vector w of length 1 was found that makes
-// |A w - lambda w| <= 1e-10 max |a_ij|. Values nearer to each other than 1e-5 max |a_ij| get orthogonal vectors where
-// such eigenvectors exist; a defective matrix has fewer, and then columns repeat.
+// positive. A column of zeros means that the value is no eigenvalue: no vector w of length 1 was found with
+// |A w - lambda w| <= 1e-10 max |a_ij|. Values closer to each other than 1e-5 max |a_ij| get orthogonal vectors if
+// such eigenvectors exist. A defective matrix has fewer eigenvectors; then columns repeat.
 struct Eigenvectors {
   Matrix re;  // real parts
   Matrix im;  // imaginary parts

@@ -1,4 +1,4 @@
-// An object that many eyes are to look at, with the half of the work that no eye changes done once.
+// Defines an object with its precomputed spectrum, for the retinal images of many eyes.
 #ifndef ORVANEL_PREPARED_OBJECT_H
 #define ORVANEL_PREPARED_OBJECT_H
 
@@ -6,13 +6,13 @@
 
 namespace orvanel {
 
-// Made by OpticsEngine::Prepare, for engines of the same grid in the same process; without an object before. Moves, but
-// does not copy. Reading it from several threads at once is fine.
+// An object that OpticsEngine::Prepare has transformed, for engines of the same grid in the same process. By default it
+// is empty. Moves, but does not copy. Several threads may read it at once.
 class PreparedObject {
  public:
   PreparedObject() = default;
 
-  // Whether there is an object.
+  // True if there is no object.
   bool empty() const { return first_.data() == nullptr; }
 
  private:

@@ -1,4 +1,4 @@
-// The highest place of a point spread function, which seldom lies on a sample.
+// Finds the peak of a point spread function, which is seldom on a sample.
 #ifndef ORVANEL_PSF_PEAK_H
 #define ORVANEL_PSF_PEAK_H
 
@@ -6,14 +6,14 @@ namespace orvanel {
 
 // The peak of a point spread function between its samples.
 struct PsfPeak {
-  double value;   // of the PSF there, relative to its brightest sample; at least 1
-  double row;     // where it is, in samples from the brightest one; rows grow downwards
-  double column;  // columns grow to the right
+  double value;   // PSF at the peak, relative to its brightest sample; at least 1
+  double row;     // position in samples from the brightest one; rows increase downwards
+  double column;  // the same; columns increase to the right
 };
 
-// The highest place of the band-limited function through the samples, found among all lobes whose brightest sample is
-// at least 0.7 of the plane's. Times the Strehl ratio, `value` is the Strehl ratio of the peak between samples.
-// docs/accuracy.md has the error.
+// The maximum of the band-limited function through the samples. The search covers all lobes whose brightest sample is
+// at least 0.7 of the plane's. `value` times the Strehl ratio is the Strehl ratio of the peak between samples. The
+// error is in docs/accuracy.md.
 //   psf  256 x 256 samples, as OrvanelGetPSF and OpticsEngine::ComputePsf give them: the brightest at (128, 128)
 PsfPeak PeakBetweenSamples(const double* psf);
 

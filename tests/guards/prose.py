@@ -157,9 +157,10 @@ def sentences(block):
 
 
 def words(sentence):
-    """How many words: formulas and signs do not count."""
-    return sum(1 for word in sentence.split()
-               if re.search(r"[^\W_]", word) and not re.search(r"[=^\[\]_*<>|]", word))
+    """How many words: signs and parts of formulas do not count."""
+    bare = (word.strip("\"'(),.;:!?") for word in sentence.split())
+    return sum(1 for word in bare
+               if re.fullmatch(r"[^\W_][\w'’.,/%-]*", word) and (len(word) > 1 or word in "aAI" or word.isdigit()))
 
 
 def files(root):
