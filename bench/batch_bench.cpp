@@ -1,9 +1,10 @@
-// What a batch costs for each eye beyond the engine: reading, converting, handing over, writing.
+// Measures the cost of a batch for each eye beyond the engine: reading, converting, passing between threads, writing.
 //
 // Usage: orvanel_batch_bench PROGRAM [EYES [ROUNDS]]
-// Engine and program are measured in turn, in time of the processor, so that other work on the machine counts for
-// little; the medians of the rounds are compared. The engine makes wavefront, PSF with Strehl ratio, and MTF of the
-// same eyes.
+//
+// Engine and program are measured alternately, in processor time, so that other work on the machine has little effect.
+// The medians of the rounds are compared. The engine computes wavefront, PSF with Strehl ratio, and MTF of the same
+// eyes.
 #include <sys/resource.h>
 #include <sys/wait.h>
 
@@ -36,7 +37,7 @@ double SecondsOf(int who) {
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-// Eyes of all orders up to 6, as different as a simple generator makes them.
+// Eyes of all radial orders up to 6, from a simple random generator.
 std::vector<Coefficients> Eyes(std::size_t count) {
   std::vector<Coefficients> eyes(count);
   unsigned state = 12345;

@@ -1,4 +1,4 @@
-// The calls that are measured: the same list for the library with each of its kernels, and for each peer.
+// Declares the measured calls: the same list for the library with each set of kernels, and for each peer.
 #ifndef ORVANEL_BENCH_CALLS_H
 #define ORVANEL_BENCH_CALLS_H
 
@@ -10,11 +10,11 @@ namespace orvanel::bench {
 
 struct Call {
   std::string name;                    // as in kCallTitles
-  std::function<void()> prepare;       // makes what the call starts from
-  std::function<void(int turn)> once;  // the call, with other inputs each turn
+  std::function<void()> prepare;       // prepares the state before the call
+  std::function<void(int turn)> once;  // the call, with other inputs in each turn
 };
 
-// Names of the calls in the order of the table, and what they are.
+// Names of the calls in the order of the table, and their titles.
 struct CallTitle {
   const char* name;
   const char* title;
@@ -28,10 +28,10 @@ constexpr CallTitle kCallTitles[] = {
     {"OneEye", "one eye: input, then all getters"},
 };
 
-// Those of the shared library and of an engine, with the kernels of this name.
+// The calls of the shared library and of an engine, with the kernels of this name.
 std::vector<Call> CallsOfLibrary(const std::string& kernels);
 
-// Those of the peers.
+// The calls of the peers.
 std::vector<Call> CallsOfFftw();
 std::vector<Call> CallsOfPlainCode();
 

@@ -1,5 +1,4 @@
-// The calls as the pipeline on FFTW makes them. Before anybody measures it, its results are compared with the
-// library's.
+// Defines the calls of the pipeline on FFTW. Its results are compared with the library's before any measurement.
 #include <cmath>
 #include <memory>
 #include <stdexcept>
@@ -15,7 +14,7 @@ namespace {
 
 using Plane = std::vector<double>;
 
-// What both must give to rounding.
+// The results that must agree to rounding.
 constexpr double kLargestDifference = 1e-9;
 
 void Compare(const char* what, const Plane& a, const Plane& b) {
@@ -69,7 +68,7 @@ void CheckResults(Subject& s) {
   library.GetMTF(expected.data(), &scalar);
   Compare("MTF", s.heldMtf, expected);
 
-  // Angles mean nothing where there is no modulus.
+  // Angles have no meaning where the modulus is 0.
   OpticsEngine engine;
   engine.synthesizeWavefront(EyeAt(kTurn).data(), kPupil_mm, 1, 1, 1);
   engine.ComputeMtf(kWavelength, expected.data(), &scalar, nullptr, nullptr, nullptr, ORVANEL_GRID_SIZE);
@@ -104,7 +103,7 @@ std::vector<Call> CallsOfFftw() {
       {"Strehl", nothing, [s](int turn) { s->strehl = s->pipeline.Strehl(EyeAt(turn).data()); }},
       {"GetOrvanel", [s] { s->Enter(0); }, [s](int turn) { s->Look(turn); }},
       {"GetPattern", [s] { s->Enter(0); }, [s](int) { s->pipeline.Pattern(true, s->image.data()); }},
-      // PSF and MTF are written where the user wants them; there is nothing left to get.
+      // PSF and MTF are written to the user's buffers at once; no getter is needed.
       {"OneEye", nothing,
        [s](int turn) {
          s->Enter(turn);

@@ -1,5 +1,5 @@
-// The library's calls. Those of the C interface go through the shared library as it is shipped, loaded once more for
-// each choice of kernels; what it does not export goes through an engine.
+// Defines the library's calls. Calls of the C interface use the shared library as it ships, loaded once for each set of
+// kernels. Functions that it does not export are called on an engine.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -18,7 +18,7 @@ namespace {
 
 using Plane = std::vector<double>;
 
-// A copy of the shared library under a name of its own, so that the loader takes it for another library.
+// A copy of the shared library with another name, so that the loader treats it as another library.
 class Copy {
  public:
   explicit Copy(const std::string& kernels)
@@ -36,7 +36,7 @@ class Copy {
   std::filesystem::path path_;
 };
 
-// Loads the library while the environment names the kernels, which is when it reads the name.
+// Loads the library while the environment names the kernels, since it reads the name at load.
 std::unique_ptr<test::LoadedLibrary> Load(const std::string& kernels) {
   const Copy copy(kernels);
   const char* const named = std::getenv("ORVANEL_KERNELS");
@@ -75,7 +75,7 @@ struct Subject {
   }
 
   std::unique_ptr<test::LoadedLibrary> library;
-  OpticsEngine engine;    // writes what is asked for
+  OpticsEngine engine;    // writes only requested planes
   OpticsEngine lookedAt;  // writes all planes
   Plane image = Plane(ORVANEL_PLANE_SAMPLES);
   Plane optotype = Plane(ORVANEL_PLANE_SAMPLES);
@@ -96,7 +96,7 @@ std::vector<Call> CallsOfLibrary(const std::string& kernels) {
   const auto nothing = [] {};
   return {
       {"InputZerWithPhase",
-       [s] {  // whoever has looked once may have kept the address
+       [s] {  // after an access, all later results are written at once
          s->lookedAt.psfPlane.data();
          s->lookedAt.phasePlane.data();
          s->lookedAt.pupilXPlane.data();

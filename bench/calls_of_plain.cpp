@@ -1,6 +1,5 @@
-// The calls in plain scalar code, one sample after the other: what the library would cost if nothing had been done
-// about it. The code is that to which the tests compare the kernels. It makes MTF and phase at once, so that there is
-// no call without the phase.
+// Defines the calls in plain scalar code, one sample after the other: the cost of the library without optimisation. The
+// tests compare the kernels with the same code. It computes MTF and phase together, so no call leaves out the phase.
 #include <cstdio>
 #include <memory>
 

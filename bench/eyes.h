@@ -1,4 +1,4 @@
-// What is looked at, and with which eyes: the inputs of every measured call, in turn, so that no call repeats its last.
+// Defines the inputs of every measured call, eyes and objects. They take turns, so that no call repeats its last input.
 #ifndef ORVANEL_BENCH_EYES_H
 #define ORVANEL_BENCH_EYES_H
 
@@ -13,7 +13,7 @@ using Coefficients = std::array<double, ORVANEL_COEFFICIENTS>;
 
 constexpr double kPupil_mm = 6.0;
 
-// Eight eyes, from half an aberration of everyday size to twice of it, without symmetry.
+// Eight asymmetric eyes, with half to twice the usual aberration.
 inline const Coefficients& EyeAt(int turn) {
   static const auto eyes = [] {
     constexpr Coefficients kEveryday = {0.0,    0.0,     0.0,     1.1e-4,  2.3e-4,   -0.7e-4, 0.4e-4,

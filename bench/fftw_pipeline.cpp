@@ -1,4 +1,4 @@
-// The peer on FFTW. Conventions are those of the library, so that the results can be compared.
+// Implements the peer on FFTW. It has the library's conventions, so that the results can be compared.
 #include "bench/fftw_pipeline.h"
 
 #include <algorithm>
@@ -65,7 +65,7 @@ void DrawRing(int diameter, int gapDirection, double* plane) {
   }
 }
 
-// A plan that leaves its input as it is.
+// A plan that does not change its input.
 fftw_plan PlanOfReal(double* in, fftw_complex* out) {
   return fftw_plan_dft_r2c_2d(kSide, kSide, in, out, FFTW_PATIENT | FFTW_PRESERVE_INPUT);
 }
@@ -135,7 +135,7 @@ FftwPipeline::~FftwPipeline() {
 }
 
 // Pupil function, field on the retina, and its intensity with zero at (0, 0), without a scale. The direction of the
-// transform only turns the image, which costs nothing when the samples are moved.
+// transform only rotates the image by half a turn. The move of the samples corrects this without cost.
 void FftwPipeline::FormIntensity(const double* coefficients) {
   constexpr double waves = 2.0 * std::numbers::pi / kWavelength_mm;
   const int count = static_cast<int>(inside_.size());
@@ -163,7 +163,7 @@ void FftwPipeline::FormIntensity(const double* coefficients) {
 
 double FftwPipeline::Strehl(const double* coefficients) {
   FormIntensity(coefficients);
-  // Four maxima, since one would have to wait for itself.
+  // Four maxima, since each comparison depends on the previous one of the same maximum.
   double largest[4] = {};
   for (int i = 0; i < kSamples; i += 4) {
     for (int l = 0; l < 4; ++l) largest[l] = std::max(largest[l], intensity_[static_cast<std::size_t>(i + l)]);
@@ -188,8 +188,8 @@ void FftwPipeline::Input(const double* coefficients, double pupil_mm, double* ps
   }
   std::memcpy(psf, centred, sizeof(double) * kSamples);
 
-  // The origin in the middle of the PSF changes signs of its transform like those of a chess board; the other half
-  // of the transform is the conjugate.
+  // The origin in the middle of the PSF changes signs of its transform in a checkerboard pattern. The other half of the
+  // transform is the conjugate.
   fftw_execute(otfOfPsf_);
   const fftw_complex* const otf = otf_.get();
   const double perZero = 1.0 / otf[0][0];
@@ -220,7 +220,8 @@ void FftwPipeline::Input(const double* coefficients, double pupil_mm, double* ps
 // |F(object x transfer function, its rows mirrored)|^2, quadrants swapped. Both factors are halves of transforms of
 // real planes; the mirrored rows make the product that of a complex plane.
 void FftwPipeline::ObjectSeen(const fftw_complex* object, double objectTotal, bool stretched, double* image) {
-  // Rows p of the object meet rows 255 - p of the transfer function. Both are conjugates of backward transforms.
+  // Row p of the object is multiplied by row 255 - p of the transfer function. Both are conjugates of backward
+  // transforms.
   for (int p = 0; p < kSide; ++p) {
     fftw_complex* const to = product_.get() + p * kSide;
     const fftw_complex* const o = object + p * kHalfSide;

@@ -1,10 +1,10 @@
-// A peer: the same results as a careful user would compute them with FFTW. One object is one eye.
+// Declares a peer: the same results, computed as a careful user of FFTW would. One object is one eye.
 //
-// What makes it careful: plans are measured once (FFTW_PATIENT) and used again; memory is aligned by FFTW; real planes
-// are transformed as real planes, so that half a spectrum serves for MTF, phase and image; the values of the
-// polynomials are made once; the star is transformed once; the transfer function is made once for each eye; scales are
-// folded into passes that there are anyway. Sine, cosine, arc tangent and square root are the C library's, loops are
-// the compiler's. There is nothing that one would need the innards of a transform for.
+// The implementation is careful in these ways. Plans are measured once (FFTW_PATIENT) and reused. FFTW aligns the
+// memory. Real planes are transformed as real planes, so that a half spectrum is enough for MTF, phase and image. The
+// values of the polynomials and the transform of the star are computed once, the transfer function once for each eye.
+// Scales are part of other passes. Sine, cosine, arc tangent and square root are the C library's, and the compiler
+// vectorises the loops. Nothing depends on the internals of a transform.
 #ifndef ORVANEL_BENCH_FFTW_PIPELINE_H
 #define ORVANEL_BENCH_FFTW_PIPELINE_H
 
@@ -40,16 +40,17 @@ class FftwPipeline {
   FftwPipeline(const FftwPipeline&) = delete;
   FftwPipeline& operator=(const FftwPipeline&) = delete;
 
-  // Wavefront, PSF, MTF, and where `phase` is not null the phase.
+  // Computes wavefront, PSF, MTF, and the phase if `phase` is not null.
   void Input(const double* coefficients, double pupil_mm, double* psf, double* mtf, double* phase);
 
-  // The Strehl ratio alone.
+  // Computes only the Strehl ratio.
   double Strehl(const double* coefficients);
 
-  // The ring as drawn and as seen by the eye of the last Input. Prints the line that the library prints.
+  // Computes the ring and its retinal image in the eye of the last Input. Prints the line that the library prints.
   void Ring(double acuity, int gapDirection, double* optotype, double* image);
 
-  // The star as seen by the eye of the last Input, stretched to span 0 to 1 or with its light kept.
+  // Computes the retinal image of the star in the eye of the last Input, stretched to span 0 to 1 or with its light
+  // kept.
   void Pattern(bool stretched, double* image);
 
  private:

@@ -1,4 +1,4 @@
-// A process's first OrvanelInputZer, from loading the library on. Prints microseconds.
+// Measures a process's first OrvanelInputZer, from the load of the library on. Prints microseconds.
 #include <chrono>
 #include <cstdio>
 #include <exception>

@@ -1,4 +1,5 @@
-// Every call once under callgrind, which writes one file for each, named in it. Usage: orvanel_instructions KERNELS
+// Runs every call once under callgrind, which writes one file for each call, with the call's name inside.
+// Usage: orvanel_instructions KERNELS
 #include <valgrind/callgrind.h>
 
 #include <cstdio>

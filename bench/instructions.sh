@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Instructions of every measured call, counted by callgrind: they tell a slower library from a busy machine. Fails where a
-# call costs more than a twentieth above what is recorded. There is no valgrind for AVX-512.
+# Counts the instructions of every measured call with callgrind. Unlike times, they do not depend on other work on the
+# machine. Fails if a call costs more than a twentieth above the recorded count. Valgrind does not support AVX-512.
 # Usage: instructions.sh PROGRAM check|renew
 set -euo pipefail
 program=$(realpath "$1") action=$2

@@ -1,5 +1,5 @@
-// The benchmark program: every call with each of the kernels and by each peer, measured alternately with the unit; then
-// what the library costs a process. Prints the tables.
+// Measures every call with each set of kernels and with each peer, alternately with the unit, and then the cost of the
+// library to a process. Prints the tables.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -23,14 +23,14 @@ namespace {
 
 constexpr const char* kUnit = "Unit";
 
-// Keeps the least time of each benchmark: what else runs on the machine only ever adds to it.
+// Keeps the minimum time of each benchmark, since other work on the machine can only add to it.
 class Least : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context&) override { return true; }
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (run.run_type != Run::RT_Iteration) continue;
-      // With threads the clock on the wall counts.
+      // With threads, wall-clock time counts.
       const double seconds = run.threads > 1 ? run.real_accumulated_time : run.cpu_accumulated_time;
       const double microseconds = 1e6 * seconds / static_cast<double>(run.iterations);
       double& least = least_us_.try_emplace(run.run_name.function_name, microseconds).first->second;
@@ -73,7 +73,7 @@ std::string FirstLine(const char* path, const std::string& key) {
 
 std::string Load() { return FirstLine("/proc/loadavg", "").substr(0, 4); }
 
-// A line of a table: what it is, and a cell for each column.
+// A line of a table: its title, and a cell for each column.
 void Row(const std::string& title, const std::vector<std::string>& cells) {
   std::printf("| %s |", title.c_str());
   for (const std::string& cell : cells) std::printf(" %s |", cell.c_str());
@@ -100,7 +100,7 @@ void PrintCalls(const Least& least, const std::vector<std::string>& columns, con
   }
 }
 
-// What the library costs a process, with each of the kernels. What two threads gain can only be seen on idle cores.
+// The cost of the library to a process, with each set of kernels. The gain of two threads needs idle cores.
 void PrintProcess(const std::vector<std::string>& kernels, bool idle, EngineMemory memory) {
   Row("a process", kernels);
   Row("---", std::vector<std::string>(kernels.size(), "---"));
@@ -119,13 +119,13 @@ void PrintProcess(const std::vector<std::string>& kernels, bool idle, EngineMemo
   Row("eyes a second on two threads", two);
   Row("the second thread's gain", ratio);
   if (!idle) std::printf("\nEyes a second were not measured: at the start the machine was not idle.\n");
-  std::printf("\nAn engine takes up %.1f MiB after an eye, and %.1f MiB when all its planes have been looked at.\n",
+  std::printf("\nAn engine takes up %.1f MiB after an eye, and %.1f MiB after an access to all its planes.\n",
               memory.afterAnEye, memory.atMost);
 }
 
 int Main(int argc, char** argv) {
-  const EngineMemory memory = MemoryOfEngine();  // first, so that no part of it is one that another has left
-  // Short repetitions in random order, so that all benchmarks meet the same machine.
+  const EngineMemory memory = MemoryOfEngine();  // first, so that it reuses no memory of other work
+  // Short repetitions in random order, so that all benchmarks run under the same conditions.
   std::vector<std::string> flags = {argv[0], "--benchmark_enable_random_interleaving=true",
                                     "--benchmark_repetitions=100", "--benchmark_min_time=0.005"};
   flags.insert(flags.end(), argv + 1, argv + argc);

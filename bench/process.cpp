@@ -1,4 +1,4 @@
-// Measuring what the library costs a process.
+// Measures the cost of the library to a process.
 #include "bench/process.h"
 
 #include <benchmark/benchmark.h>
@@ -86,13 +86,13 @@ double NumberPrintedBy(const std::string& command) {
   return std::strtod(line, nullptr);
 }
 
-// An engine at work on a core of its own.
+// An engine that works on its own core.
 struct Work {
   EyeOfEngine* eye;
   int core;
 };
 
-// The eyes a second of all together: the sum of what each does while all others are at work.
+// The eyes per second of all engines together: the sum of each engine's rate while all engines work.
 double Rate(const std::vector<Work>& works) {
   constexpr int kEyes = 4;
   std::atomic<std::size_t> ready = 0, done = 0;

@@ -1,4 +1,4 @@
-// What the library costs a process, beside the time of its calls.
+// Declares measurements of the library's cost to a process, apart from the time of its calls.
 #ifndef ORVANEL_BENCH_PROCESS_H
 #define ORVANEL_BENCH_PROCESS_H
 
@@ -6,19 +6,19 @@
 
 namespace orvanel::bench {
 
-// The first OrvanelInputZer of a process, from loading the library on, by a program that makes only that; the least of
-// many processes.
+// The time of the first OrvanelInputZer of a process, from the load of the library on. A program with only this call
+// measures it; the result is the minimum of many processes.
 double FirstCall_us(const std::string& kernels);
 
-// Eyes per second of one thread and of two, each with an engine and a core of its own, and how many times the eyes of
-// one two make: medians over all pairs of cores, taken in turn. The two cores are measured alone and together one right
-// after the other, so that who else uses the machine is in both. 0 where there is one core.
+// Eyes per second of one thread and of two threads, each with its own engine and core, and the ratio of the two. The
+// results are medians over all pairs of cores, taken in turn. Two cores are measured alone and together in direct
+// succession, so that other work on the machine affects both. 0 if there is only one core.
 struct Throughput {
   double one, two, gain;
 };
 Throughput ThroughputOfThreads();
 
-// Mebibytes that an engine takes up after an eye, and when all its planes have been looked at.
+// The memory of an engine in mebibytes after an eye, and after an access to all its planes.
 struct EngineMemory {
   double afterAnEye, atMost;
 };

@@ -1,4 +1,4 @@
-// Standard output led to nowhere: the ring's trace line is part of what is measured, and would be in the report's way.
+// Redirects standard output to nowhere: the ring's trace line is part of the measurement, but not of the report.
 #ifndef ORVANEL_BENCH_SILENT_OUTPUT_H
 #define ORVANEL_BENCH_SILENT_OUTPUT_H
 

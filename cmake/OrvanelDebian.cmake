@@ -1,4 +1,4 @@
-# The package for Debian.
+# Defines the package for Debian.
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
@@ -19,7 +19,7 @@ if(WIN32)
   return()
 endif()
 
-# Debian's own copies of the terms and of the changes, and what it lets pass, with reasons.
+# Debian's own copies of the licences and changes, and its overrides with reasons.
 set(orvanel_debian ${PROJECT_BINARY_DIR}/debian)
 add_custom_command(OUTPUT ${orvanel_debian}/copyright ${orvanel_debian}/changelog.Debian.gz ${orvanel_debian}/changelog.gz
   COMMAND ${PROJECT_SOURCE_DIR}/cmake/debian/make_files.sh ${PROJECT_SOURCE_DIR} ${orvanel_notices}/THIRD-PARTY-NOTICES

@@ -1,8 +1,8 @@
-# Libraries that are headers alone.
+# Finds libraries that have only headers.
 
 # orvanel_find_headers(<package> <target> <folder>): the target of the package, whose headers are those of <folder>/.
-# Where we build for another system its headers serve as well, but not what stands beside them: the compiler sees a
-# folder that holds a link to theirs and nothing else.
+# When we build for another system, these headers are correct too, but others in the same folder are not. Therefore the
+# compiler gets a folder that has only a link to these headers.
 function(orvanel_find_headers package target folder)
   if(NOT CMAKE_CROSSCOMPILING)
     find_package(${package} REQUIRED)

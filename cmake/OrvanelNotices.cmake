@@ -1,4 +1,5 @@
-# The terms of Orvanel and of what it contains: orvanel_notices is the folder that holds THIRD-PARTY-NOTICES and REQUIREMENTS.
+# Writes the licences of Orvanel and its third-party parts. orvanel_notices is the folder of THIRD-PARTY-NOTICES and
+# REQUIREMENTS.
 set(orvanel_notices ${PROJECT_BINARY_DIR}/notices)
 set(orvanel_notices_table ${PROJECT_SOURCE_DIR}/cmake/notices/third_party.txt)
 set(orvanel_platform $<IF:$<BOOL:${WIN32}>,windows,linux>)

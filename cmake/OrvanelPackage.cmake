@@ -1,11 +1,11 @@
-# What others get: headers, documents and examples, the files by which CMake and pkg-config find the libraries, and
-# archives of it all.
+# Installs headers, documents, examples and the files with which CMake and pkg-config find the libraries, and makes
+# archives of the installation.
 include(CMakePackageConfigHelpers)
 
 install(DIRECTORY include/orvanel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 
-# Documents, in folders as here so that links between them hold. Pages lose their links to what is not installed, and
-# those to headers lead to where these are.
+# Documents are in the same folders as here, so that links between them are valid. Links to files that are not installed
+# are removed, and links to headers get the installed path.
 set(orvanel_doc_folder ${CMAKE_INSTALL_DATADIR}/doc/orvanel)
 set(orvanel_include_folder ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 cmake_path(RELATIVE_PATH orvanel_include_folder BASE_DIRECTORY ${CMAKE_INSTALL_FULL_DATADIR}/doc/orvanel)

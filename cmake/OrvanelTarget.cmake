@@ -1,19 +1,19 @@
-# What every target of this project needs, whatever preset builds it.
+# Defines the options of every target of this project, for all presets.
 
 if(MINGW)
-  # GCC takes the stack of Windows for as aligned as wide registers want it, which it is not: moves that mind are
-  # assembled as moves that do not. Assemblers have known how since binutils 2.38.
+  # GCC assumes that the stack of Windows is aligned for wide registers, but it is not. The assembler replaces moves that
+  # need alignment by moves that do not; it can do so since binutils 2.38.
   set(orvanel_mingw_options -Wa,-muse-unaligned-vector-move)
-  # Without optimisation the square root is a call into a C library that rounds otherwise.
+  # Without optimisation, the square root is a call to a C library that rounds differently.
   list(APPEND orvanel_mingw_options $<$<NOT:$<CONFIG:Release,RelWithDebInfo,MinSizeRel>>:-O1>)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-    # The arithmetic of 64 bits, so that the bits are the same; and hosts align the stack to 4 bytes only.
+    # SSE2 arithmetic, as on 64 bits, so that the bits are the same. Hosts align the stack to only 4 bytes.
     list(APPEND orvanel_mingw_options -msse2 -mfpmath=sse -mstackrealign)
   endif()
 endif()
 
-# orvanel_target(<target>): C++20, no exported names but the marked ones, and arithmetic that gives the same bits
-# everywhere: no fused multiply-add, and the square root as one instruction instead of a call that sets errno.
+# orvanel_target(<target>): C++20, only marked names are exported, and arithmetic gives the same bits everywhere. For this
+# there is no fused multiply-add, and the square root is one instruction instead of a call that sets errno.
 function(orvanel_target target)
   target_compile_features(${target} PRIVATE cxx_std_20)
   set_target_properties(${target} PROPERTIES
@@ -50,16 +50,17 @@ function(orvanel_kernels_for target name)
   target_compile_definitions(${kernels} PRIVATE ORVANEL_KERNELS=${name})
   target_compile_options(${kernels} PRIVATE ${ARGN})
   if(ORVANEL_FUZZ)
-    # The fuzzer is after calls and buffers, which have guards of their own, and would spend its time in instrumented
-    # arithmetic. The preset "sanitize" replays the corpus with everything instrumented.
+    # The fuzzer tests calls and buffers, which have their own guards. It would spend its time in instrumented arithmetic.
+    # The preset "sanitize" replays the corpus with everything instrumented.
     target_compile_options(${kernels} PRIVATE -fno-sanitize=all -O2)
   endif()
   target_sources(${target} PRIVATE $<TARGET_OBJECTS:${kernels}>)
   set_property(TARGET ${target} APPEND PROPERTY ORVANEL_KERNELS ${kernels})
 endfunction()
 
-# orvanel_fuzzed_arithmetic(<target>): compares samples by the million, whose values tell the fuzzer nothing: it is not
-# called for each. Edges are counted as everywhere, and readers of files keep their comparisons, which are its hints.
+# orvanel_fuzzed_arithmetic(<target>): comparisons in this target do not call the fuzzer. They compare millions of
+# samples, whose values do not help the fuzzer. Edges are counted as usual, and readers of files keep their comparisons,
+# which are useful hints.
 function(orvanel_fuzzed_arithmetic target)
   if(ORVANEL_FUZZ)
     target_compile_options(${target} PRIVATE -fno-sanitize-coverage=trace-cmp)
@@ -67,7 +68,7 @@ function(orvanel_fuzzed_arithmetic target)
 endfunction()
 
 # orvanel_layer(<name> SOURCES <file>... [USES <layer>...]): the static library orvanel_<name> of one folder. It finds the
-# headers of the layers below it; guards see to it that these are the only ones.
+# headers of the layers below it; guards check that these are the only ones.
 function(orvanel_layer name)
   cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
   add_library(orvanel_${name} STATIC ${arg_SOURCES})
@@ -80,8 +81,8 @@ function(orvanel_layer name)
   target_link_libraries(orvanel_${name} PUBLIC ${arg_USES})
 endfunction()
 
-# orvanel_library(<target> <name>): a library of the package, Orvanel::<name> both here and for those who find it
-# installed. They get the headers and none of our flags.
+# orvanel_library(<target> <name>): a library of the package, Orvanel::<name> both here and in an
+# installation. Its users get the headers and none of our flags.
 function(orvanel_library target name)
   orvanel_target(${target})
   orvanel_fuzzed_arithmetic(${target})

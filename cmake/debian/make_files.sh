@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Writes what a package of Debian has beside its files: copyright, and the two changelogs, the same bytes each time.
+# Writes the additional files of a Debian package: copyright and the two changelogs, with the same bytes each time.
 # Usage: make_files.sh SOURCE_FOLDER NOTICES VERSION MAINTAINER FOLDER
 set -euo pipefail
 source=$1 notices=$2 version=$3 maintainer=$4 folder=$5

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Writes, for a platform, THIRD-PARTY-NOTICES from the table and from the copyright files of Debian's packages, and
-# REQUIREMENTS, what has to be on the machine that runs a build.
+# Writes THIRD-PARTY-NOTICES for a platform, from the table and the copyright files of Debian's packages. Also writes
+# REQUIREMENTS, the libraries that a build needs to run.
 # Usage: make_notices.sh TABLE linux|windows FOLDER
 set -euo pipefail
 table=$1 platform=$2 folder=$3
 export LC_ALL=C.UTF-8
 
-# rows HOW...: how, package, names and what of this platform, between tabs.
+# rows HOW...: how, package, names and description for this platform, separated by tabs.
 rows() {
   local how where package names what
   grep -vE '^(#|$)' "$table" | while read -r how where package names what; do
@@ -16,7 +16,7 @@ rows() {
   done
 }
 
-# The libraries that a build loads, a line each.
+# The libraries that a build loads, one line each.
 needs() {
   rows dynamic | while IFS=$'\t' read -r _ package names what; do
     printf '  * %s: %s (Debian package %s)\n' "${names//,/, }" "$what" "$package"

@@ -1,3 +1,3 @@
-# 32-bit Windows. What is built cannot be run here.
+# Builds for 32-bit Windows. The programs cannot run here.
 set(ORVANEL_PROCESSOR i686)
 include(${CMAKE_CURRENT_LIST_DIR}/windows.cmake)
