@@ -28,6 +28,9 @@ void RecentrePlane(double* plane, int row, int column, int n);
 // there is none.
 double StrehlReference(int n, int m);
 
+// Strehl ratio of a PSF with this peak; -1 on a grid without reference.
+double StrehlRatio(double peak, int n, int m);
+
 }  // namespace orvanel
 
 #endif  // ORVANEL_OPTICS_PSF_H

@@ -9,7 +9,6 @@
 
 #include "base/elementary.h"
 #include "optics/samples.h"
-#include "optics/workspace.h"
 
 namespace orvanel {
 namespace {
@@ -215,11 +214,5 @@ PsfPeak PeakOf(const PeriodicPlane& plane) {
 }
 
 PsfPeak PeakBetweenSamples(const double* psf) { return PeakOf({psf, kSide, kSide / 2, kSide / 2}); }
-
-PsfPeak OpticsEngine::FindPsfPeak() const {
-  if (workspace_->kernels == nullptr) return {1.0, 0.0, 0.0};
-  const Recentring& psf = workspace_->memory->psf;
-  return PeakOf({psf.intensity, kIntensityPitch, psf.row, psf.column});
-}
 
 }  // namespace orvanel

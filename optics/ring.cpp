@@ -2,14 +2,10 @@
 #include "optics/ring.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
-#include <cstdio>
-#include <string_view>
 
-#include "base/standard_output.h"
+#include "optics/kernels/kernels.h"
 #include "optics/samples.h"
-#include "optics/workspace.h"
 
 namespace orvanel {
 namespace {
@@ -28,17 +24,6 @@ double Numerator(int n) { return n == 256 ? 5.0 : 3.0; }
 
 // Even rings are centred between four samples, odd ones on a sample.
 bool IsEven(int diameter) { return diameter % 2 == 0; }
-
-// One line: the acuity as printf's "%g" gives it in the C locale, a tab, the diameter.
-void Trace(double acuity, int diameter) {
-  char line[64];
-  char* end = std::to_chars(line, line + 32, acuity, std::chars_format::general, 6).ptr;
-  *end++ = '\t';
-  end = std::to_chars(end, line + 63, diameter).ptr;
-  *end++ = '\n';
-  WriteOutput(std::string_view(line, end));
-  std::fflush(stdout);
-}
 
 void DrawClosedRing(double* plane, int n, int diameter, const Kernels* kernels) {
   const double centre = IsEven(diameter) ? n / 2 + 0.5 : n / 2;
@@ -71,11 +56,6 @@ void OpenGap(double* plane, int n, int diameter, int gapDirection) {
   }
 }
 
-void DrawRing(double* plane, int n, int diameter, int gapDirection, const Kernels* kernels) {
-  DrawClosedRing(plane, n, diameter, kernels);
-  if (gapDirection >= 1 && gapDirection <= 4) OpenGap(plane, n, diameter, gapDirection);
-}
-
 }  // namespace
 
 int RingDiameter(const RingScale& scale, double acuity) {
@@ -96,17 +76,13 @@ GapRange GapAcross(int diameter, int n) {
   return {n / 2 - halfWidth + (IsEven(diameter) ? 1 : 0), n / 2 + halfWidth};
 }
 
-void DrawRing(double* plane, int n, int diameter, int gapDirection) {
-  DrawRing(plane, n, diameter, gapDirection, nullptr);
+void DrawRing(double* plane, int n, int diameter, int gapDirection, const Kernels* kernels) {
+  DrawClosedRing(plane, n, diameter, kernels);
+  if (gapDirection >= 1 && gapDirection <= 4) OpenGap(plane, n, diameter, gapDirection);
 }
 
-void OpticsEngine::DrawRingOptotype(double* plane, int n, double acuity, double* effectiveAcuity,
-                                    int gapDirection) const {
-  const RingScale scale{n, gridSize, psfHalfWidth, focalLength};
-  const int diameter = RingDiameter(scale, acuity);
-  Trace(acuity, diameter);
-  *effectiveAcuity = EffectiveAcuity(scale, diameter);
-  DrawRing(plane, n, diameter, gapDirection, n == kKernelGrid ? workspace_->kernels : nullptr);
+void DrawRing(double* plane, int n, int diameter, int gapDirection) {
+  DrawRing(plane, n, diameter, gapDirection, nullptr);
 }
 
 }  // namespace orvanel

@@ -2,11 +2,9 @@
 #include "optics/wavefront.h"
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 #include "optics/samples.h"
-#include "optics/workspace.h"
 #include "orvanel/sampling.h"
 #include "orvanel/zernike.h"
 
@@ -36,32 +34,6 @@ double WavefrontAt(const Powers& x, const Powers& y, const SelectedTerms& terms)
   return w;
 }
 
-enum Coordinate { kColumn, kRow };
-
-// The coordinate times the pupil's diameter, on the samples inside it; the others are left as they are.
-template <Coordinate which>
-void WriteCoordinate(const SampledPupil& pupil, double* plane) {
-  const int n = pupil.gridSize, centre = n / 2, radius = pupil.samples / 2;
-  const double spacing = Spacing(pupil.samples);
-  for (int r = 0; r < n; ++r) {
-    const int dy = r - centre;
-    int width = 0;  // columns inside the pupil, from the centre on
-    while (IsInside(width, dy, radius)) ++width;
-    const int end = std::min(centre + width, n);
-    for (int c = std::max(centre - width + 1, 0); c < end; ++c) {
-      Store(plane, SampleIndex(r, c, n), (which == kColumn ? c - centre : dy) * spacing * pupil.diameter);
-    }
-  }
-}
-
-// The same on a plane of zeros.
-template <Coordinate which>
-void WriteCoordinatePlane(void* source, double* plane) {
-  const SampledPupil& pupil = *static_cast<const SampledPupil*>(source);
-  std::memset(static_cast<void*>(plane), 0, SampleCount(pupil.gridSize) * sizeof *plane);
-  WriteCoordinate<which>(pupil, plane);
-}
-
 }  // namespace
 
 SelectedTerms SelectTerms(const double* coefficients, int includeAstigmatism, int includeAllSecondOrder,
@@ -81,35 +53,9 @@ SelectedTerms SelectTerms(const double* coefficients, int includeAstigmatism, in
   return terms;
 }
 
-void OpticsEngine::synthesizeWavefront(const double* coefficients, double diameter, int includeAstigmatism,
-                                       int includeAllSecondOrder, int includeDefocus) {
-  const int n = gridSize;
-  psfWavelength = 0.0;
-  pupilDiameter = diameter;
-  normaliseOutput = 1;
-  pupilSamples = PupilSamples(n);
-
-  // Whoever has looked at the coordinates finds outside the pupil what he left there.
-  SampledPupil& pupil = workspace_->pupil;
-  pupil = {n, pupilSamples, pupilDiameter};
-  if (pupilXPlane.looked()) {
-    WriteCoordinate<kColumn>(pupil, pupilXPlane.data());
-  } else {
-    pupilXPlane.Due(WriteCoordinatePlane<kColumn>, &pupil);
-  }
-  if (pupilYPlane.looked()) {
-    WriteCoordinate<kRow>(pupil, pupilYPlane.data());
-  } else {
-    pupilYPlane.Due(WriteCoordinatePlane<kRow>, &pupil);
-  }
-
-  const SelectedTerms terms = SelectTerms(coefficients, includeAstigmatism, includeAllSecondOrder, includeDefocus);
-  if (workspace_->kernels != nullptr) {
-    workspace_->kernels->synthesize(terms.coefficients.data(), terms.firstOrder, wavefrontPlane.data());
-    return;
-  }
-
-  const double spacing = Spacing(pupilSamples);
+void SynthesizeWavefront(const SelectedTerms& terms, int n, double* wavefront) {
+  const int samples = PupilSamples(n);
+  const double spacing = Spacing(samples);
   std::vector<Powers> columnPowers;
   columnPowers.reserve(static_cast<std::size_t>(std::max(n, 0)));
   for (int c = 0; c < n; ++c) columnPowers.push_back(PowersOf((c - n / 2) * spacing));
@@ -119,7 +65,22 @@ void OpticsEngine::synthesizeWavefront(const double* coefficients, double diamet
     const Powers y = PowersOf(dy * spacing);
     for (int c = 0; c < n; ++c) {
       const Powers& x = columnPowers[static_cast<std::size_t>(c)];
-      wavefrontPlane(r, c) = IsInside(c - n / 2, dy, pupilSamples / 2) ? WavefrontAt(x, y, terms) : kWavefrontOutside;
+      wavefront[SampleIndex(r, c, n)] =
+          IsInside(c - n / 2, dy, samples / 2) ? WavefrontAt(x, y, terms) : kWavefrontOutside;
+    }
+  }
+}
+
+void WriteCoordinate(const SampledPupil& pupil, Coordinate which, double* plane) {
+  const int n = pupil.gridSize, centre = n / 2, radius = pupil.samples / 2;
+  const double spacing = Spacing(pupil.samples);
+  for (int r = 0; r < n; ++r) {
+    const int dy = r - centre;
+    int width = 0;  // columns inside the pupil, from the centre on
+    while (IsInside(width, dy, radius)) ++width;
+    const int end = std::min(centre + width, n);
+    for (int c = std::max(centre - width + 1, 0); c < end; ++c) {
+      Store(plane, SampleIndex(r, c, n), (which == Coordinate::kColumn ? c - centre : dy) * spacing * pupil.diameter);
     }
   }
 }

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "orvanel/optics_engine.h"
+#include "orvanel/constants.h"
 
 namespace orvanel {
 
@@ -17,6 +17,21 @@ struct SelectedTerms {
 // Applies the flags of OpticsEngine::synthesizeWavefront to a copy of the 28 coefficients.
 SelectedTerms SelectTerms(const double* coefficients, int includeAstigmatism, int includeAllSecondOrder,
                           int includeDefocus);
+
+// The wavefront of these terms on the n x n samples of the grid; kWavefrontOutside outside the pupil.
+void SynthesizeWavefront(const SelectedTerms& terms, int n, double* wavefront);
+
+// The pupil of a synthesis, from which its coordinates follow.
+struct SampledPupil {
+  int gridSize;
+  int samples;
+  double diameter;
+};
+
+// The normalised coordinate along columns or rows times the pupil's diameter, on the samples inside the pupil; the
+// others are left as they are.
+enum class Coordinate { kColumn, kRow };
+void WriteCoordinate(const SampledPupil& pupil, Coordinate which, double* plane);
 
 }  // namespace orvanel
 

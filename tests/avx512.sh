@@ -18,7 +18,7 @@ mkdir -p "$scratch"/{root/{bin,proc,dev,tmp,lib64,lib/x86_64-linux-gnu},disc/boo
 cp "$kernel"/boot/vmlinuz-* "$scratch/disc/boot/kernel"
 
 # All files that the tests read, where they look for them; and a first process that runs the tests.
-cp /bin/busybox "$programs"/orvanel_{golden,optics}_tests "$scratch/root/bin"
+cp /bin/busybox "$programs"/orvanel_{golden,optics,models}_tests "$scratch/root/bin"
 cp -L /lib64/ld-linux-x86-64.so.2 "$scratch/root/lib64"
 cp -L /lib/x86_64-linux-gnu/{libstdc++.so.6,libm.so.6,libgcc_s.so.1,libc.so.6} "$scratch/root/lib/x86_64-linux-gnu"
 mkdir -p "$scratch/root$PWD/tests"
@@ -30,8 +30,10 @@ busybox mount -t devtmpfs dev /dev
 busybox grep -q avx512dq /proc/cpuinfo || echo "no AVX-512 here"
 orvanel_golden_tests --gtest_color=no --gtest_brief=1 --gtest_filter='*/avx512'
 echo "bits: \$?"
-orvanel_optics_tests --gtest_color=no --gtest_brief=1 --gtest_filter='Kernel*/avx512:PhasePlane.*/avx512:KeptResults.*/avx512-$phases'
+orvanel_optics_tests --gtest_color=no --gtest_brief=1 --gtest_filter='Kernel*/avx512-$phases'
 echo "kernels: \$?"
+orvanel_models_tests --gtest_color=no --gtest_brief=1 --gtest_filter='PhasePlane.*/avx512:KeptResults.*/avx512'
+echo "engine: \$?"
 busybox sleep 1000000
 END
 chmod +x "$scratch/root/init"
@@ -66,11 +68,12 @@ echo c >"$scratch/start"  # to its debugger
 timeout $seconds bochs -q -f "$scratch/bochsrc" -rc "$scratch/start" </dev/null >"$scratch/screen" 2>&1 &
 emulator=$!
 trap 'kill $emulator 2>/dev/null' EXIT
-until grep -qa '^kernels: [0-9]' "$scratch/serial.txt" 2>/dev/null; do
+until grep -qa '^engine: [0-9]' "$scratch/serial.txt" 2>/dev/null; do
   kill -0 $emulator 2>/dev/null || { echo "Bochs ended; see $scratch/bochs.log" >&2; exit 1; }
   sleep 2
 done
-tr -d '\r' <"$scratch/serial.txt" | grep -aE '^\[ *(=|PASSED|FAILED)|Failure|no AVX-512|^bits|^kernels'
+tr -d '\r' <"$scratch/serial.txt" | grep -aE '^\[ *(=|PASSED|FAILED)|Failure|no AVX-512|^bits|^kernels|^engine'
 if grep -qa 'no AVX-512' "$scratch/serial.txt"; then exit 1; fi
 grep -qa '^bits: 0' "$scratch/serial.txt"
 grep -qa '^kernels: 0' "$scratch/serial.txt"
+grep -qa '^engine: 0' "$scratch/serial.txt"

@@ -4,7 +4,7 @@
 set -euo pipefail
 build=$1 report=$1/report
 mkdir -p "$report"
-gcovr --root . --filter '(include|interface|matrix|optics)/' --exclude-throw-branches --exclude-unreachable-branches \
+gcovr --root . --filter '(base|include|interface|matrix|models|optics)/' --exclude-throw-branches --exclude-unreachable-branches \
   --gcov-ignore-parse-errors --object-directory "$build" --html-details "$report/index.html" --json-summary "$report/summary.json" \
   --txt "$report/files.txt" "$build" >/dev/null
 python3 - "$report/summary.json" <<'PYTHON'

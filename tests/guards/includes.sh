@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Dependencies point one way: cli and bench -> include <- interface -> optics -> matrix -> base, and models -> optics. The
-# benchmarks also choose the kernels, and share with the tests what loads the library and what it is compared with.
+# Dependencies point one way: cli and bench -> include <- interface -> models/classic -> optics and matrix -> base, and
+# models/physical -> optics and matrix. The stages in optics do not include the engine. The benchmarks also choose the
+# kernels, and share with the tests what loads the library and what it is compared with.
 # Usage: includes.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"
@@ -24,9 +25,10 @@ allowed() {
 allowed include 'orvanel/'
 allowed base 'base/'
 allowed matrix 'base/|matrix/|orvanel/matrix\.h'
-allowed optics 'base/|optics/|orvanel/'
+allowed optics 'base/|optics/|orvanel/(constants|grid_plane|line_spread|psf_peak|resampling|ring|sampling|transforms|zernike)\.h'
+allowed models/classic 'base/|models/classic/|optics/|orvanel/'
 allowed models/physical 'base/|models/physical/|optics/|orvanel/|matrix/'
-allowed interface 'base/|interface/|optics/|orvanel/'
+allowed interface 'base/|interface/|models/classic/|optics/|orvanel/'
 allowed cli 'base/|cli/|orvanel/'
 allowed bench 'bench/|orvanel/|optics/kernels/dispatch\.h|tests/support/(loaded_library|plain)\.h'
 exit $status

@@ -33,8 +33,10 @@ LEAST_IN_A_FILE_OF_THE_PROGRAM = 3
 SECONDS = 300  # of one program of tests; a mistake may make a loop endless
 
 PROGRAMS = {"interface": ["interface", "failing_memory", "reference"],
-            "optics": ["optics", "memory", "interface", "golden", "reference"],
-            "include": ["optics", "memory", "interface", "golden", "reference"],
+            "base": ["base", "optics", "golden", "reference"],
+            "optics": ["optics", "models", "memory", "interface", "golden", "reference"],
+            "models": ["models", "memory", "interface", "golden", "reference"],
+            "include": ["models", "optics", "memory", "interface", "golden", "reference"],
             "cli": ["cli", "cases"]}
 CASES = "cases"  # not a program of tests, but what tests/cli/cases runs from outside
 
@@ -100,7 +102,7 @@ def check(mutations):
     for mutation in mutations:
         mutated(mutation, (ROOT / mutation.file).read_text())
     count = collections.Counter(mutation.file for mutation in mutations)
-    sources = [path.relative_to(ROOT).as_posix() for folder in ("optics", "optics/kernels")
+    sources = [path.relative_to(ROOT).as_posix() for folder in ("optics", "optics/kernels", "models/classic")
                for path in sorted((ROOT / folder).glob("*.cpp"))]
     sources += [f"optics/kernels/{name}.h" for name in ("centred", "image", "lines", "modulation",
                                                          "pupil", "spectrum", "vectors", "wavefront")]

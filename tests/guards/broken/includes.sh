@@ -10,6 +10,8 @@ put tree/matrix/matrix.cpp '#include "orvanel/matrix.h"'
 put tree/optics/psf.cpp '#include <cmath>
 #include "optics/psf.h"
 #include "base/standard_output.h"'
+put tree/models/classic/psf.cpp '#include "optics/psf.h"
+#include <orvanel/matrix.h>'
 put tree/models/physical/strehl.cpp '#include "models/physical/strehl.h"
 #include "base/elementary.h"
 #include "optics/kernels/kernels.h"'
@@ -36,6 +38,13 @@ breach optics/psf.cpp '#include "optics/../cli/axis.h"'
 breach optics/psf.cpp '#include ORVANEL_HEADER'
 breach optics/psf.cpp '#include_next "cli/axis.h"'
 breach optics/psf.h '#include "cli/axis.h"'
+breach optics/psf.cpp '#include "models/classic/workspace.h"'
+breach optics/psf.cpp '#include "orvanel/optics_engine.h"'
+breach optics/psf.cpp '#include "orvanel/lazy_plane.h"'
+breach models/classic/psf.cpp '#include "interface/exports.h"'
+breach models/classic/psf.cpp '#include "matrix/matrix.h"'
+breach models/classic/psf.cpp '#include "models/physical/strehl.h"'
+breach models/physical/strehl.cpp '#include "models/classic/workspace.h"'
 breach base/error.cpp '#include "matrix/messages.h"'
 breach optics/psf.cpp '#include "models/physical/strehl.h"'
 breach models/physical/strehl.cpp '#include <interface/exports.h>'
@@ -48,6 +57,6 @@ breach interface/exports.cpp '#include <cli/axis.h>'
 breach cli/main.cpp '#include "optics/psf.h"'
 breach cli/main.cpp '#include <tests/support/plain.h>'
 breach bench/main.cpp '#include "optics/psf.h"'
-mkdir -p empty/{include,base,matrix,optics,models/physical,interface,cli,bench}
+mkdir -p empty/{include,base,matrix,optics,models/{classic,physical},interface,cli,bench}
 breaks 'a tree without sources' 'optics includes nothing' empty
 finish

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <new>
 
+#include "models/classic/workspace.h"
 #include "optics/retinal_image.h"
 #include "optics/samples.h"
-#include "optics/workspace.h"
 #include "orvanel/transforms.h"
 
 namespace orvanel {

@@ -1,5 +1,5 @@
 // Asking the system for large pages.
-#include "optics/large_pages.h"
+#include "models/classic/large_pages.h"
 
 #include <cstddef>
 

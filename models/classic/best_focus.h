@@ -1,6 +1,6 @@
 // The steps of the two best-focus walks.
-#ifndef ORVANEL_OPTICS_BEST_FOCUS_H
-#define ORVANEL_OPTICS_BEST_FOCUS_H
+#ifndef ORVANEL_MODELS_CLASSIC_BEST_FOCUS_H
+#define ORVANEL_MODELS_CLASSIC_BEST_FOCUS_H
 
 #include <cstdint>
 #include <limits>
@@ -38,4 +38,4 @@ WalkResult Walk(double& position, double step, Value value, Gains gains, std::in
 
 }  // namespace orvanel
 
-#endif  // ORVANEL_OPTICS_BEST_FOCUS_H
+#endif  // ORVANEL_MODELS_CLASSIC_BEST_FOCUS_H

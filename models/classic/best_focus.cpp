@@ -1,5 +1,5 @@
 // Best focus by walking the defocus coefficient.
-#include "optics/best_focus.h"
+#include "models/classic/best_focus.h"
 
 #include <algorithm>
 #include <array>

@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "models/classic/workspace.h"
 #include "optics/psf.h"
-#include "optics/workspace.h"
 #include "orvanel/optics_engine.h"
 #include "orvanel/transforms.h"
 

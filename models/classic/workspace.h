@@ -1,6 +1,6 @@
 // Scratch memory of an engine, allocated once so that the operations need none of their own.
-#ifndef ORVANEL_OPTICS_WORKSPACE_H
-#define ORVANEL_OPTICS_WORKSPACE_H
+#ifndef ORVANEL_MODELS_CLASSIC_WORKSPACE_H
+#define ORVANEL_MODELS_CLASSIC_WORKSPACE_H
 
 #include <algorithm>
 #include <cstddef>
@@ -11,10 +11,11 @@
 #include <optional>
 #include <utility>
 
+#include "models/classic/large_pages.h"
 #include "optics/kernels/dispatch.h"
 #include "optics/kernels/tables.h"
-#include "optics/large_pages.h"
 #include "optics/samples_memory.h"
+#include "optics/wavefront.h"
 #include "orvanel/optics_engine.h"
 
 namespace orvanel {
@@ -57,13 +58,6 @@ struct PlainMemory {
   GridPlane objectImag;
   GridPlane productReal;  // what a filter makes of it
   GridPlane productImag;
-};
-
-// The pupil of the last synthesis, from which its coordinates follow.
-struct SampledPupil {
-  int gridSize;
-  int samples;
-  double diameter;
 };
 
 struct OpticsEngine::Workspace {
@@ -132,4 +126,4 @@ struct OpticsEngine::Workspace {
 
 }  // namespace orvanel
 
-#endif  // ORVANEL_OPTICS_WORKSPACE_H
+#endif  // ORVANEL_MODELS_CLASSIC_WORKSPACE_H

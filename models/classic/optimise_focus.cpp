@@ -5,8 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include "models/classic/workspace.h"
 #include "optics/brent.h"
-#include "optics/workspace.h"
 #include "orvanel/sampling.h"
 
 namespace orvanel {

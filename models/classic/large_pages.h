@@ -1,6 +1,6 @@
 // Memory in large pages, where the system has them.
-#ifndef ORVANEL_OPTICS_LARGE_PAGES_H
-#define ORVANEL_OPTICS_LARGE_PAGES_H
+#ifndef ORVANEL_MODELS_CLASSIC_LARGE_PAGES_H
+#define ORVANEL_MODELS_CLASSIC_LARGE_PAGES_H
 
 #include <cstdint>
 #include <memory>
@@ -14,4 +14,4 @@ std::shared_ptr<double[]> LargePages(std::uint64_t count) noexcept;
 
 }  // namespace orvanel
 
-#endif  // ORVANEL_OPTICS_LARGE_PAGES_H
+#endif  // ORVANEL_MODELS_CLASSIC_LARGE_PAGES_H

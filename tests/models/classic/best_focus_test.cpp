@@ -1,5 +1,5 @@
 // The two walks: their steps, what they return, what they leave behind.
-#include "optics/best_focus.h"
+#include "models/classic/best_focus.h"
 
 #include <gtest/gtest.h>
 

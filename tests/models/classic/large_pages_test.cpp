@@ -1,5 +1,5 @@
 // Memory that lies in large pages.
-#include "optics/large_pages.h"
+#include "models/classic/large_pages.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,36 @@
+// Draws the broken ring for the PSF held, and prints its size.
+#include "optics/ring.h"
+
+#include <charconv>
+#include <cstdio>
+#include <string_view>
+
+#include "base/standard_output.h"
+#include "models/classic/workspace.h"
+
+namespace orvanel {
+namespace {
+
+// One line: the acuity as printf's "%g" gives it in the C locale, a tab, the diameter.
+void Trace(double acuity, int diameter) {
+  char line[64];
+  char* end = std::to_chars(line, line + 32, acuity, std::chars_format::general, 6).ptr;
+  *end++ = '\t';
+  end = std::to_chars(end, line + 63, diameter).ptr;
+  *end++ = '\n';
+  WriteOutput(std::string_view(line, end));
+  std::fflush(stdout);
+}
+
+}  // namespace
+
+void OpticsEngine::DrawRingOptotype(double* plane, int n, double acuity, double* effectiveAcuity,
+                                    int gapDirection) const {
+  const RingScale scale{n, gridSize, psfHalfWidth, focalLength};
+  const int diameter = RingDiameter(scale, acuity);
+  Trace(acuity, diameter);
+  *effectiveAcuity = EffectiveAcuity(scale, diameter);
+  DrawRing(plane, n, diameter, gapDirection, n == kKernelGrid ? workspace_->kernels : nullptr);
+}
+
+}  // namespace orvanel
