@@ -9,15 +9,18 @@
 namespace orvanel::physical {
 namespace {
 
-// sinh x - x, for 0 <= x <= 6 to some digits.
-double SinhLess(double x) {
-  double term = x * x * x / 6.0, sum = term;
-  for (int k = 4; k < 30; k += 2) {
+// What follows the first term of the series of sinh x, x^3/6 + ..., or of cosh x, x^2/2 + ..., to some digits for
+// 0 <= x <= 20.
+double Rest(double x, double term, int power) {
+  double sum = term;
+  for (int k = power + 1; k < 60; k += 2) {
     term *= x * x / (k * (k + 1.0));
     sum += term;
   }
   return sum;
 }
+double SinhLess(double x) { return Rest(x, x * x * x / 6.0, 3); }
+double CoshLess(double x) { return Rest(x, x * x / 2.0, 2); }
 
 }  // namespace
 
@@ -37,11 +40,17 @@ Amplitudes AmplitudesOf(const Pupil& pupil) {
   return amplitudes;
 }
 
-double DegreeOf(double frequency, const Amplitudes& amplitudes) {
+Damping DampingOf(const Pupil& pupil) {
+  const Attenuation attenuation = AttenuationOf(pupil);
+  const double size = std::fabs(attenuation.perSquare);
+  return {2.0 * size * std::sqrt(attenuation.x * attenuation.x + attenuation.y * attenuation.y), size};
+}
+
+double DegreeOf(double frequency, const Amplitudes& amplitudes, const Damping& damping) {
   constexpr double kDigits = 16.1;  // ln 1e7
   double best = std::numeric_limits<double>::infinity();
   for (double h = 2.0; h > 0.01; h *= 0.85) {
-    double growth = kDigits;
+    double growth = kDigits + damping.linear * CoshLess(h) + damping.square * CoshLess(2.0 * h);
     for (std::size_t n = 1; n < amplitudes.size(); ++n) {
       if (amplitudes[n] > 0.0) growth += amplitudes[n] * SinhLess(static_cast<double>(n) * h);
     }

@@ -15,13 +15,21 @@ using Amplitudes = std::array<double, kHighestOrder + 1>;
 // sqrt(2(n + 1)), and that by Cauchy and Schwarz, as the squares of all modes of one order are at most (n + 1)^2.
 Amplitudes AmplitudesOf(const Pupil& pupil);
 
-// The degree above which exp(i phase), as a function of the arc, has no coefficients above 1e-7. The phase has no
-// frequency above `frequency` and is a sum of trigonometric polynomials of degree n, each at most amplitudes[n].
-// At the distance h from the real axis the function is at most exp(h frequency + sum of amplitudes[n]
-// (sinh n h - n h)), so that its coefficients of degree l are at most that times exp(-h l). The best h is searched for.
-// What is left of them is averaged over chords and nodes: |U|^2 was within 2e-12 of the integral in the worst of 400
-// random eyes (orders up to 10, up to 5 waves RMS, half fields up to 60).
-double DegreeOf(double frequency, const Amplitudes& amplitudes);
+// Bounds of the logarithm of the amplitude on the unit disc: of its parts of degree 1 and 2.
+struct Damping {
+  double linear = 0.0;
+  double square = 0.0;
+};
+Damping DampingOf(const Pupil& pupil);
+
+// The degree above which exp(log amplitude + i phase), as a function of the arc, has no coefficients above 1e-7 of the
+// largest amplitude. The phase has no frequency above `frequency` and is a sum of trigonometric polynomials of degree
+// n, each at most amplitudes[n]; the logarithm of the amplitude is one of degrees 1 and 2. At the distance h from the
+// real axis the function is at most exp(h frequency + sum of amplitudes[n] (sinh n h - n h) + linear (cosh h - 1) +
+// square (cosh 2 h - 1)), so that its coefficients of degree l are at most that times exp(-h l). The best h is searched
+// for. What is left of them is averaged over chords and nodes: |U|^2 was within 2e-12 of the integral in the worst of
+// 400 random eyes (orders up to 10, up to 5 waves RMS, half fields up to 60).
+double DegreeOf(double frequency, const Amplitudes& amplitudes, const Damping& damping = {});
 
 // More nodes than this are refused.
 constexpr int kMaxNodes = 4096;

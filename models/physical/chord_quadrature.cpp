@@ -30,7 +30,6 @@ Bandwidth BandwidthOf(const Pupil& pupil, const DirectionGrid& grid) {
   constexpr int kSteps = 20;  // over half a turn
   const Chords chords = ChordsOf(pupil.outline);
   const double k = 2.0 * kPi / pupil.wavelengthUm;
-  const Attenuation attenuation = AttenuationOf(pupil);
   const double halfX = kPi * grid.spacing * (grid.columns - 1) / 2.0;
   const double halfY = kPi * grid.spacing * (grid.rows - 1) / 2.0;
   Bandwidth largest;
@@ -41,16 +40,14 @@ Bandwidth BandwidthOf(const Pupil& pupil, const DirectionGrid& grid) {
       const double x = chords.MiddleAt(t.sine) + chords.halfWidth * t.cosine * s.sine;
       const double y = chords.HeightAt(t.sine);
       const Jet w = At(pupil.wavefrontUm, x, y);
-      const double dampX = 2.0 * attenuation.perSquare * (x - attenuation.x);
-      const double dampY = 2.0 * attenuation.perSquare * (y - attenuation.y);
       const double phaseX = std::fabs(k * w.dx - kPi * grid.centreX);
       const double alongRate = chords.halfWidth * t.cosine * s.cosine;
-      largest.along = Larger(largest.along, (phaseX + halfX + std::fabs(dampX)) * alongRate);
+      largest.along = Larger(largest.along, (phaseX + halfX) * alongRate);
       const double xRate = chords.shear * chords.halfHeight * t.cosine - chords.halfWidth * t.sine * s.sine;
       const double yRate = chords.halfHeight * t.cosine;
       const double across =
           std::fabs((k * w.dx - kPi * grid.centreX) * xRate + (k * w.dy - kPi * grid.centreY) * yRate) +
-          std::fabs(halfX * xRate) + std::fabs(halfY * yRate) + std::fabs(dampX * xRate + dampY * yRate);
+          std::fabs(halfX * xRate) + std::fabs(halfY * yRate);
       largest.across = Larger(largest.across, across);
     }
   }
@@ -70,8 +67,9 @@ NodeCounts ChordQuadrature::CountsFor(const Pupil& pupil, const DirectionGrid& g
   Amplitudes amplitudes = AmplitudesOf(pupil);
   amplitudes[1] = kPi * grid.spacing / 2.0 *
                   std::sqrt(1.0 * (grid.columns - 1) * (grid.columns - 1) + 1.0 * (grid.rows - 1) * (grid.rows - 1));
-  return {CountFor(DegreeOf(bandwidth.across, amplitudes) + 2.0, 8),
-          CountFor(DegreeOf(bandwidth.along, amplitudes), 2 * kChordBlock)};
+  const Damping damping = DampingOf(pupil);
+  return {CountFor(DegreeOf(bandwidth.across, amplitudes, damping) + 2.0, 8),
+          CountFor(DegreeOf(bandwidth.along, amplitudes, damping), 2 * kChordBlock)};
 }
 
 const ChordQuadrature::Rule& ChordQuadrature::RuleOf(NodeCounts counts) {
@@ -96,6 +94,17 @@ const ChordQuadrature::Rule& ChordQuadrature::RuleOf(NodeCounts counts) {
   return rules_.back();
 }
 
+// Doubles for the columns of one pair of chords.
+std::size_t ChordQuadrature::WavesOfAChord(const Rule& rule) const {
+  return Size(2LL * kChordBlock * waves_.blocks * rule.padded());
+}
+
+void ChordQuadrature::MakeColumnWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair,
+                                      double* waves) {
+  const double angle = kPi * grid.spacing * ChordsOf(pupil.outline).halfWidth * rule.halfChords[pair];
+  kernels_->columnWaves(rule.nodes.data(), rule.padded(), {angle, FirstPlace(grid.columns), waves_.blocks}, waves);
+}
+
 void ChordQuadrature::MakeWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid) {
   const Chords chords = ChordsOf(pupil.outline);
   const int blocks = WholeBlocks(Pairs(grid.columns)) / kChordBlock, rowPairs = Pairs(grid.rows);
@@ -105,15 +114,15 @@ void ChordQuadrature::MakeWaves(const Rule& rule, const Pupil& pupil, const Dire
       waves_.blocks >= blocks && waves_.rowPairs >= rowPairs) {
     return;
   }
-  const int padded = rule.padded();
-  const std::size_t perChord = Size(2LL * kChordBlock * blocks * padded);
   const double step = kPi * grid.spacing;
   waves_.counts = {};  // so that nothing half made is taken for whole
-  waves_.columns.resize(rule.pairs() * perChord);
+  waves_.blocks = blocks;
+  const std::size_t perChord = WavesOfAChord(rule);
+  waves_.kept = rule.pairs() * perChord <= kKeptWaves;
+  waves_.columns.resize(waves_.kept ? rule.pairs() * perChord : perChord);
   waves_.rows.resize(rule.pairs() * Size(2LL * rowPairs));
   for (std::size_t j = 0; j < rule.pairs(); ++j) {
-    const WaveGrid columns{step * chords.halfWidth * rule.halfChords[j], FirstPlace(grid.columns), blocks};
-    kernels_->columnWaves(rule.nodes.data(), padded, columns, waves_.columns.data() + j * perChord);
+    if (waves_.kept) MakeColumnWaves(rule, pupil, grid, j, waves_.columns.data() + j * perChord);
     double* const rows = waves_.rows.data() + j * Size(2LL * rowPairs);
     for (int r = 0; r < rowPairs; ++r) {
       const SineCosine wave = SineAndCosine((r + FirstPlace(grid.rows)) * step * chords.halfHeight * rule.heights[j]);
@@ -126,7 +135,6 @@ void ChordQuadrature::MakeWaves(const Rule& rule, const Pupil& pupil, const Dire
   waves_.spacing = grid.spacing;
   waves_.evenColumns = evenColumns;
   waves_.evenRows = evenRows;
-  waves_.blocks = blocks;
   waves_.rowPairs = rowPairs;
   waves_.counts = rule.counts;
 }
@@ -166,7 +174,8 @@ void ChordQuadrature::SumColumns(const Rule& rule, const Pupil& pupil, const Dir
                                  std::size_t pair) {
   const Chords chords = ChordsOf(pupil.outline);
   const int blocks = WholeBlocks(Pairs(grid.columns)) / kChordBlock, padded = rule.padded();
-  const double* const waves = waves_.columns.data() + pair * Size(2LL * kChordBlock * waves_.blocks * padded);
+  if (!waves_.kept) MakeColumnWaves(rule, pupil, grid, pair, waves_.columns.data());
+  const double* const waves = waves_.columns.data() + (waves_.kept ? pair * WavesOfAChord(rule) : 0);
   const double shear = kPi * grid.spacing * chords.shear * chords.halfHeight * rule.heights[pair];
   for (int block = 0; block < blocks; ++block) {
     std::array<double, 8 * kChordBlock> part;

@@ -34,6 +34,9 @@ struct GridOutput {
   bool add = false;  // factor |U|^2 to what is there
 };
 
+// Exponentials of columns are kept for the next eye where they are at most so many doubles.
+constexpr std::size_t kKeptWaves = std::size_t{1} << 24;
+
 // Numbers of chords, and of nodes on each.
 struct NodeCounts {
   int chords = 0;
@@ -79,10 +82,14 @@ class ChordQuadrature {
     double halfWidth = 0.0, halfHeight = 0.0, spacing = 0.0;
     bool evenColumns = false, evenRows = false;
     int blocks = 0, rowPairs = 0;
+    bool kept = false;  // of columns; else they are those of one pair of chords
     std::vector<double> columns, rows;
   };
 
   const Rule& RuleOf(NodeCounts counts);
+  std::size_t WavesOfAChord(const Rule& rule) const;
+  void MakeColumnWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair,
+                       double* waves);
   void MakeWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid);
   void FieldsOnChords(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair);
   void SumColumns(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, bool mirrorX, std::size_t pair);

@@ -67,7 +67,8 @@ OtfOverlap::OtfOverlap(const Pupil& pupil, const ChordKernels& kernels)
     : kernels_(&kernels),
       attenuates_(pupil.stilesCrawford.rho != 0.0),
       toDisc_(Inverse(MapOf(pupil.outline))),
-      amplitudes_(AmplitudesOf(pupil)) {
+      amplitudes_(AmplitudesOf(pupil)),
+      damping_(DampingOf(pupil)) {
   const AffineMap map = MapOf(pupil.outline);
   phase_ = Composed(pupil.wavefrontUm, map);
   for (double& c : phase_.coefficients) c *= 2.0 * kPi / pupil.wavelengthUm;
@@ -91,7 +92,8 @@ std::complex<double> OtfOverlap::Overlap(double sx, double sy) const {
   const double halfAngle = ArcCosine(shift / 2.0);
   Amplitudes twice = amplitudes_;
   for (double& a : twice) a *= 2.0;
-  const int count = CountFor(DegreeOf(FrequencyOf(phase, shift, halfAngle), twice) + 8.0, 2 * kChordBlock);
+  const Damping damping{2.0 * damping_.linear, 2.0 * damping_.square};
+  const int count = CountFor(DegreeOf(FrequencyOf(phase, shift, halfAngle), twice, damping) + 8.0, 2 * kChordBlock);
   if (count > kMaxNodes) return {kNan, kNan};
   const GaussRule rule = GaussLegendre(count);
   const int half = count / 2;
@@ -104,11 +106,11 @@ std::complex<double> OtfOverlap::Overlap(double sx, double sy) const {
     const LinePolynomial right = Shifted(line, shift / 2.0), left = Shifted(line, -shift / 2.0);
     LinePolynomial difference;
     for (std::size_t k = 0; k < line.size(); ++k) difference[k] = right[k] - left[k];
-    std::array<double, 3> damping{};
+    std::array<double, 3> logAmplitude{};
     if (attenuates_) {
       const LinePolynomial a = AlongLine(attenuation, t.sine);
       const LinePolynomial b = Shifted(a, shift / 2.0), d = Shifted(a, -shift / 2.0);
-      for (std::size_t k = 0; k < 3; ++k) damping[k] = b[k] + d[k];
+      for (std::size_t k = 0; k < 3; ++k) logAmplitude[k] = b[k] + d[k];
     }
     ChordField chord{};
     chord.nodes = rule.nodes.data();
@@ -117,7 +119,7 @@ std::complex<double> OtfOverlap::Overlap(double sx, double sy) const {
     chord.halfLength = t.cosine - shift / 2.0;
     chord.weight = rule.weights[at] * halfAngle * t.cosine * chord.halfLength;
     chord.phase = difference.data();
-    chord.attenuation = attenuates_ ? damping.data() : nullptr;
+    chord.attenuation = attenuates_ ? logAmplitude.data() : nullptr;
     kernels_->fieldOnChord(chord, field.data());
     for (int i = 0; i < half; ++i) sum += std::complex<double>(field[Size(i)], field[Size(half + i)]);
   }

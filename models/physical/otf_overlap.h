@@ -31,6 +31,7 @@ class OtfOverlap {
   bool attenuates_;
   AffineMap toDisc_;  // of shifts
   Amplitudes amplitudes_;
+  Damping damping_;
   double light_;
 };
 

@@ -34,6 +34,25 @@ TEST(Bandwidth, PhasesOfHigherDegreeHaveTheTailsOfTheirHarmonics) {
   EXPECT_LT(std::cyl_bessel_j(std::ceil(degree / 6), a), 1e-7);
 }
 
+// exp(a cos t), at most e^a, has the coefficients I_l(a).
+TEST(Bandwidth, BeyondTheDegreeOfADampingModifiedBesselFunctionsAreBelowTheBound) {
+  for (const double a : {0.3, 2.0, 10.0, 80.0}) {
+    const double linear = DegreeOf(0.0, {}, {a, 0.0}), square = DegreeOf(0.0, {}, {0.0, a});
+    EXPECT_LT(std::cyl_bessel_i(std::ceil(linear), a) * std::exp(-a), 1e-7) << a;
+    EXPECT_LT(std::cyl_bessel_i(std::ceil(square / 2), a) * std::exp(-a), 1e-7) << a;
+    EXPECT_GT(std::cyl_bessel_i(std::floor(linear / 3), a) * std::exp(-a), 1e-7) << a;
+  }
+}
+
+TEST(Bandwidth, DampingBoundsTheLogarithmOfTheAmplitude) {
+  Pupil pupil;
+  pupil.radiusMm = 2.5;
+  pupil.stilesCrawford = {0.08, 0.3, -0.4};
+  const double perSquare = 0.08 * std::numbers::ln10 / 2 * 6.25;
+  EXPECT_NEAR(DampingOf(pupil).square, perSquare, 1e-15);
+  EXPECT_NEAR(DampingOf(pupil).linear, 2 * perSquare * 0.5 / 2.5, 1e-15);
+}
+
 TEST(Bandwidth, AmplitudesBoundTheModesOnTheDisc) {
   Pupil pupil;
   pupil.wavelengthUm = 0.5;

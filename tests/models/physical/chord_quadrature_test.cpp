@@ -113,7 +113,7 @@ TEST_P(ChordQuadratures, GiveTheIntegralOverATurnedAndShiftedEllipseWithAttenuat
 
 // U(0) = int_0^1 exp((i phi - g) s) ds with s = rho^2.
 TEST_P(ChordQuadratures, GiveDefocusOnTheAxisWithAndWithoutStilesCrawford) {
-  for (const double rho : {0.0, 0.05, 0.12}) {
+  for (const double rho : {0.0, 0.05, 0.12, 1.0}) {
     for (const double c4 : {0.05, 0.4, 1.3, -2.1}) {
       Pupil pupil = PupilOf({0, 0, 0, 0, c4});
       pupil.stilesCrawford.rho = rho;
@@ -185,7 +185,7 @@ TEST(ChordQuadratureCounts, KeepTheirPromiseForRandomEyes) {
   std::normal_distribution<double> normal;
   std::uniform_real_distribution<double> uniform;
   ChordQuadrature quadrature(ActiveChords());
-  for (int eye = 0; eye < 12; ++eye) {
+  for (int eye = 0; eye < 16; ++eye) {
     std::vector<double> modes(kModes);
     const double waves = std::pow(10.0, -2 + 2.7 * uniform(random)), decay = 0.3 + 0.7 * uniform(random);
     double squares = 0.0;
@@ -197,7 +197,11 @@ TEST(ChordQuadratureCounts, KeepTheirPromiseForRandomEyes) {
       }
     }
     for (double& c : modes) c *= waves * 0.55 / std::sqrt(squares);
-    const Pupil pupil = PupilOf(modes);
+    Pupil pupil = PupilOf(modes);
+    if (eye % 2 == 1) {
+      pupil.stilesCrawford = {std::pow(10.0, -2 * uniform(random)), normal(random), normal(random)};
+      pupil.outline = {0.5 + 0.3 * uniform(random), 0.5, normal(random), 0.1, -0.05};
+    }
     const double half = std::pow(10.0, 0.5 + 1.3 * uniform(random));
     const DirectionGrid grid{3 * normal(random), 3 * normal(random), half / 8, 17, 17};
     const NodeCounts counts = ChordQuadrature::CountsFor(pupil, grid);
@@ -206,6 +210,25 @@ TEST(ChordQuadratureCounts, KeepTheirPromiseForRandomEyes) {
     quadrature.Intensity(pupil, grid, {counts.chords * 2 + 64, counts.nodes * 2 + 64}, {many.data(), 17});
     for (std::size_t i = 0; i < few.size(); ++i) ASSERT_NEAR(few[i], many[i], kBound) << "eye " << eye;
   }
+}
+
+// More exponentials than are kept, and the same samples among fewer.
+TEST(ChordQuadratureMemory, OfLargeFieldsHoldsTheColumnsOfOneChord) {
+  const Pupil pupil = PupilOf(kAsymmetric);
+  const NodeCounts counts{512, 512};
+  const DirectionGrid large{0.3, -0.2, 0.05, 640, 3}, small{0.3, -0.2, 0.05, 20, 3};
+  ASSERT_GT(256u * 256u * 2u * 320u, kKeptWaves);
+  ChordQuadrature quadrature(ActiveChords());
+  std::vector<double> some(20 * 3), many(640 * 3);
+  quadrature.Intensity(pupil, small, counts, {some.data(), 20});
+  quadrature.Intensity(pupil, large, counts, {many.data(), 640});
+  for (std::size_t r = 0; r < 3; ++r) {
+    for (std::size_t c = 0; c < 20; ++c) EXPECT_NEAR(many[r * 640 + 310 + c], some[r * 20 + c], 1e-14);
+  }
+  // And back to what is kept.
+  std::vector<double> again(20 * 3);
+  quadrature.Intensity(pupil, small, counts, {again.data(), 20});
+  EXPECT_TRUE(test::SameBits(again, some));
 }
 
 TEST(ChordQuadratureCounts, AskForTooManyWhereTheWavefrontIsNoNumber) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "models/physical/eye.h"
 #include "models/physical/kernels/dispatch.h"
 #include "models/physical/pupil.h"
 #include "optics/kernels/dispatch.h"
@@ -20,6 +21,16 @@ inline Pupil PupilOf(const std::vector<double>& modes, double radiusMm = 3.0, do
   pupil.wavefrontUm = WavefrontPolynomial(modes);
   return pupil;
 }
+
+inline Eye EyeOf(const std::vector<double>& modes, double diameterMm = 6.0, double referenceNm = 0.0) {
+  Eye eye;
+  eye.diameterMm = diameterMm;
+  eye.referenceNm = referenceNm;
+  std::copy(modes.begin(), modes.end(), eye.modesUm.begin());
+  return eye;
+}
+
+inline Light Monochromatic(double wavelengthNm) { return {{wavelengthNm, 1.0}}; }
 
 // Those of the test's name in tests on every table.
 inline const ChordKernels& ActiveChords() { return ChordKernelsOf(*ActiveKernels()); }

@@ -1,0 +1,24 @@
+// The centre of gravity of the light on the retina.
+#ifndef ORVANEL_MODELS_PHYSICAL_CENTROID_H
+#define ORVANEL_MODELS_PHYSICAL_CENTROID_H
+
+#include <span>
+
+#include "models/physical/eye.h"
+
+namespace orvanel::physical {
+
+// In arcmin, in the sense of DirectionGrid.
+struct Centroid {
+  double x = 0.0;
+  double y = 0.0;
+};
+
+// The mean slope of the wavefront, weighted by the light in the pupil. Diffraction at the rim moves light by as much to
+// every side, so that this is the centroid of the PSF over windows that grow without limit.
+// Error: 1e-10 of the largest slope.
+Centroid CentroidOf(std::span<const Beam> beams);
+
+}  // namespace orvanel::physical
+
+#endif  // ORVANEL_MODELS_PHYSICAL_CENTROID_H
