@@ -54,12 +54,12 @@ std::string Power(Real value) {
   return result;
 }
 
-// What the table of the truth file tells; the sample that is the brightest is told in words.
+// The deviations in the table of the truth file; the brightest sample is reported in words.
 constexpr std::array<std::size_t, 5> kTold = {0, 1, 3, 4, 5};
 
 std::string Name(Mode mode) { return std::string("(") + std::to_string(mode.n) + ", " + std::to_string(mode.m) + ")"; }
 
-// What is needed by more than one section, and where all of it goes.
+// Data that more than one section needs, and the files to write.
 struct Page {
   std::ofstream text;
   std::string folder, date;
@@ -88,18 +88,17 @@ void Opening(Page& page) {
   }
   page.text << R"(# Accuracy
 
-How near the library's numbers come to the optics that they stand for. Each is set beside a closed form, an integral
-taken to far more digits, or a sum in more precision, none of which shares code with the library. `./dev accuracy` computes
-every figure of this page and draws every plot; the tests in `tests/accuracy/` and `tests/golden/` hold the library to every
-bound.
+This page compares the library's numbers with exact optics. The reference is a closed form, an integral with far more
+digits, or a sum in more precision. None of these shares code with the library. `./dev accuracy` computes every number of
+this page and draws every plot. The tests in `tests/accuracy/` and `tests/golden/` check every bound.
 
 )"
-            << "This one was made on " << page.date << " with " << kCompiler << ", kernels `" << KernelVariant()
+            << "This page was made on " << page.date << " with " << kCompiler << ", kernels `" << KernelVariant()
             << "`. Other compilers and kernels give the same bits.\n";
   page.text << R"(
-There are two kinds of error, and they differ by a factor of a million million:
+There are two kinds of error, and they differ by a factor of 10¹²:
 
-| | rounding: from what the formulas say of the samples | sampling: from a round pupil without samples |
+| | rounding: difference from the exact formulas on the samples | sampling: difference from a round pupil without samples |
 |---|---|---|
 )";
   page.text << "| MTF, of 1 | " << Power(LargestDeviation(page, 4)) << " | " << Power(flat) << " flat; at most "
@@ -111,8 +110,9 @@ There are two kinds of error, and they differ by a factor of a million million:
   page.text << "| encircled energy, of 1 | | at most " << Power(kEncircledEnergySampling)
             << " at the first three dark rings, " << Power(kEnergySampling) << " elsewhere |\n";
   page.text << R"(
-So a Strehl ratio has two decimals, nearly three, and an MTF below some 10⁻³ is the staircase's and not the eye's, however many digits
-are printed. What the model leaves out is another matter: [see below](#where-not-to-trust-it).
+So two decimals of a Strehl ratio are reliable, nearly three. An MTF below some 10⁻³ belongs to the staircase edge of the
+sampled pupil and not to the eye, even if more digits are printed. Effects that the model leaves out are
+[listed below](#where-not-to-trust-it).
 )";
 }
 
@@ -122,11 +122,11 @@ void Rounding(Page& page) {
   page.text << R"(
 ## Rounding
 
-An independent script computes samples of seven eyes, one of them flat, one with some ten waves, one with all 28
-coefficients, in 45 decimal digits by direct sums ([tests/golden/truth](../tests/golden/truth/README.md)). The largest
-differences of the library, from coefficients to results, and in brackets the smallest bound that
-`tests/support/error_bounds.h` derives for one of these eyes from the number of roundings, all of them pointing the same
-way:
+An independent script computes samples of seven eyes in 45 decimal digits by direct sums
+([tests/golden/truth](../tests/golden/truth/README.md)). One eye is flat, one has some ten waves, and one has all 28
+coefficients. The table has the largest differences of the library, from coefficients to results. The last row has the
+smallest bound that `tests/support/error_bounds.h` derives for one of these eyes. A bound assumes that all roundings have
+the same direction.
 
 | eye | wavefront, waves | field | PSF | MTF | Strehl ratio |
 |---|---|---|---|---|---|
@@ -146,16 +146,16 @@ way:
   for (const std::size_t k : kTold) page.text << " | (" << Power(smallest[k]) << ")";
   page.text << R"( |
 
-The spacing of doubles at 1 is 2.2 × 10⁻¹⁶: nothing of note is lost anywhere. The sample that is the brightest was the same one
-for all seven.
+The spacing of doubles at 1 is 2.2 × 10⁻¹⁶, so no significant accuracy is lost. The brightest sample was the same one for
+all seven eyes.
 
-The sum of the PSF is another witness. By Parseval's theorem it is 65536 / (12853 S) with S the Strehl ratio, for any
-wavefront. Relative to that it is off by )";
+The sum of the PSF is another check. By Parseval's theorem it is 65536 / (12853 S) with the Strehl ratio S, for any
+wavefront. Its relative error is )";
   page.text
       << Power(PsfSumError(page.flat)) << " for the flat pupil. Of this, "
       << Power(static_cast<Real>(kDisc) * kDisc / (65536.0L * 65536.0L) / kPerfectStrehl - 1)
-      << R"( is the constant 0.038463531294838, the flat pupil's peak (12853 / 65536)², which has 14 digits; all Strehl
-ratios carry it.
+      << R"( is the error of the constant 0.038463531294838, the flat pupil's peak (12853 / 65536)² with 14 digits. All Strehl
+ratios have this error.
 )";
 }
 
@@ -166,21 +166,20 @@ void Sampling(Page& page) {
   page.text << R"(
 ## Sampling
 
-The pupil is a disc of 12,853 samples on a square lattice, 129 across, each of which counts in full or not at all. Three
-things follow, and they account for all that comes below:
+The pupil is a disc of 12,853 samples on a square lattice, 129 across. Each sample counts in full or not at all. Three
+effects follow, and they explain all errors below:
 
 - The disc has the area of a circle with a radius of )"
-            << Fixed(EffectiveRadius() * kRadius, 3) << " samples, not 64: it is "
+            << Fixed(EffectiveRadius() * kRadius, 3) << " samples, not 64. It is "
             << Fixed(100 * (1 - EffectiveRadius()), 3) << R"( % too small, as much as )"
             << Fixed(1000 * 3 * (1 - EffectiveRadius()), 1) << R"( µm of a 3 mm pupil.
-- Its edge is a staircase. How many lattice points a circle holds is Gauss's circle problem: their number
-  strays from the area by about the root of the circumference, so that errors fall with the power 3/2 of the samples across,
-  and erratically.
-- Modes differ in what they do at the edge, where all radial polynomials are 1. The higher the order the steeper they
-  are there, and the more the staircase costs.
+- Its edge is a staircase. The number of lattice points in a circle is Gauss's circle problem: it differs from the area by
+  about the root of the circumference. So errors decrease, irregularly, with the power 3/2 of the samples across.
+- Modes differ at the edge, where all radial polynomials are 1. Modes of higher radial order are steeper there, so the
+  staircase causes larger errors.
 
-That it is sampling and no mistake shows on other grids, which the engine offers to C++ hosts: the Strehl ratio on
-the axis, for 0.1 waves RMS, less the integral.
+Other grids, which the engine has for C++ hosts, show that this is sampling and not a mistake. The table has the Strehl
+ratio on the axis, for 0.1 waves RMS, less the integral.
 
 | samples across the pupil | defocus (2, 0) | spherical (4, 0) | (6, 6) |
 |---|---|---|---|
@@ -217,7 +216,7 @@ void FlatPupilMtf(Page& page) {
   page.text << R"(
 ## Diffraction alone
 
-Without aberration the MTF is (2/π)(acos ν − ν √(1 − ν²)) at the fraction ν of the cut-off, in all directions.
+Without aberration, the MTF at the fraction ν of the cut-off is (2/π)(acos ν − ν √(1 − ν²)) in all directions.
 
 | ν | closed form | row | diagonal, nearest samples |
 |---|---|---|---|
@@ -237,20 +236,19 @@ Without aberration the MTF is (2/π)(acos ν − ν √(1 − ν²)) at the frac
   page.text << Power(DiffractionErrorOfPlane(page.flat)) << " in all the plane; bound `kFlatMtfSampling`, "
             << Power(kFlatMtfSampling) << ". Row and column are the same by symmetry.\n"
             << "The library's own curve of the diffraction limit is the closed form to "
-            << Power(DiffractionCurveError(page.flat)) << R"(, most of which is its constant 2/π of 15 digits.
+            << Power(DiffractionCurveError(page.flat)) << R"(; most of this error is its constant 2/π with 15 digits.
 
 ![MTF of the flat pupil and its error](images/accuracy-diffraction.svg)
 
 **Cut-off.** Beyond 128 samples from zero the MTF is at most )"
-            << Power(LargestBeyondCutOff(page.flat))
-            << ", which is nothing but rounding. At 128 samples the disc's outermost "
-            << "samples, one on each side, still meet: 1/12853 = " << Power(1.0L / kDisc)
-            << R"(, and twice that at the plane's edge, where sample
-−128 stands for +128 as well.
+            << Power(LargestBeyondCutOff(page.flat)) << ", which is only rounding. At 128 samples the disc's outermost "
+            << "samples, one on each side, still overlap: 1/12853 = " << Power(1.0L / kDisc)
+            << R"(. It is twice that at the plane's edge, where sample
+−128 is also sample +128.
 
-The shape does not depend on the pupil, only the axis does:
+The shape does not depend on the pupil; only the axis does:
 
-| pupil, mm | MTF ends at, cycles/degree, library scale | d / λ, optical scale | PSF plane to either side, arc minutes, optical scale | defocus whose blur fills it |
+| pupil, mm | MTF ends at, cycles/degree, library scale | d / λ, optical scale | half extent of the PSF window, arc minutes, optical scale | defocus whose blur fills it |
 |---|---|---|---|---|
 )";
   for (const double pupil : kPupils) {
@@ -262,10 +260,10 @@ The shape does not depend on the pupil, only the axis does:
               << Fixed(64 * 60 / cutOff, 1) << " | " << Fixed(dioptres, 1) << " D |\n";
   }
   page.text << R"(
-[Conventions](conventions.md) tells why the two scales differ by the factor 2.0023. The step that the library hands
-out is `frequencyRange` / 127.5 a sample, where the samples stand `frequencyRange` / 128 apart; and the PSF's samples are
-2 `psfHalfWidth` / 256 apart where the engine's pitch says 255. Axes made of these steps are 0.39 % too long. The program's
-axes and numbers, and all comparisons here, have the samples where they are.
+[Conventions](conventions.md) explains why the two scales differ by the factor 2.0023. The step that the library reports is
+`frequencyRange` / 127.5, but the samples are `frequencyRange` / 128 apart. The engine's pitch of the PSF is
+2 `psfHalfWidth` / 255, but the samples are 2 `psfHalfWidth` / 256 apart. Axes with the reported steps are 0.39 % too long.
+The program's axes and numbers, and all comparisons here, have the samples at their true positions.
 )";
 }
 
@@ -281,9 +279,9 @@ void Airy(Page& page) {
   page.text << R"(
 ## The Airy pattern
 
-The first dark ring is 2.44 samples from the centre, too few to count samples. But a PSF has no frequencies beyond the
-cut-off, so that its samples say all that there is to say between them: the mean over a circle is the sum of the
-transfer function times J0, the energy within it that with J1. Radii in λ / d.
+The first dark ring is only 2.44 samples from the centre. But a PSF has no frequencies beyond the cut-off, so its samples
+determine all values between them. The mean over a circle is the sum of the transfer function times J0. The energy within
+the circle is the same sum with J1. Radii are in λ / d.
 
 | dark ring | radius | library | predicted from the disc's area | intensity there | energy within | library | difference |
 |---|---|---|---|---|---|---|---|
@@ -295,12 +293,13 @@ transfer function times J0, the energy within it that with J1. Radii in λ / d.
               << Fixed(found.expectedEnergy, 6) << " | " << Fixed(found.energy, 6) << " | "
               << Power(found.energy - found.expectedEnergy) << " |\n";
   }
-  page.text << "\nA smaller disc makes a wider pattern. Taken for the circle of the same area it explains the radii to "
-            << Power(kDarkRingRadiusSampling)
-            << " of themselves (`kDarkRingRadiusSampling`), and the energies, which do not change "
-            << "to first order where the pattern is dark, stay within " << Power(kEncircledEnergySampling)
-            << R"( (`kEncircledEnergySampling`). No sample of the plane differs from the Airy pattern by more than )"
-            << Power(std::abs(AiryErrorOfPlane(page.flat))) << R"( of the peak (`kFlatPsfSampling`).
+  page.text
+      << "\nA smaller disc gives a wider pattern. The circle of the same area predicts the radii with a relative error "
+      << "of " << Power(kDarkRingRadiusSampling)
+      << " (`kDarkRingRadiusSampling`). The energies do not change to first order at a dark ring; they agree "
+      << "to " << Power(kEncircledEnergySampling)
+      << R"( (`kEncircledEnergySampling`). No sample of the plane differs from the Airy pattern by more than )"
+      << Power(std::abs(AiryErrorOfPlane(page.flat))) << R"( of the peak (`kFlatPsfSampling`).
 
 ![Airy pattern and encircled energy](images/accuracy-airy.svg)
 )";
@@ -312,12 +311,13 @@ void Modes25(Page& page) {
   page.text << R"(
 ## Strehl ratio of single modes
 
-On the axis, for one mode of given RMS, the Strehl ratio is an integral along the radius:
-|∫ 2 r exp(2πi N a R(r)) dr|² for m = 0, and [∫ 2 r J0(2π N a R(r)) dr]² otherwise, a in waves and N = √(n + 1) or √(2(n + 1)).
-The library's own Strehl ratio is that of the brightest sample, wherever it is. What stands here is sample (0, 0) of the
-engine's `Fft2` of its pupil function, before the PSF is moved: the axis. Each cell has the integral and, in brackets, the
-library less the integral in units of 10⁻⁴. The last two columns explain it: the RMS of the mode over the samples of the
-disc, for an RMS of 1 on the round disc; and what is left of the difference at 0.05 waves if that RMS is the one that counts.
+On the axis, the Strehl ratio of one mode of given RMS is an integral along the radius. It is
+|∫ 2 r exp(2πi N a R(r)) dr|² for m = 0 and [∫ 2 r J0(2π N a R(r)) dr]² otherwise, with a in waves and N = √(n + 1) or
+√(2(n + 1)). The library's own Strehl ratio is that of the brightest sample at any position. This table has the axis instead:
+sample (0, 0) of the engine's `Fft2` of its pupil function, before the PSF is moved. Each cell has the integral and, in
+brackets, the library less the integral in units of 10⁻⁴. The last two columns explain the difference. One is the RMS of the
+mode over the samples of the disc, for an RMS of 1 on the round disc. The other is the rest of the difference at 0.05 waves
+if the integral uses that RMS.
 
 | mode | 0.05 waves | 1/14 | 0.1 | 0.15 | 0.2 | bound up to 0.2, 10⁻⁴ | RMS over the samples | left, 10⁻⁴ |
 |---|---|---|---|---|---|---|---|---|
@@ -342,27 +342,26 @@ disc, for an RMS of 1 on the round disc; and what is left of the difference at 0
     if (!peakIsOnAxis) still += (still.empty() ? "" : ", ") + Name(budget.mode);
   }
   page.text << R"(
-For small RMS it is nearly all a question of what one calls the RMS. Sine and cosine modes of even m differ because a
-square lattice does, between its axes and its diagonals.
+For small RMS, nearly all of the difference follows from the definition of the RMS. Sine and cosine modes of even m differ
+because a square lattice differs between its axes and its diagonals.
 
-The brightest sample is on the axis in all of these cases but those of )"
-            << still
-            << R"(, where coma has pushed it aside. Then the last column tells another thing: the PSF's true peak lies
-between samples.
+The brightest sample is on the axis in all of these cases except )"
+            << still << R"(, where coma moves it away. There the PSF's true peak is between
+samples, as the last column shows.
 
-| mode | RMS, waves | axis | brightest sample, the library's Strehl ratio | highest place between samples |
+| mode | RMS, waves | axis | brightest sample, the library's Strehl ratio | peak between samples |
 |---|---|---|---|---|
 )" << moved;
   page.text
-      << "\nHow much can be lost between samples? They are λ / 2d apart; a diffraction-limited peak in the "
-         "middle of four "
-      << "would show " << Fixed(AiryIntensity(std::numbers::sqrt2_v<Real> / 4), 3) << R"( of itself,
-so that it loses )"
+      << "\nHow much of a peak can the samples miss? They are λ / 2d apart. In the middle of four samples, "
+      << "a diffraction-limited peak shows samples of " << Fixed(AiryIntensity(std::numbers::sqrt2_v<Real> / 4), 3)
+      << R"(,
+which is )"
       << Fixed(100 * (1 - AiryIntensity(std::numbers::sqrt2_v<Real> / 4)), 0)
-      << R"( %: Airy's pattern (2 J1(x) / x)² at x = π √2 / 4. A narrower peak would lose more; that of the pupil's rim
-alone, J0(x)², would show )"
+      << R"( % less: Airy's pattern (2 J1(x) / x)² at x = π √2 / 4. A narrower peak loses more; that of the pupil's rim
+alone, J0(x)², shows samples of )"
       << Fixed(std::pow(BesselJ(0, std::numbers::pi_v<Real> * std::numbers::sqrt2_v<Real> / 4), 2.0L), 3)
-      << R"(. Only tilt would put a perfect peak there, which is never used, but coma does some of it:
+      << R"(. Only tilt, which is never used, moves a perfect peak there, but coma has a part of this effect:
 
 )"
       << "| coma (3, 1), waves RMS | brightest sample | peak between samples, relative |\n|---|---|---|\n";
@@ -371,8 +370,8 @@ alone, J0(x)², would show )"
               << Fixed(PeakBetweenSamples({3, 1}, rms), 4) << " |\n";
   }
   page.text << R"(
-This is by far the largest departure on this page. So the program gives two Strehl ratios, that of the brightest sample and
-that of the peak between samples; the table of whole eyes below has both for real eyes.
+This is by far the largest error on this page. So the program reports two Strehl ratios: of the brightest sample, and of the
+peak between samples. The table of whole eyes below has both for real eyes.
 )";
 }
 
@@ -391,10 +390,10 @@ void Marechal(Page& page) {
     data << '\n';
   }
   page.text << R"(
-## Maréchal, and where he ends
+## Limits of Maréchal's estimates
 
-With s = 2π × RMS in waves, whatever the aberration, Maréchal's estimates are (1 − s²/2)², 1 − s² and exp(−s²). All agree with the exact
-value to order s²; what comes after depends on the mode.
+For any aberration, with s = 2π × RMS in waves, Maréchal's estimates are (1 − s²/2)², 1 − s² and exp(−s²). All agree with the
+exact value to order s²; higher orders depend on the mode.
 
 | RMS, waves | (1 − s²/2)² | 1 − s² | exp(−s²) | (2, 0) | (3, 1) | (4, 0) | (6, 6) |
 |---|---|---|---|---|---|---|---|
@@ -406,12 +405,12 @@ value to order s²; what comes after depends on the mode.
     page.text << " |\n";
   }
   const Real limit = 1 / 14.0L;
-  page.text << "\nAt λ/14, the usual limit of what passes for perfect, the exponential is good to "
+  page.text << "\nAt λ/14, the usual limit of a diffraction-limited system, the exponential is correct to "
             << Fixed(std::abs(StrehlByExponential(limit) - AxisStrehl({6, 6}, limit)), 3)
-            << " for all modes shown; at 0.2 waves it says " << Fixed(StrehlByExponential(0.2L), 2)
-            << " where the truth is between " << Fixed(AxisStrehl({2, 0}, 0.2L), 2) << " and "
+            << " for all modes shown. At 0.2 waves it gives " << Fixed(StrehlByExponential(0.2L), 2)
+            << ", but the exact values are between " << Fixed(AxisStrehl({2, 0}, 0.2L), 2) << " and "
             << Fixed(AxisStrehl({6, 6}, 0.2L), 2)
-            << R"(. Eyes soon have more: see the RMS of those below. The library never uses such estimates.
+            << R"(. Many eyes have a larger RMS, as the tables below show. The library never uses such estimates.
 
 ![Strehl ratio on the axis over the RMS wavefront error](images/accuracy-strehl.svg)
 )";
@@ -421,16 +420,16 @@ value to order s²; what comes after depends on the mode.
 
 void ModesMtf(Page& page) {
   std::ofstream data = page.Data("modes");
-  page.text
-      << R"(
+  page.text << R"(
 ## MTF of single modes
 
-With aberrations there is no closed form, but an integral: the overlap of the pupil with its moved self, over a lens whose
-borders are known, taken here by Gauss and Legendre's rule in coordinates in which nothing is singular; whether 48 nodes
-or 96 are taken along each axis makes no more than )"
-      << Power(QuadratureError({6, 6}, 0.2L))
-      << R"( for 0.2 waves of (6, 6). The largest difference of the library along row, column and diagonal, for RMS 0.05,
-0.1, 0.15 and 0.2 waves, in units of 10⁻⁴, by quarters of the frequencies up to the cut-off:
+With aberrations there is no closed form, but an integral: the overlap of the pupil with its shifted copy, over a lens with
+known borders. It is computed by Gauss-Legendre quadrature in coordinates without singularities. The results of 48 and 96
+nodes along each axis differ by no more than )"
+            << Power(QuadratureError({6, 6}, 0.2L)) << R"( for 0.2 waves of (6, 6).
+
+The table has the largest difference of the library along row, column and diagonal, in units of 10⁻⁴, for RMS 0.05, 0.1,
+0.15 and 0.2 waves. The columns are quarters of the frequencies up to the cut-off.
 
 | mode | 0 to ¼ | ¼ to ½ | ½ to ¾ | ¾ to 1 | bound, 10⁻⁴ |
 |---|---|---|---|---|---|
@@ -466,11 +465,13 @@ void WholeEyes(Page& page) {
   page.text << R"(
 ## Whole eyes at five pupils
 
-Two published eyes, both measured with 6 mm pupils ([assets/eyes](../assets/README.md) has the sources), looked at
-through smaller ones: the coefficients of the inner part of the wavefront come from those of the whole by algebra.
-At 7.5 mm the same polynomial is continued beyond what was measured: a test of the arithmetic, not an eye. Rounding is the
-difference from the overlap of the sampled pupil with itself, summed in long double; sampling that from the integral;
-both the largest along row, column and diagonal. The steepest slope is the change of the wavefront between neighbouring samples.
+Two published eyes were both measured with 6 mm pupils ([assets/eyes](../assets/README.md) has the sources). For smaller
+pupils, the coefficients of the inner part of the wavefront follow from those of the whole by algebra. At 7.5 mm the same
+polynomial is continued beyond the measured pupil: this tests the arithmetic and is not a real eye.
+
+Rounding is the difference from the overlap of the sampled pupil with itself, summed in long double. Sampling is the
+difference from the integral. Both are the largest along row, column and diagonal. The steepest slope is the largest change
+of the wavefront between neighbouring samples.
 
 | eye | pupil, mm | RMS, waves | Strehl ratio | steepest slope, waves | rounding | sampling | rescaled wavefront, waves |
 |---|---|---|---|---|---|---|---|
@@ -496,16 +497,16 @@ both the largest along row, column and diagonal. The steepest slope is the chang
   }
   page.text
       << "\nUp to 6 mm the MTF is that of the round pupil to " << Power(kEyeMtfSampling)
-      << " (`kEyeMtfSampling`). What goes wrong with the standard observer at 7.5 mm is seen in the slope: where it "
+      << " (`kEyeMtfSampling`). The error of the standard observer at 7.5 mm has its cause in the slope. Where it "
       << "exceeds " << Fixed(kSteepestTrustedSlope, 1)
-      << R"( waves a sample, the light from there leaves the PSF's plane on one side and comes in again on the
-other, and high frequencies are wrong by as much as )"
+      << R"( waves a sample, the light leaves the PSF's plane on one side and enters again on the other.
+High frequencies are then wrong by up to )"
       << Power(kSteepEyeMtfSampling) << R"( (`kSteepEyeMtfSampling`). The table of pupils above has the limit in
-dioptres for plain defocus.
+dioptres for pure defocus.
 
 The last column is the rescale identity: the library's wavefront from the coefficients of the inner pupil, less the
-inner part of the whole pupil's wavefront. Piston and tilt come up on the way, which the library leaves out; they are left
-out of the difference too.
+inner part of the whole pupil's wavefront. Rescaling produces piston and tilt, which the library leaves out; the difference
+leaves them out too.
 
 ![MTF of the standard observer at five pupils, and its error](images/accuracy-eyes.svg)
 )";
@@ -517,10 +518,10 @@ void BetweenSamples(Page& page) {
   page.text << R"(
 ## Between the samples
 
-The same eyes again. `MtfBetweenSamples`, behind the program's `--mtf-at`, takes the transfer function less that of a
-perfect pupil for band-limited; its error is the largest at quarters, halves and three quarters of samples along row and
-column, against the integral. `PeakBetweenSamples` climbs every lobe of the PSF whose brightest sample is at least 0.7 of the
-plane's; its error is that against the band-limited PSF around the brightest sample in long double, relative.
+The table has the same eyes. `MtfBetweenSamples`, which the program's `--mtf-at` uses, treats the difference from a perfect
+pupil's transfer function as band-limited. Its error is the largest difference from the integral at quarters, halves and
+three quarters of samples along row and column. `PeakBetweenSamples` climbs every lobe of the PSF whose brightest sample is
+at least 0.7 of the plane's. Its error is relative to the band-limited PSF around the brightest sample in long double.
 
 | eye | pupil, mm | MTF error at samples | between samples | Strehl ratio, brightest sample | peak between samples | lost | error of the peak |
 |---|---|---|---|---|---|---|---|
@@ -540,13 +541,13 @@ plane's; its error is that against the band-limited PSF around the brightest sam
     }
   }
   page.text << R"(
-Where the wavefront changes by no more than )"
-            << Fixed(kSteepestTrustedSlope, 1)
-            << R"( waves a sample, the MTF between samples is as good as at samples, to )"
-            << Power(kEyeMtfBetweenSamples) << R"( (`kEyeMtfBetweenSamples`), and for the flat pupil to )"
-            << Power(kFlatMtfBetweenSamples) << R"( (`kFlatMtfBetweenSamples`). The peak is right to )"
+If the wavefront changes by no more than )"
+            << Fixed(kSteepestTrustedSlope, 1) << R"( waves a sample, the MTF between samples has an error of up to )"
+            << Power(kEyeMtfBetweenSamples)
+            << R"( (`kEyeMtfBetweenSamples`), as at samples. For the flat pupil it is up to )"
+            << Power(kFlatMtfBetweenSamples) << R"( (`kFlatMtfBetweenSamples`). The peak is correct to )"
             << Power(kPeakBetweenSamples)
-            << R"( of itself (`kPeakBetweenSamples`). Both Strehl ratios of any eye are printed by
+            << R"(, relative (`kPeakBetweenSamples`). This command prints both Strehl ratios of an eye:
 
     orvanel simulate assets/eyes/watson_2015_example_6mm.json --pupil 4.1 -o watson
 )";
@@ -558,27 +559,28 @@ void Limits(Page& page) {
   page.text << R"(
 ## Where not to trust it
 
-- **Scales.** Frequencies, half widths and ring sizes are those of a pupil of twice the stated diameter, and small angles
-  add 0.115 %; [conventions](conventions.md) has both. The numbers above are free of it: fractions of the cut-off, λ / d.
-- **Large blur.** Beyond half a wave a sample at the pupil's edge the PSF wraps round. The library does not tell, the
-  program warns; the last column of the table of pupils has the limit for defocus.
-- **Small MTFs.** The error is absolute: where the MTF is less than some 10⁻³, it is all error. The plot of whole eyes shows
-  where that begins.
+- **Scales.** Frequencies, half extents and ring sizes are those of a pupil of twice the stated diameter, and small angles
+  add 0.115 %; [conventions](conventions.md) has both. The numbers above do not depend on this: they are fractions of the
+  cut-off, or in λ / d.
+- **Large blur.** If the wavefront changes by more than half a wave a sample at the pupil's edge, the PSF wraps round. The
+  library does not report it, but the program warns. The last column of the table of pupils has the limit for defocus.
+- **Small MTFs.** The error is absolute: an MTF below some 10⁻³ is only error. The plot of whole eyes shows where this
+  begins.
 - **Retinal images** are the squared magnitude of the filtered object, not the convolution with the PSF; their
-  contrast is not that of incoherent light. They follow their formulas to 1e-14, which says nothing about eyes.
-- **One wavelength,** 587.56 nm, unless one calls for white light, which is three.
-- **A hard-edged pupil, evenly bright.** That receptors prefer light through its centre (Stiles and Crawford) is left out,
-  and so is scatter.
-- **Order 6** is where the wavefront ends.
-- **The library's Strehl ratio is that of the brightest sample,** not of the axis. It loses up to 27 % of a
-  peak between samples that is as wide as a perfect one, and more of a narrower one; the program prints both.
+  contrast is not that of incoherent light. They follow their formulas to 1e-14, but this is no statement about eyes.
+- **One wavelength,** 587.56 nm, except for white light, which has three.
+- **A hard-edged pupil of uniform brightness.** The model leaves out that receptors prefer light through its centre (Stiles
+  and Crawford), and scatter.
+- **Radial order 6** is the highest of the wavefront.
+- **The library's Strehl ratio is that of the brightest sample,** not of the axis. It misses up to 27 % of a peak between
+  samples if the peak is as wide as a perfect one, and more if it is narrower. The program prints both.
 
-## Where it is held
+## Where it is tested
 
 | | |
 |---|---|
 | `tests/accuracy/budget.h` | the bounds named here |
-| `tests/accuracy/budget_test.cpp` | holds the library to them, by the same functions that made this page |
+| `tests/accuracy/budget_test.cpp` | checks the library against them, with the functions that made this page |
 | `tests/accuracy/closed_forms_test.cpp` | the closed forms against published values and each other |
 | `tests/golden/truth_test.cpp` | the library against the script of 45 digits |
 | `tests/reference/` | every sample of every plane against an engine in long double |
