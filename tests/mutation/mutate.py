@@ -234,7 +234,7 @@ def write_page(found, mutations):
         lines.append(f"| {mutation.file} | {code(mutation.before)}{place_of} | {code(mutation.after)} | {verdict} | {date} |")
     untried_in = collections.Counter(mutation.file for mutation in untried)
     if untried_in:
-        lines += ["", "Not tried: " + ", ".join(f"{count} of {file}" for file, count in untried_in.items()) + "."]
+        lines += ["", "Not tried:", ""] + [f"- {count} of {file}" for file, count in untried_in.items()]
     head, rest = PAGE.read_text().split(BEGIN)
     PAGE.write_text(head + BEGIN + "\n".join(lines) + "\n" + END + rest.split(END)[1])
 
