@@ -110,7 +110,7 @@ function(orvanel_archive name)
   endforeach()
 endfunction()
 
-# orvanel_install_program(<target>): the program finds the shared library from its own place, wherever the two are moved.
+# orvanel_install_program(<target>): the program finds the shared library relative to its own path, so both can be moved.
 function(orvanel_install_program target)
   set(libraries ${CMAKE_INSTALL_FULL_LIBDIR})
   cmake_path(RELATIVE_PATH libraries BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR})

@@ -1,9 +1,9 @@
-// An eye at its best focus: what is gained in Strehl ratio, and how far white light spreads before and after.
+// Finds the best focus of an eye, and prints Strehl ratio and spread of white light before and after.
 //
 //     cmake -S . -B build && cmake --build build
 //     build/best_focus standard_observer.txt
 //
-// The eye is a text file: the pupil value, then coefficients in the order and unit of OpticsEngine.
+// The eye is a text file: the pupil value, then coefficients with the indices and unit of OpticsEngine.
 #include <orvanel/optics_engine.h>
 
 #include <cmath>
@@ -21,11 +21,11 @@ struct Eye {
 bool Read(const char* path, Eye& eye) {
   std::ifstream file(path);
   if (!(file >> eye.pupil)) return false;
-  for (double& coefficient : eye.coefficients) file >> coefficient;  // 0 from the end of the file on
+  for (double& coefficient : eye.coefficients) file >> coefficient;  // missing ones are 0
   return true;
 }
 
-// The radius in samples that holds half of the light above the centre; only there all samples have one scale.
+// The radius in samples that contains half of the light above the centre; only there all samples have the same scale.
 int HalfLightRadius(const orvanel::GridPlane& psf) {
   const int centre = psf.side() / 2;
   double total = 0.0;
@@ -41,7 +41,7 @@ int HalfLightRadius(const orvanel::GridPlane& psf) {
   return radius;
 }
 
-// Of the eye whose point spread function the engine holds.
+// Prints the results of the engine's current point spread function.
 void Report(const char* name, double defocus, orvanel::OpticsEngine& engine) {
   const double strehl = engine.strehlRatio;
   orvanel::GridPlane psf(engine.gridSize);

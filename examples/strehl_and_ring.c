@@ -1,13 +1,13 @@
-/* The Strehl ratio of an eye, and a broken ring as this eye sees it, saved as a PGM picture.
+/* Prints the Strehl ratio of an eye, and saves its retinal image of a Landolt ring as a PGM picture.
  *
  *     cc -std=c99 strehl_and_ring.c $(pkg-config --cflags --libs orvanel) -o strehl_and_ring
  *     ./strehl_and_ring standard_observer.txt ring.pgm
  *
- * The eye is a text file: the pupil value, then coefficients in the order and unit of OrvanelInputZer. */
+ * The eye is a text file: the pupil value, then coefficients with the indices and unit of OrvanelInputZer. */
 #include <orvanel/orvanel.h>
 #include <stdio.h>
 
-/* Coefficients that the file does not have are 0. Returns 0 for a file without a pupil. */
+/* Reads an eye. Missing coefficients are 0. Returns 0 for a file without a pupil. */
 static int ReadEye(const char* path, double* pupil, double* coefficients) {
   FILE* const file = fopen(path, "r");
   int count = 0;
