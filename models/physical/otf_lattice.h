@@ -9,28 +9,33 @@
 
 namespace orvanel::physical {
 
+// Column c is the frequency (c - side/2) step along x, row r that of (side/2 - r) step along y.
+struct FrequencyLattice {
+  int side = 256;             // a power of two, at least 2 ceil(1/step)
+  double step = 1.0 / 128.0;  // of the cut-off of the reference radius
+};
+
 // The fast method. The pupil stands on a lattice of 256 samples or more across, whose cells at the rim count by the
-// share of their area that is inside. Its autocorrelation at every second sample, or every fourth and so on, is the sum
-// of those of the sub-lattices of 128 samples across. What the rim's cells make of the overlap of a flat pupil is
-// compared with its closed form, and taken out.
+// share of their area that is inside. One step of the frequencies is a whole number of samples: the density. The
+// autocorrelation at every such sample is the sum of those of density^2 sub-lattices. What the rim's cells make of the
+// overlap of a flat pupil is compared with its closed form, and taken out.
 class OtfLattice {
  public:
-  static constexpr int kSide = 256;
-
   explicit OtfLattice(const Kernels& kernels);
   ~OtfLattice();
 
-  // The OTF in the sense of OtfOverlap. Column c is the frequency (c - 128)/128 of the cut-off along x, row r that of
-  // (128 - r)/128 along y; cut-offs are those of the reference radius.
-  //   re, im  256 x 256 doubles
-  // Error: 1e-4. The lattice has up to 2048 samples across, so that the phase changes by at most a quarter of a turn
-  // from sample to sample. Returns false, and writes nothing, where it would change by more.
-  bool Compute(const Pupil& pupil, double* re, double* im);
+  // The OTF in the sense of OtfOverlap.
+  //   re, im  side x side doubles
+  // Error: 1e-4. The lattice has up to 2048 samples across, or as many as the frequencies, so that the phase changes by
+  // at most a quarter of a turn from sample to sample. Returns false, and writes nothing, where it would change by
+  // more, and where the frequencies are no lattice as above. Memory: 5 planes of the frequencies, and one of the
+  // samples across.
+  bool Compute(const Pupil& pupil, const FrequencyLattice& frequencies, double* re, double* im);
 
  private:
   struct Memory;
 
-  void SetFlat(const Pupil& flat, int density);
+  void SetFlat(const Pupil& flat);
   void AddFields(const Pupil& pupil, int firstRow, int firstColumn);
   void Autocorrelate(const Pupil& pupil);
 

@@ -22,7 +22,13 @@ enum class Problem {
   kGridSpacing,
   kGridSize,
   kGridCentre,
-  kTooManyNodes,  // the wavefront or the field needs more than `high` quadrature nodes, for the line `index`
+  kPixelSize,
+  kObjectSize,
+  kMargin,
+  kLuminance,      // not finite; index is that of the pixel, or -1 for the surround
+  kFieldTooLarge,  // value is the side of the lattice that it takes, in pixels or frequencies
+  kTooSteep,       // the wavefront, for the lattice of the OTF and the line `index`
+  kTooManyNodes,   // the wavefront or the field needs more than `high` quadrature nodes, for the line `index`
 };
 
 // What is wrong. value is the number in question, low and high are its limits; each is 0 where it has no meaning.
