@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "cli/conventions/column_name.h"
-#include "cli/eyes/preparation.h"
-#include "cli/number_text.h"
+#include "base/number_text.h"
 #include "cli/report.h"
-#include "cli/rms.h"
+#include "eye/adjustments.h"
+#include "eye/column_name.h"
+#include "eye/rms.h"
 
 namespace orvanel::cli {
 namespace {
@@ -52,7 +52,7 @@ std::string TermLines(const Eye& eye) {
 
 std::string RmsLines(const Coefficients& osa) {
   const int highest = osa.empty() ? 0 : Term(osa.size() - 1).n;
-  const auto rms = [&osa](int first, int last) { return Text(Rms(osa, first, last).value(), 4) + " um"; };
+  const auto rms = [&osa](int first, int last) { return NumberText(Rms(osa, first, last).value(), 4) + " um"; };
   std::string lines, label = "RMS";
   for (int n = 1; n <= highest; ++n) {
     lines += ReportLine(std::exchange(label, ""), "order " + Padded(std::to_string(n), 4) + rms(n, n) +
@@ -67,7 +67,8 @@ std::string RmsLines(const Coefficients& osa) {
 std::string EyeLines(const Eye& measured, const std::vector<std::string>& changes) {
   std::string lines =
       ReportLine("Eye", (measured.name.empty() ? measured.file : measured.name) + ", side " + SideText(measured.side));
-  lines += ReportLine("Measured", "over " + Text(measured.pupil.value(), 6) + " mm, in " + Text(measured.convention));
+  lines +=
+      ReportLine("Measured", "over " + NumberText(measured.pupil.value(), 6) + " mm, in " + Text(measured.convention));
   std::string label = "Changes";
   for (const std::string& change : changes) lines += ReportLine(std::exchange(label, ""), change);
   return lines;
@@ -82,8 +83,8 @@ std::string RefractionLines(const Eye& eye, CylinderSign sign) {
 
 std::string CoefficientReport(const Eye& eye, CylinderSign sign) {
   if (eye.convention.order != Order::kNamed) ToList(eye.convention.order, eye.coefficients);  // all have a number
-  return ReportLine("Coefficients", "over " + Text(eye.pupil.value(), 6) + " mm, side " + SideText(eye.side) + ", in " +
-                                        Text(eye.convention)) +
+  return ReportLine("Coefficients", "over " + NumberText(eye.pupil.value(), 6) + " mm, side " + SideText(eye.side) +
+                                        ", in " + Text(eye.convention)) +
          TermLines(eye) + RmsLines(OsaCoefficients(eye)) + RefractionLines(eye, sign);
 }
 

@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/eyes/eye.h"
-#include "cli/prescription.h"
+#include "base/layers.h"
+#include "eye/eye.h"
+#include "eye/prescription.h"
 
 namespace orvanel::cli {
 

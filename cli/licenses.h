@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 // The terms of Orvanel, and of what others wrote that is part of it: the files LICENSE and THIRD-PARTY-NOTICES.

@@ -2,14 +2,15 @@
 #include <exception>
 #include <new>
 
+#include "base/error.h"
 #include "cli/commands/command_line.h"
-#include "cli/error.h"
-#include "cli/interruption.h"
-#include "cli/platform.h"
+#include "cli/process.h"
+#include "cli/signals.h"
 #include "cli/terminal.h"
 #include "orvanel/optics_engine.h"
 
 int main(int argc, char** argv) {
+  using namespace orvanel;
   using namespace orvanel::cli;
   OpenStandardDescriptors();
   NoteInterruptions();

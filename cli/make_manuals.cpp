@@ -4,9 +4,9 @@
 #include <iostream>
 #include <string>
 
-#include "cli/batch/metrics.h"
 #include "cli/commands/command_line.h"
 #include "cli/manual.h"
+#include "metrics/metrics.h"
 
 namespace {
 

@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 // The manual page of the program, or of one of its subcommands, in the language of man.

@@ -3,8 +3,8 @@
 
 #include <set>
 
-#include "cli/number_text.h"
-#include "cli/rings.h"
+#include "base/number_text.h"
+#include "evaluation/rings.h"
 
 namespace orvanel::cli {
 namespace {

@@ -6,9 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "cli/formats/plane_set.h"
-#include "cli/results.h"
-#include "cli/view.h"
+#include "base/layers.h"
+#include "cli/result_files.h"
+#include "eye/view.h"
+#include "files/planes/plane_set.h"
 
 namespace orvanel::cli {
 

@@ -3,10 +3,10 @@
 
 #include <cstdio>
 
-#include "cli/error.h"
-#include "cli/platform.h"
+#include "base/error.h"
+#include "base/visible_text.h"
+#include "cli/process.h"
 #include "cli/terminal.h"
-#include "cli/visible_text.h"
 
 namespace orvanel::cli {
 namespace {

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 // One aligned line, "label           text", its label in bold on a terminal, control characters in its text made

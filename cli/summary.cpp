@@ -5,12 +5,13 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "base/number_text.h"
 #include "cli/coefficient_report.h"
-#include "cli/eyes/preparation.h"
-#include "cli/number_text.h"
 #include "cli/planes.h"
 #include "cli/report.h"
-#include "cli/rings.h"
+#include "evaluation/rings.h"
+#include "eye/adjustments.h"
+#include "models/sampling.h"
 
 namespace orvanel::cli {
 namespace {
@@ -182,11 +183,12 @@ std::string RingLines(const std::vector<Ring>& rings, const Scales& scales) {
     for (; i < rings.size() && rings[i].request.acuity == ring.request.acuity; ++i) {
       gaps += (gaps.empty() ? "" : ", ") + std::string(Word(rings[i].request.gap));
     }
-    lines += ReportLine(std::exchange(label, ""),
-                        "acuity " + Text(ring.request.acuity, 4) + " drawn as " + Text(ring.effectiveAcuity, 3) +
-                            " (library scale), which is " + Text(OpticalAcuity(ring.effectiveAcuity, scales), 3) +
-                            " (optical scale), " + std::to_string(ring.diameter) + " samples, gap " + gaps +
-                            (IsFarOff(ring) ? "; " + DeviationText(ring) + " what was asked for" : ""));
+    lines +=
+        ReportLine(std::exchange(label, ""),
+                   "acuity " + NumberText(ring.request.acuity, 4) + " drawn as " + NumberText(ring.effectiveAcuity, 3) +
+                       " (library scale), which is " + NumberText(OpticalAcuity(ring.effectiveAcuity, scales), 3) +
+                       " (optical scale), " + std::to_string(ring.diameter) + " samples, gap " + gaps +
+                       (IsFarOff(ring) ? "; " + DeviationText(ring) + " what was asked for" : ""));
   }
   return lines;
 }
@@ -195,12 +197,12 @@ std::string MtfLines(const Results& results) {
   const Scales& scales = results.scales;
   std::string lines;
   for (const CyclesPerDegree frequency : results.mtfAt) {
-    lines += ReportLine(lines.empty() ? "MTF" : "",
-                        Text(MtfAt(results.simulation.lineSpreads.horizontal, scales.library, frequency), 4) +
-                            " horizontal, " +
-                            Text(MtfAt(results.simulation.lineSpreads.vertical, scales.library, frequency), 4) +
-                            " vertical at " + Text(frequency.value(), 6) + " cycles/degree (library scale), which is " +
-                            Text((frequency / scales.ratio).value(), 4) + " (optical scale)");
+    lines += ReportLine(
+        lines.empty() ? "MTF" : "",
+        NumberText(MtfAt(results.simulation.lineSpreads.horizontal, scales.library, frequency), 4) + " horizontal, " +
+            NumberText(MtfAt(results.simulation.lineSpreads.vertical, scales.library, frequency), 4) + " vertical at " +
+            NumberText(frequency.value(), 6) + " cycles/degree (library scale), which is " +
+            NumberText((frequency / scales.ratio).value(), 4) + " (optical scale)");
   }
   return lines;
 }
@@ -214,8 +216,8 @@ std::string PictureLines(const SeenPicture& picture, const Scales& scales) {
   if (object.transparent) text += ", white under transparent parts";
   return ReportLine("Your picture", text) +
          ReportLine("", std::string(Description(object.request.fit)) + "; the 256 samples span " +
-                            Text(FieldOf(scales.library).value(), 4) + " arc minutes (library scale), " +
-                            Text(FieldOf(scales.optical).value(), 4) + " arc minutes (optical scale)");
+                            NumberText(FieldOf(scales.library).value(), 4) + " arc minutes (library scale), " +
+                            NumberText(FieldOf(scales.optical).value(), 4) + " arc minutes (optical scale)");
 }
 
 }  // namespace
@@ -282,29 +284,30 @@ std::string SummaryText(const Results& results, const std::string& folder, std::
   const Eye& eye = results.eye;
   const Simulation& s = results.simulation;
   const Scales& scales = results.scales;
-  const std::string pupil = Text(eye.pupil.value(), 6) + " mm";
+  const std::string pupil = NumberText(eye.pupil.value(), 6) + " mm";
   std::string text = EyeLines(results.measured, results.changes);
-  text += ReportLine("Pupil", pupil + ", wavelength " + Text(ToNanometres(Wavelength()).value(), 5) + " nm");
+  text += ReportLine("Pupil", pupil + ", wavelength " + NumberText(ToNanometres(Wavelength()).value(), 5) + " nm");
   text += RefractionLines(eye, CylinderSign::kMinus);
-  text += ReportLine("Wavefront", "RMS " + Text(s.wavefront.rms.value(), 3) + " um (" +
-                                      Text(s.wavefront.rms / ToMicrometres(Wavelength()), 3) +
-                                      " waves), peak to valley " + Text(s.wavefront.peakToValley.value(), 3) + " um");
-  text += ReportLine("Strehl ratio", Text(s.strehl, 4) + " at the brightest sample, " + Text(s.strehlPeak, 4) +
-                                         " at the peak between samples");
+  text +=
+      ReportLine("Wavefront", "RMS " + NumberText(s.wavefront.rms.value(), 3) + " um (" +
+                                  NumberText(s.wavefront.rms / ToMicrometres(Wavelength()), 3) +
+                                  " waves), peak to valley " + NumberText(s.wavefront.peakToValley.value(), 3) + " um");
+  text += ReportLine("Strehl ratio", NumberText(s.strehl, 4) + " at the brightest sample, " +
+                                         NumberText(s.strehlPeak, 4) + " at the peak between samples");
   text += ReportLine("PSF half width",
-                     Text(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
-                         Text(scales.library.halfWidthAngle.value(), 4) + " arc minutes (library scale); " +
-                         Text(scales.optical.halfWidthAngle.value(), 4) + " arc minutes (optical scale)");
-  text += ReportLine("MTF range", Text(s.frequencyRange.value(), 5) + " cycles/degree (library scale)");
+                     NumberText(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
+                         NumberText(scales.library.halfWidthAngle.value(), 4) + " arc minutes (library scale); " +
+                         NumberText(scales.optical.halfWidthAngle.value(), 4) + " arc minutes (optical scale)");
+  text += ReportLine("MTF range", NumberText(s.frequencyRange.value(), 5) + " cycles/degree (library scale)");
   text += MtfLines(results);
-  text += ReportLine("Optical cut-off", Text(scales.opticalCutOff.value(), 4) + " cycles/degree for a pupil of " +
+  text += ReportLine("Optical cut-off", NumberText(scales.opticalCutOff.value(), 4) + " cycles/degree for a pupil of " +
                                             pupil + " (optical scale)");
   text += RingLines(s.rings, scales);
   if (results.picture) text += PictureLines(*results.picture, scales);
   text += ReportLine("Scales",
                      "library scale = that of a pupil of twice the diameter; optical scale = the pupil as "
                      "stated; ratio " +
-                         Text(scales.ratio, 5));
+                         NumberText(scales.ratio, 5));
   text += ReportLine("Pictures", std::to_string(fileCount) + " files in " + folder + "; open " +
                                      (folder.ends_with('/') ? folder : folder + "/") + kOverviewFile + " first");
   return text;

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/results.h"
+#include "base/layers.h"
+#include "evaluation/results.h"
+#include "files/planes/plane_set.h"
 
 namespace orvanel::cli {
 

@@ -1,8 +1,8 @@
 // Gathers pieces to blocks.
 #include "cli/table_output.h"
 
-#include "cli/input_file.h"
 #include "cli/report.h"
+#include "files/input_file.h"
 
 namespace orvanel::cli {
 

@@ -5,7 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "cli/files.h"
+#include "base/layers.h"
+#include "files/new_file.h"
 
 namespace orvanel::cli {
 

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/platform.h"
-#include "cli/visible_text.h"
+#include "base/visible_text.h"
+#include "cli/process.h"
 
 namespace orvanel::cli {
 namespace {

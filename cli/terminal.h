@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 enum class Stream { kOutput, kErrors };

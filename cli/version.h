@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 // "orvanel 0.2.0", and in a second line the kernels with which the library computes on this machine.

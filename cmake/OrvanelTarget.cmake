@@ -110,14 +110,6 @@ function(orvanel_archive name)
   endforeach()
 endfunction()
 
-# orvanel_install_program(<target>): the program finds the shared library relative to its own path, so both can be moved.
-function(orvanel_install_program target)
-  set(libraries ${CMAKE_INSTALL_FULL_LIBDIR})
-  cmake_path(RELATIVE_PATH libraries BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR})
-  set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
-  install(TARGETS ${target})
-endfunction()
-
 # orvanel_embed(<target> <symbol> <file>): the bytes of the file become part of the target as
 # `extern "C" const unsigned char <symbol>[]`, followed by `<symbol>_end[]`.
 function(orvanel_embed target symbol file)

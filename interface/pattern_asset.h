@@ -4,13 +4,8 @@
 
 namespace orvanel {
 
-constexpr double kByteToUnit = 0.00392156862745098;  // 1/255; 255 times it is exactly 1.0
-
 // The star as 256 x 256 samples, top row first: 0.0 for black, 1.0 for white.
 void LoadPatternAsset(double* pattern);
-
-// The samples of a device-independent bitmap of 256 x 256 pixels, 8 bits each, bottom row first.
-void DecodeBitmap(const unsigned char* bitmap, double* pattern);
 
 #ifdef _WIN32
 // The two ways to the star in the library's resources, which give the same samples: as Windows renders it for the

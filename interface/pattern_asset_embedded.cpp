@@ -1,11 +1,9 @@
-// The sector star where it is embedded among the constants.
+// The sector star where the library embeds it among its constants.
 #include "interface/pattern_asset.h"
-
-// The bytes of assets/sector_star.dib.
-extern "C" const unsigned char orvanel_sector_star[];
+#include "targets/sector_star.h"
 
 namespace orvanel {
 
-void LoadPatternAsset(double* pattern) { DecodeBitmap(orvanel_sector_star, pattern); }
+void LoadPatternAsset(double* pattern) { targets::LoadSectorStar(pattern); }
 
 }  // namespace orvanel

@@ -7,6 +7,7 @@
 #include "interface/pattern_asset.h"
 #include "optics/samples_memory.h"
 #include "orvanel/orvanel.h"
+#include "targets/bitmap.h"
 
 // The start of the library, or of the program, that this is linked into: its handle.
 extern "C" IMAGE_DOS_HEADER __ImageBase;
@@ -51,13 +52,13 @@ bool LoadRenderedPattern(double* pattern) {
   const std::unique_ptr<void, decltype(&GiveBack)> memory(TakeMemory(kBytes, kCacheLine), GiveBack);
   auto* const pixels = static_cast<unsigned char*>(memory.get());
   if (pixels == nullptr || !RenderedBitmap().CopyTo(pixels)) return false;
-  for (std::size_t k = 0; k < kBytes / kPixelBytes; ++k) pattern[k] = pixels[kPixelBytes * k] * kByteToUnit;
+  for (std::size_t k = 0; k < kBytes / kPixelBytes; ++k) pattern[k] = pixels[kPixelBytes * k] * targets::kByteToUnit;
   return true;
 }
 
 void LoadPatternResource(double* pattern) {
   const HRSRC resource = FindResourceA(ThisModule(), StarName(), MAKEINTRESOURCEA(2));  // a bitmap
-  DecodeBitmap(static_cast<const unsigned char*>(LockResource(LoadResource(ThisModule(), resource))), pattern);
+  targets::DecodeBitmap(static_cast<const unsigned char*>(LockResource(LoadResource(ThisModule(), resource))), pattern);
 }
 
 void LoadPatternAsset(double* pattern) {

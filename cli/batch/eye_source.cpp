@@ -5,11 +5,11 @@
 #include <system_error>
 #include <utility>
 
-#include "cli/eyes/eye_file.h"
-#include "cli/fnv1a.h"
-#include "cli/input_file.h"
-#include "cli/interruption.h"
-#include "cli/path_of.h"
+#include "base/fnv1a.h"
+#include "files/eyes/eye_file.h"
+#include "files/input_file.h"
+#include "files/interruption.h"
+#include "files/path_of.h"
 
 namespace orvanel::cli {
 namespace {

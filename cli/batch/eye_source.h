@@ -8,10 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "base/error.h"
+#include "base/layers.h"
 #include "cli/batch/run_record.h"
-#include "cli/conventions/statement.h"
-#include "cli/error.h"
-#include "cli/tables/eye_table.h"
+#include "eye/statement.h"
+#include "files/tables/eye_table.h"
 
 namespace orvanel::cli {
 

@@ -6,12 +6,12 @@
 #include <memory>
 #include <utility>
 
+#include "base/error.h"
 #include "cli/batch/whole_rows.h"
-#include "cli/error.h"
-#include "cli/files.h"
-#include "cli/input_file.h"
-#include "cli/interruption.h"
-#include "cli/path_of.h"
+#include "files/input_file.h"
+#include "files/interruption.h"
+#include "files/new_file.h"
+#include "files/path_of.h"
 
 namespace orvanel::cli {
 namespace {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/layers.h"
 #include "cli/batch/run_record.h"
 
 namespace orvanel::cli {

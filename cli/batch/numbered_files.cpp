@@ -5,8 +5,8 @@
 #include <optional>
 #include <system_error>
 
-#include "cli/error.h"
-#include "cli/files.h"
+#include "base/error.h"
+#include "files/new_file.h"
 
 namespace orvanel::cli {
 namespace {

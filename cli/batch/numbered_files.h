@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 // Names of the form beginning + digits + ending. ReplaceFile writes them.

@@ -6,11 +6,11 @@
 #include <system_error>
 #include <utility>
 
-#include "cli/error.h"
-#include "cli/files.h"
-#include "cli/number_text.h"
-#include "cli/path_of.h"
-#include "cli/png.h"
+#include "base/error.h"
+#include "base/number_text.h"
+#include "files/new_file.h"
+#include "files/path_of.h"
+#include "files/pictures/png.h"
 
 namespace orvanel::cli {
 namespace {

@@ -7,8 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/batch/eye_meter.h"
+#include "base/layers.h"
 #include "cli/batch/numbered_files.h"
+#include "evaluation/evaluator.h"
 
 namespace orvanel::cli {
 

@@ -7,8 +7,8 @@
 #include <system_error>
 #include <utility>
 
-#include "cli/error.h"
-#include "cli/platform.h"
+#include "base/error.h"
+#include "files/platform.h"
 
 namespace orvanel::cli {
 namespace {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 
+#include "base/layers.h"
 #include "cli/batch/shard.h"
 
 namespace orvanel::cli {

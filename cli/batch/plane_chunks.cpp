@@ -6,12 +6,12 @@
 #include <system_error>
 #include <utility>
 
-#include "cli/error.h"
-#include "cli/files.h"
-#include "cli/formats/format.h"
-#include "cli/number_text.h"
-#include "cli/path_of.h"
-#include "cli/view.h"
+#include "base/error.h"
+#include "base/number_text.h"
+#include "eye/view.h"
+#include "files/new_file.h"
+#include "files/path_of.h"
+#include "files/planes/format.h"
 
 namespace orvanel::cli {
 namespace {

@@ -7,9 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/batch/eye_meter.h"
+#include "base/layers.h"
 #include "cli/batch/numbered_files.h"
-#include "cli/formats/hdf5_stack.h"
+#include "evaluation/evaluator.h"
+#include "files/planes/hdf5_stack.h"
 
 namespace orvanel::cli {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "cli/number_text.h"
+#include "base/number_text.h"
 
 namespace orvanel::cli {
 namespace {
@@ -34,7 +34,7 @@ std::string RateText(std::optional<double> share, double before, std::size_t eye
   text += std::to_string(eyes) + " eyes";
   if (seconds < kSecondsToJudge) return text;
   const double rate = static_cast<double>(eyes) / seconds;
-  text += ", " + (rate < 1000.0 ? Text(rate, 3) : FixedText(rate, 0)) + "/s";
+  text += ", " + (rate < 1000.0 ? NumberText(rate, 3) : FixedText(rate, 0)) + "/s";
   if (share && *share > before) text += ", " + Clock(seconds * (1.0 - *share) / (*share - before)) + " left";
   return text;
 }

@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 // "#######.......  51 %  1234 eyes, 780/s, 0:12:03 left".

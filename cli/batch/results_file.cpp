@@ -7,11 +7,11 @@
 #include <system_error>
 #include <utility>
 
-#include "cli/error.h"
-#include "cli/input_file.h"
-#include "cli/path_of.h"
-#include "cli/platform.h"
+#include "base/error.h"
 #include "cli/report.h"
+#include "files/input_file.h"
+#include "files/path_of.h"
+#include "files/platform.h"
 
 namespace orvanel::cli {
 namespace fs = std::filesystem;

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 // With the name "-" it is standard output, which is only added to.

@@ -9,23 +9,23 @@
 #include <system_error>
 #include <utility>
 
+#include "base/error.h"
+#include "base/number_text.h"
 #include "cli/batch/eye_source.h"
-#include "cli/batch/in_order.h"
 #include "cli/batch/place_lock.h"
 #include "cli/batch/rate.h"
 #include "cli/batch/results_file.h"
 #include "cli/batch/whole_files.h"
 #include "cli/batch/whole_rows.h"
-#include "cli/error.h"
-#include "cli/files.h"
-#include "cli/input_file.h"
-#include "cli/interruption.h"
-#include "cli/number_text.h"
-#include "cli/path_of.h"
-#include "cli/platform.h"
-#include "cli/sector_star.h"
-#include "cli/tables/csv.h"
 #include "cli/terminal.h"
+#include "evaluation/in_order.h"
+#include "files/input_file.h"
+#include "files/interruption.h"
+#include "files/new_file.h"
+#include "files/path_of.h"
+#include "files/platform.h"
+#include "files/tables/csv.h"
+#include "targets/sector_star.h"
 
 namespace orvanel::cli {
 namespace {
@@ -98,9 +98,9 @@ class Worker {
   }
 
   std::string UndersampledText(const TableEye& eye) const {
-    return ErrorText(eye,
-                     Error("the wavefront is too steep for the samples in " + Text(100.0 * meter_.undersampled(), 2) +
-                           " % of the pupil, more than " + Text(100.0 * request_.maxUndersampled, 2) + " %"));
+    return ErrorText(
+        eye, Error("the wavefront is too steep for the samples in " + NumberText(100.0 * meter_.undersampled(), 2) +
+                   " % of the pupil, more than " + NumberText(100.0 * request_.maxUndersampled, 2) + " %"));
   }
 
   const BatchRequest& request_;

@@ -7,13 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "cli/batch/metrics.h"
+#include "base/layers.h"
 #include "cli/batch/picture_files.h"
 #include "cli/batch/plane_chunks.h"
 #include "cli/batch/run_record.h"
-#include "cli/conventions/statement.h"
-#include "cli/eyes/preparation.h"
-#include "cli/tables/eye_table.h"
+#include "eye/adjustments.h"
+#include "eye/statement.h"
+#include "files/tables/eye_table.h"
+#include "metrics/metrics.h"
 #include "orvanel/sampling.h"
 
 namespace orvanel::cli {

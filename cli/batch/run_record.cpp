@@ -5,12 +5,12 @@
 #include <filesystem>
 #include <limits>
 
-#include "cli/error.h"
-#include "cli/files.h"
-#include "cli/input_file.h"
-#include "cli/json_text.h"
-#include "cli/number_text.h"
-#include "cli/path_of.h"
+#include "base/error.h"
+#include "base/number_text.h"
+#include "files/input_file.h"
+#include "files/json_text.h"
+#include "files/new_file.h"
+#include "files/path_of.h"
 
 namespace orvanel::cli {
 namespace {

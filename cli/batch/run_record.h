@@ -8,8 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/fnv1a.h"
+#include "base/layers.h"
 #include "cli/batch/shard.h"
-#include "cli/fnv1a.h"
 
 namespace orvanel::cli {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <string>
 
-#include "cli/error.h"
-#include "cli/number_text.h"
+#include "base/error.h"
+#include "base/number_text.h"
 
 namespace orvanel::cli {
 

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 // Rows are taken together in chunks, and chunks are dealt to the shards like cards: the first to shard 1, the second to

@@ -5,11 +5,11 @@
 #include <cmath>
 #include <span>
 
-#include "cli/batch/metrics.h"
-#include "cli/error.h"
-#include "cli/input_file.h"
-#include "cli/number_text.h"
-#include "cli/tables/csv.h"
+#include "base/error.h"
+#include "base/number_text.h"
+#include "files/input_file.h"
+#include "files/tables/csv.h"
+#include "metrics/metrics.h"
 
 namespace orvanel::cli {
 namespace {
@@ -73,7 +73,7 @@ std::size_t CountUndersampled(const std::string& results, double limit) {
 }
 
 std::string UndersampledText(std::size_t count, double limit) {
-  return std::to_string(count) + (count == 1 ? " row" : " rows") + ", in more than " + Text(100.0 * limit, 2) +
+  return std::to_string(count) + (count == 1 ? " row" : " rows") + ", in more than " + NumberText(100.0 * limit, 2) +
          " % of the pupil: there Strehl ratio, MTF and planes are not the eye's; see the column 'undersampled'";
 }
 
@@ -111,7 +111,7 @@ std::string StatisticsText(const std::string& results, const std::vector<std::st
   const auto label = [width](const std::string& text) { return text + std::string(width - text.size(), ' '); };
   std::string text = label(std::string("metric").substr(0, width)) + Cell("eyes") + Cell("mean") + Cell("SD");
   for (const double percentile : kPercentiles) {
-    text += Cell(percentile == 0 ? "smallest" : percentile == 100 ? "largest" : Text(percentile, 3) + " %");
+    text += Cell(percentile == 0 ? "smallest" : percentile == 100 ? "largest" : NumberText(percentile, 3) + " %");
   }
   text += '\n';
   const std::size_t rows = CountRows(results);
@@ -127,8 +127,8 @@ std::string StatisticsText(const std::string& results, const std::vector<std::st
         text += '\n';
         continue;
       }
-      text += Cell(Text(statistics.mean, kDigits)) + Cell(Text(statistics.deviation, kDigits));
-      for (const double value : statistics.percentiles) text += Cell(Text(value, kDigits));
+      text += Cell(NumberText(statistics.mean, kDigits)) + Cell(NumberText(statistics.deviation, kDigits));
+      for (const double value : statistics.percentiles) text += Cell(NumberText(value, kDigits));
       text += '\n';
     }
   }

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 struct Statistics {

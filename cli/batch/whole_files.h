@@ -4,6 +4,8 @@
 
 #include <filesystem>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 // By the chunk that ends every PNG file.

@@ -1,7 +1,7 @@
 // Line feeds outside of quotes.
 #include "cli/batch/whole_rows.h"
 
-#include "cli/error.h"
+#include "base/error.h"
 
 namespace orvanel::cli {
 

@@ -8,7 +8,8 @@
 #include <istream>
 #include <string>
 
-#include "cli/fnv1a.h"
+#include "base/fnv1a.h"
+#include "base/layers.h"
 
 namespace orvanel::cli {
 

@@ -5,16 +5,16 @@
 #include <algorithm>
 #include <thread>
 
-#include "cli/batch/eye_meter.h"
+#include "base/error.h"
+#include "base/number_text.h"
 #include "cli/batch/run.h"
 #include "cli/batch/statistics.h"
 #include "cli/commands/options.h"
-#include "cli/error.h"
-#include "cli/eyes/any_eye.h"
-#include "cli/input_file.h"
-#include "cli/number_text.h"
 #include "cli/report.h"
 #include "cli/terminal.h"
+#include "evaluation/evaluator.h"
+#include "files/eyes/any_eye.h"
+#include "files/input_file.h"
 
 namespace orvanel::cli {
 namespace {

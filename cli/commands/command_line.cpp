@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "base/number_text.h"
 #include "cli/commands/batch.h"
 #include "cli/commands/convert.h"
 #include "cli/commands/focus.h"
@@ -12,7 +13,6 @@
 #include "cli/commands/population.h"
 #include "cli/commands/simulate.h"
 #include "cli/licenses.h"
-#include "cli/number_text.h"
 #include "cli/terminal.h"
 #include "cli/version.h"
 

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/layers.h"
+
 namespace orvanel::cli {
 
 enum ExitStatus { kDone = 0, kFailed = 1, kUsage = 2, kSomeRowsFaulty = 3 };

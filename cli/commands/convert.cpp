@@ -5,21 +5,21 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/error.h"
+#include "base/number_text.h"
 #include "cli/coefficient_report.h"
 #include "cli/commands/options.h"
-#include "cli/error.h"
-#include "cli/eyes/any_eye.h"
-#include "cli/eyes/eye_file.h"
-#include "cli/files.h"
-#include "cli/input_file.h"
-#include "cli/interruption.h"
-#include "cli/number_text.h"
-#include "cli/plausibility.h"
 #include "cli/report.h"
 #include "cli/table_output.h"
-#include "cli/tables/eye_table.h"
-#include "cli/tables/eye_writer.h"
 #include "cli/terminal.h"
+#include "eye/plausibility.h"
+#include "files/eyes/any_eye.h"
+#include "files/eyes/eye_file.h"
+#include "files/input_file.h"
+#include "files/interruption.h"
+#include "files/new_file.h"
+#include "files/tables/eye_table.h"
+#include "files/tables/eye_writer.h"
 
 namespace orvanel::cli {
 namespace {

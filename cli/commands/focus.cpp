@@ -5,18 +5,19 @@
 #include <cmath>
 #include <utility>
 
-#include "cli/best_focus.h"
+#include "base/error.h"
+#include "base/number_text.h"
 #include "cli/coefficient_report.h"
 #include "cli/commands/options.h"
-#include "cli/error.h"
-#include "cli/eyes/any_eye.h"
-#include "cli/eyes/eye_file.h"
-#include "cli/files.h"
-#include "cli/interruption.h"
-#include "cli/number_text.h"
-#include "cli/plausibility.h"
 #include "cli/report.h"
+#include "cli/signals.h"
 #include "cli/terminal.h"
+#include "evaluation/best_focus.h"
+#include "eye/plausibility.h"
+#include "files/eyes/any_eye.h"
+#include "files/eyes/eye_file.h"
+#include "files/interruption.h"
+#include "files/new_file.h"
 #include "orvanel/sampling.h"
 
 namespace orvanel::cli {
@@ -78,7 +79,7 @@ bool FocusIsUndersampled(const FocusQuality& quality) { return quality.undersamp
 // "the wavefront changes by more than half a wave from one sample to the next in 36 % of the pupil"
 std::string FocusUndersampledText(const FocusQuality& quality) {
   return "the wavefront changes by more than half a wave from one sample to the next in " +
-         Text(100.0 * quality.undersampled, 2) + " % of the pupil";
+         NumberText(100.0 * quality.undersampled, 2) + " % of the pupil";
 }
 
 // No answer is given whose Strehl ratio is that of another wavefront with the same samples.
@@ -93,7 +94,7 @@ void RequireSampled(const FocusCommand& command, const BestFocus& best) {
 }
 
 std::string StrehlText(const FocusQuality& quality) {
-  return FocusIsUndersampled(quality) ? "not known" : Text(quality.strehl, 4);
+  return FocusIsUndersampled(quality) ? "not known" : NumberText(quality.strehl, 4);
 }
 
 std::string BeforeAfter(const std::string& before, const std::string& after, const std::string& unit) {
@@ -103,7 +104,7 @@ std::string BeforeAfter(const std::string& before, const std::string& after, con
 // A second-order term in both units.
 std::string TermLine(const Eye& before, const Eye& after, std::size_t j) {
   const auto text = [j](const Eye& eye, const Convention& convention) {
-    return Text(Converted(eye.coefficients, eye.convention, convention).at(j), 5);
+    return NumberText(Converted(eye.coefficients, eye.convention, convention).at(j), 5);
   };
   std::string name = Name(Term(j));
   if (j == kDefocus) name = "Defocus";
@@ -118,7 +119,7 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
                    const BestFocus& best) {
   const auto refraction = [](const Eye& eye) { return LeastSquaresRefraction(OsaCoefficients(eye), eye.pupil); };
   std::string text = EyeLines(measured, Changes(measured, command.preparation));
-  text += ReportLine("Pupil", Text(before.pupil.value(), 6) + " mm");
+  text += ReportLine("Pupil", NumberText(before.pupil.value(), 6) + " mm");
   text += ReportLine("Search", SearchText(command, best));
   if (command.request.withoutAstigmatism) text += ReportLine("", "judged without the terms of astigmatism");
   const bool fit = command.request.method == FocusMethod::kWalkToFit;
@@ -126,9 +127,9 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
   text +=
       ReportLine("Strehl ratio", BeforeAfter(StrehlText(best.before), StrehlText(best.after), "") + (fit ? "" : made));
   if (fit) {
-    text += ReportLine(
-        "Deviation", BeforeAfter(Text(best.before.deviation.value(), 6), Text(best.after.deviation.value(), 6), " um") +
-                         " from a circle" + made);
+    text += ReportLine("Deviation", BeforeAfter(NumberText(best.before.deviation.value(), 6),
+                                                NumberText(best.after.deviation.value(), 6), " um") +
+                                        " from a circle" + made);
   }
   text += TermLine(before, after, kDefocus);
   if (command.request.astigmatism) text += TermLine(before, after, 3) + TermLine(before, after, 5);
@@ -136,7 +137,7 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
   text += ReportLine("Refraction", lens(refraction(before)) + " before");
   text += ReportLine("", lens(refraction(after)) + " after (least squares)");
   const double change = (refraction(after).m - refraction(before).m).value();
-  text += ReportLine("Change", Text(change, 4) + " D of mean sphere");
+  text += ReportLine("Change", NumberText(change, 4) + " D of mean sphere");
   // The eye's refraction becomes less by the lens that it wears.
   const PowerVector worn = refraction(before) - refraction(after);
   return text +

@@ -5,8 +5,8 @@
 
 #include "cli/batch/join.h"
 #include "cli/batch/statistics.h"
-#include "cli/eyes/any_eye.h"
 #include "cli/report.h"
+#include "files/eyes/any_eye.h"
 #include "orvanel/sampling.h"
 
 namespace orvanel::cli {

@@ -4,11 +4,11 @@
 #include <CLI/App.hpp>
 #include <utility>
 
-#include "cli/error.h"
-#include "cli/eyes/any_eye.h"
-#include "cli/input_file.h"
-#include "cli/number_text.h"
+#include "base/error.h"
+#include "base/number_text.h"
 #include "cli/terminal.h"
+#include "files/eyes/any_eye.h"
+#include "files/input_file.h"
 
 namespace orvanel::cli {
 namespace {

@@ -7,10 +7,11 @@
 #include <optional>
 #include <string>
 
-#include "cli/conventions/statement.h"
-#include "cli/eyes/any_eye.h"
-#include "cli/eyes/preparation.h"
-#include "cli/tables/eye_table.h"
+#include "base/layers.h"
+#include "eye/adjustments.h"
+#include "eye/statement.h"
+#include "files/eyes/any_eye.h"
+#include "files/tables/eye_table.h"
 
 namespace orvanel::cli {
 

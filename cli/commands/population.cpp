@@ -6,22 +6,22 @@
 #include <charconv>
 #include <utility>
 
+#include "base/error.h"
+#include "base/number_text.h"
 #include "cli/commands/options.h"
-#include "cli/error.h"
-#include "cli/eyes/any_eye.h"
-#include "cli/files.h"
-#include "cli/input_file.h"
-#include "cli/interruption.h"
-#include "cli/number_text.h"
-#include "cli/plausibility.h"
-#include "cli/population/covariance.h"
-#include "cli/population/covariance_table.h"
-#include "cli/population/random.h"
 #include "cli/report.h"
 #include "cli/table_output.h"
-#include "cli/tables/eye_table.h"
-#include "cli/tables/eye_writer.h"
 #include "cli/terminal.h"
+#include "eye/plausibility.h"
+#include "eye/population/covariance.h"
+#include "eye/population/random.h"
+#include "files/eyes/any_eye.h"
+#include "files/input_file.h"
+#include "files/interruption.h"
+#include "files/new_file.h"
+#include "files/tables/covariance_table.h"
+#include "files/tables/eye_table.h"
+#include "files/tables/eye_writer.h"
 
 namespace orvanel::cli {
 namespace {

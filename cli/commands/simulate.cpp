@@ -5,18 +5,20 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/error.h"
+#include "base/number_text.h"
 #include "cli/commands/options.h"
-#include "cli/error.h"
-#include "cli/interruption.h"
-#include "cli/number_text.h"
-#include "cli/output_folder.h"
-#include "cli/path_of.h"
-#include "cli/plausibility.h"
 #include "cli/report.h"
-#include "cli/results.h"
-#include "cli/sheet.h"
+#include "cli/result_files.h"
 #include "cli/summary.h"
 #include "cli/terminal.h"
+#include "drawing/sheet.h"
+#include "evaluation/warnings.h"
+#include "eye/plausibility.h"
+#include "files/interruption.h"
+#include "files/output_folder.h"
+#include "files/path_of.h"
+#include "files/pictures/picture_file.h"
 
 namespace orvanel::cli {
 namespace {
@@ -186,7 +188,7 @@ void RunSimulate(const SimulateCommand& command) {
     results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, std::move(*object));
   }
   results.mtfAt = command.mtfAt;
-  results.scales = ScalesOf(results.simulation);
+  results.scales = ScalesOf(results.eye.pupil);
   results.warnings = EyeWarnings(results.eye);
   for (std::string& warning : Warnings(results.simulation)) results.warnings.push_back(std::move(warning));
   if (results.dropped && results.dropped->rms > Micrometres(0.0)) results.warnings.push_back(Text(*results.dropped));

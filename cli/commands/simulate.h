@@ -2,6 +2,7 @@
 #ifndef ORVANEL_CLI_COMMANDS_SIMULATE_H
 #define ORVANEL_CLI_COMMANDS_SIMULATE_H
 
+#include "base/layers.h"
 #include "cli/commands/command_line.h"
 
 namespace orvanel::cli {

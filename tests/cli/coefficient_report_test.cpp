@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/error.h"
+#include "base/error.h"
 
 namespace orvanel::cli {
 namespace {

@@ -6,7 +6,7 @@
 #include <map>
 #include <set>
 
-#include "tests/cli/simulated_eyes.h"
+#include "tests/evaluation/simulated_eyes.h"
 
 namespace orvanel::cli {
 namespace {

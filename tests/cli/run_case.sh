@@ -6,7 +6,7 @@ set -u
 case=$1
 ORVANEL=$2
 EYES=$3
-PICTURES=$(cd "$(dirname "$0")/pictures/files" && pwd)
+PICTURES=$(cd "$(dirname "$0")/../files/pictures/files" && pwd)
 export ORVANEL EYES PICTURES LC_ALL=C
 seen=$(mktemp -d) || exit 1
 trap 'chmod -R u+w "$seen"; rm -rf "$seen"' EXIT

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "tests/cli/simulated_eyes.h"
+#include "tests/evaluation/simulated_eyes.h"
 
 namespace orvanel::cli {
 namespace {

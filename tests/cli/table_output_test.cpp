@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/error.h"
-#include "tests/cli/temporary_folder.h"
+#include "base/error.h"
+#include "tests/support/temporary_files.h"
 
 namespace orvanel::cli {
 namespace {

@@ -1,9 +1,10 @@
 // The decoder of the built-in bitmap: whatever its bytes, only they are read, and every sample is a byte of a colour.
+#include "targets/bitmap.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "interface/pattern_asset.h"
 #include "orvanel/orvanel.h"
 #include "tests/fuzz/guarded_buffer.h"
 
@@ -28,12 +29,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   // Aligned, as the one caller's planes are.
   double* const samples = pattern.Untouched(shift);
-  orvanel::DecodeBitmap(bitmap, samples);
+  orvanel::targets::DecodeBitmap(bitmap, samples);
   constexpr std::size_t kStride = 251;  // a prime; looking at all takes longer than decoding
   for (std::size_t k = data[size - 1] % kStride; k < ORVANEL_PLANE_SAMPLES; k += kStride) {
     const std::size_t row = k / 256, column = k % 256;
     const unsigned char index = bitmap[kHeader + kColours + (255 - row) * 256 + column];
-    ORVANEL_REQUIRE(samples[k] == bitmap[kHeader + 4 * std::size_t{index}] * orvanel::kByteToUnit);
+    ORVANEL_REQUIRE(samples[k] == bitmap[kHeader + 4 * std::size_t{index}] * orvanel::targets::kByteToUnit);
   }
   ORVANEL_REQUIRE(pattern.IsUntouchedBeside());
   return 0;

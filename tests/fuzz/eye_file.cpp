@@ -1,14 +1,15 @@
 // Eye files: an eye or a message, and what is written of an eye is read as the same eye.
-#include "cli/eyes/eye_file.h"
+#include "files/eyes/eye_file.h"
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 
-#include "cli/error.h"
+#include "base/error.h"
 #include "tests/fuzz/memory_file.h"
 
-using namespace orvanel::cli;
+using namespace orvanel;
+using namespace orvanel::files;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const orvanel::fuzz::MemoryFile file, again;

@@ -1,5 +1,5 @@
 // Tables of eyes, CSV and a JSON object a line: every row an eye or a message, and an end after all of them.
-#include "cli/tables/eye_table.h"
+#include "files/tables/eye_table.h"
 
 #include <cmath>
 #include <cstddef>
@@ -7,12 +7,13 @@
 #include <sstream>
 #include <string>
 
-#include "cli/error.h"
-#include "cli/tables/eye_writer.h"
+#include "base/error.h"
+#include "files/tables/eye_writer.h"
 #include "tests/fuzz/input.h"
 #include "tests/fuzz/require.h"
 
-using namespace orvanel::cli;
+using namespace orvanel;
+using namespace orvanel::files;
 
 namespace {
 

@@ -3,18 +3,19 @@
 #include <cstdint>
 #include <string>
 
-#include "cli/error.h"
-#include "cli/pictures/picture_file.h"
-#include "cli/pictures/stb_decoder.h"
+#include "base/error.h"
+#include "files/pictures/picture_file.h"
+#include "files/pictures/stb_decoder.h"
 #if ORVANEL_WITH_JPEG
-#include "cli/pictures/jpeg_decoder.h"
+#include "files/pictures/jpeg_decoder.h"
 #endif
 #if ORVANEL_WITH_TIFF
-#include "cli/pictures/tiff_decoder.h"
+#include "files/pictures/tiff_decoder.h"
 #endif
 #include "tests/fuzz/memory_file.h"
 
-using namespace orvanel::cli;
+using namespace orvanel;
+using namespace orvanel::files;
 
 namespace {
 

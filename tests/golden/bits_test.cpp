@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "interface/pattern_asset.h"
 #include "orvanel/optics_engine.h"
+#include "targets/bitmap.h"
 #include "tests/support/every_kernel.h"
 
 namespace orvanel {
@@ -75,7 +75,7 @@ Plane Star() {
   const std::vector<char> bytes(std::istreambuf_iterator<char>(file), {});
   EXPECT_EQ(bytes.size(), 66600U) << ORVANEL_SECTOR_STAR;
   Plane plane(65536);
-  DecodeBitmap(reinterpret_cast<const unsigned char*>(bytes.data()), plane.data());
+  targets::DecodeBitmap(reinterpret_cast<const unsigned char*>(bytes.data()), plane.data());
   return plane;
 }
 

@@ -13,19 +13,21 @@ cli/main.cpp                            tests/cli/run_case.sh
 cli/commands/*.cpp                      tests/cli/run_case.sh
 cli/report.cpp                          tests/cli/run_case.sh
 cli/version.cpp                         tests/cli/run_case.sh
-cli/interruption.cpp                    tests/cli/run_case.sh
-cli/platform_*.cpp                      tests/cli/run_case.sh
+cli/process_*.cpp                       tests/cli/run_case.sh
+cli/signals.cpp                         tests/cli/signals.sh
+files/interruption.cpp                  tests/cli/signals.sh
+files/platform_*.cpp                    tests/files/input_file_test.cpp
 cli/terminal.cpp                        tests/cli/terminal.sh
 cli/manual.cpp                          tests/cli/manuals.sh
 cli/make_manuals.cpp                    tests/cli/manuals.sh
-cli/colour_tables.cpp                   tests/cli/colour_map_test.cpp
-cli/font.cpp                            tests/cli/canvas_test.cpp
-cli/stb_truetype.cpp                    tests/cli/canvas_test.cpp
-cli/overview.cpp                        tests/cli/figures_test.cpp
-cli/plane_figure.cpp                    tests/cli/figures_test.cpp
-cli/sections_figure.cpp                 tests/cli/figures_test.cpp
-cli/tiff_memory.cpp                     tests/cli/formats/tiff_test.cpp
-cli/pictures/*_decoder.cpp              tests/cli/pictures/picture_file_test.cpp
+drawing/canvas/colour_tables.cpp        tests/drawing/canvas/colour_map_test.cpp
+drawing/canvas/font.cpp                 tests/drawing/canvas/canvas_test.cpp
+drawing/canvas/stb_truetype.cpp         tests/drawing/canvas/canvas_test.cpp
+drawing/overview.cpp                    tests/drawing/figures_test.cpp
+drawing/plane_figure.cpp                tests/drawing/figures_test.cpp
+drawing/sections_figure.cpp             tests/drawing/figures_test.cpp
+files/tiff_memory.cpp                   tests/files/planes/tiff_test.cpp
+files/pictures/*_decoder.cpp            tests/files/pictures/picture_file_test.cpp
 interface/pattern_asset_*.cpp           tests/interface/pattern_asset_test.cpp
 interface/runtime_windows.cpp           tests/windows/host.c
 '
@@ -42,12 +44,14 @@ is_elsewhere() {
   done <<<"$elsewhere"
   return 1
 }
-for source in base/*.cpp matrix/*.cpp optics/*.cpp optics/kernels/*.cpp models/*/*.cpp models/*/kernels/*.cpp \
-  interface/*.cpp cli/*.cpp cli/*/*.cpp; do
-  if [ ! -e "$source" ] || is_elsewhere "$source"; then continue; fi
+layers='base matrix optics eye targets models interface metrics evaluation files drawing cli'
+# shellcheck disable=SC2086  # words
+sources=$(find $layers -name '*.cpp')
+while read -r source; do
+  if is_elsewhere "$source"; then continue; fi
   test="tests/${source%.cpp}_test.cpp"
   [ -e "$test" ] || complain "$source has no $test"
-done
+done <<<"$sources"
 
 for guard in tests/guards/*.sh tests/guards/*.py; do
   name=$(basename "${guard%.*}").sh

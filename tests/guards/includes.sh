@@ -1,34 +1,52 @@
 #!/usr/bin/env bash
-# Dependencies point one way: cli and bench -> include <- interface -> models/classic -> optics and matrix -> base, and
-# models/physical -> optics and matrix. The stages in optics do not include the engine. The benchmarks also choose the
-# kernels, and share with the tests what loads the library and what it is compared with.
+# Dependencies point downwards: the files of a layer include its own headers and those of the layers named beside it.
+# Layers that are to be compiled for hosts without threads, files and an operating system also keep off their headers.
 # Usage: includes.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"
 status=0
-layers='include|orvanel|base|matrix|optics|models|interface|cli|bench|tests'
 
-# allowed FOLDER PATTERN: what the folder's files include of this project, in quotes or in angles, begins with one of the
-# pattern's and takes no way upwards. Everything in quotes is of this project; a name made by a macro is refused.
-allowed() {
-  local includes found
-  includes=$(grep -rnE '^\s*#\s*(include|include_next|import)\b' --include='*.h' --include='*.c' --include='*.cpp' "$1") ||
-    { echo "$1 includes nothing"; status=1; return; }
-  found=$(grep -vE "#\s*include\s*[\"<]($2)" <<<"$includes" | grep -vE "#\s*include\s*<" || true
-    grep -E "#\s*include\s*<($layers)/" <<<"$includes" | grep -vE "#\s*include\s*<($2)" || true
+# Each layer, what its files include of this project, and whether it is 'pure': without threads, files, processes.
+layers='
+include     any   orvanel/
+base        any   base/
+matrix      any   base/ orvanel/matrix\.h
+optics      any   base/ orvanel/(constants|grid_plane|line_spread|psf_peak|resampling|ring|sampling|transforms|zernike)\.h
+eye         pure  base/ orvanel/
+targets     pure  base/ orvanel/
+models/classic   any  base/ optics/ orvanel/
+models/physical  any  base/ matrix/ optics/ orvanel/
+models      any   base/ matrix/ optics/ eye/ targets/ orvanel/
+metrics     pure  base/ eye/ models/ orvanel/
+evaluation  pure  base/ eye/ targets/ models/ metrics/ orvanel/
+interface   any   base/ optics/ targets/ models/ orvanel/
+files       any   base/ eye/ targets/ orvanel/
+drawing     any   base/ eye/ targets/ models/ evaluation/ files/ orvanel/
+cli         any   base/ eye/ targets/ models/ metrics/ evaluation/ files/ drawing/ orvanel/
+bench       any   orvanel/ optics/kernels/dispatch\.h tests/support/loaded_library\.h tests/support/plain\.h
+'
+impure='cstdio|stdio\.h|iostream|fstream|filesystem|thread|mutex|condition_variable|atomic|csignal|unistd\.h|windows\.h|sys/'
+impure+='|fcntl\.h|io\.h'
+# Many eyes on threads, which hosts without threads leave out.
+threads='^evaluation/in_order\.h:'
+
+folders=$(awk 'NF {printf "%s%s", separator, $1; separator = "|"}' <<<"$layers")
+complain() { echo "$1"; status=1; }
+
+# Everything in quotes is of this project; a name made by a macro is refused, and so is a way upwards.
+while read -r layer purity allowed; do
+  [ -n "$layer" ] || continue
+  includes=$(grep -rnE '^\s*#\s*(include|include_next|import)\b' --include='*.h' --include='*.c' --include='*.cpp' "$layer") ||
+    { complain "$layer includes nothing"; continue; }
+  own=$layer/
+  [ "$layer" != include ] || own=orvanel/
+  pattern="(${own}|${allowed// /|})"
+  found=$(grep -vE "#\s*include\s*[\"<]$pattern" <<<"$includes" | grep -vE "#\s*include\s*<" || true
+    grep -E "#\s*include\s*<($folders|orvanel|tests)/" <<<"$includes" | grep -vE "#\s*include\s*<$pattern" || true
     grep -E '[/"<]\.\.?/' <<<"$includes" || true)
-  [ -z "$found" ] && return
-  echo "$found"
-  status=1
-}
-
-allowed include 'orvanel/'
-allowed base 'base/'
-allowed matrix 'base/|matrix/|orvanel/matrix\.h'
-allowed optics 'base/|optics/|orvanel/(constants|grid_plane|line_spread|psf_peak|resampling|ring|sampling|transforms|zernike)\.h'
-allowed models/classic 'base/|models/classic/|optics/|orvanel/'
-allowed models/physical 'base/|models/physical/|optics/|orvanel/|matrix/'
-allowed interface 'base/|interface/|models/classic/|optics/|orvanel/'
-allowed cli 'base/|cli/|orvanel/'
-allowed bench 'bench/|orvanel/|optics/kernels/dispatch\.h|tests/support/(loaded_library|plain)\.h'
+  if [ "$purity" = pure ]; then
+    found+=$(grep -E "#\s*include\s*<($impure)" <<<"$includes" | grep -vE "$threads" || true)
+  fi
+  [ -z "$found" ] || complain "$found"
+done <<<"$layers"
 exit $status

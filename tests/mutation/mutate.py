@@ -32,27 +32,29 @@ LEAST_IN_A_FILE = 5
 LEAST_IN_A_FILE_OF_THE_PROGRAM = 3
 SECONDS = 300  # of one program of tests; a mistake may make a loop endless
 
+ENGINE = ["models", "memory", "interface", "golden", "reference"]
 PROGRAMS = {"interface": ["interface", "failing_memory", "reference"],
             "base": ["base", "optics", "golden", "reference"],
-            "optics": ["optics", "models", "memory", "interface", "golden", "reference"],
-            "models": ["models", "memory", "interface", "golden", "reference"],
-            "include": ["models", "optics", "memory", "interface", "golden", "reference"],
+            "optics": ["optics", *ENGINE], "models": ENGINE, "include": ["models", "optics", *ENGINE[1:]],
+            "targets": ["targets", "interface", "golden"],
+            "eye": ["eye", "evaluation", "cases"], "metrics": ["metrics", "evaluation", "cases"],
+            "evaluation": ["evaluation", "cases"], "files": ["files", "cases"], "drawing": ["drawing", "cases"],
             "cli": ["cli", "cases"]}
 CASES = "cases"  # not a program of tests, but what tests/cli/cases runs from outside
 
 # Tests that stand beside another file than the one that they test.
-TESTS_OF = {"cli/pictures/jpeg_decoder.cpp": "tests/cli/pictures/picture_file_test.cpp",
-            "cli/pictures/tiff_decoder.cpp": "tests/cli/pictures/picture_file_test.cpp",
-            "cli/pictures/stb_decoder.cpp": "tests/cli/pictures/picture_file_test.cpp"}
+TESTS_OF = {"files/pictures/jpeg_decoder.cpp": "tests/files/pictures/picture_file_test.cpp",
+            "files/pictures/tiff_decoder.cpp": "tests/files/pictures/picture_file_test.cpp",
+            "files/pictures/stb_decoder.cpp": "tests/files/pictures/picture_file_test.cpp"}
 
 # Of the program, what computes, reads or keeps something.
-PROGRAM_FILES = [f"cli/{name}.cpp" for name in (
-    "conventions/term", "conventions/column_name", "conventions/convention", "conventions/statement",
-    "eyes/eye_file", "eyes/preparation", "tables/csv", "tables/ndjson", "tables/eye_table",
-    "batch/metrics", "batch/join", "batch/run", "batch/run_record", "batch/shard", "batch/statistics",
-    "batch/whole_rows", "population/covariance", "population/covariance_table", "population/random",
-    "refraction", "pupil_rescale", "rms", "pictures/exif", "pictures/tiff_decoder", "pictures/png_damage",
-    "formats/hdf5_stack", "files", "number_text")]
+PROGRAM_FILES = [f"{name}.cpp" for name in (
+    "base/number_text", "eye/mode", "eye/column_name", "eye/convention", "eye/statement", "eye/adjustments",
+    "eye/refraction", "eye/pupil_rescale", "eye/rms", "eye/population/covariance", "eye/population/random",
+    "metrics/metrics", "files/eyes/eye_file", "files/tables/csv", "files/tables/ndjson", "files/tables/eye_table",
+    "files/tables/covariance_table", "files/pictures/exif", "files/pictures/tiff_decoder", "files/pictures/png_damage",
+    "files/planes/hdf5_stack", "files/new_file", "cli/batch/join", "cli/batch/run", "cli/batch/run_record",
+    "cli/batch/shard", "cli/batch/statistics", "cli/batch/whole_rows")]
 
 EXPORTS = "interface/exports.cpp"
 CPU = set(pathlib.Path("/proc/cpuinfo").read_text().split())
@@ -106,7 +108,7 @@ def check(mutations):
                for path in sorted((ROOT / folder).glob("*.cpp"))]
     sources += [f"optics/kernels/{name}.h" for name in ("centred", "image", "lines", "modulation",
                                                          "pupil", "spectrum", "vectors", "wavefront")]
-    least = {source: LEAST_IN_A_FILE for source in sources + [EXPORTS, "interface/pattern_asset.cpp"]}
+    least = {source: LEAST_IN_A_FILE for source in sources + [EXPORTS, "targets/bitmap.cpp"]}
     least |= {source: LEAST_IN_A_FILE_OF_THE_PROGRAM for source in PROGRAM_FILES}
     for source, number in least.items():
         if count[source] < number:

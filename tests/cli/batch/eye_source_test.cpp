@@ -8,7 +8,7 @@
 
 #include <filesystem>
 
-#include "tests/cli/temporary_folder.h"
+#include "tests/support/temporary_files.h"
 
 namespace orvanel::cli {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/error.h"
+#include "base/error.h"
 #include "tests/cli/batch/tables_of_eyes.h"
 
 namespace orvanel::cli {

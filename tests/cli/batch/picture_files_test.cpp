@@ -3,10 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/error.h"
-#include "cli/eyes/eye_file.h"
-#include "cli/png.h"
-#include "cli/sector_star.h"
+#include "base/error.h"
+#include "evaluation/simulation.h"
+#include "files/eyes/eye_file.h"
+#include "files/pictures/png.h"
+#include "targets/sector_star.h"
 #include "tests/cli/batch/tables_of_eyes.h"
 
 namespace orvanel::cli {

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/error.h"
 #include "cli/batch/place_lock.h"
-#include "cli/error.h"
 #include "tests/cli/batch/tables_of_eyes.h"
 
 namespace orvanel::cli {

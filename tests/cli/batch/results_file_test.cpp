@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/error.h"
-#include "cli/platform.h"
-#include "tests/cli/temporary_folder.h"
+#include "base/error.h"
+#include "files/platform.h"
+#include "tests/support/temporary_files.h"
 
 namespace orvanel::cli {
 namespace {

@@ -10,8 +10,8 @@
 #include <csignal>
 #include <thread>
 
-#include "cli/error.h"
-#include "cli/input_file.h"
+#include "base/error.h"
+#include "files/input_file.h"
 #include "tests/cli/batch/tables_of_eyes.h"
 
 namespace orvanel::cli {

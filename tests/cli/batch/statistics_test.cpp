@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/temporary_folder.h"
+#include "tests/support/temporary_files.h"
 
 namespace orvanel::cli {
 namespace {

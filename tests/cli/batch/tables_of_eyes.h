@@ -4,10 +4,10 @@
 
 #include <string>
 
+#include "base/number_text.h"
 #include "cli/batch/run.h"
-#include "cli/number_text.h"
 #include "orvanel/orvanel.h"
-#include "tests/cli/temporary_folder.h"
+#include "tests/support/temporary_files.h"
 
 namespace orvanel::cli {
 

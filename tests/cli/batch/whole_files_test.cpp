@@ -3,11 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/formats/hdf5_stack.h"
-#include "cli/png.h"
-#include "cli/simulation.h"
+#include "evaluation/simulation.h"
+#include "files/pictures/png.h"
+#include "files/planes/hdf5_stack.h"
 #include "orvanel/orvanel.h"
-#include "tests/cli/temporary_folder.h"
+#include "tests/support/temporary_files.h"
 
 namespace orvanel::cli {
 namespace {

@@ -6,7 +6,7 @@
 #include <limits>
 #include <sstream>
 
-#include "cli/error.h"
+#include "base/error.h"
 
 namespace orvanel::cli {
 namespace {

@@ -6,7 +6,7 @@
 sources=$(cd "$(dirname "$guard")/../.." && pwd)
 
 mkdir tree
-(cd "$sources" && find base matrix optics models interface cli tests -type f ! -path '*/cases/*' ! -path '*/corpus/*' -print0) |
+(cd "$sources" && find base matrix optics eye targets models interface metrics evaluation files drawing cli tests -type f ! -path '*/cases/*' ! -path '*/corpus/*' -print0) |
   while IFS= read -r -d '' file; do put "tree/$file" x; done
 keeps 'a tree with a test for each source' tree
 rm tree/tests/optics/psf_test.cpp
@@ -15,9 +15,9 @@ put tree/tests/optics/psf_test.cpp x
 put tree/models/physical/new.cpp x
 breaks 'a new source of a model' 'models/physical/new.cpp has no tests/models/physical/new_test.cpp' tree
 rm tree/models/physical/new.cpp
-put tree/cli/tables/new.cpp x
-breaks 'a new source' 'cli/tables/new.cpp has no tests/cli/tables/new_test.cpp' tree
-rm tree/cli/tables/new.cpp tree/cli/main.cpp
+put tree/files/tables/new.cpp x
+breaks 'a new source' 'files/tables/new.cpp has no tests/files/tables/new_test.cpp' tree
+rm tree/files/tables/new.cpp tree/cli/main.cpp
 breaks 'an exception for what has gone' 'cli/main.cpp, which needs no test of its own, does not exist' tree
 put tree/cli/main.cpp x
 : >tree/tests/cli/run_case.sh

@@ -1,0 +1,45 @@
+// The process where the operating system is Windows.
+#include <io.h>
+#include <windows.h>
+// After windows.h, whose types it uses.
+#include <shellapi.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+
+#include "cli/process.h"
+
+namespace orvanel::cli {
+
+std::vector<std::string> Arguments(int /*argc*/, char** /*argv*/) {
+  // Those of main have lost what the system's code page lacks.
+  std::vector<std::string> arguments;
+  int count = 0;
+  wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  for (int i = 1; i < count; ++i) arguments.push_back(std::filesystem::path(wide[i]).string());
+  LocalFree(wide);
+  return arguments;
+}
+
+void ShowUtf8() {
+  static const UINT before = GetConsoleOutputCP();
+  SetConsoleOutputCP(CP_UTF8);
+  std::atexit([] { SetConsoleOutputCP(before); });
+}
+
+// The C library gives the numbers 0 to 2 to no other file, closed or not.
+void OpenStandardDescriptors() {}
+
+void HandleSignals(void (*handler)(int)) {
+  for (const int signal : {SIGINT, SIGTERM, SIGBREAK}) std::signal(signal, handler);
+}
+
+bool IsTerminal(int descriptor) {
+  const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
+  DWORD mode = 0;
+  if (GetConsoleMode(console, &mode) == 0) return false;
+  return SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+}  // namespace orvanel::cli

@@ -1,0 +1,122 @@
+// The plan of the files.
+#include "cli/result_files.h"
+
+#include <algorithm>
+
+#include "cli/planes.h"
+#include "cli/summary.h"
+#include "drawing/canvas/canvas.h"
+#include "drawing/chart_sheet.h"
+#include "drawing/figures.h"
+#include "drawing/overview.h"
+#include "drawing/picture_sheet.h"
+#include "drawing/sections_figure.h"
+#include "files/output_folder.h"
+#include "files/pictures/picture_pixels.h"
+#include "files/pictures/png.h"
+
+namespace orvanel::cli {
+namespace {
+
+constexpr double kFigureScale = 2.0;  // pixels in a unit, for figures that stand alone
+
+// A figure of its own.
+template <class Figure>
+ResultFile FigureFile(const std::string& name, double width, Figure draw) {
+  return {name, [width, draw](const Results& results) {
+            constexpr double kMargin = 12.0;
+            Canvas canvas(width + 2 * kMargin, kFigureHeight + 2 * kMargin, kFigureScale);
+            draw(canvas, Point{kMargin, kMargin}, results);
+            return EncodePng(canvas.picture());
+          }};
+}
+
+void AddFigures(std::vector<ResultFile>& files) {
+  files.push_back(FigureFile("wavefront.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
+    Draw(canvas, corner, WavefrontFigure(r.simulation, r.eye.side));
+  }));
+  files.push_back(FigureFile("psf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
+    Draw(canvas, corner, PsfFigure(r.simulation, r.scales, r.eye.side));
+  }));
+  files.push_back(FigureFile("psf_log.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
+    Draw(canvas, corner, PsfLogFigure(r.simulation, r.scales, r.eye.side));
+  }));
+  files.push_back(FigureFile("mtf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
+    Draw(canvas, corner, MtfFigure(r.simulation, r.scales));
+  }));
+  files.push_back(FigureFile(
+      "mtf_sections.png", kSectionsFigureWidth,
+      [](Canvas& canvas, Point corner, const Results& r) { DrawSections(canvas, corner, r.simulation, r.scales); }));
+}
+
+// The planes that are pictures in themselves, as grey PNG files.
+void AddGreyPictures(std::vector<ResultFile>& files, const std::vector<PlaneSource>& sources) {
+  for (const PlaneSource& source : sources) {
+    // PSF and MTF have figures instead.
+    if (!source.grey || source.name == "psf" || source.name == "mtf") continue;
+    files.push_back({source.name + ".png", [samples = source.samples](const Results& results) {
+                       return EncodePng(GreyPictureOf(samples(results)), Pixels::kNumbers);
+                     }});
+  }
+}
+
+// The user's picture in its own colours, with as many bits as it has or as are asked for.
+void AddPicture(std::vector<ResultFile>& files, bool deep) {
+  using Channels = const std::vector<Plane>& (*)(const SeenPicture&);
+  const auto add = [&files, deep](const std::string& name, Channels channels) {
+    files.push_back({name + ".png", [deep, channels](const Results& results) {
+                       const ObjectPicture& object = results.picture->object;
+                       return EncodePicture(channels(*results.picture), object.request.linear, deep ? 16 : object.bits);
+                     }});
+  };
+  add("picture_original", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.object.channels; });
+  add("picture_seen", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.seen; });
+  add("picture_contrast_kept", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.contrastKept; });
+  files.push_back({kPictureFile, [](const Results& results) { return EncodePng(DrawPictureSheet(results)); }});
+}
+
+PlaneSet SetOf(const std::vector<PlaneSource>& sources, const Results& results) {
+  PlaneSet set{{}, FactsOf(results)};
+  for (const PlaneSource& source : sources) set.planes.push_back(PlaneOf(source, results));
+  return set;
+}
+
+// The planes in a format: in one file, or each in its own.
+void AddFormat(std::vector<ResultFile>& files, const Format& format, const std::vector<PlaneSource>& sources) {
+  const auto add = [&files, &format](const std::string& name, const std::vector<PlaneSource>& planes) {
+    files.push_back({name + std::string(format.ending), [planes, encode = format.encode](const Results& results) {
+                       return encode(SetOf(planes, results));
+                     }});
+  };
+  if (format.together) {
+    add("", sources);
+    return;
+  }
+  for (const PlaneSource& source : sources) {
+    if (source.grey || !format.greyOnly) add(source.name, {source});
+  }
+}
+
+}  // namespace
+
+std::vector<ResultFile> ResultFiles(const Request& request) {
+  const std::vector<PlaneSource> sources = PlaneSources(request);
+  std::vector<ResultFile> files;
+  AddFigures(files);
+  AddGreyPictures(files, sources);
+  const auto deep = [](const Format* format) { return format->greyOnly; };
+  if (request.pictureChannels > 0) {
+    AddPicture(files, std::any_of(request.formats.begin(), request.formats.end(), deep));
+  }
+  for (const Format* format : request.formats) AddFormat(files, *format, sources);
+  files.push_back({kChartFile, [](const Results& r) { return EncodePng(DrawChart(r)); }});
+  files.push_back({kOverviewFile, [](const Results& r) { return EncodePng(DrawOverview(r)); }});
+  std::vector<std::string> names;
+  for (const ResultFile& file : files) names.push_back(file.name);
+  names.emplace_back(kSummaryFile);
+  // NOLINTNEXTLINE(modernize-use-emplace): an aggregate has no constructor to call
+  files.push_back({kSummaryFile, [names](const Results& r) { return SummaryJson(r, names); }});
+  return files;
+}
+
+}  // namespace orvanel::cli

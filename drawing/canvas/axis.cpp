@@ -1,0 +1,87 @@
+// Ticks at round values and the drawing of axes.
+#include "drawing/canvas/axis.h"
+
+#include <cmath>
+
+#include "base/number_text.h"
+
+namespace orvanel::drawing {
+namespace {
+
+constexpr double kTickLength = 6.0;
+constexpr double kTickGap = 5.0;  // between a tick and its number
+
+// The least of 1, 2, 5, 10 times a power of ten that is not below `step`.
+double RoundStep(double step) {
+  double power = 1.0;
+  while (power > step) power /= 10.0;
+  while (10.0 * power <= step) power *= 10.0;
+  for (const double factor : {1.0, 2.0, 5.0}) {
+    if (factor * power >= step * (1.0 - 1e-9)) return factor * power;
+  }
+  return 10.0 * power;
+}
+
+std::string TickText(double value) {
+  std::string text = NumberText(std::abs(value), 6);
+  return value < 0.0 ? "\u2212" + text : text;
+}
+
+}  // namespace
+
+std::vector<Tick> RoundTicks(double low, double high, int count) {
+  std::vector<Tick> ticks;
+  const double wanted = (high - low) / count;
+  if (!(std::isfinite(wanted) && wanted > 0.0)) return ticks;
+  const double step = RoundStep(wanted);
+  const double slack = 1e-9 * step;
+  for (double k = std::ceil((low - slack) / step); k * step <= high + slack; ++k) {
+    ticks.push_back({k * step, TickText(k == 0.0 ? 0.0 : k * step)});
+  }
+  return ticks;
+}
+
+void DrawTicks(Canvas& canvas, const Box& box, Edge edge, double first, double last, const std::vector<Tick>& ticks) {
+  const double halfDigit = 0.36 * kTickTextSize;
+  for (const Tick& tick : ticks) {
+    const double share = (tick.value - first) / (last - first);
+    const double x = box.x + share * box.width, y = box.y + share * box.height;
+    const TextStyle middle{kTickTextSize, kInk, false, Align::kCentre};
+    switch (edge) {
+      case Edge::kLeft:
+        canvas.Fill({box.x - kTickLength, y - 0.75, kTickLength, 1.5}, kInk);
+        canvas.Text({box.x - kTickLength - kTickGap, y + halfDigit}, tick.text,
+                    {kTickTextSize, kInk, false, Align::kRight});
+        break;
+      case Edge::kRight:
+        canvas.Fill({box.right(), y - 0.75, kTickLength, 1.5}, kInk);
+        canvas.Text({box.right() + kTickLength + kTickGap, y + halfDigit}, tick.text, {kTickTextSize, kInk});
+        break;
+      case Edge::kTop:
+        canvas.Fill({x - 0.75, box.y - kTickLength, 1.5, kTickLength}, kInk);
+        canvas.Text({x, box.y - kTickLength - kTickGap}, tick.text, middle);
+        break;
+      case Edge::kBottom:
+        canvas.Fill({x - 0.75, box.bottom(), 1.5, kTickLength}, kInk);
+        canvas.Text({x, box.bottom() + kTickLength + kTickGap + 2.0 * halfDigit}, tick.text, middle);
+        break;
+    }
+  }
+}
+
+void DrawAxis(Canvas& canvas, const Box& box, Edge edge, const Axis& axis, double labelDistance) {
+  constexpr int kTicks = 7;
+  const bool ascending = axis.first < axis.last;
+  DrawTicks(canvas, box, edge, axis.first, axis.last,
+            RoundTicks(ascending ? axis.first : axis.last, ascending ? axis.last : axis.first, kTicks));
+  TextStyle style{kLabelSize, kInk, false, Align::kCentre};
+  Point at{box.x + box.width / 2.0, box.bottom() + labelDistance};
+  if (edge == Edge::kTop) at.y = box.y - labelDistance;
+  if (edge == Edge::kLeft || edge == Edge::kRight) {
+    style.upwards = true;
+    at = {edge == Edge::kLeft ? box.x - labelDistance : box.right() + labelDistance, box.y + box.height / 2.0};
+  }
+  canvas.Text(at, axis.label, style);
+}
+
+}  // namespace orvanel::drawing

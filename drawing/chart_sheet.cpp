@@ -1,0 +1,137 @@
+// Layout of the chart.
+#include "drawing/chart_sheet.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "base/number_text.h"
+#include "drawing/canvas/axis.h"
+#include "drawing/canvas/canvas.h"
+#include "drawing/plane_figure.h"
+#include "drawing/sheet.h"
+#include "evaluation/rings.h"
+
+namespace orvanel::drawing {
+namespace {
+
+constexpr double kMargin = 60.0;
+constexpr double kLargestPanel = 512.0;
+constexpr double kCaptionHeight = 70.0;
+constexpr double kGutter = 28.0;
+constexpr double kLeastContent = 1600.0;
+constexpr double kBarHeight = 84.0;
+
+// The window of a ring: with room for its blur.
+Window RingWindow(const Ring& ring) {
+  constexpr int kLeastRoom = 24;
+  return WindowFor(ring.diameter + std::max(ring.diameter / 2, kLeastRoom));
+}
+
+// Where each ring's cell lies, and how large a sample is drawn: the same for all rings.
+struct Grid {
+  double sample;                        // side in pixels, a whole number
+  std::size_t columns;                  // cells in a row
+  std::vector<double> widths, heights;  // of columns and rows
+
+  double Panel(const Ring& ring) const { return sample * RingWindow(ring).count; }
+};
+
+std::size_t Columns(const std::vector<ShownRing>& rings) {
+  constexpr std::size_t kMostOfOneGap = 5;
+  const auto first = [&rings](const ShownRing& shown) { return shown.ring->diameter == rings[0].ring->diameter; };
+  const auto gaps = static_cast<std::size_t>(std::count_if(rings.begin(), rings.end(), first));
+  return gaps > 1 ? gaps : std::min(rings.size(), kMostOfOneGap);
+}
+
+Grid GridOf(const std::vector<ShownRing>& rings) {
+  int largest = 1;
+  for (const ShownRing& shown : rings) largest = std::max(largest, RingWindow(*shown.ring).count);
+  Grid grid{std::max(1.0, std::floor(kLargestPanel / largest)), Columns(rings), {}, {}};
+  grid.widths.resize(grid.columns, kViewWidth);
+  grid.heights.resize((rings.size() + grid.columns - 1) / grid.columns, 0.0);
+  for (std::size_t i = 0; i < rings.size(); ++i) {
+    const double panel = grid.Panel(*rings[i].ring);
+    double &width = grid.widths[i % grid.columns], &height = grid.heights[i / grid.columns];
+    width = std::max(width, panel);
+    height = std::max(height, panel + kCaptionHeight + kPanelLabelHeight + kGutter);
+  }
+  return grid;
+}
+
+// What part of the field the panel shows, on both scales.
+std::string PanelText(const Ring& ring, Window window, const Scales& scales) {
+  if (ring.diameter > ORVANEL_GRID_SIZE) {
+    return std::to_string(ring.diameter) + " samples across a field of 256";
+  }
+  return std::to_string(window.count) + " samples, " + NumberText(window.count * scales.library.pitch.value(), 3) +
+         "\u2032 (" + NumberText(window.count * scales.optical.pitch.value(), 3) + "\u2032 optical scale)";
+}
+
+void DrawRing(Canvas& canvas, Point corner, double width, const Grid& grid, const ShownRing& shown,
+              const Results& results) {
+  const Ring& ring = *shown.ring;
+  const Window window = RingWindow(ring);
+  const double panel = grid.Panel(ring);
+  DrawTitle(canvas, corner, width, "Acuity " + NumberText(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
+            AskedText(shown) + "; optical scale " + NumberText(OpticalAcuity(ring.effectiveAcuity, results.scales), 3),
+            IsFarOff(ring) ? kWarningInk : kFaintInk);
+  DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight, panel, panel}, GreyWindow(ring.seen, window),
+            PanelText(ring, window, results.scales), results.eye.side);
+}
+
+// A bar of a round number of minutes of arc, about as long as asked for, with its length on both scales.
+void DrawBar(Canvas& canvas, Point start, double sample, double about, const Scales& scales) {
+  const double pixelsOfMinute = sample / scales.library.pitch.value();
+  const std::vector<Tick> ticks = RoundTicks(0.0, about / pixelsOfMinute, 3);
+  const double minutes = ticks.back().value > 0.0 ? ticks.back().value : about / pixelsOfMinute;
+  const double length = minutes * pixelsOfMinute;
+  canvas.Fill({start.x, start.y, length, 4.0}, kInk);
+  for (const double end : {start.x, start.x + length - 3.0}) canvas.Fill({end, start.y - 8.0, 3.0, 20.0}, kInk);
+  canvas.Text({start.x + length + 18.0, start.y + 9.0},
+              NumberText(minutes, 4) + "\u2032 on the library scale, " +
+                  NumberText(minutes * scales.optical.pitch.value() / scales.library.pitch.value(), 4) +
+                  "\u2032 on the optical scale; all rings at this magnification, " + NumberText(sample, 3) +
+                  " pixels a sample",
+              {20.0, kInk});
+}
+
+}  // namespace
+
+ColourPicture DrawChart(const Results& results) {
+  const std::vector<ShownRing> rings = ShownRings(results.simulation.rings);
+  const Scales& scales = results.scales;
+  const Grid grid = GridOf(rings);
+  double content = -kGutter, below = 0.0;
+  for (const double width : grid.widths) content += width + kGutter;
+  for (const double height : grid.heights) below += height;
+  content = std::max(content, kLeastContent);
+
+  const SheetHead head(results, content);
+  const Paragraph note(
+      "Rings as seen, total light kept. Acuities are those of the rings as drawn. Acuities and angles are on the "
+      "library "
+      "scale, that of a pupil of twice the diameter; the optical scale is that of the pupil as stated, whose cut-off "
+      "is " +
+          NumberText(scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " + NumberText(scales.ratio, 5) +
+          ". \u2032 is a minute of arc.",
+      {18.0, kInk}, content);
+  const double bar = head.height() + 14.0 + note.height(), top = bar + kBarHeight;
+  Canvas canvas(content + 2.0 * kMargin, top + below + kMargin / 2.0, 1.0);
+
+  head.Draw(canvas, {kMargin, 0.0});
+  canvas.Fill({kMargin, head.height(), content, 2.0}, kGridLine);
+  note.Draw(canvas, {kMargin, head.height() + 14.0});
+  DrawBar(canvas, {kMargin, bar + 34.0}, grid.sample, kViewWidth, scales);
+  Point corner{kMargin, top};
+  for (std::size_t i = 0; i < rings.size(); ++i) {
+    const double width = grid.widths[i % grid.columns];
+    DrawRing(canvas, corner, width, grid, rings[i], results);
+    corner.x += width + kGutter;
+    if (i % grid.columns + 1 == grid.columns) corner = {kMargin, corner.y + grid.heights[i / grid.columns]};
+  }
+  return canvas.picture();
+}
+
+}  // namespace orvanel::drawing

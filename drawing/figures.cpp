@@ -1,0 +1,150 @@
+// What each figure shows, in which range and with which words.
+#include "drawing/figures.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <numbers>
+
+#include "base/elementary.h"
+#include "base/number_text.h"
+
+namespace orvanel::drawing {
+namespace {
+
+constexpr double kCentre = ORVANEL_GRID_SIZE / 2;
+constexpr Window kPupilWindow{60, 137};  // the pupil, samples 64 to 192, and a margin
+constexpr double kDecades = 6.0;         // of the logarithmic figure
+
+// The values at the outer edges of a window's samples.
+Axis WindowAxis(Window window, double pitch, const std::string& label) {
+  const double first = (window.first - kCentre - 0.5) * pitch;
+  return {first, first + window.count * pitch, label};
+}
+
+// The axis of rows, of which row 0 is at the top: the value of a row is the negative of its distance downwards.
+Axis Upwards(Axis rows) { return {-rows.first, -rows.last, rows.label}; }
+
+std::string PupilText(const Simulation& simulation) { return NumberText(simulation.pupil.value(), 4) + " mm pupil"; }
+
+// What a sample is in the axes' unit on both scales.
+template <class Quantity>
+std::string SampleNote(const Simulation& simulation, Quantity library, Quantity optical) {
+  return "A sample: " + NumberText(library.value(), 4) + "; optical scale (" + PupilText(simulation) +
+         "): " + NumberText(optical.value(), 4);
+}
+
+// The window that holds every sample brighter than a hundredth of the peak.
+Window BrightWindow(const Plane& psf) {
+  int reach = 0;
+  for (int row = 0; row < ORVANEL_GRID_SIZE; ++row) {
+    for (int column = 0; column < ORVANEL_GRID_SIZE; ++column) {
+      if (psf[static_cast<std::size_t>(row * ORVANEL_GRID_SIZE + column)] < 0.01) continue;
+      reach = std::max({reach, std::abs(row - ORVANEL_GRID_SIZE / 2), std::abs(column - ORVANEL_GRID_SIZE / 2)});
+    }
+  }
+  return WindowFor(2 * reach + 1);
+}
+
+std::string WindowText(Window window) {
+  if (window.count == ORVANEL_GRID_SIZE) return "whole plane";
+  return "central " + std::to_string(window.count) + " of 256 samples";
+}
+
+PlaneFigure PsfBase(const Simulation& simulation, const Scales& scales, Side side, Window window) {
+  PlaneFigure figure;
+  figure.window = window;
+  const double pitch = scales.library.pitch.value();
+  figure.x = WindowAxis(window, pitch, "horizontal (arc minutes, library scale)");
+  figure.y = Upwards(WindowAxis(window, pitch, "vertical, up (arc minutes)"));
+  figure.note = SampleNote(simulation, scales.library.pitch, scales.optical.pitch);
+  figure.map = &kInferno;
+  figure.view = View::kRetina;
+  figure.side = side;
+  return figure;
+}
+
+std::string PowerOfTen(int exponent) {
+  static const char* const kDigits[] = {"\u2070", "\u00b9", "\u00b2", "\u00b3", "\u2074", "\u2075", "\u2076"};
+  return exponent == 0 ? "1" : std::string("10\u207b") + kDigits[-exponent];
+}
+
+}  // namespace
+
+PlaneFigure WavefrontFigure(const Simulation& simulation, Side side) {
+  constexpr double kLeastRange = 0.05;  // um; a flat wavefront would have none
+  const Wavefront& wavefront = simulation.wavefront;
+  const double pitch = simulation.pupil.value() / 2.0 / (ORVANEL_GRID_SIZE / 4);
+  PlaneFigure figure;
+  figure.title = "Wavefront aberration";
+  figure.subtitle = "RMS " + NumberText(wavefront.rms.value(), 3) + " \u00b5m, peak to valley " +
+                    NumberText(wavefront.peakToValley.value(), 3) + " \u00b5m";
+  figure.note = "True positions in the " + PupilText(simulation);
+  figure.window = kPupilWindow;
+  figure.x = WindowAxis(kPupilWindow, pitch, "pupil x (mm)");
+  figure.y = Upwards(WindowAxis(kPupilWindow, pitch, "pupil y, up (mm)"));
+  figure.view = View::kPupil;
+  figure.side = side;
+  figure.high = kLeastRange;
+  for (const double w : wavefront.map) {
+    figure.values.push_back(ToMicrometres(Millimetres(w)).value());
+    if (std::abs(figure.values.back()) > figure.high) figure.high = std::abs(figure.values.back());
+  }
+  figure.low = -figure.high;
+  figure.map = &kDiverging;
+  figure.barTicks = RoundTicks(figure.low, figure.high, 7);
+  figure.barLabel = "\u00b5m";
+  return figure;
+}
+
+PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales, Side side) {
+  PlaneFigure figure = PsfBase(simulation, scales, side, BrightWindow(simulation.psf));
+  figure.title = "Point spread function";
+  figure.subtitle = "Strehl ratio " + NumberText(simulation.strehl, 3) + "; " + WindowText(figure.window);
+  figure.values = simulation.psf;
+  figure.low = 0.0;
+  figure.high = 1.0;
+  figure.barTicks = RoundTicks(0.0, 1.0, 5);
+  figure.barLabel = "of peak";
+  return figure;
+}
+
+PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales, Side side) {
+  PlaneFigure figure = PsfBase(simulation, scales, side, kWholePlane);
+  figure.title = "Point spread function, logarithmic";
+  figure.subtitle = WindowText(figure.window);
+  for (const double v : simulation.psf)
+    figure.values.push_back(v > 0.0 ? Logarithm(v) / std::numbers::ln10 : -kDecades);
+  figure.low = -kDecades;
+  figure.high = 0.0;
+  for (int exponent = 0; exponent >= -static_cast<int>(kDecades); --exponent) {
+    figure.barTicks.push_back({static_cast<double>(exponent), PowerOfTen(exponent)});
+  }
+  figure.barLabel = "of peak";
+  return figure;
+}
+
+PlaneFigure MtfFigure(const Simulation& simulation, const Scales& scales) {
+  PlaneFigure figure;
+  figure.title = "Modulation transfer function";
+  figure.subtitle = WindowText(kWholePlane) + "; colours by square roots";
+  // By square roots, since most of an eye's transfer is far below 1.
+  for (const double v : simulation.mtf) figure.values.push_back(std::sqrt(v));
+  figure.window = kWholePlane;
+  const double step = scales.library.step.value();
+  figure.x = WindowAxis(kWholePlane, step, "horizontal (cycles/degree, library scale)");
+  figure.y = Upwards(WindowAxis(kWholePlane, step, "vertical, up (cycles/degree)"));
+  figure.view = View::kRetina;
+  figure.side = Side::kUnknown;  // frequencies have no nasal side
+  figure.note = SampleNote(simulation, scales.library.step, scales.optical.step);
+  figure.map = &kViridis;
+  figure.low = 0.0;
+  figure.high = 1.0;
+  for (const double v : {0.0, 0.01, 0.05, 0.1, 0.2, 0.4, 0.6, 0.8, 1.0}) {
+    figure.barTicks.push_back({std::sqrt(v), NumberText(v, 2)});
+  }
+  figure.barLabel = "transfer";
+  return figure;
+}
+
+}  // namespace orvanel::drawing

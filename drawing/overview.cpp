@@ -1,0 +1,156 @@
+// Layout of the sheet: the eye, its optics in one row of figures, and below what it sees, two panels to a column.
+#include "drawing/overview.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "base/number_text.h"
+#include "drawing/canvas/canvas.h"
+#include "drawing/figures.h"
+#include "drawing/sections_figure.h"
+#include "drawing/sheet.h"
+#include "evaluation/rings.h"
+
+namespace orvanel::drawing {
+namespace {
+
+constexpr double kMargin = 60.0;
+constexpr double kContent = 4.0 * kPlaneFigureWidth + kSectionsFigureWidth + 24.0;
+constexpr double kSheetWidth = kContent + 2.0 * kMargin;
+constexpr double kHeadingHeight = 76.0;
+
+constexpr int kColumns = 7;
+constexpr double kPanel = 408.0;
+constexpr double kGutter = (kContent - kColumns * kPanel) / (kColumns - 1);
+constexpr double kCaptionHeight = 66.0;  // above each panel's column
+constexpr double kCellHeight = kCaptionHeight + 2.0 * (kPanel + kPanelLabelHeight) + 24.0;
+
+constexpr double kBodySize = 19.0;
+
+std::vector<Paragraph> WarningParagraphs(const std::vector<std::string>& warnings) {
+  std::vector<Paragraph> paragraphs;
+  const TextStyle style{kBodySize, kWarningInk, true};
+  for (const std::string& warning : warnings) paragraphs.emplace_back("Warning: " + warning, style, kContent);
+  return paragraphs;
+}
+
+double HeightOf(const std::vector<Paragraph>& paragraphs) {
+  double height = 0.0;
+  for (const Paragraph& paragraph : paragraphs) height += paragraph.height();
+  return height;
+}
+
+void DrawBelow(Canvas& canvas, Point corner, const std::vector<Paragraph>& paragraphs) {
+  for (const Paragraph& paragraph : paragraphs) {
+    paragraph.Draw(canvas, corner);
+    corner.y += paragraph.height();
+  }
+}
+
+void DrawHeading(Canvas& canvas, double y, const std::string& text) {
+  canvas.Fill({kMargin, y, kContent, 2.0}, kGridLine);
+  canvas.Text({kMargin, y + 48.0}, text, {32.0, kInk, true});
+}
+
+void DrawOptics(Canvas& canvas, double y, const Results& results) {
+  const Simulation& simulation = results.simulation;
+  const Scales& scales = results.scales;
+  const Side side = results.eye.side;
+  Point corner{kMargin, y};
+  for (const PlaneFigure& figure : {WavefrontFigure(simulation, side), PsfFigure(simulation, scales, side),
+                                    PsfLogFigure(simulation, scales, side), MtfFigure(simulation, scales)}) {
+    Draw(canvas, corner, figure);
+    corner.x += kPlaneFigureWidth;
+  }
+  DrawSections(canvas, {corner.x + 24.0, corner.y}, simulation, scales);
+}
+
+void DrawScaleNote(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales) {
+  const std::string pupil = NumberText(simulation.pupil.value(), 4) + " mm";
+  const TextStyle body{kBodySize, kInk};
+  canvas.Text({corner.x, corner.y - kCaptionHeight + 30.0}, "Two scales", {kTitleSize, kInk, true});
+  for (const std::string& text :
+       {std::string(
+            "Library scale: the library takes the pupil value so that its frequencies, retinal lengths and ring "
+            "sizes (acuities) are those of a pupil of twice the diameter."),
+        "Optical scale: those of the " + pupil + " pupil as stated.",
+        "Frequency range " + NumberText(simulation.frequencyRange.value(), 5) +
+            " cycles/degree (library scale); optical cut-off " + NumberText(scales.opticalCutOff.value(), 5) +
+            " cycles/degree; ratio " + NumberText(scales.ratio, 5) + ".",
+        "The whole field of 256 samples is " + NumberText(FieldOf(scales.library).value(), 4) +
+            " arc minutes wide on the library scale and " + NumberText(FieldOf(scales.optical).value(), 4) +
+            " on the optical scale."}) {
+    const Paragraph paragraph(text, body, kPanel);
+    paragraph.Draw(canvas, corner);
+    corner.y += paragraph.height() + kBodySize;
+  }
+}
+
+Box PanelBox(double x, double y) { return {x, y, kPanel, kPanel}; }
+
+Point CellCorner(double top, int cell) {
+  return {kMargin + cell % kColumns * (kPanel + kGutter), top + cell / kColumns * kCellHeight};
+}
+
+void DrawStar(Canvas& canvas, double top, const Results& results) {
+  const Simulation& simulation = results.simulation;
+  const Side side = results.eye.side;
+  const double upper = kCaptionHeight, lower = kCaptionHeight + kPanel + kPanelLabelHeight;
+  const Point first = CellCorner(top, 0), second = CellCorner(top, 1);
+  DrawTitle(canvas, first, kPanel, "Sector star", "40 sectors, whole field");
+  DrawPanel(canvas, PanelBox(first.x, first.y + upper), GreyWindow(simulation.starOriginal, kWholePlane), "original",
+            side);
+  DrawPanel(canvas, PanelBox(first.x, first.y + lower), GreyWindow(simulation.starStretched, kWholePlane),
+            "as seen, stretched from black to white", side);
+  DrawScaleNote(canvas, {second.x, second.y + upper}, simulation, results.scales);
+  DrawPanel(canvas, PanelBox(second.x, second.y + lower), GreyWindow(simulation.starTotalLight, kWholePlane),
+            "as seen, total light kept", side);
+}
+
+void DrawRings(Canvas& canvas, double top, const Results& results, const std::vector<ShownRing>& rings) {
+  int largest = 0;
+  for (const ShownRing& shown : rings) largest = std::max(largest, std::min(shown.ring->diameter, ORVANEL_GRID_SIZE));
+  const Window window = WindowFor(largest + largest / 2);
+  const std::string part = window.count == ORVANEL_GRID_SIZE
+                               ? std::string(", whole field")
+                               : ", central " + std::to_string(window.count) + " of 256 samples";
+  int cell = 2;
+  for (const ShownRing& shown : rings) {
+    const Ring& ring = *shown.ring;
+    const Point corner = CellCorner(top, cell++);
+    DrawTitle(canvas, corner, kPanel,
+              "Acuity " + NumberText(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
+              AskedText(shown) + "; " + std::to_string(ring.diameter) + " samples; optical scale " +
+                  NumberText(OpticalAcuity(ring.effectiveAcuity, results.scales), 3),
+              IsFarOff(ring) ? kWarningInk : kFaintInk);
+    DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight), GreyWindow(ring.original, window),
+              "original" + part, results.eye.side);
+    DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight + kPanel + kPanelLabelHeight),
+              GreyWindow(ring.seen, window), "as seen" + part, results.eye.side);
+  }
+}
+
+}  // namespace
+
+ColourPicture DrawOverview(const Results& results) {
+  const std::vector<ShownRing> rings = ShownRings(results.simulation.rings);
+  const SheetHead head(results, kContent);
+  const std::vector<Paragraph> warnings = WarningParagraphs(results.warnings);
+  const int cells = 2 + static_cast<int>(rings.size());
+  const int rows = (cells + kColumns - 1) / kColumns;
+  const double optics = head.height() + HeightOf(warnings);
+  const double sights = optics + kHeadingHeight + kFigureHeight + 24.0;
+  Canvas canvas(kSheetWidth, sights + kHeadingHeight + rows * kCellHeight + kMargin / 2.0, 1.0);
+
+  head.Draw(canvas, {kMargin, 0.0});
+  DrawBelow(canvas, {kMargin, head.height() - 10.0}, warnings);
+  DrawHeading(canvas, optics, "The eye's optics");
+  DrawOptics(canvas, optics + kHeadingHeight, results);
+  DrawHeading(canvas, sights, "What it sees");
+  DrawStar(canvas, sights + kHeadingHeight, results);
+  DrawRings(canvas, sights + kHeadingHeight, results, rings);
+  return canvas.picture();
+}
+
+}  // namespace orvanel::drawing

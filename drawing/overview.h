@@ -1,0 +1,15 @@
+// One sheet with every picture of a simulation.
+#ifndef ORVANEL_DRAWING_OVERVIEW_H
+#define ORVANEL_DRAWING_OVERVIEW_H
+
+#include "base/layers.h"
+#include "evaluation/results.h"
+#include "files/pictures/png.h"
+
+namespace orvanel::drawing {
+
+ColourPicture DrawOverview(const Results& results);
+
+}  // namespace orvanel::drawing
+
+#endif  // ORVANEL_DRAWING_OVERVIEW_H

@@ -1,0 +1,76 @@
+// Layout of the sheet: three panels with the angle that they span.
+#include "drawing/picture_sheet.h"
+
+#include <string>
+
+#include "base/number_text.h"
+#include "drawing/canvas/axis.h"
+#include "drawing/canvas/canvas.h"
+#include "drawing/canvas/font.h"
+#include "drawing/plane_figure.h"
+#include "drawing/sheet.h"
+#include "files/pictures/picture_pixels.h"
+
+namespace orvanel::drawing {
+namespace {
+
+constexpr double kMargin = 60.0;
+constexpr double kPanel = 512.0;  // two pixels for a sample
+constexpr double kGutter = 84.0;
+constexpr double kContent = 3.0 * kPanel + 2.0 * kGutter;
+constexpr double kCaptionHeight = 84.0;
+constexpr double kAxisHeight = 104.0;
+constexpr double kNoteMargin = 30.0;
+
+void DrawSight(Canvas& canvas, Point corner, const std::string& title, const std::string& subtitle,
+               const ColourPicture& pixels, const Results& results) {
+  DrawTitle(canvas, {corner.x, corner.y + 8.0}, kPanel, title, subtitle);
+  const Box box{corner.x, corner.y + kCaptionHeight, kPanel, kPanel};
+  canvas.Paste(box, pixels);
+  canvas.Outline(box, 1.5, kInk);
+  const double reach = FieldOf(results.scales.library).value() / 2.0;
+  DrawAxis(canvas, box, Edge::kBottom, {-reach, reach, "arc minutes, library scale"}, 50.0);
+  DrawView(canvas, box, 78.0, View::kPatient, results.eye.side);
+}
+
+std::string NoteText(const SeenPicture& picture, const Scales& scales) {
+  const ObjectPicture& object = picture.object;
+  return std::to_string(object.width) + " \u00d7 " + std::to_string(object.height) + " pixels, " +
+         std::string(Description(object.request.fit)) + ". The 256 samples span " +
+         NumberText(FieldOf(scales.library).value(), 4) + "\u2032 on the library scale and " +
+         NumberText(FieldOf(scales.optical).value(), 4) +
+         "\u2032 on the optical scale of the pupil, whose cut-off is " + NumberText(scales.opticalCutOff.value(), 4) +
+         " cycles/degree; ratio " + NumberText(scales.ratio, 5) + ". " +
+         (object.request.linear ? "Values are taken as light" : "sRGB values are turned into light and back") +
+         "; total light is kept. Edges wrap round: what is blurred over one comes back at the opposite one.";
+}
+
+}  // namespace
+
+ColourPicture DrawPictureSheet(const Results& results) {
+  const SeenPicture& picture = *results.picture;
+  const SheetHead head(results, kContent);
+  const Paragraph note(NoteText(picture, results.scales), {18.0, kInk}, kContent);
+  const double top = head.height(), notes = top + kCaptionHeight + kPanel + kAxisHeight;
+  Canvas canvas(kContent + 2.0 * kMargin, notes + note.height() + kNoteMargin, 1.0);
+  head.Draw(canvas, {kMargin, 0.0});
+  canvas.Fill({kMargin, top, kContent, 2.0}, kGridLine);
+
+  const bool linear = picture.object.request.linear;
+  Point corner{kMargin, top};
+  const std::string file = picture.object.request.file;
+  DrawSight(
+      canvas, corner, "As given",
+      IsDrawable(file) ? canvas.Shortened(file, {kSmallSize, kFaintInk}, kPanel) : "see summary.json for its name",
+      PicturePixels(picture.object.channels, linear), results);
+  corner.x += kPanel + kGutter;
+  DrawSight(canvas, corner, "As seen, contrast kept", "without the library\u2019s square: near to light that adds up",
+            PicturePixels(picture.contrastKept, linear), results);
+  corner.x += kPanel + kGutter;
+  DrawSight(canvas, corner, "As seen, the library\u2019s image",
+            "squared, so that contrast is steeper; clipped at white", PicturePixels(picture.seen, linear), results);
+  note.Draw(canvas, {kMargin, notes});
+  return canvas.picture();
+}
+
+}  // namespace orvanel::drawing

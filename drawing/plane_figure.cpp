@@ -1,0 +1,97 @@
+// Drawing of plane figures.
+#include "drawing/plane_figure.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "drawing/canvas/text_layout.h"
+
+namespace orvanel::drawing {
+namespace {
+
+constexpr Colour kBlank{0xd8, 0xdc, 0xe0};
+constexpr Box kPlot{100.0, 72.0, 384.0, 384.0};  // inside the figure
+constexpr double kBarGap = 16.0, kBarWidth = 18.0;
+
+// Visits the samples of a window in row-major order.
+template <class Pixel>
+ColourPicture Coloured(const Plane& plane, Window window, const Pixel& pixel) {
+  ColourPicture picture{window.count, window.count, {}};
+  for (int row = window.first; row < window.first + window.count; ++row) {
+    for (int column = window.first; column < window.first + window.count; ++column) {
+      picture.pixels.push_back(pixel(plane[static_cast<std::size_t>(row * ORVANEL_GRID_SIZE + column)]));
+    }
+  }
+  return picture;
+}
+
+ColourPicture Bar(const std::uint32_t (&map)[256]) {
+  ColourPicture bar{1, 256, {}};
+  for (int i = 0; i < 256; ++i) bar.pixels.push_back(ColourAt(map, (255 - i) / 255.0));
+  return bar;
+}
+
+}  // namespace
+
+Window WindowFor(int count) {
+  for (const int side : {32, 48, 64, 96, 128, 192}) {
+    if (side >= count) return {ORVANEL_GRID_SIZE / 2 - side / 2, side};
+  }
+  return kWholePlane;
+}
+
+ColourPicture GreyWindow(const Plane& plane, Window window) {
+  const GreyPicture grey = GreyPictureOf(plane);
+  ColourPicture picture{window.count, window.count, {}};
+  for (int row = window.first; row < window.first + window.count; ++row) {
+    for (int column = window.first; column < window.first + window.count; ++column) {
+      const std::uint8_t level = grey.pixels[static_cast<std::size_t>(row * ORVANEL_GRID_SIZE + column)];
+      picture.pixels.push_back({level, level, level});
+    }
+  }
+  return picture;
+}
+
+void DrawTitle(Canvas& canvas, Point corner, double width, const std::string& title, const std::string& subtitle,
+               Colour colour) {
+  canvas.Text({corner.x, corner.y + 30.0}, title, {kTitleSize, kInk, true});
+  canvas.Text({corner.x, corner.y + 56.0}, subtitle, Fitted(subtitle, {kSmallSize, colour}, width));
+}
+
+void DrawView(Canvas& canvas, const Box& panel, double down, View view, Side side) {
+  constexpr double kGap = 14.0;
+  const TextStyle style{kSmallSize, kFaintInk};
+  const std::string caption(Caption(view));
+  const auto [left, right] = SideWords(view, side);
+  const double middle = panel.x + panel.width / 2.0, y = panel.bottom() + down;
+  const double reach = canvas.TextWidth(caption, style) / 2.0 + kGap;
+  TextStyle centred = style, ending = style;
+  centred.align = Align::kCentre;
+  ending.align = Align::kRight;
+  canvas.Text({middle, y}, caption, centred);
+  canvas.Text({std::min(panel.x, middle - reach - canvas.TextWidth(left, style)), y}, left, style);
+  canvas.Text({std::max(panel.right(), middle + reach + canvas.TextWidth(right, style)), y}, right, ending);
+}
+
+void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure) {
+  DrawTitle(canvas, {corner.x + kPlot.x, corner.y}, kPlot.width, figure.title, figure.subtitle);
+  const Box plot{corner.x + kPlot.x, corner.y + kPlot.y, kPlot.width, kPlot.height};
+  canvas.Paste(plot, Coloured(figure.values, figure.window, [&figure](double value) {
+                 if (std::isnan(value)) return kBlank;
+                 return ColourAt(*figure.map, (value - figure.low) / (figure.high - figure.low));
+               }));
+  canvas.Outline(plot, 1.5, kInk);
+  DrawAxis(canvas, plot, Edge::kBottom, figure.x, 50.0);
+  DrawAxis(canvas, plot, Edge::kLeft, figure.y, 68.0);
+  canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 76.0}, figure.note,
+              {kSmallSize, kFaintInk, false, Align::kCentre});
+  DrawView(canvas, plot, 100.0, figure.view, figure.side);
+
+  const Box bar{plot.right() + kBarGap, plot.y, kBarWidth, plot.height};
+  canvas.Paste(bar, Bar(*figure.map));
+  canvas.Outline(bar, 1.5, kInk);
+  DrawTicks(canvas, bar, Edge::kRight, figure.high, figure.low, figure.barTicks);
+  canvas.Text({bar.x, corner.y + 56.0}, figure.barLabel, {kSmallSize, kInk});
+}
+
+}  // namespace orvanel::drawing

@@ -1,0 +1,60 @@
+// A plane as a figure: colours, axes and a colour bar.
+#ifndef ORVANEL_DRAWING_PLANE_FIGURE_H
+#define ORVANEL_DRAWING_PLANE_FIGURE_H
+
+#include <string>
+#include <vector>
+
+#include "base/layers.h"
+#include "drawing/canvas/axis.h"
+#include "drawing/canvas/canvas.h"
+#include "drawing/canvas/colour_map.h"
+#include "evaluation/simulation.h"
+#include "eye/view.h"
+
+namespace orvanel::drawing {
+
+// The central samples of a plane, `count` a side.
+struct Window {
+  int first, count;
+};
+
+constexpr Window kWholePlane{0, ORVANEL_GRID_SIZE};
+
+// The smallest of a few windows that holds `count` samples around the centre.
+Window WindowFor(int count);
+
+struct PlaneFigure {
+  std::string title, subtitle, note;
+  Plane values;  // what is not a number stays blank
+  Window window;
+  Axis x, y;
+  const std::uint32_t (*map)[256];
+  double low, high;  // values at the ends of the map
+  std::vector<Tick> barTicks;
+  std::string barLabel;
+  View view;
+  Side side;  // of the eye, where nasal and temporal are to be marked
+};
+
+constexpr double kFigureHeight = 566.0;
+constexpr double kPlaneFigureWidth = 600.0;
+constexpr double kTitleSize = 24.0;
+constexpr double kSmallSize = 16.0;
+
+// Title and subtitle above a panel, the subtitle no wider than that.
+void DrawTitle(Canvas& canvas, Point corner, double width, const std::string& title, const std::string& subtitle,
+               Colour colour = kFaintInk);
+
+// The view of a panel in the middle below it, nasal and temporal at its sides where they are known.
+//   down  from the panel to the text's baseline
+void DrawView(Canvas& canvas, const Box& panel, double down, View view, Side side);
+
+void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure);
+
+// A window of a grey plane, 0.0 black and 1.0 white.
+ColourPicture GreyWindow(const Plane& plane, Window window);
+
+}  // namespace orvanel::drawing
+
+#endif  // ORVANEL_DRAWING_PLANE_FIGURE_H

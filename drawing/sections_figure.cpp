@@ -1,0 +1,99 @@
+// Curves, dashes and legend of the sections plot.
+#include "drawing/sections_figure.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/number_text.h"
+#include "drawing/canvas/axis.h"
+#include "drawing/plane_figure.h"
+
+namespace orvanel::drawing {
+namespace {
+
+constexpr Box kPlot{88.0, 118.0, 632.0, 338.0};  // inside the figure
+
+struct Curve {
+  const char* name;
+  Colour colour;
+  double lineWidth;
+  bool dashed;
+};
+
+constexpr Curve kDiffraction{"diffraction limit", {0xb4, 0xbb, 0xc3}, 6.0, false};
+constexpr Curve kHorizontal{"horizontal section", {0x1f, 0x5f, 0xbf}, 3.5, false};
+constexpr Curve kVertical{"vertical section", {0xe0, 0x5a, 0x1c}, 3.0, true};
+
+// Draws the line, or its dashes: stretches of equal length along it.
+void Trace(Canvas& canvas, const std::vector<Point>& points, const Curve& curve) {
+  if (!curve.dashed) return canvas.Line(points, curve.lineWidth, curve.colour);
+  constexpr double kDash = 9.0, kPeriod = 17.0;
+  std::vector<Point> dash;
+  double travelled = 0.0;
+  for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+    const Point a = points[i], b = points[i + 1];
+    const double length = Distance(a, b);
+    const int pieces =
+        std::max(1, static_cast<int>(length));  // a unit long, so that dashes end about where they should
+    for (int k = 0; k < pieces; ++k, travelled += length / pieces) {
+      const double t = static_cast<double>(k) / pieces;
+      if (std::fmod(travelled, kPeriod) < kDash) {
+        dash.push_back({a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)});
+      } else {
+        canvas.Line(dash, curve.lineWidth, curve.colour);
+        dash.clear();
+      }
+    }
+  }
+  canvas.Line(dash, curve.lineWidth, curve.colour);
+}
+
+std::vector<Point> Points(const Box& plot, const Section& section) {
+  std::vector<Point> points;
+  for (std::size_t i = 0; i < section.size(); ++i) {
+    points.push_back({plot.x + plot.width * static_cast<double>(i) / ORVANEL_SECTION_SAMPLES,
+                      plot.bottom() - plot.height * section[i]});
+  }
+  return points;
+}
+
+void DrawLegend(Canvas& canvas, const Box& plot) {
+  double y = plot.y + 30.0;
+  for (const Curve& curve : {kDiffraction, kHorizontal, kVertical}) {
+    Trace(canvas, {{plot.right() - 318.0, y - 6.0}, {plot.right() - 268.0, y - 6.0}}, curve);
+    canvas.Text({plot.right() - 256.0, y}, curve.name, {kTickTextSize, kInk});
+    y += 28.0;
+  }
+}
+
+}  // namespace
+
+void DrawSections(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales) {
+  DrawTitle(canvas, {corner.x + kPlot.x, corner.y}, kPlot.width, "MTF sections",
+            "Optical cut-off of the " + NumberText(simulation.pupil.value(), 4) +
+                " mm pupil: " + NumberText(scales.opticalCutOff.value(), 5) + " cycles/degree");
+  const Box plot{corner.x + kPlot.x, corner.y + kPlot.y, kPlot.width, kPlot.height};
+  for (const Tick& tick : RoundTicks(0.0, 1.0, 5)) {
+    canvas.Fill({plot.x, plot.bottom() - plot.height * tick.value - 0.5, plot.width, 1.0}, kGridLine);
+  }
+  Trace(canvas, Points(plot, simulation.diffractionLimit), kDiffraction);
+  Trace(canvas, Points(plot, simulation.rowSection), kHorizontal);
+  Trace(canvas, Points(plot, simulation.columnSection), kVertical);
+  DrawLegend(canvas, plot);
+  canvas.Outline(plot, 1.5, kInk);
+
+  constexpr double kSamples = ORVANEL_SECTION_SAMPLES;
+  DrawAxis(canvas, plot, Edge::kBottom, {0.0, kSamples * scales.library.step.value(), "cycles/degree, library scale"},
+           50.0);
+  DrawAxis(canvas, plot, Edge::kTop, {0.0, kSamples * scales.optical.step.value(), "cycles/degree, optical scale"},
+           34.0);
+  DrawAxis(canvas, plot, Edge::kLeft, {1.0, 0.0, "modulation transfer"}, 60.0);
+  canvas.Text(
+      {plot.x + plot.width / 2.0, plot.bottom() + 76.0},
+      "Frequency range given by the library: " + NumberText(simulation.frequencyRange.value(), 5) + " cycles/degree",
+      {kSmallSize, kFaintInk, false, Align::kCentre});
+  canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 100.0}, "view: retina and patient alike",
+              {kSmallSize, kFaintInk, false, Align::kCentre});
+}
+
+}  // namespace orvanel::drawing

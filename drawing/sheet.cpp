@@ -1,0 +1,142 @@
+// Head, panels and paragraphs of sheets.
+#include "drawing/sheet.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/number_text.h"
+#include "drawing/canvas/font.h"
+#include "drawing/canvas/text_layout.h"
+#include "eye/adjustments.h"
+#include "eye/refraction.h"
+#include "models/sampling.h"
+
+namespace orvanel::drawing {
+namespace {
+
+constexpr double kHeadMargin = 30.0;  // above and below the head
+constexpr double kHeadGap = 6.0;      // between its paragraphs
+constexpr double kVersionWidth = 280.0;
+// Blanks at which no line is broken, but for the last.
+constexpr const char* kDot = "\u00a0\u00a0\u00a0\u00a0\u00b7\u00a0\u00a0\u00a0 ";
+
+const std::string& NameOf(const Eye& eye) { return eye.name.empty() ? eye.file : eye.name; }
+
+// As large as fits on one line, from the usual size down to half of it.
+TextStyle NameStyle(const std::string& name, double width) {
+  const TextStyle usual{46.0, kInk, true};
+  TextStyle style = Fitted(name, usual, width);
+  style.size = std::max(style.size, 0.5 * usual.size);
+  return style;
+}
+
+std::string WithDots(const std::vector<std::string>& parts) {
+  std::string text;
+  for (const std::string& part : parts) {
+    if (!text.empty()) text += kDot;
+    text += part;
+  }
+  return text;
+}
+
+// The name of the file where the sheets cannot draw that of the eye.
+std::string DrawnName(const Eye& eye) {
+  if (IsDrawable(NameOf(eye))) return NameOf(eye);
+  return IsDrawable(eye.file) ? eye.file : "An eye";
+}
+
+std::string NumbersText(const Simulation& simulation) {
+  const Wavefront& wavefront = simulation.wavefront;
+  return WithDots({"Pupil " + NumberText(simulation.pupil.value(), 4) + " mm",
+                   "Wavelength " + NumberText(ToNanometres(Wavelength()).value(), 5) + " nm",
+                   "Strehl ratio " + NumberText(simulation.strehl, 3) + " (" + NumberText(simulation.strehlPeak, 3) +
+                       " between samples)",
+                   "Wavefront RMS " + NumberText(wavefront.rms.value(), 3) + " \u00b5m (" +
+                       NumberText(wavefront.rms / ToMicrometres(Wavelength()), 3) + " waves)"});
+}
+
+std::string RefractionText(const Eye& eye) {
+  const Coefficients osa = OsaCoefficients(eye);
+  const auto text = [](const PowerVector& powers) { return Text(ToRefraction(powers, CylinderSign::kMinus)); };
+  return WithDots({"Correcting lens: " + text(LeastSquaresRefraction(osa, eye.pupil)) + " (least squares)",
+                   text(ParaxialRefraction(osa, eye.pupil)) + " (paraxial)"});
+}
+
+std::string OriginText(const Results& results) {
+  const Eye& eye = results.measured;
+  std::vector<std::string> parts;
+  if (!IsDrawable(NameOf(eye))) parts.emplace_back("Name: in a script that is not drawn here, see summary.json");
+  parts.push_back("Measured over " + NumberText(eye.pupil.value(), 6) + " mm, side " + SideText(eye.side) + ", in " +
+                  Text(eye.convention));
+  parts.insert(parts.end(), results.changes.begin(), results.changes.end());
+  if (!IsDrawable(eye.source)) {
+    parts.emplace_back("Source: in a script that is not drawn here, see summary.json");
+  } else if (!eye.source.empty()) {
+    parts.push_back("Source: " + eye.source);
+  }
+  return WithDots(parts);
+}
+
+}  // namespace
+
+std::vector<std::string> WarningsOfTexts(const Eye& eye) {
+  std::vector<std::string> warnings;
+  if (!IsDrawable(NameOf(eye))) {
+    warnings.emplace_back("the sheets cannot draw the script of the eye's name; summary.json has it");
+  }
+  if (!IsDrawable(eye.source)) {
+    warnings.emplace_back("the sheets cannot draw the script of the eye's source; summary.json has it");
+  }
+  return warnings;
+}
+
+Paragraph::Paragraph(const std::string& text, const TextStyle& style, double width, std::size_t most)
+    : lines_(Wrapped(text, style, width, most)), style_(style), leading_(std::round(1.42 * style.size)) {}
+
+void Paragraph::Draw(Canvas& canvas, Point corner) const {
+  corner.y += style_.size;
+  for (const std::string& line : lines_) {
+    canvas.Text(corner, line, style_);
+    corner.y += leading_;
+  }
+}
+
+HeadTexts HeadTextsOf(const Results& results) {
+  return {DrawnName(results.measured), NumbersText(results.simulation), RefractionText(results.eye),
+          OriginText(results)};
+}
+
+SheetHead::SheetHead(const Results& results, double width) : width_(width) {
+  constexpr std::size_t kMostNameLines = 2, kMostOriginLines = 3;
+  const HeadTexts texts = HeadTextsOf(results);
+  const double nameWidth = width - kVersionWidth;
+  paragraphs_.emplace_back(texts.name, NameStyle(texts.name, nameWidth), nameWidth, kMostNameLines);
+  paragraphs_.emplace_back(texts.numbers, TextStyle{28.0, kInk}, width);
+  paragraphs_.emplace_back(texts.lens, TextStyle{23.0, kInk}, width);
+  paragraphs_.emplace_back(texts.origin, TextStyle{19.0, kFaintInk}, width, kMostOriginLines);
+}
+
+double SheetHead::height() const {
+  double height = 2.0 * kHeadMargin - kHeadGap;
+  for (const Paragraph& paragraph : paragraphs_) height += paragraph.height() + kHeadGap;
+  return height;
+}
+
+void SheetHead::Draw(Canvas& canvas, Point corner) const {
+  corner.y += kHeadMargin;
+  canvas.Text({corner.x + width_, corner.y + 46.0}, "orvanel " ORVANEL_VERSION,
+              {24.0, kFaintInk, false, Align::kRight});
+  for (const Paragraph& paragraph : paragraphs_) {
+    paragraph.Draw(canvas, corner);
+    corner.y += paragraph.height() + kHeadGap;
+  }
+}
+
+void DrawPanel(Canvas& canvas, const Box& box, const ColourPicture& picture, const std::string& label, Side side) {
+  canvas.Paste(box, picture);
+  canvas.Outline(box, 1.5, kFaintInk);
+  canvas.Text({box.x, box.bottom() + 22.0}, label, {17.0, kInk});
+  DrawView(canvas, {box.x, box.y, std::max(box.width, kViewWidth), box.height}, 44.0, View::kPatient, side);
+}
+
+}  // namespace orvanel::drawing

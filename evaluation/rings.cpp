@@ -1,0 +1,54 @@
+// Names of rings, and how far they are from what was asked for.
+#include "evaluation/rings.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/number_text.h"
+#include "models/sampling.h"
+
+namespace orvanel::evaluation {
+
+std::string RingStem(double drawnAcuity, Gap gap) {
+  constexpr int kDigits = 4;
+  return "ring_acuity-" + NumberText(drawnAcuity, kDigits) + "_gap-" + Word(gap);
+}
+
+std::string RingStem(Millimetres pupil, const RingRequest& request) {
+  return RingStem(EffectiveAcuity(pupil, RingDiameter(pupil, request.acuity)), request.gap);
+}
+
+double Deviation(const Ring& ring) { return ring.effectiveAcuity / ring.request.acuity - 1.0; }
+
+bool IsFarOff(const Ring& ring) {
+  constexpr double kMost = 0.1;
+  return std::abs(Deviation(ring)) > kMost;
+}
+
+std::string DeviationText(const Ring& ring) {
+  const double deviation = Deviation(ring);
+  return NumberText(100.0 * std::abs(deviation), 3) + " % " + (deviation > 0.0 ? "above" : "below");
+}
+
+std::vector<ShownRing> ShownRings(const std::vector<Ring>& rings) {
+  std::vector<ShownRing> shown;
+  for (const Ring& ring : rings) {
+    const auto same = std::find_if(shown.begin(), shown.end(), [&ring](const ShownRing& other) {
+      return other.ring->diameter == ring.diameter && other.ring->request.gap == ring.request.gap;
+    });
+    if (same == shown.end()) {
+      shown.push_back({&ring, {ring.request.acuity}});
+    } else {
+      same->asked.push_back(ring.request.acuity);
+    }
+  }
+  return shown;
+}
+
+std::string AskedText(const ShownRing& shown) {
+  std::string text;
+  for (const double acuity : shown.asked) text += (text.empty() ? "asked for " : ", ") + NumberText(acuity, 4);
+  return text;
+}
+
+}  // namespace orvanel::evaluation

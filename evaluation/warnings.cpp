@@ -1,0 +1,51 @@
+// Words the doubts about wavefronts and ring sizes.
+#include "evaluation/warnings.h"
+
+#include <cmath>
+
+#include "base/number_text.h"
+#include "evaluation/rings.h"
+#include "models/sampling.h"
+#include "orvanel/sampling.h"
+
+namespace orvanel::evaluation {
+namespace {
+
+constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;  // samples; leaves the blur some room at the edges
+
+}  // namespace
+
+std::vector<std::string> Warnings(const Simulation& simulation) {
+  std::vector<std::string> warnings;
+  const Wavefront& wavefront = simulation.wavefront;
+  if (wavefront.aliasedShare > kLargestUndersampledShare) {
+    warnings.push_back(
+        "in " + NumberText(100.0 * wavefront.aliasedShare, 2) +
+        " % of the pupil the wavefront changes by more than half a wave from one sample to the next, by " +
+        NumberText(wavefront.steepestStep / ToMicrometres(Wavelength()), 3) +
+        " waves at most: the light from there comes out in wrong places in all results");
+  }
+  double warned = 0.0;  // rings of one acuity follow each other
+  for (const Ring& ring : simulation.rings) {
+    if (!IsFarOff(ring) || ring.request.acuity == warned) continue;
+    warned = ring.request.acuity;
+    warnings.push_back("the ring asked for with acuity " + ShortestText(warned) + " is drawn with acuity " +
+                       NumberText(ring.effectiveAcuity, 3) + ", " + DeviationText(ring) +
+                       " that: rings have a multiple of 5 samples, this one " + std::to_string(ring.diameter) +
+                       ", and its files are named by the acuity drawn");
+  }
+  constexpr int kFits = kLargestRing - 5;  // a ring's diameter is rounded to fives
+  double reported = 0.0;                   // rings of one acuity follow each other
+  for (const Ring& ring : simulation.rings) {
+    if (ring.diameter <= kLargestRing || ring.request.acuity == reported) continue;
+    reported = ring.request.acuity;
+    warnings.push_back(
+        "the ring of acuity " + ShortestText(reported) + " is " + std::to_string(ring.diameter) +
+        " samples wide in a field of 256: it is cut off or its light wraps round at the edges; rings fit "
+        "from acuity " +
+        ShortestText(std::ceil(100.0 * ring.effectiveAcuity * ring.diameter / kFits) / 100.0) + " on");
+  }
+  return warnings;
+}
+
+}  // namespace orvanel::evaluation

@@ -1,0 +1,30 @@
+// One eye as its file or row of a table gives it.
+#ifndef ORVANEL_EYE_EYE_H
+#define ORVANEL_EYE_EYE_H
+
+#include <optional>
+#include <string>
+
+#include "base/layers.h"
+#include "base/units.h"
+#include "eye/convention.h"
+#include "eye/refraction.h"
+
+namespace orvanel::eye {
+
+struct Eye {
+  std::string file;  // as the user named it
+  std::string name, source, note;
+  Millimetres pupil;  // diameter over which the coefficients are given
+  Side side = Side::kUnknown;
+  Convention convention = kLibraryConvention;
+  Coefficients coefficients;                // by OSA index, in unit, normalisation and direction of y of the convention
+  std::optional<PowerVector> prescription;  // stated beside the coefficients, to be added to them
+};
+
+// "OD", "OS", "not stated".
+inline std::string SideText(Side side) { return side == Side::kUnknown ? "not stated" : std::string(Word(side)); }
+
+}  // namespace orvanel::eye
+
+#endif  // ORVANEL_EYE_EYE_H

@@ -1,0 +1,87 @@
+// Outer products, the largest remaining variance first.
+#include "eye/population/covariance.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+#include "base/error.h"
+#include "base/number_text.h"
+
+namespace orvanel::eye {
+namespace {
+
+[[noreturn]] void RefuseIndefinite(const std::string& name, const std::string& how) {
+  throw Error("is no covariance: it is not positive semi-definite, for " + how + " at " + name +
+              "; check its signs and digits");
+}
+
+}  // namespace
+
+CovarianceFactors::CovarianceFactors(std::vector<double> matrix, const std::vector<std::string>& names)
+    : size_(names.size()), order_(size_), factor_(std::move(matrix)), deviation_(size_) {
+  std::iota(order_.begin(), order_.end(), std::size_t{0});
+  for (std::size_t i = 0; i < size_; ++i) {
+    if (at(i, i) < 0.0) {
+      throw Error("is no covariance: the variance of " + names[i] + " is " + ShortestText(at(i, i)) + ", below 0");
+    }
+    deviation_[i] = std::sqrt(at(i, i));
+  }
+  // To correlations, so that small terms count as much as large ones.
+  for (std::size_t i = 0; i < size_; ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      const double scale = deviation_[i] * deviation_[j];
+      double& below = at(i, j);
+      double& above = at(j, i);
+      if (!(std::abs(below - above) <= kCovarianceTolerance * scale)) {
+        throw Error("is not symmetric: " + ShortestText(above) + " in row " + names[j] + ", column " + names[i] +
+                    ", but " + ShortestText(below) + " in row " + names[i] + ", column " + names[j] +
+                    (scale == 0.0 ? ", where one of them has no variance" : ""));
+      }
+      if (scale == 0.0 && below != 0.0) RefuseIndefinite(names[i], "a variable without variance is correlated");
+      below = above = scale == 0.0 ? 0.0 : (0.5 * below + 0.5 * above) / scale;
+    }
+    at(i, i) = deviation_[i] == 0.0 ? 0.0 : 1.0;
+  }
+  const double tolerance = kCovarianceTolerance * static_cast<double>(size_);
+  for (std::size_t k = 0; k < size_; ++k) {
+    std::size_t pivot = k;
+    for (std::size_t i = k + 1; i < size_; ++i) {
+      if (at(i, i) > at(pivot, pivot)) pivot = i;
+    }
+    if (!(at(pivot, pivot) > tolerance)) break;
+    if (pivot != k) {
+      std::swap(order_[k], order_[pivot]);
+      for (std::size_t j = 0; j < size_; ++j) std::swap(at(k, j), at(pivot, j));
+      for (std::size_t i = 0; i < size_; ++i) std::swap(at(i, k), at(i, pivot));
+    }
+    for (std::size_t i = k + 1; i < size_; ++i) {
+      const double share = at(i, k) / at(k, k);
+      // Row k still holds what column k held before it was divided.
+      for (std::size_t j = k + 1; j <= i; ++j) at(i, j) = at(j, i) = at(i, j) - share * at(k, j);
+      at(i, k) = share;
+    }
+    rank_ = k + 1;
+  }
+  for (std::size_t i = rank_; i < size_; ++i) {
+    for (std::size_t j = rank_; j <= i; ++j) {
+      if (std::abs(at(i, j)) <= tolerance) continue;
+      RefuseIndefinite(names[order_[i]],
+                       "a share of " + NumberText(at(i, j), 3) + " of a variance remains where none may");
+    }
+  }
+}
+
+std::vector<double> CovarianceFactors::Correlate(const std::vector<double>& independent) const {
+  std::vector<double> scaled(rank_), result(size_);
+  for (std::size_t k = 0; k < rank_; ++k) scaled[k] = std::sqrt(at(k, k)) * independent[k];
+  for (std::size_t i = 0; i < size_; ++i) {
+    double sum = i < rank_ ? scaled[i] : 0.0;
+    for (std::size_t k = 0; k < std::min(i, rank_); ++k) sum += at(i, k) * scaled[k];
+    result[order_[i]] = deviation_[order_[i]] * sum;
+  }
+  return result;
+}
+
+}  // namespace orvanel::eye

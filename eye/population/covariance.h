@@ -1,0 +1,46 @@
+// A covariance as a recipe for drawing: its triangular factors.
+#ifndef ORVANEL_EYE_POPULATION_COVARIANCE_H
+#define ORVANEL_EYE_POPULATION_COVARIANCE_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "base/layers.h"
+
+namespace orvanel::eye {
+
+// How far a correlation may be from what it must be; tables with ten digits are nearer.
+constexpr double kCovarianceTolerance = 1e-9;
+
+// Factorised as P^T L D L^T P with pivots, so that a matrix without full rank has factors too. The order of operations
+// is fixed, so that the factors are the same bits everywhere.
+// Source: Higham (2002), Accuracy and stability of numerical algorithms, 10.3.
+class CovarianceFactors {
+ public:
+  // Throws Error where the matrix is no covariance: elements (i, j) and (j, i) differ, or a linear combination of the
+  // variables has a negative variance. Counted in correlations, (i, j) and (j, i) may differ by kCovarianceTolerance,
+  // and what is left behind the last pivot may be `size` times as much.
+  //   matrix  size x size, row by row
+  //   names   of the variables, for messages
+  CovarianceFactors(std::vector<double> matrix, const std::vector<std::string>& names);
+
+  // From independent standard normal numbers, as many as the rank, numbers with this covariance.
+  std::vector<double> Correlate(const std::vector<double>& independent) const;
+
+  std::size_t size() const { return size_; }
+  std::size_t rank() const { return rank_; }
+
+ private:
+  double& at(std::size_t row, std::size_t column) { return factor_[row * size_ + column]; }
+  double at(std::size_t row, std::size_t column) const { return factor_[row * size_ + column]; }
+
+  std::size_t size_, rank_ = 0;
+  std::vector<std::size_t> order_;  // order_[i] is the variable that was i-th to be a pivot
+  std::vector<double> factor_;      // of the correlation: below the diagonal L, on it D, in that order
+  std::vector<double> deviation_;   // of each variable
+};
+
+}  // namespace orvanel::eye
+
+#endif  // ORVANEL_EYE_POPULATION_COVARIANCE_H

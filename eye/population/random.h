@@ -1,0 +1,27 @@
+// Random numbers that are the same on every platform and in any order: each is a function of seed, row and place.
+#ifndef ORVANEL_EYE_POPULATION_RANDOM_H
+#define ORVANEL_EYE_POPULATION_RANDOM_H
+
+#include <array>
+#include <cstdint>
+
+#include "base/layers.h"
+
+namespace orvanel::eye {
+
+// Philox 4x32 with 10 rounds, a bijection of the counter for each key.
+// Source: Salmon, Moraes, Dror and Shaw (2011), Parallel random numbers: as easy as 1, 2, 3.
+using PhiloxCounter = std::array<std::uint32_t, 4>;
+PhiloxCounter Philox(PhiloxCounter counter, std::array<std::uint32_t, 2> key);
+
+// The number below which a share p of a standard normal distribution lies, 0 < p < 1. Relative error below 1e-15, and
+// absolute error below 1e-15 near p = 1/2; made of + - * / and the square root alone.
+// Source: Wichura (1988), Algorithm AS 241: The percentage points of the normal distribution, PPND16.
+double NormalQuantile(double p);
+
+// Number `place` of row `row` of a standard normal distribution.
+double NormalNumber(std::uint64_t seed, std::uint64_t row, std::uint32_t place);
+
+}  // namespace orvanel::eye
+
+#endif  // ORVANEL_EYE_POPULATION_RANDOM_H

@@ -1,0 +1,203 @@
+// Reads and writes prescriptions, and brings lenses to the cornea.
+#include "eye/prescription.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <optional>
+#include <vector>
+
+#include "base/error.h"
+#include "base/number_text.h"
+
+namespace orvanel::eye {
+namespace {
+
+constexpr std::string_view kMinusSign = "\u2212", kTimesSign = "\u00d7", kDegreeSign = "\u00b0";
+
+std::string Signed(double value) {
+  std::string text = FixedText(value, 2);
+  if (text == "-0.00") text = "0.00";
+  return value > 0.0 && text != "0.00" ? "+" + text : text;
+}
+
+// A whole number above 0 and up to 180; a cylinder that rounds to nothing has no axis to speak of.
+std::string AxisText(const Refraction& refraction) {
+  const std::string axis = FixedText(refraction.axis.value(), 0);
+  return axis == "0" || Signed(refraction.cylinder.value()) == "0.00" ? "180" : axis;
+}
+
+char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// Reads a text piece by piece, with blanks before each.
+class Scanner {
+ public:
+  explicit Scanner(std::string_view text) : rest_(text) {}
+
+  bool IsAtEnd() {
+    SkipBlanks();
+    return rest_.empty();
+  }
+
+  // Takes the first of these that comes next, whatever the case of its letters.
+  bool Take(std::initializer_list<std::string_view> words) {
+    SkipBlanks();
+    for (const std::string_view word : words) {
+      const std::string_view next = rest_.substr(0, word.size());
+      if (!std::equal(word.begin(), word.end(), next.begin(), next.end(),
+                      [](char a, char b) { return a == Lower(b); })) {
+        continue;
+      }
+      rest_.remove_prefix(word.size());
+      return true;
+    }
+    return false;
+  }
+
+  bool IsAtSign() {
+    SkipBlanks();
+    return rest_.starts_with('-') || rest_.starts_with('+') || rest_.starts_with(kMinusSign);
+  }
+
+  // Takes a number without exponent, where one comes next.
+  std::optional<double> TakeNumber() {
+    SkipBlanks();
+    std::string number;
+    std::string_view rest = rest_;
+    if (rest.starts_with(kMinusSign)) {
+      number = "-";
+      rest.remove_prefix(kMinusSign.size());
+    } else if (rest.starts_with('-') || rest.starts_with('+')) {
+      number = rest.front();
+      rest.remove_prefix(1);
+    }
+    const std::size_t length = std::min(rest.find_first_not_of("0123456789."), rest.size());
+    if (length == 0) return std::nullopt;
+    number += rest.substr(0, length);
+    rest_ = rest.substr(length);
+    return ParseNumber(number);
+  }
+
+ private:
+  void SkipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t"), rest_.size())); }
+
+  std::string_view rest_;
+};
+
+[[noreturn]] void RefuseText(std::string_view text) {
+  throw Error(Quoted(text) +
+              " is no prescription; write sphere, or sphere,cylinder,axis as -2.25,-0.75,170 or -2.25/-0.75x170");
+}
+
+// Whether a text has more than the numbers of a list.
+bool IsClinical(std::string_view text) { return text.find_first_not_of("+-0123456789.,eE") != std::string_view::npos; }
+
+// "-2.25/-0.75x170" and the like, or the sphere alone.
+Refraction ParseClinical(std::string_view text) {
+  if (!IsClinical(text)) return {Dioptres(ParseNumber(text)), Dioptres(), Degrees(180.0)};
+  Scanner scanner(text);
+  std::optional<double> sphere = scanner.Take({"plano", "pl"}) ? 0.0 : scanner.TakeNumber();
+  if (!sphere) RefuseText(text);
+  scanner.Take({"ds", "sph", "d"});
+  if (scanner.IsAtEnd()) return {Dioptres(*sphere), Dioptres(), Degrees(180.0)};
+  scanner.Take({"/"});
+  const bool hasSign = scanner.IsAtSign();
+  const std::optional<double> cylinder = scanner.TakeNumber();
+  if (!cylinder) RefuseText(text);
+  if (!hasSign && *cylinder != 0.0)
+    throw Error(Quoted(text) + " has a cylinder without a sign; write + or - before it");
+  scanner.Take({"dc", "cyl", "d"});
+  if (!scanner.Take({"x", kTimesSign, "axis", "ax"})) {
+    throw Error(Quoted(text) + " has a cylinder without an axis; write it as -2.25/-0.75x170");
+  }
+  const std::optional<double> axis = scanner.TakeNumber();
+  scanner.Take({kDegreeSign});
+  if (!axis || !scanner.IsAtEnd()) RefuseText(text);
+  return {Dioptres(*sphere), Dioptres(*cylinder), Degrees(*axis)};
+}
+
+std::vector<std::string_view> Parts(std::string_view text) {
+  std::vector<std::string_view> parts;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t comma = std::min(text.find(',', start), text.size());
+    parts.push_back(text.substr(start, comma - start));
+    start = comma + 1;
+  }
+  return parts;
+}
+
+Millimetres ParseVertex(std::string_view text) {
+  constexpr double kLeast = 1.0, kMost = 30.0;
+  Scanner scanner(text);
+  const std::optional<double> vertex = scanner.TakeNumber();
+  scanner.Take({"mm"});
+  if (!vertex || !scanner.IsAtEnd()) throw Error(Quoted(text) + " is no vertex distance; write it in mm, as 12");
+  if (*vertex != 0.0 && !(*vertex >= kLeast && *vertex <= kMost)) {
+    throw Error("the vertex distance " + ShortestText(*vertex) +
+                " is neither 0, for a contact lens, nor from 1 to 30 mm; write it in mm, as 12");
+  }
+  return Millimetres(*vertex);
+}
+
+}  // namespace
+
+Refraction AtCornea(const Lens& lens) {
+  const double metres = lens.vertex.value() * 1e-3;
+  const auto effective = [&](Dioptres power) {
+    const double rest = 1.0 - metres * power.value();
+    if (!(rest > 0.0)) {
+      throw Error("a lens of " + Signed(power.value()) + " D at " + ShortestText(lens.vertex.value()) +
+                  " mm has its focus before the cornea; check its power and its vertex distance");
+    }
+    return power / rest;
+  };
+  const Refraction& power = lens.power;
+  const Dioptres sphere = effective(power.sphere);
+  return {sphere, effective(power.sphere + power.cylinder) - sphere, power.axis};
+}
+
+Refraction ParseRefraction(std::string_view text) {
+  const std::vector<std::string_view> parts = Parts(text);
+  if (parts.size() > 1 && text.find_first_of("/xX") != std::string_view::npos) {
+    throw Error(Quoted(text) + " mixes commas with the clinic's writing; write -2.25,-0.75,170 or -2.25/-0.75x170");
+  }
+  Refraction refraction;
+  if (parts.size() == 1) {
+    refraction = ParseClinical(text);
+  } else if (parts.size() == 3) {
+    refraction = {Dioptres(ParseNumber(parts[0])), Dioptres(ParseNumber(parts[1])), Degrees(ParseNumber(parts[2]))};
+  } else {
+    RefuseText(text);
+  }
+  if (!(refraction.axis >= Degrees(0.0) && refraction.axis <= Degrees(180.0))) {
+    throw Error("the axis " + ShortestText(refraction.axis.value()) + " is outside 0 to 180 degrees");
+  }
+  return refraction;
+}
+
+Lens ParseLens(std::string_view text) {
+  const std::vector<std::string_view> parts = Parts(text);
+  const bool apart = parts.size() == 4 || (parts.size() > 1 && parts.back().find("mm") != std::string_view::npos) ||
+                     (parts.size() == 2 && IsClinical(parts.front()));
+  if (!apart) {
+    if (parts.size() == 2) {
+      throw Error(Quoted(text) +
+                  " may be sphere and cylinder, or sphere and vertex distance; write -10,-0.75,170 or, "
+                  "with the unit, -10,12mm");
+    }
+    return {ParseRefraction(text), Millimetres()};
+  }
+  return {ParseRefraction(text.substr(0, text.rfind(','))), ParseVertex(parts.back())};
+}
+
+std::string Text(const Refraction& refraction) {
+  return Signed(refraction.sphere.value()) + " D sphere, " + Signed(refraction.cylinder.value()) +
+         " D cylinder, axis " + AxisText(refraction);
+}
+
+std::string PrescriptionText(const Refraction& refraction) {
+  const std::string sphere = Signed(refraction.sphere.value()), cylinder = Signed(refraction.cylinder.value());
+  if (cylinder != "0.00") return sphere + "/" + cylinder + "x" + AxisText(refraction);
+  return sphere == "0.00" ? "plano" : sphere + " DS";
+}
+
+}  // namespace orvanel::eye

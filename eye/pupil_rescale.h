@@ -1,0 +1,18 @@
+// The same wavefront over a smaller or larger concentric pupil.
+#ifndef ORVANEL_EYE_PUPIL_RESCALE_H
+#define ORVANEL_EYE_PUPIL_RESCALE_H
+
+#include "base/layers.h"
+#include "eye/convention.h"
+
+namespace orvanel::eye {
+
+// Coefficients c' with sum c'_j Z_j(rho) = sum c_j Z_j(ratio rho), exactly but for rounding.
+//   orthonormal  coefficients of orthonormal polynomials
+//   ratio        new diameter over old; above 1 the polynomials are continued beyond what was measured
+// Source: Janssen and Dirksen (2006), Concise formula for the Zernike coefficients of scaled pupils.
+Coefficients Rescaled(const Coefficients& orthonormal, double ratio);
+
+}  // namespace orvanel::eye
+
+#endif  // ORVANEL_EYE_PUPIL_RESCALE_H

@@ -1,0 +1,316 @@
+// Reading and writing of eye files. Nothing is guessed: what is not exactly right is refused with a word on how to mend
+// it.
+#include "files/eyes/eye_file.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <set>
+#include <span>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "base/error.h"
+#include "base/number_text.h"
+#include "base/spelling.h"
+#include "eye/column_name.h"
+#include "files/eyes/json_place.h"
+#include "files/input_file.h"
+#include "files/json_text.h"
+#include "files/path_of.h"
+
+namespace orvanel::files {
+namespace {
+
+using Path = std::vector<std::string>;
+
+constexpr std::size_t kLargestFile = 1 << 20;  // bytes; an eye file has about a thousand
+
+constexpr const char* kKeys[] = {"name", "source", "note", kPupilKey, kSideKey, "convention", "coefficients"};
+constexpr const char* kConventionKeys[] = {"name", kUnitKey, kWavelengthKey, kNormalisationKey, kOrderKey, kYAxisKey};
+
+// A file with its text, to say where in it something is wrong.
+struct Source {
+  const std::string& file;
+  const std::string& text;
+
+  [[noreturn]] void Refuse(Place place, const std::string& reason) const { throw ErrorAt(file, place, reason); }
+  [[noreturn]] void Refuse(const Path& path, const std::string& reason) const {
+    Refuse(PlaceOfKey(text, path), reason);
+  }
+};
+
+std::string Joined(const Path& path) {
+  std::string joined;
+  for (const std::string& key : path) joined += (joined.empty() ? "" : ".") + key;
+  return joined;
+}
+
+// The key in the words of a message: "key 'convention.unit'".
+std::string Key(const Path& path) { return "key " + Quoted(Joined(path)); }
+
+void CheckText(const std::string& file, std::string& text) {
+  if (text.size() > kLargestFile) throw Error(file + ": is larger than 1 MiB; an eye file holds one eye");
+  try {
+    DropByteOrderMark(text);
+  } catch (const Error& error) {
+    throw ErrorAt(file, {1, 1}, error.what());
+  }
+}
+
+Json Parse(const Source& source) {
+  JsonText json = ReadJson(source.text);
+  if (json.fault) source.Refuse(PlaceOfByte(source.text, json.fault->byte), json.fault->reason);
+  return std::move(json.value);
+}
+
+// Refuses keys that are not among the known ones, and names the nearest where it is near enough to be a slip.
+void RefuseUnknownKeys(const Source& source, const Path& parent, const Json& object,
+                       std::span<const char* const> known) {
+  for (const auto& [key, value] : object.items()) {
+    const auto same = [&key = key](const char* name) { return key == name; };
+    if (std::any_of(known.begin(), known.end(), same)) continue;
+    Path path = parent;
+    path.push_back(key);
+    const auto slip = Nearest(key, known, [](std::size_t length) { return std::max<std::size_t>(2, length / 3); });
+    std::string remedy;
+    if (slip) {
+      Path meant = parent;
+      meant.emplace_back(*slip);
+      remedy = "did you mean '" + Joined(meant) + "'?";
+    } else {
+      for (const char* name : known) remedy += (remedy.empty() ? "the keys are " : ", ") + std::string(name);
+    }
+    source.Refuse(path, Key(path) + " is not known; " + remedy);
+  }
+}
+
+// A line of text, empty where the key is absent.
+std::string OptionalLine(const Source& source, const Json& object, const char* key) {
+  const auto found = object.find(key);
+  if (found == object.end()) return {};
+  if (!found->is_string()) {
+    source.Refuse({key}, Key({key}) + " must be a string, not " + found->type_name() + "; put it in quotes");
+  }
+  std::string line = found->get<std::string>();
+  // Control characters would reach the terminal.
+  const auto control = [](unsigned char c) { return c < 0x20 || c == 0x7f; };
+  if (std::any_of(line.begin(), line.end(), control)) {
+    source.Refuse({key}, Key({key}) + " holds a line break or control character; write it in one line");
+  }
+  return line;
+}
+
+// States one part where the key is there.
+void StateKey(const Source& source, const Path& parent, const Json& object, const char* key, bool isNumber,
+              Statement& statement) {
+  const auto found = object.find(key);
+  if (found == object.end()) return;
+  Path path = parent;
+  path.emplace_back(key);
+  if (isNumber ? !found->is_number() : !found->is_string()) {
+    source.Refuse(path, Key(path) + " must be a " + (isNumber ? "number" : "string") + ", not " + found->type_name() +
+                            (isNumber ? "; write it without quotes, such as 6.0" : "; put it in quotes"));
+  }
+  try {
+    State(statement, key, isNumber ? found->dump() : found->get<std::string>());
+  } catch (const Error& error) {
+    source.Refuse(path, "key " + std::string(error.what()));
+  }
+}
+
+// What the file states; `named` tells whether by the name of a convention.
+Statement ReadStatement(const Source& source, const Json& object, bool& named) {
+  Statement statement;
+  named = false;
+  StateKey(source, {}, object, kPupilKey, true, statement);
+  StateKey(source, {}, object, kSideKey, false, statement);
+  const auto found = object.find("convention");
+  if (found == object.end()) return statement;
+  if (!found->is_object()) {
+    source.Refuse({"convention"}, std::string("key 'convention' must be an object, not ") + found->type_name() +
+                                      R"(; say {"name": "osa"} or {"name": "library"}, or spell it out)");
+  }
+  const Path parent = {"convention"};
+  RefuseUnknownKeys(source, parent, *found, kConventionKeys);
+  StateKey(source, parent, *found, kUnitKey, false, statement);
+  StateKey(source, parent, *found, kWavelengthKey, true, statement);
+  StateKey(source, parent, *found, kNormalisationKey, false, statement);
+  StateKey(source, parent, *found, kOrderKey, false, statement);
+  StateKey(source, parent, *found, kYAxisKey, false, statement);
+  const auto name = found->find("name");
+  if (name == found->end()) return statement;
+  const auto convention = ConventionNamed(name->is_string() ? name->get<std::string>() : "");
+  if (!convention) {
+    source.Refuse(
+        {"convention", "name"},
+        "key 'convention.name' is " + (name->is_string() ? Quoted(name->get<std::string>()) : name->type_name()) +
+            R"(; it is "osa" or "library", or absent where unit, normalisation, order and y_axis are stated)");
+  }
+  named = true;
+  try {
+    return Combined(StatementOf(*convention), "its name " + Quoted(name->get<std::string>()), statement,
+                    "the convention");
+  } catch (const Error& error) {
+    source.Refuse(parent, error.what());
+  }
+}
+
+// Where nothing is wrong, nobody asks for the place, which takes a search of the text.
+template <class PlaceOf>
+double Number(const Source& source, PlaceOf place, const Path& path, const Json& value) {
+  if (!value.is_number()) {
+    source.Refuse(place(),
+                  Key(path) + " must be a number, not " + value.type_name() + "; write 0 for a term that is absent");
+  }
+  return value.get<double>();
+}
+
+Coefficients ReadList(const Source& source, const Json& array, Order order) {
+  std::vector<double> list;
+  for (const Json& value : array) {
+    const std::size_t element = list.size();
+    const auto place = [&source, element] { return PlaceOfElement(source.text, "coefficients", element); };
+    list.push_back(Number(source, place, {"coefficients[" + std::to_string(element) + "]"}, value));
+  }
+  if (list.empty()) source.Refuse({"coefficients"}, "key 'coefficients' holds no numbers; give at least one");
+  if (order == Order::kNamed) {
+    source.Refuse({"coefficients"},
+                  R"json(key 'coefficients' is an array, but the order is "named"; give an object )json"
+                  R"json(such as {"Z(2,0)": 0.1})json");
+  }
+  try {
+    return FromList(order, list);
+  } catch (const Error& error) {
+    source.Refuse({"coefficients"}, "key 'coefficients' holds " + std::string(error.what()));
+  }
+}
+
+std::optional<CoefficientName> NameOf(const Source& source, const std::string& key) {
+  const Path path = {"coefficients", key};
+  std::optional<CoefficientName> name;
+  try {
+    name = ParseCoefficientName(key);
+  } catch (const Error& error) {
+    source.Refuse(path, "key " + std::string(error.what()));
+  }
+  if (!name) source.Refuse(path, Key(path) + " names no coefficient; write Z4, Z(2,0) or c[2,-2]");
+  return name;
+}
+
+Coefficients ReadNamed(const Source& source, const Json& object, Order order) {
+  Coefficients coefficients;
+  std::set<std::size_t> seen;
+  for (const auto& [key, value] : object.items()) {
+    const Path path = {"coefficients", key};
+    std::size_t j = 0;
+    try {
+      j = OsaIndex(TermNamed(*NameOf(source, key), order));
+    } catch (const ErrorAt&) {
+      throw;
+    } catch (const Error& error) {
+      source.Refuse(path, Key(path) + ": " + error.what());
+    }
+    if (!seen.insert(j).second) {
+      source.Refuse(path, Key(path) + " names the term " + Symbol(Term(j)) + ", which is given already; keep one");
+    }
+    if (j >= coefficients.size()) coefficients.resize(j + 1);
+    coefficients[j] = Number(
+        source, [&] { return PlaceOfKey(source.text, path); }, path, value);
+  }
+  if (coefficients.empty()) source.Refuse({"coefficients"}, "key 'coefficients' holds no numbers; give at least one");
+  return coefficients;
+}
+
+// Whether an order must be stated to understand the coefficients.
+bool NeedsOrder(const Source& source, const Json& coefficients) {
+  if (coefficients.is_array()) return true;
+  const auto items = coefficients.items();
+  return std::any_of(items.begin(), items.end(), [&source](const auto& item) {
+    return std::holds_alternative<std::size_t>(*NameOf(source, item.key()));
+  });
+}
+
+const Json& CoefficientsOf(const Source& source, const Json& object) {
+  const auto found = object.find("coefficients");
+  if (found == object.end()) {
+    source.Refuse(Path{},
+                  "key 'coefficients' is missing; give an array of numbers, or an object such as "
+                  R"json({"Z(2,0)": 0.1})json");
+  }
+  if (!found->is_structured()) {
+    source.Refuse({"coefficients"}, std::string("key 'coefficients' must be an array, not ") + found->type_name() +
+                                        "; give numbers in square brackets");
+  }
+  return *found;
+}
+
+}  // namespace
+
+std::string ReadEyeBytes(const std::string& file) { return ReadBytes(file, kLargestFile); }
+
+Eye ReadEyeFile(const std::string& file, const Statement& stated) {
+  return EyeOfBytes(file, ReadEyeBytes(file), stated);
+}
+
+Eye EyeOfBytes(const std::string& file, std::string text, const Statement& stated) {
+  CheckText(file, text);
+  const Source source{file, text};
+  const Json object = Parse(source);
+  if (!object.is_object()) {
+    source.Refuse(Place{1, 1},
+                  std::string("must be a JSON object, not ") + object.type_name() + "; put its keys in braces");
+  }
+  RefuseUnknownKeys(source, {}, object, kKeys);
+  Eye eye;
+  eye.file = file;
+  eye.name = OptionalLine(source, object, "name");
+  eye.source = OptionalLine(source, object, "source");
+  eye.note = OptionalLine(source, object, "note");
+  bool named = false;
+  const Statement own = ReadStatement(source, object, named);
+  const Json& coefficients = CoefficientsOf(source, object);
+  StatedConvention complete{};
+  try {
+    Statement statement = Combined(stated, "the command line", own, "the file");
+    // A file with the short form of a convention may be silent about the side.
+    if (named && !statement.side) statement.side = Side::kUnknown;
+    complete = Complete(statement, NeedsOrder(source, coefficients));
+  } catch (const ErrorAt&) {
+    throw;
+  } catch (const Error& error) {
+    source.Refuse({"convention"}, error.what());
+  }
+  eye.pupil = complete.pupil;
+  eye.side = complete.side;
+  eye.convention = complete.convention;
+  eye.coefficients = coefficients.is_array() ? ReadList(source, coefficients, eye.convention.order)
+                                             : ReadNamed(source, coefficients, eye.convention.order);
+  return eye;
+}
+
+std::string EyeFileText(const Eye& eye) {
+  Json object, convention;
+  if (!eye.name.empty()) object["name"] = eye.name;
+  if (!eye.source.empty()) object["source"] = eye.source;
+  if (!eye.note.empty()) object["note"] = eye.note;
+  object[kPupilKey] = eye.pupil.value();
+  object[kSideKey] = Word(eye.side);
+  convention[kUnitKey] = Word(eye.convention.unit);
+  if (eye.convention.unit == Unit::kWaves) convention[kWavelengthKey] = eye.convention.wavelength.value();
+  convention[kNormalisationKey] = Word(eye.convention.normalisation);
+  convention[kOrderKey] = Word(eye.convention.order);
+  convention[kYAxisKey] = Word(eye.convention.yAxis);
+  object["convention"] = convention;
+  if (eye.convention.order == Order::kNamed) {
+    auto named = Json::object();
+    for (std::size_t j = 0; j < eye.coefficients.size(); ++j) named[Symbol(Term(j))] = eye.coefficients[j];
+    object["coefficients"] = named;
+  } else {
+    object["coefficients"] = ToList(eye.convention.order, eye.coefficients);
+  }
+  return object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace orvanel::files

@@ -1,0 +1,50 @@
+// Reads files, pipes and devices; a request to stop ends every wait for bytes.
+#ifndef ORVANEL_FILES_INPUT_FILE_H
+#define ORVANEL_FILES_INPUT_FILE_H
+
+#include <cstdint>
+#include <istream>
+#include <memory>
+#include <string>
+
+#include "base/layers.h"
+
+namespace orvanel::files {
+
+// The name that stands for standard input and standard output.
+constexpr const char* kStandardStream = "-";
+
+// A file's name for messages: "standard input" for "-".
+std::string InputName(const std::string& file);
+
+// A stream of bytes. Reading throws Interrupted where the program is asked to stop, and Error with the reason where the
+// bytes cannot be read; so a stream that ends without an exception has ended.
+class InputFile : public std::istream {
+ public:
+  // "-" is standard input. Throws Error with the reason. A pipe without a writer is opened at once; the first read
+  // waits for the writer.
+  explicit InputFile(const std::string& file);
+  // Takes over an open descriptor.
+  //   name  for messages
+  InputFile(int descriptor, const std::string& name);
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+  ~InputFile() override;
+
+  void Close();
+
+  // Of all bytes read from the file so far, which may be some more than were taken from the stream.
+  std::uint64_t bytesRead() const;
+  std::string hash() const;  // FNV-1a, in hexadecimal digits
+
+ private:
+  class Buffer;
+  std::unique_ptr<Buffer> buffer_;
+};
+
+// All bytes of a file of at most `most` bytes; of a larger one, a few more. Throws as InputFile does.
+std::string ReadBytes(const std::string& file, std::size_t most);
+
+}  // namespace orvanel::files
+
+#endif  // ORVANEL_FILES_INPUT_FILE_H

@@ -1,0 +1,176 @@
+// PNG in memory: the chunks are framed here, zlib compresses and sums. Source: Portable Network Graphics, 2nd edition.
+#include "files/pictures/png.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "base/error.h"
+#include "orvanel/orvanel.h"
+
+namespace orvanel::files {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct Format {
+  int width, height;
+  std::uint8_t bits;        // a channel
+  std::uint8_t colourType;  // as the header says it
+  std::size_t pixelBytes;
+
+  std::size_t RowBytes() const { return static_cast<std::size_t>(width) * pixelBytes; }
+};
+
+constexpr std::uint8_t kGrey = 0, kTrueColour = 2;
+
+// ---- Pixels as the file holds them: the higher byte first
+
+void Append(Bytes& bytes, std::uint8_t channel) { bytes.push_back(channel); }
+
+void Append(Bytes& bytes, std::uint16_t channel) {
+  bytes.push_back(static_cast<std::uint8_t>(channel >> 8));
+  bytes.push_back(static_cast<std::uint8_t>(channel & 0xff));
+}
+
+template <class Channel>
+void Append(Bytes& bytes, const Rgb<Channel>& colour) {
+  for (const Channel channel : {colour.red, colour.green, colour.blue}) Append(bytes, channel);
+}
+
+// ---- Filters: each byte less what its neighbours foretell, because differences compress better
+
+enum Filter : std::uint8_t { kNone, kLeft, kAbove, kAverage, kPaeth, kFilters };
+
+// Of left, above and corner the one nearest to left + above - corner.
+int Paeth(int left, int above, int corner) {
+  const int toLeft = std::abs(above - corner);
+  const int toAbove = std::abs(left - corner);
+  const int toCorner = std::abs(left + above - 2 * corner);
+  if (toLeft <= toAbove && toLeft <= toCorner) return left;
+  return toAbove <= toCorner ? above : corner;
+}
+
+int Foretold(Filter filter, int left, int above, int corner) {
+  switch (filter) {
+    case kLeft:
+      return left;
+    case kAbove:
+      return above;
+    case kAverage:
+      return (left + above) / 2;
+    case kPaeth:
+      return Paeth(left, above, corner);
+    default:
+      return 0;
+  }
+}
+
+// Writes the filter's number and the filtered row; `above` is the row before, zeros for the first.
+void FilterRow(Filter filter, const std::uint8_t* row, const std::uint8_t* above, const Format& format,
+               std::uint8_t* filtered) {
+  *filtered++ = filter;
+  for (std::size_t i = 0; i < format.RowBytes(); ++i) {
+    const bool first = i < format.pixelBytes;
+    const int left = first ? 0 : row[i - format.pixelBytes];
+    const int corner = first ? 0 : above[i - format.pixelBytes];
+    filtered[i] = static_cast<std::uint8_t>(row[i] - Foretold(filter, left, above[i], corner));
+  }
+}
+
+// How far the bytes, as signed differences, are from zero.
+long Weight(const Bytes& filtered) {
+  long weight = 0;
+  for (std::size_t i = 1; i < filtered.size(); ++i) weight += std::min<int>(filtered[i], 256 - filtered[i]);
+  return weight;
+}
+
+// Every row by the filter that makes it lightest.
+Bytes Filtered(const Bytes& samples, const Format& format) {
+  const std::size_t rowBytes = format.RowBytes();
+  const Bytes zeros(rowBytes);
+  const std::uint8_t* above = zeros.data();
+  Bytes result, trial(1 + rowBytes), best;
+  result.reserve((1 + rowBytes) * static_cast<std::size_t>(format.height));
+  for (const std::uint8_t* row = samples.data(); row != samples.data() + samples.size(); row += rowBytes) {
+    long least = 0;
+    for (int filter = kNone; filter < kFilters; ++filter) {
+      FilterRow(static_cast<Filter>(filter), row, above, format, trial.data());
+      const long weight = Weight(trial);
+      if (filter != kNone && weight >= least) continue;
+      least = weight;
+      best = trial;
+    }
+    result.insert(result.end(), best.begin(), best.end());
+    above = row;
+  }
+  return result;
+}
+
+// ---- Chunks
+
+std::string BigEndian(std::uint32_t number) {
+  std::string bytes;
+  for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(number >> shift & 0xff);
+  return bytes;
+}
+
+// Length, four letters, data, sum over letters and data.
+std::string Chunk(const char* letters, const std::string& data) {
+  const std::string summed = letters + data;
+  const uLong sum = crc32_z(0, reinterpret_cast<const Bytef*>(summed.data()), summed.size());
+  return BigEndian(static_cast<std::uint32_t>(data.size())) + summed + BigEndian(static_cast<std::uint32_t>(sum));
+}
+
+std::string Header(const Format& format) {
+  std::string data = BigEndian(static_cast<std::uint32_t>(format.width));
+  data += BigEndian(static_cast<std::uint32_t>(format.height));
+  data += static_cast<char>(format.bits);
+  data += static_cast<char>(format.colourType);
+  return data + std::string(3, '\0');  // the only compression and filter method; no interlacing
+}
+
+std::string Compressed(const Bytes& bytes) {
+  uLongf size = compressBound(static_cast<uLong>(bytes.size()));
+  std::string data(size, '\0');
+  const int status =
+      compress(reinterpret_cast<Bytef*>(data.data()), &size, bytes.data(), static_cast<uLong>(bytes.size()));
+  if (status != Z_OK) throw Error(std::string("cannot make a PNG file: ") + zError(status));
+  data.resize(size);
+  return data;
+}
+
+template <class Pixel>
+std::string Encode(const Picture<Pixel>& picture, Pixels kind, std::uint8_t colourType, std::size_t channels) {
+  if (picture.width < 1 || picture.height < 1) throw Error("cannot make a PNG file: the picture has no pixels");
+  const auto bits = static_cast<std::uint8_t>(8 * sizeof(Pixel) / channels);
+  const Format format{picture.width, picture.height, bits, colourType, sizeof(Pixel)};
+  Bytes samples;
+  samples.reserve(picture.pixels.size() * sizeof(Pixel));
+  for (const Pixel& pixel : picture.pixels) Append(samples, pixel);
+  const std::string perceptual(1, '\0');
+  const std::string mark = kind == Pixels::kSrgb ? Chunk("sRGB", perceptual) : "";
+  return "\x89PNG\r\n\x1a\n" + Chunk("IHDR", Header(format)) + mark +
+         Chunk("IDAT", Compressed(Filtered(samples, format))) + Chunk("IEND", "");
+}
+
+}  // namespace
+
+GreyPicture GreyPictureOf(const std::vector<double>& plane) {
+  GreyPicture picture{ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, {}};
+  picture.pixels.reserve(plane.size());
+  for (const double v : plane) {
+    const double clipped = v > 0.0 ? std::min(v, 1.0) : 0.0;
+    picture.pixels.push_back(static_cast<std::uint8_t>(std::lround(255.0 * clipped)));
+  }
+  return picture;
+}
+
+std::string EncodePng(const GreyPicture& picture, Pixels kind) { return Encode(picture, kind, kGrey, 1); }
+std::string EncodePng(const ColourPicture& picture, Pixels kind) { return Encode(picture, kind, kTrueColour, 3); }
+std::string EncodePng(const DeepGreyPicture& picture, Pixels kind) { return Encode(picture, kind, kGrey, 1); }
+std::string EncodePng(const DeepColourPicture& picture, Pixels kind) { return Encode(picture, kind, kTrueColour, 3); }
+
+}  // namespace orvanel::files

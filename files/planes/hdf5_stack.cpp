@@ -1,0 +1,120 @@
+// Planes are compressed by whoever has the time, and stored as they come.
+#include "files/planes/hdf5_stack.h"
+
+#include "base/error.h"
+
+#if ORVANEL_WITH_HDF5
+
+#include <zlib.h>
+
+#include <bit>
+#include <limits>
+#include <list>
+
+#include "files/planes/hdf5_handle.h"
+#include "orvanel/orvanel.h"
+
+namespace orvanel::files {
+namespace {
+
+constexpr hsize_t kSide = ORVANEL_GRID_SIZE;
+constexpr unsigned kLevel = 6;
+
+}  // namespace
+
+// The filters shuffle, all first bytes, then all second ones, and deflate.
+std::string CompressedPlane(const double* samples) {
+  static_assert(std::endian::native == std::endian::little);
+  constexpr std::size_t kBytes = sizeof(double) * ORVANEL_PLANE_SAMPLES;
+  std::vector<unsigned char> shuffled(kBytes);
+  const auto* const bytes = reinterpret_cast<const unsigned char*>(samples);
+  for (std::size_t b = 0; b < sizeof(double); ++b) {
+    for (std::size_t i = 0; i < ORVANEL_PLANE_SAMPLES; ++i) {
+      shuffled[b * ORVANEL_PLANE_SAMPLES + i] = bytes[sizeof(double) * i + b];
+    }
+  }
+  uLongf size = compressBound(kBytes);
+  std::string compressed(size, '\0');
+  if (compress2(reinterpret_cast<Bytef*>(compressed.data()), &size, shuffled.data(), kBytes, kLevel) != Z_OK) {
+    throw Error("cannot compress a plane: zlib refuses");
+  }
+  compressed.resize(size);
+  compressed.shrink_to_fit();
+  return compressed;
+}
+
+struct Hdf5Stack::State {
+  Handle file = CreateInMemory();
+  std::list<Handle> planes;
+  hsize_t eyes = 0;
+};
+
+Hdf5Stack::Hdf5Stack(const std::vector<StackedPlane>& kinds) : state_(std::make_unique<State>()) {
+  for (const StackedPlane& kind : kinds) {
+    constexpr hsize_t kNone[] = {0, kSide, kSide}, kMost[] = {H5S_UNLIMITED, kSide, kSide}, kOne[] = {1, kSide, kSide};
+    const double missing = std::numeric_limits<double>::quiet_NaN();
+    const Handle space(H5Screate_simple(3, kNone, kMost), H5Sclose);
+    const Handle properties(H5Pcreate(H5P_DATASET_CREATE), H5Pclose);
+    Require(H5Pset_obj_track_times(properties, false));
+    Require(H5Pset_chunk(properties, 3, kOne));
+    Require(H5Pset_shuffle(properties));
+    Require(H5Pset_deflate(properties, kLevel));
+    Require(H5Pset_fill_value(properties, H5T_NATIVE_DOUBLE, &missing));
+    state_->planes.emplace_back(
+        H5Dcreate2(state_->file, kind.name.c_str(), H5T_IEEE_F64LE, space, H5P_DEFAULT, properties, H5P_DEFAULT),
+        H5Dclose);
+    WriteText(state_->planes.back(), "description", kind.description);
+    WriteText(state_->planes.back(), "units", kind.unit);
+    WriteText(state_->planes.back(), "view", kind.view);
+  }
+}
+
+Hdf5Stack::~Hdf5Stack() = default;
+
+void Hdf5Stack::Add(const std::vector<std::string>& compressed) {
+  const hsize_t offset[] = {state_->eyes, 0, 0}, shape[] = {++state_->eyes, kSide, kSide};
+  std::size_t i = 0;
+  for (const Handle& plane : state_->planes) {
+    Require(H5Dset_extent(plane, shape));
+    if (compressed.empty()) continue;
+    Require(H5Dwrite_chunk(plane, H5P_DEFAULT, 0, offset, compressed[i].size(), compressed[i].data()));
+    ++i;
+  }
+}
+
+void Hdf5Stack::AddNumbers(const std::string& name, const std::string& description,
+                           const std::vector<double>& numbers) {
+  const hsize_t count = numbers.size();
+  const Handle space(H5Screate_simple(1, &count, nullptr), H5Sclose);
+  const Handle properties(H5Pcreate(H5P_DATASET_CREATE), H5Pclose);
+  Require(H5Pset_obj_track_times(properties, false));
+  const Handle dataset(
+      H5Dcreate2(state_->file, name.c_str(), H5T_IEEE_F64LE, space, H5P_DEFAULT, properties, H5P_DEFAULT), H5Dclose);
+  Require(H5Dwrite(dataset, H5T_NATIVE_DOUBLE, H5S_ALL, H5S_ALL, H5P_DEFAULT, numbers.data()));
+  WriteText(dataset, "description", description);
+}
+
+std::string Hdf5Stack::Finish() {
+  state_->planes.clear();
+  return ImageOf(state_->file);
+}
+
+}  // namespace orvanel::files
+
+#else  // nobody comes here: the format is refused by its name
+
+namespace orvanel::files {
+
+struct Hdf5Stack::State {};
+
+std::string CompressedPlane(const double* /*samples*/) { throw Error("made without libhdf5"); }
+Hdf5Stack::Hdf5Stack(const std::vector<StackedPlane>& /*kinds*/) { throw Error("made without libhdf5"); }
+Hdf5Stack::~Hdf5Stack() = default;
+void Hdf5Stack::Add(const std::vector<std::string>& /*compressed*/) {}
+void Hdf5Stack::AddNumbers(const std::string& /*name*/, const std::string& /*description*/,
+                           const std::vector<double>& /*numbers*/) {}
+std::string Hdf5Stack::Finish() { return {}; }
+
+}  // namespace orvanel::files
+
+#endif

@@ -1,0 +1,38 @@
+// The planes of one eye on their way into a file, with what each of them means.
+#ifndef ORVANEL_FILES_PLANES_PLANE_SET_H
+#define ORVANEL_FILES_PLANES_PLANE_SET_H
+
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "base/layers.h"
+
+namespace orvanel::files {
+
+// Something that a file says about its planes. The name is an identifier with the unit in it, such as
+// "pupil_diameter_mm"; text is UTF-8 in one line.
+struct Fact {
+  std::string name;
+  std::variant<double, std::string, std::vector<double>> value;
+};
+
+// 256 x 256 samples, row-major, row 0 at the top.
+struct NamedPlane {
+  std::string name;         // the beginning of a file's name
+  std::string description;  // one line
+  std::string unit;         // of the samples; "1" where they have none
+  const std::vector<double>* samples;
+  double samplesPerCm;         // the resolution that a picture file states, on retina or pupil; 0 where there is none
+  std::vector<Fact> spacings;  // between neighbouring samples, on each scale
+  std::vector<Fact> view;      // texts: from where it is looked at and, where that is known, which side is nasal
+};
+
+struct PlaneSet {
+  std::vector<NamedPlane> planes;
+  std::vector<Fact> facts;  // about the eye
+};
+
+}  // namespace orvanel::files
+
+#endif  // ORVANEL_FILES_PLANES_PLANE_SET_H

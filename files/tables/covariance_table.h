@@ -1,0 +1,29 @@
+// A covariance of Zernike coefficients from a table.
+#ifndef ORVANEL_FILES_TABLES_COVARIANCE_TABLE_H
+#define ORVANEL_FILES_TABLES_COVARIANCE_TABLE_H
+
+#include <istream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/layers.h"
+#include "eye/convention.h"
+
+namespace orvanel::files {
+
+struct CovarianceTable {
+  std::vector<std::string> names;  // of the columns, as they stand there
+  std::vector<std::size_t> terms;  // the same by OSA index
+  std::vector<double> matrix;      // row by row
+};
+
+// Reads CSV: the first row names the coefficients, each further row is one of the matrix. A first column without the
+// name of a coefficient labels the rows, with the same names in the same order. Throws ErrorAt.
+//   order  of columns that are named by numbers
+CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order,
+                               bool decimalComma = false);
+
+}  // namespace orvanel::files
+
+#endif  // ORVANEL_FILES_TABLES_COVARIANCE_TABLE_H

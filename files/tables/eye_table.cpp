@@ -1,0 +1,361 @@
+// The header is understood once, each row only converted.
+#include "files/tables/eye_table.h"
+
+#include <algorithm>
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+#include "base/number_text.h"
+#include "base/spelling.h"
+#include "base/visible_text.h"
+
+namespace orvanel::files {
+namespace {
+
+constexpr const char* kStatementKeys[] = {kUnitKey,  kWavelengthKey, kNormalisationKey, kOrderKey,
+                                          kYAxisKey, kSideKey,       kPupilKey};
+
+// Columns of a clinic's refraction.
+constexpr const char* kPrescriptionNames[3][4] = {
+    {"sphere", "sph", "s", "sphere_d"}, {"cylinder", "cyl", "c", "cylinder_d"}, {"axis", "ax", "a", "axis_deg"}};
+
+// Which of the three a name means.
+std::optional<std::size_t> PrescriptionPart(const std::string& folded) {
+  for (std::size_t part = 0; part < 3; ++part) {
+    const auto& names = kPrescriptionNames[part];
+    if (std::find(std::begin(names), std::end(names), folded) != std::end(names)) return part;
+  }
+  return std::nullopt;
+}
+
+// "carried through: id, visit and 60 more" behind what the summary has; nothing where there is no column.
+void AppendColumns(std::string& summary, const char* use, const std::vector<std::string>& names,
+                   const std::vector<std::size_t>& columns) {
+  constexpr std::size_t kMost = 40, kLongest = 40;
+  if (columns.empty()) return;
+  summary += (summary.empty() ? "" : "; ") + std::string(use) + ": ";
+  for (std::size_t i = 0; i < columns.size() && i < kMost; ++i) {
+    summary += (i == 0 ? "" : ", ") + Shortened(Trimmed(names[columns[i]]), kLongest);
+  }
+  if (columns.size() > kMost) summary += " and " + std::to_string(columns.size() - kMost) + " more";
+}
+
+// A column that is nearly one of ours would be taken for the user's own and silently left out.
+std::size_t MostEdits(std::size_t length) { return length < 6 ? 1 : 2; }
+
+std::size_t Position(Order order) { return static_cast<std::size_t>(order); }
+
+}  // namespace
+
+EyeColumns::EyeColumns(const Record& header, std::string file, const Statement& stated, TableOptions options)
+    : file_(std::move(file)), stated_(stated), options_(options) {
+  std::unordered_map<std::string, std::size_t> seen;
+  for (std::size_t column = 0; column < header.size(); ++column) {
+    names_.emplace_back(header[column]);
+    const auto [earlier, isNew] = seen.emplace(names_.back(), column);
+    if (!isNew) {
+      Refuse(header, column, "the column " + Quoted(names_.back()) + " stands in the header twice; keep one");
+    }
+  }
+  Sort(header);
+  CheckPrescription(header);
+  if (coefficients_.empty()) {
+    Refuse(header, 0, "no column holds coefficients; name them Z4, Z(2,0) or c[2,-2] in the first row");
+  }
+  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) Resolve(order);
+}
+
+void EyeColumns::Refuse(const Record& row, std::size_t column, const std::string& reason) const {
+  throw ErrorAt(file_, row.size() == 0 ? Place{1, 1} : row.place(std::min(column, row.size() - 1)), reason);
+}
+
+void EyeColumns::Sort(const Record& header) {
+  for (std::size_t column = 0; column < names_.size(); ++column) {
+    std::optional<CoefficientName> coefficient;
+    try {
+      coefficient = ParseCoefficientName(names_[column]);
+    } catch (const Error& error) {
+      Refuse(header, column, "the column " + std::string(error.what()));
+    }
+    if (coefficient) {
+      numbered_ = numbered_ || std::holds_alternative<std::size_t>(*coefficient);
+      coefficients_.push_back({column, *coefficient});
+    } else if (!SortStatement(header, column) && !SortPrescription(header, column)) {
+      if (Trimmed(names_[column]) == "name") nameColumn_ = column;
+      identifiers_.push_back(column);
+    }
+  }
+}
+
+// False where the column states nothing.
+bool EyeColumns::SortStatement(const Record& header, std::size_t column) {
+  const std::string folded = Folded(names_[column]);
+  const auto same = [&folded](const char* key) { return folded == key; };
+  const auto* const key = std::find_if(std::begin(kStatementKeys), std::end(kStatementKeys), same);
+  if (key != std::end(kStatementKeys)) {
+    const auto again = [key](const StatementColumn& earlier) { return earlier.key == *key; };
+    if (std::any_of(statements_.begin(), statements_.end(), again)) {
+      Refuse(header, column, "the column '" + folded + "' stands in the header twice; keep one");
+    }
+    statements_.push_back({column, *key});
+    return true;
+  }
+  if (PrescriptionPart(folded)) return false;  // "axis" is near to "y_axis"
+  if (const auto slip = Nearest(folded, kStatementKeys, MostEdits)) {
+    Refuse(header, column,
+           "the column " + Quoted(names_[column]) + " is not known; did you mean '" + std::string(*slip) +
+               "'? If it is your own, give it another name");
+  }
+  return false;
+}
+
+// False where the column holds no part of a refraction, or is the user's own.
+bool EyeColumns::SortPrescription(const Record& header, std::size_t column) {
+  if (!options_.prescription) return false;
+  const std::optional<std::size_t> part = PrescriptionPart(Folded(names_[column]));
+  if (!part) return false;
+  if (prescription_[*part]) {
+    Refuse(header, column,
+           "the columns " + Quoted(names_[*prescription_[*part]]) + " and " + Quoted(names_[column]) +
+               " both hold the " + kPrescriptionNames[*part][0] + "; keep one");
+  }
+  prescription_[*part] = column;
+  return true;
+}
+
+void EyeColumns::CheckPrescription(const Record& header) const {
+  if (!options_.prescription) return;
+  const auto& [sphere, cylinder, axis] = prescription_;
+  if (!sphere) {
+    Refuse(header, 0,
+           "no column holds the sphere of a refraction; name it sphere, or leave --prescription-columns away");
+  }
+  if (cylinder.has_value() != axis.has_value()) {
+    Refuse(header, cylinder ? *cylinder : *axis, "cylinder and axis belong together; add the column that is missing");
+  }
+}
+
+std::string EyeColumns::Summary() const {
+  std::vector<std::size_t> coefficients, prescription;
+  for (const CoefficientColumn& coefficient : coefficients_) coefficients.push_back(coefficient.column);
+  for (const auto& column : prescription_) {
+    if (column) prescription.push_back(*column);
+  }
+  std::string summary;
+  AppendColumns(summary, "read as coefficients", names_, coefficients);
+  AppendColumns(summary, "added as refraction", names_, prescription);
+  AppendColumns(summary, "carried through", names_, identifiers_);
+  return summary;
+}
+
+void EyeColumns::Resolve(Order order) {
+  Resolved& resolved = resolved_[Position(order)];
+  std::set<std::size_t> seen;
+  for (const CoefficientColumn& coefficient : coefficients_) {
+    try {
+      const std::size_t j = OsaIndex(TermNamed(coefficient.name, order));
+      if (!seen.insert(j).second) throw Error("the term " + Symbol(Term(j)) + " has a column already; keep one");
+      resolved.osa.push_back(j);
+    } catch (const Error& error) {
+      resolved.faulty = coefficient.column;
+      resolved.fault = error.what();
+      return;
+    }
+  }
+}
+
+bool EyeColumns::HasOrderColumn() const {
+  return std::any_of(statements_.begin(), statements_.end(),
+                     [](const StatementColumn& statement) { return statement.key == kOrderKey; });
+}
+
+std::optional<Order> EyeColumns::CommonOrder() const {
+  if (stated_.order || numbered_) return stated_.order;
+  return Order::kNamed;
+}
+
+std::vector<std::size_t> EyeColumns::Terms() const {
+  std::set<std::size_t> terms;
+  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) {
+    if (numbered_ && !HasOrderColumn() && stated_.order != order) continue;
+    const Resolved& resolved = resolved_[Position(order)];
+    terms.insert(resolved.osa.begin(), resolved.osa.end());
+  }
+  return {terms.begin(), terms.end()};
+}
+
+const std::vector<std::size_t>& EyeColumns::Terms(Order order) const { return resolved_[Position(order)].osa; }
+
+double EyeColumns::Number(const Record& row, std::size_t column) const {
+  try {
+    if (!options_.decimalComma && HasDecimalComma(row[column])) {
+      throw Error(Quoted(row[column]) + " has a decimal comma; say --decimal-comma, or write it with a point");
+    }
+    return ParseNumber(row[column], options_.decimalComma ? ',' : '.');
+  } catch (const Error& error) {
+    Refuse(row, column, "column " + Quoted(names_[column]) + ": " + error.what());
+  }
+}
+
+Statement EyeColumns::StatementOfRow(const Record& row) const {
+  Statement own;
+  for (const auto& [column, key] : statements_) {
+    if (Trimmed(row[column]).empty()) continue;  // not stated
+    const bool isNumber = key == kPupilKey || key == kWavelengthKey;
+    const std::string text = isNumber ? ShortestText(Number(row, column)) : std::string(row[column]);
+    try {
+      State(own, key, text);
+    } catch (const Error& error) {
+      Refuse(row, column, "column " + Quoted(names_[column]) + ": " + error.what());
+    }
+  }
+  try {
+    return Combined(stated_, "the command line", own, "the table");
+  } catch (const Error& error) {
+    Refuse(row, statements_.front().column, error.what());
+  }
+}
+
+std::optional<PowerVector> EyeColumns::PrescriptionOfRow(const Record& row) const {
+  std::optional<std::size_t> empty, filled;
+  for (const auto& column : prescription_) {
+    if (column) (Trimmed(row[*column]).empty() ? empty : filled) = column;
+  }
+  if (!filled) return std::nullopt;
+  if (empty) {
+    Refuse(row, *empty,
+           "column " + Quoted(names_[*empty]) + " is empty and column " + Quoted(names_[*filled]) +
+               " is not; write 0 for none, or leave the whole refraction empty");
+  }
+  Refraction refraction{Dioptres(Number(row, *prescription_[0])), Dioptres(), Degrees(180.0)};
+  if (prescription_[1]) {
+    refraction.cylinder = Dioptres(Number(row, *prescription_[1]));
+    refraction.axis = Degrees(Number(row, *prescription_[2]));
+    if (!(refraction.axis >= Degrees() && refraction.axis <= Degrees(180.0))) {
+      Refuse(row, *prescription_[2],
+             "column " + Quoted(names_[*prescription_[2]]) + ": an axis is from 0 to 180 degrees");
+    }
+  }
+  return ToPowerVector(refraction);
+}
+
+Eye EyeColumns::Read(const Record& row) const {
+  if (row.size() != names_.size()) {
+    Refuse(row, names_.size(),
+           "the row has " + std::to_string(row.size()) + " fields where the header has " +
+               std::to_string(names_.size()) +
+               (row.size() > names_.size() ? "; are there decimal commas? Write numbers with a point"
+                                           : "; is the row cut off?"));
+  }
+  StatedConvention complete{};
+  try {
+    complete = Complete(StatementOfRow(row), numbered_);
+  } catch (const ErrorAt&) {
+    throw;
+  } catch (const Error& error) {
+    Refuse(row, 0, error.what());
+  }
+  const Resolved& resolved = resolved_[Position(complete.convention.order)];
+  if (resolved.faulty)
+    Refuse(row, *resolved.faulty, "column " + Quoted(names_[*resolved.faulty]) + ": " + resolved.fault);
+  Eye eye;
+  eye.file = file_;
+  if (nameColumn_) eye.name = VisibleText(row[*nameColumn_]);
+  eye.pupil = complete.pupil;
+  eye.side = complete.side;
+  eye.convention = complete.convention;
+  eye.coefficients.resize(1 + *std::max_element(resolved.osa.begin(), resolved.osa.end()));
+  for (std::size_t i = 0; i < coefficients_.size(); ++i) {
+    eye.coefficients[resolved.osa[i]] = Number(row, coefficients_[i].column);
+  }
+  eye.prescription = PrescriptionOfRow(row);
+  return eye;
+}
+
+EyeTable::EyeTable(std::istream& stream, std::string file, TableKind kind, const Statement& stated,
+                   TableOptions options)
+    : file_(std::move(file)), stated_(stated), options_(options) {
+  if (kind == TableKind::kCsv) {
+    csv_.emplace(stream, file_, options.decimalComma);
+  } else if (options.decimalComma) {
+    throw Error(file_ + ": numbers of JSON have a decimal point; leave --decimal-comma away");
+  } else {
+    ndjson_.emplace(stream, file_);
+  }
+  ReadHeader();
+}
+
+void EyeTable::ReadHeader() {
+  const bool found = csv_ ? csv_->Next(header_) : ndjson_->Next(header_, row_);
+  if (!found) throw ErrorAt(file_, {1, 1}, "the table is empty; its first row names the columns");
+  firstRowRead_ = ndjson_.has_value();
+  columns_ = std::make_unique<EyeColumns>(header_, file_, stated_, options_);
+  for (const std::size_t column : columns_->identifiers()) {
+    slots_.push_back(identifierNames_.size());
+    identifierNames_.push_back(columns_->names()[column]);
+    if (ndjson_) slotOf_.emplace(identifierNames_.back(), slots_.back());
+  }
+}
+
+bool EyeTable::NextRow() {
+  if (csv_) return csv_->Next(row_);
+  if (std::exchange(firstRowRead_, false)) return true;
+  if (!ndjson_->Next(header_, row_)) return false;
+  // Understood anew only where the keys have changed.
+  bool same = header_.size() == columns_->names().size();
+  for (std::size_t i = 0; same && i < header_.size(); ++i) same = header_[i] == columns_->names()[i];
+  if (!same) UnderstandKeys();
+  return true;
+}
+
+void EyeTable::UnderstandKeys() {
+  auto columns = std::make_unique<EyeColumns>(header_, file_, stated_, options_);
+  std::vector<std::size_t> slots;
+  for (const std::size_t column : columns->identifiers()) {
+    const std::string& name = columns->names()[column];
+    const auto found = slotOf_.find(name);
+    if (found == slotOf_.end()) {
+      throw ErrorAt(file_, row_.place(column),
+                    "key " + Quoted(name) + " does not stand in the first row; add it there, if it is to be kept");
+    }
+    slots.push_back(found->second);
+  }
+  columns_ = std::move(columns);
+  slots_ = std::move(slots);
+}
+
+// What could be read of a row that is not well formed, or whose keys are wrong. Of CSV, the last field is the one at
+// fault.
+void EyeTable::IdentifyFaulty(TableEye& eye) const {
+  for (std::size_t i = 0; csv_ && i < slots_.size(); ++i) {
+    const std::size_t column = columns_->identifiers()[i];
+    if (column + 1 < row_.size()) eye.identifiers[slots_[i]] = row_[column];
+  }
+  for (std::size_t column = 0; ndjson_ && column < header_.size(); ++column) {
+    const auto slot = slotOf_.find(std::string(header_[column]));
+    if (slot != slotOf_.end()) eye.identifiers[slot->second] = row_[column];
+  }
+}
+
+bool EyeTable::Next(TableEye& eye) {
+  eye.line = 0;
+  eye.identifiers.assign(identifierNames_.size(), {});
+  try {
+    if (!NextRow()) return false;
+  } catch (const ErrorAt&) {
+    IdentifyFaulty(eye);
+    throw;
+  }
+  eye.line = row_.line();
+  for (std::size_t i = 0; i < slots_.size(); ++i) {
+    const std::size_t column = columns_->identifiers()[i];
+    if (column < row_.size()) eye.identifiers[slots_[i]] = row_[column];
+  }
+  eye.eye = columns_->Read(row_);
+  return true;
+}
+
+bool EyeTable::Skip() { return NextRow(); }
+
+}  // namespace orvanel::files

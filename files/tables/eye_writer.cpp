@@ -1,0 +1,78 @@
+// Lines with commas.
+#include "files/tables/eye_writer.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <set>
+#include <utility>
+
+#include "base/error.h"
+#include "base/number_text.h"
+#include "eye/column_name.h"
+#include "eye/statement.h"
+#include "files/tables/csv.h"
+
+namespace orvanel::files {
+namespace {
+
+std::string Line(const std::vector<std::string>& fields) {
+  std::string line;
+  for (const std::string& field : fields) {
+    line += CsvField(field);
+    line += ',';
+  }
+  line.back() = '\n';
+  return line;
+}
+
+}  // namespace
+
+EyeWriter::EyeWriter(std::vector<std::string> identifierNames, Order order, const std::vector<std::size_t>& terms)
+    : identifierNames_(std::move(identifierNames)), order_(order) {
+  for (const std::size_t j : terms) {
+    if (order != Order::kFringe || FringeIndex(Term(j))) terms_.push_back(j);
+  }
+}
+
+std::string EyeWriter::Header() const {
+  std::vector<std::string> names = identifierNames_;
+  names.insert(names.end(), {kPupilKey, kSideKey, kUnitKey, kWavelengthKey, kNormalisationKey, kOrderKey, kYAxisKey});
+  for (const std::size_t j : terms_) names.push_back(NameIn(order_, Term(j)));
+  return Line(names);
+}
+
+std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& identifiers) const {
+  const Convention& convention = eye.convention;
+  if (const auto term = TermWithoutPlace(order_, eye.coefficients)) {
+    throw Error("the term " + Symbol(*term) + ", " + Name(*term) + ", is not 0 and has no number in the order " +
+                std::string(Word(order_)) + "; convert to another order, such as named");
+  }
+  for (std::size_t j = 0; j < eye.coefficients.size(); ++j) {
+    if (eye.coefficients[j] != 0.0 && !std::binary_search(terms_.begin(), terms_.end(), j)) {
+      throw Error("the term " + Symbol(Term(j)) + " is not 0 and does not stand in the first row; add it there");
+    }
+  }
+  std::vector<std::string> fields = identifiers;
+  fields.push_back(ShortestText(eye.pupil.value()));
+  fields.emplace_back(Word(eye.side));
+  fields.emplace_back(Word(convention.unit));
+  fields.push_back(convention.unit == Unit::kWaves ? ShortestText(convention.wavelength.value()) : "");
+  fields.emplace_back(Word(convention.normalisation));
+  fields.emplace_back(Word(order_));
+  fields.emplace_back(Word(convention.yAxis));
+  for (const std::size_t j : terms_) {
+    fields.push_back(ShortestText(j < eye.coefficients.size() ? eye.coefficients[j] : 0.0));
+  }
+  return Line(fields);
+}
+
+std::vector<std::size_t> WithLowerOrders(const std::vector<std::size_t>& terms) {
+  std::set<std::size_t> all;
+  for (const std::size_t j : terms) {
+    const auto [n, m] = Term(j);
+    for (int k = std::abs(m); k <= n; k += 2) all.insert(OsaIndex({k, m}));
+  }
+  return {all.begin(), all.end()};
+}
+
+}  // namespace orvanel::files

@@ -1,0 +1,36 @@
+// Rows of a table of eyes, as EyeTable reads them.
+#ifndef ORVANEL_FILES_TABLES_EYE_WRITER_H
+#define ORVANEL_FILES_TABLES_EYE_WRITER_H
+
+#include <string>
+#include <vector>
+
+#include "base/layers.h"
+#include "eye/eye.h"
+
+namespace orvanel::files {
+
+class EyeWriter {
+ public:
+  //   identifierNames  the user's own columns, which come first
+  //   order            in which all eyes are given
+  //   terms            by OSA index, those that may differ from 0; what the order has no place for gets no column
+  EyeWriter(std::vector<std::string> identifierNames, Order order, const std::vector<std::size_t>& terms);
+
+  std::string Header() const;
+
+  // The row of an eye whose convention has this order. Throws Error where a term that is not 0 has no column.
+  std::string Row(const Eye& eye, const std::vector<std::string>& identifiers) const;
+
+ private:
+  std::vector<std::string> identifierNames_;
+  Order order_;
+  std::vector<std::size_t> terms_;
+};
+
+// The terms that rescaling of the pupil makes of these: those of lower order and the same frequency.
+std::vector<std::size_t> WithLowerOrders(const std::vector<std::size_t>& terms);
+
+}  // namespace orvanel::files
+
+#endif  // ORVANEL_FILES_TABLES_EYE_WRITER_H

@@ -1,0 +1,28 @@
+// TIFF files in memory.
+#ifndef ORVANEL_FILES_TIFF_MEMORY_H
+#define ORVANEL_FILES_TIFF_MEMORY_H
+
+#include <tiffio.h>
+
+#include <memory>
+#include <string>
+
+#include "base/layers.h"
+
+namespace orvanel::files {
+
+// The bytes of a file and the place where the next is read or written.
+struct TiffMemory {
+  std::string bytes;
+  std::size_t position = 0;
+};
+
+using TiffHandle = std::unique_ptr<TIFF, void (*)(TIFF*)>;
+
+// Opens the file, which must outlive the handle; null where it is no TIFF file. libtiff's own messages are silenced.
+//   mode  as TIFFOpen has it
+TiffHandle OpenTiff(TiffMemory& file, const char* mode);
+
+}  // namespace orvanel::files
+
+#endif  // ORVANEL_FILES_TIFF_MEMORY_H

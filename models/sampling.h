@@ -1,0 +1,28 @@
+// The sampling of an eye's results by its pupil, in types with units.
+#ifndef ORVANEL_MODELS_SAMPLING_H
+#define ORVANEL_MODELS_SAMPLING_H
+
+#include "base/layers.h"
+#include "base/units.h"
+
+namespace orvanel::models {
+
+// The library's one wavelength.
+Millimetres Wavelength();
+
+// Half the side of the PSF on the retina, on the library scale.
+Millimetres PsfHalfWidth(Millimetres pupil);
+
+// Where the sections of the MTF end, on the library scale.
+CyclesPerDegree FrequencyRange(Millimetres pupil);
+
+// The outer diameter in samples of the ring that is drawn for an acuity, on the library scale. Throws Error where the
+// ring is too small to be drawn.
+int RingDiameter(Millimetres pupil, double acuity);
+
+// The acuity of a ring of this diameter, on the library scale.
+double EffectiveAcuity(Millimetres pupil, int diameter);
+
+}  // namespace orvanel::models
+
+#endif  // ORVANEL_MODELS_SAMPLING_H

@@ -1,0 +1,15 @@
+// The sRGB curve between the values of a picture file and light. Source: IEC 61966-2-1.
+#ifndef ORVANEL_TARGETS_SRGB_H
+#define ORVANEL_TARGETS_SRGB_H
+
+#include "base/layers.h"
+
+namespace orvanel::targets {
+
+// Both take and give 0 to 1 and leave 0 and 1 as they are.
+double LightOfSrgb(double value);
+double SrgbOfLight(double light);
+
+}  // namespace orvanel::targets
+
+#endif  // ORVANEL_TARGETS_SRGB_H

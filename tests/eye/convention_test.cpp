@@ -1,0 +1,233 @@
+// Conversion of coefficients, against polynomials evaluated here from their definition.
+#include "eye/convention.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "base/error.h"
+#include "orvanel/optics_engine.h"
+#include "tests/eye/zernike_truth.h"
+
+namespace orvanel::eye {
+namespace {
+
+std::vector<double> Single(std::size_t j, double value) {
+  std::vector<double> coefficients(j + 1, 0.0);
+  coefficients[j] = value;
+  return coefficients;
+}
+
+TEST(Convention, OsaTermsKeepTheirShapeHeightAndOrientation) {
+  // At a height of 0.37 um the library's polynomials, of at most 4 operations for each of up to 9 summands below 60,
+  // and the conversion's three roundings stay well within this, in mm.
+  constexpr double kWavefrontError = 0.37e-3 * 1e-13;
+  constexpr int kRow = 104, kColumn = 161;  // up and to the right of the centre
+  const long double x = (kColumn - 128) / 64.0L, y = (128 - kRow) / 64.0L;
+  OpticsEngine engine(ORVANEL_GRID_SIZE);
+  for (std::size_t j = 3; j < ORVANEL_COEFFICIENTS; ++j) {
+    const LibraryCoefficients library = ToLibrary(kOsaConvention, Single(j, 0.37));
+    double bare[ORVANEL_COEFFICIENTS];
+    for (std::size_t k = 0; k < library.size(); ++k) bare[k] = library[k].value();
+    engine.synthesizeWavefront(bare, 6.0, 1, 1, 1);
+    const long double truth = 0.37e-3L * OsaPolynomial(Term(j).n, Term(j).m, x, y);
+    EXPECT_NEAR(engine.wavefrontPlane(kRow, kColumn), static_cast<double>(truth), kWavefrontError) << "term " << j;
+  }
+}
+
+TEST(Convention, OsaDefocusIsTimesRootThreeAndAThousandth) {
+  const LibraryCoefficients library = ToLibrary(kOsaConvention, Single(4, 0.37));
+  EXPECT_DOUBLE_EQ(library[4].value(), 0.37e-3 * std::sqrt(3.0));
+}
+
+TEST(Convention, OsaVerticalComaChangesItsSign) {
+  const LibraryCoefficients library = ToLibrary(kOsaConvention, Single(7, 0.37));
+  EXPECT_DOUBLE_EQ(library[7].value(), -0.37e-3 * std::sqrt(8.0));
+}
+
+TEST(Convention, OsaHorizontalComaKeepsItsSign) {
+  const LibraryCoefficients library = ToLibrary(kOsaConvention, Single(8, -0.37));
+  EXPECT_DOUBLE_EQ(library[8].value(), -0.37e-3 * std::sqrt(8.0));
+}
+
+TEST(Convention, LibraryCoefficientsStayAsTheyAreAndTheRestIsZero) {
+  const LibraryCoefficients library = ToLibrary(kLibraryConvention, {0.1, -0.2, 0.3, -4e-4});
+  EXPECT_EQ(library[0], Millimetres(0.1));
+  EXPECT_EQ(library[1], Millimetres(-0.2));
+  EXPECT_EQ(library[2], Millimetres(0.3));
+  EXPECT_EQ(library[3], Millimetres(-4e-4));
+  for (std::size_t j = 4; j < library.size(); ++j) EXPECT_EQ(library[j], Millimetres(0.0));
+}
+
+// Every unit, normalisation and direction.
+std::vector<Convention> AllConventions() {
+  std::vector<Convention> all;
+  for (const Unit unit : {Unit::kMillimetres, Unit::kMicrometres, Unit::kNanometres, Unit::kWaves}) {
+    for (const Normalisation normalisation : {Normalisation::kOrthonormal, Normalisation::kNone}) {
+      for (const YAxis yAxis : {YAxis::kUp, YAxis::kDown}) {
+        for (const double wavelength : {555.5, 787.3}) {
+          Convention convention{unit, Nanometres(), normalisation, Order::kNamed, yAxis};
+          if (unit == Unit::kWaves) convention.wavelength = Nanometres(wavelength);
+          all.push_back(convention);
+        }
+      }
+    }
+  }
+  return all;
+}
+
+// Metres of orthonormal polynomials, y upwards.
+long double Truth(const Convention& convention, std::size_t j, double c) {
+  const ZernikeTerm term = Term(j);
+  long double value = c;
+  if (convention.normalisation == Normalisation::kNone) value /= Norm(term.n, term.m);
+  if (convention.yAxis == YAxis::kDown && term.m < 0) value = -value;
+  switch (convention.unit) {
+    case Unit::kMillimetres:
+      return value * 1e-3L;
+    case Unit::kMicrometres:
+      return value * 1e-6L;
+    case Unit::kNanometres:
+      return value * 1e-9L;
+    case Unit::kWaves:
+      break;
+  }
+  return value * convention.wavelength.value() * 1e-9L;
+}
+
+Coefficients ManyDigits() {
+  Coefficients coefficients(kMostTerms);
+  for (std::size_t j = 0; j < coefficients.size(); ++j) {
+    coefficients[j] = std::sin(1.7 * static_cast<double>(j) + 0.3) / (1.0 + 0.1 * static_cast<double>(j));
+  }
+  return coefficients;
+}
+
+TEST(Convention, AnyToAnyKeepsTheWavefront) {
+  constexpr long double kRelative = 1e-15L;
+  const Coefficients given = ManyDigits();
+  for (const Convention& from : AllConventions()) {
+    for (const Convention& to : AllConventions()) {
+      const Coefficients converted = Converted(given, from, to);
+      const Coefficients back = Converted(converted, to, from);
+      for (std::size_t j = 0; j < given.size(); ++j) {
+        const long double truth = Truth(from, j, given[j]);
+        EXPECT_LE(std::fabs(Truth(to, j, converted[j]) - truth), kRelative * std::fabs(truth))
+            << Text(from) << " to " << Text(to) << ", " << Symbol(Term(j));
+        EXPECT_LE(std::fabs(back[j] - given[j]), 1e-15 * std::fabs(given[j])) << Text(from) << " and back, " << j;
+      }
+    }
+  }
+}
+
+TEST(Convention, ToItselfChangesNoBit) {
+  for (const Convention& convention : AllConventions()) {
+    EXPECT_EQ(Converted(ManyDigits(), convention, convention), ManyDigits()) << Text(convention);
+  }
+}
+
+TEST(Convention, ZeroKeepsItsSign) {
+  for (const double c : Converted({0, 0, 0, 0}, kOsaConvention, kLibraryConvention)) EXPECT_FALSE(std::signbit(c));
+  for (const double c : Mirrored({0, 0, 0, 0})) EXPECT_FALSE(std::signbit(c));
+}
+
+TEST(Convention, ListsOfEveryOrderGoThereAndBack) {
+  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe}) {
+    std::vector<double> list;
+    for (int i = 0; i < 37; ++i) list.push_back(0.25 + i);
+    EXPECT_EQ(ToList(order, FromList(order, list)), list) << Word(order);
+  }
+}
+
+TEST(Convention, ListsPutEachNumberAtItsTerm) {
+  const std::vector<double> list = {0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 1.0};
+  EXPECT_EQ(FromList(Order::kOsa, list).at(OsaIndex({3, 1})), 0.9);
+  EXPECT_EQ(FromList(Order::kNoll, list).at(OsaIndex({3, 1})), 0.8);
+  EXPECT_EQ(FromList(Order::kFringe, list).at(OsaIndex({3, 1})), 0.7);
+  EXPECT_EQ(FromList(Order::kFringe, list).at(OsaIndex({4, 0})), 0.9);
+}
+
+TEST(Convention, AListLongerThanItsOrderIsRefused) {
+  EXPECT_NO_THROW(FromList(Order::kFringe, std::vector<double>(37)));
+  EXPECT_THROW(FromList(Order::kFringe, std::vector<double>(38)), Error);
+  EXPECT_NO_THROW(FromList(Order::kOsa, std::vector<double>(kMostTerms)));
+  EXPECT_THROW(FromList(Order::kOsa, std::vector<double>(kMostTerms + 1)), Error);
+  EXPECT_THROW(FromList(Order::kNoll, std::vector<double>(kMostTerms + 1)), Error);
+}
+
+TEST(Convention, FringeRefusesTheSixfoldTermsUnlessTheyAreZero) {
+  Coefficients coefficients(28);
+  coefficients[4] = 0.4;
+  EXPECT_EQ(ToList(Order::kFringe, coefficients), (std::vector<double>{0, 0, 0, 0.4}));
+  coefficients[OsaIndex({6, -6})] = -1e-300;
+  try {
+    ToList(Order::kFringe, coefficients);
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(std::string(error.what()),
+              "the term Z(6,-6), oblique hexafoil, is -1e-300 and has no number in the order fringe; convert to "
+              "another order, such as named");
+  }
+}
+
+TEST(Convention, TheLibraryRefusesOrdersAboveSixUnlessTheyAreZero) {
+  Coefficients coefficients(45);
+  EXPECT_NO_THROW(ToLibrary(kOsaConvention, coefficients));
+  coefficients[OsaIndex({8, 0})] = 0.01;
+  try {
+    ToLibrary(kOsaConvention, coefficients);
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(std::string(error.what()),
+              "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the simulation takes the orders 0 to 6; "
+              "let --highest-order 6 drop what is above");
+  }
+}
+
+TEST(Convention, AMirrorExchangesLeftAndRight) {
+  const Coefficients given = ManyDigits(), mirrored = Mirrored(given);
+  for (std::size_t j = 0; j < given.size(); ++j) {
+    const auto [n, m] = Term(j);
+    constexpr long double kX = 0.3L, kY = 0.55L;
+    const auto right = static_cast<double>(given[j] * OsaPolynomial(n, m, kX, kY));
+    const auto left = static_cast<double>(mirrored[j] * OsaPolynomial(n, m, -kX, kY));
+    EXPECT_NEAR(left, right, 1e-12) << Symbol({n, m});  // values below 10, of sums below 1e5 in long double
+  }
+  EXPECT_EQ(Mirrored(mirrored), given);
+}
+
+TEST(Convention, WordsAreReadAsTheyAreWritten) {
+  EXPECT_EQ(WordsOf<Unit>(), "mm, um, nm, waves");
+  EXPECT_EQ(WordsOf<Normalisation>(), "orthonormal, none");
+  EXPECT_EQ(WordsOf<Order>(), "osa, noll, fringe, named");
+  EXPECT_EQ(WordsOf<YAxis>(), "up, down");
+  EXPECT_EQ(WordsOf<Side>(), "OD, OS, unknown");
+  EXPECT_EQ(ValueOf<Unit>("nm"), Unit::kNanometres);
+  EXPECT_EQ(ValueOf<Unit>("pm"), std::nullopt);
+  EXPECT_EQ(ConventionNamed("library"), kLibraryConvention);
+  EXPECT_EQ(ConventionNamed("noll"), std::nullopt);
+  EXPECT_EQ(Text(kLibraryConvention), "mm, not normalised, order osa, y down");
+}
+
+TEST(Convention, WordsAreReadAsOthersWriteThemToo) {
+  for (const char* word : {"UM", " um ", "\xC2\xB5m", "\xCE\xBCm", "micron", "Microns", "micrometers"}) {
+    EXPECT_EQ(ValueOf<Unit>(word), Unit::kMicrometres) << word;
+  }
+  EXPECT_EQ(ValueOf<Unit>("Millimetres"), Unit::kMillimetres);
+  EXPECT_EQ(ValueOf<Unit>("nanometers"), Unit::kNanometres);
+  EXPECT_EQ(ValueOf<Unit>("Wave"), Unit::kWaves);
+  EXPECT_EQ(ValueOf<Unit>("m"), std::nullopt);
+  for (const char* word : {"od", "R", "right", "Right", "RE"}) EXPECT_EQ(ValueOf<Side>(word), Side::kOd) << word;
+  for (const char* word : {"os", "L", "left", "LE\t"}) EXPECT_EQ(ValueOf<Side>(word), Side::kOs) << word;
+  EXPECT_EQ(ValueOf<Side>("O"), std::nullopt);
+  EXPECT_EQ(ValueOf<Order>("OSA"), Order::kOsa);
+  EXPECT_EQ(ValueOf<Order>("ANSI"), Order::kOsa);
+  EXPECT_EQ(ValueOf<Order>("Noll"), Order::kNoll);
+  EXPECT_EQ(ValueOf<Normalisation>("Orthonormal"), Normalisation::kOrthonormal);
+  EXPECT_EQ(ValueOf<YAxis>("UP"), YAxis::kUp);
+  EXPECT_EQ(ConventionNamed("OSA"), kOsaConvention);
+}
+
+}  // namespace
+}  // namespace orvanel::eye

@@ -1,0 +1,52 @@
+// Squares of numbers with names.
+#include "files/tables/covariance_table.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "base/error.h"
+
+namespace orvanel::files {
+namespace {
+
+CovarianceTable TableOf(const std::string& text, std::optional<Order> order = Order::kNoll) {
+  std::istringstream stream(text);
+  return ReadCovariance(stream, "cov.csv", order);
+}
+
+std::string Refusal(const std::string& text) {
+  try {
+    TableOf(text);
+  } catch (const Error& error) {
+    return error.what();
+  }
+  return "accepted";
+}
+
+TEST(CovarianceTable, IsReadWithAndWithoutLabels) {
+  for (const char* text : {"Z4,\"Z(3,-1)\"\n1,0.25\n0.25,2\n", "term;Z4;Z(3,-1)\r\nZ4;1;0.25\r\nZ(3,-1);0.25;2\r\n"}) {
+    const CovarianceTable table = TableOf(text);
+    EXPECT_EQ(table.terms, (std::vector<std::size_t>{4, 7}));
+    EXPECT_EQ(table.matrix, (std::vector<double>{1, 0.25, 0.25, 2}));
+  }
+}
+
+TEST(CovarianceTable, NumbersFollowTheOrder) { EXPECT_EQ(TableOf("Z5\n1\n").terms, std::vector<std::size_t>{3}); }
+
+TEST(CovarianceTable, TellsWhatIsWrong) {
+  EXPECT_EQ(Refusal("Z4,Z4\n1,0\n0,1\n"), "cov.csv: line 1, column 4: the term Z(2,0) has a column already; keep one");
+  EXPECT_EQ(Refusal("Z4,Z5\n1,0\n"), "cov.csv: has 1 rows below its 2 names; a covariance is square");
+  EXPECT_EQ(Refusal("Z4\n1\n2\n"),
+            "cov.csv: line 3, column 1: the matrix has a row for each column already; a covariance is square");
+  EXPECT_EQ(Refusal("t,Z4,Z5\nZ5,1,0\nZ4,0,1\n"),
+            "cov.csv: line 2, column 1: the row is labelled 'Z5' where 'Z4' is due; rows stand in the order of the "
+            "columns");
+  EXPECT_EQ(Refusal("Z4\nnan\n"), "cov.csv: line 2, column 1: column 'Z4': 'nan' is not finite; give a number");
+  EXPECT_EQ(Refusal("Z4,Z5\n1\n"), "cov.csv: line 2, column 1: the row has 1 fields where the header has 2");
+  EXPECT_NE(Refusal("Z4,foo\n1,0\n0,1\n").find("'foo' names no coefficient"), std::string::npos);
+  EXPECT_NE(Refusal("").find("the table is empty"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace orvanel::files

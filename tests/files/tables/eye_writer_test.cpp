@@ -1,0 +1,67 @@
+// Rows of eyes: what is written is read back the same.
+#include "files/tables/eye_writer.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "base/error.h"
+#include "files/tables/eye_table.h"
+
+namespace orvanel::files {
+namespace {
+
+Eye Lopsided(Order order) {
+  Eye eye;
+  eye.pupil = Millimetres(5.0 / 3.0);
+  eye.side = Side::kOs;
+  eye.convention = {Unit::kWaves, Nanometres(543.21), Normalisation::kNone, order, YAxis::kDown};
+  eye.coefficients = {0, 0, 0, 1.0 / 3.0, -2.0 / 7.0, 0, 5e-324, 0, 0, 1e300, 0, 0, 0.1};
+  return eye;
+}
+
+const std::vector<std::size_t> kTerms = {3, 4, 6, 9, 12};
+
+TEST(EyeWriter, RowsAreReadBackToTheBit) {
+  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) {
+    const EyeWriter writer({"id", "note"}, order, kTerms);
+    const Eye eye = Lopsided(order);
+    std::istringstream stream(writer.Header() + writer.Row(eye, {"", "a,\"b\"\nc"}));
+    EyeTable table(stream, "t.csv", TableKind::kCsv, {});
+    TableEye row;
+    ASSERT_TRUE(table.Next(row)) << Word(order);
+    EXPECT_EQ(row.identifiers, (std::vector<std::string>{"", "a,\"b\"\nc"}));
+    EXPECT_EQ(row.eye.pupil, eye.pupil);
+    EXPECT_EQ(row.eye.side, eye.side);
+    EXPECT_EQ(row.eye.convention, eye.convention);
+    EXPECT_EQ(row.eye.coefficients, eye.coefficients);
+  }
+}
+
+TEST(EyeWriter, WhatHasNoColumnIsRefusedUnlessItIsZero) {
+  const EyeWriter writer({}, Order::kOsa, {3, 4});
+  Eye eye = Lopsided(Order::kOsa);
+  EXPECT_THROW(writer.Row(eye, {}), Error);
+  eye.coefficients = {0, 0, 0, 1, 2, 0};
+  EXPECT_NO_THROW(writer.Row(eye, {}));
+}
+
+TEST(EyeWriter, FringeRefusesTheSixfoldTerms) {
+  const std::size_t hexafoil = OsaIndex({6, 6});
+  const EyeWriter writer({}, Order::kFringe, {4, hexafoil});
+  EXPECT_EQ(writer.Header(), "pupil_diameter_mm,eye,unit,wavelength_nm,normalisation,order,y_axis,Z4\n");
+  Eye eye = Lopsided(Order::kFringe);
+  eye.coefficients.assign(hexafoil + 1, 0.0);
+  EXPECT_NO_THROW(writer.Row(eye, {}));
+  eye.coefficients[hexafoil] = 0.1;
+  EXPECT_THROW(writer.Row(eye, {}), Error);
+}
+
+TEST(EyeWriter, RescalingMakesTermsOfLowerOrder) {
+  EXPECT_EQ(WithLowerOrders({OsaIndex({6, 2}), OsaIndex({3, -1})}),
+            (std::vector<std::size_t>{OsaIndex({1, -1}), OsaIndex({2, 2}), OsaIndex({3, -1}), OsaIndex({4, 2}),
+                                      OsaIndex({6, 2})}));
+}
+
+}  // namespace
+}  // namespace orvanel::files

@@ -1,0 +1,22 @@
+// The star that the program shows.
+#include "targets/sector_star.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "orvanel/orvanel.h"
+
+namespace orvanel::targets {
+namespace {
+
+TEST(SectorStar, IsBlackAndWhiteAndHasItsLight) {
+  const Plane star = SectorStar();
+  ASSERT_EQ(star.size(), static_cast<std::size_t>(ORVANEL_PLANE_SAMPLES));
+  EXPECT_TRUE(std::all_of(star.begin(), star.end(), [](double v) { return v == 0.0 || v == 1.0; }));
+  EXPECT_EQ(std::accumulate(star.begin(), star.end(), 0.0), 32402.0);
+}
+
+}  // namespace
+}  // namespace orvanel::targets
