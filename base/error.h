@@ -13,7 +13,7 @@ class Error : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The work is done, but some rows of a table are at fault.
+// The work is done, but some rows of a table are invalid.
 class FaultyRows : public Error {
  public:
   using Error::Error;

@@ -18,11 +18,11 @@ std::string FixedText(double number, int decimals);
 // The shortest text that reads back as the same number.
 std::string ShortestText(double number);
 
-// The number that a text holds, and nothing else but blanks around it. Throws Error with the remedy; a number that is
-// not finite, an empty text, and a decimal point or comma that is not the one given are refused.
+// Parses a text that holds one number; blanks around it are allowed. Throws Error, which says how to fix the text, for an
+// empty text, a number that is not finite, and a decimal point or comma other than `point`.
 double ParseNumber(std::string_view text, char point = '.');
 
-// Whether a text is a number but for its commas: "0,12", "1.234,5".
+// Whether a text would be a number without its commas: "0,12", "1.234,5".
 bool HasDecimalComma(std::string_view text);
 
 // The text without blanks and tabulators around it.

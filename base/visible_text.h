@@ -11,7 +11,7 @@ namespace orvanel {
 // characters and those that change the direction of writing become \u202e.
 std::string VisibleText(std::string_view text);
 
-// The same, but for line feeds.
+// The same, except that line feeds stay.
 std::string VisibleLines(std::string_view text);
 
 }  // namespace orvanel
