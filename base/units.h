@@ -1,4 +1,4 @@
-// A quantity with a unit is a type of its own; mixing two does not compile.
+// Quantities with units: each unit is a separate type, and mixing two does not compile.
 #ifndef ORVANEL_BASE_UNITS_H
 #define ORVANEL_BASE_UNITS_H
 
