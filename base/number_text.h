@@ -18,8 +18,8 @@ std::string FixedText(double number, int decimals);
 // The shortest text that reads back as the same number.
 std::string ShortestText(double number);
 
-// Parses a text that holds one number; blanks around it are allowed. Throws Error, which says how to fix the text, for an
-// empty text, a number that is not finite, and a decimal point or comma other than `point`.
+// Parses a text that holds one number; blanks around it are allowed. Throws Error, which says how to fix the text, for
+// an empty text, a number that is not finite, and a decimal point or comma other than `point`.
 double ParseNumber(std::string_view text, char point = '.');
 
 // Whether a text would be a number without its commas: "0,12", "1.234,5".
