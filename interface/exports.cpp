@@ -114,7 +114,7 @@ int OrvanelGetMTFGraph(double* rowSection, double* columnSection, double* diffra
   constexpr int kCount = ORVANEL_SECTION_SAMPLES;
   double row[kCount];
   double column[kCount];
-  CutSections(module.mtfPlane.data(), ORVANEL_GRID_SIZE, kCount, row, column);
+  CutSections({module.mtfPlane.data(), ORVANEL_GRID_SIZE}, kCount, row, column);
   StoreAll(rowSection, row, kCount);
   StoreAll(columnSection, column, kCount);
   if (diffractionLimit != nullptr) {

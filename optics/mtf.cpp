@@ -1,22 +1,22 @@
-// Sections of a modulation transfer function, and that of a perfect pupil.
+// Cuts the sections of a modulation transfer function, and computes the one of a perfect pupil.
 #include "optics/mtf.h"
 
 #include <cmath>
 
 #include "base/elementary.h"
-#include "optics/samples.h"
 
 namespace orvanel {
 namespace {
 
-constexpr double kTwoOverPi = 0.636619772367582;
+constexpr double kTwoOverPi = 0.636619772367582;  // contract: shorter than 2 / pi of a double
 
 }  // namespace
 
-void CutSections(const double* mtf, int n, int count, double* rowSection, double* columnSection) {
+void CutSections(ConstPlaneView mtf, int count, double* rowSection, double* columnSection) {
+  const int n = mtf.side;
   for (int i = 0; i < count; ++i) {
-    rowSection[i] = mtf[SampleIndex(n / 2, n / 2 + i, n)];
-    columnSection[i] = mtf[SampleIndex(n / 2 + i, n / 2, n)];
+    rowSection[i] = Load(mtf.samples, SampleIndex(n / 2, n / 2 + i, n));
+    columnSection[i] = Load(mtf.samples, SampleIndex(n / 2 + i, n / 2, n));
   }
 }
 

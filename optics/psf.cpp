@@ -1,29 +1,29 @@
-// Point spread function: from the wavefront to the image of a point on the retina.
+// Computes the stages from a wavefront to its point spread function.
 #include "optics/psf.h"
 
 #include <algorithm>
 
 #include "base/elementary.h"
-#include "optics/samples.h"
 #include "orvanel/constants.h"
 
 namespace orvanel {
 
-void PupilFunction(const double* wavefront, double wavelength, int n, double* re, double* im) {
-  for (std::size_t i = 0; i < SampleCount(n); ++i) {
+void PupilFunction(ConstPlaneView wavefront, double wavelength, ComplexView field) {
+  for (std::size_t i = 0; i < wavefront.size(); ++i) {
     const double w = wavefront[i];
     const bool inside = w <= kLargestInside;
-    const SineCosine field = inside ? SineAndCosine((w / wavelength) * kShortTwoPi) : SineCosine{0.0, 0.0};
-    re[i] = field.cosine;
-    im[i] = field.sine;
+    const SineCosine value = inside ? SineAndCosine((w / wavelength) * kShortTwoPi) : SineCosine{0.0, 0.0};
+    field.re[i] = value.cosine;
+    field.im[i] = value.sine;
   }
 }
 
-Peak FindPeak(const double* intensity, int n) {
+Peak FindPeak(ConstPlaneView intensity) {
+  const int n = intensity.side;
   Peak peak{0.0, n / 2, n / 2};
   for (int r = 0; r < n; ++r) {
     for (int c = 0; c < n; ++c) {
-      const double value = intensity[SampleIndex(r, c, n)];
+      const double value = intensity(r, c);
       if (value > peak.value) peak = {value, r, c};
     }
   }
@@ -32,10 +32,11 @@ Peak FindPeak(const double* intensity, int n) {
 
 void RecentreLine(double* line, int index, int n) { std::rotate(line, line + (index + n / 2) % n, line + n); }
 
-void RecentrePlane(double* plane, int row, int column, int n) {
-  for (int r = 0; r < n; ++r) RecentreLine(plane + SampleIndex(r, 0, n), column, n);
-  // All columns shift alike, so that whole rows move.
-  std::rotate(plane, plane + SampleIndex((row + n / 2) % n, 0, n), plane + SampleCount(n));
+void RecentrePlane(PlaneView plane, int row, int column) {
+  const int n = plane.side;
+  for (int r = 0; r < n; ++r) RecentreLine(plane.row(r), column, n);
+  // All columns shift by the same amount, so that whole rows move.
+  std::rotate(plane.begin(), plane.row((row + n / 2) % n), plane.end());
 }
 
 double StrehlReference(int n, int m) {

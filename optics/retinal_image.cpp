@@ -3,48 +3,47 @@
 
 #include <cstddef>
 
-#include "optics/samples.h"
-
 namespace orvanel {
 
-void MultiplyByMirroredOtf(const double* objectReal, const double* objectImag, const double* otfReal,
-                           const double* otfImag, int n, double* productReal, double* productImag) {
+void MultiplyByMirroredOtf(ComplexView spectrum, ConstComplexView otf) {
+  const int n = spectrum.re.side;
   for (int r = 0; r < n; ++r) {
     for (int c = 0; c < n; ++c) {
       const std::size_t k = SampleIndex(r, c, n);
       const std::size_t m = SampleIndex(n - 1 - r, c, n);
-      const double re = otfReal[m] * objectReal[k] - objectImag[k] * otfImag[m];
-      productImag[k] = objectReal[k] * otfImag[m] + otfReal[m] * objectImag[k];
-      productReal[k] = re;
+      const double re = otf.re[m] * spectrum.re[k] - spectrum.im[k] * otf.im[m];
+      spectrum.im[k] = spectrum.re[k] * otf.im[m] + otf.re[m] * spectrum.im[k];
+      spectrum.re[k] = re;
     }
   }
 }
 
-double Total(const double* plane, int n) {
+double Total(ConstPlaneView plane) {
   double total = 0.0;
-  for (std::size_t k = 0; k < SampleCount(n); ++k) total += plane[k];
+  for (const double v : plane) total += v;
   return total;
 }
 
-void KeepTotal(const double* intensity, int n, double objectTotal, double* image) {
-  const double total = Total(intensity, n);
-  for (std::size_t k = 0; k < SampleCount(n); ++k) {
+void KeepTotal(ConstPlaneView intensity, double objectTotal, PlaneView image) {
+  const double total = Total(intensity);
+  for (std::size_t k = 0; k < intensity.size(); ++k) {
     double v = (objectTotal * intensity[k]) / total;
     if (v > 1.0) v = 1.0;
     if (!(v >= 0.0)) v = 0.0;
-    Store(image, k, v);
+    Store(image.samples, k, v);
   }
 }
 
-void Stretch(const double* intensity, int n, double* image) {
+void Stretch(ConstPlaneView intensity, PlaneView image) {
+  if (intensity.size() == 0) return;
   double largest = intensity[0];
   double smallest = intensity[0];
-  for (std::size_t k = 1; k < SampleCount(n); ++k) {
-    if (intensity[k] > largest) largest = intensity[k];
-    if (intensity[k] < smallest) smallest = intensity[k];
+  for (const double v : intensity) {
+    if (v > largest) largest = v;
+    if (v < smallest) smallest = v;
   }
-  for (std::size_t k = 0; k < SampleCount(n); ++k) {
-    Store(image, k, (intensity[k] - smallest) / (largest - smallest));
+  for (std::size_t k = 0; k < intensity.size(); ++k) {
+    Store(image.samples, k, (intensity[k] - smallest) / (largest - smallest));
   }
 }
 

@@ -1,23 +1,24 @@
-// The steps from object to retinal image.
+// Declares the stages from an object to its retinal image.
 #ifndef ORVANEL_OPTICS_RETINAL_IMAGE_H
 #define ORVANEL_OPTICS_RETINAL_IMAGE_H
 
+#include "optics/view.h"
+
 namespace orvanel {
 
-// product = object spectrum times transfer function, the rows of the latter read in reverse: row n - 1 - r for row r.
-// With the squared magnitude that follows, this filters with the PSF upside down, so that the image stands upright. The
-// product may take the object's place.
-void MultiplyByMirroredOtf(const double* objectReal, const double* objectImag, const double* otfReal,
-                           const double* otfImag, int n, double* productReal, double* productImag);
+// Multiplies an object's spectrum by a transfer function in place. The rows of the latter are read in reverse: row
+// n - 1 - r for row r. With the squared magnitude that follows, this filters with the PSF upside down, so that the
+// image is upright. contract: a mirror about the centre would read row n - r.
+void MultiplyByMirroredOtf(ComplexView spectrum, ConstComplexView otf);
 
-// image = intensity scaled to the sum objectTotal, then clipped to 0.0 .. 1.0; what is not a number becomes 0.0.
-void KeepTotal(const double* intensity, int n, double objectTotal, double* image);
+// image = intensity scaled to the sum objectTotal, then clipped to 0.0 .. 1.0; NaN becomes 0.0.
+void KeepTotal(ConstPlaneView intensity, double objectTotal, PlaneView image);
 
-// image = intensity stretched so that it spans exactly 0.0 to 1.0; not a number where it is constant.
-void Stretch(const double* intensity, int n, double* image);
+// image = intensity stretched so that it spans exactly 0.0 to 1.0; NaN where it is constant.
+void Stretch(ConstPlaneView intensity, PlaneView image);
 
 // Sum of the samples in row-major order.
-double Total(const double* plane, int n);
+double Total(ConstPlaneView plane);
 
 }  // namespace orvanel
 

@@ -4,45 +4,35 @@
 #include <algorithm>
 #include <cmath>
 
-#include "optics/kernels/kernels.h"
-#include "optics/samples.h"
-
 namespace orvanel {
 namespace {
 
-constexpr double kHalfMinuteOfArc = 0.000145444;  // radians, to six digits
+constexpr double kHalfMinuteOfArc = 0.000145444;  // contract: radians, to six digits
 constexpr double kRing = 0.0;
 constexpr double kBackground = 1.0;
 
-// Samples that a ring takes up on the retina, where quotient is strokes over acuity.
+// Samples across a ring on the retina, where quotient is strokes over acuity.
 double RawSize(const RingScale& scale, double quotient) {
   return quotient * scale.gridSize / scale.psfHalfWidth * scale.focalLength * kHalfMinuteOfArc;
 }
 
-// Only the full grid draws the five strokes into the rule of size.
+// contract: the rule of size has five strokes on the full grid, three on others.
 double Numerator(int n) { return n == 256 ? 5.0 : 3.0; }
 
 // Even rings are centred between four samples, odd ones on a sample.
 bool IsEven(int diameter) { return diameter % 2 == 0; }
 
-void DrawClosedRing(double* plane, int n, int diameter, const Kernels* kernels) {
-  const double centre = IsEven(diameter) ? n / 2 + 0.5 : n / 2;
+}  // namespace
+
+RingCircles CirclesOf(int diameter, int n) {
   const double outer = 0.5 * diameter;
   const double inner = outer - 0.2 * diameter;
-  if (kernels != nullptr) {
-    kernels->drawRing(plane, centre, inner * inner, outer * outer);
-    return;
-  }
-  for (int y = 0; y < n; ++y) {
-    for (int x = 0; x < n; ++x) {
-      const double d2 = (x - centre) * (x - centre) + (y - centre) * (y - centre);
-      Store(plane, SampleIndex(y, x, n), d2 <= outer * outer && d2 >= inner * inner ? kRing : kBackground);
-    }
-  }
+  return {IsEven(diameter) ? n / 2 + 0.5 : n / 2, inner * inner, outer * outer};
 }
 
-// Whitens a bar, as wide as the gap, from the centre to one edge of the plane.
-void OpenGap(double* plane, int n, int diameter, int gapDirection) {
+void OpenGap(PlaneView plane, int diameter, int gapDirection) {
+  if (gapDirection < 1 || gapDirection > 4) return;
+  const int n = plane.side;
   const GapRange across = GapAcross(diameter, n);
   const int onward = IsEven(diameter) ? n / 2 + 1 : n / 2;
   const GapRange along = gapDirection == 1 || gapDirection == 3 ? GapRange{onward, n - 1} : GapRange{0, n / 2};
@@ -51,12 +41,10 @@ void OpenGap(double* plane, int n, int diameter, int gapDirection) {
   const GapRange columns = vertical ? across : along;
   for (int y = std::max(rows.first, 0); y <= std::min(rows.last, n - 1); ++y) {
     for (int x = std::max(columns.first, 0); x <= std::min(columns.last, n - 1); ++x) {
-      Store(plane, SampleIndex(y, x, n), kBackground);
+      Store(plane.samples, SampleIndex(y, x, n), kBackground);
     }
   }
 }
-
-}  // namespace
 
 int RingDiameter(const RingScale& scale, double acuity) {
   // Beyond these the diameter would leave the range of int.
@@ -76,13 +64,15 @@ GapRange GapAcross(int diameter, int n) {
   return {n / 2 - halfWidth + (IsEven(diameter) ? 1 : 0), n / 2 + halfWidth};
 }
 
-void DrawRing(double* plane, int n, int diameter, int gapDirection, const Kernels* kernels) {
-  DrawClosedRing(plane, n, diameter, kernels);
-  if (gapDirection >= 1 && gapDirection <= 4) OpenGap(plane, n, diameter, gapDirection);
-}
-
 void DrawRing(double* plane, int n, int diameter, int gapDirection) {
-  DrawRing(plane, n, diameter, gapDirection, nullptr);
+  const auto [centre, innerSquared, outerSquared] = CirclesOf(diameter, n);
+  for (int y = 0; y < n; ++y) {
+    for (int x = 0; x < n; ++x) {
+      const double d2 = (x - centre) * (x - centre) + (y - centre) * (y - centre);
+      Store(plane, SampleIndex(y, x, n), d2 <= outerSquared && d2 >= innerSquared ? kRing : kBackground);
+    }
+  }
+  OpenGap({plane, n}, diameter, gapDirection);
 }
 
 }  // namespace orvanel

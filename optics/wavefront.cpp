@@ -1,10 +1,9 @@
-// Wavefront synthesis: the sum of the Zernike terms on every sample of the pupil.
+// Sums the Zernike terms on every sample of the pupil.
 #include "optics/wavefront.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "optics/samples.h"
 #include "orvanel/sampling.h"
 #include "orvanel/zernike.h"
 
@@ -20,8 +19,8 @@ double Spacing(int pupilSamples) { return 2.0 / (pupilSamples - 1); }
 // Index of the first coefficient of a radial order.
 constexpr std::size_t FirstOf(int order) { return static_cast<std::size_t>(order * (order + 1) / 2); }
 
-// W at one point: terms are added in the order of their index, each as f * c + W. A term without a coefficient adds
-// zero, and is passed over.
+// W at one point: terms are added in the order of their index, each as f * c + W. A term without coefficient would
+// add zero, and is skipped.
 double WavefrontAt(const Powers& x, const Powers& y, const SelectedTerms& terms) {
   double w = 0.0;
   for (int n = terms.firstOrder; n <= kLastOrder; ++n) {
@@ -53,8 +52,8 @@ SelectedTerms SelectTerms(const double* coefficients, int includeAstigmatism, in
   return terms;
 }
 
-void SynthesizeWavefront(const SelectedTerms& terms, int n, double* wavefront) {
-  const int samples = PupilSamples(n);
+void SynthesizeWavefront(const SelectedTerms& terms, PlaneView wavefront) {
+  const int n = wavefront.side, samples = PupilSamples(n);
   const double spacing = Spacing(samples);
   std::vector<Powers> columnPowers;
   columnPowers.reserve(static_cast<std::size_t>(std::max(n, 0)));
@@ -65,22 +64,21 @@ void SynthesizeWavefront(const SelectedTerms& terms, int n, double* wavefront) {
     const Powers y = PowersOf(dy * spacing);
     for (int c = 0; c < n; ++c) {
       const Powers& x = columnPowers[static_cast<std::size_t>(c)];
-      wavefront[SampleIndex(r, c, n)] =
-          IsInside(c - n / 2, dy, samples / 2) ? WavefrontAt(x, y, terms) : kWavefrontOutside;
+      wavefront(r, c) = IsInside(c - n / 2, dy, samples / 2) ? WavefrontAt(x, y, terms) : kWavefrontOutside;
     }
   }
 }
 
-void WriteCoordinate(const SampledPupil& pupil, Coordinate which, double* plane) {
-  const int n = pupil.gridSize, centre = n / 2, radius = pupil.samples / 2;
-  const double spacing = Spacing(pupil.samples);
+void WriteCoordinate(Coordinate which, double diameter, PlaneView plane) {
+  const int n = plane.side, centre = n / 2, samples = PupilSamples(n), radius = samples / 2;
+  const double spacing = Spacing(samples);
   for (int r = 0; r < n; ++r) {
     const int dy = r - centre;
     int width = 0;  // columns inside the pupil, from the centre on
     while (IsInside(width, dy, radius)) ++width;
     const int end = std::min(centre + width, n);
     for (int c = std::max(centre - width + 1, 0); c < end; ++c) {
-      Store(plane, SampleIndex(r, c, n), (which == Coordinate::kColumn ? c - centre : dy) * spacing * pupil.diameter);
+      Store(plane.samples, SampleIndex(r, c, n), (which == Coordinate::kColumn ? c - centre : dy) * spacing * diameter);
     }
   }
 }

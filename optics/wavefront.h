@@ -1,9 +1,10 @@
-// Wavefront over the pupil.
+// Declares the wavefront over the pupil and the coordinates of its samples.
 #ifndef ORVANEL_OPTICS_WAVEFRONT_H
 #define ORVANEL_OPTICS_WAVEFRONT_H
 
 #include <array>
 
+#include "optics/view.h"
 #include "orvanel/constants.h"
 
 namespace orvanel {
@@ -18,20 +19,13 @@ struct SelectedTerms {
 SelectedTerms SelectTerms(const double* coefficients, int includeAstigmatism, int includeAllSecondOrder,
                           int includeDefocus);
 
-// The wavefront of these terms on the n x n samples of the grid; kWavefrontOutside outside the pupil.
-void SynthesizeWavefront(const SelectedTerms& terms, int n, double* wavefront);
+// The wavefront of these terms inside the pupil; kWavefrontOutside outside.
+void SynthesizeWavefront(const SelectedTerms& terms, PlaneView wavefront);
 
-// The pupil of a synthesis, from which its coordinates follow.
-struct SampledPupil {
-  int gridSize;
-  int samples;
-  double diameter;
-};
-
-// The normalised coordinate along columns or rows times the pupil's diameter, on the samples inside the pupil; the
-// others are left as they are.
+// The normalised coordinate along columns or rows times the pupil's diameter, on the samples inside the pupil. The
+// other samples keep their values.
 enum class Coordinate { kColumn, kRow };
-void WriteCoordinate(const SampledPupil& pupil, Coordinate which, double* plane);
+void WriteCoordinate(Coordinate which, double diameter, PlaneView plane);
 
 }  // namespace orvanel
 

@@ -18,23 +18,23 @@ class LazyPlane {
   // The number of samples a side, the number of all samples, and their address.
   int side() const { return plane_.side(); }
   std::size_t size() const { return plane_.size(); }
-  double* data() { return Look().data(); }
-  const double* data() const { return Look().data(); }
+  double* data() { return Materialise().data(); }
+  const double* data() const { return Materialise().data(); }
   double* begin() { return data(); }
   double* end() { return data() + size(); }
   const double* begin() const { return data(); }
   const double* end() const { return data() + size(); }
 
   // One sample, by its element or by its row and column. The index is not checked.
-  double& operator[](std::size_t index) { return Look()[index]; }
-  double operator[](std::size_t index) const { return Look()[index]; }
-  double& operator()(int row, int column) { return Look()(row, column); }
-  double operator()(int row, int column) const { return Look()(row, column); }
+  double& operator[](std::size_t index) { return Materialise()[index]; }
+  double operator[](std::size_t index) const { return Materialise()[index]; }
+  double& operator()(int row, int column) { return Materialise()(row, column); }
+  double operator()(int row, int column) const { return Materialise()(row, column); }
 
   // Writes the samples to side x side doubles of any alignment.
   void CopyTo(double* samples) const {
-    if (const Writer due = due_; due != nullptr) {
-      due(source_, samples);
+    if (pending_ != nullptr) {
+      pending_(source_, samples);
     } else if (!written_) {
       std::memset(static_cast<void*>(samples), 0, size() * sizeof(double));
     } else {
@@ -43,7 +43,7 @@ class LazyPlane {
   }
 
   // Computes the plane if necessary, and returns it.
-  operator const GridPlane&() const { return Look(); }
+  operator const GridPlane&() const { return Materialise(); }
 
  private:
   friend class OpticsEngine;
@@ -54,32 +54,36 @@ class LazyPlane {
   // Computes the plane from its source.
   using Writer = void (*)(void* source, double* plane);
 
-  GridPlane& Look() const {
-    if (due_ != nullptr) {
-      const Writer due = due_;
-      due_ = nullptr;
-      due(source_, plane_.data());
+  // Runs the pending computation. From now on the plane is exposed: the host may have kept its address.
+  GridPlane& Materialise() const {
+    if (pending_ != nullptr) {
+      const Writer pending = pending_;
+      pending_ = nullptr;
+      pending(source_, plane_.data());
     } else if (!written_) {
       std::memset(plane_.data(), 0, size() * sizeof(double));
     }
     written_ = true;
-    looked_ = true;
+    exposed_ = true;
     return plane_;
   }
 
-  bool looked() const { return looked_; }
+  bool exposed() const { return exposed_; }
 
-  // Sets the pending computation; runs it now if the plane has been accessed.
-  void Due(Writer writer, void* source) {
-    due_ = writer;
+  // As if the host had accessed the plane: operations write it at once.
+  void Expose() { exposed_ = true; }
+
+  // Sets the pending computation; runs it now if the plane is exposed.
+  void SetPending(Writer writer, void* source) {
+    pending_ = writer;
     source_ = source;
-    if (looked_) Look();
+    if (exposed_) Materialise();
   }
 
   mutable GridPlane plane_;
-  mutable Writer due_ = nullptr;
+  mutable Writer pending_ = nullptr;
   mutable bool written_ = false;  // false: the samples are not yet zeroed, so that unused planes take up no memory
-  mutable bool looked_ = false;
+  mutable bool exposed_ = false;
   void* source_ = nullptr;
 };
 

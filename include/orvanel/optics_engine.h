@@ -259,9 +259,6 @@ class OpticsEngine {
   OpticsEngine(int n, std::unique_ptr<Workspace> workspace) noexcept;
   static std::unique_ptr<Workspace> MakeWorkspace(int n);
   void FormPsf(double wavelength);
-  void ImageOf(const void* complete, void* rows, double objectTotal, double* image);
-  void ImageOfPlanes(double* re, double* im, double* intensity, double objectTotal, double* image);
-  void Normalise(const double* intensity, double objectTotal, double* image) const;
   std::unique_ptr<Workspace> workspace_;
 };
 

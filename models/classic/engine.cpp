@@ -1,4 +1,4 @@
-// Life of an engine: its planes are allocated here, once.
+// Allocates an engine and its planes, once.
 #include <algorithm>
 #include <new>
 #include <stdexcept>
@@ -14,7 +14,7 @@ namespace orvanel {
 std::unique_ptr<OpticsEngine::Workspace> OpticsEngine::MakeWorkspace(int n) {
   std::unique_ptr<Workspace> workspace = Workspace::Make(n);
   if (workspace != nullptr) return workspace;
-  if (n == kKernelGrid) KernelVariant();  // throws where there are none
+  if (n == kKernelGrid) KernelVariant();  // throws if there are no kernels
   throw std::bad_alloc();
 }
 
@@ -28,16 +28,19 @@ std::optional<OpticsEngine> OpticsEngine::Make(std::nothrow_t /*unused*/, int n)
 
 OpticsEngine::OpticsEngine(int n, std::unique_ptr<Workspace> workspace) noexcept
     : gridSize(n),
-      psfPlane(workspace->PlaneAt(1, n)),
-      auxPlaneA(workspace->PlaneAt(7, n)),
-      phasePlane(workspace->PlaneAt(6, n)),
-      wavefrontPlane(workspace->PlaneAt(0, n)),  // the only one that every eye writes
-      pupilXPlane(workspace->PlaneAt(4, n)),
-      pupilYPlane(workspace->PlaneAt(5, n)),
-      otfRealPlane(workspace->PlaneAt(2, n)),
-      otfImagPlane(workspace->PlaneAt(3, n)),
+      psfPlane(workspace->PlaneAt(1)),
+      auxPlaneA(workspace->PlaneAt(7)),
+      phasePlane(workspace->PlaneAt(6)),
+      wavefrontPlane(workspace->PlaneAt(0)),  // the only plane that every eye writes
+      pupilXPlane(workspace->PlaneAt(4)),
+      pupilYPlane(workspace->PlaneAt(5)),
+      otfRealPlane(workspace->PlaneAt(2)),
+      otfImagPlane(workspace->PlaneAt(3)),
       workspace_(std::move(workspace)) {
   std::fill(wavefrontPlane.begin(), wavefrontPlane.end(), 0.0);
+  if (!workspace_->pipeline->HoldsTransferFunctions()) {
+    for (LazyPlane* const plane : {&phasePlane, &otfRealPlane, &otfImagPlane}) plane->Expose();
+  }
 }
 
 OpticsEngine::OpticsEngine(const double* coefficients, double diameter, int n, int includeAstigmatism,
@@ -57,22 +60,14 @@ const char* KernelVariant() {
 }
 
 bool OpticsEngine::Fft2(double* re, double* im, int n, int direction) {
-  const Kernels* const kernels = workspace_->kernels;
-  if (kernels == nullptr || n != kKernelGrid || re == nullptr || im == nullptr) {
-    return orvanel::Fft2(re, im, n, direction);
-  }
-  // Exchanging real and imaginary parts turns the sign of the exponent.
-  if (direction == 0) kernels->transform(re, im, 1.0 / (n * n), workspace_->tables, workspace_->ScratchOf());
-  if (direction == 1) kernels->transform(im, re, 1.0, workspace_->tables, workspace_->ScratchOf());
+  if (n != gridSize || re == nullptr || im == nullptr) return orvanel::Fft2(re, im, n, direction);
+  workspace_->pipeline->Transform({{re, n}, {im, n}}, direction);
   return true;
 }
 
 void OpticsEngine::CentredFft2(double* re, double* im, int direction, int n, int log2n) {
-  if (workspace_->kernels != nullptr && n == kKernelGrid && log2n == 8) {
-    workspace_->kernels->centredTransform(re, im, direction, workspace_->tables, workspace_->ScratchOf());
-  } else {
-    orvanel::CentredFft2(re, im, direction, n, log2n);
-  }
+  if (n != gridSize) return orvanel::CentredFft2(re, im, direction, n, log2n);
+  workspace_->pipeline->CentredTransform({{re, n}, {im, n}}, direction, log2n);
 }
 
 void OpticsEngine::ShiftedPowerSpectrum(double* out, const double* re, const double* im) const {

@@ -1,4 +1,4 @@
-// White-light point spread function.
+// Computes the white-light point spread function.
 #include <algorithm>
 #include <array>
 
@@ -20,7 +20,7 @@ constexpr std::array<Light, 3> kWhite = {{{0.000435835, 0.5}, {kSearchWavelength
 }  // namespace
 
 void OpticsEngine::RescalePlane(double* plane, double factor) {
-  double* const rescaled = workspace_->Spare();
+  double* const rescaled = workspace_->pipeline->Spare().samples;
   Rescale(plane, gridSize, factor, rescaled);
   StoreAll(plane, rescaled, SampleCount(gridSize));
 }

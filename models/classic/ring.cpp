@@ -1,5 +1,5 @@
-// Draws the broken ring for the PSF held, and prints its size.
-#include "optics/ring.h"
+// Draws the broken ring at the scale of the engine's PSF, and prints its trace line.
+#include "orvanel/ring.h"
 
 #include <charconv>
 #include <cstdio>
@@ -30,7 +30,11 @@ void OpticsEngine::DrawRingOptotype(double* plane, int n, double acuity, double*
   const int diameter = RingDiameter(scale, acuity);
   Trace(acuity, diameter);
   *effectiveAcuity = EffectiveAcuity(scale, diameter);
-  DrawRing(plane, n, diameter, gapDirection, n == kKernelGrid ? workspace_->kernels : nullptr);
+  if (n == gridSize) {
+    workspace_->pipeline->DrawRing({plane, n}, diameter, gapDirection);
+  } else {
+    DrawRing(plane, n, diameter, gapDirection);
+  }
 }
 
 }  // namespace orvanel

@@ -38,7 +38,7 @@ void Transform(double* re, double* im, double scale, const Tables& tables, const
 // Columns of an object's spectrum or of a transfer function: kWidth of them, and their mirror images, of which lane l
 // is column -(column + l), but column 128 in the place of column 0.
 struct FoldedColumns {
-  const void* spectrum;
+  const HalfSpectrum& spectrum;
 
   ORVANEL_INLINE_MEMBER Complex At(int p, int column) const { return HalfPanel(spectrum, column)[p]; }
   ORVANEL_INLINE_MEMBER Complex MirroredAt(int p, int column) const {
@@ -71,12 +71,12 @@ struct WholeColumns {
 template <class Otf>
 ORVANEL_INLINE double FilteredColumns(const ObjectSpectrum& object, const Otf& otf, const Tables& tables,
                                       const Scratch& scratch) {
-  const FoldedColumns objectColumns = {object.complete != nullptr ? object.complete : object.rows};
+  const FoldedColumns objectColumns = {object.spectrum};
   Complex* const lines = Lines(scratch);
   // Eight sums in every variant: lane l has the columns c with c % 8 = l, and their mirror images.
   V sums[8 / kWidth] = {};
   for (int column = 0; column < 128; column += kWidth) {
-    if (object.complete == nullptr) CompleteColumns(column, tables, scratch, object.rows);
+    if (object.pending != nullptr) CompleteColumns(column, tables, scratch, *object.pending);
     V& sum = sums[column / kWidth % (8 / kWidth)];
     const auto product = [&](Complex o, Complex h) __attribute__((always_inline)) {
       const Complex v = {o.re * h.im + h.re * o.im, h.re * o.re - o.im * h.im};
@@ -95,12 +95,6 @@ ORVANEL_INLINE double FilteredColumns(const ObjectSpectrum& object, const Otf& o
   double s[8];
   for (int l = 0; l < 8; ++l) s[l] = sums[l / kWidth][l % kWidth];
   return (((s[0] + s[1]) + (s[2] + s[3])) + ((s[4] + s[5]) + (s[6] + s[7]))) * 65536.0;
-}
-
-double FilteredColumns(const ObjectSpectrum& object, const TransferPlanes& otf, const Tables& tables,
-                       const Scratch& scratch) {
-  if (otf.spectrum != nullptr) return FilteredColumns(object, FoldedColumns{otf.spectrum}, tables, scratch);
-  return FilteredColumns(object, WholeColumns{otf.re, otf.im}, tables, scratch);
 }
 
 // Rows of the field from scratch, side by side.
@@ -132,9 +126,9 @@ ORVANEL_INLINE void ImageRows(const Tables& tables, const Scratch& scratch, doub
   }
 }
 
-void ImageKeepingTotal(const ObjectSpectrum& object, const TransferPlanes& otf, double objectTotal,
-                       const Tables& tables, const Scratch& scratch, double* image) {
-  const V factor = Splat(objectTotal / FilteredColumns(object, otf, tables, scratch));
+// The image from the field's columns in scratch: scaled by factor and clipped.
+[[gnu::noinline]] void WriteClipped(double scale, const Tables& tables, const Scratch& scratch, double* image) {
+  const V factor = Splat(scale);
   const V one = Splat(1.0);
   ImageRows(
       tables, scratch, image, [&](V v) __attribute__((always_inline)) {
@@ -144,9 +138,8 @@ void ImageKeepingTotal(const ObjectSpectrum& object, const TransferPlanes& otf, 
       });
 }
 
-void ImageStretched(const ObjectSpectrum& object, const TransferPlanes& otf, const Tables& tables,
-                    const Scratch& scratch, double* image) {
-  FilteredColumns(object, otf, tables, scratch);
+// The same, stretched.
+[[gnu::noinline]] void WriteStretched(const Tables& tables, const Scratch& scratch, double* image) {
   V largest = Splat(-__builtin_inf());
   V smallest = Splat(__builtin_inf());
   ImageRows(
@@ -163,6 +156,25 @@ void ImageStretched(const ObjectSpectrum& object, const TransferPlanes& otf, con
   const V lowest = Splat(least);
   const V range = Splat(most - least);
   for (int k = 0; k < kLength * kLength; k += kWidth) Store(image + k, (Load(image + k) - lowest) / range);
+}
+
+void WriteImage(const ImageScale& scale, double fieldTotal, const Tables& tables, const Scratch& scratch,
+                double* image) {
+  if (scale.keepsTotal) {
+    WriteClipped(scale.total / fieldTotal, tables, scratch, image);
+  } else {
+    WriteStretched(tables, scratch, image);
+  }
+}
+
+void Image(const ObjectSpectrum& object, const HalfSpectrum& otf, const ImageScale& scale, const Tables& tables,
+           const Scratch& scratch, double* image) {
+  WriteImage(scale, FilteredColumns(object, FoldedColumns{otf}, tables, scratch), tables, scratch, image);
+}
+
+void ImageThroughPlanes(const ObjectSpectrum& object, const TransferPlanes& otf, const ImageScale& scale,
+                        const Tables& tables, const Scratch& scratch, double* image) {
+  WriteImage(scale, FilteredColumns(object, WholeColumns{otf.re, otf.im}, tables, scratch), tables, scratch, image);
 }
 
 void DrawRing(double* plane, double centre, double innerSquared, double outerSquared) {

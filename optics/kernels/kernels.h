@@ -1,35 +1,43 @@
-// What the vector kernels offer: one table of functions per instruction set, all for planes of 256 x 256 samples and
-// all with the same bits. `dispatch.h` chooses a table; the steps of the engine pass it what they own.
+// Declares the vector kernels: one table of functions for each instruction set. All work on planes of 256 x 256
+// samples, and all tables give the same bits. `dispatch.h` chooses a table.
 #ifndef ORVANEL_OPTICS_KERNELS_KERNELS_H
 #define ORVANEL_OPTICS_KERNELS_KERNELS_H
 
 namespace orvanel {
 
-// Constants made once per process by the library's own arithmetic.
+constexpr int kKernelGrid = 256;    // samples a side of every plane
+constexpr int kWidestRegister = 8;  // doubles
+constexpr int kComplexBytes = 16;   // of a sample with real and imaginary part
+
+// Constants, computed once per process by the library's own arithmetic.
 struct Tables {
-  double cosine[256];  // element 16 n + k: cosine and sine of n k / 256 of a turn
-  double sine[256];
-  double centredCosine[2][256];  // those of CentredFft2, for a direction of at least 0 and for a negative one
-  double centredSine[2][256];
+  double cosine[kKernelGrid];  // element 16 n + k: cosine and sine of n k / 256 of a turn
+  double sine[kKernelGrid];
+  double centredCosine[2][kKernelGrid];  // those of CentredFft2, for a direction of at least 0 and for a negative one
+  double centredSine[2][kKernelGrid];
   void (*sineAndCosine)(double x, double* sine, double* cosine);  // any x, for the rare large ones
 };
 
-// What a kernel may write to without anybody seeing it, aligned to 64 bytes.
+// Memory for the length of one call, aligned to 64 bytes.
 struct Scratch {
   void* plane;  // kPlaneBytes
   void* lines;  // kLinesBytes
 };
-constexpr int kPlaneBytes = 16 * 256 * 256;
-constexpr int kLinesBytes = 24 * 256 * 8;
+constexpr int kPlaneBytes = kComplexBytes * kKernelGrid * kKernelGrid;
+constexpr int kLinesBytes = kComplexBytes * kWidestRegister * (kKernelGrid + kKernelGrid / 2);
 
-// Rows of an intensity plane are longer than 256: the first samples come once more behind the last.
-constexpr int kIntensityPitch = 264;
+// Rows of an intensity plane are longer than 256: they end with a copy of their first samples.
+constexpr int kIntensityPitch = kKernelGrid + kWidestRegister;
 
-// The spectrum of a real plane: columns 0 to 128, from which the others follow; kSpectrumBytes, aligned to 64 bytes, in
-// an order that is the kernels' own.
-constexpr int kSpectrumBytes = 16 * 136 * 264;
+// Half the spectrum of a real plane: columns 0 to 128, from which the others follow. The kernels choose the order of
+// its elements. Columns are in panels as wide as a register, the last of them for column 128; a panel has more rows
+// than the grid (see spectrum.h).
+constexpr int kPanelRows = kKernelGrid + 8;
+struct alignas(64) HalfSpectrum {
+  unsigned char bytes[kComplexBytes * (kKernelGrid / 2 + kWidestRegister) * kPanelRows];
+};
 
-// A PSF to be: factor * intensity, the sample (row, column) at its centre.
+// A PSF not yet written: factor * intensity, with the sample (row, column) at its centre.
 struct Recentring {
   const double* intensity;
   double factor;
@@ -37,18 +45,23 @@ struct Recentring {
   int column;
 };
 
-// An object: its spectrum, or else what realRows has left, of which an image makes the spectrum, in its place. That is
-// then complete: the next image takes it as such.
+// An object: its half spectrum. If the columns of that are still to be transformed, as realRows leaves them, `pending`
+// is the same half spectrum, and the image kernel transforms them in place.
 struct ObjectSpectrum {
-  const void* complete;
-  void* rows;
+  const HalfSpectrum& spectrum;
+  HalfSpectrum* pending;
 };
 
-// A transfer function, zero frequency at (0, 0): as a spectrum, or else as two planes.
+// A transfer function as two planes, zero frequency at (0, 0), which need not belong to a real PSF.
 struct TransferPlanes {
-  const void* spectrum;
   const double* re;
   const double* im;
+};
+
+// How an image is scaled: to a total, and clipped to 0 .. 1; or stretched to span 0 .. 1.
+struct ImageScale {
+  bool keepsTotal;
+  double total;  // ignored where the image is stretched
 };
 
 struct Kernels {
@@ -58,7 +71,7 @@ struct Kernels {
   void (*synthesize)(const double* coefficients, int firstOrder, double* wavefront);
 
   // Intensity of the field of a wavefront, without the scale 1/n^2 of the field, zero frequency at (0, 0), in rows of
-  // kIntensityPitch; and its maximum in each row. Without a plane for the intensity only the maxima are made.
+  // kIntensityPitch; and its maximum in each row. If `intensity` is null, only the maxima are computed.
   void (*intensity)(const double* wavefront, double wavelength, const Tables& tables, const Scratch& scratch,
                     double* intensity, double* rowMaxima);
 
@@ -73,28 +86,29 @@ struct Kernels {
 
   // Backward transform of a real plane, times 1/n^2; the result is the plane's total. Plane and spectrum do not
   // overlap.
-  double (*realTransform)(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum);
+  double (*realTransform)(const double* plane, const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum);
 
-  // Its first half: the rows, for an image to complete.
-  double (*realRows)(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum);
+  // Its first half: the transform of the rows. The columns are then pending (see ObjectSpectrum).
+  double (*realRows)(const double* plane, const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum);
 
   // The same transform of that PSF, without writing the PSF.
-  void (*transferFunction)(const Recentring& from, const Tables& tables, const Scratch& scratch, void* spectrum);
+  void (*transferFunction)(const Recentring& from, const Tables& tables, const Scratch& scratch,
+                           HalfSpectrum& spectrum);
 
   // The moduli of such a spectrum over that of zero frequency, and the angles of its conjugate, -pi to pi; zero
   // frequency in the middle, origin of the PSF there too.
-  void (*modulation)(const void* spectrum, double* mtf);
-  void (*phase)(const void* spectrum, double* phase);
+  void (*modulation)(const HalfSpectrum& spectrum, double* mtf);
+  void (*phase)(const HalfSpectrum& spectrum, double* phase);
 
-  // A spectrum as whole planes, of which either may be null.
-  void (*unfold)(const void* spectrum, double* re, double* im);
+  // Unfolds a half spectrum to whole planes. Either plane may be null.
+  void (*unfold)(const HalfSpectrum& spectrum, double* re, double* im);
 
-  // The image |F(spectrum * mirrored transfer function)|^2 of an object, F the forward transform, quadrants swapped:
-  // scaled to objectTotal and clipped to 0 .. 1, or stretched to 0 .. 1.
-  void (*imageKeepingTotal)(const ObjectSpectrum& object, const TransferPlanes& otf, double objectTotal,
-                            const Tables& tables, const Scratch& scratch, double* image);
-  void (*imageStretched)(const ObjectSpectrum& object, const TransferPlanes& otf, const Tables& tables,
-                         const Scratch& scratch, double* image);
+  // The image |F(spectrum * mirrored transfer function)|^2 of an object, F the forward transform, quadrants swapped;
+  // through a half spectrum, or through whole planes.
+  void (*image)(const ObjectSpectrum& object, const HalfSpectrum& otf, const ImageScale& scale, const Tables& tables,
+                const Scratch& scratch, double* image);
+  void (*imageThroughPlanes)(const ObjectSpectrum& object, const TransferPlanes& otf, const ImageScale& scale,
+                             const Tables& tables, const Scratch& scratch, double* image);
 
   // Black where inner^2 <= (x - centre)^2 + (y - centre)^2 <= outer^2, white elsewhere.
   void (*drawRing)(double* plane, double centre, double innerSquared, double outerSquared);

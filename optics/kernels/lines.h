@@ -12,7 +12,8 @@
 namespace orvanel::ORVANEL_KERNELS {
 namespace {
 
-constexpr int kLength = 256;
+constexpr int kLength = kKernelGrid;
+constexpr int kHalf = kLength / 2;
 
 // A complex plane in scratch: panels of kWidth columns, one after the other, so that what a transform of columns writes
 // and what a transform of rows reads is contiguous. Rows to spare between panels, which keep a row of all panels out of

@@ -116,7 +116,7 @@ ORVANEL_INLINE void CentredPlane(double* plane, Make make, Mirror mirror) {
   }
 }
 
-void Modulation(const void* spectrum, double* mtf) {
+void Modulation(const HalfSpectrum& spectrum, double* mtf) {
   const auto modulus = [&](int p, int column) __attribute__((always_inline)) {
     const Complex v = HalfPanel(spectrum, column)[p];
     return Sqrt(v.re * v.re + v.im * v.im);
@@ -128,7 +128,7 @@ void Modulation(const void* spectrum, double* mtf) {
 }
 
 // The centred transform has the other sign in its exponent, and its origin in the middle of the plane.
-void Phase(const void* spectrum, double* phase) {
+void Phase(const HalfSpectrum& spectrum, double* phase) {
   constexpr auto signBit = static_cast<long long>(1ull << 63);
   Mask oddLanes{};
   for (int l = 1; l < kWidth; l += 2) oddLanes[l] = signBit;

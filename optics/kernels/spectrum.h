@@ -14,12 +14,11 @@ namespace {
 // Half a spectrum: columns 0 to 128, in panels of kWidth columns. Behind the last row of a panel the first comes once
 // more; the rows to spare keep a row of all panels out of the same sets of the first cache. The panel of column 128 has
 // the other columns of panel 0, so that it holds the mirror images of columns 128, -1, -2, ...
-constexpr int kPanelRows = 264;
-ORVANEL_INLINE Complex* HalfPanel(void* spectrum, int column) {
-  return static_cast<Complex*>(spectrum) + column / kWidth * kPanelRows;
+ORVANEL_INLINE Complex* HalfPanel(HalfSpectrum& spectrum, int column) {
+  return reinterpret_cast<Complex*>(spectrum.bytes) + column / kWidth * kPanelRows;
 }
-ORVANEL_INLINE const Complex* HalfPanel(const void* spectrum, int column) {
-  return static_cast<const Complex*>(spectrum) + column / kWidth * kPanelRows;
+ORVANEL_INLINE const Complex* HalfPanel(const HalfSpectrum& spectrum, int column) {
+  return reinterpret_cast<const Complex*>(spectrum.bytes) + column / kWidth * kPanelRows;
 }
 
 // Whether a row is constant and finite, so that zero frequency alone remains of it; at(row, column) points to its
@@ -47,7 +46,7 @@ ORVANEL_INLINE bool AreConstant(At at, int first) {
 
 // Their spectra, as PutRows would put them.
 template <class At, class Scale>
-ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, void* spectrum) {
+ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, HalfSpectrum& spectrum) {
   const int last = kLength - 1 - first;
   for (int q = 0; q < 128; q += kWidth) {
     Complex* const panel = HalfPanel(spectrum, q);
@@ -63,7 +62,7 @@ ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, void* spectru
 // The spectra A and B of two real rows, from the spectrum Z of the complex row whose parts they are:
 // A[q] = (Z[q] + conj Z[-q]) / 2 and B[q] = (Z[q] - conj Z[-q]) / 2i. Columns 0 and 128 are real, so that they too
 // travel as one column.
-[[gnu::noinline]] void PutRows(const Complex* lines, int first, void* spectrum) {
+[[gnu::noinline]] void PutRows(const Complex* lines, int first, HalfSpectrum& spectrum) {
   constexpr double half = 0.5 / 65536.0;
   for (int q = 0; q < 128; q += kWidth) {
     Complex a[kWidth];
@@ -90,7 +89,8 @@ ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, void* spectru
 // Row transforms of a real plane, times 1/n^2, in the panels of a spectrum to be, column 128 as the imaginary part of
 // column 0; the result is the plane's total.
 template <class At, class Scale>
-ORVANEL_INLINE double HalfRows(At at, Scale scale, const Tables& tables, const Scratch& scratch, void* spectrum) {
+ORVANEL_INLINE double HalfRows(At at, Scale scale, const Tables& tables, const Scratch& scratch,
+                               HalfSpectrum& spectrum) {
   Complex* const lines = Lines(scratch);
   for (int first = 0; first < 128; first += kWidth) {
     if (AreConstant(at, first)) {
@@ -115,7 +115,7 @@ ORVANEL_INLINE double HalfRows(At at, Scale scale, const Tables& tables, const S
 }
 
 // Columns 0 and 128, from the spectrum Z of the complex column whose parts they were, as PutRows has it of rows.
-ORVANEL_INLINE void SeparateColumns(void* spectrum) {
+ORVANEL_INLINE void SeparateColumns(HalfSpectrum& spectrum) {
   Complex* const panel = HalfPanel(spectrum, 0);
   Complex* const middle = HalfPanel(spectrum, 128);
   for (int p = 0; p <= 128; ++p) {
@@ -135,30 +135,30 @@ ORVANEL_INLINE void SeparateColumns(void* spectrum) {
 }
 
 // Column transforms of kWidth columns of HalfRows, in place.
-ORVANEL_INLINE void CompleteColumns(int column, const Tables& tables, const Scratch& scratch, void* spectrum) {
+ORVANEL_INLINE void CompleteColumns(int column, const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum) {
   Complex* const panel = HalfPanel(spectrum, column);
   TransformPanel(panel, Lines(scratch), tables, panel);
   if (column == 0) SeparateColumns(spectrum);
   panel[kLength] = panel[0];
 }
 
-ORVANEL_INLINE void CompleteColumns(const Tables& tables, const Scratch& scratch, void* spectrum) {
+ORVANEL_INLINE void CompleteColumns(const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum) {
   for (int column = 0; column < 128; column += kWidth) CompleteColumns(column, tables, scratch, spectrum);
 }
 
-double RealRows(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum) {
+double RealRows(const double* plane, const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum) {
   return HalfRows(
       [&](int row, int column) __attribute__((always_inline)) { return plane + row * kLength + column; },
       [](V v) __attribute__((always_inline)) { return v; }, tables, scratch, spectrum);
 }
 
-double RealTransform(const double* plane, const Tables& tables, const Scratch& scratch, void* spectrum) {
+double RealTransform(const double* plane, const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum) {
   const double total = RealRows(plane, tables, scratch, spectrum);
   CompleteColumns(tables, scratch, spectrum);
   return total;
 }
 
-void TransferFunction(const Recentring& from, const Tables& tables, const Scratch& scratch, void* spectrum) {
+void TransferFunction(const Recentring& from, const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum) {
   const V factor = Splat(from.factor);
   HalfRows(
       [&](int row, int column) __attribute__((always_inline)) { return SamplesAt(RowOf(from, row), column); },
@@ -166,7 +166,7 @@ void TransferFunction(const Recentring& from, const Tables& tables, const Scratc
   CompleteColumns(tables, scratch, spectrum);
 }
 
-void Unfold(const void* spectrum, double* re, double* im) {
+void Unfold(const HalfSpectrum& spectrum, double* re, double* im) {
   for (int p = 0; p < kLength; ++p) {
     for (int c = 0; c < 128; c += kWidth) {
       const Complex v = HalfPanel(spectrum, c)[p];

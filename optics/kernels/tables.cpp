@@ -8,7 +8,7 @@
 namespace orvanel {
 namespace {
 
-constexpr int kLength = 256;
+constexpr int kLength = kKernelGrid;
 
 Tables MakeTables() {
   Tables tables{};

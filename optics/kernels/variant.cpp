@@ -27,8 +27,8 @@ const Kernels kKernels = {
     .modulation = Modulation,
     .phase = Phase,
     .unfold = Unfold,
-    .imageKeepingTotal = ImageKeepingTotal,
-    .imageStretched = ImageStretched,
+    .image = Image,
+    .imageThroughPlanes = ImageThroughPlanes,
     .drawRing = DrawRing,
 };
 

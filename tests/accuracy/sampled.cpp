@@ -67,7 +67,7 @@ Real Simulation::Mtf(int row, int column) const { return mtf_[reference::At(128 
 Real AxisStrehlOfEngine(const std::vector<double>& coefficients) {
   OpticsEngine engine(coefficients.data(), kAnyPupil, kSide, 1, 1, 1);
   std::vector<double> re(Area(kSide)), im(Area(kSide));
-  PupilFunction(engine.wavefrontPlane.data(), kWavelength, kSide, re.data(), im.data());
+  PupilFunction({engine.wavefrontPlane.data(), kSide}, kWavelength, {{re.data(), kSide}, {im.data(), kSide}});
   engine.Fft2(re.data(), im.data(), kSide, 0);
   return (static_cast<Real>(re[0]) * re[0] + static_cast<Real>(im[0]) * im[0]) / kPerfectPeak;
 }

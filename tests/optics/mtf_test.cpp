@@ -17,7 +17,7 @@ TEST(Sections, GoRightAndDownFromTheCentre) {
   std::vector<double> mtf(36);
   std::iota(mtf.begin(), mtf.end(), 0.0);
   std::array<double, 3> row{}, column{};
-  CutSections(mtf.data(), 6, 3, row.data(), column.data());
+  CutSections({mtf.data(), 6}, 3, row.data(), column.data());
   EXPECT_EQ(row, (std::array<double, 3>{21.0, 22.0, 23.0}));
   EXPECT_EQ(column, (std::array<double, 3>{21.0, 27.0, 33.0}));
 }

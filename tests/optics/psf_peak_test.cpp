@@ -126,7 +126,7 @@ std::vector<Coefficients> LopsidedEyes() {
 // The brightest sample as a place from the axis, by the transform whose origin is the axis.
 std::pair<int, int> BrightestFromAxis(OpticsEngine& engine) {
   std::vector<double> re(kSide * kSide), im(kSide * kSide);
-  PupilFunction(engine.wavefrontPlane.data(), kWavelength, kSide, re.data(), im.data());
+  PupilFunction({engine.wavefrontPlane.data(), kSide}, kWavelength, {{re.data(), kSide}, {im.data(), kSide}});
   EXPECT_TRUE(engine.Fft2(re.data(), im.data(), kSide, 0));
   int place = 0;
   double brightest = 0.0;

@@ -26,7 +26,7 @@ TEST(StrehlReference, OfTheFullGridIsThatOfItsDisc) {
 TEST(PupilFunction, TakesTheQuotientFirstAndItsOwnTwoPi) {
   const double wavefront[4] = {1.2345e-3, -0.987654, 3.3e-5, 123.4};
   double re[4], im[4];
-  PupilFunction(wavefront, kWave, 2, re, im);
+  PupilFunction({wavefront, 2}, kWave, {{re, 2}, {im, 2}});
   for (int i = 0; i < 4; ++i) {
     const SineCosine expected = SineAndCosine((wavefront[i] / kWave) * 6.28318530717958);
     EXPECT_EQ(re[i], expected.cosine);
@@ -40,7 +40,7 @@ TEST(PupilFunction, TakesTheQuotientFirstAndItsOwnTwoPi) {
 TEST(PupilFunction, EndsBeyondNineHundredAndNinetyNine) {
   const double wavefront[4] = {999.0, std::nextafter(999.0, 1e3), 1000.0, std::nan("")};
   double re[4], im[4];
-  PupilFunction(wavefront, kWave, 2, re, im);
+  PupilFunction({wavefront, 2}, kWave, {{re, 2}, {im, 2}});
   EXPECT_NEAR(std::hypot(re[0], im[0]), 1.0, 1e-15);
   for (int i = 1; i < 4; ++i) {
     EXPECT_EQ(re[i], 0.0);
@@ -53,7 +53,7 @@ TEST(FindPeak, TakesTheFirstOfEqualMaximaInRowMajorOrder) {
   plane[2 * 8 + 6] = 0.75;
   plane[2 * 8 + 7] = 0.75;
   plane[5 * 8 + 1] = 0.75;
-  const Peak peak = FindPeak(plane.data(), 8);
+  const Peak peak = FindPeak({plane.data(), 8});
   EXPECT_EQ(peak.row, 2);
   EXPECT_EQ(peak.column, 6);
   EXPECT_EQ(peak.value, 0.75);
@@ -62,14 +62,14 @@ TEST(FindPeak, TakesTheFirstOfEqualMaximaInRowMajorOrder) {
 TEST(FindPeak, PassesOverWhatIsNotANumber) {
   std::vector<double> plane(16, std::nan(""));
   plane[9] = 0.125;
-  const Peak peak = FindPeak(plane.data(), 4);
+  const Peak peak = FindPeak({plane.data(), 4});
   EXPECT_EQ(peak.row, 2);
   EXPECT_EQ(peak.column, 1);
 }
 
 TEST(FindPeak, WithoutPositiveSampleIsTheCentre) {
   const std::vector<double> plane(64, 0.0);
-  const Peak peak = FindPeak(plane.data(), 8);
+  const Peak peak = FindPeak({plane.data(), 8});
   EXPECT_EQ(peak.row, 4);
   EXPECT_EQ(peak.column, 4);
   EXPECT_EQ(peak.value, 0.0);
@@ -88,7 +88,7 @@ TEST(RecentrePlane, BringsTheSampleToTheCentreAlongBothAxes) {
   std::vector<double> plane(36), before(36);
   std::iota(before.begin(), before.end(), 0.0);
   plane = before;
-  RecentrePlane(plane.data(), 1, 4, 6);
+  RecentrePlane({plane.data(), 6}, 1, 4);
   for (std::size_t r = 0; r < 6; ++r) {
     for (std::size_t c = 0; c < 6; ++c) {
       EXPECT_EQ(plane[r * 6 + c], before[(r + 1 + 3) % 6 * 6 + (c + 4 + 3) % 6]);

@@ -30,9 +30,9 @@ TEST(WavefrontStages, HaveThePlainBitsOnEveryGrid) {
       Plane expected(count), expectedX(count, 7.5), expectedY(count, 7.5);
       plain::SynthesizeWavefront(AllDifferent().data(), 3.7, firstOrder, n, expected, expectedX, expectedY);
       Plane w(count), x(count, 7.5), y(count, 7.5);
-      SynthesizeWavefront({AllDifferent(), firstOrder}, n, w.data());
-      WriteCoordinate({n, n / 2 + 1, 3.7}, Coordinate::kColumn, x.data());
-      WriteCoordinate({n, n / 2 + 1, 3.7}, Coordinate::kRow, y.data());
+      SynthesizeWavefront({AllDifferent(), firstOrder}, {w.data(), n});
+      WriteCoordinate(Coordinate::kColumn, 3.7, {x.data(), n});
+      WriteCoordinate(Coordinate::kRow, 3.7, {y.data(), n});
       EXPECT_TRUE(test::SameBits(w, expected)) << n << ' ' << firstOrder;
       EXPECT_TRUE(test::SameBits(x, expectedX)) << n;
       EXPECT_TRUE(test::SameBits(y, expectedY)) << n;

@@ -72,10 +72,10 @@ std::vector<Deviation> DeviationsFromTruth(const TrueEye& eye) {
   const Real fieldError = FieldError(ToReal(engine.wavefrontPlane), wavefrontError);
 
   std::vector<double> re(Area(kSide)), im(Area(kSide)), intensity(Area(kSide)), plane(Area(kSide));
-  PupilFunction(engine.wavefrontPlane.data(), kWavelength, kSide, re.data(), im.data());
+  PupilFunction({engine.wavefrontPlane.data(), kSide}, kWavelength, {{re.data(), kSide}, {im.data(), kSide}});
   engine.Fft2(re.data(), im.data(), kSide, 0);
   engine.ShiftedPowerSpectrum(intensity.data(), re.data(), im.data());
-  const orvanel::Peak peak = orvanel::FindPeak(intensity.data(), kSide);
+  const orvanel::Peak peak = orvanel::FindPeak({intensity.data(), kSide});
 
   double pitch = 0.0, strehl = 0.0, step = 0.0;
   engine.ComputePsf(kWavelength, plane.data(), &pitch, &strehl, kSide);

@@ -184,11 +184,11 @@ TEST(Psf, IsTheIntensityTimesTheReciprocalOfItsPeakToTheBit) {
   std::vector<double> copy(n * n), re(n * n), im(n * n), intensity(n * n);
   double pitch = 0.0, strehl = 0.0;
   engine.ComputePsf(kWave, copy.data(), &pitch, &strehl, n);
-  PupilFunction(engine.wavefrontPlane.data(), kWave, n, re.data(), im.data());
+  PupilFunction({engine.wavefrontPlane.data(), n}, kWave, {{re.data(), n}, {im.data(), n}});
   engine.Fft2(re.data(), im.data(), n, 0);
   engine.ShiftedPowerSpectrum(intensity.data(), re.data(), im.data());
-  const Peak peak = FindPeak(intensity.data(), n);
-  RecentrePlane(intensity.data(), peak.row, peak.column, n);
+  const Peak peak = FindPeak({intensity.data(), n});
+  RecentrePlane({intensity.data(), n}, peak.row, peak.column);
   for (std::size_t i = 0; i < intensity.size(); ++i) {
     ASSERT_EQ(engine.psfPlane[i], (1.0 / peak.value) * intensity[i]) << i;
   }

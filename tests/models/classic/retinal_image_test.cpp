@@ -158,7 +158,7 @@ TEST(RetinalImage, OfARingStaysBetweenBlackAndWhiteWithNoMoreLightThanTheRing) {
     const Plane image = RingImage(engine, acuity, 4, &optotype);
     EXPECT_LE(*std::max_element(image.begin(), image.end()), 1.0);
     EXPECT_GE(*std::min_element(image.begin(), image.end()), 0.0);
-    EXPECT_LE(Total(image.data(), kSide), Total(optotype.data(), kSide) + 1e-6);
+    EXPECT_LE(Total({image.data(), kSide}), Total({optotype.data(), kSide}) + 1e-6);
   }
 }
 
@@ -168,10 +168,10 @@ TEST(RetinalImage, HasTheObjectsTotalBeforeItIsClipped) {
   for (const int gap : {1, 4}) {
     Plane object, imaginary(SampleCount(kSide), 0.0), image(SampleCount(kSide), -1.0);
     RingImage(engine, 0.4, gap, &object);
-    const double total = Total(object.data(), kSide) / 64.0;
+    const double total = Total({object.data(), kSide}) / 64.0;
     engine.FilterThroughEye(object.data(), imaginary.data(), image.data(), total);
     ASSERT_LT(*std::max_element(image.begin(), image.end()), 1.0);
-    EXPECT_NEAR(Total(image.data(), kSide), total, total * kRounding);
+    EXPECT_NEAR(Total({image.data(), kSide}), total, total * kRounding);
   }
 }
 

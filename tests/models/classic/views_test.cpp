@@ -262,7 +262,7 @@ Plane IntensityOf(const Aberrations& a) {
       if (x * x + y * y <= 1.0) At(wavefront, row, column) = Height(a, x, y) / 1000.0;
     }
   }
-  PupilFunction(wavefront.data(), kWavelength, kSide, re.data(), im.data());
+  PupilFunction({wavefront.data(), kSide}, kWavelength, {{re.data(), kSide}, {im.data(), kSide}});
   Fft2(re.data(), im.data(), kSide, 0);
   ShiftedPowerSpectrum(intensity.data(), re.data(), im.data(), kSide);
   return intensity;
@@ -278,7 +278,7 @@ TEST(Views, APrismMovesThePsfAndAnImageThroughItAsItMovesRays) {
   ASSERT_NEAR(patient.up, 3.0, 1e-6);
 
   const Plane intensity = IntensityOf(prism);
-  const Peak peak = FindPeak(intensity.data(), kSide);
+  const Peak peak = FindPeak({intensity.data(), kSide});
   EXPECT_EQ(peak.row, kCentre + 3);
   EXPECT_EQ(peak.column, kCentre - 5);
 
@@ -290,7 +290,7 @@ TEST(Views, APrismMovesThePsfAndAnImageThroughItAsItMovesRays) {
   engine.ComputePsf(kWavelength, psf.data(), &pitch, &strehl, kSide);
   for (std::size_t k = 0; k < intensity.size(); ++k) engine.psfPlane[k] = intensity[k] / peak.value;
   engine.PatternRetinalImage(image.data(), Point().data(), kSide);
-  const Peak seen = FindPeak(image.data(), kSide);
+  const Peak seen = FindPeak({image.data(), kSide});
   EXPECT_EQ(seen.row, kCentre - 3);
   EXPECT_EQ(seen.column, kCentre - 5);
 }

@@ -89,8 +89,8 @@ class KernelSpectrum : public test::EveryKernel {
   static Result Of(const Plane& plane) {
     Result result;
     const test::KernelScratch scratch;
-    result.total = GetParam()->realTransform(plane.data(), TransformTables(), scratch.Of(), scratch.spectrum.data());
-    GetParam()->unfold(scratch.spectrum.data(), result.spectrum.re.data(), result.spectrum.im.data());
+    result.total = GetParam()->realTransform(plane.data(), TransformTables(), scratch.Of(), scratch.Spectrum());
+    GetParam()->unfold(scratch.Spectrum(), result.spectrum.re.data(), result.spectrum.im.data());
     return result;
   }
 

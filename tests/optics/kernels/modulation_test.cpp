@@ -57,7 +57,7 @@ class KernelTransferFunction : public test::EveryKernel {
     const Plane pitched = Pitched(intensity);
     const Recentring from = {pitched.data(), factor, row, column};
     const test::KernelScratch scratch;
-    void* const spectrum = scratch.spectrum.data();
+    HalfSpectrum& spectrum = scratch.Spectrum();
     GetParam()->recentre(from, result.psf.data());
     GetParam()->realTransform(result.psf.data(), TransformTables(), scratch.Of(), spectrum);
     GetParam()->unfold(spectrum, result.ofPsf.re.data(), result.ofPsf.im.data());

@@ -1,4 +1,4 @@
-// What a test needs to call kernels without an engine.
+// Scratch memory for tests that call kernels without an engine.
 #ifndef ORVANEL_TESTS_OPTICS_KERNELS_SCRATCH_H
 #define ORVANEL_TESTS_OPTICS_KERNELS_SCRATCH_H
 
@@ -10,8 +10,8 @@
 
 namespace orvanel::test {
 
-// Scratch memory, full of what is not a number, so that whatever is read before it is written shows. In blocks of their
-// own, where an engine has one, so that a sanitizer sees who leaves his.
+// Filled with NaN, so that a read before the first write shows. An engine has one block; here each part has its own, so
+// that a sanitizer finds accesses beyond a part.
 struct KernelScratch {
   struct alignas(64) CacheLine {
     CacheLine() {
@@ -20,15 +20,15 @@ struct KernelScratch {
     double samples[8];
   };
 
-  static std::vector<CacheLine> Lines(int bytes) {
-    return std::vector<CacheLine>(static_cast<std::size_t>(bytes) / sizeof(CacheLine));
-  }
+  static std::vector<CacheLine> Lines(std::size_t bytes) { return std::vector<CacheLine>(bytes / sizeof(CacheLine)); }
 
   Scratch Of() const { return {plane.data(), lines.data()}; }
 
+  HalfSpectrum& Spectrum() const { return *reinterpret_cast<HalfSpectrum*>(spectrum.data()); }
+
   mutable std::vector<CacheLine> plane = Lines(kPlaneBytes);
   mutable std::vector<CacheLine> lines = Lines(kLinesBytes);
-  mutable std::vector<CacheLine> spectrum = Lines(kSpectrumBytes);
+  mutable std::vector<CacheLine> spectrum = Lines(sizeof(HalfSpectrum));
 };
 
 }  // namespace orvanel::test

@@ -103,9 +103,9 @@ TEST_P(KernelVariants, MakesTheSameTransferFunction) {
       }
       const Recentring from = {intensity.data(), 0.37, 91, 203};
       kernels.recentre(from, psf.data());
-      kernels.transferFunction(from, TransformTables(), scratch.Of(), scratch.spectrum.data());
-      kernels.modulation(scratch.spectrum.data(), mtf.data());
-      kernels.phase(scratch.spectrum.data(), phase.data());
+      kernels.transferFunction(from, TransformTables(), scratch.Of(), scratch.Spectrum());
+      kernels.modulation(scratch.Spectrum(), mtf.data());
+      kernels.phase(scratch.Spectrum(), phase.data());
       return Joined(psf, Joined(mtf, phase));
     });
   }
@@ -129,9 +129,8 @@ TEST_P(KernelVariants, MakesTheSameSpectrumAndTotal) {
       for (std::size_t i = 0; i < plane.size(); ++i) {
         if (static_cast<int>(i / 256) < constantRows) plane[i] = 0.7 + static_cast<double>(i / 256);
       }
-      const double total =
-          kernels.realTransform(plane.data(), TransformTables(), scratch.Of(), scratch.spectrum.data());
-      kernels.unfold(scratch.spectrum.data(), re.data(), im.data());
+      const double total = kernels.realTransform(plane.data(), TransformTables(), scratch.Of(), scratch.Spectrum());
+      kernels.unfold(scratch.Spectrum(), re.data(), im.data());
       return Joined({total}, Joined(re, im));
     });
   }
@@ -144,19 +143,22 @@ TEST_P(KernelVariants, MakesTheSameImages) {
       Plane object = Mixture(13);
       std::fill_n(object.begin(), 130 * 256, 0.7);  // rows that narrow vectors take as constant, and wide ones do not
       const Plane psf = Mixture(14, withNan);
-      Plane kept(65536), stretched(65536), keptFromPlanes(65536), keptFromRows(65536), re(65536), im(65536);
+      Plane kept(65536), stretched(65536), keptFromPlanes(65536), keptFromRows(65536), stretchedFromPlanes(65536);
+      Plane re(65536), im(65536);
       const Tables& tables = TransformTables();
-      const double total = kernels.realTransform(object.data(), tables, scratch.Of(), scratch.spectrum.data());
-      const ObjectSpectrum complete = {scratch.spectrum.data(), nullptr}, rows = {nullptr, scratch.spectrum.data()};
-      kernels.realTransform(psf.data(), tables, scratch.Of(), otf.spectrum.data());
-      kernels.unfold(otf.spectrum.data(), re.data(), im.data());
-      const TransferPlanes folded = {otf.spectrum.data(), nullptr, nullptr}, whole = {nullptr, re.data(), im.data()};
-      kernels.imageKeepingTotal(complete, folded, total, tables, scratch.Of(), kept.data());
-      kernels.imageKeepingTotal(complete, whole, total, tables, scratch.Of(), keptFromPlanes.data());
-      kernels.imageStretched(complete, folded, tables, scratch.Of(), stretched.data());
-      EXPECT_EQ(kernels.realRows(object.data(), tables, scratch.Of(), scratch.spectrum.data()), total);
-      kernels.imageKeepingTotal(rows, folded, total, tables, scratch.Of(), keptFromRows.data());
-      return Joined(Joined(kept, stretched), Joined(keptFromPlanes, keptFromRows));
+      const double total = kernels.realTransform(object.data(), tables, scratch.Of(), scratch.Spectrum());
+      const ObjectSpectrum complete = {scratch.Spectrum(), nullptr}, rows = {scratch.Spectrum(), &scratch.Spectrum()};
+      kernels.realTransform(psf.data(), tables, scratch.Of(), otf.Spectrum());
+      kernels.unfold(otf.Spectrum(), re.data(), im.data());
+      const TransferPlanes whole = {re.data(), im.data()};
+      const ImageScale keep = {true, total}, stretch = {false, 0.0};
+      kernels.image(complete, otf.Spectrum(), keep, tables, scratch.Of(), kept.data());
+      kernels.imageThroughPlanes(complete, whole, keep, tables, scratch.Of(), keptFromPlanes.data());
+      kernels.imageThroughPlanes(complete, whole, stretch, tables, scratch.Of(), stretchedFromPlanes.data());
+      kernels.image(complete, otf.Spectrum(), stretch, tables, scratch.Of(), stretched.data());
+      EXPECT_EQ(kernels.realRows(object.data(), tables, scratch.Of(), scratch.Spectrum()), total);
+      kernels.image(rows, otf.Spectrum(), keep, tables, scratch.Of(), keptFromRows.data());
+      return Joined(Joined(Joined(kept, stretched), Joined(keptFromPlanes, keptFromRows)), stretchedFromPlanes);
     });
   }
 }
