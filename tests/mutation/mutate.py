@@ -115,7 +115,7 @@ def check(mutations):
             raise SystemExit(f"tests/mutation/mutations.txt: {source} has {count[source]} mistakes; "
                              f"give it at least {number}")
     if len({key(mutation) for mutation in mutations}) != len(mutations):
-        raise SystemExit("tests/mutation/mutations.txt: a mistake stands there twice")
+        raise SystemExit("tests/mutation/mutations.txt: a mistake is listed twice")
 
 
 def copy_sources():
