@@ -6,21 +6,22 @@
 #include <limits>
 #include <numbers>
 
+#include "base/elementary.h"
+
 namespace orvanel::physical {
 namespace {
 
-// What follows the first term of the series of sinh x, x^3/6 + ..., or of cosh x, x^2/2 + ..., to some digits for
-// 0 <= x <= 20.
-double Rest(double x, double term, int power) {
-  double sum = term;
-  for (int k = power + 1; k < 60; k += 2) {
-    term *= x * x / (k * (k + 1.0));
-    sum += term;
-  }
-  return sum;
+// sinh x - x, and cosh x - 1, for 0 <= x: by their series where they nearly cancel.
+double SinhLess(double x) {
+  if (x < 0.1) return x * x * x / 6.0 * (1.0 + x * x / 20.0);
+  const double e = Exponential(x);
+  return (e - 1.0 / e) / 2.0 - x;
 }
-double SinhLess(double x) { return Rest(x, x * x * x / 6.0, 3); }
-double CoshLess(double x) { return Rest(x, x * x / 2.0, 2); }
+double CoshLess(double x) {
+  if (x < 0.1) return x * x / 2.0 * (1.0 + x * x / 12.0);
+  const double e = Exponential(x);
+  return (e + 1.0 / e) / 2.0 - 1.0;
+}
 
 }  // namespace
 
@@ -54,7 +55,9 @@ double DegreeOf(double frequency, const Amplitudes& amplitudes, const Damping& d
     for (std::size_t n = 1; n < amplitudes.size(); ++n) {
       if (amplitudes[n] > 0.0) growth += amplitudes[n] * SinhLess(static_cast<double>(n) * h);
     }
-    best = std::min(best, frequency + growth / h);
+    const double degree = frequency + growth / h;  // falls to its least and rises
+    if (!(degree <= best)) break;
+    best = degree;
   }
   return best;
 }

@@ -25,13 +25,14 @@ Sums SumsOf(const Pupil& pupil) {
   for (std::size_t j = 0; j < across.nodes.size(); ++j) {
     for (const double v : {across.nodes[j], -across.nodes[j]}) {
       const double middle = chords.MiddleAt(v), height = chords.HeightAt(v);
+      const LineJet line = JetAlongLine(pupil.wavefrontUm, height);
       const std::array<double, 3> logAmplitude = attenuation.AlongLine(middle, height);
       for (std::size_t i = 0; i < along.nodes.size(); ++i) {
         for (const double side : {1.0, -1.0}) {
           const double u = side * along.nodes[i] * chords.halfWidth * halfChords[j];
           const double exponent = logAmplitude[0] + u * (logAmplitude[1] + u * logAmplitude[2]);
           const double weight = across.weights[j] * along.weights[i] * Exponential(2.0 * exponent);
-          const Jet w = At(pupil.wavefrontUm, middle + u, height);
+          const Jet w = line.At(middle + u);
           sums.weight += weight;
           sums.x += weight * w.dx;
           sums.y += weight * w.dy;

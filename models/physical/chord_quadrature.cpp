@@ -35,11 +35,11 @@ Bandwidth BandwidthOf(const Pupil& pupil, const DirectionGrid& grid) {
   Bandwidth largest;
   for (int i = 0; i <= kSteps; ++i) {
     const SineCosine t = SineAndCosine(kPi * (static_cast<double>(i) / kSteps - 0.5));
+    const LineJet line = JetAlongLine(pupil.wavefrontUm, chords.HeightAt(t.sine));
     for (int j = 0; j <= kSteps; ++j) {
       const SineCosine s = SineAndCosine(kPi * (static_cast<double>(j) / kSteps - 0.5));
       const double x = chords.MiddleAt(t.sine) + chords.halfWidth * t.cosine * s.sine;
-      const double y = chords.HeightAt(t.sine);
-      const Jet w = At(pupil.wavefrontUm, x, y);
+      const Jet w = line.At(x);
       const double phaseX = std::fabs(k * w.dx - kPi * grid.centreX);
       const double alongRate = chords.halfWidth * t.cosine * s.cosine;
       largest.along = Larger(largest.along, (phaseX + halfX) * alongRate);
@@ -139,32 +139,30 @@ void ChordQuadrature::MakeWaves(const Rule& rule, const Pupil& pupil, const Dire
   waves_.counts = rule.counts;
 }
 
-void ChordQuadrature::FieldsOnChords(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid,
-                                     std::size_t pair) {
+ChordField ChordQuadrature::FieldOnChord(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid,
+                                         std::size_t pair, double side, double* field) {
   const Chords chords = ChordsOf(pupil.outline);
   const double k = 2.0 * kPi / pupil.wavelengthUm;
   const Attenuation attenuation = AttenuationOf(pupil);
-  upper_.resize(4 * rule.nodes.size());
-  lower_.resize(4 * rule.nodes.size());
-  for (const double side : {1.0, -1.0}) {
-    const double v = side * rule.heights[pair];
-    const double y = chords.HeightAt(v), middle = chords.MiddleAt(v);
-    LinePolynomial phase = Shifted(AlongLine(pupil.wavefrontUm, y), middle);
-    for (double& c : phase) c *= k;
-    // The direction of the grid's centre is taken from the slopes.
-    phase[0] -= kPi * (grid.centreX * middle + grid.centreY * y);
-    phase[1] -= kPi * grid.centreX;
-    const std::array<double, 3> logAmplitude = attenuation.AlongLine(middle, y);
-    ChordField chord{};
-    chord.nodes = rule.nodes.data();
-    chord.weights = rule.weights.data();
-    chord.count = rule.padded();
-    chord.halfLength = chords.halfWidth * rule.halfChords[pair];
-    chord.weight = rule.chordWeights[pair];
-    chord.phase = phase.data();
-    chord.attenuation = attenuation.perSquare == 0.0 ? nullptr : logAmplitude.data();
-    kernels_->fieldOnChord(chord, side > 0.0 ? upper_.data() : lower_.data());
-  }
+  const double v = side * rule.heights[pair];
+  const double y = chords.HeightAt(v), middle = chords.MiddleAt(v);
+  LinePolynomial phase = Shifted(AlongLine(pupil.wavefrontUm, y), middle);
+  for (double& c : phase) c *= k;
+  // The direction of the grid's centre is taken from the slopes.
+  phase[0] -= kPi * (grid.centreX * middle + grid.centreY * y);
+  phase[1] -= kPi * grid.centreX;
+  const std::array<double, 3> logAmplitude = attenuation.AlongLine(middle, y);
+  ChordField chord{};
+  chord.nodes = rule.nodes.data();
+  chord.weights = rule.weights.data();
+  chord.count = rule.padded();
+  chord.halfLength = chords.halfWidth * rule.halfChords[pair];
+  chord.weight = rule.chordWeights[pair];
+  chord.phase = phase.data();
+  chord.attenuation = attenuation.perSquare == 0.0 ? nullptr : logAmplitude.data();
+  kernels_->fieldOnChord(chord, field);
+  chord.phase = chord.attenuation = nullptr;  // which end here
+  return chord;
 }
 
 // The sums of a column over an upper and a lower chord, turned by -angle and +angle for chords whose middles lie aside,
@@ -259,8 +257,11 @@ void ChordQuadrature::Intensity(const Pupil& pupil, const DirectionGrid& grid, N
   MakeWaves(rule, pupil, grid);
   const int blocks = WholeBlocks(Pairs(grid.columns)) / kChordBlock;
   sums_.resize(Size(2LL * blocks * 4 * kChordBlock) * rule.pairs());
+  upper_.resize(4 * rule.nodes.size());
+  lower_.resize(4 * rule.nodes.size());
   for (std::size_t pair = 0; pair < rule.pairs(); ++pair) {
-    FieldsOnChords(rule, pupil, grid, pair);
+    FieldOnChord(rule, pupil, grid, pair, 1.0, upper_.data());
+    FieldOnChord(rule, pupil, grid, pair, -1.0, lower_.data());
     SumColumns(rule, pupil, grid, output.mirrorX, pair);
   }
   for (int block = 0; block < blocks; ++block) {
@@ -272,27 +273,20 @@ FieldJet ChordQuadrature::Field(const Pupil& pupil, double x, double y, NodeCoun
   const Rule& rule = RuleOf(counts);
   const Chords chords = ChordsOf(pupil.outline);
   const DirectionGrid grid{x, y, 0.0, 1, 1};
-  const int padded = rule.padded();
+  upper_.resize(4 * rule.nodes.size());
   // Moments of the turned field by powers of the place (a, b) in the pupil.
   std::complex<double> m00, m10, m01, m20, m11, m02;
   for (std::size_t pair = 0; pair < rule.pairs(); ++pair) {
-    FieldsOnChords(rule, pupil, grid, pair);
     for (const double side : {1.0, -1.0}) {
-      const double* const field = (side > 0.0 ? upper_ : lower_).data();
-      const double v = side * rule.heights[pair];
-      const double b = chords.HeightAt(v), middle = chords.MiddleAt(v);
-      const double half = chords.halfWidth * rule.halfChords[pair];
-      double sum[6] = {};
-      for (int i = 0; i < padded; ++i) {
-        const double u = rule.nodes[Size(i)] * half;
-        sum[0] += field[i];
-        sum[1] += field[padded + i];
-        sum[2] += u * field[2 * padded + i];
-        sum[3] += u * field[3 * padded + i];
-        sum[4] += u * u * field[i];
-        sum[5] += u * u * field[padded + i];
-      }
-      const std::complex<double> s0(sum[0], sum[1]), s1(sum[2], sum[3]), s2(sum[4], sum[5]);
+      const ChordField chord = FieldOnChord(rule, pupil, grid, pair, side, upper_.data());
+      std::array<double, 6 * kChordBlock> moments;
+      kernels_->chordMoments(chord, upper_.data(), moments.data());
+      const auto sum = [&moments](int k) {
+        const double* const l = moments.data() + k * kChordBlock;
+        return ((l[0] + l[1]) + (l[2] + l[3])) + ((l[4] + l[5]) + (l[6] + l[7]));
+      };
+      const double b = chords.HeightAt(side * rule.heights[pair]), middle = chords.MiddleAt(side * rule.heights[pair]);
+      const std::complex<double> s0(sum(0), sum(1)), s1(sum(2), sum(3)), s2(sum(4), sum(5));
       const std::complex<double> first = s1 + middle * s0;
       m00 += s0;
       m10 += first;

@@ -91,7 +91,8 @@ class ChordQuadrature {
   void MakeColumnWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair,
                        double* waves);
   void MakeWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid);
-  void FieldsOnChords(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair);
+  ChordField FieldOnChord(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair,
+                          double side, double* field);
   void SumColumns(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, bool mirrorX, std::size_t pair);
   void StoreBlock(const Rule& rule, const DirectionGrid& grid, const GridOutput& output, int block, bool negative);
 

@@ -13,6 +13,7 @@ namespace orvanel::physical {
 struct FrequencyLattice {
   int side = 256;             // a power of two, at least 2 ceil(1/step)
   double step = 1.0 / 128.0;  // of the cut-off of the reference radius
+  bool operator==(const FrequencyLattice&) const = default;
 };
 
 // The fast method. The pupil stands on a lattice of 256 samples or more across, whose cells at the rim count by the

@@ -7,15 +7,24 @@
 #include <numbers>
 #include <vector>
 
+#include "models/physical/pupil_lattice.h"
+
 namespace orvanel::physical {
 namespace {
 
-constexpr double kSpacing = 0.35;  // of the samples of the search, in the smallest wavelength / diameter
-// Of a peak, what at least is left at the nearest sample, which is at most kSpacing / sqrt(2) away: an intensity
-// between 0 and M without frequencies above 1 is at least M/2 (1 + cos 2 pi d) at the distance d < 1/2 from where it
-// is M, here 0.508 M. Source: Bernstein's inequality, in the form of Riesz (1914).
-constexpr double kLeftAtSample = 0.5;
-constexpr double kMargin = 1.5;  // around the slopes, for the pattern of a perfect pupil
+// Of the samples of the search, in the smallest wavelength / diameter; more where that saves a larger transform. At the
+// nearest sample, d = spacing / sqrt(2) away, (1 + cos 2 pi d)/2 of a peak is left at least: 0.50, or 0.35.
+constexpr double kSpacing = 0.35, kWidestSpacing = 0.42;
+constexpr double kLeftAtSample = 0.35;
+constexpr double kMargin = 1.5;                           // around the slopes, for the pattern of a perfect pupil
+constexpr int kFewestSamples = 256, kMostSamples = 4096;  // in a row of the search
+
+// The parabola through nine samples predicts a peak to some 20 %. A hill that promises less than this share of the best
+// peak is not climbed.
+constexpr double kPromising = 0.75;
+// The window holds all slopes of the beams that have this share of the brightest. Light of others, far out of focus,
+// may fold into it, thinly spread; only the choice of hills sees that.
+constexpr double kBright = 0.2;
 
 // The intensity |U|^2 with its slope and curvature.
 struct IntensityJet {
@@ -33,86 +42,90 @@ IntensityJet IntensityOf(const FieldJet& f) {
           2.0 * (product(f.u, f.yy) + product(f.y, f.y))};
 }
 
+// From a place to the peak of the parabola that has this slope and curvature there, if it has a peak.
+struct Step {
+  double x, y;
+  bool toPeak;
+};
+Step StepFrom(const IntensityJet& at) {
+  const double determinant = at.xx * at.yy - at.xy * at.xy;
+  if (at.xx < 0.0 && determinant > 0.0) {
+    return {(at.xy * at.y - at.yy * at.x) / determinant, (at.xy * at.x - at.xx * at.y) / determinant, true};
+  }
+  const double curvature = std::sqrt(at.xx * at.xx + 2.0 * at.xy * at.xy + at.yy * at.yy);
+  if (curvature == 0.0) return {0.0, 0.0, false};
+  return {at.x / curvature, at.y / curvature, false};
+}
+double Length(const Step& step) { return std::sqrt(step.x * step.x + step.y * step.y); }
+Step Shortened(Step step, double longest) {
+  const double length = Length(step);
+  if (length <= longest) return step;
+  return {step.x * longest / length, step.y * longest / length, false};
+}
+double Gain(const IntensityJet& at, const Step& step) { return 0.5 * (at.x * step.x + at.y * step.y); }
+
 class Search {
  public:
-  Search(std::span<const Beam> beams, std::span<const double> factors, ChordQuadrature& quadrature)
-      : beams_(beams), factors_(factors), quadrature_(quadrature), counts_(beams.size()) {
+  Search(std::span<const Beam> beams, std::span<const double> factors, Workspace& workspace)
+      : beams_(beams), factors_(factors), workspace_(workspace), counts_(beams.size()) {
     unit_ = std::numeric_limits<double>::infinity();
     for (const Beam& beam : beams) unit_ = std::min(unit_, beam.unitArcmin);
   }
 
-  // Uphill from a sample, by Newton's steps where the light is curved like a hill.
+  // Uphill from a place, by Newton's steps where the light is curved like a hill.
   Peak Climb(double x, double y) {
     for (std::size_t i = 0; i < beams_.size(); ++i) {
       const double unit = beams_[i].unitArcmin;
       counts_[i] = ChordQuadrature::CountsFor(beams_[i].pupil, {x / unit, y / unit, 1.0, 2, 2});
     }
     IntensityJet here = At(x, y);
-    constexpr int kSteps = 40;
-    const double nearest = 1e-7 * unit_;  // the value is then within 1e-13
-    for (int step = 0; step < kSteps; ++step) {
-      const double determinant = here.xx * here.yy - here.xy * here.xy;
-      double dx, dy;
-      if (here.xx < 0.0 && determinant > 0.0) {
-        dx = (here.xy * here.y - here.yy * here.x) / determinant;
-        dy = (here.xy * here.x - here.xx * here.y) / determinant;
-      } else {
-        const double curvature = std::sqrt(here.xx * here.xx + 2.0 * here.xy * here.xy + here.yy * here.yy);
-        if (curvature == 0.0) break;
-        dx = here.x / curvature;
-        dy = here.y / curvature;
-      }
-      double length = std::sqrt(dx * dx + dy * dy);
-      if (!(length > nearest)) break;
-      if (length > kSpacing * unit_) {
-        dx *= kSpacing * unit_ / length;
-        dy *= kSpacing * unit_ / length;
-      }
-      IntensityJet there = At(x + dx, y + dy);
-      while (there.value < here.value && length > nearest) {
-        dx *= 0.25;
-        dy *= 0.25;
-        length *= 0.25;
-        there = At(x + dx, y + dy);
+    constexpr int kSteps = 60;
+    const double nearest = 1e-4 * unit_;  // from where the parabola is exact to 1e-11
+    for (int i = 0; i < kSteps; ++i) {
+      Step step = Shortened(StepFrom(here), kSpacing * unit_);
+      if (Length(step) <= nearest) return {here.value + Gain(here, step), x + step.x, y + step.y};
+      IntensityJet there = At(x + step.x, y + step.y);
+      while (there.value < here.value && Length(step) > nearest) {
+        step = {0.25 * step.x, 0.25 * step.y, false};
+        there = At(x + step.x, y + step.y);
       }
       if (there.value < here.value) break;
-      x += dx;
-      y += dy;
+      x += step.x;
+      y += step.y;
       here = there;
     }
     return {here.value, x, y};
   }
 
-  // Samples that are as high as all their neighbours, the highest first.
+  // Samples that are as high as all their neighbours, each moved to the peak of the parabola through them; the highest
+  // first.
   Outcome<std::vector<Peak>> Hills() {
-    const DirectionGrid window = Window();
-    if (!(window.columns <= kMostSamples && window.rows <= kMostSamples)) {
-      return Refusal{Problem::kTooManyNodes, 0.0, 0.0, static_cast<double>(kMaxNodes), beams_.front().line};
+    if (!FindWindow()) {
+      return Refusal{Problem::kTooSteep, 0.0, 0.0, kWidestSpacing * kMostSamples, beams_.front().line};
     }
-    const auto columns = static_cast<std::size_t>(window.columns), rows = static_cast<std::size_t>(window.rows);
-    std::vector<double> samples(columns * rows);
-    for (std::size_t i = 0; i < beams_.size(); ++i) {
-      const double unit = beams_[i].unitArcmin;
-      const DirectionGrid grid{window.centreX / unit, window.centreY / unit, window.spacing / unit, window.columns,
-                               window.rows};
-      const NodeCounts counts = ChordQuadrature::CountsFor(beams_[i].pupil, grid);
-      if (std::max(counts.chords, counts.nodes) > kMaxNodes) {
-        return Refusal{Problem::kTooManyNodes, static_cast<double>(std::max(counts.chords, counts.nodes)), 0.0,
-                       static_cast<double>(kMaxNodes), beams_[i].line};
-      }
-      quadrature_.Intensity(beams_[i].pupil, grid, counts,
-                            {samples.data(), window.columns, false, false, factors_[i], true});
-    }
+    SampleWindow();
+    const std::vector<double>& samples = workspace_.sum;
+    const double least = kLeftAtSample * kPromising * *std::max_element(samples.begin(), samples.end());
     std::vector<Peak> hills;
-    for (std::size_t r = 1; r + 1 < rows; ++r) {
-      for (std::size_t c = 1; c + 1 < columns; ++c) {
-        const double* const s = samples.data() + r * columns + c;
-        const auto pitch = static_cast<std::ptrdiff_t>(columns);
-        const double around =
-            std::max({s[-1], s[1], s[-pitch], s[pitch], s[-pitch - 1], s[-pitch + 1], s[pitch - 1], s[pitch + 1]});
-        if (*s < around) continue;
-        hills.push_back({*s, window.centreX + (static_cast<double>(c) - (window.columns - 1) / 2.0) * window.spacing,
-                         window.centreY + ((window.rows - 1) / 2.0 - static_cast<double>(r)) * window.spacing});
+    for (int r = 0; r < side_; ++r) {
+      for (int c = 0; c < side_; ++c) {
+        const double s = Sample(r, c);
+        if (s < least) continue;
+        const double up = Sample(r - 1, c), down = Sample(r + 1, c), left = Sample(r, c - 1), right = Sample(r, c + 1);
+        if (s < std::max({up, down, left, right})) continue;
+        const double leftUp = Sample(r - 1, c - 1), rightUp = Sample(r - 1, c + 1);
+        const double leftDown = Sample(r + 1, c - 1), rightDown = Sample(r + 1, c + 1);
+        if (s < std::max({leftUp, rightUp, leftDown, rightDown})) continue;
+        // Per sample: columns to the left and rows upwards, as directions go.
+        const IntensityJet jet = {s,
+                                  (left - right) / 2.0,
+                                  (down - up) / 2.0,
+                                  left - 2.0 * s + right,
+                                  (leftDown - rightDown - leftUp + rightUp) / 4.0,
+                                  up - 2.0 * s + down};
+        const Step step = Shortened(StepFrom(jet), 0.7);
+        const double x = centreX_ + (Folded(-c) + step.x) * spacing_, y = centreY_ + (Folded(r) + step.y) * spacing_;
+        hills.push_back({s + std::max(0.0, Gain(jet, step)), x, y});
       }
     }
     std::stable_sort(hills.begin(), hills.end(), [](const Peak& a, const Peak& b) { return a.value > b.value; });
@@ -120,13 +133,12 @@ class Search {
   }
 
  private:
-  static constexpr int kMostSamples = 8192;  // in a row or column of the window
-
   IntensityJet At(double x, double y) {
     IntensityJet sum{};
     for (std::size_t i = 0; i < beams_.size(); ++i) {
       const double unit = beams_[i].unitArcmin, factor = factors_[i];
-      const IntensityJet jet = IntensityOf(quadrature_.Field(beams_[i].pupil, x / unit, y / unit, counts_[i]));
+      const IntensityJet jet =
+          IntensityOf(workspace_.quadrature.Field(beams_[i].pupil, x / unit, y / unit, counts_[i]));
       sum.value += factor * jet.value;
       sum.x += factor / unit * jet.x;
       sum.y += factor / unit * jet.y;
@@ -137,43 +149,79 @@ class Search {
     return sum;
   }
 
-  // A window that holds the slopes of all pupils.
-  DirectionGrid Window() const {
+  // A window that holds the slopes of all pupils. False where there is none.
+  bool FindWindow() {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     double lowX = infinity, highX = -infinity, lowY = infinity, highY = -infinity;
-    for (const Beam& beam : beams_) {
-      const SlopeRange range = SlopesOf(beam.pupil);
-      const double unit = beam.unitArcmin;
+    const double bright = kBright * *std::max_element(factors_.begin(), factors_.end());
+    for (std::size_t i = 0; i < beams_.size(); ++i) {
+      if (factors_[i] < bright) continue;
+      const SlopeRange range = SlopesOf(beams_[i].pupil);
+      const double unit = beams_[i].unitArcmin;
       lowX = std::min(lowX, (range.lowX - kMargin) * unit);
       highX = std::max(highX, (range.highX + kMargin) * unit);
       lowY = std::min(lowY, (range.lowY - kMargin) * unit);
       highY = std::max(highY, (range.highY + kMargin) * unit);
     }
-    const double spacing = kSpacing * unit_;
-    const auto count = [spacing](double low, double high) {
-      const double samples = (high - low) / spacing + 4.0;
-      // Also of what is no number.
-      return samples >= 1.0 && samples <= kMostSamples ? static_cast<int>(samples) : kMostSamples + 1;
-    };
-    return {(lowX + highX) / 2.0, (lowY + highY) / 2.0, spacing, count(lowX, highX), count(lowY, highY)};
+    const double width = std::max(highX - lowX, highY - lowY);
+    const double least = kSpacing * unit_, most = kWidestSpacing * unit_;
+    if (!(width > 0.0 && width <= kMostSamples * most)) return false;
+    centreX_ = (lowX + highX) / 2.0;
+    centreY_ = (lowY + highY) / 2.0;
+    for (side_ = kFewestSamples; side_ * most < width;) side_ *= 2;
+    spacing_ = std::max(least, width / side_);
+    return true;
+  }
+
+  // The transform of the pupils' samples, which are as far apart as makes the same grid of directions of all. Index k
+  // is the direction -k spacing along x and k spacing along y from the centre; the upper half of the indices is
+  // negative.
+  void SampleWindow() {
+    const auto samples = static_cast<std::size_t>(side_) * static_cast<std::size_t>(side_);
+    std::vector<double>&re = workspace_.re, &im = workspace_.im, &sum = workspace_.sum;
+    re.resize(samples);
+    im.resize(samples);
+    sum.assign(samples, 0.0);
+    for (std::size_t i = 0; i < beams_.size(); ++i) {
+      const Pupil& pupil = beams_[i].pupil;
+      const double unit = beams_[i].unitArcmin, across = side_ * spacing_ / unit;
+      const PupilLattice lattice{static_cast<int>(std::ceil(across)), 2.0 / across};
+      FieldOnLattice(pupil, lattice, workspace_.masks.Of(pupil.outline, lattice), {}, centreX_ / unit, centreY_ / unit,
+                     workspace_.chords, side_, re.data(), im.data());
+      const double scale = workspace_.transform(re.data(), im.data(), side_);
+      const double cells =
+          std::numbers::pi * pupil.outline.semiAxisA * pupil.outline.semiAxisB / (lattice.step * lattice.step);
+      const double factor = factors_[i] / (scale * scale * cells * cells);
+      for (std::size_t k = 0; k < samples; ++k) sum[k] += factor * (re[k] * re[k] + im[k] * im[k]);
+    }
+  }
+
+  int Wrapped(int k) const { return k & (side_ - 1); }
+  int Folded(int k) const { return Wrapped(k) < side_ / 2 ? Wrapped(k) : Wrapped(k) - side_; }
+  double Sample(int row, int column) const {
+    return workspace_.sum[static_cast<std::size_t>(Wrapped(row)) * static_cast<std::size_t>(side_) +
+                          static_cast<std::size_t>(Wrapped(column))];
   }
 
   std::span<const Beam> beams_;
   std::span<const double> factors_;
-  ChordQuadrature& quadrature_;
+  Workspace& workspace_;
   std::vector<NodeCounts> counts_;
   double unit_;  // the smallest of the beams'
+  double centreX_ = 0.0, centreY_ = 0.0;
+  int side_ = 0;
+  double spacing_ = 0.0;
 };
 
 }  // namespace
 
-Outcome<Peak> HighestOf(std::span<const Beam> beams, std::span<const double> factors, ChordQuadrature& quadrature) {
-  Search search(beams, factors, quadrature);
+Outcome<Peak> HighestOf(std::span<const Beam> beams, std::span<const double> factors, Workspace& workspace) {
+  Search search(beams, factors, workspace);
   const Outcome<std::vector<Peak>> hills = search.Hills();
   if (!hills) return hills.refusal();
   Peak best;
   for (const Peak& hill : *hills) {
-    if (hill.value < kLeftAtSample * best.value) break;
+    if (hill.value < kPromising * best.value) break;
     const Peak peak = search.Climb(hill.x, hill.y);
     if (peak.value > best.value) best = peak;
   }

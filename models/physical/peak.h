@@ -4,8 +4,8 @@
 
 #include <span>
 
-#include "models/physical/chord_quadrature.h"
 #include "models/physical/eye.h"
+#include "models/physical/workspace.h"
 
 namespace orvanel::physical {
 
@@ -16,12 +16,13 @@ struct Peak {
   double y = 0.0;
 };
 
-// The largest value anywhere. Error: 1e-9 of the sum of the factors. Refuses a wavefront that is too steep.
-// The search samples the window of all slopes 0.35 of the smallest wavelength / diameter apart. There a band-limited
-// intensity is at least half of the peak beside it (Bernstein's inequality), so that no peak is missed; each is then
+// The largest value anywhere. Error: 1e-9 of the sum of the factors. Refuses wavefronts whose slopes differ by more
+// than 1700 of the smallest wavelength / diameter.
+//   factors  one for each beam
+// A Fourier transform samples the window of all slopes 0.35 of the smallest wavelength / diameter apart, where at least
+// half of a peak is left at the nearest sample (Bernstein's inequality). The peaks that promise to be the highest are
 // refined by Newton's method.
-//   quadrature  its tables are used and replaced
-Outcome<Peak> HighestOf(std::span<const Beam> beams, std::span<const double> factors, ChordQuadrature& quadrature);
+Outcome<Peak> HighestOf(std::span<const Beam> beams, std::span<const double> factors, Workspace& workspace);
 
 }  // namespace orvanel::physical
 

@@ -58,13 +58,13 @@ Outcome<NodeCounts> CheckedCounts(const Beam& beam, const DirectionGrid& grid) {
 }
 
 Outcome<Place> OriginOf(const std::vector<Beam>& beams, const Densities& densities, Origin origin,
-                        ChordQuadrature& quadrature) {
+                        Workspace& workspace) {
   if (origin == Origin::kAxis) return Place{};
   if (origin == Origin::kCentroid) {
     const Centroid centroid = CentroidOf(beams);
     return Place{centroid.x, centroid.y};
   }
-  const Outcome<Peak> peak = HighestOf(beams, densities.factors, quadrature);
+  const Outcome<Peak> peak = HighestOf(beams, densities.factors, workspace);
   if (!peak) return peak.refusal();
   return Place{peak->x, peak->y};
 }
@@ -72,12 +72,12 @@ Outcome<Place> OriginOf(const std::vector<Beam>& beams, const Densities& densiti
 }  // namespace
 
 Outcome<PointSpread> PointSpreadOf(const Eye& eye, const Light& light, const RetinalGrid& grid, PsfUnit unit,
-                                   ChordQuadrature& quadrature) {
+                                   Workspace& workspace) {
   if (const std::optional<Refusal> refusal = CheckGrid(grid)) return *refusal;
   const Outcome<std::vector<Beam>> beams = BeamsOf(eye, light);
   if (!beams) return beams.refusal();
-  const Densities densities = DensitiesOf(*beams, quadrature);
-  const Outcome<Place> origin = OriginOf(*beams, densities, grid.origin, quadrature);
+  const Densities densities = DensitiesOf(*beams, workspace.quadrature);
+  const Outcome<Place> origin = OriginOf(*beams, densities, grid.origin, workspace);
   if (!origin) return origin.refusal();
   const Place seen = Seen(*origin, grid.view);
   // The views are their own inverses.
@@ -103,24 +103,25 @@ Outcome<PointSpread> PointSpreadOf(const Eye& eye, const Light& light, const Ret
   for (std::size_t i = 0; i < beams->size(); ++i) {
     output.factor = densities.factors[i] / (unit == PsfUnit::kStrehl ? densities.perfect : 1.0);
     output.add = i > 0;
-    quadrature.Intensity((*beams)[i].pupil, grids[i], counts[i], output);
+    workspace.quadrature.Intensity((*beams)[i].pupil, grids[i], counts[i], output);
   }
   return psf;
 }
 
-Outcome<StrehlRatios> StrehlRatiosOf(const Eye& eye, const Light& light, View view, ChordQuadrature& quadrature) {
+Outcome<StrehlRatios> StrehlRatiosOf(const Eye& eye, const Light& light, View view, Workspace& workspace) {
   const Outcome<std::vector<Beam>> beams = BeamsOf(eye, light);
   if (!beams) return beams.refusal();
-  const Densities densities = DensitiesOf(*beams, quadrature);
+  const Densities densities = DensitiesOf(*beams, workspace.quadrature);
   const DirectionGrid axis{0.0, 0.0, 1.0, 1, 1};
   StrehlRatios ratios;
   for (std::size_t i = 0; i < beams->size(); ++i) {
     const Pupil& pupil = (*beams)[i].pupil;
     const Outcome<NodeCounts> counts = CheckedCounts((*beams)[i], axis);
     if (!counts) return counts.refusal();
-    ratios.axis += densities.factors[i] * std::norm(quadrature.Field(pupil, 0.0, 0.0, *counts).u) / densities.perfect;
+    ratios.axis +=
+        densities.factors[i] * std::norm(workspace.quadrature.Field(pupil, 0.0, 0.0, *counts).u) / densities.perfect;
   }
-  const Outcome<Peak> peak = HighestOf(*beams, densities.factors, quadrature);
+  const Outcome<Peak> peak = HighestOf(*beams, densities.factors, workspace);
   if (!peak) return peak.refusal();
   const Place place = Seen({peak->x, peak->y}, view);
   ratios.peak = peak->value / densities.perfect;

@@ -4,10 +4,10 @@
 
 #include <vector>
 
-#include "models/physical/chord_quadrature.h"
 #include "models/physical/eye.h"
 #include "models/physical/light.h"
 #include "models/physical/outcome.h"
+#include "models/physical/workspace.h"
 
 namespace orvanel::physical {
 
@@ -50,9 +50,9 @@ struct PointSpread {
 
 // Error: 1e-9 of the peak of the pupil without aberration, at every sample, for eyes up to 5 waves RMS.
 // Memory: the samples; exponentials, up to kKeptWaves doubles; 4 (columns + 64) doubles for each chord.
-//   quadrature  keeps its tables for the next eye of the same pupil, light and grid
+//   workspace  keeps its tables for the next eye of the same pupil, light and grid
 Outcome<PointSpread> PointSpreadOf(const Eye& eye, const Light& light, const RetinalGrid& grid, PsfUnit unit,
-                                   ChordQuadrature& quadrature);
+                                   Workspace& workspace);
 
 // Both ratios are relative to the same pupil without aberration in the same light.
 struct StrehlRatios {
@@ -63,7 +63,7 @@ struct StrehlRatios {
 };
 
 // Error: 1e-9.
-Outcome<StrehlRatios> StrehlRatiosOf(const Eye& eye, const Light& light, View view, ChordQuadrature& quadrature);
+Outcome<StrehlRatios> StrehlRatiosOf(const Eye& eye, const Light& light, View view, Workspace& workspace);
 
 }  // namespace orvanel::physical
 

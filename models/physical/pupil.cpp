@@ -48,10 +48,11 @@ SlopeRange SlopesOf(const Pupil& pupil) {
   SlopeRange range{infinity, -infinity, infinity, -infinity};
   for (int i = 0; i <= kSteps; ++i) {
     const SineCosine t = SineAndCosine(kPi * (static_cast<double>(i) / kSteps - 0.5));
+    const LineJet line = JetAlongLine(pupil.wavefrontUm, chords.HeightAt(t.sine));
     for (int j = 0; j <= kSteps; ++j) {
       const SineCosine s = SineAndCosine(kPi * (static_cast<double>(j) / kSteps - 0.5));
       const double x = chords.MiddleAt(t.sine) + chords.halfWidth * t.cosine * s.sine;
-      const Jet w = At(pupil.wavefrontUm, x, chords.HeightAt(t.sine));
+      const Jet w = line.At(x);
       range.lowX = Smaller(range.lowX, scale * w.dx);
       range.highX = Larger(range.highX, scale * w.dx);
       range.lowY = Smaller(range.lowY, scale * w.dy);

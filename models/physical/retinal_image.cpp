@@ -151,7 +151,7 @@ void ImageFilter::Add(const Beam& beam, const FrequencyLattice& frequencies, con
   }
 }
 
-Outcome<ImageFilter> ImageFilter::Of(const Eye& eye, const Light& light, const ObjectSize& size, OtfLattice& otf) {
+Outcome<ImageFilter> ImageFilter::Of(const Eye& eye, const Light& light, const ObjectSize& size, Workspace& workspace) {
   if (const std::optional<Refusal> refusal = CheckSize(size)) return *refusal;
   const Outcome<std::vector<Beam>> beams = BeamsOf(eye, light);
   if (!beams) return beams.refusal();
@@ -166,7 +166,7 @@ Outcome<ImageFilter> ImageFilter::Of(const Eye& eye, const Light& light, const O
     const FrequencyLattice frequencies = FrequenciesOf(beam, side * size.pixelArcmin);
     const std::size_t samples = At(frequencies.side, 0, frequencies.side);
     std::vector<double> re(samples), im(samples);
-    if (!otf.Compute(beam.pupil, frequencies, re.data(), im.data())) {
+    if (!workspace.otf.Compute(beam.pupil, frequencies, re.data(), im.data())) {
       return Refusal{Problem::kTooSteep, 0.0, 0.0, 0.0, beam.line};
     }
     filter.Add(beam, frequencies, re, im);

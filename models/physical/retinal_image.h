@@ -6,7 +6,6 @@
 
 #include "models/physical/eye.h"
 #include "models/physical/light.h"
-#include "models/physical/otf_lattice.h"
 #include "models/physical/outcome.h"
 #include "models/physical/point_spread.h"
 
@@ -35,8 +34,8 @@ class ImageFilter {
   // so much larger than object and image that light from its next period is below 3e-5. Light is conserved to 1e-12.
   // Refuses sizes whose lattices have more than kLargestLattice a side.
   // Memory: 2 planes of the lattice, and those of OtfLattice while it is made.
-  //   otf  keeps its tables
-  static Outcome<ImageFilter> Of(const Eye& eye, const Light& light, const ObjectSize& size, OtfLattice& otf);
+  //   workspace  keeps its tables
+  static Outcome<ImageFilter> Of(const Eye& eye, const Light& light, const ObjectSize& size, Workspace& workspace);
   static constexpr int kLargestLattice = 8192;
 
   // The image of an object in linear light. In the view of the retina it is upside down.

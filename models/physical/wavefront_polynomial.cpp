@@ -93,20 +93,31 @@ LinePolynomial Shifted(LinePolynomial polynomial, double shift) {
   return polynomial;
 }
 
-Jet At(const Polynomial& polynomial, double x, double y) {
-  Jet jet{0.0, 0.0, 0.0};
-  for (int a = kHighestOrder; a >= 0; --a) {
+LineJet JetAlongLine(const Polynomial& polynomial, double y) {
+  LineJet jet;
+  for (int a = 0; a <= kHighestOrder; ++a) {
     double value = 0.0, slope = 0.0;  // of the factor of x^a, by y
     for (int b = kHighestOrder - a; b >= 0; --b) {
       slope = slope * y + value;
       value = value * y + polynomial.coefficients[Monomial(a, b)];
     }
-    jet.dx = jet.dx * x + jet.value;
-    jet.value = jet.value * x + value;
-    jet.dy = jet.dy * x + slope;
+    jet.value[static_cast<std::size_t>(a)] = value;
+    jet.dy[static_cast<std::size_t>(a)] = slope;
   }
   return jet;
 }
+
+Jet LineJet::At(double x) const {
+  Jet jet{0.0, 0.0, 0.0};
+  for (std::size_t a = value.size(); a-- > 0;) {
+    jet.dx = jet.dx * x + jet.value;
+    jet.value = jet.value * x + value[a];
+    jet.dy = jet.dy * x + dy[a];
+  }
+  return jet;
+}
+
+Jet At(const Polynomial& polynomial, double x, double y) { return JetAlongLine(polynomial, y).At(x); }
 
 // Horner's scheme in x, with coefficients by Horner's scheme in y.
 Polynomial Composed(const Polynomial& polynomial, const AffineMap& map) {

@@ -45,6 +45,14 @@ struct Jet {
 };
 Jet At(const Polynomial& polynomial, double x, double y);
 
+// The same along the line of one y, for many x.
+struct LineJet {
+  LinePolynomial value;
+  LinePolynomial dy;
+  Jet At(double x) const;
+};
+LineJet JetAlongLine(const Polynomial& polynomial, double y);
+
 // The map (x, y) -> (xx x + xy y + x0, yx x + yy y + y0).
 struct AffineMap {
   double xx = 1.0, xy = 0.0, x0 = 0.0;

@@ -82,6 +82,26 @@ void FieldOnChord(const ChordField& chord, double* field) {
   }
 }
 
+void ChordMoments(const ChordField& chord, const double* field, double* moments) {
+  const int count = chord.count;
+  for (int v = 0; v < kChordBlock; v += kWidth) {
+    V sum[6] = {};
+    for (int i = v; i < count; i += kChordBlock) {
+      const V u = Load(chord.nodes + i) * chord.halfLength;
+      const V evenRe = Load(field + i);
+      const V evenIm = Load(field + count + i);
+      const V square = u * u;
+      sum[0] += evenRe;
+      sum[1] += evenIm;
+      sum[2] += u * Load(field + 2 * count + i);
+      sum[3] += u * Load(field + 3 * count + i);
+      sum[4] += square * evenRe;
+      sum[5] += square * evenIm;
+    }
+    ORVANEL_UNROLL for (int k = 0; k < 6; ++k) Store(moments + k * kChordBlock + v, sum[k]);
+  }
+}
+
 // Blocks after one whose angles are computed afresh are turned from it, each by the same angle, which adds a rounding
 // error each.
 constexpr int kTurnedBlocks = 16;

@@ -50,6 +50,11 @@ struct ChordKernels {
   //   field  4 * count doubles
   void (*fieldOnChord)(const ChordField& chord, double* field);
 
+  // Of the field on a chord, which fieldOnChord made: the sums over the nodes u of even re, even im, u odd re, u odd
+  // im, u^2 even re, u^2 even im, each in kChordBlock lanes, which are to be added up.
+  //   moments  6 * kChordBlock doubles
+  void (*chordMoments)(const ChordField& chord, const double* field, double* moments);
+
   // cos and sin of node * place, for each block of places and each node.
   //   waves  grid.blocks * count * 2 * kChordBlock doubles
   void (*columnWaves)(const double* nodes, int count, const WaveGrid& grid, double* waves);

@@ -12,6 +12,7 @@ extern const physical::ChordKernels kChordKernels;
 const physical::ChordKernels kChordKernels = {
     .name = ORVANEL_NAME(ORVANEL_KERNELS),
     .fieldOnChord = FieldOnChord,
+    .chordMoments = ChordMoments,
     .columnWaves = ColumnWaves,
     .columnSums = ColumnSums,
     .rowsFromSums = RowsFromSums,

@@ -26,9 +26,9 @@ std::vector<Beam> BeamsOf(const std::vector<Pupil>& pupils) {
 }
 
 Peak PeakOf(const Pupil& pupil) {
-  ChordQuadrature quadrature(ActiveChords());
+  Workspace workspace(*ActiveKernels());
   const std::vector<double> factors = {1.0};
-  return *HighestOf(BeamsOf({pupil}), factors, quadrature);
+  return *HighestOf(BeamsOf({pupil}), factors, workspace);
 }
 
 TEST(Peak, OfAPerfectPupilIsOneOnTheAxis) {
@@ -88,8 +88,9 @@ double HighestSample(const std::vector<Beam>& beams, const std::vector<double>& 
 // The best of samples a seventh apart is at most 1 + cos(2 pi d) halves below the peak (Bernstein's inequality), d the
 // largest distance from a sample.
 void ExpectNoHigherPlace(const std::vector<Beam>& beams, const std::vector<double>& factors) {
-  ChordQuadrature quadrature(ActiveChords());
-  const Outcome<Peak> peak = HighestOf(beams, factors, quadrature);
+  Workspace workspace(*ActiveKernels());
+  const Outcome<Peak> peak = HighestOf(beams, factors, workspace);
+  ChordQuadrature& quadrature = workspace.quadrature;
   ASSERT_TRUE(peak);
   const double spacing = 1.0 / 7.0, best = HighestSample(beams, factors, spacing);
   EXPECT_LE(best, peak->value + kBound);
@@ -129,12 +130,12 @@ TEST(Peak, OfThreeColoursHasNoHigherPlaceInADenseSearch) {
 }
 
 TEST(Peak, OfASteepWavefrontIsRefused) {
-  ChordQuadrature quadrature(ActiveChords());
+  Workspace workspace(*ActiveKernels());
   for (const double c4 : {1e3, 1e300, std::nan("")}) {
     const std::vector<double> factors = {1.0};
-    const Outcome<Peak> peak = HighestOf(BeamsOf({PupilOf({0, 0, 0, 0, c4})}), factors, quadrature);
+    const Outcome<Peak> peak = HighestOf(BeamsOf({PupilOf({0, 0, 0, 0, c4})}), factors, workspace);
     ASSERT_FALSE(peak) << c4;
-    EXPECT_EQ(peak.refusal().problem, Problem::kTooManyNodes);
+    EXPECT_EQ(peak.refusal().problem, Problem::kTooSteep);
   }
 }
 

@@ -18,15 +18,15 @@ constexpr double kBound = 1e-9;
 const double kArcmin = 10.8 / kPi;  // in a milliradian
 
 PointSpread Computed(const Eye& eye, const Light& light, const RetinalGrid& grid, PsfUnit unit = PsfUnit::kStrehl) {
-  ChordQuadrature quadrature(ActiveChords());
-  const Outcome<PointSpread> psf = PointSpreadOf(eye, light, grid, unit, quadrature);
+  Workspace workspace(*ActiveKernels());
+  const Outcome<PointSpread> psf = PointSpreadOf(eye, light, grid, unit, workspace);
   EXPECT_TRUE(psf);
   return psf ? *psf : PointSpread{};
 }
 
 StrehlRatios Ratios(const Eye& eye, const Light& light, View view = View::kPatient) {
-  ChordQuadrature quadrature(ActiveChords());
-  return *StrehlRatiosOf(eye, light, view, quadrature);
+  Workspace workspace(*ActiveKernels());
+  return *StrehlRatiosOf(eye, light, view, workspace);
 }
 
 double Airy(double x) { return x == 0.0 ? 1.0 : std::pow(2 * std::cyl_bessel_j(1.0, x) / x, 2); }
@@ -243,9 +243,9 @@ TEST(PointSpread, WithStilesCrawfordIsRelativeToThePerfectPupilWithIt) {
 // ---- What is refused
 
 TEST(PointSpread, RefusesWhatIsNoGrid) {
-  ChordQuadrature quadrature(ActiveChords());
+  Workspace workspace(*ActiveKernels());
   const auto problemOf = [&](const RetinalGrid& grid) {
-    const Outcome<PointSpread> psf = PointSpreadOf(EyeOf({}), Monochromatic(550), grid, PsfUnit::kStrehl, quadrature);
+    const Outcome<PointSpread> psf = PointSpreadOf(EyeOf({}), Monochromatic(550), grid, PsfUnit::kStrehl, workspace);
     EXPECT_FALSE(psf);
     return psf.refusal().problem;
   };
@@ -261,22 +261,28 @@ TEST(PointSpread, RefusesWhatIsNoGrid) {
 }
 
 TEST(PointSpread, RefusesWhatItsEyeOrItsLightIs) {
-  ChordQuadrature quadrature(ActiveChords());
-  const RetinalGrid grid{0, 0, 0.1, 4, 4, View::kPatient, Origin::kPeak};
-  const auto refusalOf = [&](const Eye& eye, const Light& light) {
-    const Outcome<PointSpread> psf = PointSpreadOf(eye, light, grid, PsfUnit::kStrehl, quadrature);
-    const Outcome<StrehlRatios> ratios = StrehlRatiosOf(eye, light, View::kPatient, quadrature);
-    EXPECT_FALSE(psf);
-    EXPECT_FALSE(ratios);
-    EXPECT_EQ(psf.refusal().problem, ratios.refusal().problem);
-    return psf.refusal();
+  Workspace workspace(*ActiveKernels());
+  RetinalGrid grid{0, 0, 0.1, 4, 4};
+  const auto ofPsf = [&](const Eye& eye, const Light& light) {
+    return PointSpreadOf(eye, light, grid, PsfUnit::kStrehl, workspace).refusal();
   };
-  EXPECT_EQ(refusalOf(EyeOf({}, 0.0), Monochromatic(550)).problem, Problem::kPupilDiameter);
-  EXPECT_EQ(refusalOf(EyeOf({}), WhiteLight()).problem, Problem::kNoReferenceWavelength);
-  const Refusal steep = refusalOf(EyeOf({0, 0, 0, 0, 2000}, 6.0, 550), {{500, 0.0}, {600, 1.0}});
-  EXPECT_EQ(steep.problem, Problem::kTooManyNodes);
-  EXPECT_EQ(steep.index, 1);
-  EXPECT_EQ(steep.high, kMaxNodes);
+  const auto ofStrehl = [&](const Eye& eye, const Light& light) {
+    return StrehlRatiosOf(eye, light, View::kPatient, workspace).refusal();
+  };
+  EXPECT_EQ(ofPsf(EyeOf({}, 0.0), Monochromatic(550)).problem, Problem::kPupilDiameter);
+  EXPECT_EQ(ofStrehl(EyeOf({}, 0.0), Monochromatic(550)).problem, Problem::kPupilDiameter);
+  EXPECT_EQ(ofPsf(EyeOf({}), WhiteLight()).problem, Problem::kNoReferenceWavelength);
+  EXPECT_EQ(ofStrehl(EyeOf({}), WhiteLight()).problem, Problem::kNoReferenceWavelength);
+  const Eye steep = EyeOf({0, 0, 0, 0, 2000}, 6.0, 550);
+  const Light orange = {{500, 0.0}, {600, 1.0}};
+  for (const Refusal& refusal : {ofPsf(steep, orange), ofStrehl(steep, orange)}) {
+    EXPECT_EQ(refusal.problem, Problem::kTooManyNodes);
+    EXPECT_EQ(refusal.index, 1);
+    EXPECT_EQ(refusal.high, kMaxNodes);
+  }
+  grid.origin = Origin::kPeak;
+  EXPECT_EQ(ofPsf(steep, orange).problem, Problem::kTooSteep);
+  EXPECT_EQ(ofPsf(steep, orange).index, 1);
 }
 
 }  // namespace

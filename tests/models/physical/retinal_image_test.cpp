@@ -24,8 +24,8 @@ const Eye kAsymmetricEye = EyeOf({0, 0.2, -0.1, 0.08, 0.1, -0.09, 0.05, 0.1, -0.
 
 RetinalImage ImageOf(const Eye& eye, const Light& light, const ObjectSize& size, const std::vector<double>& object,
                      double surround, View view = View::kPatient) {
-  OtfLattice otf(*ActiveKernels());
-  const Outcome<ImageFilter> filter = ImageFilter::Of(eye, light, size, otf);
+  Workspace workspace(*ActiveKernels());
+  const Outcome<ImageFilter> filter = ImageFilter::Of(eye, light, size, workspace);
   EXPECT_TRUE(filter);
   return *filter->ImageOf(object.data(), surround, view);
 }
@@ -35,9 +35,9 @@ RetinalImage ImageOf(const Eye& eye, const Light& light, const ObjectSize& size,
 std::vector<double> PixelSpread(const Eye& eye, const Light& light, double pixelArcmin, int reach, View view) {
   constexpr int kSteps = 32;  // of a pixel
   const int side = (2 * reach + 1) * kSteps + 1;
-  ChordQuadrature quadrature(ActiveChords());
+  Workspace workspace(*ActiveKernels());
   const RetinalGrid grid{0, 0, pixelArcmin / kSteps, side, side, view};
-  const PointSpread psf = *PointSpreadOf(eye, light, grid, PsfUnit::kPerArcmin2, quadrature);
+  const PointSpread psf = *PointSpreadOf(eye, light, grid, PsfUnit::kPerArcmin2, workspace);
   const auto weight = [](int i) { return i == 0 || i == kSteps ? 1.0 : i % 2 == 1 ? 4.0 : 2.0; };
   std::vector<double> spread;
   for (int r = 0; r < 2 * reach + 1; ++r) {
@@ -172,9 +172,9 @@ TEST(RetinalImage, OfAPrismIsMovedAsThePersonSeesIt) {
 }
 
 TEST(RetinalImage, IsLinear) {
-  OtfLattice otf(*ActiveKernels());
+  Workspace workspace(*ActiveKernels());
   const ObjectSize size{16, 16, 0.5, 0};
-  const ImageFilter filter = *ImageFilter::Of(kAsymmetricEye, Monochromatic(560), size, otf);
+  const ImageFilter filter = *ImageFilter::Of(kAsymmetricEye, Monochromatic(560), size, workspace);
   const std::vector<double> first = reference::Noise(256, 5), second = reference::Noise(256, 6);
   std::vector<double> sum;
   for (std::size_t i = 0; i < 256; ++i) sum.push_back(first[i] + 2 * second[i]);
@@ -186,9 +186,9 @@ TEST(RetinalImage, IsLinear) {
 // ---- What is refused
 
 TEST(RetinalImage, RefusesWhatHasNoImage) {
-  OtfLattice otf(*ActiveKernels());
+  Workspace workspace(*ActiveKernels());
   const auto problemOf = [&](const Eye& eye, const ObjectSize& size) {
-    const Outcome<ImageFilter> filter = ImageFilter::Of(eye, Monochromatic(560), size, otf);
+    const Outcome<ImageFilter> filter = ImageFilter::Of(eye, Monochromatic(560), size, workspace);
     EXPECT_FALSE(filter);
     return filter.refusal().problem;
   };
@@ -203,7 +203,7 @@ TEST(RetinalImage, RefusesWhatHasNoImage) {
   EXPECT_EQ(problemOf(EyeOf({}, 13.0), {5, 5, 0.5, 0}), Problem::kPupilDiameter);
   EXPECT_EQ(problemOf(EyeOf({0, 0, 0, 0, 60.0}), {5, 5, 0.5, 0}), Problem::kTooSteep);
 
-  const ImageFilter filter = *ImageFilter::Of(eye, Monochromatic(560), {2, 2, 0.5, 0}, otf);
+  const ImageFilter filter = *ImageFilter::Of(eye, Monochromatic(560), {2, 2, 0.5, 0}, workspace);
   const std::vector<double> dark(4), bad = {0, 0, std::numeric_limits<double>::infinity(), 0};
   EXPECT_EQ(filter.ImageOf(bad.data(), 0.0).refusal().problem, Problem::kLuminance);
   EXPECT_EQ(filter.ImageOf(bad.data(), 0.0).refusal().index, 2);

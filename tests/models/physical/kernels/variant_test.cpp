@@ -76,6 +76,30 @@ TEST_P(ChordKernelVariants, GiveTheSameFields) {
   }
 }
 
+Samples MomentsOf(const ChordKernels& kernels) {
+  const Chord chord;
+  const Samples field = Noise(4 * kNodes, 11);
+  Samples moments(6 * kChordBlock);
+  kernels.chordMoments(chord.Of(false), field.data(), moments.data());
+  return moments;
+}
+
+TEST_P(ChordKernelVariants, GiveTheMomentsOfAField) {
+  const Samples moments = MomentsOf(ChordKernelsOf(*GetParam())), field = Noise(4 * kNodes, 11), nodes = Chord().nodes;
+  for (std::size_t k = 0; k < 6; ++k) {
+    for (std::size_t lane = 0; lane < kChordBlock; ++lane) {
+      long double sum = 0.0L;
+      for (std::size_t i = lane; i < kNodes; i += kChordBlock) {
+        const std::size_t part[] = {0, 1, 2, 3, 0, 1};
+        sum += std::pow(0.83L * nodes[i], static_cast<int>(k / 2)) * field[part[k] * kNodes + i];
+      }
+      EXPECT_NEAR(moments[k * kChordBlock + lane], static_cast<double>(sum), 1e-15) << k << ' ' << lane;
+    }
+  }
+}
+
+TEST_P(ChordKernelVariants, GiveTheSameMoments) { ExpectTheSameBits(MomentsOf); }
+
 // More blocks than are turned from one whose angles are computed.
 Samples WavesOf(const ChordKernels& kernels, double first) {
   constexpr int kBlocks = 35;
