@@ -22,6 +22,7 @@ enum class Problem {
   kGridSpacing,
   kGridSize,
   kGridCentre,
+  kFrequency,  // not finite, or a step that is too fine: low is the finest
   kPixelSize,
   kObjectSize,
   kMargin,
