@@ -165,9 +165,9 @@ ChordField ChordQuadrature::FieldOnChord(const Rule& rule, const Pupil& pupil, c
   return chord;
 }
 
-// The sums of a column over an upper and a lower chord, turned by -angle and +angle for chords whose middles lie aside,
-// become their sum and their difference, which the rows take with cosine and sine. Blocks that are to be written from
-// right to left are stored so.
+// Turns the sums of a column over an upper and a lower chord by -angle and +angle, for chords whose middles are off the
+// axis. Stores their sum, which the rows multiply by the cosine, and their difference, which they multiply by the sine.
+// Blocks that are written from right to left are stored in that order.
 void ChordQuadrature::SumColumns(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, bool mirrorX,
                                  std::size_t pair) {
   const Chords chords = ChordsOf(pupil.outline);

@@ -13,9 +13,9 @@
 
 namespace orvanel::physical {
 
-// Directions at which the field is wanted, in units of wavelength / diameter: a regular grid, of which column c and row
-// r are at x = centreX + (c - (columns - 1)/2) spacing, y = centreY + ((rows - 1)/2 - r) spacing. x and y are those of
-// the wavefront's slopes: a wavefront of slope (Wx, Wy) sends its light to +(Wx, Wy).
+// A regular grid of directions, in units of wavelength / diameter. Column c is at x = centreX + (c - (columns - 1)/2)
+// spacing, row r at y = centreY + ((rows - 1)/2 - r) spacing. x and y are those of the wavefront's slopes: a wavefront
+// of slope (Wx, Wy) sends its light to +(Wx, Wy).
 struct DirectionGrid {
   double centreX = 0.0;
   double centreY = 0.0;

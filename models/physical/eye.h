@@ -16,8 +16,8 @@ constexpr double kLargestPupilMm = 12.0;
 constexpr double kLargestRho = 1.0;             // of the Stiles-Crawford effect, per mm^2
 constexpr double kLargestDecentrationMm = 6.0;  // of its centre, and of the achromatic axis
 
-// Coefficients in um of orthonormal modes by OSA/ANSI index, radial orders 0 to 10; x to the right of an examiner who
-// faces the eye, y up; positive where the wavefront that leaves the eye is ahead.
+// The wavefront that leaves the eye, positive where it is ahead. x is to the right of an examiner who faces the eye, y
+// is up. Coefficients are in um, of orthonormal modes by OSA/ANSI index, radial orders 0 to 10.
 struct Eye {
   double diameterMm = 0.0;  // over which the modes are given
   std::array<double, kModes> modesUm{};

@@ -93,8 +93,8 @@ void OtfLattice::Autocorrelate(const Pupil& pupil) {
   m.transform(m.re.data(), m.im.data(), m.frequencies.side);
 }
 
-// What the lattice lacks of an overlap, it lacks at the rim, where it is the same with and without attenuation but for
-// the transmission there.
+// The error of an overlap comes from the cells at the rim. With attenuation it is the same, times the transmission
+// there.
 void OtfLattice::SetFlat(const Pupil& flat) {
   Memory& m = *memory_;
   m.flat = {};  // so that nothing half made is taken for whole
@@ -144,7 +144,7 @@ bool OtfLattice::Compute(const Pupil& pupil, const FrequencyLattice& frequencies
   const int side = frequencies.side;
   if (!(frequencies.step > 0.0 && side / 2 * frequencies.step >= 1.0)) return false;
   const SlopeRange slopes = SlopesOf(pupil);
-  // In waves a radius, half of what directions are counted in.
+  // In waves a radius; directions have twice the number.
   const double steepest = std::max({-slopes.lowX, slopes.highX, -slopes.lowY, slopes.highY}) / 2.0;
   constexpr double kWavesPerSample = 0.25, kFewest = 256.0, kMost = 2048.0, kRounding = 1e-9;
   const double needed = 2.0 * steepest / kWavesPerSample;

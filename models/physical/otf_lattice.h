@@ -16,10 +16,10 @@ struct FrequencyLattice {
   bool operator==(const FrequencyLattice&) const = default;
 };
 
-// The fast method. The pupil stands on a lattice of 256 samples or more across, whose cells at the rim count by the
-// share of their area that is inside. One step of the frequencies is a whole number of samples: the density. The
-// autocorrelation at every such sample is the sum of those of density^2 sub-lattices. What the rim's cells make of the
-// overlap of a flat pupil is compared with its closed form, and taken out.
+// The fast method. It samples the pupil on a lattice of 256 samples or more across; a cell at the rim counts by the
+// share of its area that is inside. One step of the frequencies is a whole number of samples: the density. The
+// autocorrelation at every such sample is the sum of those of density^2 sub-lattices. The overlap of a flat pupil has a
+// closed form; the difference from it corrects the cells at the rim.
 class OtfLattice {
  public:
   explicit OtfLattice(const Kernels& kernels);
@@ -27,8 +27,8 @@ class OtfLattice {
 
   // The OTF in the sense of OtfOverlap.
   //   re, im  side x side doubles
-  // Error: 1e-4. The lattice has up to 2048 samples across, or as many as the frequencies, so that the phase changes by
-  // at most a quarter of a turn from sample to sample. Returns false, and writes nothing, where it would change by
+  // Error: 1e-4. The phase changes by at most a quarter of a turn from sample to sample. For that the lattice has up to
+  // 2048 samples across, or as many as the frequencies. Returns false, and writes nothing, where it would change by
   // more, and where the frequencies are no lattice as above. Memory: 5 planes of the frequencies, and one of the
   // samples across.
   bool Compute(const Pupil& pupil, const FrequencyLattice& frequencies, double* re, double* im);

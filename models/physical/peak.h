@@ -19,9 +19,9 @@ struct Peak {
 // The largest value anywhere. Error: 1e-9 of the sum of the factors. Refuses wavefronts whose slopes differ by more
 // than 1700 of the smallest wavelength / diameter.
 //   factors  one for each beam
-// A Fourier transform samples the window of all slopes 0.35 of the smallest wavelength / diameter apart, where at least
-// half of a peak is left at the nearest sample (Bernstein's inequality). The peaks that promise to be the highest are
-// refined by Newton's method.
+// A Fourier transform samples the window of all slopes, 0.35 to 0.42 of the smallest wavelength / diameter apart. The
+// sample nearest to a peak then has at least a third of it (Bernstein's inequality). The peaks that promise to be the
+// highest are refined by Newton's method.
 Outcome<Peak> HighestOf(std::span<const Beam> beams, std::span<const double> factors, Workspace& workspace);
 
 }  // namespace orvanel::physical

@@ -24,8 +24,8 @@ enum class Origin {
   kCentroid,  // the centre of gravity of the light
 };
 
-// 1 is the peak of the same pupil without aberration, monochromatic and chromatic, in the same light; or the share of
-// the light per arcmin^2, whose integral over the whole plane is 1.
+// kStrehl: 1 is the peak of the same pupil in the same light, without aberration, monochromatic and chromatic.
+// kPerArcmin2: the share of the light per arcmin^2. Its integral over the whole plane is 1.
 enum class PsfUnit { kStrehl, kPerArcmin2 };
 
 // Column c and row r are at x = centreX + (c - (columns - 1)/2) spacing, y = centreY + ((rows - 1)/2 - r) spacing from

@@ -131,8 +131,8 @@ std::vector<double> PixelSpectrum(int frequencies, int side) {
 ImageFilter::ImageFilter(const ObjectSize& size, int side)
     : size_(size), side_(side), re_(At(side, 0, side)), im_(At(side, 0, side)) {}
 
-// Adds the OTF of one beam. Samples at the pixels' distance do not tell frequencies apart that differ by a whole number
-// of cycles a pixel; all of them fold onto one.
+// Adds the OTF of one beam. Frequencies that differ by a whole number of cycles a pixel have the same samples at the
+// pixels' distance; all of them fold onto one.
 void ImageFilter::Add(const Beam& beam, const FrequencyLattice& frequencies, const std::vector<double>& re,
                       const std::vector<double>& im) {
   const int half = frequencies.side / 2;

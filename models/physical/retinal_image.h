@@ -16,7 +16,7 @@ struct ObjectSize {
   int columns = 0;
   int rows = 0;
   double pixelArcmin = 0.0;
-  int margin = 0;  // pixels by which the image is larger than the object on every side
+  int margin = 0;  // pixels that the image has more than the object, on every side
 };
 
 struct RetinalImage {

@@ -102,8 +102,8 @@ void ChordMoments(const ChordField& chord, const double* field, double* moments)
   }
 }
 
-// Blocks after one whose angles are computed afresh are turned from it, each by the same angle, which adds a rounding
-// error each.
+// Angles are computed for one block in so many. The next blocks are turned from it, each by the same angle, which adds
+// a rounding error each.
 constexpr int kTurnedBlocks = 16;
 
 void ColumnWaves(const double* nodes, int count, const WaveGrid& grid, double* waves) {

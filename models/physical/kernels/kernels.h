@@ -50,8 +50,8 @@ struct ChordKernels {
   //   field  4 * count doubles
   void (*fieldOnChord)(const ChordField& chord, double* field);
 
-  // Of the field on a chord, which fieldOnChord made: the sums over the nodes u of even re, even im, u odd re, u odd
-  // im, u^2 even re, u^2 even im, each in kChordBlock lanes, which are to be added up.
+  // Sums over the nodes u of a field that fieldOnChord computed: even re, even im, u odd re, u odd im, u^2 even re,
+  // u^2 even im. Each has kChordBlock lanes; the caller adds them up.
   //   moments  6 * kChordBlock doubles
   void (*chordMoments)(const ChordField& chord, const double* field, double* moments);
 
@@ -59,8 +59,8 @@ struct ChordKernels {
   //   waves  grid.blocks * count * 2 * kChordBlock doubles
   void (*columnWaves)(const double* nodes, int count, const WaveGrid& grid, double* waves);
 
-  // Of one block of columns and two chords of one length with their fields: the sums over the nodes of
-  // even re cos, even im cos, odd re sin, odd im sin, of the upper chord, then of the lower one.
+  // Sums over the nodes for one block of columns and two chords of one length: even re cos, even im cos, odd re sin,
+  // odd im sin. Those of the upper chord come first.
   //   sums  8 * kChordBlock doubles
   void (*columnSums)(const double* waves, int count, const double* upper, const double* lower, double* sums);
 

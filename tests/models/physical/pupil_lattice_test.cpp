@@ -21,13 +21,13 @@ TEST(PupilLattice, SharesAddUpToTheArea) {
     for (const Ellipse& outline : {Ellipse{}, kTurned}) {
       const std::vector<double> mask = MaskOf(outline, lattice);
       const double area = std::accumulate(mask.begin(), mask.end(), 0.0) * lattice.step * lattice.step;
-      // The midpoint rule misses half of what is behind the tips of the ellipse.
+      // The midpoint rule misses parts of the rows at the tips of the ellipse.
       EXPECT_NEAR(area, kPi * outline.semiAxisA * outline.semiAxisB, 1e-4);
     }
   }
 }
 
-// Cells of which a fine net of places is inside.
+// A net of 100 x 100 places in each cell.
 TEST(PupilLattice, SharesAreThoseOfTheOutline) {
   const PupilLattice lattice{20, 0.1};
   const std::vector<double> mask = MaskOf(kTurned, lattice);

@@ -138,7 +138,7 @@ TEST(RetinalImage, OfAPlainFieldIsPlain) {
   for (const double sample : image.luminance) EXPECT_NEAR(sample, 0.37, 1e-15);
 }
 
-// A long grating keeps its mean; its contrast in the middle is the MTF, but for the light that its ends lack.
+// The contrast in the middle of a long grating is the MTF, except for the light that its ends lack.
 TEST(RetinalImage, OfAGratingHasTheContrastOfTheMtf) {
   constexpr int kSide = 192, kPeriod = 16;
   const double pixel = 0.5;  // 7.5 cycles a degree

@@ -66,7 +66,7 @@ TEST(TransferFunction, IsTheTransformOfThePointSpread) {
                  std::polar(1.0, -2 * kPi * (f.x * x + f.y * y) / 60);
         }
       }
-      // A window of 60' cuts tails with an amplitude of some 1e-5 per arcmin^2 where they oscillate.
+      // The window of 60' cuts the tails of the PSF.
       EXPECT_NEAR(std::abs(sum - Exact(AnEye(), light, {f}, view)[0]), 0.0, 2e-3);
     }
   }
