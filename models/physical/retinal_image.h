@@ -24,7 +24,7 @@ struct RetinalImage {
   int rows = 0;
   View view = View::kPatient;
   std::vector<double> luminance;  // at the centres of pixels; row-major, row 0 at the top
-  double outside = 0.0;           // sum over the pixels beyond the image of what differs from the surround
+  double outside = 0.0;           // sum over the pixels beyond the image, of the difference from the surround
 };
 
 // The eye as a filter of objects of one size. Owns what it needs; one may be used by several threads.
