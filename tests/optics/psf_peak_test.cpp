@@ -174,8 +174,9 @@ TEST(PsfPeak, IsThatOfTheSumOverThePupil) {
   }
 }
 
-TEST(PsfPeak, MayBelongToAnotherLobeThanTheBrightestSample) {
-  // A lobe of 0.9 on a sample, and one of 1 in the middle of four samples, 40 rows below and 30 columns to the left.
+// A lobe of 0.9 on the sample in the centre, and one of 1 in the middle of four samples, 40 rows below and 30 columns
+// to the left.
+std::vector<double> TwoLobes() {
   const Psf here = Displaced(0.0, 0.0), there = Displaced(0.5, 0.5);
   std::vector<double> plane(kSide * kSide);
   for (int r = 0; r < kSide; ++r) {
@@ -185,11 +186,35 @@ TEST(PsfPeak, MayBelongToAnotherLobeThanTheBrightestSample) {
       plane[to] = here.plane[to] + there.strehl * there.plane[from] / 0.9;
     }
   }
+  return plane;
+}
+
+TEST(PsfPeak, MayBelongToAnotherLobeThanTheBrightestSample) {
+  const std::vector<double> plane = TwoLobes();
   const PsfPeak peak = PeakBetweenSamples(plane.data());
   constexpr double kTail = 1e-3;  // of one lobe at the other: it falls with the third power of the distance
   EXPECT_NEAR(peak.value, 1.0 / 0.9, kTail);
   EXPECT_NEAR(std::abs(peak.row - 40.0), 0.5, 0.01);
   EXPECT_NEAR(std::abs(peak.column + 30.0), 0.5, 0.01);
+}
+
+TEST(PsfPeak, IsAsFarFromTheBrightestSampleAcrossAnEdge) {
+  const std::vector<double> plane = TwoLobes();
+  const PsfPeak expected = PeakBetweenSamples(plane.data());
+  for (const auto& [row, column] : {std::pair{250, 10}, {7, 251}}) {
+    std::vector<double> moved(kSide * kSide);
+    for (int r = 0; r < kSide; ++r) {
+      for (int c = 0; c < kSide; ++c) {
+        const int to = (r + row + kSide / 2) % kSide * kSide + (c + column + kSide / 2) % kSide;
+        moved[static_cast<std::size_t>(to)] = plane[static_cast<std::size_t>(r * kSide + c)];
+      }
+    }
+    const PsfPeak peak = PeakOf({moved.data(), kSide, row, column});
+    constexpr double kRounding = 1e-9;
+    EXPECT_NEAR(peak.value, expected.value, kRounding);
+    EXPECT_NEAR(peak.row, expected.row, kRounding) << row;
+    EXPECT_NEAR(peak.column, expected.column, kRounding) << column;
+  }
 }
 
 TEST(PsfPeak, OfAnEngineIsThatOfItsPlane) {
