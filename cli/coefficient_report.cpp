@@ -65,8 +65,8 @@ std::string RmsLines(const Coefficients& osa) {
 }  // namespace
 
 std::string EyeLines(const Eye& measured, const std::vector<std::string>& changes) {
-  std::string lines =
-      ReportLine("Eye", (measured.name.empty() ? measured.file : measured.name) + ", side " + SideText(measured.side));
+  std::string lines = ReportLine(
+      "Eye", (measured.name.empty() ? measured.file : measured.name) + ", laterality " + SideText(measured.side));
   lines +=
       ReportLine("Measured", "over " + NumberText(measured.pupil.value(), 6) + " mm, in " + Text(measured.convention));
   std::string label = "Changes";
@@ -83,8 +83,8 @@ std::string RefractionLines(const Eye& eye, CylinderSign sign) {
 
 std::string CoefficientReport(const Eye& eye, CylinderSign sign) {
   if (eye.convention.order != Order::kNamed) ToList(eye.convention.order, eye.coefficients);  // all have a number
-  return ReportLine("Coefficients", "over " + NumberText(eye.pupil.value(), 6) + " mm, side " + SideText(eye.side) +
-                                        ", in " + Text(eye.convention)) +
+  return ReportLine("Coefficients", "over " + NumberText(eye.pupil.value(), 6) + " mm, laterality " +
+                                        SideText(eye.side) + ", in " + Text(eye.convention)) +
          TermLines(eye) + RmsLines(OsaCoefficients(eye)) + RefractionLines(eye, sign);
 }
 

@@ -29,8 +29,8 @@ void AddRings(std::vector<PlaneSource>& sources, Millimetres pupil, const std::v
         "ring drawn for acuity " + ShortestText(rings[i].acuity) + " (library scale), gap " + Word(rings[i].gap);
     sources.push_back({stem + "_original", ring + ", as drawn: 0 black, 1 white", "1", Domain::kRetina, View::kPatient,
                        true, [i](const Results& r) -> const Plane& { return r.simulation.rings[i].original; }});
-    sources.push_back({stem + "_seen", ring + ", as seen, total light kept, clipped at 1", "1", Domain::kRetina,
-                       View::kPatient, true,
+    sources.push_back({stem + "_seen", "retinal image of the " + ring + ", total light kept, clipped at 1", "1",
+                       Domain::kRetina, View::kPatient, true,
                        [i](const Results& r) -> const Plane& { return r.simulation.rings[i].seen; }});
   }
 }
@@ -43,11 +43,11 @@ void AddPicture(std::vector<PlaneSource>& sources, std::size_t channels) {
     sources.push_back({"picture_original" + ending, light + " on the 256 x 256 samples", "1", Domain::kRetina,
                        View::kPatient, false,
                        [c](const Results& r) -> const Plane& { return r.picture->object.channels[c]; }});
-    sources.push_back({"picture_seen" + ending, light + " as seen, total light kept, clipped at 1", "1",
+    sources.push_back({"picture_seen" + ending, "retinal image of " + light + ", total light kept, clipped at 1", "1",
                        Domain::kRetina, View::kPatient, false,
                        [c](const Results& r) -> const Plane& { return r.picture->seen[c]; }});
     sources.push_back({"picture_contrast_kept" + ending,
-                       light + " as seen, without the library's square: near to light that adds up", "1",
+                       "retinal image of " + light + ", without the library's square: near to light that adds up", "1",
                        Domain::kRetina, View::kPatient, false,
                        [c](const Results& r) -> const Plane& { return r.picture->contrastKept[c]; }});
   }
@@ -65,10 +65,11 @@ std::vector<PlaneSource> PlaneSources(const Request& request) {
        [](const Results& r) -> const Plane& { return r.simulation.mtf; }},
       {"star_original", "sector star of 40 sectors: 0 black, 1 white", "1", Domain::kRetina, View::kPatient, true,
        [](const Results& r) -> const Plane& { return r.simulation.starOriginal; }},
-      {"star_seen_stretched", "sector star as seen, stretched to span 0 to 1", "1", Domain::kRetina, View::kPatient,
-       true, [](const Results& r) -> const Plane& { return r.simulation.starStretched; }},
-      {"star_seen_total_light", "sector star as seen, total light kept, clipped at 1", "1", Domain::kRetina,
-       View::kPatient, true, [](const Results& r) -> const Plane& { return r.simulation.starTotalLight; }}};
+      {"star_seen_stretched", "retinal image of the sector star, stretched to span 0 to 1", "1", Domain::kRetina,
+       View::kPatient, true, [](const Results& r) -> const Plane& { return r.simulation.starStretched; }},
+      {"star_seen_total_light", "retinal image of the sector star, total light kept, clipped at 1", "1",
+       Domain::kRetina, View::kPatient, true,
+       [](const Results& r) -> const Plane& { return r.simulation.starTotalLight; }}};
   AddRings(sources, request.pupil, request.rings);
   AddPicture(sources, request.pictureChannels);
   return sources;

@@ -294,8 +294,8 @@ std::string SummaryText(const Results& results, const std::string& folder, std::
                                   " waves), peak to valley " + NumberText(s.wavefront.peakToValley.value(), 3) + " um");
   text += ReportLine("Strehl ratio", NumberText(s.strehl, 4) + " at the brightest sample, " +
                                          NumberText(s.strehlPeak, 4) + " at the peak between samples");
-  text += ReportLine("PSF half width",
-                     NumberText(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
+  text += ReportLine("PSF window",
+                     "half extent " + NumberText(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
                          NumberText(scales.library.halfWidthAngle.value(), 4) + " arc minutes (library scale); " +
                          NumberText(scales.optical.halfWidthAngle.value(), 4) + " arc minutes (optical scale)");
   text += ReportLine("MTF range", NumberText(s.frequencyRange.value(), 5) + " cycles/degree (library scale)");

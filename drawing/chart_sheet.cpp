@@ -110,9 +110,9 @@ ColourPicture DrawChart(const Results& results) {
 
   const SheetHead head(results, content);
   const Paragraph note(
-      "Rings as seen, total light kept. Acuities are those of the rings as drawn. Acuities and angles are on the "
-      "library "
-      "scale, that of a pupil of twice the diameter; the optical scale is that of the pupil as stated, whose cut-off "
+      "Retinal images of the rings, total light kept. Acuities are those of the rings as drawn. Acuities and angles "
+      "are on the library scale, that of a pupil of twice the diameter; the optical scale is that of the pupil as "
+      "stated, whose cut-off "
       "is " +
           NumberText(scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " + NumberText(scales.ratio, 5) +
           ". \u2032 is a minute of arc.",

@@ -102,10 +102,10 @@ void DrawStar(Canvas& canvas, double top, const Results& results) {
   DrawPanel(canvas, PanelBox(first.x, first.y + upper), GreyWindow(simulation.starOriginal, kWholePlane), "original",
             side);
   DrawPanel(canvas, PanelBox(first.x, first.y + lower), GreyWindow(simulation.starStretched, kWholePlane),
-            "as seen, stretched from black to white", side);
+            "retinal image, stretched from black to white", side);
   DrawScaleNote(canvas, {second.x, second.y + upper}, simulation, results.scales);
   DrawPanel(canvas, PanelBox(second.x, second.y + lower), GreyWindow(simulation.starTotalLight, kWholePlane),
-            "as seen, total light kept", side);
+            "retinal image, total light kept", side);
 }
 
 void DrawRings(Canvas& canvas, double top, const Results& results, const std::vector<ShownRing>& rings) {
@@ -127,7 +127,7 @@ void DrawRings(Canvas& canvas, double top, const Results& results, const std::ve
     DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight), GreyWindow(ring.original, window),
               "original" + part, results.eye.side);
     DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight + kPanel + kPanelLabelHeight),
-              GreyWindow(ring.seen, window), "as seen" + part, results.eye.side);
+              GreyWindow(ring.seen, window), "retinal image" + part, results.eye.side);
   }
 }
 
@@ -147,7 +147,7 @@ ColourPicture DrawOverview(const Results& results) {
   DrawBelow(canvas, {kMargin, head.height() - 10.0}, warnings);
   DrawHeading(canvas, optics, "The eye's optics");
   DrawOptics(canvas, optics + kHeadingHeight, results);
-  DrawHeading(canvas, sights, "What it sees");
+  DrawHeading(canvas, sights, "Retinal images");
   DrawStar(canvas, sights + kHeadingHeight, results);
   DrawRings(canvas, sights + kHeadingHeight, results, rings);
   return canvas.picture();

@@ -64,11 +64,12 @@ ColourPicture DrawPictureSheet(const Results& results) {
       IsDrawable(file) ? canvas.Shortened(file, {kSmallSize, kFaintInk}, kPanel) : "see summary.json for its name",
       PicturePixels(picture.object.channels, linear), results);
   corner.x += kPanel + kGutter;
-  DrawSight(canvas, corner, "As seen, contrast kept", "without the library\u2019s square: near to light that adds up",
+  DrawSight(canvas, corner, "Retinal image, contrast kept",
+            "without the library\u2019s square: near to light that adds up",
             PicturePixels(picture.contrastKept, linear), results);
   corner.x += kPanel + kGutter;
-  DrawSight(canvas, corner, "As seen, the library\u2019s image",
-            "squared, so that contrast is steeper; clipped at white", PicturePixels(picture.seen, linear), results);
+  DrawSight(canvas, corner, "Retinal image of the library", "squared, so that contrast is steeper; clipped at white",
+            PicturePixels(picture.seen, linear), results);
   note.Draw(canvas, {kMargin, notes});
   return canvas.picture();
 }

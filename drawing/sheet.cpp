@@ -66,8 +66,8 @@ std::string OriginText(const Results& results) {
   const Eye& eye = results.measured;
   std::vector<std::string> parts;
   if (!IsDrawable(NameOf(eye))) parts.emplace_back("Name: in a script that is not drawn here, see summary.json");
-  parts.push_back("Measured over " + NumberText(eye.pupil.value(), 6) + " mm, side " + SideText(eye.side) + ", in " +
-                  Text(eye.convention));
+  parts.push_back("Measured over " + NumberText(eye.pupil.value(), 6) + " mm, laterality " + SideText(eye.side) +
+                  ", in " + Text(eye.convention));
   parts.insert(parts.end(), results.changes.begin(), results.changes.end());
   if (!IsDrawable(eye.source)) {
     parts.emplace_back("Source: in a script that is not drawn here, see summary.json");

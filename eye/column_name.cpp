@@ -152,7 +152,7 @@ ZernikeTerm TermNamed(const CoefficientName& name, std::optional<Order> order) {
   const std::size_t number = std::get<std::size_t>(name);
   const std::string text = Numbered(number);
   if (!order || *order == Order::kNamed) {
-    throw Error(text + " is a number without an order to count in; state the order as osa, noll or fringe, or write " +
+    throw Error(text + " is a number without an index scheme; state it as osa, noll or fringe, or write " +
                 "the term as Z(2,0)");
   }
   std::optional<ZernikeTerm> term;
@@ -162,7 +162,7 @@ ZernikeTerm TermNamed(const CoefficientName& name, std::optional<Order> order) {
   if (!term) {
     const std::size_t first = *order == Order::kOsa ? 0 : 1;
     const std::size_t count = *order == Order::kFringe ? kFringeTerms : kMostTerms;
-    throw Error(text + " is not in the order " + std::string(Word(*order)) + ", whose numbers are " +
+    throw Error(text + " is not in the index scheme " + std::string(Word(*order)) + ", whose numbers are " +
                 std::to_string(first) + " to " + std::to_string(first + count - 1));
   }
   return *term;

@@ -138,7 +138,7 @@ std::string UnitText(const Convention& convention) {
 
 std::string Text(const Convention& convention) {
   const bool orthonormal = convention.normalisation == Normalisation::kOrthonormal;
-  return UnitText(convention) + (orthonormal ? ", orthonormal" : ", not normalised") + ", order " +
+  return UnitText(convention) + (orthonormal ? ", orthonormal" : ", not normalised") + ", index scheme " +
          std::string(Word(convention.order)) + ", y " + std::string(Word(convention.yAxis));
 }
 
@@ -147,8 +147,8 @@ Coefficients FromList(Order order, const std::vector<double>& list) {
   for (std::size_t position = 0; position < list.size(); ++position) {
     const std::optional<ZernikeTerm> term = TermOf(order, position);
     if (!term) {
-      throw Error(std::to_string(list.size()) + " coefficients in order " + std::string(Word(order)) + ", of at most " +
-                  std::to_string(position) + "; check the order");
+      throw Error(std::to_string(list.size()) + " coefficients in the index scheme " + std::string(Word(order)) +
+                  ", of at most " + std::to_string(position) + "; check the index scheme");
     }
     const std::size_t j = OsaIndex(*term);
     if (j >= coefficients.size()) coefficients.resize(j + 1);
@@ -167,8 +167,8 @@ std::optional<ZernikeTerm> TermWithoutPlace(Order order, const Coefficients& coe
 std::vector<double> ToList(Order order, const Coefficients& coefficients) {
   if (const auto term = TermWithoutPlace(order, coefficients)) {
     throw Error("the term " + Symbol(*term) + ", " + Name(*term) + ", is " +
-                ShortestText(coefficients[OsaIndex(*term)]) + " and has no number in the order " +
-                std::string(Word(order)) + "; convert to another order, such as named");
+                ShortestText(coefficients[OsaIndex(*term)]) + " and has no number in the index scheme " +
+                std::string(Word(order)) + "; convert to another, such as named");
   }
   std::vector<double> list;
   for (std::size_t position = 0;; ++position) {
@@ -216,7 +216,7 @@ LibraryCoefficients ToLibrary(const Convention& convention, const Coefficients& 
     } else if (converted[j] != 0.0) {
       throw Error("the term " + Symbol(Term(j)) + ", " + Name(Term(j)) + ", is " + ShortestText(coefficients[j]) + " " +
                   UnitText(convention) +
-                  ", but the simulation takes the orders 0 to 6; let --highest-order 6 drop what is above");
+                  ", but the simulation takes the radial orders 0 to 6; let --highest-order 6 drop what is above");
     }
   }
   return library;

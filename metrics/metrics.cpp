@@ -48,7 +48,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        {kUndersampledColumn},
        [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.undersampled); }},
       {"half_width",
-       "half the side of the PSF on the retina, both scales",
+       "half extent of the PSF window on the retina, both scales",
        Cost::kPupil,
        true,
        {"psf_half_width_mm_library_scale", "psf_half_width_mm_optical_scale"},

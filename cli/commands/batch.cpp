@@ -171,7 +171,8 @@ void AddOutputOptions(CLI::App& batch, BatchCommand& command) {
   batch.add_option(kPicturesOption, request.pictures, "Grey PNG pictures of each eye, in this folder")
       ->type_name("FOLDER")
       ->group(kGroup);
-  AddParsedOption(batch, "--pictures-of", "LIST", "Which pictures, the star as seen: psf, mtf, star [psf,star]",
+  AddParsedOption(batch, "--pictures-of", "LIST",
+                  "Which pictures, the star as its retinal image: psf, mtf, star [psf,star]",
                   [&request](const std::string& text) { request.pictureKinds = PictureKindsNamed(text); })
       ->group(kGroup);
 }

@@ -27,18 +27,17 @@ namespace {
 constexpr const char* kConvertExamples =
     "Examples:\n"
     "  orvanel convert assets/eyes/standard_observer_6mm.json\n"
-    "  orvanel convert my_eye.json --to-unit waves --to-wavelength 550 --to-order noll -o my_eye_noll.json\n"
+    "  orvanel convert my_eye.json --to-unit waves --to-wavelength 550 --to-indexing noll -o my_eye_noll.json\n"
     "  orvanel convert my_eye.json --to library --pupil 4 -o my_eye_4mm.json\n"
     "  orvanel convert eyes.csv --to osa --mirror OD -o right_eyes.csv\n"
-    "  orvanel convert eyes_bare.csv --unit um --normalisation orthonormal --order osa --y-axis up --eye OD \\\n"
-    "    --measured-pupil 6 --to-order named";
+    "  orvanel convert eyes_bare.csv --unit um --normalisation orthonormal --indexing osa --y-axis up --eye OD \\\n"
+    "    --measured-pupil 6 --to-indexing named";
 
 constexpr const char* kConvertNotes =
     "What is not asked for stays as it is. Of a single eye the coefficients are reported with their names, root mean\n"
     "squares and refraction, and written where -o names a file; of a table each row is converted, to standard output\n"
-    "where there is no -o. A term that is not 0 and that the wanted order cannot hold is refused: the 37 terms of "
-    "fringe\n"
-    "lack (6,-6), (6,6) and most of the orders above.\n";
+    "where there is no -o. A term that is not 0 and that the wanted index scheme cannot hold is refused: the 37\n"
+    "terms of fringe lack (6,-6), (6,6) and most of the radial orders above.\n";
 
 struct ConvertCommand {
   InputOptions input;
@@ -139,8 +138,8 @@ void ConvertTable(const ConvertCommand& command) {
   const std::optional<Order> order = command.wanted.order ? command.wanted.order : table.CommonOrder();
   if (!order) {
     TableEye first;
-    table.Next(first);  // says what is missing, should the order be
-    throw Error(name + ": the order may differ from row to row; say --to-order");
+    table.Next(first);  // says what is missing, should the index scheme be
+    throw Error(name + ": the index scheme may differ from row to row; say --to-indexing");
   }
   const EyeWriter writer(table.identifierNames(), *order,
                          TermsThatMayChange(table.Terms(), command.preparation, command.input.table.prescription));
@@ -187,7 +186,7 @@ void AddTargetOptions(CLI::App& app, Statement& wanted) {
   add("--to-unit", kUnitKey, "WORD", "Unit: " + WordsOf<Unit>());
   add("--to-wavelength", kWavelengthKey, "NM", "Wavelength of the unit waves");
   add("--to-normalisation", kNormalisationKey, "WORD", "Normalisation: " + WordsOf<Normalisation>());
-  add("--to-order", kOrderKey, "WORD", "Order: " + WordsOf<Order>());
+  add("--to-indexing,--to-order", kOrderKey, "WORD", "Index scheme: " + WordsOf<Order>());
   add("--to-y-axis", kYAxisKey, "WORD", "Where y grows: " + WordsOf<YAxis>());
 }
 

@@ -31,18 +31,17 @@ const char* const kEyeNotes =
     "   \"convention\": {\"unit\": \"um\", \"normalisation\": \"orthonormal\", \"order\": \"osa\", \"y_axis\": "
     "\"up\"},\n"
     "   \"coefficients\": [0, 0, 0, -0.11, 0.42, 0.03]}\n"
-    "with coefficients from the first of the order on, or as {\"Z(2,0)\": 0.42}; or a table (.csv, .ndjson), an eye a "
-    "row,\n"
-    "with columns Z4, Z(2,0) or c[2,-2]. The convention has two short forms:\n"
-    "  {\"name\": \"osa\"}      OSA/ANSI Z80.28: um, orthonormal, order osa, y up\n"
-    "  {\"name\": \"library\"}  mm, not normalised, order osa, y down\n"
-    "Units are mm, um, nm and waves (of wavelength_nm); orders are osa (from 0), noll and fringe (from 1) and named, "
-    "where\n"
-    "each coefficient comes with its term. What is not said is asked for, not guessed.\n";
+    "with coefficients from the first of the index scheme on, or as {\"Z(2,0)\": 0.42};\n"
+    "or a table (.csv, .ndjson), an eye a row, with columns Z4, Z(2,0) or c[2,-2]. The convention has two short "
+    "forms:\n"
+    "  {\"name\": \"osa\"}      OSA/ANSI Z80.28: um, orthonormal, index scheme osa, y up\n"
+    "  {\"name\": \"library\"}  mm, not normalised, index scheme osa, y down\n"
+    "Units are mm, um, nm and waves (of wavelength_nm); index schemes are osa (from 0), noll and fringe\n"
+    "(from 1) and named, where each coefficient comes with its term. What is not said is asked for, not guessed.\n";
 
 const char* const kColumnNotes =
     "Names of columns:\n"
-    "  Z4, z 4, Z_4, Zernike 4, c4              coefficient 4 of the stated order\n"
+    "  Z4, z 4, Z_4, Zernike 4, c4              coefficient 4 of the stated index scheme\n"
     "  Z(2,-2), c[2,-2], Z_2_-2, Z 2 -2         coefficient of radial order 2 and frequency -2\n"
     "Any other name that begins with Z and a number, or with C and is made of numbers and signs alone, is refused.\n"
     "All else is yours and carried through, such as zone, code1 or C1_visit. A note tells which columns are which.\n"
@@ -54,7 +53,8 @@ const char* const kColumnNotes =
 
 CLI::Option* AddParsedOption(CLI::App& app, const std::string& name, const std::string& type,
                              const std::string& description, std::function<void(const std::string&)> parse) {
-  const std::string shown = name.substr(name.rfind(',') + 1);
+  const std::size_t start = name.find("--");
+  const std::string shown = name.substr(start, name.find(',', start) - start);  // the first long name
   return app
       .add_option_function<std::string>(
           name,
@@ -104,7 +104,8 @@ void AddStatementOptions(CLI::App& app, Statement& stated) {
   AddStatementOption(app, "--wavelength", kWavelengthKey, "NM", "Wavelength of the unit waves", stated);
   AddStatementOption(app, "--normalisation", kNormalisationKey, "WORD",
                      "Normalisation of the polynomials: " + WordsOf<Normalisation>(), stated);
-  AddStatementOption(app, "--order", kOrderKey, "WORD", "Order of the coefficients: " + WordsOf<Order>(), stated);
+  AddStatementOption(app, "--indexing,--order", kOrderKey, "WORD",
+                     "Index scheme of the coefficients: " + WordsOf<Order>(), stated);
   AddStatementOption(app, "--y-axis", kYAxisKey, "WORD", "Where y grows: " + WordsOf<YAxis>(), stated);
   AddStatementOption(app, "--eye", kSideKey, "WORD", "Right eye, left eye, or not known: " + WordsOf<Side>(), stated);
   AddStatementOption(app, "--measured-pupil", kPupilKey, "MM", "Diameter over which the eye was measured", stated);
@@ -132,7 +133,7 @@ void AddPreparationOptions(CLI::App& app, Preparation& preparation) {
                     AtCornea(*preparation.lens);
                   })
       ->group(kPreparationGroup);
-  AddParsedOption(app, "--mirror", "OD|OS", "Bring the eye to this side: one of the other side is mirrored",
+  AddParsedOption(app, "--mirror", "OD|OS", "Bring the eye to this laterality: one of the other is mirrored",
                   [&preparation](const std::string& text) {
                     const auto side = ValueOf<Side>(text);
                     if (!side || *side == Side::kUnknown) throw Error(Quoted(text) + " is neither OD nor OS");

@@ -35,9 +35,9 @@ constexpr const char* kSimulateExamples =
     "  orvanel simulate my_eye.json -o my_eye_reads --picture photograph.jpg";
 
 constexpr const char* kScaleNotes =
-    "Half width, frequencies, ring sizes and acuities are on the library scale, that of a pupil of twice the "
-    "diameter;\n"
-    "beside each stands the optical scale, that of the pupil as stated.\n"
+    "The half extent of the PSF window, frequencies, ring sizes and acuities are on the library scale, that of a "
+    "pupil\n"
+    "of twice the diameter. Beside each is the optical scale, that of the pupil as stated.\n"
     "Rings have a multiple of 5 samples, so that the acuity drawn differs from the one asked for: by more than a "
     "tenth,\n"
     "a warning tells it. Files of rings are named by the acuity drawn.\n";
@@ -238,7 +238,8 @@ Run DefineSimulate(CLI::App& app) {
                   "Frequencies at which to print the MTF, in cycles/degree on the library scale, with commas")
       ->type_name("LIST");
   CLI::Option* const picture =
-      simulate.add_option("--picture", command->picture.file, "Your own picture, to be seen too")->type_name("FILE");
+      simulate.add_option("--picture", command->picture.file, "Your own picture, whose retinal image is simulated too")
+          ->type_name("FILE");
   simulate.add_option("--fit", words->fit, "How it comes to 256 x 256 samples: crop, pad, pixels")
       ->capture_default_str()
       ->type_name("WORD")

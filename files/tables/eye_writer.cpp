@@ -44,8 +44,8 @@ std::string EyeWriter::Header() const {
 std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& identifiers) const {
   const Convention& convention = eye.convention;
   if (const auto term = TermWithoutPlace(order_, eye.coefficients)) {
-    throw Error("the term " + Symbol(*term) + ", " + Name(*term) + ", is not 0 and has no number in the order " +
-                std::string(Word(order_)) + "; convert to another order, such as named");
+    throw Error("the term " + Symbol(*term) + ", " + Name(*term) + ", is not 0 and has no number in the index scheme " +
+                std::string(Word(order_)) + "; convert to another, such as named");
   }
   for (std::size_t j = 0; j < eye.coefficients.size(); ++j) {
     if (eye.coefficients[j] != 0.0 && !std::binary_search(terms_.begin(), terms_.end(), j)) {

@@ -20,7 +20,7 @@ Eye Lopsided() {
 
 TEST(CoefficientReport, NamesTermsAndSumsThemUp) {
   EXPECT_EQ(CoefficientReport(Lopsided(), CylinderSign::kMinus),
-            "Coefficients    over 4 mm, side OS, in um, orthonormal, order osa, y up\n"
+            "Coefficients    over 4 mm, laterality OS, in um, orthonormal, index scheme osa, y up\n"
             "  term        n    m  um                      name\n"
             "  Z0          0    0  0                       piston\n"
             "  Z1          1   -1  0                       vertical tilt\n"
@@ -59,8 +59,8 @@ TEST(CoefficientReport, RefusesATermWithoutANumber) {
 
 TEST(CoefficientReport, BeginsWithTheEyeAsMeasuredAndWhatWasDone) {
   EXPECT_EQ(EyeLines(Lopsided(), {"this", "that"}),
-            "Eye             Lopsided, side OS\n"
-            "Measured        over 4 mm, in um, orthonormal, order osa, y up\n"
+            "Eye             Lopsided, laterality OS\n"
+            "Measured        over 4 mm, in um, orthonormal, index scheme osa, y up\n"
             "Changes         this\n"
             "                that\n");
 }

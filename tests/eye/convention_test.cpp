@@ -166,8 +166,8 @@ TEST(Convention, FringeRefusesTheSixfoldTermsUnlessTheyAreZero) {
     FAIL();
   } catch (const Error& error) {
     EXPECT_EQ(std::string(error.what()),
-              "the term Z(6,-6), oblique hexafoil, is -1e-300 and has no number in the order fringe; convert to "
-              "another order, such as named");
+              "the term Z(6,-6), oblique hexafoil, is -1e-300 and has no number in the index scheme fringe; convert "
+              "to another, such as named");
   }
 }
 
@@ -180,7 +180,8 @@ TEST(Convention, TheLibraryRefusesOrdersAboveSixUnlessTheyAreZero) {
     FAIL();
   } catch (const Error& error) {
     EXPECT_EQ(std::string(error.what()),
-              "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the simulation takes the orders 0 to 6; "
+              "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the simulation takes the radial orders "
+              "0 to 6; "
               "let --highest-order 6 drop what is above");
   }
 }
@@ -207,7 +208,7 @@ TEST(Convention, WordsAreReadAsTheyAreWritten) {
   EXPECT_EQ(ValueOf<Unit>("pm"), std::nullopt);
   EXPECT_EQ(ConventionNamed("library"), kLibraryConvention);
   EXPECT_EQ(ConventionNamed("noll"), std::nullopt);
-  EXPECT_EQ(Text(kLibraryConvention), "mm, not normalised, order osa, y down");
+  EXPECT_EQ(Text(kLibraryConvention), "mm, not normalised, index scheme osa, y down");
 }
 
 TEST(Convention, WordsAreReadAsOthersWriteThemToo) {

@@ -63,9 +63,9 @@ TEST(EyeFile, TakesAsManyCoefficientsAsTheOrderHas) {
   std::string many = "[0";
   for (int i = 1; i < 231; ++i) many += ", " + std::to_string(i);
   EXPECT_EQ(Refusal(Replaced("[0, 0.25, -3, 4e-2]", many + "]")), "");
-  EXPECT_EQ(
-      Refusal(Replaced("[0, 0.25, -3, 4e-2]", many + ", 231]")),
-      "line 5, column 3: key 'coefficients' holds 232 coefficients in order osa, of at most 231; check the order");
+  EXPECT_EQ(Refusal(Replaced("[0, 0.25, -3, 4e-2]", many + ", 231]")),
+            "line 5, column 3: key 'coefficients' holds 232 coefficients in the index scheme osa, of at most 231; "
+            "check the index scheme");
 }
 
 constexpr const char* kSpelledOut = R"({
@@ -100,9 +100,9 @@ TEST(EyeFile, OfManyCoefficientsIsRefusedAtOnce) {
     list += ",0";
     names += ",\"Z(" + std::to_string(i) + "\":0";
   }
-  EXPECT_EQ(
-      Refusal(Replaced("[0, 0.25, -3, 4e-2]", list + "]")),
-      "line 5, column 3: key 'coefficients' holds 60000 coefficients in order osa, of at most 231; check the order");
+  EXPECT_EQ(Refusal(Replaced("[0, 0.25, -3, 4e-2]", list + "]")),
+            "line 5, column 3: key 'coefficients' holds 60000 coefficients in the index scheme osa, of at most 231; "
+            "check the index scheme");
   EXPECT_TRUE(Refusal(Replaced("[0, 0.25, -3, 4e-2]", names + "}")).starts_with("line 5, column 28: key 'Z(1' looks"));
 }
 

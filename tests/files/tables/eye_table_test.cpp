@@ -308,7 +308,7 @@ const Fault kFaults[] = {
     {"CoefficientTooLarge", "id,Z4\na,1e999\n",
      "t.csv: line 2, column 3: column 'Z4': '1e999' is too large or too small; check its exponent"},
     {"NotInTheOrder", "id,Z300\na,1\n",
-     "t.csv: line 2, column 3: column 'Z300': Z300 is not in the order osa, whose numbers are 0 to 230"},
+     "t.csv: line 2, column 3: column 'Z300': Z300 is not in the index scheme osa, whose numbers are 0 to 230"},
     {"StatementUnknown", "unit,Z4\nfeet,1\n",
      "t.csv: line 2, column 1: column 'unit': unit is 'feet'; it is one of mm, um, nm, waves"},
     {"StatementContradicts", "id,unit,Z4\na,mm,1\n",
