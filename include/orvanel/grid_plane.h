@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace orvanel {
 
@@ -19,8 +20,12 @@ class GridPlane {
   GridPlane(std::nothrow_t, int side) noexcept;
   GridPlane(const GridPlane&) = delete;
   GridPlane& operator=(const GridPlane&) = delete;
-  GridPlane(GridPlane&&) noexcept = default;
-  GridPlane& operator=(GridPlane&&) noexcept = default;
+  GridPlane(GridPlane&& other) noexcept : samples_(std::move(other.samples_)), side_(std::exchange(other.side_, 0)) {}
+  GridPlane& operator=(GridPlane&& other) noexcept {
+    samples_ = std::move(other.samples_);
+    side_ = std::exchange(other.side_, 0);
+    return *this;
+  }
   ~GridPlane() = default;
 
   // The number of samples a side, the number of all samples, and their address.
@@ -40,7 +45,6 @@ class GridPlane {
   double operator()(int row, int column) const { return data()[Index(row, column)]; }
 
  private:
-  friend class LazyPlane;
   friend class OpticsEngine;
 
   // Uses the given memory for its samples and keeps their values.

@@ -1,5 +1,6 @@
 // Allocates an engine and its planes, once.
 #include <algorithm>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -39,7 +40,7 @@ OpticsEngine::OpticsEngine(int n, std::unique_ptr<Workspace> workspace) noexcept
       workspace_(std::move(workspace)) {
   std::fill(wavefrontPlane.begin(), wavefrontPlane.end(), 0.0);
   if (!workspace_->pipeline->HoldsTransferFunctions()) {
-    for (LazyPlane* const plane : {&phasePlane, &otfRealPlane, &otfImagPlane}) plane->Expose();
+    for (LazyPlane* const plane : {&phasePlane, &otfRealPlane, &otfImagPlane}) plane->SetEager();
   }
 }
 
@@ -49,8 +50,34 @@ OpticsEngine::OpticsEngine(const double* coefficients, double diameter, int n, i
   synthesizeWavefront(coefficients, diameter, includeAstigmatism, includeAllSecondOrder, includeDefocus);
 }
 
-OpticsEngine::OpticsEngine(OpticsEngine&&) noexcept = default;
-OpticsEngine& OpticsEngine::operator=(OpticsEngine&&) noexcept = default;
+OpticsEngine::OpticsEngine(OpticsEngine&& other) noexcept
+    : gridSize(other.gridSize),
+      psfHalfWidth(other.psfHalfWidth),
+      psfPlane(std::move(other.psfPlane), LazyPlane::WithEngine{}),
+      auxPlaneA(std::move(other.auxPlaneA), LazyPlane::WithEngine{}),
+      phasePlane(std::move(other.phasePlane), LazyPlane::WithEngine{}),
+      strehlRatio(other.strehlRatio),
+      normaliseOutput(other.normaliseOutput),
+      focalLength(other.focalLength),
+      pupilSamples(other.pupilSamples),
+      wavefrontPlane(std::move(other.wavefrontPlane)),
+      pupilXPlane(std::move(other.pupilXPlane), LazyPlane::WithEngine{}),
+      pupilYPlane(std::move(other.pupilYPlane), LazyPlane::WithEngine{}),
+      psfWavelength(other.psfWavelength),
+      pupilDiameter(other.pupilDiameter),
+      otfRealPlane(std::move(other.otfRealPlane), LazyPlane::WithEngine{}),
+      otfImagPlane(std::move(other.otfImagPlane), LazyPlane::WithEngine{}),
+      otfValid(other.otfValid),
+      workspace_(std::move(other.workspace_)) {}
+
+OpticsEngine& OpticsEngine::operator=(OpticsEngine&& other) noexcept {
+  if (this != &other) {
+    std::destroy_at(this);
+    std::construct_at(this, std::move(other));
+  }
+  return *this;
+}
+
 OpticsEngine::~OpticsEngine() = default;
 
 const char* KernelVariant() {

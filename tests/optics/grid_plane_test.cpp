@@ -60,6 +60,11 @@ TEST(GridPlane, MovesItsSamples) {
   const GridPlane moved = std::move(plane);
   EXPECT_EQ(moved.data(), samples);
   EXPECT_EQ(moved(1, 2), 4.5);
+  EXPECT_EQ(plane.side(), 0);  // NOLINT(bugprone-use-after-move): it holds nothing
+  EXPECT_EQ(plane.begin(), plane.end());
+  GridPlane assigned(2);
+  assigned = GridPlane(4);
+  EXPECT_EQ(assigned.side(), 4);
 }
 
 }  // namespace

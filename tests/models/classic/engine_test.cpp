@@ -6,6 +6,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -96,6 +97,37 @@ TEST(Engine, Moves) {
   std::vector<double> copy(64 * 64);
   double pitch = 0.0, strehl = 0.0;
   EXPECT_TRUE(moved.ComputePsf(kWavelength, copy.data(), &pitch, &strehl, 64));
+}
+
+TEST(Engine, MovesWithEveryField) {
+  static_assert(std::is_nothrow_move_constructible_v<OpticsEngine>);
+  static_assert(std::is_nothrow_move_assignable_v<OpticsEngine>);
+  for (const bool assigned : {false, true}) {
+    OpticsEngine engine(SomeEye().data(), 4.2, 64, 1, 1, 1), other(128);
+    engine.auxPlaneA(3, 4) = 7.5;
+    engine.psfHalfWidth = 1.5;
+    engine.strehlRatio = 2.5;
+    engine.normaliseOutput = 3;
+    engine.focalLength = 4.5;
+    engine.pupilSamples = 5;
+    engine.psfWavelength = 6.5;
+    engine.pupilDiameter = 7.5;
+    engine.otfValid = 8;
+    const double* const wavefront = engine.wavefrontPlane.data();
+    if (assigned) other = std::move(engine);
+    const OpticsEngine moved = std::move(assigned ? other : engine);
+    EXPECT_EQ(moved.gridSize, 64);
+    EXPECT_EQ(moved.wavefrontPlane.data(), wavefront);
+    EXPECT_EQ(moved.auxPlaneA(3, 4), 7.5);
+    EXPECT_EQ(moved.psfHalfWidth, 1.5);
+    EXPECT_EQ(moved.strehlRatio, 2.5);
+    EXPECT_EQ(moved.normaliseOutput, 3);
+    EXPECT_EQ(moved.focalLength, 4.5);
+    EXPECT_EQ(moved.pupilSamples, 5);
+    EXPECT_EQ(moved.psfWavelength, 6.5);
+    EXPECT_EQ(moved.pupilDiameter, 7.5);
+    EXPECT_EQ(moved.otfValid, 8);
+  }
 }
 
 TEST(Engine, APlaneThatIsMovedOutOutlivesIt) {

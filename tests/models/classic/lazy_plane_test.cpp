@@ -356,5 +356,103 @@ TEST_P(LazyPlanes, ThePsfSeenThroughAPointerTakenBeforeIsTheNewOne) {
 
 ORVANEL_ON_EVERY_KERNEL(LazyPlanes);
 
+// ---- Planes that leave their engine
+
+constexpr std::array<LazyPlane OpticsEngine::*, 7> kLazyPlanes = {
+    &OpticsEngine::psfPlane,    &OpticsEngine::phasePlane,  &OpticsEngine::otfRealPlane, &OpticsEngine::otfImagPlane,
+    &OpticsEngine::pupilXPlane, &OpticsEngine::pupilYPlane, &OpticsEngine::auxPlaneA};
+
+class MovedPlanes : public testing::TestWithParam<int> {
+ protected:
+  // Everything that writes planes, for one eye.
+  static void Compute(OpticsEngine& engine, double coma) {
+    Plane mtf(engine.psfPlane.size());
+    double step = 0.0;
+    engine.synthesizeWavefront(Eye(coma).data(), 4.1 + coma, 1, 1, 1);
+    engine.ComputeMtf(kWavelength, mtf.data(), &step, nullptr, nullptr, nullptr, engine.gridSize);
+    engine.EnsureOtf();
+  }
+
+  static std::vector<Plane> SamplesOf(const OpticsEngine& engine) {
+    std::vector<Plane> planes;
+    for (const auto plane : kLazyPlanes) {
+      planes.emplace_back((engine.*plane).size());
+      (engine.*plane).CopyTo(planes.back().data());
+    }
+    return planes;
+  }
+
+  static void ExpectSamples(const std::vector<LazyPlane>& planes, const std::vector<Plane>& samples) {
+    for (std::size_t i = 0; i < planes.size(); ++i) EXPECT_TRUE(SameBits(planes[i], samples[i])) << i;
+  }
+};
+
+TEST_P(MovedPlanes, OutliveTheirEngine) {
+  for (const bool exposed : {false, true}) {
+    std::vector<LazyPlane> planes;
+    std::vector<Plane> samples;
+    GridPlane wavefront;
+    Plane wavefrontSamples;
+    {
+      OpticsEngine engine(GetParam());
+      if (exposed) {
+        for (const auto plane : kLazyPlanes) (engine.*plane).data();
+      }
+      Compute(engine, 3e-4);
+      samples = SamplesOf(engine);
+      wavefrontSamples.assign(engine.wavefrontPlane.begin(), engine.wavefrontPlane.end());
+      for (const auto plane : kLazyPlanes) planes.push_back(std::move(engine.*plane));
+      wavefront = std::move(engine.wavefrontPlane);
+    }
+    ExpectSamples(planes, samples);
+    EXPECT_TRUE(SameBits(wavefront, wavefrontSamples));
+    EXPECT_NE(samples[0], Plane(samples[0].size()));
+  }
+}
+
+TEST_P(MovedPlanes, StayAsTheyAreWhileTheirEngineComputesTheNextEye) {
+  OpticsEngine engine(GetParam()), fresh(GetParam());
+  Compute(engine, 3e-4);
+  const std::vector<Plane> samples = SamplesOf(engine);
+  std::vector<LazyPlane> planes;
+  for (const auto plane : kLazyPlanes) planes.push_back(std::move(engine.*plane));
+  Compute(engine, -1e-4);
+  ExpectSamples(planes, samples);
+
+  // The engine's own planes are those of the next eye, in memory of their own.
+  Compute(fresh, -1e-4);
+  const std::vector<Plane> next = SamplesOf(fresh);
+  EXPECT_EQ(SamplesOf(engine), next);
+  for (std::size_t i = 0; i < planes.size(); ++i) {
+    EXPECT_TRUE(SameBits(engine.*kLazyPlanes[i], next[i])) << i;
+    EXPECT_NE((engine.*kLazyPlanes[i]).data(), planes[i].data());
+  }
+}
+
+TEST_P(MovedPlanes, LeaveZerosBehind) {
+  OpticsEngine engine(GetParam());
+  Compute(engine, 3e-4);
+  const LazyPlane psf = std::move(engine.psfPlane);
+  EXPECT_EQ(engine.psfPlane.side(), GetParam());
+  EXPECT_TRUE(SameBits(engine.psfPlane, Plane(psf.size())));
+}
+
+TEST_P(MovedPlanes, MayBePutIntoAnotherEngine) {
+  OpticsEngine engine(GetParam()), other(GetParam());
+  Compute(engine, 3e-4);
+  Compute(other, -1e-4);
+  other.psfPlane = std::move(engine.psfPlane);
+  other.otfValid = 0;
+  Compute(engine, 3e-4);
+  Plane image(engine.psfPlane.size()), expected = image;
+  const Plane object(image.size(), 0.25);
+  other.PatternRetinalImage(image.data(), object.data(), GetParam());
+  engine.PatternRetinalImage(expected.data(), object.data(), GetParam());
+  EXPECT_TRUE(SameBits(other.otfRealPlane, engine.otfRealPlane));
+  EXPECT_TRUE(SameBits(other.otfImagPlane, engine.otfImagPlane));
+}
+
+INSTANTIATE_TEST_SUITE_P(, MovedPlanes, testing::Values(256, 64), testing::PrintToStringParamName());
+
 }  // namespace
 }  // namespace orvanel
