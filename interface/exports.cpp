@@ -1,4 +1,4 @@
-// The eight exported functions: each a check and a call or a copy.
+// Implements the eight exported functions: each is a check, and a call or a copy.
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -20,8 +20,8 @@ constexpr int kRefused = 0;
 
 ModuleState module;
 
-// Makes what is made once and then stays; false where it cannot be made. Hosts call one function at a time; where one
-// does not, whoever comes while another thread makes something is refused.
+// Creates something once and keeps it; false if it cannot be created. Hosts call one function at a time. If two threads
+// of a host call at the same time, the one that comes while the other creates something is refused.
 bool Once(std::atomic<bool>& made, bool (*make)()) {
   if (made.load(std::memory_order_acquire)) return true;
   if (module.allocating.test_and_set(std::memory_order_acquire)) return false;
@@ -38,7 +38,7 @@ bool HasEngine() {
   });
 }
 
-// For a call that found no engine: says, once, if there will never be one.
+// Refuses a call without an engine. Reports once if no call can have one.
 int RefusedWithoutEngine() {
   static std::atomic_flag said;
   if (ActiveKernels() == nullptr && !said.test_and_set()) std::fprintf(stderr, "orvanel: %s\n", WhyNoKernels());
@@ -66,7 +66,7 @@ bool HasPattern() {
   });
 }
 
-// At load; if that fails, the first eye tries again.
+// Created at load; if that fails, the first eye tries again.
 [[maybe_unused]] const bool engineMade = HasEngine();
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The one object behind the exports.
+// Defines the one state object behind the exports.
 #ifndef ORVANEL_INTERFACE_MODULE_STATE_H
 #define ORVANEL_INTERFACE_MODULE_STATE_H
 
@@ -22,7 +22,7 @@ struct ModuleState {
   PreparedObject preparedPattern;                    // the same, for the engine
   double mtfFrequencyRange = 0.0;                    // cycles per degree at the edge of the MTF plane
 
-  // What exists. A thread that finds it true finds it whole.
+  // What exists. A thread that reads true finds a complete object.
   std::atomic<bool> hasEngine = false;
   std::atomic<bool> hasResults = false;
   std::atomic<bool> hasPattern = false;

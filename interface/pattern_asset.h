@@ -1,4 +1,4 @@
-// The built-in sector star.
+// Declares the built-in sector star (Siemens star).
 #ifndef ORVANEL_INTERFACE_PATTERN_ASSET_H
 #define ORVANEL_INTERFACE_PATTERN_ASSET_H
 
@@ -8,8 +8,8 @@ namespace orvanel {
 void LoadPatternAsset(double* pattern);
 
 #ifdef _WIN32
-// The two ways to the star in the library's resources, which give the same samples: as Windows renders it for the
-// screen, which is false where a pixel of the screen has not 32 bits; and without a screen.
+// Two ways to read the star from the library's resources, with the same samples: as Windows renders it for the screen,
+// and without a screen. The first returns false if a pixel of the screen does not have 32 bits.
 bool LoadRenderedPattern(double* pattern);
 void LoadPatternResource(double* pattern);
 #endif

@@ -1,4 +1,4 @@
-// The sector star where the library embeds it among its constants.
+// Reads the sector star from the constants of the library.
 #include "interface/pattern_asset.h"
 #include "targets/sector_star.h"
 

@@ -1,4 +1,4 @@
-// The sector star where it is a bitmap among the resources of a Windows library.
+// Reads the sector star from a bitmap among the resources of a Windows library.
 #include <windows.h>
 
 #include <cstddef>
@@ -33,7 +33,7 @@ class RenderedBitmap {
     if (handle_ != nullptr) DeleteObject(handle_);
   }
 
-  // Writes its pixels, top row first, blue first, to kBytes bytes; false where they have not 32 bits.
+  // Writes its pixels, top row first, blue first, to kBytes bytes; false if they do not have 32 bits.
   bool CopyTo(unsigned char* pixels) const {
     BITMAP bitmap{};
     if (handle_ == nullptr || GetObjectA(handle_, sizeof bitmap, &bitmap) == 0) return false;

@@ -1,8 +1,8 @@
-// What the C++ runtime inside a Windows library would otherwise leave behind when the library is unloaded.
+// Frees what the C++ runtime inside a Windows library would otherwise keep after the library is unloaded.
 #include <cxxabi.h>
 
-// Guards of static variables inside functions. The runtime's own are those of POSIX threads, whose mutexes and slot of
-// thread storage stay with the host; the exports are called by one thread at a time and need no more than a flag.
+// Guards of static variables inside functions. The runtime's own guards use POSIX threads, whose mutexes and slot of
+// thread storage stay with the host. The exports are called by one thread at a time, so a flag is enough.
 namespace __cxxabiv1 {
 extern "C" {
 int __cxa_guard_acquire(__guard* guard) { return *reinterpret_cast<char*>(guard) == 0 ? 1 : 0; }

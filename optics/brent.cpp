@@ -1,4 +1,4 @@
-// Brent's method, turned to look for the maximum.
+// Implements Brent's method for a maximum.
 #include "optics/brent.h"
 
 #include <cmath>
@@ -7,7 +7,7 @@
 namespace orvanel {
 namespace {
 
-constexpr int kMostSteps = 200;  // golden sections alone cut any interval down to rounding in fewer
+constexpr int kMostSteps = 200;  // golden sections alone reduce any interval to rounding in fewer
 constexpr double kRootOfRounding = 0x1p-52;
 
 }  // namespace
@@ -16,7 +16,7 @@ Maximum MaximiseOnInterval(const std::function<double(double)>& f, double low, d
   constexpr double kGolden = 0x1.8722191a02d61p-2;  // (3 - sqrt 5) / 2
   double x = low + kGolden * (high - low);          // the best point so far
   double w = x;                                     // the second best
-  double v = x;                                     // what w was before
+  double v = x;                                     // the previous w
   double fx = f(x);
   double fw = fx;
   double fv = fx;

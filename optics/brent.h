@@ -1,4 +1,4 @@
-// Maximum of a function of one variable on an interval, without derivatives.
+// Finds a maximum of a function of one variable on an interval, without derivatives.
 #ifndef ORVANEL_OPTICS_BRENT_H
 #define ORVANEL_OPTICS_BRENT_H
 

@@ -1,7 +1,9 @@
-// The centred, unitary transform. Every element's arithmetic is that of the plain one-dimensional routine, stage by
-// stage; only the lines are taken eight at a time.
+// Computes the centred, unitary transform, eight lines at a time.
+//
+// contract: every element's arithmetic is that of the plain one-dimensional routine, stage by stage.
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <vector>
 
 #include "base/elementary.h"
@@ -11,6 +13,8 @@
 namespace orvanel {
 namespace {
 
+constexpr double kTwoPi = 2 * std::numbers::pi;
+
 struct Tables {
   Tables(int direction, int n);
 
@@ -19,7 +23,7 @@ struct Tables {
 };
 
 Tables::Tables(int direction, int n) {
-  const double theta = (direction >= 0 ? -6.283185307179586 : 6.283185307179586) / n;
+  const double theta = (direction >= 0 ? -kTwoPi : kTwoPi) / n;
   for (int k = 0; k < n; ++k) {
     const SineCosine value = SineAndCosine(k * theta);
     sinTable.push_back(value.sine);

@@ -1,4 +1,4 @@
-// The general transform: radix 4, decimation in time, on bundles of lines.
+// Computes the general transform: radix 4, decimation in time, on bundles of lines.
 #include <bit>
 #include <cstdio>
 #include <utility>
@@ -118,6 +118,7 @@ int BadArgument(const double* re, const double* im, int m, int n, int sign) {
 
 void Zfft2dc(double* re, double* im, int m, int n, int sign) {
   if (const int bad = BadArgument(re, im, m, n, sign); bad != 0) {
+    // contract: the message.
     std::fprintf(stderr, "MKL ERROR : Parameter %d of ZFFT2DC\n", bad);
     return;
   }

@@ -1,4 +1,4 @@
-// Allocation of planes.
+// Allocates planes.
 #include "orvanel/grid_plane.h"
 
 #include <algorithm>

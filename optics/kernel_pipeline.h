@@ -1,4 +1,4 @@
-// Declares the pipeline of the 256 grid, made of vector kernels that fuse the stages.
+// Declares the pipeline of the 256 grid, which runs vector kernels that fuse the stages.
 #ifndef ORVANEL_OPTICS_KERNEL_PIPELINE_H
 #define ORVANEL_OPTICS_KERNEL_PIPELINE_H
 

@@ -1,4 +1,4 @@
-// Sums of the PSF along lines, and their transform at any frequency.
+// Sums the PSF along lines, and transforms the sums at any frequency.
 #include "orvanel/line_spread.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ LineSpread PerfectLineSpread() {
   return lineSpread;
 }
 
-// In eight lanes, so that additions need not wait for each other.
+// In eight lanes, so that additions do not wait for each other.
 double Sum(const double* samples) {
   constexpr std::size_t kLanes = 8;
   double lanes[kLanes] = {};
@@ -72,7 +72,7 @@ double MtfBetweenSamples(const LineSpread& lineSpread, double sample) {
     sine = sine * step.cosine + cosine * step.sine;
     cosine = next;
   }
-  re += difference(0) * cosine;  // half of it stands at either end of the field
+  re += difference(0) * cosine;  // one half at each end of the field
   re += DiffractionLimitAt(sample / kCutOff);
   return std::sqrt(re * re + im * im);
 }

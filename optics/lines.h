@@ -1,4 +1,4 @@
-// Eight lines of a plane side by side, so that a transform's inner loop runs over lines instead of along one.
+// Transforms eight lines of a plane side by side, so that the inner loop runs over lines instead of along one.
 #ifndef ORVANEL_OPTICS_LINES_H
 #define ORVANEL_OPTICS_LINES_H
 

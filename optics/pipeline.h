@@ -1,4 +1,4 @@
-// Declares the pipeline from a wavefront to its images: what an implementation may fuse, and nothing smaller.
+// Declares the pipeline from a wavefront to its images, in the operations that an implementation may fuse.
 #ifndef ORVANEL_OPTICS_PIPELINE_H
 #define ORVANEL_OPTICS_PIPELINE_H
 
@@ -61,7 +61,8 @@ class Pipeline {
   virtual void WriteOtfImag(PlaneView im) const = 0;
 
   // True if each transfer function is held until the next of its kind is formed. If false, other operations overwrite
-  // it: its owner then writes it to planes of its own at once, and passes these planes to the images.
+  // it: its owner then writes it
+  // to planes at once, and passes these planes to the images.
   virtual bool HoldsTransferFunctions() const = 0;
 
   // ---- Object to image

@@ -26,8 +26,9 @@ void RecentreLine(double* line, int index, int n);
 // The same along both axes of a plane: the sample at (row, column) comes to (n/2, n/2).
 void RecentrePlane(PlaneView plane, int row, int column);
 
-// Peak of the PSF of a perfect pupil of m samples on the grid of n samples a side, in the scale of that grid's
-// transform; 0 on other grids than 256 and 128.
+// Peak of the PSF of a perfect pupil: m samples across, on the grid of n samples a side, in the scale of that grid's
+// transform. 0 on other grids than 256 and 128.
+// contract: the two transforms have different scales.
 double StrehlReference(int n, int m);
 
 // Strehl ratio of a PSF with this peak; -1 on a grid without reference.

@@ -1,4 +1,4 @@
-// Lobes of the PSF, climbed by local interpolation, and measured by interpolation over the whole plane.
+// Climbs the lobes of a PSF by local interpolation, and measures them by interpolation over the whole plane.
 #include "optics/psf_peak.h"
 
 #include <algorithm>
@@ -22,7 +22,7 @@ constexpr double kWorthClimbing = 0.7;
 // Those whose local interpolation comes within this share of the best are measured; it is off by some per cent.
 constexpr double kWorthMeasuring = 0.95;
 
-// Taps of the local interpolation to either side. The window lets little through of what lies beyond.
+// Taps of the local interpolation to either side. The window suppresses the samples beyond.
 constexpr int kReach = 9;
 constexpr int kTaps = 2 * kReach + 1;
 
@@ -33,7 +33,7 @@ struct Place {
 
 int Wrapped(int index) { return index & (kSide - 1); }
 
-// The sample of a plane that goes on beyond its edges.
+// A sample of the periodic plane.
 double Sample(const PeriodicPlane& plane, int row, int column) {
   return plane.samples[SampleIndex(Wrapped(row), Wrapped(column), plane.pitch)];
 }
@@ -56,7 +56,7 @@ std::array<double, kTaps> LocalWeights(double at) {
   return weights;
 }
 
-// The samples around one, and the function that they stand for.
+// The samples around one, and the function that interpolates them.
 class Neighbourhood {
  public:
   Neighbourhood(const PeriodicPlane& plane, int row, int column) {
@@ -89,7 +89,7 @@ class Neighbourhood {
   double samples_[kTaps][kTaps];
 };
 
-// The top of the lobe around a sample that none beside it exceeds: Newton's steps, with derivatives from differences.
+// The maximum of the lobe around a sample that no neighbour exceeds: Newton's steps, with derivatives from differences.
 Place Climb(const PeriodicPlane& plane, int row, int column) {
   const Neighbourhood around(plane, row, column);
   Place top{0.0, 0.0, 0.0};
@@ -100,7 +100,7 @@ Place Climb(const PeriodicPlane& plane, int row, int column) {
     const double cross = (f[2][2] - f[2][0] - f[0][2] + f[0][0]) / 4.0;
     const double determinant = downs * rights - cross * cross;
     top.value = f[1][1];
-    if (!(downs < 0.0 && determinant > 0.0)) continue;  // no top in sight: look more closely
+    if (!(downs < 0.0 && determinant > 0.0)) continue;  // no maximum here: use a smaller spacing
     const auto step = [](double change) { return std::clamp(change, -1.0, 1.0); };
     const double dr = step((cross * right - rights * down) / determinant);
     const double dc = step((cross * down - downs * right) / determinant);
@@ -170,7 +170,7 @@ bool IsTop(const PeriodicPlane& plane, int row, int column) {
   return true;
 }
 
-// The largest of a row, in eight lanes, so that comparisons need not wait for each other.
+// The largest of a row, in eight lanes, so that comparisons do not wait for each other.
 double Largest(const double* row) {
   constexpr int kLanes = 8;
   double lanes[kLanes] = {};

@@ -1,4 +1,4 @@
-// The highest place of a PSF, on a plane of any origin.
+// Declares the peak of a PSF between its samples, on a plane of any origin.
 #ifndef ORVANEL_OPTICS_PSF_PEAK_H
 #define ORVANEL_OPTICS_PSF_PEAK_H
 
@@ -6,7 +6,7 @@
 
 namespace orvanel {
 
-// 256 rows of 256 samples, `pitch` apart, that go on periodically.
+// A periodic plane: 256 rows of 256 samples, `pitch` apart.
 struct PeriodicPlane {
   const double* samples;
   int pitch;

@@ -1,4 +1,4 @@
-// Draws the broken-ring optotype without anti-aliasing.
+// Draws the broken ring (Landolt ring) without anti-aliasing.
 #include "optics/ring.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Indexing and storing of plane samples, shared by every step.
+// Indexes, reads and writes the samples of planes.
 #ifndef ORVANEL_OPTICS_SAMPLES_H
 #define ORVANEL_OPTICS_SAMPLES_H
 

@@ -1,4 +1,4 @@
-// Taking memory from the C library.
+// Allocates memory with the C library.
 #include "optics/samples_memory.h"
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// Memory for samples, taken without exceptions: where memory is exhausted, there may be none for an exception either.
+// Allocates memory for samples without exceptions, since exhausted memory may leave none for an exception.
 #ifndef ORVANEL_OPTICS_SAMPLES_MEMORY_H
 #define ORVANEL_OPTICS_SAMPLES_MEMORY_H
 

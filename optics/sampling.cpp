@@ -88,6 +88,7 @@ void ForEachRow(const double* wavefront, int n, int pupilSamples, Action action)
 
 }  // namespace
 
+// contract: whole quarters of the pupil, 32 on the 256 grid.
 double PsfHalfWidth(int pupilSamples, double wavelength, double pupilDiameter, double focalLength) {
   return (pupilSamples - 1) / 4 * focalLength * wavelength / pupilDiameter;
 }

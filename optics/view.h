@@ -8,8 +8,8 @@
 
 namespace orvanel {
 
-// A square plane in memory of somebody else, row-major, row 0 at the top. Passed by value. A side below 1 has no
-// samples. A plane of a host may have any alignment: read and write its samples with Load and Store.
+// A square plane in the memory of an owner, row-major, row 0 at the top. Passed by value. A side below 1 has no
+// samples. A host's plane may have any alignment: read and write its samples with Load and Store.
 template <class Sample>
 struct BasicPlaneView {
   Sample* samples;

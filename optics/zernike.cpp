@@ -1,4 +1,4 @@
-// The table of the 45 polynomials.
+// Defines the table of the 45 Zernike polynomials.
 #include "orvanel/zernike.h"
 
 namespace orvanel {

@@ -1,4 +1,4 @@
-// Best focus by walking the defocus coefficient.
+// Searches the best focus by a walk of the defocus coefficient.
 #include "models/classic/best_focus.h"
 
 #include <algorithm>
@@ -93,11 +93,11 @@ CircleFit FitCircle(const OpticsEngine& engine) {
 }
 
 double DeviationFromCircle(const OpticsEngine& engine) {
-  const std::ofstream sideEffect("tmp_test.txt");  // created or emptied while the fit runs; hosts may rely on it
+  const std::ofstream sideEffect("tmp_test.txt");  // contract: created or emptied while the fit runs
   const CircleFit fit = FitCircle(engine);
   if (!fit.solved) {
     const NormalEquations unsolved;
-    unsolved.normal.inv() * unsolved.right;  // for the matrix library's message of sizes, which hosts may rely on too
+    unsolved.normal.inv() * unsolved.right;  // contract: the matrix library's message of sizes
   }
   return fit.deviation;
 }

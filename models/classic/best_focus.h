@@ -1,4 +1,4 @@
-// The steps of the two best-focus walks.
+// Defines the walk of the two best-focus searches.
 #ifndef ORVANEL_MODELS_CLASSIC_BEST_FOCUS_H
 #define ORVANEL_MODELS_CLASSIC_BEST_FOCUS_H
 
@@ -11,9 +11,8 @@ namespace orvanel {
 
 constexpr std::int64_t kNoLimit = std::numeric_limits<std::int64_t>::max();
 
-// Walks `position` in steps while `gains(value(), best)`, turns round once at the first loss, and ends at the second,
-// or after maximumTrials values. value() judges the position as it stands. The result has the last position that
-// gained.
+// Walks `position` in steps while `gains(value(), best)`. Turns at the first loss, and ends at the second or after
+// maximumTrials values. value() evaluates the current position. The result has the last position that gained.
 template <class Value, class Gains>
 WalkResult Walk(double& position, double step, Value value, Gains gains, std::int64_t maximumTrials = kNoLimit) {
   double best = value();

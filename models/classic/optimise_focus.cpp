@@ -1,4 +1,4 @@
-// Best Strehl ratio over the second-order terms, within bounds.
+// Optimises the Strehl ratio over the second-order terms, within bounds.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -16,16 +16,16 @@ namespace {
 using Point = std::array<double, 3>;
 constexpr std::array<std::size_t, 3> kIndex = {4, 3, 5};
 
-// The field at any one place is a band-limited function of each coefficient, since the terms stay within -1 .. 1 on
-// the pupil: its intensity has no frequency above 2 / wavelength. Twice as many samples as that needs are an eighth of
-// a wave apart, and no maximum is then more than 1 / cos(pi/4) times as high as the samples beside it (Ehlich and
-// Zeller, 1964).
+// The field at any one place is a band-limited function of each coefficient, since the terms stay within -1 .. 1 on the
+// pupil. Its intensity has no frequency above 2 / wavelength. Samples an eighth of a wave apart are twice as many as
+// that needs. No maximum is then more than 1 / cos(pi/4) times as high as the samples beside it (Ehlich and Zeller,
+// 1964).
 constexpr double kSamplesPerWave = 8.0;
 constexpr double kWorthRefining = 0.7;
 
 constexpr int kMostRounds = 50;
 
-// What stands for the Strehl ratio of points that cannot be tried or are passed over: below all that an engine gives.
+// Values in place of the Strehl ratio for points that cannot be tried or are skipped: below every Strehl ratio.
 constexpr double kExhausted = -2.0;
 constexpr double kUndersampled = -3.0;
 
@@ -89,10 +89,10 @@ class Search {
 };
 
 // Ends the ranges where more than half of the pupil is undersampled. In the other half the wavefront changes by half a
-// wave at most along a row or column, of which terms of higher orders may take away their own largest step. The terms
-// of second order make a gradient 2 Q v, Q a symmetric matrix; more than half of the disc has |e v| >= 0.4 along either
-// eigenvector e. So an eigenvalue q of Q with 2 |q| 0.4 above sqrt(2) times the change for a radius leaves no such
-// half. c4 is a quarter of the trace of Q, and c3 and c5 do not exceed its largest eigenvalue.
+// wave at most along a row or column; terms of higher orders may take away their own largest step. The terms of second
+// order have a gradient 2 Q v, Q a symmetric matrix. More than half of the disc has |e v| >= 0.4 along either
+// eigenvector e. So such a half cannot remain if an eigenvalue q of Q has 2 |q| 0.4 above sqrt(2) times the change for
+// a radius. The bounds follow: c4 is a quarter of the trace of Q, and c3 and c5 do not exceed its largest eigenvalue.
 void Search::KeepSampled() {
   engine_.synthesizeWavefront(coefficients_.data(), diameter_, 0, 0, 0);
   const int samples = engine_.pupilSamples;
@@ -185,8 +185,8 @@ void Search::SearchLine(const Point& direction, bool whole) {
   }
 }
 
-// Powell's rounds over the three coefficients: each alone, then along the way that they went together, which takes the
-// place of the oldest direction.
+// Powell's rounds over the three coefficients: each alone, then along their common displacement, which
+// replaces the oldest direction.
 void Search::Improve() {
   std::array<Point, 3> directions = {{{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}}};
   for (int round = 0; round < kMostRounds && !exhausted_; ++round) {
@@ -199,7 +199,7 @@ void Search::Improve() {
     }
     const Point way = {(best_[0] - before[0]) / moved, (best_[1] - before[1]) / moved, (best_[2] - before[2]) / moved};
     SearchLine(way, round == 0);
-    // Parallel directions would lose a dimension; begin anew with the axes every few rounds.
+    // Parallel directions would lose a dimension: start over with the axes every few rounds.
     if (round % 4 == 3) {
       directions = {{{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}}};
     } else {
@@ -217,7 +217,7 @@ bool Search::IsInside(const Point& point) const {
   return true;
 }
 
-// Whether the points beside the best one have been passed over, so that it is only the last before them.
+// Whether the points beside the best one were skipped, so that it is only the last one before them.
 bool Search::IsAtUndersampled() {
   if (settings_.maximumUndersampled >= 1.0) return false;
   for (std::size_t i = 0; i < kIndex.size(); ++i) {

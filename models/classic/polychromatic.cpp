@@ -14,7 +14,7 @@ struct Light {
   double weight;
 };
 
-// Blue, yellow, red. The first sets the sampling, the second the half width.
+// contract: blue, yellow, red. The first sets the sampling, the second the half width.
 constexpr std::array<Light, 3> kWhite = {{{0.000435835, 0.5}, {kSearchWavelength, 1.0}, {0.0006328, 0.5}}};
 
 }  // namespace
@@ -42,7 +42,7 @@ void OpticsEngine::PolychromaticPsf(double* out, double* sampleSpacing, std::int
     for (std::size_t i = 0; i < SampleCount(n); ++i) out[i] += planes[k][i] * kWhite[k].weight;
   }
 
-  // The centre is read afresh for each sample: it is 1 once it has been divided by itself.
+  // contract: the centre is read again for each sample. It is 1 once it has been divided by itself.
   const std::size_t centre = SampleIndex(n / 2, n / 2, n);
   for (std::size_t i = 0; i < SampleCount(n); ++i) {
     out[i] = out[i] / out[centre];

@@ -1,4 +1,4 @@
-// The centred, unitary transform.
+// Computes the centred, unitary transform.
 //
 // Compute-bound. Every element's arithmetic is that of the plain one-dimensional routine, stage by stage: negate odd
 // elements, eight radix-2 stages of decimation in frequency, bit reversal, negate odd elements, times 1/16. Four stages

@@ -1,4 +1,4 @@
-// Asking the CPU.
+// Asks the CPU which kernels it runs.
 #include "optics/kernels/dispatch.h"
 
 #include <atomic>
@@ -21,7 +21,7 @@ extern const Kernels kKernels;
 
 namespace {
 
-// Without memory of their own: a host may have none left.
+// Allocates nothing: a host may have no memory left.
 struct KernelList {
   std::array<const Kernels*, 3> kernels{&baseline::kKernels};
   std::size_t count = 1;
@@ -55,7 +55,7 @@ Choice& TheChoice() {
   return choice;
 }
 
-// Appends what there is room for.
+// Appends as much as fits.
 void Append(KernelMessage& message, std::size_t& length, const char* text) {
   for (; *text != '\0' && length + 1 < message.size(); ++text) {
     message[length++] = *text >= ' ' && *text <= '~' ? *text : '?';

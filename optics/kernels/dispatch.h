@@ -1,4 +1,4 @@
-// Which kernels run: the widest that this CPU has, or those that the environment variable ORVANEL_KERNELS names.
+// Chooses the kernels: the widest that this CPU runs, or those that the environment variable ORVANEL_KERNELS names.
 #ifndef ORVANEL_OPTICS_KERNELS_DISPATCH_H
 #define ORVANEL_OPTICS_KERNELS_DISPATCH_H
 
@@ -9,22 +9,22 @@
 
 namespace orvanel {
 
-// Those that this CPU can run, the plainest first.
+// The tables that this CPU runs, the narrowest first.
 std::span<const Kernels* const> RunnableKernels() noexcept;
 
-// Those of this name, or the widest if it is null or empty; null if there are no such, or this CPU cannot run them.
+// The table of this name, or the widest if it is null or empty. Null if this CPU runs no such table.
 const Kernels* FindKernels(const char* name) noexcept;
 
-// What to tell somebody who asked for kernels of a name that FindKernels does not know; without what terminals obey.
+// The error message for a name that FindKernels does not know. Control characters of the name are replaced.
 using KernelMessage = std::array<char, 256>;
 KernelMessage NoSuchKernels(const char* name) noexcept;
 
-// Those that new engines use; null where ORVANEL_KERNELS has a name that FindKernels does not know, and WhyNoKernels
-// says so: results of other kernels than those asked for would be measured, and believed. The variable is read once.
+// The table for new engines. Null if ORVANEL_KERNELS has a name that FindKernels does not know; WhyNoKernels has the
+// message. Other kernels than the requested ones would be measured under a wrong name. The variable is read once.
 const Kernels* ActiveKernels() noexcept;
 const char* WhyNoKernels() noexcept;
 
-// Engines made from now on use these; for tests and benchmarks.
+// Sets the table for new engines, in tests and benchmarks.
 void UseKernels(const Kernels& kernels) noexcept;
 
 }  // namespace orvanel

@@ -1,4 +1,4 @@
-// General transforms of whole planes, and the image of an object through the eye.
+// Transforms whole planes, forms the image of an object through the eye, and draws rings.
 //
 // Compute-bound in the transforms, memory-bound between them: planes are read where a transform needs them, and written
 // row by row.
@@ -35,8 +35,8 @@ void Transform(double* re, double* im, double scale, const Tables& tables, const
   }
 }
 
-// Columns of an object's spectrum or of a transfer function: kWidth of them, and their mirror images, of which lane l
-// is column -(column + l), but column 128 in the place of column 0.
+// Columns of an object's spectrum or of a transfer function: kWidth of them, and their mirror images. Lane l of a
+// mirror image is column -(column + l), with column 128 in the place of column 0.
 struct FoldedColumns {
   const HalfSpectrum& spectrum;
 
@@ -47,7 +47,7 @@ struct FoldedColumns {
   }
 };
 
-// The same of a transfer function that is two planes, of which nothing need follow from the rest.
+// The same for a transfer function as two whole planes, which need not have the symmetry of a real PSF.
 struct WholeColumns {
   const double* re;
   const double* im;

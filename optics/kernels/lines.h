@@ -1,8 +1,8 @@
-// Transforms of 256 samples, kWidth lines side by side: X[k] = sum over n of x[n] exp(+2 pi i n k / 256), as 16 x 16.
+// Transforms kWidth lines of 256 samples side by side: X[k] = sum over n of x[n] exp(+2 pi i n k / 256), as 16 x 16.
 //
-// Compute-bound: additions and multiplications fill the ports. The 32 vectors of a 16-point transform are about what
-// the registers of the widest variant hold; narrower ones spill into the first cache, which costs them no more than a
-// pass of a smaller radix would.
+// Compute-bound: additions and multiplications fill the ports. The 32 vectors of a 16-point transform are about as many
+// as the widest variant has registers. Narrower variants spill into the first cache, which costs no more than the
+// additional pass of a smaller radix.
 #ifndef ORVANEL_OPTICS_KERNELS_LINES_H
 #define ORVANEL_OPTICS_KERNELS_LINES_H
 

@@ -1,4 +1,4 @@
-// Modulation and phase transfer function, from the transfer function's half spectrum.
+// Computes the modulation and phase transfer function from the half spectrum of the transfer function.
 //
 // The modulation is bound by the square roots, which keep the divider busy, the phase by its polynomial. One half of
 // each plane follows from the other.
@@ -55,11 +55,11 @@ ORVANEL_INLINE V Angle(V y, V x) {
   return Bits(Bits(angle) | ySign);
 }
 
-// Division by one number, without the divider, which the square roots keep busy: a product with its reciprocal in two
-// doubles. Dekker (1971). Dividends are zero or at least 2^-537, as every square root is, so that no product
-// underflows. Relative error before the last rounding, in units of 2^-106: the reciprocal's second double, 2; its
-// product, 1; the sum of what two roundings of 2^-53 left, 2. So the result is that of the divider but for quotients as
-// near as that to the middle between two doubles: one in 2^50, and the same in every lane of every variant.
+// Division by one number as a product with its reciprocal in two doubles, since square roots keep the divider busy.
+// Dekker (1971). Dividends are zero or at least 2^-537, as every square root is, so that no product underflows.
+// Relative error before the last rounding, in units of 2^-106: 2 for the reciprocal's second double, 1 for its product,
+// 2 for the rest of two roundings of 2^-53. The result equals that of the divider, except for quotients so near to the
+// middle between two doubles: one in 2^50. It is the same in every lane of every variant.
 constexpr double kQuotientError = 5 * 0x1p-106;
 struct Divisor {
   explicit Divisor(double d) {

@@ -1,8 +1,8 @@
-// From the wavefront to the intensity on the retina.
+// Computes the intensity on the retina from the wavefront.
 //
-// Compute-bound, but for the division. Columns first, straight from the wavefront, then rows, so that the intensity is
-// written row by row. A pupil that lies within the middle 129 x 129 samples is taken from the middle's corner: that
-// only turns the phases of the field, and leaves half of each line and half of all columns empty.
+// Compute-bound, except for the division. Columns come first, straight from the wavefront, then rows, so that the
+// intensity is written row by row. A pupil within the middle 129 x 129 samples is read from the corner of the middle.
+// This only changes the phases of the field, and leaves half of each line and half of all columns empty.
 #ifndef ORVANEL_OPTICS_KERNELS_PUPIL_H
 #define ORVANEL_OPTICS_KERNELS_PUPIL_H
 
@@ -33,7 +33,8 @@ ORVANEL_INLINE Complex PupilFunction(V w, V wavelength, const Tables& tables) {
   return {Bits(Bits(field.cosine) & inside), Bits(Bits(field.sine) & inside)};
 }
 
-constexpr int kFirst = 64;  // row and column of the middle's corner; its last row and column are kFirst + 128
+constexpr int kFirst = kLength / 4;    // row and column of the middle's corner
+constexpr int kLast = kFirst + kHalf;  // its last row and column
 
 // Whether no sample outside the middle belongs to the pupil.
 ORVANEL_INLINE bool IsInTheMiddle(const double* wavefront) {
@@ -44,9 +45,11 @@ ORVANEL_INLINE bool IsInTheMiddle(const double* wavefront) {
   };
   for (int r = 0; r < kLength; ++r) {
     const double* const row = wavefront + r * kLength;
-    if (r < kFirst || r > kFirst + 128) {
+    // Vectors of the columns behind the middle: the last two overlap by one sample.
+    if (r < kFirst || r > kLast) {
       if (!outsideIn(row, kLength)) return false;
-    } else if (!outsideIn(row, kFirst) || !outsideIn(row + kFirst + 129, 56) || !outsideIn(row + kLength - 8, 8)) {
+    } else if (!outsideIn(row, kFirst) || !outsideIn(row + kLast + 1, kFirst - kWidestRegister) ||
+               !outsideIn(row + kLength - kWidestRegister, kWidestRegister)) {
       return false;
     }
   }

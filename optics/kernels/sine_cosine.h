@@ -1,4 +1,4 @@
-// Sine and cosine of vectors.
+// Computes sine and cosine of vectors.
 #ifndef ORVANEL_OPTICS_KERNELS_SINE_COSINE_H
 #define ORVANEL_OPTICS_KERNELS_SINE_COSINE_H
 
@@ -7,14 +7,15 @@
 namespace orvanel::ORVANEL_KERNELS {
 namespace {
 
-// Absolute error of SineAndCosine. In units of 2^-53, where x is reduced to 1/2 .. pi/4, which is the worst: two
-// roundings of the reduced angle, 1/2 each, times the derivative, at most 0.88; the last sum, 1/2; the terms before it,
-// 0.41; the polynomial, 1/8. Together 1.91.
+// Absolute error of SineAndCosine. The worst case is an x that is reduced to 1/2 .. pi/4. In units of 2^-53:
+//   two roundings of the reduced angle, 1/2 each, times the derivative, at most 0.88
+//   1/2 for the last sum, 0.41 for the terms before it, 1/8 for the polynomial
+// Together 1.91.
 constexpr double kSineCosineError = 0x1p-52;
 
 // Sine and cosine of |x| <= kLargestAngle. Error: kSineCosineError.
-// Reduction by pi/2 in three pieces, whose products with the quarter turns are exact but for the last: Cody and Waite
-// (1980). The polynomials are minimax on [-pi/4, pi/4], to 2^-56 and better.
+// Reduction by pi/2 in three pieces, whose products with the quarter turns are exact except for the last: Cody and
+// Waite (1980). The polynomials are minimax on [-pi/4, pi/4], to 2^-56 and better.
 constexpr double kLargestAngle = 0x1p20;
 struct SinCos {
   V sine;

@@ -1,7 +1,7 @@
-// Spectra of real planes: objects and point spread functions.
+// Computes spectra of real planes: objects and point spread functions.
 //
-// Compute-bound in the transforms, memory-bound between them. A real plane travels as one complex plane of half its
-// height, and its spectrum as the half that the other half follows from.
+// Compute-bound in the transforms, memory-bound between them. A real plane is packed into one complex plane of half
+// its height. Its spectrum is stored as one half; the other half follows from it.
 #ifndef ORVANEL_OPTICS_KERNELS_SPECTRUM_H
 #define ORVANEL_OPTICS_KERNELS_SPECTRUM_H
 
@@ -11,9 +11,10 @@
 namespace orvanel::ORVANEL_KERNELS {
 namespace {
 
-// Half a spectrum: columns 0 to 128, in panels of kWidth columns. Behind the last row of a panel the first comes once
-// more; the rows to spare keep a row of all panels out of the same sets of the first cache. The panel of column 128 has
-// the other columns of panel 0, so that it holds the mirror images of columns 128, -1, -2, ...
+// The panel of a column. Half a spectrum has columns 0 to 128, in panels of kWidth columns. A copy of a panel's first
+// row follows its last. Further rows separate the panels, so that one row of all panels is not in the same sets of the
+// first cache. The panel of column 128 has the other columns of panel 0: it has the mirror images of columns 128, -1,
+// -2, ...
 ORVANEL_INLINE Complex* HalfPanel(HalfSpectrum& spectrum, int column) {
   return reinterpret_cast<Complex*>(spectrum.bytes) + column / kWidth * kPanelRows;
 }
@@ -21,7 +22,7 @@ ORVANEL_INLINE const Complex* HalfPanel(const HalfSpectrum& spectrum, int column
   return reinterpret_cast<const Complex*>(spectrum.bytes) + column / kWidth * kPanelRows;
 }
 
-// Whether a row is constant and finite, so that zero frequency alone remains of it; at(row, column) points to its
+// Whether a row is constant and finite, so that only zero frequency is not zero; at(row, column) points to its
 // samples from that column on.
 template <class At>
 ORVANEL_INLINE bool IsConstant(At at, int row) {
@@ -35,7 +36,8 @@ ORVANEL_INLINE bool IsConstant(At at, int row) {
   return true;
 }
 
-// Rows r and 255 - r travel together, for kWidth r from `first` on, so that those above and below a figure do.
+// Rows r and 255 - r are packed into one complex FFT, for kWidth r from `first` on. So the constant rows above and
+// below a figure are packed together.
 template <class At>
 ORVANEL_INLINE bool AreConstant(At at, int first) {
   for (int l = 0; l < kWidth; ++l) {
@@ -60,8 +62,8 @@ ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, HalfSpectrum&
 }
 
 // The spectra A and B of two real rows, from the spectrum Z of the complex row whose parts they are:
-// A[q] = (Z[q] + conj Z[-q]) / 2 and B[q] = (Z[q] - conj Z[-q]) / 2i. Columns 0 and 128 are real, so that they too
-// travel as one column.
+// A[q] = (Z[q] + conj Z[-q]) / 2 and B[q] = (Z[q] - conj Z[-q]) / 2i. Columns 0 and 128 are real, so they are
+// packed into one column, too.
 [[gnu::noinline]] void PutRows(const Complex* lines, int first, HalfSpectrum& spectrum) {
   constexpr double half = 0.5 / 65536.0;
   for (int q = 0; q < 128; q += kWidth) {

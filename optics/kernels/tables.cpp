@@ -1,7 +1,8 @@
-// Making the tables.
+// Computes the constants of the transforms.
 #include "optics/kernels/tables.h"
 
 #include <cstddef>
+#include <numbers>
 
 #include "base/elementary.h"
 
@@ -9,6 +10,7 @@ namespace orvanel {
 namespace {
 
 constexpr int kLength = kKernelGrid;
+constexpr double kTwoPi = 2 * std::numbers::pi;
 
 Tables MakeTables() {
   Tables tables{};
@@ -20,7 +22,7 @@ Tables MakeTables() {
     }
   }
   for (int negative = 0; negative < 2; ++negative) {
-    const double theta = (negative == 0 ? -6.283185307179586 : 6.283185307179586) / kLength;
+    const double theta = (negative == 0 ? -kTwoPi : kTwoPi) / kLength;
     for (int k = 0; k < kLength; ++k) {
       const SineCosine factor = SineAndCosine(k * theta);
       tables.centredCosine[negative][k] = factor.cosine;

@@ -1,4 +1,4 @@
-// The constants of the transforms.
+// Declares the constants of the transforms.
 #ifndef ORVANEL_OPTICS_KERNELS_TABLES_H
 #define ORVANEL_OPTICS_KERNELS_TABLES_H
 

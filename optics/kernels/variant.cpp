@@ -1,5 +1,5 @@
-// One table of kernels. Compiled once for each instruction set, with ORVANEL_KERNELS its name; the table is all that
-// this file shows.
+// Defines one table of kernels. Compiled once for each instruction set, with ORVANEL_KERNELS as its name. Only the
+// table has external linkage.
 #include "optics/kernels/centred.h"
 #include "optics/kernels/image.h"
 #include "optics/kernels/kernels.h"

@@ -1,6 +1,6 @@
-// The vocabulary of the kernels: vectors as wide as the registers, and the few operations on them that the compiler's
-// vector types do not spell. Includes nothing of the C++ library and defines nothing with external linkage: whatever is
-// compiled here may need instructions that only this variant may use.
+// Defines vectors as wide as the registers, and the operations on them that the compiler's vector types do not have.
+// Includes nothing of the C++ library and defines nothing with external linkage: the code compiled here may need
+// instructions that only this variant may use.
 #ifndef ORVANEL_OPTICS_KERNELS_VECTORS_H
 #define ORVANEL_OPTICS_KERNELS_VECTORS_H
 
@@ -36,8 +36,8 @@ constexpr int kWidth = 2;
 
 using V = double __attribute__((vector_size(8 * kWidth)));
 using Mask = long long __attribute__((vector_size(8 * kWidth)));  // -1 in lanes where a condition holds, else 0
-// Attributes of an alias stand behind its name: clang passes over an alignment that stands behind the type, and would
-// move to hosts' buffers by instructions that fault where these are not aligned.
+// Attributes of an alias follow its name: clang ignores an alignment that follows the type. It would then access hosts'
+// buffers with instructions that fault if these are not aligned.
 using UnalignedV [[gnu::vector_size(8 * kWidth), gnu::aligned(1), gnu::may_alias]] = double;
 static_assert(alignof(UnalignedV) == 1 && sizeof(UnalignedV) == sizeof(V));
 
@@ -91,7 +91,7 @@ ORVANEL_INLINE V Reverse(V v) {
 #endif
 }
 
-// Lane 0 of first, and the lanes of others in reverse order but for their lane 0.
+// Lane 0 of first, and the lanes of others in reverse order except for their lane 0.
 ORVANEL_INLINE V ReverseFrom(V first, V others) {
 #if defined(__AVX512F__)
   return __builtin_shufflevector(first, others, 0, 15, 14, 13, 12, 11, 10, 9);

@@ -1,7 +1,7 @@
-// Zernike synthesis, a quadrant at a time.
+// Sums the Zernike terms, a quadrant at a time.
 //
-// Compute-bound. On this grid X and Y are multiples of 1/64 and every term is exact in double precision whatever the
-// order of its evaluation, so that only W = f * c + W rounds, and one f serves the four points (+-X, +-Y).
+// Compute-bound. On this grid X and Y are multiples of 1/64, and every term is exact in double precision for any order
+// of its evaluation. Only W = f * c + W rounds, and one f serves the four points (+-X, +-Y).
 #ifndef ORVANEL_OPTICS_KERNELS_WAVEFRONT_H
 #define ORVANEL_OPTICS_KERNELS_WAVEFRONT_H
 
