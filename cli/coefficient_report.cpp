@@ -1,4 +1,4 @@
-// Columns of the table and lines below it.
+// Formats the table of coefficients, and the lines of RMS and refraction below it.
 #include "cli/coefficient_report.h"
 
 #include <algorithm>
@@ -6,7 +6,6 @@
 
 #include "base/number_text.h"
 #include "cli/report.h"
-#include "eye/adjustments.h"
 #include "eye/column_name.h"
 #include "eye/rms.h"
 
@@ -22,14 +21,14 @@ std::string RightAligned(const std::string& text, std::size_t width) {
 }
 
 // Terms in the order of their numbers.
-std::vector<std::size_t> InOrder(const Eye& eye) {
+std::vector<std::size_t> InOrder(Order order, std::size_t count) {
   std::vector<std::size_t> terms;
-  for (std::size_t j = 0; j < eye.coefficients.size(); ++j) {
-    if (eye.convention.order != Order::kFringe || FringeIndex(Term(j))) terms.push_back(j);
+  for (std::size_t j = 0; j < count; ++j) {
+    if (order != Order::kFringe || FringeIndex(Term(j))) terms.push_back(j);
   }
-  const auto number = [&eye](std::size_t j) {
-    if (eye.convention.order == Order::kNoll) return NollIndex(Term(j));
-    return eye.convention.order == Order::kFringe ? *FringeIndex(Term(j)) : j;
+  const auto number = [order](std::size_t j) {
+    if (order == Order::kNoll) return NollIndex(Term(j));
+    return order == Order::kFringe ? *FringeIndex(Term(j)) : j;
   };
   std::sort(terms.begin(), terms.end(), [&](std::size_t a, std::size_t b) { return number(a) < number(b); });
   return terms;
@@ -40,12 +39,12 @@ std::string TermLine(const std::string& name, const std::string& n, const std::s
   return "  " + Padded(name, 10) + RightAligned(n, 3) + RightAligned(m, 5) + "  " + Padded(value, 24) + words + "\n";
 }
 
-std::string TermLines(const Eye& eye) {
-  std::string lines = TermLine("term", "n", "m", UnitText(eye.convention), "name");
-  for (const std::size_t j : InOrder(eye)) {
+std::string TermLines(const Convention& convention, const Coefficients& coefficients) {
+  std::string lines = TermLine("term", "n", "m", UnitText(convention), "name");
+  for (const std::size_t j : InOrder(convention.order, coefficients.size())) {
     const ZernikeTerm term = Term(j);
-    lines += TermLine(NameIn(eye.convention.order, term), std::to_string(term.n), std::to_string(term.m),
-                      ShortestText(eye.coefficients[j]), Name(term));
+    lines += TermLine(NameIn(convention.order, term), std::to_string(term.n), std::to_string(term.m),
+                      ShortestText(coefficients[j]), Name(term));
   }
   return lines;
 }
@@ -67,25 +66,27 @@ std::string RmsLines(const Coefficients& osa) {
 std::string EyeLines(const Eye& measured, const std::vector<std::string>& changes) {
   std::string lines = ReportLine(
       "Eye", (measured.name.empty() ? measured.file : measured.name) + ", laterality " + SideText(measured.side));
-  lines +=
-      ReportLine("Measured", "over " + NumberText(measured.pupil.value(), 6) + " mm, in " + Text(measured.convention));
+  lines += ReportLine("Measured", "over " + NumberText(measured.pupil.value(), 6) + " mm, in " +
+                                      Text(measured.coefficients.convention()));
   std::string label = "Changes";
   for (const std::string& change : changes) lines += ReportLine(std::exchange(label, ""), change);
   return lines;
 }
 
 std::string RefractionLines(const Eye& eye, CylinderSign sign) {
-  const Coefficients osa = OsaCoefficients(eye);
+  const Coefficients& osa = eye.coefficients.osa();
   const auto text = [sign](const PowerVector& powers) { return Text(ToRefraction(powers, sign)); };
   return ReportLine("Refraction", text(LeastSquaresRefraction(osa, eye.pupil)) + " (least squares)") +
          ReportLine("", text(ParaxialRefraction(osa, eye.pupil)) + " (paraxial)");
 }
 
 std::string CoefficientReport(const Eye& eye, CylinderSign sign) {
-  if (eye.convention.order != Order::kNamed) ToList(eye.convention.order, eye.coefficients);  // all have a number
+  const Convention& convention = eye.coefficients.convention();
+  const Coefficients stated = eye.coefficients.AsStated();
+  if (convention.order != Order::kNamed) ToList(convention.order, stated);  // all have a number
   return ReportLine("Coefficients", "over " + NumberText(eye.pupil.value(), 6) + " mm, laterality " +
-                                        SideText(eye.side) + ", in " + Text(eye.convention)) +
-         TermLines(eye) + RmsLines(OsaCoefficients(eye)) + RefractionLines(eye, sign);
+                                        SideText(eye.side) + ", in " + Text(convention)) +
+         TermLines(convention, stated) + RmsLines(eye.coefficients.osa()) + RefractionLines(eye, sign);
 }
 
 }  // namespace orvanel::cli

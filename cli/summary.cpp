@@ -28,9 +28,11 @@ Json ConventionJson(const Convention& convention) {
 }
 
 Json GivenJson(const Eye& eye) {
-  if (eye.convention.order != Order::kNamed) return ToList(eye.convention.order, eye.coefficients);
+  const Coefficients given = eye.coefficients.AsStated();
+  const Order order = eye.coefficients.convention().order;
+  if (order != Order::kNamed) return ToList(order, given);
   Json named = Json::object();
-  for (std::size_t j = 0; j < eye.coefficients.size(); ++j) named[Symbol(Term(j))] = eye.coefficients[j];
+  for (std::size_t j = 0; j < given.size(); ++j) named[Symbol(Term(j))] = given[j];
   return named;
 }
 
@@ -44,7 +46,7 @@ Json EyeJson(const Results& results) {
                {"note", eye.note},
                {"eye", Word(eye.side)},
                {"pupil_diameter_mm", eye.pupil.value()},
-               {"convention", ConventionJson(eye.convention)},
+               {"convention", ConventionJson(eye.coefficients.convention())},
                {"coefficients_as_given", GivenJson(eye)},
                {"changes", results.changes},
                {"simulated_eye", Word(results.eye.side)},
@@ -67,7 +69,7 @@ Json RefractionJson(const PowerVector& powers) {
 }
 
 Json RefractionsJson(const Eye& eye) {
-  const Coefficients osa = OsaCoefficients(eye);
+  const Coefficients& osa = eye.coefficients.osa();
   return {{"least_squares", RefractionJson(LeastSquaresRefraction(osa, eye.pupil))},
           {"paraxial", RefractionJson(ParaxialRefraction(osa, eye.pupil))}};
 }
@@ -226,8 +228,8 @@ std::vector<Fact> FactsOf(const Results& results) {
   Json facts = {{"program", "orvanel " ORVANEL_VERSION}};
   Json eye = EyeJson(results);
   // As numbers and text alone: named coefficients as a list from (0,0) on, changes in one line.
-  if (results.measured.convention.order == Order::kNamed) {
-    eye["coefficients_as_given"] = results.measured.coefficients;
+  if (results.measured.coefficients.convention().order == Order::kNamed) {
+    eye["coefficients_as_given"] = results.measured.coefficients.AsStated();
   }
   std::string changes;
   for (const std::string& change : results.changes) changes += (changes.empty() ? "" : "; ") + change;

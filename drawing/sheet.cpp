@@ -56,7 +56,7 @@ std::string NumbersText(const Simulation& simulation) {
 }
 
 std::string RefractionText(const Eye& eye) {
-  const Coefficients osa = OsaCoefficients(eye);
+  const Coefficients& osa = eye.coefficients.osa();
   const auto text = [](const PowerVector& powers) { return Text(ToRefraction(powers, CylinderSign::kMinus)); };
   return WithDots({"Correcting lens: " + text(LeastSquaresRefraction(osa, eye.pupil)) + " (least squares)",
                    text(ParaxialRefraction(osa, eye.pupil)) + " (paraxial)"});
@@ -67,7 +67,7 @@ std::string OriginText(const Results& results) {
   std::vector<std::string> parts;
   if (!IsDrawable(NameOf(eye))) parts.emplace_back("Name: in a script that is not drawn here, see summary.json");
   parts.push_back("Measured over " + NumberText(eye.pupil.value(), 6) + " mm, laterality " + SideText(eye.side) +
-                  ", in " + Text(eye.convention));
+                  ", in " + Text(eye.coefficients.convention()));
   parts.insert(parts.end(), results.changes.begin(), results.changes.end());
   if (!IsDrawable(eye.source)) {
     parts.emplace_back("Source: in a script that is not drawn here, see summary.json");

@@ -27,7 +27,7 @@ EyeMeter::EyeMeter(MetricChoice choice, bool planes)
 
 void EyeMeter::Compute(const Eye& eye) {
   if (cost_ == Cost::kCoefficients) return;
-  const auto coefficients = Bare(ToLibrary(eye.convention, eye.coefficients));
+  const auto coefficients = Bare(ToLibrary(eye.coefficients));
   // No polynomial exceeds 1.
   double height = 0.0;
   for (const double c : coefficients) height += std::abs(c);
@@ -54,7 +54,7 @@ void EyeMeter::Compute(const Eye& eye) {
 
 std::vector<double> EyeMeter::Measure(const Eye& eye) {
   measured_.eye = &eye;
-  measured_.osa = OsaCoefficients(eye);
+  measured_.osa = eye.coefficients.osa();
   measured_.scales = ScalesOf(eye.pupil);
   measured_.doubts = EyeWarnings(eye).size();
   Compute(eye);

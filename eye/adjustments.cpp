@@ -1,4 +1,4 @@
-// The changes one after the other; refraction belongs to the eye as measured.
+// Applies the adjustments one after the other; refraction is added over the measured pupil.
 #include "eye/adjustments.h"
 
 #include <algorithm>
@@ -11,81 +11,73 @@
 namespace orvanel::eye {
 namespace {
 
-bool ChangesPupil(const Eye& eye, const Preparation& preparation) {
-  return preparation.pupil && *preparation.pupil != eye.pupil;
+bool ChangesPupil(const Eye& eye, const Adjustments& adjustments) {
+  return adjustments.pupil && *adjustments.pupil != eye.pupil;
 }
 
-bool ChangesSide(const Eye& eye, const Preparation& preparation) {
-  return preparation.mirror && *preparation.mirror != eye.side;
+bool ChangesSide(const Eye& eye, const Adjustments& adjustments) {
+  return adjustments.mirror && *adjustments.mirror != eye.side;
 }
 
-void Check(const Eye& eye, const Preparation& preparation) {
-  if (preparation.pupil && *preparation.pupil > eye.pupil && !preparation.extrapolate) {
-    throw Error("the pupil of " + ShortestText(preparation.pupil->value()) + " mm is larger than the " +
+void Check(const Eye& eye, const Adjustments& adjustments) {
+  if (adjustments.pupil && *adjustments.pupil > eye.pupil && !adjustments.extrapolate) {
+    throw Error("the pupil of " + ShortestText(adjustments.pupil->value()) + " mm is larger than the " +
                 ShortestText(eye.pupil.value()) +
                 " mm over which the eye was measured; what lies outside is not known. Ask for a smaller one, or let "
                 "--extrapolate continue the polynomials");
   }
-  if (preparation.mirror && eye.side == Side::kUnknown) {
+  if (adjustments.mirror && eye.side == Side::kUnknown) {
     throw Error("whether the eye is OD or OS is not known, so that it cannot be brought to " +
-                std::string(Word(*preparation.mirror)) + "; state the eye");
+                std::string(Word(*adjustments.mirror)) + "; state the eye");
   }
 }
 
-// Whoever confuses units is told so before infinities are. Also false for what is not a number.
+// Refuses values that only a wrong unit explains, before they become infinities. Also refuses NaN.
 void RequirePlausible(const Eye& eye) {
   constexpr Millimetres kSmallest(1e-3), kLargest(1e3);
   if (!(eye.pupil >= kSmallest && eye.pupil <= kLargest)) {
     throw Error("a pupil of " + ShortestText(eye.pupil.value()) + " mm is no eye's; check its unit");
   }
   constexpr Micrometres kMetre(1e6);
-  if (!(Rms(OsaCoefficients(eye), 0) < kMetre)) {
+  if (!(Rms(eye.coefficients.osa(), 0) < kMetre)) {
     throw Error("the wavefront would be a metre high and more; check the unit of the coefficients");
   }
 }
 
-// The eye with the refraction that is stated beside its coefficients.
-Eye WithPrescription(Eye eye) {
-  if (!eye.prescription) return eye;
-  eye.coefficients =
-      Converted(WithRefraction(OsaCoefficients(eye), eye.pupil, *eye.prescription), kOsaConvention, eye.convention);
-  eye.prescription.reset();
-  return eye;
-}
-
 // After a change of pupil, which makes lower orders of higher ones.
 Dropped DropOrdersAbove(int highest, Eye& eye) {
-  const Coefficients osa = OsaCoefficients(eye);
+  const Coefficients& osa = eye.coefficients.osa();
   const Dropped dropped{highest, Rms(osa, highest + 1), Rms(osa, kLowestOrderThatBlurs)};
-  const std::size_t kept = OsaIndex({highest, highest}) + 1;
-  if (eye.coefficients.size() > kept) eye.coefficients.resize(kept);
+  eye.coefficients.DropFrom(OsaIndex({highest, highest}) + 1);
   return dropped;
 }
 
 }  // namespace
 
-Coefficients OsaCoefficients(const Eye& eye) { return Converted(eye.coefficients, eye.convention, kOsaConvention); }
-
-Eye Prepared(Eye eye, const Preparation& preparation, std::optional<Dropped>* dropped) {
-  Check(eye, preparation);
-  eye = WithPrescription(std::move(eye));
-  if (preparation.refraction || preparation.lens || ChangesPupil(eye, preparation)) {
-    Coefficients osa = OsaCoefficients(eye);
-    if (preparation.refraction) osa = WithRefraction(std::move(osa), eye.pupil, *preparation.refraction);
-    if (preparation.lens) osa = WithRefraction(std::move(osa), eye.pupil, -ToPowerVector(AtCornea(*preparation.lens)));
-    if (ChangesPupil(eye, preparation)) {
-      osa = Rescaled(osa, *preparation.pupil / eye.pupil);
-      eye.pupil = *preparation.pupil;
+Eye Adjusted(Eye eye, const Adjustments& adjustments, std::optional<Dropped>* dropped) {
+  Check(eye, adjustments);
+  if (eye.prescription || adjustments.refraction || adjustments.lens || ChangesPupil(eye, adjustments)) {
+    Coefficients osa = eye.coefficients.osa();
+    const auto add = [&osa, &eye](const PowerVector& powers) {
+      osa = WithRefraction(std::move(osa), eye.pupil, powers);
+    };
+    if (eye.prescription) add(*eye.prescription);
+    if (adjustments.refraction) add(*adjustments.refraction);
+    if (adjustments.lens) add(-ToPowerVector(AtCornea(*adjustments.lens)));
+    if (ChangesPupil(eye, adjustments)) {
+      osa = Rescaled(osa, *adjustments.pupil / eye.pupil);
+      eye.pupil = *adjustments.pupil;
     }
-    eye.coefficients = Converted(std::move(osa), kOsaConvention, eye.convention);
+    eye.prescription.reset();
+    eye.coefficients.Replace(std::move(osa));
   }
-  if (ChangesSide(eye, preparation)) {
-    eye.coefficients = Mirrored(std::move(eye.coefficients));
-    eye.side = *preparation.mirror;
+  if (ChangesSide(eye, adjustments)) {
+    eye.coefficients.Mirror();
+    eye.side = *adjustments.mirror;
   }
   RequirePlausible(eye);
-  if (preparation.highestOrder) {
-    const Dropped went = DropOrdersAbove(*preparation.highestOrder, eye);
+  if (adjustments.highestOrder) {
+    const Dropped went = DropOrdersAbove(*adjustments.highestOrder, eye);
     if (dropped != nullptr) *dropped = went;
   }
   return eye;
@@ -112,16 +104,16 @@ std::string Text(const DroppedOfMany& dropped, int above) {
          " um RMS";
 }
 
-std::vector<std::string> Changes(const Eye& measured, const Preparation& preparation) {
+std::vector<std::string> Changes(const Eye& measured, const Adjustments& adjustments) {
   std::vector<std::string> changes;
   if (measured.prescription) {
     changes.push_back("prescription of " + Text(ToRefraction(*measured.prescription, CylinderSign::kMinus)) + " added");
   }
-  if (preparation.refraction) {
-    changes.push_back("refraction of " + Text(ToRefraction(*preparation.refraction, CylinderSign::kMinus)) + " added");
+  if (adjustments.refraction) {
+    changes.push_back("refraction of " + Text(ToRefraction(*adjustments.refraction, CylinderSign::kMinus)) + " added");
   }
-  if (preparation.lens) {
-    const Lens& lens = *preparation.lens;
+  if (adjustments.lens) {
+    const Lens& lens = *adjustments.lens;
     std::string change = "lens " + PrescriptionText(lens.power) + " worn at ";
     if (lens.vertex > Millimetres(0.0)) {
       change += ShortestText(lens.vertex.value()) + " mm, which is " + PrescriptionText(AtCornea(lens)) + " at ";
@@ -129,17 +121,17 @@ std::vector<std::string> Changes(const Eye& measured, const Preparation& prepara
     change += "the cornea";
     changes.push_back(change);
   }
-  if (ChangesPupil(measured, preparation)) {
-    changes.push_back((*preparation.pupil > measured.pupil ? "extrapolated from " : "rescaled from ") +
-                      ShortestText(measured.pupil.value()) + " to " + ShortestText(preparation.pupil->value()) + " mm");
+  if (ChangesPupil(measured, adjustments)) {
+    changes.push_back((*adjustments.pupil > measured.pupil ? "extrapolated from " : "rescaled from ") +
+                      ShortestText(measured.pupil.value()) + " to " + ShortestText(adjustments.pupil->value()) + " mm");
   }
-  if (ChangesSide(measured, preparation)) {
+  if (ChangesSide(measured, adjustments)) {
     changes.push_back("mirrored from " + std::string(Word(measured.side)) + " to " +
-                      std::string(Word(*preparation.mirror)));
+                      std::string(Word(*adjustments.mirror)));
   }
-  if (preparation.highestOrder) {
+  if (adjustments.highestOrder) {
     std::optional<Dropped> dropped;
-    Prepared(measured, preparation, &dropped);
+    Adjusted(measured, adjustments, &dropped);
     changes.push_back(Text(*dropped));
   }
   return changes;

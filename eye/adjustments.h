@@ -1,5 +1,4 @@
-// What is done to an eye before it is used: refraction added, a lens put on, another pupil, the other side, high orders
-// dropped.
+// Adjusts an eye before it is used: adds refraction, puts on a lens, changes the pupil, mirrors, drops high orders.
 #ifndef ORVANEL_EYE_ADJUSTMENTS_H
 #define ORVANEL_EYE_ADJUSTMENTS_H
 
@@ -13,12 +12,12 @@
 
 namespace orvanel::eye {
 
-struct Preparation {
+struct Adjustments {
   std::optional<PowerVector> refraction;
   std::optional<Lens> lens;
   std::optional<Millimetres> pupil;
   bool extrapolate = false;         // allows a pupil larger than measured
-  std::optional<Side> mirror;       // the side as which eyes are wanted
+  std::optional<Side> mirror;       // the laterality that is wanted
   std::optional<int> highestOrder;  // radial orders above it are dropped, over the pupil wanted
 };
 
@@ -29,20 +28,18 @@ struct Dropped {
   Micrometres total;  // of all orders that blur, before
 };
 
-// The eye after all that, in its own convention; with nothing to do, the same bits. Throws Error where the pupil is
-// larger than measured without `extrapolate`, where the side is to be changed and not known, where the lens has its
-// focus before the cornea, and where pupil or coefficients are so far from any eye's that their unit must be wrong.
+// The adjusted eye; without adjustments, the same bits. Its stated numbers hold no longer where refraction, lens or
+// pupil change the wavefront. Throws Error where the pupil is larger than measured without `extrapolate`, where the
+// side is to be changed and not known, where the lens has its focus before the cornea, and where pupil or coefficients
+// are so far from any eye's that their unit must be wrong.
 //   dropped  where it is not null and a highest order is given, gets what went with the orders above
-Eye Prepared(Eye eye, const Preparation& preparation, std::optional<Dropped>* dropped = nullptr);
+Eye Adjusted(Eye eye, const Adjustments& adjustments, std::optional<Dropped>* dropped = nullptr);
 
 // The share of the RMS that went, from 0 to 1.
 double Share(const Dropped& dropped);
 
 // "radial orders above 6 dropped, 0.0531 um RMS of 0.435 um (12.2 %)".
 std::string Text(const Dropped& dropped);
-
-// The eye's coefficients in the convention of OSA/ANSI Z80.28.
-Coefficients OsaCoefficients(const Eye& eye);
 
 // What went with the orders dropped from many eyes.
 struct DroppedOfMany {
@@ -56,7 +53,7 @@ struct DroppedOfMany {
 std::string Text(const DroppedOfMany& dropped, int above);
 
 // What was done, a sentence each: "mirrored from OS to OD".
-std::vector<std::string> Changes(const Eye& measured, const Preparation& preparation);
+std::vector<std::string> Changes(const Eye& measured, const Adjustments& adjustments);
 
 }  // namespace orvanel::eye
 

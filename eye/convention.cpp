@@ -207,21 +207,6 @@ Coefficients Mirrored(Coefficients coefficients) {
   return coefficients;
 }
 
-LibraryCoefficients ToLibrary(const Convention& convention, const Coefficients& coefficients) {
-  const Coefficients converted = Converted(coefficients, convention, kLibraryConvention);
-  LibraryCoefficients library{};
-  for (std::size_t j = 0; j < converted.size(); ++j) {
-    if (j < library.size()) {
-      library[j] = Millimetres(converted[j]);
-    } else if (converted[j] != 0.0) {
-      throw Error("the term " + Symbol(Term(j)) + ", " + Name(Term(j)) + ", is " + ShortestText(coefficients[j]) + " " +
-                  UnitText(convention) +
-                  ", but the simulation takes the radial orders 0 to 6; let --highest-order 6 drop what is above");
-    }
-  }
-  return library;
-}
-
 std::array<double, ORVANEL_COEFFICIENTS> Bare(const LibraryCoefficients& coefficients) {
   std::array<double, ORVANEL_COEFFICIENTS> bare;
   std::transform(coefficients.begin(), coefficients.end(), bare.begin(), [](Millimetres c) { return c.value(); });

@@ -72,12 +72,10 @@ Coefficients Converted(Coefficients coefficients, const Convention& from, const 
 // The eye in a mirror, left and right exchanged: terms that are odd in x change their sign.
 Coefficients Mirrored(Coefficients coefficients);
 
+// Coefficients as the library takes them: millimetres, not normalised, by OSA index, y down.
 using LibraryCoefficients = std::array<Millimetres, ORVANEL_COEFFICIENTS>;
 
-// Coefficients as the library takes them. Throws Error where a term above order 6 is not 0.
-LibraryCoefficients ToLibrary(const Convention& convention, const Coefficients& coefficients);
-
-// The same as the numbers that the library's calls take, millimetres.
+// The numbers that the library's calls take, millimetres.
 std::array<double, ORVANEL_COEFFICIENTS> Bare(const LibraryCoefficients& coefficients);
 
 }  // namespace orvanel::eye

@@ -1,4 +1,4 @@
-// One eye as its file or row of a table gives it.
+// Holds one eye: its pupil, laterality and coefficients, and what its file or row says of it.
 #ifndef ORVANEL_EYE_EYE_H
 #define ORVANEL_EYE_EYE_H
 
@@ -8,6 +8,7 @@
 #include "base/layers.h"
 #include "base/units.h"
 #include "eye/convention.h"
+#include "eye/eye_coefficients.h"
 #include "eye/refraction.h"
 
 namespace orvanel::eye {
@@ -17,8 +18,7 @@ struct Eye {
   std::string name, source, note;
   Millimetres pupil;  // diameter over which the coefficients are given
   Side side = Side::kUnknown;
-  Convention convention = kLibraryConvention;
-  Coefficients coefficients;                // by OSA index, in unit, normalisation and direction of y of the convention
+  EyeCoefficients coefficients;
   std::optional<PowerVector> prescription;  // stated beside the coefficients, to be added to them
 };
 

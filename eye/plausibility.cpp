@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "base/number_text.h"
-#include "eye/adjustments.h"
 #include "eye/refraction.h"
 
 namespace orvanel::eye {
@@ -21,7 +20,7 @@ std::vector<std::string> EyeWarnings(const Eye& eye) {
     warnings.push_back("the pupil of " + NumberText(eye.pupil.value(), 6) +
                        " mm is unlike a human eye's, which measures 2 to 8 mm");
   }
-  const PowerVector powers = LeastSquaresRefraction(OsaCoefficients(eye), eye.pupil);
+  const PowerVector powers = LeastSquaresRefraction(eye.coefficients.osa(), eye.pupil);
   const double m = powers.m.value(), j0 = powers.j0.value(), j45 = powers.j45.value();
   const double astigmatism = std::sqrt(j0 * j0 + j45 * j45);
   const double strongest = m < 0.0 ? m - astigmatism : m + astigmatism;

@@ -77,7 +77,7 @@ class Worker {
     std::vector<double> values;
     if (row.error.empty()) {
       try {
-        const Eye eye = Prepared(std::move(row.eye.eye), request_.preparation, &row.dropped);
+        const Eye eye = Adjusted(std::move(row.eye.eye), request_.adjustments, &row.dropped);
         values = meter_.Measure(eye);
         if (row.dropped) values.push_back(row.dropped->rms.value());
         row.pupil = eye.pupil.value();
@@ -473,7 +473,7 @@ class Batch {
 
 std::vector<std::string> ResultColumns(const BatchRequest& request) {
   std::vector<std::string> columns = Columns(request.choice);
-  if (request.preparation.highestOrder) columns.emplace_back("dropped_rms_um");
+  if (request.adjustments.highestOrder) columns.emplace_back("dropped_rms_um");
   return columns;
 }
 

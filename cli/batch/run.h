@@ -25,7 +25,7 @@ struct BatchRequest {
   TableKind kind = TableKind::kCsv;
   Statement stated;
   TableOptions tableOptions;
-  Preparation preparation;
+  Adjustments adjustments;
   MetricChoice choice;
   std::size_t jobs = 1;
   bool strict = false, resume = false, force = false;

@@ -117,7 +117,7 @@ void RunCommand(const BatchCommand& command) {
     report += ReportLine(std::exchange(label, ""), name + " = " + ShortestText(value));
   }
   if (result.dropped.eyes > 0) {
-    report += ReportLine("Orders", Text(result.dropped, *request.preparation.highestOrder) +
+    report += ReportLine("Orders", Text(result.dropped, *request.adjustments.highestOrder) +
                                        (result.earlier > 0 ? ", by this run" : ""));
   }
   const std::size_t undersampled =
@@ -132,7 +132,7 @@ void RunCommand(const BatchCommand& command) {
   if (toFile) {
     PrintOutput(report, results + " is written");
   } else {
-    if (result.dropped.losers > 0) PrintWarning(Text(result.dropped, *request.preparation.highestOrder));
+    if (result.dropped.losers > 0) PrintWarning(Text(result.dropped, *request.adjustments.highestOrder));
     if (undersampled > 0) PrintWarning("undersampled: " + samples);
   }
   if (result.errors > 0) {
@@ -244,7 +244,7 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
   if (KindOf(request.results) != FileKind::kCsv) throw CLI::ValidationError("--output", "results are written as .csv");
   if (request.choice.metrics.empty()) {
     const std::optional<Millimetres> pupil =
-        request.preparation.pupil ? request.preparation.pupil : request.stated.pupil;
+        request.adjustments.pupil ? request.adjustments.pupil : request.stated.pupil;
     // Standard output has no record to hold what is the same in all rows.
     const bool samePupil = pupil && request.results != kStandardStream;
     if (samePupil) request.record.constants = ConstantsOf(*pupil);
@@ -279,7 +279,7 @@ Run DefineBatch(CLI::App& app) {
   AddTableFormatOption(batch, command->kind);
   AddTableOptions(batch, request.tableOptions);
   AddStatementOptions(batch, request.stated);
-  AddPreparationOptions(batch, request.preparation);
+  AddAdjustmentOptions(batch, request.adjustments);
   batch.footer(std::string(kBatchNotes) + "\n" + kColumnNotes + "\n" + MetricNotes() + "\n" + kBatchExamples);
   batch.final_callback([command, &batch] { Complete(*command, batch); });
   return [command] { RunCommand(*command); };

@@ -41,7 +41,7 @@ constexpr const char* kConvertNotes =
 
 struct ConvertCommand {
   InputOptions input;
-  Preparation preparation;
+  Adjustments adjustments;
   Statement wanted;
   std::string output;
   bool force = false, plusCylinder = false;
@@ -72,33 +72,31 @@ Convention Target(Convention convention, const Statement& wanted) {
 }
 
 Eye ConvertedEye(Eye measured, const ConvertCommand& command, std::optional<Dropped>& dropped) {
-  Eye eye = Prepared(std::move(measured), command.preparation, &dropped);
-  const Convention target = Target(eye.convention, command.wanted);
-  eye.coefficients = Converted(std::move(eye.coefficients), eye.convention, target);
-  eye.convention = target;
+  Eye eye = Adjusted(std::move(measured), command.adjustments, &dropped);
+  eye.coefficients.Restate(Target(eye.coefficients.convention(), command.wanted));
   return eye;
 }
 
 //   prescription  whether rows bring a refraction of their own
-std::vector<std::size_t> TermsThatMayChange(std::vector<std::size_t> terms, const Preparation& preparation,
+std::vector<std::size_t> TermsThatMayChange(std::vector<std::size_t> terms, const Adjustments& adjustments,
                                             bool prescription) {
-  if (preparation.refraction || preparation.lens || prescription) {
+  if (adjustments.refraction || adjustments.lens || prescription) {
     terms.insert(terms.end(), {OsaIndex({2, -2}), OsaIndex({2, 0}), OsaIndex({2, 2})});
   }
-  if (preparation.pupil) terms = WithLowerOrders(terms);
+  if (adjustments.pupil) terms = WithLowerOrders(terms);
   std::sort(terms.begin(), terms.end());
   terms.erase(std::unique(terms.begin(), terms.end()), terms.end());
-  if (preparation.highestOrder) {
-    std::erase_if(terms, [&](std::size_t j) { return Term(j).n > *preparation.highestOrder; });
+  if (adjustments.highestOrder) {
+    std::erase_if(terms, [&](std::size_t j) { return Term(j).n > *adjustments.highestOrder; });
   }
   return terms;
 }
 
 std::string FileText(const Eye& eye, const std::string& file) {
   if (KindOf(file) == FileKind::kEyeFile) return EyeFileText(eye);
-  std::vector<std::size_t> terms(eye.coefficients.size());
+  std::vector<std::size_t> terms(eye.coefficients.osa().size());
   for (std::size_t j = 0; j < terms.size(); ++j) terms[j] = j;
-  const EyeWriter writer({"name"}, eye.convention.order, terms);
+  const EyeWriter writer({"name"}, eye.coefficients.convention().order, terms);
   return writer.Header() + writer.Row(eye, {eye.name});
 }
 
@@ -110,7 +108,7 @@ void ConvertEye(const ConvertCommand& command) {
     const Eye eye = ConvertedEye(measured, command, dropped);
     if (dropped && dropped->rms > Micrometres(0.0)) PrintWarning(Text(*dropped));
     for (const std::string& warning : EyeWarnings(eye)) PrintWarning(warning);
-    report = EyeLines(measured, Changes(measured, command.preparation)) +
+    report = EyeLines(measured, Changes(measured, command.adjustments)) +
              CoefficientReport(eye, command.plusCylinder ? CylinderSign::kPlus : CylinderSign::kMinus);
     if (!command.output.empty()) text = FileText(eye, command.output);
   } catch (const Error& error) {
@@ -142,7 +140,7 @@ void ConvertTable(const ConvertCommand& command) {
     throw Error(name + ": the index scheme may differ from row to row; say --to-indexing");
   }
   const EyeWriter writer(table.identifierNames(), *order,
-                         TermsThatMayChange(table.Terms(), command.preparation, command.input.table.prescription));
+                         TermsThatMayChange(table.Terms(), command.adjustments, command.input.table.prescription));
   TableOutput output(command.output, command.force);
   output.Write(writer.Header());
   std::size_t count = 0;
@@ -162,7 +160,7 @@ void ConvertTable(const ConvertCommand& command) {
     }
     output.Write(line);
   }
-  if (droppedOfAll.losers > 0) PrintWarning(Text(droppedOfAll, *command.preparation.highestOrder));
+  if (droppedOfAll.losers > 0) PrintWarning(Text(droppedOfAll, *command.adjustments.highestOrder));
   if (!doubts.Summary().empty()) PrintWarning(doubts.Summary());
   stream.Close();  // Windows puts no file in the place of one that is open
   output.Finish();
@@ -203,7 +201,7 @@ Run DefineConvert(CLI::App& app) {
   convert.add_flag("--force", command->force, "Replace the file where it is there already");
   convert.add_flag("--plus-cylinder", command->plusCylinder, "Report refraction with a positive cylinder");
   AddTargetOptions(convert, command->wanted);
-  AddPreparationOptions(convert, command->preparation);
+  AddAdjustmentOptions(convert, command->adjustments);
   convert.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kConvertNotes + "\n" + kConvertExamples);
   convert.final_callback([command] {
     const bool table = IsTable(*command);

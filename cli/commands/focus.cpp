@@ -44,7 +44,7 @@ is the lens at the cornea with which the measured eye becomes the one at its bes
 
 struct FocusCommand {
   InputOptions input;
-  Preparation preparation;
+  Adjustments adjustments;
   FocusRequest request;
   Micrometres step{0.01};  // of the orthonormal polynomial
   std::string output;
@@ -104,7 +104,8 @@ std::string BeforeAfter(const std::string& before, const std::string& after, con
 // A second-order term in both units.
 std::string TermLine(const Eye& before, const Eye& after, std::size_t j) {
   const auto text = [j](const Eye& eye, const Convention& convention) {
-    return NumberText(Converted(eye.coefficients, eye.convention, convention).at(j), 5);
+    const Coefficients coefficients = eye.coefficients.In(convention);
+    return NumberText(j < coefficients.size() ? coefficients[j] : 0.0, 5);
   };
   std::string name = Name(Term(j));
   if (j == kDefocus) name = "Defocus";
@@ -117,8 +118,8 @@ std::string TermLine(const Eye& before, const Eye& after, std::size_t j) {
 
 std::string Report(const FocusCommand& command, const Eye& measured, const Eye& before, const Eye& after,
                    const BestFocus& best) {
-  const auto refraction = [](const Eye& eye) { return LeastSquaresRefraction(OsaCoefficients(eye), eye.pupil); };
-  std::string text = EyeLines(measured, Changes(measured, command.preparation));
+  const auto refraction = [](const Eye& eye) { return LeastSquaresRefraction(eye.coefficients.osa(), eye.pupil); };
+  std::string text = EyeLines(measured, Changes(measured, command.adjustments));
   text += ReportLine("Pupil", NumberText(before.pupil.value(), 6) + " mm");
   text += ReportLine("Search", SearchText(command, best));
   if (command.request.withoutAstigmatism) text += ReportLine("", "judged without the terms of astigmatism");
@@ -153,10 +154,10 @@ void RunFocus(const FocusCommand& command) {
   std::string text;
   try {
     std::optional<Dropped> dropped;
-    before = Prepared(measured, command.preparation, &dropped);
+    before = Adjusted(measured, command.adjustments, &dropped);
     if (dropped && dropped->rms > Micrometres(0.0)) PrintWarning(Text(*dropped));
     for (const std::string& warning : EyeWarnings(before)) PrintWarning(warning);
-    const LibraryCoefficients library = ToLibrary(before.convention, before.coefficients);
+    const LibraryCoefficients library = ToLibrary(before.coefficients);
     {
       const StopAtOnce stop;
       best = FindBestFocus(library, before.pupil, command.request);
@@ -167,16 +168,17 @@ void RunFocus(const FocusCommand& command) {
     }
     RequireEnd(command, best);
     RequireSampled(command, best);
-    after = before;
-    if (after.coefficients.size() <= 5) after.coefficients.resize(6);
-    before.coefficients.resize(after.coefficients.size());
-    Coefficients found(best.coefficients.size());
-    for (std::size_t j = 0; j < found.size(); ++j) found[j] = best.coefficients[j].value();
-    found = Converted(std::move(found), kLibraryConvention, before.convention);
+    const Convention& convention = before.coefficients.convention();
+    const auto bare = Bare(best.coefficients);
+    const Coefficients found = Converted({bare.begin(), bare.end()}, kLibraryConvention, convention);
+    Coefficients stated = before.coefficients.AsStated();
+    if (stated.size() <= 5) stated.resize(6);
     // The search leaves all other terms alone, to the bit.
     for (const std::size_t j : {std::size_t{3}, kDefocus, std::size_t{5}}) {
-      if (best.coefficients[j] != library[j]) after.coefficients[j] = found[j];
+      if (best.coefficients[j] != library[j]) stated[j] = found[j];
     }
+    after = before;
+    after.coefficients = {convention, std::move(stated)};
     if (!command.output.empty()) text = EyeFileText(after);
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + error.what());
@@ -235,7 +237,7 @@ Run DefineFocus(CLI::App& app) {
                  "Walk as if the eye had no astigmatism, as behind a cylinder that corrects it");
   focus.add_option("-o,--output", command->output, "The eye file to write, of the eye at its best")->type_name("FILE");
   focus.add_flag("--force", command->force, "Replace the file where it is there already");
-  AddPreparationOptions(focus, command->preparation);
+  AddAdjustmentOptions(focus, command->adjustments);
   focus.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kFocusNotes + "\n" + kFocusExamples);
   focus.final_callback([command] { Check(*command); });
   return [command] { RunFocus(*command); };

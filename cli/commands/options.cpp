@@ -14,7 +14,7 @@ namespace orvanel::cli {
 namespace {
 
 constexpr const char* kStatementGroup = "How the coefficients are meant, where the file does not say it";
-constexpr const char* kPreparationGroup = "What is done to the eye first";
+constexpr const char* kAdjustmentGroup = "What is done to the eye first";
 
 void AddStatementOption(CLI::App& app, const char* option, const char* key, const std::string& type,
                         const std::string& description, Statement& statement) {
@@ -111,41 +111,40 @@ void AddStatementOptions(CLI::App& app, Statement& stated) {
   AddStatementOption(app, "--measured-pupil", kPupilKey, "MM", "Diameter over which the eye was measured", stated);
 }
 
-void AddPreparationOptions(CLI::App& app, Preparation& preparation) {
+void AddAdjustmentOptions(CLI::App& app, Adjustments& adjustments) {
   AddParsedOption(app, "--pupil", "MM", "Diameter wanted, at most that measured; the coefficients are rescaled",
-                  [&preparation](const std::string& text) {
+                  [&adjustments](const std::string& text) {
                     const double diameter = ParseNumber(text);
                     if (diameter <= 0.0) throw Error("a diameter is greater than 0");
-                    preparation.pupil = Millimetres(diameter);
+                    adjustments.pupil = Millimetres(diameter);
                   })
-      ->group(kPreparationGroup);
-  app.add_flag("--extrapolate", preparation.extrapolate, "Allow a pupil larger than measured")
-      ->group(kPreparationGroup);
+      ->group(kAdjustmentGroup);
+  app.add_flag("--extrapolate", adjustments.extrapolate, "Allow a pupil larger than measured")->group(kAdjustmentGroup);
   AddParsedOption(
       app, "--refraction", "S[,C,A]",
       "Refractive error to add, also as -2.00/-0.75x20; -2 makes the eye 2 D more short-sighted",
-      [&preparation](const std::string& text) { preparation.refraction = ToPowerVector(ParseRefraction(text)); })
-      ->group(kPreparationGroup);
+      [&adjustments](const std::string& text) { adjustments.refraction = ToPowerVector(ParseRefraction(text)); })
+      ->group(kAdjustmentGroup);
   AddParsedOption(app, "--lens", "S,C,A[,V]",
                   "Lens to wear, also as -2.00/-0.75x20,12; V in mm is its vertex distance, 0 unless said",
-                  [&preparation](const std::string& text) {
-                    preparation.lens = ParseLens(text);
-                    AtCornea(*preparation.lens);
+                  [&adjustments](const std::string& text) {
+                    adjustments.lens = ParseLens(text);
+                    AtCornea(*adjustments.lens);
                   })
-      ->group(kPreparationGroup);
+      ->group(kAdjustmentGroup);
   AddParsedOption(app, "--mirror", "OD|OS", "Bring the eye to this laterality: one of the other is mirrored",
-                  [&preparation](const std::string& text) {
+                  [&adjustments](const std::string& text) {
                     const auto side = ValueOf<Side>(text);
                     if (!side || *side == Side::kUnknown) throw Error(Quoted(text) + " is neither OD nor OS");
-                    preparation.mirror = side;
+                    adjustments.mirror = side;
                   })
-      ->group(kPreparationGroup);
+      ->group(kAdjustmentGroup);
   AddParsedOption(app, "--highest-order", "N",
                   "Drop radial orders above this, over the pupil wanted; the RMS dropped is reported",
-                  [&preparation](const std::string& text) {
-                    preparation.highestOrder = static_cast<int>(ParseCount(text, 2, kLargestOrder));
+                  [&adjustments](const std::string& text) {
+                    adjustments.highestOrder = static_cast<int>(ParseCount(text, 2, kLargestOrder));
                   })
-      ->group(kPreparationGroup);
+      ->group(kAdjustmentGroup);
 }
 
 void PrintColumns(const std::string& file, const std::string& summary) { PrintNote(file + ": " + summary); }

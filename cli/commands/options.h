@@ -36,7 +36,7 @@ void AddTableOptions(CLI::App& app, TableOptions& options);
 void AddStatementOptions(CLI::App& app, Statement& stated);
 
 // --pupil, --extrapolate, --refraction and --mirror.
-void AddPreparationOptions(CLI::App& app, Preparation& preparation);
+void AddAdjustmentOptions(CLI::App& app, Adjustments& adjustments);
 
 // An option whose text `parse` takes; what it throws as Error becomes an error of usage.
 CLI::Option* AddParsedOption(CLI::App& app, const std::string& name, const std::string& type,

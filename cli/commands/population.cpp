@@ -86,15 +86,16 @@ void RunPopulation(const PopulationCommand& command) {
   InputFile meanStream(command.mean);
   EyeTable table(meanStream, InputName(command.mean), TableKindOf(KindOf(command.mean)), command.stated, command.table);
   const Eye mean = ReadMean(command, table);
+  const Convention& convention = mean.coefficients.convention();
   InputFile stream(command.covariance);
   const CovarianceTable covariance =
-      ReadCovariance(stream, command.covariance, mean.convention.order, command.table.decimalComma);
-  std::vector<std::size_t> terms = table.Terms(mean.convention.order);
+      ReadCovariance(stream, command.covariance, convention.order, command.table.decimalComma);
+  std::vector<std::size_t> terms = table.Terms(convention.order);
   std::sort(terms.begin(), terms.end());
   RequireMeans(command, covariance, terms);
   const CovarianceFactors factors = Factorised(command, covariance);
 
-  const EyeWriter writer({"id"}, mean.convention.order, terms);
+  const EyeWriter writer({"id"}, convention.order, terms);
   TableOutput output(command.output, command.force);
   output.Write(writer.Header());
   std::vector<double> independent(factors.rank());
@@ -105,8 +106,10 @@ void RunPopulation(const PopulationCommand& command) {
       independent[k] = NormalNumber(command.seed, i, static_cast<std::uint32_t>(k));
     }
     const std::vector<double> deviations = factors.Correlate(independent);
+    Coefficients drawn = mean.coefficients.AsStated();
+    for (std::size_t k = 0; k < deviations.size(); ++k) drawn[covariance.terms[k]] += deviations[k];
     Eye eye = mean;
-    for (std::size_t k = 0; k < deviations.size(); ++k) eye.coefficients[covariance.terms[k]] += deviations[k];
+    eye.coefficients = {convention, std::move(drawn)};
     doubts.Add(eye, "number " + std::to_string(i + 1));
     output.Write(writer.Row(eye, {std::to_string(i + 1)}));
   }

@@ -64,7 +64,7 @@ constexpr const char* kFormatNotes =
 
 struct SimulateCommand {
   InputOptions input;
-  Preparation preparation;
+  Adjustments adjustments;
   PictureRequest picture;  // without a file where there is none
   std::string folder;
   std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
@@ -167,8 +167,8 @@ void RunSimulate(const SimulateCommand& command) {
   if (!command.picture.file.empty()) object = ReadObjectPicture(command.picture);
   std::vector<ResultFile> files;
   try {
-    results.eye = Prepared(results.measured, command.preparation, &results.dropped);
-    results.changes = Changes(results.measured, command.preparation);
+    results.eye = Adjusted(results.measured, command.adjustments, &results.dropped);
+    results.changes = Changes(results.measured, command.adjustments);
     files = ResultFiles({results.eye.pupil, command.rings, command.formats, object ? object->channels.size() : 0});
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + error.what());
@@ -180,7 +180,7 @@ void RunSimulate(const SimulateCommand& command) {
 
   try {
     const Eye& eye = results.eye;
-    results.simulation = Simulate(eye.pupil, ToLibrary(eye.convention, eye.coefficients), command.rings);
+    results.simulation = Simulate(eye.pupil, ToLibrary(eye.coefficients), command.rings);
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + error.what());
   }
@@ -252,7 +252,7 @@ Run DefineSimulate(CLI::App& app) {
       ->type_name("LIST");
   simulate.add_flag("--npy", words->npy, "Short for npy among the formats");
   simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; others stay");
-  AddPreparationOptions(simulate, command->preparation);
+  AddAdjustmentOptions(simulate, command->adjustments);
   simulate.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kScaleNotes + "\n" + kPictureNotes + "\n" +
                   kFormatNotes + "\n" + kSimulateExamples);
   simulate.final_callback([command, words, picture, output, &simulate] {

@@ -284,31 +284,33 @@ Eye EyeOfBytes(const std::string& file, std::string text, const Statement& state
   }
   eye.pupil = complete.pupil;
   eye.side = complete.side;
-  eye.convention = complete.convention;
-  eye.coefficients = coefficients.is_array() ? ReadList(source, coefficients, eye.convention.order)
-                                             : ReadNamed(source, coefficients, eye.convention.order);
+  const Order order = complete.convention.order;
+  eye.coefficients = {complete.convention, coefficients.is_array() ? ReadList(source, coefficients, order)
+                                                                   : ReadNamed(source, coefficients, order)};
   return eye;
 }
 
 std::string EyeFileText(const Eye& eye) {
+  const Convention& stated = eye.coefficients.convention();
+  const Coefficients coefficients = eye.coefficients.AsStated();
   Json object, convention;
   if (!eye.name.empty()) object["name"] = eye.name;
   if (!eye.source.empty()) object["source"] = eye.source;
   if (!eye.note.empty()) object["note"] = eye.note;
   object[kPupilKey] = eye.pupil.value();
   object[kSideKey] = Word(eye.side);
-  convention[kUnitKey] = Word(eye.convention.unit);
-  if (eye.convention.unit == Unit::kWaves) convention[kWavelengthKey] = eye.convention.wavelength.value();
-  convention[kNormalisationKey] = Word(eye.convention.normalisation);
-  convention[kOrderKey] = Word(eye.convention.order);
-  convention[kYAxisKey] = Word(eye.convention.yAxis);
+  convention[kUnitKey] = Word(stated.unit);
+  if (stated.unit == Unit::kWaves) convention[kWavelengthKey] = stated.wavelength.value();
+  convention[kNormalisationKey] = Word(stated.normalisation);
+  convention[kOrderKey] = Word(stated.order);
+  convention[kYAxisKey] = Word(stated.yAxis);
   object["convention"] = convention;
-  if (eye.convention.order == Order::kNamed) {
+  if (stated.order == Order::kNamed) {
     auto named = Json::object();
-    for (std::size_t j = 0; j < eye.coefficients.size(); ++j) named[Symbol(Term(j))] = eye.coefficients[j];
+    for (std::size_t j = 0; j < coefficients.size(); ++j) named[Symbol(Term(j))] = coefficients[j];
     object["coefficients"] = named;
   } else {
-    object["coefficients"] = ToList(eye.convention.order, eye.coefficients);
+    object["coefficients"] = ToList(stated.order, coefficients);
   }
   return object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

@@ -264,11 +264,11 @@ Eye EyeColumns::Read(const Record& row) const {
   if (nameColumn_) eye.name = VisibleText(row[*nameColumn_]);
   eye.pupil = complete.pupil;
   eye.side = complete.side;
-  eye.convention = complete.convention;
-  eye.coefficients.resize(1 + *std::max_element(resolved.osa.begin(), resolved.osa.end()));
+  Coefficients numbers(1 + *std::max_element(resolved.osa.begin(), resolved.osa.end()));
   for (std::size_t i = 0; i < coefficients_.size(); ++i) {
-    eye.coefficients[resolved.osa[i]] = Number(row, coefficients_[i].column);
+    numbers[resolved.osa[i]] = Number(row, coefficients_[i].column);
   }
+  eye.coefficients = {complete.convention, std::move(numbers)};
   eye.prescription = PrescriptionOfRow(row);
   return eye;
 }

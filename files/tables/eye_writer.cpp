@@ -1,4 +1,4 @@
-// Lines with commas.
+// Writes eyes as CSV rows.
 #include "files/tables/eye_writer.h"
 
 #include <algorithm>
@@ -42,13 +42,14 @@ std::string EyeWriter::Header() const {
 }
 
 std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& identifiers) const {
-  const Convention& convention = eye.convention;
-  if (const auto term = TermWithoutPlace(order_, eye.coefficients)) {
+  const Convention& convention = eye.coefficients.convention();
+  const Coefficients coefficients = eye.coefficients.AsStated();
+  if (const auto term = TermWithoutPlace(order_, coefficients)) {
     throw Error("the term " + Symbol(*term) + ", " + Name(*term) + ", is not 0 and has no number in the index scheme " +
                 std::string(Word(order_)) + "; convert to another, such as named");
   }
-  for (std::size_t j = 0; j < eye.coefficients.size(); ++j) {
-    if (eye.coefficients[j] != 0.0 && !std::binary_search(terms_.begin(), terms_.end(), j)) {
+  for (std::size_t j = 0; j < coefficients.size(); ++j) {
+    if (coefficients[j] != 0.0 && !std::binary_search(terms_.begin(), terms_.end(), j)) {
       throw Error("the term " + Symbol(Term(j)) + " is not 0 and does not stand in the first row; add it there");
     }
   }
@@ -61,7 +62,7 @@ std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& ident
   fields.emplace_back(Word(order_));
   fields.emplace_back(Word(convention.yAxis));
   for (const std::size_t j : terms_) {
-    fields.push_back(ShortestText(j < eye.coefficients.size() ? eye.coefficients[j] : 0.0));
+    fields.push_back(ShortestText(j < coefficients.size() ? coefficients[j] : 0.0));
   }
   return Line(fields);
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "base/error.h"
+#include "tests/eye/eyes.h"
 
 namespace orvanel::cli {
 namespace {
@@ -13,8 +14,7 @@ Eye Lopsided() {
   eye.name = "Lopsided";
   eye.pupil = Millimetres(4.0);
   eye.side = Side::kOs;
-  eye.convention = kOsaConvention;
-  eye.coefficients = {0, 0, 0, 0, 0.5, 0, 0, -0.3, 0.4};
+  eye.coefficients = {kOsaConvention, {0, 0, 0, 0, 0.5, 0, 0, -0.3, 0.4}};
   return eye;
 }
 
@@ -42,7 +42,9 @@ TEST(CoefficientReport, NamesTermsAndSumsThemUp) {
 
 TEST(CoefficientReport, ListsTermsInTheirOrder) {
   Eye eye = Lopsided();
-  eye.convention.order = Order::kNoll;
+  Convention convention = kOsaConvention;
+  convention.order = Order::kNoll;
+  eye.coefficients.Restate(convention);
   const std::string report = CoefficientReport(eye, CylinderSign::kMinus);
   EXPECT_LT(report.find("Z7          3   -1  -0.3"), report.find("Z8          3    1  0.4"));
   EXPECT_LT(report.find("Z1 "), report.find("Z4 "));
@@ -50,10 +52,11 @@ TEST(CoefficientReport, ListsTermsInTheirOrder) {
 
 TEST(CoefficientReport, RefusesATermWithoutANumber) {
   Eye eye = Lopsided();
-  eye.convention.order = Order::kFringe;
+  Convention convention = kOsaConvention;
+  convention.order = Order::kFringe;
+  eye.coefficients.Restate(convention);
   EXPECT_NO_THROW(CoefficientReport(eye, CylinderSign::kMinus));
-  eye.coefficients.resize(28);
-  eye.coefficients[27] = 0.1;
+  SetTerm(eye, 27, 0.1);
   EXPECT_THROW(CoefficientReport(eye, CylinderSign::kMinus), Error);
 }
 

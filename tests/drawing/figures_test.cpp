@@ -81,8 +81,7 @@ TEST(Figures, VerticalAxesRunUpwards) {
 // Vertical coma Z(3,-1) rises to y = 1, which is superior.
 TEST(Figures, ThePupilHasSuperiorAtTheTop) {
   Eye eye = PerfectEye(Millimetres(4.0));
-  eye.convention = kOsaConvention;
-  eye.coefficients = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.3};
+  eye.coefficients = {kOsaConvention, {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.3}};
   const PlaneFigure figure = WavefrontFigure(ResultsOf(eye, {{1.0, Gap::kUp}}).simulation, Side::kUnknown);
   const auto value = [&figure](double y) {  // in mm, at x = 0, where the figure's axis has y
     const double share = (y - figure.y.first) / (figure.y.last - figure.y.first);

@@ -19,7 +19,8 @@ TEST(SheetHead, SaysWhichLensCorrectsTheEye) {
   Eye eye = AsymmetricEye();
   eye.pupil = Millimetres(4.0);
   // -1 D sphere, -0.5 D cylinder at axis 180 over 4 mm: M = -1.25 D, J0 = 0.25 D.
-  eye.coefficients = {0.0, 0.0, 0.0, 0.0, 1.25 * 4.0 / (4.0 * std::sqrt(3.0)), -0.25 * 4.0 / (2.0 * std::sqrt(6.0))};
+  eye.coefficients = {kOsaConvention,
+                      {0.0, 0.0, 0.0, 0.0, 1.25 * 4.0 / (4.0 * std::sqrt(3.0)), -0.25 * 4.0 / (2.0 * std::sqrt(6.0))}};
   EXPECT_EQ(HeadTextsOf(Seen(eye)).lens,
             "Correcting lens: -1.00 D sphere, -0.50 D cylinder, axis 180 (least squares)\u00a0\u00a0\u00a0\u00a0"
             "\u00b7\u00a0\u00a0\u00a0 -1.00 D sphere, -0.50 D cylinder, axis 180 (paraxial)");

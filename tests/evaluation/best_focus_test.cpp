@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "eye/eye_coefficients.h"
 #include "orvanel/optics_engine.h"
 #include "tests/support/captured_stdout.h"
 #include "tests/support/temporary_files.h"
@@ -17,7 +18,7 @@ namespace {
 constexpr Millimetres kPupil(4.5);
 
 LibraryCoefficients Lopsided() {
-  return ToLibrary(kOsaConvention, {0, 0, 0, -0.09, 0.34, 0.11, 0.05, -0.12, 0.07, 0, 0, 0, 0.1});
+  return ToLibrary({kOsaConvention, {0, 0, 0, -0.09, 0.34, 0.11, 0.05, -0.12, 0.07, 0, 0, 0, 0.1}});
 }
 
 std::array<double, ORVANEL_COEFFICIENTS> Bare(const LibraryCoefficients& coefficients) {

@@ -15,7 +15,7 @@ inline Results ResultsOf(Eye eye, const std::vector<RingRequest>& rings) {
   Results results;
   results.measured = eye;
   results.eye = std::move(eye);
-  results.simulation = Simulate(results.eye.pupil, ToLibrary(results.eye.convention, results.eye.coefficients), rings);
+  results.simulation = Simulate(results.eye.pupil, ToLibrary(results.eye.coefficients), rings);
   results.scales = ScalesOf(results.eye.pupil);
   results.warnings = EyeWarnings(results.eye);
   for (std::string& warning : Warnings(results.simulation)) results.warnings.push_back(std::move(warning));

@@ -89,13 +89,7 @@ TEST(Simulation, WavefrontIsBlankOutsideThePupilOnly) {
 
 TEST(Simulation, RmsIsThatOfOrthonormalCoefficientsWithoutPistonAndTilts) {
   Eye eye = PerfectEye(Millimetres(4.5));
-  eye.convention = kOsaConvention;
-  eye.coefficients.assign(13, 0.0);
-  eye.coefficients[0] = 5.0;
-  eye.coefficients[1] = -3.0;
-  eye.coefficients[2] = 2.0;
-  eye.coefficients[7] = 0.3;
-  eye.coefficients[12] = -0.4;
+  eye.coefficients = {kOsaConvention, {5.0, -3.0, 2.0, 0, 0, 0, 0, 0.3, 0, 0, 0, 0, -0.4}};
   EXPECT_DOUBLE_EQ(ResultsOf(eye, kRings).simulation.wavefront.rms.value(), 0.5);
 }
 
@@ -110,7 +104,7 @@ TEST(Simulation, WavefrontNumbersAreThoseOfADefocusedPupil) {
   // 0.0008 mm x (2 rho^2 - 1): from -0.8 um to 0.8 um, steepest from the edge inwards, where one sample of 1/64 changes
   // it by 2 x (1 - (63/64)^2) x 0.8 um.
   Eye eye = PerfectEye(Millimetres(4.5));
-  eye.coefficients = {0, 0, 0, 0, 8e-4};
+  SetTerm(eye, 4, 8e-4);
   const Wavefront wavefront = ResultsOf(eye, kRings).simulation.wavefront;
   EXPECT_DOUBLE_EQ(wavefront.peakToValley.value(), 1.6);
   EXPECT_NEAR(wavefront.steepestStep.value(), 2.0 * (1.0 - 63.0 * 63.0 / (64.0 * 64.0)) * 0.8, 1e-12);
@@ -122,7 +116,7 @@ TEST(Simulation, AliasedShareGrowsFromTheRim) {
   // wave where |x| or |y| exceeds q. Below sqrt(1/2) the part of the unit disc where neither does is a square of side
   // 2q.
   Eye eye = PerfectEye(Millimetres(4.5));
-  eye.coefficients = {0, 0, 0, 0, 9e-3};  // q = 0.522
+  SetTerm(eye, 4, 9e-3);  // q = 0.522
   const double q = 64.0 * Wavelength().value() / 2.0 / (4.0 * 9e-3);
   const double expected = 1.0 - 4.0 * q * q / std::numbers::pi;
   // Samples of the rim, 2/64 of the disc, may lack a neighbour, and the square is known to a sample on each side.
@@ -133,7 +127,7 @@ TEST(Simulation, AliasedShareGrowsFromTheRim) {
 TEST(Simulation, RefusesAWavefrontOfMetres) {
   Eye eye = PerfectEye(Millimetres(4.5));
   for (const double coefficient : {1e4, -1e4, 1e308}) {
-    eye.coefficients = {0, 0, 0, 0, coefficient};
+    SetTerm(eye, 4, coefficient);
     EXPECT_THROW(ResultsOf(eye, kRings), Error) << coefficient;
   }
 }

@@ -14,7 +14,7 @@ std::vector<std::string> WarningsOf(const Eye& eye, const std::vector<RingReques
 
 TEST(Warnings, WavefrontsTooSteepForTheSamplesAreDoubted) {
   Eye eye = AsymmetricEye();
-  eye.coefficients[4] = 4.5;
+  SetTerm(eye, 4, 4.5);
   const std::vector<std::string> warnings = WarningsOf(eye, {{1.3, Gap::kUp}});
   ASSERT_EQ(warnings.size(), 1U);
   EXPECT_NE(warnings[0].find("% of the pupil the wavefront changes by more than half a wave"), std::string::npos);

@@ -7,58 +7,10 @@
 #include <string>
 
 #include "base/error.h"
-#include "orvanel/optics_engine.h"
 #include "tests/eye/zernike_truth.h"
 
 namespace orvanel::eye {
 namespace {
-
-std::vector<double> Single(std::size_t j, double value) {
-  std::vector<double> coefficients(j + 1, 0.0);
-  coefficients[j] = value;
-  return coefficients;
-}
-
-TEST(Convention, OsaTermsKeepTheirShapeHeightAndOrientation) {
-  // At a height of 0.37 um the library's polynomials, of at most 4 operations for each of up to 9 summands below 60,
-  // and the conversion's three roundings stay well within this, in mm.
-  constexpr double kWavefrontError = 0.37e-3 * 1e-13;
-  constexpr int kRow = 104, kColumn = 161;  // up and to the right of the centre
-  const long double x = (kColumn - 128) / 64.0L, y = (128 - kRow) / 64.0L;
-  OpticsEngine engine(ORVANEL_GRID_SIZE);
-  for (std::size_t j = 3; j < ORVANEL_COEFFICIENTS; ++j) {
-    const LibraryCoefficients library = ToLibrary(kOsaConvention, Single(j, 0.37));
-    double bare[ORVANEL_COEFFICIENTS];
-    for (std::size_t k = 0; k < library.size(); ++k) bare[k] = library[k].value();
-    engine.synthesizeWavefront(bare, 6.0, 1, 1, 1);
-    const long double truth = 0.37e-3L * OsaPolynomial(Term(j).n, Term(j).m, x, y);
-    EXPECT_NEAR(engine.wavefrontPlane(kRow, kColumn), static_cast<double>(truth), kWavefrontError) << "term " << j;
-  }
-}
-
-TEST(Convention, OsaDefocusIsTimesRootThreeAndAThousandth) {
-  const LibraryCoefficients library = ToLibrary(kOsaConvention, Single(4, 0.37));
-  EXPECT_DOUBLE_EQ(library[4].value(), 0.37e-3 * std::sqrt(3.0));
-}
-
-TEST(Convention, OsaVerticalComaChangesItsSign) {
-  const LibraryCoefficients library = ToLibrary(kOsaConvention, Single(7, 0.37));
-  EXPECT_DOUBLE_EQ(library[7].value(), -0.37e-3 * std::sqrt(8.0));
-}
-
-TEST(Convention, OsaHorizontalComaKeepsItsSign) {
-  const LibraryCoefficients library = ToLibrary(kOsaConvention, Single(8, -0.37));
-  EXPECT_DOUBLE_EQ(library[8].value(), -0.37e-3 * std::sqrt(8.0));
-}
-
-TEST(Convention, LibraryCoefficientsStayAsTheyAreAndTheRestIsZero) {
-  const LibraryCoefficients library = ToLibrary(kLibraryConvention, {0.1, -0.2, 0.3, -4e-4});
-  EXPECT_EQ(library[0], Millimetres(0.1));
-  EXPECT_EQ(library[1], Millimetres(-0.2));
-  EXPECT_EQ(library[2], Millimetres(0.3));
-  EXPECT_EQ(library[3], Millimetres(-4e-4));
-  for (std::size_t j = 4; j < library.size(); ++j) EXPECT_EQ(library[j], Millimetres(0.0));
-}
 
 // Every unit, normalisation and direction.
 std::vector<Convention> AllConventions() {
@@ -168,21 +120,6 @@ TEST(Convention, FringeRefusesTheSixfoldTermsUnlessTheyAreZero) {
     EXPECT_EQ(std::string(error.what()),
               "the term Z(6,-6), oblique hexafoil, is -1e-300 and has no number in the index scheme fringe; convert "
               "to another, such as named");
-  }
-}
-
-TEST(Convention, TheLibraryRefusesOrdersAboveSixUnlessTheyAreZero) {
-  Coefficients coefficients(45);
-  EXPECT_NO_THROW(ToLibrary(kOsaConvention, coefficients));
-  coefficients[OsaIndex({8, 0})] = 0.01;
-  try {
-    ToLibrary(kOsaConvention, coefficients);
-    FAIL();
-  } catch (const Error& error) {
-    EXPECT_EQ(std::string(error.what()),
-              "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the simulation takes the radial orders "
-              "0 to 6; "
-              "let --highest-order 6 drop what is above");
   }
 }
 

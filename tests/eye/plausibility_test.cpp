@@ -22,8 +22,8 @@ TEST(Plausibility, PupilsUnlikeAnEyesAreDoubted) {
 Eye EyeOf(double m, double j0, double j45) {
   Eye eye;
   eye.pupil = Millimetres(6.0);
-  eye.convention = kOsaConvention;
-  eye.coefficients = {0, 0, 0, -j45 * 9.0 / std::sqrt(24.0), -m * 9.0 / std::sqrt(48.0), -j0 * 9.0 / std::sqrt(24.0)};
+  eye.coefficients = {kOsaConvention,
+                      {0, 0, 0, -j45 * 9.0 / std::sqrt(24.0), -m * 9.0 / std::sqrt(48.0), -j0 * 9.0 / std::sqrt(24.0)}};
   return eye;
 }
 

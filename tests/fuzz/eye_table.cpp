@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!more) continue;
         ORVANEL_REQUIRE(eye.identifiers.size() == table.identifierNames().size());
         ORVANEL_REQUIRE(std::isfinite(eye.eye.pupil.value()) && eye.eye.pupil.value() > 0.0);
-        for (const double c : eye.eye.coefficients) ORVANEL_REQUIRE(std::isfinite(c));
+        for (const double c : eye.eye.coefficients.AsStated()) ORVANEL_REQUIRE(std::isfinite(c));
         ORVANEL_REQUIRE(!writer.Row(eye.eye, eye.identifiers).empty());
       } catch (const Error& error) {
         ORVANEL_REQUIRE(*error.what() != '\0');

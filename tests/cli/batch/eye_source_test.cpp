@@ -28,7 +28,7 @@ TEST(EyeSource, GivesFilesInTheirOrderAndGoesOnBehindTheFaulty) {
   EXPECT_EQ(source.Share(), 0.0);
   TableEye eye;
   ASSERT_TRUE(source.Next(eye));
-  EXPECT_EQ(eye.eye.coefficients.at(4), 0.25);
+  EXPECT_EQ(eye.eye.coefficients.AsStated().at(4), 0.25);
   EXPECT_EQ(eye.identifiers, std::vector<std::string>{name("b.json")});
   EXPECT_THROW(source.Next(eye), UnreadableEye);
   EXPECT_EQ(eye.identifiers, std::vector<std::string>{name("missing.json")});
@@ -36,7 +36,7 @@ TEST(EyeSource, GivesFilesInTheirOrderAndGoesOnBehindTheFaulty) {
   EXPECT_THROW(source.Next(eye), ErrorAt);
   EXPECT_EQ(eye.identifiers, std::vector<std::string>{name("broken.json")});
   ASSERT_TRUE(source.Next(eye));
-  EXPECT_EQ(eye.eye.coefficients.at(4), 0.5);
+  EXPECT_EQ(eye.eye.coefficients.AsStated().at(4), 0.5);
   EXPECT_FALSE(source.Next(eye));
   EXPECT_FALSE(source.Skip());
 }
@@ -82,7 +82,7 @@ TEST(EyeSource, GivesTheRowsOfATable) {
   EXPECT_TRUE(source.files().empty());
   TableEye eye;
   ASSERT_TRUE(source.Next(eye));
-  EXPECT_EQ(eye.eye.coefficients.at(4), 1.0);
+  EXPECT_EQ(eye.eye.coefficients.AsStated().at(4), 1.0);
   EXPECT_EQ(source.Share(), 1.0);
   EXPECT_FALSE(source.Next(eye));
   EXPECT_EQ(source.tableHash(), HashOfFile((folder / "eyes.csv").string()));

@@ -62,7 +62,7 @@ TEST(PictureFiles, ThoseThatAreGoneOrCutShortAreMadeAgain) {
 TEST(PictureFiles, TheStarIsThatOfASimulation) {
   const TemporaryFolder folder;
   const Eye eye = ReadEyeFile(ORVANEL_EYES "/standard_observer_6mm.json");
-  const Simulation simulation = Simulate(eye.pupil, ToLibrary(eye.convention, eye.coefficients), {{0.5, Gap::kUp}});
+  const Simulation simulation = Simulate(eye.pupil, ToLibrary(eye.coefficients), {{0.5, Gap::kUp}});
   const Plane star = SectorStar();
   EXPECT_EQ(star, simulation.starOriginal);
   EyeMeter meter({MetricsNamed("strehl"), {}, {}}, true);

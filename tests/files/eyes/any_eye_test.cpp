@@ -38,7 +38,7 @@ TEST_F(AnyEye, EndingsTellTheKind) {
 
 TEST_F(AnyEye, ARowIsCountedFromOneAndOtherRowsFaultsDoNotMatter) {
   EXPECT_EQ(Read("t.csv", kTable, 1).name, "one");
-  EXPECT_EQ(Read("t.csv", kTable, 3).coefficients.at(4), 0.3);
+  EXPECT_EQ(Read("t.csv", kTable, 3).coefficients.AsStated().at(4), 0.3);
   EXPECT_THROW(Read("t.csv", kTable, 2), ErrorAt);
   EXPECT_THROW(Read("t.csv", kTable, 4), Error);
 }
