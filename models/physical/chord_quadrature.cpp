@@ -73,7 +73,7 @@ NodeCounts ChordQuadrature::CountsFor(const Pupil& pupil, const DirectionGrid& g
 }
 
 const ChordQuadrature::Rule& ChordQuadrature::RuleOf(NodeCounts counts) {
-  constexpr std::size_t kKept = 16;
+  constexpr std::size_t kKept = 64;  // more than the lines of white light
   for (const Rule& rule : rules_) {
     if (rule.counts == counts) return rule;
   }
@@ -94,49 +94,30 @@ const ChordQuadrature::Rule& ChordQuadrature::RuleOf(NodeCounts counts) {
   return rules_.back();
 }
 
-// Doubles for the columns of one pair of chords.
-std::size_t ChordQuadrature::WavesOfAChord(const Rule& rule) const {
-  return Size(2LL * kChordBlock * waves_.blocks * rule.padded());
-}
-
-void ChordQuadrature::MakeColumnWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair,
-                                      double* waves) {
-  const double angle = kPi * grid.spacing * ChordsOf(pupil.outline).halfWidth * rule.halfChords[pair];
-  kernels_->columnWaves(rule.nodes.data(), rule.padded(), {angle, FirstPlace(grid.columns), waves_.blocks}, waves);
-}
-
-void ChordQuadrature::MakeWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid) {
+void ChordQuadrature::MakeRowWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid) {
   const Chords chords = ChordsOf(pupil.outline);
-  const int blocks = WholeBlocks(Pairs(grid.columns)) / kChordBlock, rowPairs = Pairs(grid.rows);
-  const bool evenColumns = grid.columns % 2 == 0, evenRows = grid.rows % 2 == 0;
-  if (waves_.counts == rule.counts && waves_.halfWidth == chords.halfWidth && waves_.halfHeight == chords.halfHeight &&
-      waves_.spacing == grid.spacing && waves_.evenColumns == evenColumns && waves_.evenRows == evenRows &&
-      waves_.blocks >= blocks && waves_.rowPairs >= rowPairs) {
+  const int rowPairs = Pairs(grid.rows);
+  const bool evenRows = grid.rows % 2 == 0;
+  if (rowWaves_.counts == rule.counts && rowWaves_.halfHeight == chords.halfHeight &&
+      rowWaves_.spacing == grid.spacing && rowWaves_.evenRows == evenRows && rowWaves_.rowPairs >= rowPairs) {
     return;
   }
-  const double step = kPi * grid.spacing;
-  waves_.counts = {};  // so that nothing half made is taken for whole
-  waves_.blocks = blocks;
-  const std::size_t perChord = WavesOfAChord(rule);
-  waves_.kept = rule.pairs() * perChord <= kKeptWaves;
-  waves_.columns.resize(waves_.kept ? rule.pairs() * perChord : perChord);
-  waves_.rows.resize(rule.pairs() * Size(2LL * rowPairs));
-  for (std::size_t j = 0; j < rule.pairs(); ++j) {
-    if (waves_.kept) MakeColumnWaves(rule, pupil, grid, j, waves_.columns.data() + j * perChord);
-    double* const rows = waves_.rows.data() + j * Size(2LL * rowPairs);
-    for (int r = 0; r < rowPairs; ++r) {
-      const SineCosine wave = SineAndCosine((r + FirstPlace(grid.rows)) * step * chords.halfHeight * rule.heights[j]);
-      rows[2 * r] = wave.cosine;
-      rows[2 * r + 1] = wave.sine;
+  const double step = kPi * grid.spacing * chords.halfHeight;
+  rowWaves_.counts = {};  // so that nothing half made is taken for whole
+  rowWaves_.waves.resize(rule.pairs() * Size(2LL * rowPairs));
+  double* to = rowWaves_.waves.data();
+  for (const double height : rule.heights) {
+    for (int r = 0; r < rowPairs; ++r, to += 2) {
+      const SineCosine wave = SineAndCosine((r + FirstPlace(grid.rows)) * step * height);
+      to[0] = wave.cosine;
+      to[1] = wave.sine;
     }
   }
-  waves_.halfWidth = chords.halfWidth;
-  waves_.halfHeight = chords.halfHeight;
-  waves_.spacing = grid.spacing;
-  waves_.evenColumns = evenColumns;
-  waves_.evenRows = evenRows;
-  waves_.rowPairs = rowPairs;
-  waves_.counts = rule.counts;
+  rowWaves_.halfHeight = chords.halfHeight;
+  rowWaves_.spacing = grid.spacing;
+  rowWaves_.evenRows = evenRows;
+  rowWaves_.rowPairs = rowPairs;
+  rowWaves_.counts = rule.counts;
 }
 
 ChordField ChordQuadrature::FieldOnChord(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid,
@@ -172,12 +153,15 @@ void ChordQuadrature::SumColumns(const Rule& rule, const Pupil& pupil, const Dir
                                  std::size_t pair) {
   const Chords chords = ChordsOf(pupil.outline);
   const int blocks = WholeBlocks(Pairs(grid.columns)) / kChordBlock, padded = rule.padded();
-  if (!waves_.kept) MakeColumnWaves(rule, pupil, grid, pair, waves_.columns.data());
-  const double* const waves = waves_.columns.data() + (waves_.kept ? pair * WavesOfAChord(rule) : 0);
+  // Computed for each pair of chords: as fast as to read what was kept from memory.
+  columnWaves_.resize(Size(2LL * kChordBlock * blocks * padded));
+  const double angle = kPi * grid.spacing * chords.halfWidth * rule.halfChords[pair];
+  kernels_->columnWaves(rule.nodes.data(), padded, {angle, FirstPlace(grid.columns), blocks}, columnWaves_.data());
   const double shear = kPi * grid.spacing * chords.shear * chords.halfHeight * rule.heights[pair];
   for (int block = 0; block < blocks; ++block) {
     std::array<double, 8 * kChordBlock> part;
-    kernels_->columnSums(waves + 2LL * kChordBlock * padded * block, padded, upper_.data(), lower_.data(), part.data());
+    kernels_->columnSums(columnWaves_.data() + 2LL * kChordBlock * padded * block, padded, upper_.data(), lower_.data(),
+                         part.data());
     for (const bool negative : {false, true}) {
       double* const to = sums_.data() + (Size(2LL * block + negative) * rule.pairs() + pair) * 4 * kChordBlock;
       // exp(-i angle) at positive coordinates, exp(+i angle) at negative ones.
@@ -220,8 +204,8 @@ void ChordQuadrature::StoreBlock(const Rule& rule, const DirectionGrid& grid, co
   double* const minus = top - up * (grid.rows / 2);
   RowSums job{};
   job.sums = sums_.data() + Size(2LL * block + negative) * rule.pairs() * 4 * kChordBlock;
-  job.waves = waves_.rows.data();
-  job.wavesPitch = 2LL * waves_.rowPairs;
+  job.waves = rowWaves_.waves.data();
+  job.wavesPitch = 2LL * rowWaves_.rowPairs;
   job.pairs = static_cast<int>(rule.pairs());
   job.rowPairs = rowPairs;
   job.factor = output.factor;
@@ -254,7 +238,7 @@ void ChordQuadrature::StoreBlock(const Rule& rule, const DirectionGrid& grid, co
 void ChordQuadrature::Intensity(const Pupil& pupil, const DirectionGrid& grid, NodeCounts counts,
                                 const GridOutput& output) {
   const Rule& rule = RuleOf(counts);
-  MakeWaves(rule, pupil, grid);
+  MakeRowWaves(rule, pupil, grid);
   const int blocks = WholeBlocks(Pairs(grid.columns)) / kChordBlock;
   sums_.resize(Size(2LL * blocks * 4 * kChordBlock) * rule.pairs());
   upper_.resize(4 * rule.nodes.size());

@@ -34,9 +34,6 @@ struct GridOutput {
   bool add = false;  // factor |U|^2 to what is there
 };
 
-// Exponentials of columns are kept for the next eye where they are at most so many doubles.
-constexpr std::size_t kKeptWaves = std::size_t{1} << 24;
-
 // Numbers of chords, and of nodes on each.
 struct NodeCounts {
   int chords = 0;
@@ -76,21 +73,17 @@ class ChordQuadrature {
     std::size_t pairs() const { return heights.size(); }
   };
 
-  // The exponentials between one rule and one grid, for at least as many columns and rows as the grid has.
-  struct Waves {
+  // The exponentials between one rule and the rows of one grid, for at least as many rows as the grid has.
+  struct RowWaves {
     NodeCounts counts;
-    double halfWidth = 0.0, halfHeight = 0.0, spacing = 0.0;
-    bool evenColumns = false, evenRows = false;
-    int blocks = 0, rowPairs = 0;
-    bool kept = false;  // of columns; else they are those of one pair of chords
-    std::vector<double> columns, rows;
+    double halfHeight = 0.0, spacing = 0.0;
+    bool evenRows = false;
+    int rowPairs = 0;
+    std::vector<double> waves;
   };
 
   const Rule& RuleOf(NodeCounts counts);
-  std::size_t WavesOfAChord(const Rule& rule) const;
-  void MakeColumnWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair,
-                       double* waves);
-  void MakeWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid);
+  void MakeRowWaves(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid);
   ChordField FieldOnChord(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, std::size_t pair,
                           double side, double* field);
   void SumColumns(const Rule& rule, const Pupil& pupil, const DirectionGrid& grid, bool mirrorX, std::size_t pair);
@@ -98,7 +91,8 @@ class ChordQuadrature {
 
   const ChordKernels* kernels_;
   std::deque<Rule> rules_;  // those used last
-  Waves waves_;
+  RowWaves rowWaves_;
+  std::vector<double> columnWaves_;    // of one pair of chords
   std::vector<double> upper_, lower_;  // fields on two chords
   std::vector<double> sums_;           // over all nodes, by blocks of columns and pairs of chords
   std::vector<double> block_;          // samples of a block of columns that does not fit the grid

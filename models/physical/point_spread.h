@@ -49,7 +49,7 @@ struct PointSpread {
 };
 
 // Error: 1e-9 of the peak of the pupil without aberration, at every sample, for eyes up to 5 waves RMS.
-// Memory: the samples; exponentials, up to kKeptWaves doubles; 4 (columns + 64) doubles for each chord.
+// Memory: the samples, and less than columns * nodes + (2 columns + rows) * chords doubles.
 //   workspace  keeps its tables for the next eye of the same pupil, light and grid
 Outcome<PointSpread> PointSpreadOf(const Eye& eye, const Light& light, const RetinalGrid& grid, PsfUnit unit,
                                    Workspace& workspace);
