@@ -104,10 +104,11 @@ class Search {
       return Refusal{Problem::kTooSteep, 0.0, 0.0, kWidestSpacing * kMostSamples, beams_.front().line};
     }
     SampleWindow();
-    const std::vector<double>& samples = workspace_.sum;
-    const double least = kLeftAtSample * kPromising * *std::max_element(samples.begin(), samples.end());
+    const std::vector<double> highest = HighestOfRows();
+    const double least = kLeftAtSample * kPromising * *std::max_element(highest.begin(), highest.end());
     std::vector<Peak> hills;
     for (int r = 0; r < side_; ++r) {
+      if (highest[static_cast<std::size_t>(r)] < least) continue;
       for (int c = 0; c < side_; ++c) {
         const double s = Sample(r, c);
         if (s < least) continue;
@@ -181,7 +182,7 @@ class Search {
     std::vector<double>&re = workspace_.re, &im = workspace_.im, &sum = workspace_.sum;
     re.resize(samples);
     im.resize(samples);
-    sum.assign(samples, 0.0);
+    sum.resize(samples);
     for (std::size_t i = 0; i < beams_.size(); ++i) {
       const Pupil& pupil = beams_[i].pupil;
       const double unit = beams_[i].unitArcmin, across = side_ * spacing_ / unit;
@@ -192,8 +193,22 @@ class Search {
       const double cells =
           std::numbers::pi * pupil.outline.semiAxisA * pupil.outline.semiAxisB / (lattice.step * lattice.step);
       const double factor = factors_[i] / (scale * scale * cells * cells);
-      for (std::size_t k = 0; k < samples; ++k) sum[k] += factor * (re[k] * re[k] + im[k] * im[k]);
+      if (i == 0) {
+        for (std::size_t k = 0; k < samples; ++k) sum[k] = factor * (re[k] * re[k] + im[k] * im[k]);
+      } else {
+        for (std::size_t k = 0; k < samples; ++k) sum[k] += factor * (re[k] * re[k] + im[k] * im[k]);
+      }
     }
+  }
+
+  std::vector<double> HighestOfRows() const {
+    std::vector<double> highest(static_cast<std::size_t>(side_));
+    const double* row = workspace_.sum.data();
+    for (double& most : highest) {
+      for (int c = 0; c < side_; ++c) most = most < row[c] ? row[c] : most;
+      row += side_;
+    }
+    return highest;
   }
 
   int Wrapped(int k) const { return k & (side_ - 1); }
