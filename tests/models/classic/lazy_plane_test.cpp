@@ -437,6 +437,22 @@ TEST_P(MovedPlanes, LeaveZerosBehind) {
   EXPECT_TRUE(SameBits(engine.psfPlane, Plane(psf.size())));
 }
 
+TEST(MovedPlanesOfTheFullGrid, LeaveTheImagesOfTheirEngineAsTheyWere) {
+  OpticsEngine engine;
+  const Plane object(65536, 0.25);
+  Plane before(65536), after(65536), mtf(65536);
+  double step = 0.0;
+  engine.synthesizeWavefront(Eye(3e-4).data(), 4.1, 1, 1, 1);
+  engine.ComputeMtf(kWavelength, mtf.data(), &step, nullptr, nullptr, nullptr, 256);
+  engine.PatternRetinalImage(before.data(), object.data(), 256);
+  for (const auto plane : kLazyPlanes) const LazyPlane moved = std::move(engine.*plane);
+  engine.PatternRetinalImage(after.data(), object.data(), 256);
+  EXPECT_TRUE(SameBits(after, before));
+  engine.otfValid = 0;
+  engine.PatternRetinalImage(after.data(), object.data(), 256);
+  EXPECT_TRUE(SameBits(after, before));
+}
+
 TEST_P(MovedPlanes, MayBePutIntoAnotherEngine) {
   OpticsEngine engine(GetParam()), other(GetParam());
   Compute(engine, 3e-4);
