@@ -1,4 +1,4 @@
-// Layout of the chart.
+// Lays out the chart: rows of rings, their captions and a scale bar.
 #include "drawing/chart_sheet.h"
 
 #include <algorithm>
@@ -23,15 +23,15 @@ constexpr double kGutter = 28.0;
 constexpr double kLeastContent = 1600.0;
 constexpr double kBarHeight = 84.0;
 
-// The window of a ring: with room for its blur.
+// The window of a ring, with room for its blur.
 Window RingWindow(const Ring& ring) {
   constexpr int kLeastRoom = 24;
   return WindowFor(ring.diameter + std::max(ring.diameter / 2, kLeastRoom));
 }
 
-// Where each ring's cell lies, and how large a sample is drawn: the same for all rings.
+// The cells of the rings, and the magnification, which is the same for all rings.
 struct Grid {
-  double sample;                        // side in pixels, a whole number
+  double sample;                        // pixels on each side of a drawn sample, a whole number
   std::size_t columns;                  // cells in a row
   std::vector<double> widths, heights;  // of columns and rows
 
@@ -60,7 +60,7 @@ Grid GridOf(const std::vector<ShownRing>& rings) {
   return grid;
 }
 
-// What part of the field the panel shows, on both scales.
+// Describes the part of the field that the panel shows, on both scales.
 std::string PanelText(const Ring& ring, Window window, const Scales& scales) {
   if (ring.diameter > ORVANEL_GRID_SIZE) {
     return std::to_string(ring.diameter) + " samples across a field of 256";
@@ -81,7 +81,7 @@ void DrawRing(Canvas& canvas, Point corner, double width, const Grid& grid, cons
             PanelText(ring, window, results.scales), results.eye.side);
 }
 
-// A bar of a round number of minutes of arc, about as long as asked for, with its length on both scales.
+// Draws a scale bar of a round number of arc minutes, about as long as `about`, with its length on both scales.
 void DrawBar(Canvas& canvas, Point start, double sample, double about, const Scales& scales) {
   const double pixelsOfMinute = sample / scales.library.pitch.value();
   const std::vector<Tick> ticks = RoundTicks(0.0, about / pixelsOfMinute, 3);

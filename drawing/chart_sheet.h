@@ -1,4 +1,4 @@
-// One sheet with every ring as the eye sees it.
+// Draws one sheet with the retinal image of every ring.
 #ifndef ORVANEL_DRAWING_CHART_SHEET_H
 #define ORVANEL_DRAWING_CHART_SHEET_H
 
@@ -8,8 +8,8 @@
 
 namespace orvanel::drawing {
 
-// A row for each acuity and a column for each gap direction; where there is one direction only, rows of several
-// acuities. All rings have one magnification, which a bar tells; panels are as large as their rings need.
+// Draws a row for each acuity and a column for each gap direction. With one direction only, a row has several acuities.
+// All rings have one magnification, which a scale bar shows. Panels are as large as their rings need.
 ColourPicture DrawChart(const Results& results);
 
 }  // namespace orvanel::drawing

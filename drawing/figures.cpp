@@ -1,4 +1,4 @@
-// What each figure shows, in which range and with which words.
+// Chooses the data, range and labels of each figure.
 #include "drawing/figures.h"
 
 #include <algorithm>
@@ -16,25 +16,25 @@ constexpr double kCentre = ORVANEL_GRID_SIZE / 2;
 constexpr Window kPupilWindow{60, 137};  // the pupil, samples 64 to 192, and a margin
 constexpr double kDecades = 6.0;         // of the logarithmic figure
 
-// The values at the outer edges of a window's samples.
+// The axis from the outer edge of the first sample of a window to that of the last.
 Axis WindowAxis(Window window, double pitch, const std::string& label) {
   const double first = (window.first - kCentre - 0.5) * pitch;
   return {first, first + window.count * pitch, label};
 }
 
-// The axis of rows, of which row 0 is at the top: the value of a row is the negative of its distance downwards.
+// The axis of rows. Row 0 is at the top, so the value of a row is its negative distance downwards.
 Axis Upwards(Axis rows) { return {-rows.first, -rows.last, rows.label}; }
 
 std::string PupilText(const Simulation& simulation) { return NumberText(simulation.pupil.value(), 4) + " mm pupil"; }
 
-// What a sample is in the axes' unit on both scales.
+// The sample spacing in the axes' unit, on both scales.
 template <class Quantity>
 std::string SampleNote(const Simulation& simulation, Quantity library, Quantity optical) {
   return "A sample: " + NumberText(library.value(), 4) + "; optical scale (" + PupilText(simulation) +
          "): " + NumberText(optical.value(), 4);
 }
 
-// The window that holds every sample brighter than a hundredth of the peak.
+// The window that contains every sample brighter than a hundredth of the peak.
 Window BrightWindow(const Plane& psf) {
   int reach = 0;
   for (int row = 0; row < ORVANEL_GRID_SIZE; ++row) {
@@ -72,7 +72,7 @@ std::string PowerOfTen(int exponent) {
 }  // namespace
 
 PlaneFigure WavefrontFigure(const Simulation& simulation, Side side) {
-  constexpr double kLeastRange = 0.05;  // um; a flat wavefront would have none
+  constexpr double kLeastRange = 0.05;  // um; for a flat wavefront, whose range is 0
   const Wavefront& wavefront = simulation.wavefront;
   const double pitch = simulation.pupil.value() / 2.0 / (ORVANEL_GRID_SIZE / 4);
   PlaneFigure figure;
@@ -128,7 +128,7 @@ PlaneFigure MtfFigure(const Simulation& simulation, const Scales& scales) {
   PlaneFigure figure;
   figure.title = "Modulation transfer function";
   figure.subtitle = WindowText(kWholePlane) + "; colours by square roots";
-  // By square roots, since most of an eye's transfer is far below 1.
+  // Square roots, since most values of an eye's MTF are far below 1.
   for (const double v : simulation.mtf) figure.values.push_back(std::sqrt(v));
   figure.window = kWholePlane;
   const double step = scales.library.step.value();

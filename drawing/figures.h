@@ -1,4 +1,4 @@
-// The plane figures of a simulation.
+// Makes the plane figures of a simulation: wavefront, PSF, logarithmic PSF, MTF.
 #ifndef ORVANEL_DRAWING_FIGURES_H
 #define ORVANEL_DRAWING_FIGURES_H
 
@@ -9,7 +9,7 @@
 
 namespace orvanel::drawing {
 
-//   side  of the eye, by which nasal and temporal are marked
+//   side  of the eye; it marks nasal and temporal
 PlaneFigure WavefrontFigure(const Simulation& simulation, Side side);
 PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales, Side side);
 PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales, Side side);

@@ -1,4 +1,4 @@
-// Layout of the sheet: the eye, its optics in one row of figures, and below what it sees, two panels to a column.
+// Lays out the overview: the eye, a row of optics figures, and the retinal images, two panels to a column.
 #include "drawing/overview.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// One sheet with every picture of a simulation.
+// Draws one sheet with every picture of a simulation.
 #ifndef ORVANEL_DRAWING_OVERVIEW_H
 #define ORVANEL_DRAWING_OVERVIEW_H
 

@@ -1,4 +1,4 @@
-// Layout of the sheet: three panels with the angle that they span.
+// Lays out the picture sheet: three panels with the angle that they span.
 #include "drawing/picture_sheet.h"
 
 #include <string>
@@ -42,7 +42,7 @@ std::string NoteText(const SeenPicture& picture, const Scales& scales) {
          "\u2032 on the optical scale of the pupil, whose cut-off is " + NumberText(scales.opticalCutOff.value(), 4) +
          " cycles/degree; ratio " + NumberText(scales.ratio, 5) + ". " +
          (object.request.linear ? "Values are taken as light" : "sRGB values are turned into light and back") +
-         "; total light is kept. Edges wrap round: what is blurred over one comes back at the opposite one.";
+         "; total light is kept. Edges wrap round: light blurred over one edge returns at the opposite edge.";
 }
 
 }  // namespace

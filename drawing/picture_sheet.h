@@ -1,4 +1,4 @@
-// One sheet with the user's picture, as given and as seen; there must be one.
+// Draws one sheet with the user's picture and its retinal images; the results must have a picture.
 #ifndef ORVANEL_DRAWING_PICTURE_SHEET_H
 #define ORVANEL_DRAWING_PICTURE_SHEET_H
 

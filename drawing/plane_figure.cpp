@@ -1,4 +1,4 @@
-// Drawing of plane figures.
+// Draws plane figures sample by sample.
 #include "drawing/plane_figure.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// A plane as a figure: colours, axes and a colour bar.
+// Draws a plane as a figure: colours, axes and a colour bar.
 #ifndef ORVANEL_DRAWING_PLANE_FIGURE_H
 #define ORVANEL_DRAWING_PLANE_FIGURE_H
 
@@ -14,19 +14,19 @@
 
 namespace orvanel::drawing {
 
-// The central samples of a plane, `count` a side.
+// The central samples of a plane, `count` on each side of the square.
 struct Window {
   int first, count;
 };
 
 constexpr Window kWholePlane{0, ORVANEL_GRID_SIZE};
 
-// The smallest of a few windows that holds `count` samples around the centre.
+// The smallest of a few windows that contains `count` samples around the centre.
 Window WindowFor(int count);
 
 struct PlaneFigure {
   std::string title, subtitle, note;
-  Plane values;  // what is not a number stays blank
+  Plane values;  // NaN samples stay blank
   Window window;
   Axis x, y;
   const std::uint32_t (*map)[256];
@@ -34,7 +34,7 @@ struct PlaneFigure {
   std::vector<Tick> barTicks;
   std::string barLabel;
   View view;
-  Side side;  // of the eye, where nasal and temporal are to be marked
+  Side side;  // of the eye; marks nasal and temporal unless unknown
 };
 
 constexpr double kFigureHeight = 566.0;
@@ -42,17 +42,17 @@ constexpr double kPlaneFigureWidth = 600.0;
 constexpr double kTitleSize = 24.0;
 constexpr double kSmallSize = 16.0;
 
-// Title and subtitle above a panel, the subtitle no wider than that.
+// Draws title and subtitle above a panel; the subtitle is shortened to the panel's width.
 void DrawTitle(Canvas& canvas, Point corner, double width, const std::string& title, const std::string& subtitle,
                Colour colour = kFaintInk);
 
-// The view of a panel in the middle below it, nasal and temporal at its sides where they are known.
+// Draws the name of the view centred below a panel, with nasal and temporal at its sides where they are known.
 //   down  from the panel to the text's baseline
 void DrawView(Canvas& canvas, const Box& panel, double down, View view, Side side);
 
 void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure);
 
-// A window of a grey plane, 0.0 black and 1.0 white.
+// A window of a grey plane; 0.0 is black, 1.0 is white.
 ColourPicture GreyWindow(const Plane& plane, Window window);
 
 }  // namespace orvanel::drawing

@@ -1,4 +1,4 @@
-// Curves, dashes and legend of the sections plot.
+// Draws the curves, dashes and legend of the sections plot.
 #include "drawing/sections_figure.h"
 
 #include <algorithm>
@@ -24,7 +24,7 @@ constexpr Curve kDiffraction{"diffraction limit", {0xb4, 0xbb, 0xc3}, 6.0, false
 constexpr Curve kHorizontal{"horizontal section", {0x1f, 0x5f, 0xbf}, 3.5, false};
 constexpr Curve kVertical{"vertical section", {0xe0, 0x5a, 0x1c}, 3.0, true};
 
-// Draws the line, or its dashes: stretches of equal length along it.
+// Draws the line, or its dashes of equal length.
 void Trace(Canvas& canvas, const std::vector<Point>& points, const Curve& curve) {
   if (!curve.dashed) return canvas.Line(points, curve.lineWidth, curve.colour);
   constexpr double kDash = 9.0, kPeriod = 17.0;
@@ -34,7 +34,7 @@ void Trace(Canvas& canvas, const std::vector<Point>& points, const Curve& curve)
     const Point a = points[i], b = points[i + 1];
     const double length = Distance(a, b);
     const int pieces =
-        std::max(1, static_cast<int>(length));  // a unit long, so that dashes end about where they should
+        std::max(1, static_cast<int>(length));  // steps of about one unit, so that dashes end where they should
     for (int k = 0; k < pieces; ++k, travelled += length / pieces) {
       const double t = static_cast<double>(k) / pieces;
       if (std::fmod(travelled, kPeriod) < kDash) {

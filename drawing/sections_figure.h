@@ -1,4 +1,4 @@
-// The plot of the sections of the modulation transfer function.
+// Draws the plot of the MTF sections.
 #ifndef ORVANEL_DRAWING_SECTIONS_FIGURE_H
 #define ORVANEL_DRAWING_SECTIONS_FIGURE_H
 
@@ -11,7 +11,7 @@ namespace orvanel::drawing {
 
 constexpr double kSectionsFigureWidth = 744.0;
 
-// The sections of the modulation transfer function beside the diffraction limit, with an axis for either scale.
+// Draws the MTF sections beside the diffraction limit, with an axis for each scale.
 void DrawSections(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales);
 
 }  // namespace orvanel::drawing

@@ -1,4 +1,4 @@
-// Head, panels and paragraphs of sheets.
+// Formats the texts of a sheet's head, and draws head, panels and paragraphs.
 #include "drawing/sheet.h"
 
 #include <algorithm>
@@ -17,12 +17,12 @@ namespace {
 constexpr double kHeadMargin = 30.0;  // above and below the head
 constexpr double kHeadGap = 6.0;      // between its paragraphs
 constexpr double kVersionWidth = 280.0;
-// Blanks at which no line is broken, but for the last.
+// Separates parts: no-break spaces, and a space at the end, where a line may break.
 constexpr const char* kDot = "\u00a0\u00a0\u00a0\u00a0\u00b7\u00a0\u00a0\u00a0 ";
 
 const std::string& NameOf(const Eye& eye) { return eye.name.empty() ? eye.file : eye.name; }
 
-// As large as fits on one line, from the usual size down to half of it.
+// The size that fits on one line, at most the usual size and at least half of it.
 TextStyle NameStyle(const std::string& name, double width) {
   const TextStyle usual{46.0, kInk, true};
   TextStyle style = Fitted(name, usual, width);
@@ -39,7 +39,7 @@ std::string WithDots(const std::vector<std::string>& parts) {
   return text;
 }
 
-// The name of the file where the sheets cannot draw that of the eye.
+// The name of the eye, or of its file where the fonts cannot draw the name.
 std::string DrawnName(const Eye& eye) {
   if (IsDrawable(NameOf(eye))) return NameOf(eye);
   return IsDrawable(eye.file) ? eye.file : "An eye";

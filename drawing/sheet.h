@@ -1,4 +1,4 @@
-// What sheets of pictures have in common: their head, their panels and their paragraphs.
+// Draws the common parts of sheets: head, panels and paragraphs.
 #ifndef ORVANEL_DRAWING_SHEET_H
 #define ORVANEL_DRAWING_SHEET_H
 
@@ -12,13 +12,13 @@
 
 namespace orvanel::drawing {
 
-// Lines of text to be drawn one below the other.
+// Lines of text, drawn one below the other.
 class Paragraph {
  public:
-  // Broken to the width; what would take more lines than `most` ends in an ellipsis.
+  // Breaks the text to the width. After `most` lines it ends in an ellipsis.
   Paragraph(const std::string& text, const TextStyle& style, double width, std::size_t most = 100);
 
-  // From the first line's top to the last one's bottom.
+  // From the top of the first line to the bottom of the last.
   double height() const { return static_cast<double>(lines_.size()) * leading_; }
   void Draw(Canvas& canvas, Point corner) const;
 
@@ -28,22 +28,22 @@ class Paragraph {
   double leading_;
 };
 
-// What the head of a sheet says.
+// The texts in the head of a sheet.
 struct HeadTexts {
-  std::string name;     // of the eye, or of its file where the sheets cannot draw that
+  std::string name;     // of the eye, or of its file where the fonts cannot draw the name
   std::string numbers;  // pupil, wavelength, Strehl ratio, RMS
-  std::string lens;     // that corrects the eye as simulated, by least squares and paraxial, with a minus cylinder
-  std::string origin;   // how the eye was measured, what was done to it, and its source
+  std::string lens;     // the lens that corrects the simulated eye: least squares and paraxial, minus cylinder
+  std::string origin;   // how the eye was measured, its adjustments, and its source
 };
 
 HeadTexts HeadTextsOf(const Results& results);
 
 class SheetHead {
  public:
-  // As wide as the sheet's content.
+  // width  of the sheet's content
   SheetHead(const Results& results, double width);
 
-  // With the blank above and below.
+  // With the margins above and below.
   double height() const;
   void Draw(Canvas& canvas, Point corner) const;
 
@@ -52,13 +52,13 @@ class SheetHead {
   std::vector<Paragraph> paragraphs_;
 };
 
-// What of an eye's texts the sheets cannot draw, a sentence each.
+// One warning for each text of the eye that the fonts cannot draw.
 std::vector<std::string> WarningsOfTexts(const Eye& eye);
 
 constexpr double kPanelLabelHeight = 56.0;
-constexpr double kViewWidth = 360.0;  // of the view and its nasal and temporal sides
+constexpr double kViewWidth = 360.0;  // of the view with its nasal and temporal sides
 
-// A picture in the patient's view with an outline, and below it, in the height above, a label and the view.
+// Draws an outlined picture in the patient's view. Below it, in the height above, are a label and the view.
 void DrawPanel(Canvas& canvas, const Box& box, const ColourPicture& picture, const std::string& label, Side side);
 
 }  // namespace orvanel::drawing

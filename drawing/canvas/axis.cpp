@@ -1,4 +1,4 @@
-// Ticks at round values and the drawing of axes.
+// Chooses ticks at round values and draws axes.
 #include "drawing/canvas/axis.h"
 
 #include <cmath>
@@ -11,7 +11,7 @@ namespace {
 constexpr double kTickLength = 6.0;
 constexpr double kTickGap = 5.0;  // between a tick and its number
 
-// The least of 1, 2, 5, 10 times a power of ten that is not below `step`.
+// The smallest of 1, 2, 5, 10 times a power of ten that is at least `step`.
 double RoundStep(double step) {
   double power = 1.0;
   while (power > step) power /= 10.0;

@@ -1,4 +1,4 @@
-// The scales at the edges of a figure: ticks, their numbers and a label.
+// Draws the scales at the edges of a figure: ticks, their numbers and a label.
 #ifndef ORVANEL_DRAWING_CANVAS_AXIS_H
 #define ORVANEL_DRAWING_CANVAS_AXIS_H
 
@@ -16,7 +16,7 @@ struct Tick {
 };
 
 struct Axis {
-  double first, last;  // values at the left or upper end and at the other
+  double first, last;  // values at the left or upper end, and at the other end
   std::string label;   // with the unit
 };
 
@@ -31,7 +31,7 @@ enum class Edge { kLeft, kRight, kTop, kBottom };
 // Draws ticks outside one edge of the box.
 void DrawTicks(Canvas& canvas, const Box& box, Edge edge, double first, double last, const std::vector<Tick>& ticks);
 
-// The same with round ticks and the axis' label. The left label runs upwards, `labelDistance` from the box.
+// Draws round ticks and the axis' label. The left label reads upwards, `labelDistance` from the box.
 void DrawAxis(Canvas& canvas, const Box& box, Edge edge, const Axis& axis, double labelDistance);
 
 }  // namespace orvanel::drawing

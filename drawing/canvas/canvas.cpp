@@ -1,4 +1,4 @@
-// Drawing in software: coverage of each pixel by a shape, then a blend.
+// Draws in software: computes how much of each pixel a shape covers, then blends.
 #include "drawing/canvas/canvas.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ double DistanceToSegment(Point p, Point a, Point b) {
   return Distance({p.x - t * dx, p.y - t * dy}, a);
 }
 
-// What one pixel of a stretched picture takes from a row or column of the original.
+// The part of a row or column of the original picture that one pixel of the scaled picture shows.
 std::vector<Share> PixelShares(int pixel, int pixels, int sources) {
   return Shares(static_cast<double>(pixel) * sources / pixels, static_cast<double>(pixel + 1) * sources / pixels,
                 sources);
@@ -66,7 +66,7 @@ void Canvas::Outline(const Box& box, double lineWidth, Colour colour) {
 
 void Canvas::Line(const std::vector<Point>& points, double lineWidth, Colour colour) {
   if (points.size() < 2) return;
-  // The greatest coverage by any segment, so that joints are not painted twice.
+  // The maximum coverage by any segment, so that joints are not painted twice.
   const double reach = 0.5 * lineWidth * scale_ + 0.5;
   const auto [leftmost, rightmost] =
       std::minmax_element(points.begin(), points.end(), [](Point a, Point b) { return a.x < b.x; });
@@ -148,7 +148,7 @@ double Canvas::TextWidth(const std::string& text, const TextStyle& style) const 
 
 std::string Canvas::Shortened(std::string text, const TextStyle& style, double width) const {
   if (TextWidth(text, style) <= width) return text;
-  // The longest beginning that fits, by halving: a file may hold a name of any length.
+  // Bisection for the longest prefix that fits, since a file may contain a name of any length.
   const auto beginning = [&text](std::size_t bytes) {
     while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xc0) == 0x80) --bytes;  // whole characters
     return text.substr(0, bytes) + "\u2026";

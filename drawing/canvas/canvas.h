@@ -1,4 +1,4 @@
-// A picture to draw on: boxes, lines, text and other pictures, all anti-aliased.
+// A picture to draw on: anti-aliased boxes, lines, text and other pictures.
 #ifndef ORVANEL_DRAWING_CANVAS_CANVAS_H
 #define ORVANEL_DRAWING_CANVAS_CANVAS_H
 
@@ -10,7 +10,7 @@
 
 namespace orvanel::drawing {
 
-// Positions and sizes are in units of the canvas; x runs to the right, y downwards.
+// Positions and sizes are in units of the canvas; x increases to the right, y downwards.
 struct Point {
   double x, y;
 };
@@ -31,7 +31,7 @@ struct TextStyle {
   Colour colour;
   bool bold = false;
   Align align = Align::kLeft;
-  bool upwards = false;  // turned to read from bottom to top; align then goes along the text
+  bool upwards = false;  // rotated to read from bottom to top; align is along the text
 };
 
 constexpr Colour kInk{0x22, 0x26, 0x2b};
@@ -42,22 +42,22 @@ constexpr Colour kPaper{0xff, 0xff, 0xff};
 
 class Canvas {
  public:
-  // A white canvas of width x height units, each `scale` pixels wide.
+  // A white canvas of width x height units; each unit is `scale` pixels wide.
   Canvas(double width, double height, double scale);
 
   const ColourPicture& picture() const { return picture_; }
 
-  // The edges of boxes are rounded to whole pixels.
+  // Edges of boxes are rounded to whole pixels.
   void Fill(const Box& box, Colour colour);
-  // The outline lies outside the box.
+  // The outline is outside the box.
   void Outline(const Box& box, double lineWidth, Colour colour);
   void Line(const std::vector<Point>& points, double lineWidth, Colour colour);
-  // Stretches the picture over the box; each pixel keeps its square shape.
+  // Scales the picture to the box by area averages, so that enlarged pixels stay rectangles.
   void Paste(const Box& box, const ColourPicture& picture);
 
-  // UTF-8 text in DejaVu Sans, its baseline starting, centred or ending at the point.
+  // Draws UTF-8 text in DejaVu Sans. Its baseline starts, is centred or ends at the point.
   void Text(Point baseline, const std::string& text, const TextStyle& style);
-  // Cuts the text at a space or letter and appends an ellipsis where it is longer than `width`.
+  // If the text is wider than `width`, cuts it at a space or letter and appends an ellipsis.
   std::string Shortened(std::string text, const TextStyle& style, double width) const;
   double TextWidth(const std::string& text, const TextStyle& style) const;
 

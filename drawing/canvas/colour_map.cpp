@@ -1,4 +1,4 @@
-// Look-up in a colour map.
+// Looks up colours in a map.
 #include "drawing/canvas/colour_map.h"
 
 #include <algorithm>

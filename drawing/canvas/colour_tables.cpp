@@ -1,4 +1,4 @@
-// The colours of the figures as 0xRRGGBB, written by make_colour_tables.py, which tells their origin.
+// The colours of the figures as 0xRRGGBB, written by make_colour_tables.py, which names their sources.
 #include "drawing/canvas/colour_map.h"
 
 namespace orvanel::drawing {

@@ -1,4 +1,4 @@
-// Glyphs by stb_truetype.
+// Rasterises glyphs with stb_truetype.
 #include "drawing/canvas/font.h"
 
 #include <stb_truetype.h>
@@ -30,11 +30,11 @@ const stbtt_fontinfo& Font(bool bold) {
   return bold ? kBold : kRegular;
 }
 
-// The code points of UTF-8; each byte that is none becomes a replacement character.
+// The code points of UTF-8 text; each invalid byte becomes a replacement character.
 std::vector<int> CodePoints(const std::string& text) {
   constexpr int kReplacement = 0xfffd;
   std::vector<int> points;
-  int missing = 0;  // bytes of the last character
+  int missing = 0;  // bytes of the last character that are still to come
   for (const char c : text) {
     const auto byte = static_cast<std::uint8_t>(c);
     const bool continues = (byte & 0xc0) == 0x80;
@@ -52,20 +52,20 @@ std::vector<int> CodePoints(const std::string& text) {
   return points;
 }
 
-// First and last of the code points that are set without shaping.
+// First and last code points of the ranges that need no shaping.
 constexpr std::pair<int, int> kSet[] = {
     {0x0020, 0x007e},  // ASCII
-    {0x00a0, 0x00ac},  // Latin, without the hyphen that shows at ends of lines only
+    {0x00a0, 0x00ac},  // Latin, without the soft hyphen
     {0x00ae, 0x02ff},  //
-    {0x0370, 0x0482},  // Greek and Cyrillic, without Cyrillic's marks
+    {0x0370, 0x0482},  // Greek and Cyrillic, without the combining marks of Cyrillic
     {0x048a, 0x052f},  //
     {0x0531, 0x058a},  // Armenian
     {0x10a0, 0x10ff},  // Georgian
-    {0x1e00, 0x1fff},  // Latin with marks, Vietnamese among it; Greek with marks
-    {0x2010, 0x2027},  // punctuation, without marks of direction
+    {0x1e00, 0x1fff},  // Latin with marks, also for Vietnamese; Greek with marks
+    {0x2010, 0x2027},  // punctuation, without directional marks
     {0x2030, 0x205e},  //
-    {0x2070, 0x20bf},  // raised and lowered digits, currencies
-    {0x2100, 0x2bff},  // letters as symbols, arrows, mathematics, shapes
+    {0x2070, 0x20bf},  // superscripts, subscripts, currencies
+    {0x2100, 0x2bff},  // letter-like symbols, arrows, mathematics, shapes
 };
 
 bool IsSet(int point) {

@@ -1,4 +1,4 @@
-// The embedded typeface, DejaVu Sans, regular and bold.
+// Measures and rasterises text in the embedded typeface, DejaVu Sans, regular and bold.
 #ifndef ORVANEL_DRAWING_CANVAS_FONT_H
 #define ORVANEL_DRAWING_CANVAS_FONT_H
 
@@ -9,15 +9,15 @@
 
 namespace orvanel::drawing {
 
-// Whether both faces have all characters of a UTF-8 text, and all of them are of a kind that is set one character after
-// the other from left to right: Latin, Greek, Cyrillic, Armenian, Georgian, numbers, punctuation and symbols. Marks
-// that are set above the letter before, control characters and bytes that are no UTF-8 are none of these.
+// Whether both faces have all characters of a UTF-8 text and can set them left to right without shaping. These are
+// Latin, Greek, Cyrillic, Armenian, Georgian, numbers, punctuation and symbols. Combining marks, control characters and
+// invalid UTF-8 are not among them.
 bool IsDrawable(const std::string& text);
 
-// Length of a line of UTF-8 text at `size` pixels of the em.
+// Width of a line of UTF-8 text at `size` pixels of the em.
 double TextLength(const std::string& text, double size, bool bold);
 
-// Receives each pixel that the text touches.
+// Visits each pixel that the text covers.
 //   along     pixels from the text's start; whole numbers
 //   down      pixels from the baseline, negative above it
 //   coverage  above 0.0, at most 1.0

@@ -52,10 +52,10 @@ def main():
         table("kDiverging", [diverging(i) for i in range(256)]),
     ]
     pathlib.Path(__file__).with_name("colour_tables.cpp").write_text(
-        "// The colours of the figures as 0xRRGGBB, written by make_colour_tables.py, which tells their origin.\n"
-        '#include "drawing/canvas/colour_map.h"\n\nnamespace orvanel::cli {\n\n// clang-format off\n'
+        "// The colours of the figures as 0xRRGGBB, written by make_colour_tables.py, which names their sources.\n"
+        '#include "drawing/canvas/colour_map.h"\n\nnamespace orvanel::drawing {\n\n// clang-format off\n'
         + "\n".join(tables)
-        + "// clang-format on\n\n}  // namespace orvanel::cli\n"
+        + "// clang-format on\n\n}  // namespace orvanel::drawing\n"
     )
 
 

@@ -1,3 +1,3 @@
-// The one copy of stb_truetype's code.
+// Compiles stb_truetype, the only copy in the program.
 #define STB_TRUETYPE_IMPLEMENTATION
 #include <stb_truetype.h>

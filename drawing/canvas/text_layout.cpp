@@ -1,4 +1,4 @@
-// Lines by measured widths.
+// Breaks text into lines by the widths of the glyphs.
 #include "drawing/canvas/text_layout.h"
 
 #include <sstream>
@@ -9,8 +9,8 @@
 namespace orvanel::drawing {
 namespace {
 
-// The longest beginning of whole characters that fits with `ending` behind it, in bytes; by halving, since a file may
-// hold a text of any length.
+// The longest prefix of whole characters that fits with `ending` after it, in bytes. Bisection, since a file may
+// contain a text of any length.
 std::size_t Fitting(const std::string& text, const std::string& ending, const TextStyle& style, double width) {
   const auto whole = [&text](std::size_t bytes) {
     while (bytes > 0 && bytes < text.size() && (static_cast<unsigned char>(text[bytes]) & 0xc0) == 0x80) --bytes;
@@ -25,7 +25,7 @@ std::size_t Fitting(const std::string& text, const std::string& ending, const Te
   return whole(fits);
 }
 
-// The pieces of a word that are no wider than a line; at least a character each.
+// Pieces of a word no wider than a line, each at least one character.
 std::vector<std::string> Pieces(std::string word, const TextStyle& style, double width) {
   std::vector<std::string> pieces;
   while (TextWidth(word, style) > width) {

@@ -1,4 +1,4 @@
-// Text that keeps to its area: broken into lines, or shortened where there would be too many.
+// Fits text to an area: breaks it into lines, shortens it, or makes it smaller.
 #ifndef ORVANEL_DRAWING_CANVAS_TEXT_LAYOUT_H
 #define ORVANEL_DRAWING_CANVAS_TEXT_LAYOUT_H
 
@@ -13,11 +13,11 @@ namespace orvanel::drawing {
 
 double TextWidth(const std::string& text, const TextStyle& style);
 
-// Lines no wider than `width`, broken at blanks, and within a word where it alone is wider. Where there would be more
-// than `most` lines, the last ends in an ellipsis.
+// Lines of at most `width`, broken at blanks. A word that is wider than a line is broken too. After `most` lines the
+// text ends in an ellipsis.
 std::vector<std::string> Wrapped(const std::string& text, const TextStyle& style, double width, std::size_t most);
 
-// The style, smaller where the text would else be wider than `width`.
+// The style, made smaller if the text would be wider than `width`.
 TextStyle Fitted(const std::string& text, TextStyle style, double width);
 
 }  // namespace orvanel::drawing

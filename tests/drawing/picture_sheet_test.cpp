@@ -45,9 +45,8 @@ TEST(PictureSheet, TheNoteAtItsFootIsWhole) {
                            "\u2032 on the optical scale of the pupil, whose cut-off is " +
                            NumberText(results.scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " +
                            NumberText(results.scales.ratio, 5) +
-                           ". sRGB values are turned into light and back; total light is kept. Edges wrap round: what "
-                           "is blurred over one "
-                           "comes back at the opposite one.",
+                           ". sRGB values are turned into light and back; total light is kept. Edges wrap round: light "
+                           "blurred over one edge returns at the opposite edge.",
                        {18.0, kInk}, sheet.width - 120.0);
   Canvas expected(sheet.width, note.height(), 1.0);
   note.Draw(expected, {60.0, 0.0});
