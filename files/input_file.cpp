@@ -1,4 +1,4 @@
-// Reads through descriptors, since a stream of the standard library goes on waiting after a signal.
+// Reads through descriptors, since a stream of the standard library continues to wait after a signal.
 #include "files/input_file.h"
 
 #include <cerrno>
@@ -24,7 +24,7 @@ int Opened(const std::string& file) {
     if (descriptor == -1) throw Error(InputName(file) + ": cannot be read: " + std::strerror(errno));
     return descriptor;
   }
-  std::error_code ignored;  // opening tells what is wrong
+  std::error_code ignored;  // opening reports the error
   if (std::filesystem::is_directory(PathOf(file), ignored)) throw Error(file + ": is a directory; give a file");
   const int descriptor = OpenForReading(PathOf(file));
   if (descriptor == -1) throw Error(file + ": cannot be read: " + std::strerror(errno));
@@ -83,7 +83,7 @@ InputFile::InputFile(const std::string& file) : InputFile(Opened(file), InputNam
 InputFile::InputFile(int descriptor, const std::string& name)
     : std::istream(nullptr), buffer_(std::make_unique<Buffer>(descriptor, name)) {
   rdbuf(buffer_.get());
-  exceptions(std::ios::badbit);  // passes on what reading throws
+  exceptions(std::ios::badbit);  // rethrows exceptions of reading
 }
 
 InputFile::~InputFile() = default;

@@ -11,20 +11,20 @@
 
 namespace orvanel::files {
 
-// The name that stands for standard input and standard output.
+// The name for standard input and standard output.
 constexpr const char* kStandardStream = "-";
 
-// A file's name for messages: "standard input" for "-".
+// A file's name in messages: "standard input" for "-".
 std::string InputName(const std::string& file);
 
-// A stream of bytes. Reading throws Interrupted where the program is asked to stop, and Error with the reason where the
-// bytes cannot be read; so a stream that ends without an exception has ended.
+// A stream of bytes. Reading throws Interrupted after a request to stop, and Error with the reason if the bytes cannot
+// be read. So a stream that ends without an exception is at its end.
 class InputFile : public std::istream {
  public:
-  // "-" is standard input. Throws Error with the reason. A pipe without a writer is opened at once; the first read
-  // waits for the writer.
+  // "-" is standard input. Throws Error with the reason. A pipe without a writer opens at once; the first read waits
+  // for the writer.
   explicit InputFile(const std::string& file);
-  // Takes over an open descriptor.
+  // Takes ownership of an open descriptor.
   //   name  for messages
   InputFile(int descriptor, const std::string& name);
   InputFile(const InputFile&) = delete;
@@ -33,7 +33,7 @@ class InputFile : public std::istream {
 
   void Close();
 
-  // Of all bytes read from the file so far, which may be some more than were taken from the stream.
+  // Of all bytes read from the file so far, which may be more than were taken from the stream.
   std::uint64_t bytesRead() const;
   std::string hash() const;  // FNV-1a, in hexadecimal digits
 
@@ -42,7 +42,7 @@ class InputFile : public std::istream {
   std::unique_ptr<Buffer> buffer_;
 };
 
-// All bytes of a file of at most `most` bytes; of a larger one, a few more. Throws as InputFile does.
+// All bytes of a file of at most `most` bytes; of a larger file a few more than `most`. Throws as InputFile does.
 std::string ReadBytes(const std::string& file, std::size_t most);
 
 }  // namespace orvanel::files

@@ -1,4 +1,4 @@
-// Requests to stop, which end reading and long work, so that what is staged is still cleared away.
+// Records requests to stop, which end reading and long work, so that temporary files are still removed.
 #ifndef ORVANEL_FILES_INTERRUPTION_H
 #define ORVANEL_FILES_INTERRUPTION_H
 
@@ -7,19 +7,19 @@
 
 namespace orvanel::files {
 
-// The program is asked to stop.
+// Thrown after a request to stop.
 class Interrupted : public Error {
  public:
   Interrupted() : Error("interrupted; nothing is written") {}
 };
 
-// Asks the program to stop: ends waiting for input, now and from now on. A signal handler may call it.
+// Requests the program to stop: ends waits for input from now on. A signal handler may call it.
 void RequestStop();
 
-// Whether the program has been asked to stop.
+// Whether the program has been requested to stop.
 bool IsInterrupted();
 
-// Throws Interrupted where the program has been asked to stop.
+// Throws Interrupted if the program has been requested to stop.
 void StopIfInterrupted();
 
 }  // namespace orvanel::files

@@ -1,4 +1,4 @@
-// Builds a value from the events of the parser, and counts where each key stands.
+// Builds a value from the events of the parser, and records the position of each key.
 #include "files/json_text.h"
 
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMostKeys = 2'000'000;  // each costs some 100 bytes
 
-// Goes through a text and tells how far it is.
+// Iterates over a text and records the position.
 class Cursor {
  public:
   using iterator_category = std::input_iterator_tag;
@@ -43,7 +43,7 @@ class Cursor {
   const char** reached_;
 };
 
-// The byte at which the string opens that closes before `end`. A quote within it has an odd number of backslashes.
+// The byte of the opening quote of the string that closes before `end`. Quotes within it follow a backslash.
 std::size_t OpeningQuote(std::string_view text, std::size_t end) {
   for (std::size_t at = end - 1; at-- > 0;) {
     if (text[at] != '"') continue;
@@ -54,7 +54,7 @@ std::size_t OpeningQuote(std::string_view text, std::size_t end) {
   return 0;
 }
 
-// The parser's own words, without its prefix "[json...] parse error at line 3, column 4: ".
+// The parser's message, without its prefix "[json...] parse error at line 3, column 4: ".
 std::string ParserReason(const std::string& what) {
   constexpr std::size_t kLongest = 200;
   const std::size_t colon = what.find(": ");
@@ -77,7 +77,7 @@ class Builder : public nlohmann::json_sax<Json> {
   bool number_unsigned(std::uint64_t value) override { return Add(value); }
   bool number_float(double value, const std::string&) override { return Add(value); }
   bool string(std::string& value) override { return Add(std::move(value)); }
-  bool binary(Json::binary_t&) override { return true; }  // not in texts
+  bool binary(Json::binary_t&) override { return true; }  // does not occur in texts
   bool start_object(std::size_t) override { return Open(Json::object()); }
   bool start_array(std::size_t) override { return Open(Json::array()); }
   bool end_object() override { return Close(); }
@@ -111,7 +111,7 @@ class Builder : public nlohmann::json_sax<Json> {
 
  private:
   struct Level {            // an array or object that is not yet closed
-    Json* value = nullptr;  // null where it is not kept
+    Json* value = nullptr;  // null if it is not kept
     std::set<std::string> seen;
     std::string key;  // the last
     std::size_t byte = 0;
@@ -120,7 +120,7 @@ class Builder : public nlohmann::json_sax<Json> {
 
   std::size_t Reached() const { return static_cast<std::size_t>(reached_ - text_.data()); }
 
-  // The key that is being read behind those around it: "key 'convention.unit'". Empty where there is none.
+  // The key that is being read, after its parents' keys: "key 'convention.unit'". Empty if there is none.
   std::string Key() const {
     std::string path;
     for (const Level& level : open_) {
@@ -140,7 +140,7 @@ class Builder : public nlohmann::json_sax<Json> {
     if (!result_.fault) result_.fault = {byte, std::move(reason)};
   }
 
-  // Puts a value where it belongs; null where it is not kept.
+  // Stores a value in its place; null if it is not kept.
   Json* Put(Json value) {
     if (open_.empty()) return &(result_.value = std::move(value));
     Level& level = open_.back();
@@ -149,7 +149,7 @@ class Builder : public nlohmann::json_sax<Json> {
       level.value->push_back(std::move(value));
       return &level.value->back();
     }
-    // Straight into the list of members: the object itself would look for the key in all of it.
+    // Appends to the list of members: a look-up of the key would take linear time.
     auto& members = level.value->get_ref<Json::object_t&>();
     members.emplace_back(level.key, std::move(value));
     return &members.back().second;

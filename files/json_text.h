@@ -1,4 +1,4 @@
-// Reads JSON of any origin, in time and memory in proportion to its length; deep nesting and repeated keys are refused.
+// Reads untrusted JSON in time and memory proportional to its length; refuses deep nesting and repeated keys.
 #ifndef ORVANEL_FILES_JSON_TEXT_H
 #define ORVANEL_FILES_JSON_TEXT_H
 
@@ -15,28 +15,28 @@ namespace orvanel::files {
 
 using Json = nlohmann::ordered_json;  // members keep their order
 
-// Brackets in brackets; the files of this program have three levels. Code that walks a value may recurse.
+// Maximum nesting; the program's own files have three levels. Code that visits a value may recurse.
 constexpr std::size_t kDeepestJson = 32;
 
-// What is wrong with a text, and at which byte.
+// An error in a text, and its byte.
 struct JsonFault {
   std::size_t byte = 0;
   std::string reason;
 };
 
 struct JsonText {
-  Json value;                      // with a fault, as far as it could be read
-  std::vector<std::size_t> keys;   // the byte at which the quotes of each key of the outermost object open
+  Json value;                      // with a fault, the part before it
+  std::vector<std::size_t> keys;   // the byte of the opening quote of each key of the outermost object
   std::optional<JsonFault> fault;  // the first
 };
 
-//   levels  of nesting that are kept; an array or object below them comes without its elements
+//   levels  of nesting that are kept; deeper arrays and objects are kept without their elements
 JsonText ReadJson(std::string_view text, std::size_t levels = kDeepestJson);
 
-// The value of a text; empty where anything is wrong with it.
+// The value of a text; empty if the text is invalid.
 std::optional<Json> JsonOf(std::string_view text);
 
-// Removes a byte order mark of UTF-8 from the beginning. Throws Error where the text is UTF-16.
+// Removes a UTF-8 byte order mark from the beginning. Throws Error if the text is UTF-16.
 void DropByteOrderMark(std::string& text);
 
 }  // namespace orvanel::files

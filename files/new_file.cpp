@@ -1,4 +1,4 @@
-// Staging beside the place, so that the last step is a rename within one folder.
+// Stages a file beside its place, so that the last step is a rename within one folder.
 #include "files/new_file.h"
 
 #include <cerrno>
@@ -45,7 +45,7 @@ void ReplaceFile(const fs::path& file, const std::string& bytes) {
   if (fs::is_regular_file(left)) {
     fs::remove(part, failure);
   } else if (fs::exists(left)) {
-    throw Error(part.string() + ": is no plain file, and is in the way of a temporary one; remove it");
+    throw Error(part.string() + ": is not a plain file and blocks a temporary file; remove it");
   }
   failure = WriteNewFile(part, bytes);
   if (failure) throw Error(file.string() + ": cannot be written: " + failure.message());
@@ -61,13 +61,13 @@ NewFile::NewFile(std::string file, bool replace) : file_(std::move(file)) {
   const fs::file_status status = fs::symlink_status(PathOf(file_), failure);
   if (fs::is_directory(status)) Refuse("is a folder; give the name of a file");
   if (const fs::file_status end = fs::status(PathOf(file_), failure); fs::exists(end) && !fs::is_regular_file(end)) {
-    Refuse("is no ordinary file and is not replaced; give the name of a file");
+    Refuse("is not a plain file and is not replaced; give the name of a file");
   }
-  if (fs::exists(status) && !replace) Refuse("is there already; choose another name, or let --force replace it");
+  if (fs::exists(status) && !replace) Refuse("exists already; choose another name, or let --force replace it");
   staged_ = UniqueName(PathOf(file_));
   stream_.reset(CreateNewFile(staged_));
   if (stream_) return;
-  staged_.clear();  // not ours to remove
+  staged_.clear();  // this file exists, and belongs to another process
   Refuse(std::string("cannot be written: ") + std::strerror(errno));
 }
 

@@ -1,4 +1,4 @@
-// Writes files so that no half of one is ever seen.
+// Writes files atomically: a file is complete or does not exist.
 #ifndef ORVANEL_FILES_NEW_FILE_H
 #define ORVANEL_FILES_NEW_FILE_H
 
@@ -12,25 +12,24 @@
 
 namespace orvanel::files {
 
-// A name that begins with a path's and that nothing has.
+// An unused name that begins with the name of the path.
 std::filesystem::path UniqueName(const std::filesystem::path& beginning);
 
-// What the name of a file ends in while ReplaceFile writes it.
+// The ending of a file's name while ReplaceFile writes it.
 constexpr const char* kPart = ".part";
 
-// Writes a new file; the result is an error where something of this name is there, or where any of the bytes cannot be
-// written, and then nothing of them stays.
+// Writes a new file. The result is an error if the name exists already or if any byte cannot be written. Then no
+// partial file is left.
 std::error_code WriteNewFile(const std::filesystem::path& file, const std::string& bytes);
 
-// Puts a file in its place, whole or not at all, whatever was there. For places where one run at a time writes: what a
-// killed one has left of the file is removed first. Throws Error, also where the temporary name belongs to a link or
-// anything else that is no plain file.
+// Replaces a file atomically. For places where one run at a time writes: a partial file of a killed run is removed
+// first. Throws Error, also if the temporary name belongs to a link or to anything else that is not a plain file.
 void ReplaceFile(const std::filesystem::path& file, const std::string& bytes);
 
-// A file that comes to its place whole, or not at all: written beside it, and renamed by Commit.
+// A file that is written beside its place and renamed by Commit, so that it is complete or does not exist.
 class NewFile {
  public:
-  // Throws Error where the place is taken, unless `replace`, or where nothing can be written.
+  // Throws Error if the name exists, unless `replace`, or if the file cannot be written.
   NewFile(std::string file, bool replace);
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;

@@ -1,4 +1,4 @@
-// Staging and moving of the results.
+// Stages results in a temporary folder and moves them.
 #include "files/output_folder.h"
 
 #include <algorithm>
@@ -24,12 +24,12 @@ bool Contains(const std::vector<std::string>& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-// A name that stays inside its folder.
+// Whether a name stays inside its folder.
 bool IsPlainName(const std::string& name) {
   return !name.empty() && name != "." && name != ".." && fs::path(name) == fs::path(name).filename();
 }
 
-// The regular files in a folder that the summary of an earlier run lists; none where there is no such summary.
+// The regular files in a folder that the summary of an earlier run lists; none without such a summary.
 std::vector<std::string> FilesOfEarlierRun(const fs::path& folder) {
   std::vector<std::string> files;
   constexpr std::size_t kLargest = std::size_t{16} << 20;
@@ -44,7 +44,7 @@ std::vector<std::string> FilesOfEarlierRun(const fs::path& folder) {
   return files;
 }
 
-// A new folder, whose name nobody knows beforehand.
+// A new folder with an unpredictable name.
 fs::path MakeTemporaryFolder(const fs::path& beginning) {
   std::random_device random;
   while (true) {
@@ -52,7 +52,7 @@ fs::path MakeTemporaryFolder(const fs::path& beginning) {
     folder += ".orvanel-" + std::to_string(random());
     std::error_code failure;
     if (fs::create_directory(folder, failure)) return folder;
-    if (failure) Refuse(beginning.parent_path(), "no folder can be made here: " + failure.message());
+    if (failure) Refuse(beginning.parent_path(), "cannot create a folder here: " + failure.message());
   }
 }
 
@@ -79,7 +79,8 @@ OutputFolder::OutputFolder(const fs::path& place, std::vector<std::string> names
   }
   if (!exists_) {
     if (!fs::is_directory(place_.parent_path(), failure)) {
-      Refuse(place, "cannot be made, for " + place_.parent_path().string() + " is not a folder; make that first");
+      Refuse(place,
+             "cannot be created, since " + place_.parent_path().string() + " is not a folder; create that first");
     }
     staging_ = MakeTemporaryFolder(place_);
     return;
@@ -95,7 +96,7 @@ OutputFolder::OutputFolder(const fs::path& place, std::vector<std::string> names
       Refuse(place_ / name, "is not from an earlier run and is not replaced; move it away");
     }
   }
-  // Inside, since the folder may be the root of a file system.
+  // Inside the folder, since it may be the root of a file system.
   staging_ = MakeTemporaryFolder(place_ / "");
 }
 
@@ -116,7 +117,7 @@ void OutputFolder::Commit() {
     staging_.clear();
     return;
   }
-  // The summary goes first: should the rest be interrupted, all files are known as this program's.
+  // The summary is moved first. If the rest is interrupted, all files are known as this program's.
   Move(staging_ / kSummaryFile, place_ / kSummaryFile);
   for (const std::string& name : names_) {
     if (name != kSummaryFile) Move(staging_ / name, place_ / name);

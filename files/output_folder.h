@@ -1,4 +1,4 @@
-// The folder of results: all of it is there, or nothing.
+// Writes the folder of results as a whole: all files of a run, or none.
 #ifndef ORVANEL_FILES_OUTPUT_FOLDER_H
 #define ORVANEL_FILES_OUTPUT_FOLDER_H
 
@@ -10,16 +10,16 @@
 
 namespace orvanel::files {
 
-// The file that lists, under the key "files", all files of a run; it makes a folder one of this program's.
+// The file that lists all files of a run under the key "files". It marks a folder as written by this program.
 constexpr const char* kSummaryFile = "summary.json";
 
-// Files are staged in a temporary folder and come to their place in the end. The temporary folder vanishes with this
-// object, whatever has happened.
+// Files are staged in a temporary folder and moved to their place at the end. The destructor removes the temporary
+// folder.
 class OutputFolder {
  public:
-  // Refuses, by throwing Error, a place where the files must not or cannot be written: one that is a file, one without
-  // a parent, a folder that is not empty unless `replace` is true, and in any case a folder where one of the names is
-  // taken by a file that no earlier run lists.
+  // Throws Error if the files must not or cannot be written there. A file is refused, and a folder without a parent. A
+  // folder that is not empty is refused unless `replace`. A file of one of the names that no earlier run lists is never
+  // replaced.
   //   names  all files that will be added
   OutputFolder(const std::filesystem::path& place, std::vector<std::string> names, bool replace);
   OutputFolder(const OutputFolder&) = delete;
@@ -29,7 +29,7 @@ class OutputFolder {
   // Stages a file.
   void Add(const std::string& name, const std::string& bytes);
 
-  // Moves the staged files to their place and removes those of an earlier run that have no successor.
+  // Moves the staged files to their place and removes files of an earlier run that this run does not replace.
   void Commit();
 
  private:
@@ -37,7 +37,7 @@ class OutputFolder {
   std::filesystem::path staging_;
   bool exists_ = false;
   std::vector<std::string> names_;
-  std::vector<std::string> earlier_;  // files of an earlier run that are in place_
+  std::vector<std::string> earlier_;  // files of an earlier run in place_
 };
 
 }  // namespace orvanel::files

@@ -1,4 +1,4 @@
-// Names of files as the program holds them in text: UTF-8 on Windows, bytes as given elsewhere.
+// Converts file names from the program's text to paths: UTF-8 on Windows, bytes as given elsewhere.
 #ifndef ORVANEL_FILES_PATH_OF_H
 #define ORVANEL_FILES_PATH_OF_H
 
@@ -9,7 +9,7 @@
 
 namespace orvanel::files {
 
-// Made from plain text, a path would take the bytes for those of the locale.
+// A path made from plain text would interpret the bytes by the locale.
 inline std::filesystem::path PathOf(const std::string& name) { return std::u8string(name.begin(), name.end()); }
 
 }  // namespace orvanel::files

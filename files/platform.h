@@ -1,4 +1,4 @@
-// What files and their readers ask of the operating system beyond the standard library.
+// Operating system functions for files and their readers that the standard library lacks.
 #ifndef ORVANEL_FILES_PLATFORM_H
 #define ORVANEL_FILES_PLATFORM_H
 
@@ -14,66 +14,66 @@
 
 namespace orvanel::files {
 
-// Makes a file for bytes; null where errno tells why not. Where there is something of this name, a link that leads
-// nowhere included, it is left alone.
+// Creates a file for bytes; null with errno on failure. An existing file is left alone, and so is a dangling link of
+// this name.
 std::FILE* CreateNewFile(const std::filesystem::path& file);
 
-// A file for bytes at its end, made where there is none; null where errno tells why not. No link is followed.
-//   isNew  refuse what is there already, as CreateNewFile does
+// Opens a file for appending bytes and creates it if needed; null with errno on failure. Does not follow links.
+//   isNew  refuse an existing file, as CreateNewFile does
 std::FILE* OpenForAppending(const std::filesystem::path& file, bool isNew);
 
-// Has the bytes of a file that were written come to the disk, should the system know how to.
+// Flushes the written bytes of a file to the disk, if the system supports it.
 void Synchronise(std::FILE* stream);
 
-// What changes where a file is written to or replaced.
+// Properties that change when a file is written or replaced.
 struct FileState {
-  std::uintmax_t size, number;  // the number is the file's own, where the system has one
-  std::int64_t changed;         // when
+  std::uintmax_t size, number;  // the number is the file's identifier, if the system has one
+  std::int64_t changed;         // time of the last change
   friend bool operator==(const FileState&, const FileState&) = default;
 };
 
-// Empty where there is no such file.
+// Empty if there is no such file.
 std::optional<FileState> StateOf(const std::filesystem::path& file);
 
-// Keeps an open file for this process, until it is closed or the process ends in whatever way; false where another
-// process has it. Where the file system knows no locks, true.
+// Locks an open file for this process until it is closed or the process ends; false if another process has locked it.
+// True if the file system does not support locks.
 bool LockOutOthers(std::FILE* stream);
 
-// A descriptor of a file that is made where there is none and keeps its bytes; -1 where errno tells why not. No link is
-// followed.
+// Opens a file, or creates it, and keeps its bytes; the result is a descriptor, or -1 with errno. Does not follow
+// links.
 int OpenForLocks(const std::filesystem::path& file);
 
-// Keeps a range of bytes, which need not be there, for this descriptor until it is closed; false where another has part
-// of it. Where the file system knows no locks, true.
+// Locks a range of bytes, which need not exist, until this descriptor is closed; false if another descriptor has locked
+// part of it. True if the file system does not support locks.
 bool LockRange(int descriptor, std::uint64_t first, std::uint64_t count);
 
 // Whether the descriptor's file has this name.
 bool IsFileOf(int descriptor, const std::filesystem::path& file);
 
-// Whether a file cannot be removed while somebody has it open.
+// Whether an open file cannot be removed.
 extern const bool kOpenFilesStay;
 
 // ---- Input that a request to stop can end
 
-// A descriptor for bytes, which no other program inherits; -1 where errno tells why not. Does not wait for the writer
-// of a pipe.
+// Opens a file for reading bytes; the result is a descriptor, which no child process inherits, or -1 with errno. Does
+// not wait for the writer of a pipe.
 int OpenForReading(const std::filesystem::path& file);
 
-// A descriptor of standard input, for bytes; -1 where errno tells why there is none.
+// A descriptor of standard input, for bytes; -1 with errno if there is none.
 int StandardInput();
 
-// From here on EndWaiting, called in any thread, ends waits for input in this one.
+// After this call, EndWaiting ends waits for input in this thread. Any thread may call EndWaiting.
 void PrepareEndWaiting();
 
-// Waits until a descriptor has bytes or is at its end; false where EndWaiting has been called, before or meanwhile.
+// Waits until a descriptor has bytes or is at its end; false if EndWaiting has been called, before or during the wait.
 bool WaitForInput(int descriptor);
 
-// Ends waiting for input, now and from now on. A signal handler may call it.
+// Ends waits for input, now and later. A signal handler may call it.
 void EndWaiting();
 
 void Close(int descriptor);
 
-// The number of bytes read; 0 at the end, -1 where errno tells why not.
+// The number of bytes read; 0 at the end, -1 with errno on failure.
 int ReadSome(int descriptor, char* bytes, std::size_t most);
 
 }  // namespace orvanel::files

@@ -1,4 +1,4 @@
-// The operating system where it is POSIX.
+// Implements platform.h for POSIX.
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
@@ -12,7 +12,7 @@
 namespace orvanel::files {
 namespace {
 
-// Never read from: bytes in it tell every wait for input, whatever the moment of the signal, to end.
+// Never read from. Its bytes end every wait for input, whatever the moment of the signal.
 int endOfWaiting[2] = {-1, -1};
 
 std::FILE* Opened(const std::filesystem::path& file, int flags, const char* mode) {
@@ -26,7 +26,7 @@ std::FILE* Opened(const std::filesystem::path& file, int flags, const char* mode
 std::FILE* CreateNewFile(const std::filesystem::path& file) { return Opened(file, O_EXCL, "wb"); }
 
 std::FILE* OpenForAppending(const std::filesystem::path& file, bool isNew) {
-  // Not to wait for a pipe's reader.
+  // Does not wait for the reader of a pipe.
   return Opened(file, O_APPEND | O_NONBLOCK | (isNew ? O_EXCL : 0), "ab");
 }
 

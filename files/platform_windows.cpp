@@ -1,4 +1,4 @@
-// The operating system where it is Windows.
+// Implements platform.h for Windows.
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
@@ -39,7 +39,7 @@ std::optional<FileState> StateOf(const std::filesystem::path& file) {
 
 bool LockOutOthers(std::FILE* stream) {
   const auto file = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
-  // One byte that no file reaches, since what is locked cannot be read by others.
+  // One byte beyond the end of any file, since others cannot read locked bytes.
   OVERLAPPED place{};
   place.OffsetHigh = 0x7fffffff;
   return LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != 0 ||
@@ -60,7 +60,7 @@ bool LockRange(int descriptor, std::uint64_t first, std::uint64_t count) {
          GetLastError() != ERROR_LOCK_VIOLATION;
 }
 
-// An open file is not removed.
+// Windows does not remove open files.
 bool IsFileOf(int /*descriptor*/, const std::filesystem::path& /*file*/) { return true; }
 
 const bool kOpenFilesStay = true;

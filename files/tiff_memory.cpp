@@ -1,4 +1,4 @@
-// The five functions through which libtiff reaches a file.
+// Implements the five functions through which libtiff accesses a file.
 #include "files/tiff_memory.h"
 
 #include <algorithm>

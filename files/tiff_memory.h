@@ -1,4 +1,4 @@
-// TIFF files in memory.
+// Reads and writes TIFF files in memory.
 #ifndef ORVANEL_FILES_TIFF_MEMORY_H
 #define ORVANEL_FILES_TIFF_MEMORY_H
 
@@ -11,7 +11,7 @@
 
 namespace orvanel::files {
 
-// The bytes of a file and the place where the next is read or written.
+// The bytes of a file, and the position of the next read or write.
 struct TiffMemory {
   std::string bytes;
   std::size_t position = 0;
@@ -19,8 +19,8 @@ struct TiffMemory {
 
 using TiffHandle = std::unique_ptr<TIFF, void (*)(TIFF*)>;
 
-// Opens the file, which must outlive the handle; null where it is no TIFF file. libtiff's own messages are silenced.
-//   mode  as TIFFOpen has it
+// Opens the file, which must outlive the handle; null if it is not TIFF. libtiff's own messages are silenced.
+//   mode  as for TIFFOpen
 TiffHandle OpenTiff(TiffMemory& file, const char* mode);
 
 }  // namespace orvanel::files

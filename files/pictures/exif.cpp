@@ -1,4 +1,4 @@
-// The segments of a JPEG file and the first directory of its Exif data. Sources: ITU-T T.81; Exif 2.3.
+// Walks the segments of a JPEG file to the first Exif directory. Sources: ITU-T T.81; Exif 2.3.
 #include "files/pictures/exif.h"
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 namespace orvanel::files {
 namespace {
 
-// The number in `count` bytes from `position`, which are there.
+// The number in `count` bytes from `position`, which must exist.
 std::uint32_t Number(std::string_view bytes, std::size_t position, std::size_t count, bool littleEndian = false) {
   std::uint32_t number = 0;
   for (std::size_t i = 0; i < count; ++i) {
@@ -19,13 +19,13 @@ std::uint32_t Number(std::string_view bytes, std::size_t position, std::size_t c
 
 constexpr std::uint32_t kStartOfScan = 0xda;
 
-// Hands out the segments of a JPEG file before its first scan: marker and data.
+// Iterates over the segments of a JPEG file before its first scan: marker and data.
 void VisitSegments(std::string_view bytes,
                    const std::function<void(std::uint32_t marker, std::string_view data)>& visit) {
   std::size_t position = 2;
   while (position + 4 <= bytes.size() && Number(bytes, position, 1) == 0xff) {
     const std::uint32_t marker = Number(bytes, position + 1, 1);
-    if (marker == 0xff) {  // filling
+    if (marker == 0xff) {  // fill bytes
       ++position;
       continue;
     }
@@ -37,7 +37,7 @@ void VisitSegments(std::string_view bytes,
   }
 }
 
-// The orientation in the first directory of Exif data; 1 where it is not there.
+// The orientation in the first directory of Exif data; 1 if it is missing.
 int OrientationOfExif(std::string_view exif) {
   constexpr std::uint32_t kOrientation = 0x0112, kShort = 3;
   constexpr std::size_t kHeader = 8, kEntry = 12;

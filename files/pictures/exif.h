@@ -1,4 +1,4 @@
-// How a camera was held, from the Exif data of a JPEG file.
+// Reads a JPEG file's orientation from its Exif data.
 #ifndef ORVANEL_FILES_PICTURES_EXIF_H
 #define ORVANEL_FILES_PICTURES_EXIF_H
 
@@ -8,7 +8,7 @@
 
 namespace orvanel::files {
 
-// 1 to 8 as Exif counts; 1, upright, where the file does not say.
+// Exif's values 1 to 8; 1, upright, if the file does not specify one.
 int OrientationOfJpeg(std::string_view bytes);
 
 }  // namespace orvanel::files

@@ -1,4 +1,4 @@
-// Calls of libjpeg-turbo.
+// Calls libjpeg-turbo.
 #include "files/pictures/jpeg_decoder.h"
 
 #include <turbojpeg.h>
@@ -39,7 +39,7 @@ DecodedPicture JpegDecode(const std::string& bytes) {
   DecodedPicture picture = Header(decoder.get(), bytes);
   std::vector<unsigned char> pixels(static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height) *
                                     static_cast<std::size_t>(picture.channels));
-  // Warnings count: they tell of samples that are made up.
+  // Warnings are errors here: they report invented samples.
   if (tjDecompress2(decoder.get(), Bytes(bytes), static_cast<unsigned long>(bytes.size()), pixels.data(), picture.width,
                     0, picture.height, picture.channels == 1 ? TJPF_GRAY : TJPF_RGB, TJFLAG_ACCURATEDCT) != 0) {
     return {};

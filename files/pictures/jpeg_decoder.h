@@ -9,7 +9,7 @@
 
 namespace orvanel::files {
 
-// Both as StbHeader and StbDecode. What is cut short, damaged or in the colours of printers is not decoded.
+// Behave as StbHeader and StbDecode. Truncated, damaged and CMYK files are not decoded.
 DecodedPicture JpegHeader(const std::string& bytes);
 DecodedPicture JpegDecode(const std::string& bytes);
 

@@ -1,4 +1,4 @@
-// Checks before and after decoding. Decoders see only files that are whole and of a bearable size.
+// Checks files before decoding, so that decoders get only complete files of a bearable size, and pictures after it.
 #include "files/pictures/picture_file.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@
 namespace orvanel::files {
 namespace {
 
-// What a camera makes is below; decoding takes up to 16 bytes a pixel.
+// Above the files of cameras; decoding takes up to 16 bytes per pixel.
 constexpr std::size_t kLargestFile = std::size_t{256} << 20;  // bytes
 constexpr int kLongestSide = 32768;
 constexpr std::int64_t kMostPixels = 64'000'000;
@@ -35,7 +35,7 @@ std::string ReadPicture(const std::string& file) {
 }
 
 #if ORVANEL_WITH_JPEG
-// Turned and mirrored as Exif's orientation asks: 2 to 4 keep rows rows, 5 to 8 make columns of them.
+// Turned and mirrored by Exif's orientation: 2 to 4 keep rows as rows, 5 to 8 turn rows into columns.
 DecodedPicture Upright(DecodedPicture picture, int orientation) {
   if (orientation == 1) return picture;
   const bool turned = orientation >= 5;
@@ -65,12 +65,12 @@ DecodedPicture JpegUpright(const std::string& bytes) {
 }
 #endif
 
-// A kind of file: how to know it, to look at it and to read it.
+// A kind of file: how to recognise it, read its header and decode it.
 struct Kind {
   const char* name;
-  const char* library;                                           // that decodes it
-  std::vector<std::string_view> beginnings;                      // of its files
-  DecodedPicture (*header)(const std::string& bytes) = nullptr;  // null where the program is built without the library
+  const char* library;                                           // the library that decodes it
+  std::vector<std::string_view> beginnings;                      // the first bytes of its files
+  DecodedPicture (*header)(const std::string& bytes) = nullptr;  // null if the program is built without the library
   DecodedPicture (*decode)(const std::string& bytes) = nullptr;
 };
 

@@ -1,4 +1,4 @@
-// The user's own picture: a PNG file, or JPEG or TIFF where the program is built with their libraries.
+// Reads the user's picture: PNG, or JPEG or TIFF if the program is built with their libraries.
 #ifndef ORVANEL_FILES_PICTURES_PICTURE_FILE_H
 #define ORVANEL_FILES_PICTURES_PICTURE_FILE_H
 
@@ -10,11 +10,11 @@
 
 namespace orvanel::files {
 
-// Reads a picture, upright as the camera says. Throws Error with file, reason and remedy where there is none, where it
-// is damaged or cut short, and where it is so large that decoding it could exhaust the memory.
+// Reads a picture and turns it upright. Throws Error with file, reason and fix if there is no picture, if it is damaged
+// or truncated, or if it is so large that decoding could exhaust the memory.
 DecodedPicture ReadPictureFile(const std::string& file);
 
-// The picture of a request brought to the field that an eye is shown. Throws Error where the file is not a picture.
+// Resamples the picture of a request to the field of the simulation. Throws Error if the file is not a picture.
 ObjectPicture ReadObjectPicture(const PictureRequest& request);
 
 }  // namespace orvanel::files

@@ -1,4 +1,4 @@
-// Rounding of light to pixels.
+// Rounds light to pixels.
 #include "files/pictures/picture_pixels.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Channels of light as the pixels of a picture.
+// Converts channels of light to pixels.
 #ifndef ORVANEL_FILES_PICTURES_PICTURE_PIXELS_H
 #define ORVANEL_FILES_PICTURES_PICTURE_PIXELS_H
 
@@ -11,11 +11,11 @@
 
 namespace orvanel::files {
 
-// One channel or three, in 8 bits and in colour, to be drawn.
-//   linear  whether the pixels are to be the light itself, not its sRGB values
+// One channel or three as 8-bit colours, for drawing.
+//   linear  whether the pixels are linear light instead of sRGB values
 ColourPicture PicturePixels(const std::vector<Plane>& channels, bool linear);
 
-// A PNG file of 8 or 16 bits: grey for one channel, in colour for three; marked as sRGB unless linear.
+// A PNG file with 8 or 16 bits: grey for one channel, colour for three; marked as sRGB unless linear.
 std::string EncodePicture(const std::vector<Plane>& channels, bool linear, int bits);
 
 }  // namespace orvanel::files

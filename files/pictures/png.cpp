@@ -1,4 +1,4 @@
-// PNG in memory: the chunks are framed here, zlib compresses and sums. Source: Portable Network Graphics, 2nd edition.
+// Writes PNG: makes the chunks, filters rows, compresses with zlib. Source: Portable Network Graphics, 2nd edition.
 #include "files/pictures/png.h"
 
 #include <zlib.h>
@@ -17,8 +17,8 @@ using Bytes = std::vector<std::uint8_t>;
 
 struct Format {
   int width, height;
-  std::uint8_t bits;        // a channel
-  std::uint8_t colourType;  // as the header says it
+  std::uint8_t bits;        // per channel
+  std::uint8_t colourType;  // as in the header
   std::size_t pixelBytes;
 
   std::size_t RowBytes() const { return static_cast<std::size_t>(width) * pixelBytes; }
@@ -26,7 +26,7 @@ struct Format {
 
 constexpr std::uint8_t kGrey = 0, kTrueColour = 2;
 
-// ---- Pixels as the file holds them: the higher byte first
+// ---- Pixels as in the file: the higher byte first
 
 void Append(Bytes& bytes, std::uint8_t channel) { bytes.push_back(channel); }
 
@@ -40,11 +40,11 @@ void Append(Bytes& bytes, const Rgb<Channel>& colour) {
   for (const Channel channel : {colour.red, colour.green, colour.blue}) Append(bytes, channel);
 }
 
-// ---- Filters: each byte less what its neighbours foretell, because differences compress better
+// ---- Filters: each byte minus its prediction from its neighbours, because differences compress better
 
 enum Filter : std::uint8_t { kNone, kLeft, kAbove, kAverage, kPaeth, kFilters };
 
-// Of left, above and corner the one nearest to left + above - corner.
+// The Paeth predictor: of left, above and corner the one nearest to left + above - corner.
 int Paeth(int left, int above, int corner) {
   const int toLeft = std::abs(above - corner);
   const int toAbove = std::abs(left - corner);
@@ -80,14 +80,14 @@ void FilterRow(Filter filter, const std::uint8_t* row, const std::uint8_t* above
   }
 }
 
-// How far the bytes, as signed differences, are from zero.
+// Sum of the absolute values of the bytes as signed numbers.
 long Weight(const Bytes& filtered) {
   long weight = 0;
   for (std::size_t i = 1; i < filtered.size(); ++i) weight += std::min<int>(filtered[i], 256 - filtered[i]);
   return weight;
 }
 
-// Every row by the filter that makes it lightest.
+// Filters every row by the filter with the smallest sum.
 Bytes Filtered(const Bytes& samples, const Format& format) {
   const std::size_t rowBytes = format.RowBytes();
   const Bytes zeros(rowBytes);
@@ -117,7 +117,7 @@ std::string BigEndian(std::uint32_t number) {
   return bytes;
 }
 
-// Length, four letters, data, sum over letters and data.
+// Length, four letters, data, checksum of letters and data.
 std::string Chunk(const char* letters, const std::string& data) {
   const std::string summed = letters + data;
   const uLong sum = crc32_z(0, reinterpret_cast<const Bytef*>(summed.data()), summed.size());

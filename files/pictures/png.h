@@ -1,4 +1,4 @@
-// PNG files.
+// PNG writer for 8 and 16 bits, grey and colour.
 #ifndef ORVANEL_FILES_PICTURES_PNG_H
 #define ORVANEL_FILES_PICTURES_PNG_H
 
@@ -10,7 +10,7 @@
 
 namespace orvanel::files {
 
-// A colour of one byte or two a channel.
+// A colour with one or two bytes per channel.
 template <class Channel>
 struct Rgb {
   Channel red, green, blue;
@@ -29,14 +29,14 @@ using ColourPicture = Picture<Colour>;
 using DeepGreyPicture = Picture<std::uint16_t>;
 using DeepColourPicture = Picture<Rgb<std::uint16_t>>;
 
-// A plane of 256 x 256 values as grey pixels: round(255 v), values outside 0 to 1 and not-a-number clipped.
+// A plane of 256 x 256 values as grey pixels: round(255 v). Values outside 0 to 1, and NaN, are clipped.
 GreyPicture GreyPictureOf(const std::vector<double>& plane);
 
-// What pixels are: colours for the screen, or numbers that are not to be changed on their way.
+// The meaning of pixels: colours for the screen, or numbers that viewers must not change.
 enum class Pixels { kSrgb, kNumbers };
 
-// The bytes of the file: 8 or 16 bits a channel as the pixels have, marked as sRGB or without a mark, the same bytes
-// for the same picture and zlib. Throws Error for a picture without pixels and where there is no memory for the file.
+// The bytes of the file, with 8 or 16 bits per channel as the pixels have, marked as sRGB or unmarked. The same picture
+// and zlib give the same bytes. Throws Error for a picture without pixels and if the memory is exhausted.
 std::string EncodePng(const GreyPicture& picture, Pixels kind);
 std::string EncodePng(const ColourPicture& picture, Pixels kind = Pixels::kSrgb);
 std::string EncodePng(const DeepGreyPicture& picture, Pixels kind);

@@ -1,4 +1,4 @@
-// The chunks of PNG files. Source: Portable Network Graphics, 2nd edition.
+// Checks the chunks of PNG files. Source: Portable Network Graphics, 2nd edition.
 #include "files/pictures/png_damage.h"
 
 #include <zlib.h>
@@ -12,26 +12,26 @@ namespace {
 constexpr std::string_view kCutShort = "is cut short";
 constexpr std::string_view kDamaged = "is damaged";
 
-// The number in four bytes from `position`, which are there.
+// The number in four bytes from `position`, which must exist.
 std::uint32_t Number(std::string_view bytes, std::size_t position) {
   std::uint32_t number = 0;
   for (std::size_t i = 0; i < 4; ++i) number = number << 8 | static_cast<std::uint8_t>(bytes[position + i]);
   return number;
 }
 
-constexpr std::size_t kSignature = 8, kFrame = 12;  // length, letters and sum around a chunk's data
+constexpr std::size_t kSignature = 8, kFrame = 12;  // length, letters and checksum around a chunk's data
 
-// The pixels of a side from the first on, one in `step`.
+// The number of pixels on a side, from the first on in steps of `step`.
 std::uint64_t Steps(std::uint64_t side, std::uint64_t first, std::uint64_t step) {
   return side > first ? (side - first + step - 1) / step : 0;
 }
 
-// Bytes of `height` rows, each with the byte that names its filter.
+// Bytes of `height` rows, each with its filter byte.
 std::uint64_t RowBytes(std::uint64_t width, std::uint64_t height, std::uint64_t bitsOfPixel) {
   return width == 0 ? 0 : height * (1 + (width * bitsOfPixel + 7) / 8);
 }
 
-// The bytes that the data of a picture have before they are compressed.
+// The number of bytes of a picture's data before compression.
 //   header  the data of the first chunk
 std::uint64_t BytesOfPicture(std::string_view header) {
   const std::uint64_t width = Number(header, 0), height = Number(header, 4);
@@ -51,7 +51,7 @@ std::uint64_t BytesOfPicture(std::string_view header) {
   return bytes;
 }
 
-// Counts the bytes that compressed data hold, and keeps none of them.
+// Counts the bytes of compressed data after decompression, without keeping them.
 class Inflation {
  public:
   Inflation() { good_ = inflateInit(&stream_) == Z_OK; }
@@ -59,7 +59,7 @@ class Inflation {
   Inflation& operator=(const Inflation&) = delete;
   ~Inflation() { inflateEnd(&stream_); }
 
-  // False where there are more than `most` bytes by now. Data that are not well formed end where they break.
+  // False above `most` bytes. Malformed data end at the error.
   bool Add(std::string_view data, std::uint64_t most) {
     stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data.data()));
     stream_.avail_in = static_cast<uInt>(data.size());
@@ -67,7 +67,7 @@ class Inflation {
       stream_.next_out = piece_.data();
       stream_.avail_out = static_cast<uInt>(piece_.size());
       const int status = good_ ? inflate(&stream_, Z_NO_FLUSH) : Z_DATA_ERROR;
-      good_ = status == Z_OK || status == Z_BUF_ERROR;  // the latter where the data are used up
+      good_ = status == Z_OK || status == Z_BUF_ERROR;  // Z_BUF_ERROR at the end of the input
       bytes_ += piece_.size() - stream_.avail_out;
       if (bytes_ > most) return false;
     } while (good_ && stream_.avail_out == 0);

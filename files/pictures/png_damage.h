@@ -1,4 +1,4 @@
-// Tells whether a PNG file is whole, undamaged and as large as it says, which the decoder does not always do.
+// Checks whether a PNG file is complete, undamaged and as large as its header says; stb_image does not.
 #ifndef ORVANEL_FILES_PICTURES_PNG_DAMAGE_H
 #define ORVANEL_FILES_PICTURES_PNG_DAMAGE_H
 
@@ -8,11 +8,10 @@
 
 namespace orvanel::files {
 
-// What is wrong, such as "is cut short", from the chunks and their check sums; empty where the file is well.
+// The damage, such as "is cut short", found by the chunks and their checksums; empty for an intact file.
 std::string_view DamageOfPng(std::string_view bytes);
 
-// Whether the data of a picture are more than its header allows, as those of a file that is made to fill the memory.
-// For a file that is well.
+// Whether a picture has more data than its header allows, as a decompression bomb has. For an intact file.
 bool PngHoldsTooMuch(std::string_view bytes);
 
 }  // namespace orvanel::files

@@ -1,4 +1,4 @@
-// The one place that holds the code of stb_image.
+// Compiles and calls stb_image, the only copy in the program.
 #include "files/pictures/stb_decoder.h"
 
 #include <memory>

@@ -9,10 +9,10 @@
 
 namespace orvanel::files {
 
-// Width, height, channels and bits without the samples; a width of 0 where this is no picture.
+// Width, height, channels and bits without the samples; a width of 0 if this is not a picture.
 DecodedPicture StbHeader(const std::string& bytes);
 
-// The whole picture; a width of 0 where it cannot be decoded.
+// The whole picture; a width of 0 if it cannot be decoded.
 DecodedPicture StbDecode(const std::string& bytes);
 
 }  // namespace orvanel::files

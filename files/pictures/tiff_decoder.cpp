@@ -1,4 +1,4 @@
-// Two ways: rows of 16-bit samples as they are, and libtiff's own conversion to colours of 8 bits for all else.
+// Decodes rows of 16-bit samples unchanged, and everything else by libtiff's conversion to 8-bit colours.
 #include "files/pictures/tiff_decoder.h"
 
 #include <cstdlib>
@@ -37,7 +37,7 @@ bool HasDeepRows(TIFF* tiff) {
           Tag(tiff, TIFFTAG_PHOTOMETRIC) == PHOTOMETRIC_RGB);
 }
 
-// Nothing where rows cannot be read: libtiff refuses to read those of a tiled picture.
+// An empty picture if rows cannot be read: libtiff refuses to read rows of a tiled picture.
 DecodedPicture DeepRows(TIFF* tiff, DecodedPicture picture) {
   const std::size_t row = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.channels);
   if (static_cast<std::size_t>(TIFFScanlineSize(tiff)) != 2 * row) return {};

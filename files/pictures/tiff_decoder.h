@@ -9,8 +9,8 @@
 
 namespace orvanel::files {
 
-// Both as StbHeader and StbDecode. Samples of 16 bits are decoded where they stand pixel by pixel in rows from the top,
-// and everything of up to 8 bits; opacity, other samples of 16 bits and numbers that are not whole are not.
+// Behave as StbHeader and StbDecode. They decode samples of up to 8 bits, and 16-bit samples in interleaved rows from
+// the top. They do not decode opacity, other 16-bit samples and floating-point samples.
 DecodedPicture TiffHeader(const std::string& bytes);
 DecodedPicture TiffDecode(const std::string& bytes);
 

@@ -1,4 +1,4 @@
-// Plain numbers, by std::to_chars.
+// Formats planes with std::to_chars.
 #include "files/planes/csv.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// CSV files, which everything reads.
+// CSV writer for one plane.
 #ifndef ORVANEL_FILES_PLANES_CSV_H
 #define ORVANEL_FILES_PLANES_CSV_H
 
@@ -9,8 +9,8 @@
 
 namespace orvanel::files {
 
-// The set's one plane as 256 lines of 256 numbers with commas between them, each the shortest text that reads back as
-// the same number, NaN for what is not one. No header: the names and units of all planes are in the summary.
+// The set's one plane as 256 lines of 256 numbers with commas. Each number is the shortest text that reads back
+// as the same number, or NaN. There is no header: the summary has names and units of all planes.
 std::string EncodeCsv(const PlaneSet& set);
 
 }  // namespace orvanel::files

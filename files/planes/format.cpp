@@ -1,4 +1,4 @@
-// The table of formats.
+// Looks up formats in the table.
 #include "files/planes/format.h"
 
 #include "base/error.h"

@@ -1,4 +1,4 @@
-// The file formats for planes, by the names that they have on the command line.
+// The table of file formats for planes, by their names on the command line.
 #ifndef ORVANEL_FILES_PLANES_FORMAT_H
 #define ORVANEL_FILES_PLANES_FORMAT_H
 
@@ -13,22 +13,22 @@ namespace orvanel::files {
 
 struct Format {
   std::string_view name;     // "npy"
-  std::string_view ending;   // ".npy", what follows a plane's name in that of its file
-  bool together;             // one file with all planes of an eye, not one for each
-  bool greyOnly;             // holds only planes that are grey pictures
-  std::string_view library;  // what it is made with; empty where that is always there
+  std::string_view ending;   // ".npy", appended to a plane's name
+  bool together;             // one file with all planes of an eye instead of one for each plane
+  bool greyOnly;             // accepts only planes that are grey pictures
+  std::string_view library;  // that writes it; empty if the program always has it
 
-  // The bytes of a file; null where the program is built without the library.
+  // The bytes of a file; null if the program is built without the library.
   std::string (*encode)(const PlaneSet& set);
 };
 
-// The name of the PNG pictures of 8 bits, which are always written.
+// The name of the 8-bit PNG pictures, which are always written.
 constexpr const char* kPictures = "png8";
 
-// All formats beside them, those that this program is built without among them.
+// All other formats, including those that this program is built without.
 std::span<const Format> Formats();
 
-// The format of this name. Throws Error where there is none, or where the program is built without it.
+// The format of this name. Throws Error if there is none, or if the program is built without it.
 const Format& FormatNamed(std::string_view name);
 
 }  // namespace orvanel::files

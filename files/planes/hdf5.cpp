@@ -1,4 +1,4 @@
-// HDF5 through the library's C interface, into memory.
+// Writes HDF5 to memory through the library's C interface.
 #include "files/planes/hdf5.h"
 
 #include <hdf5.h>
@@ -23,7 +23,7 @@ void WriteFact(hid_t place, const Fact& fact) {
   }
 }
 
-// Compressed in one piece.
+// One chunk, compressed.
 void WritePlane(hid_t file, const NamedPlane& plane) {
   constexpr hsize_t kShape[] = {ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE};
   constexpr unsigned kLevel = 6;

@@ -1,4 +1,4 @@
-// HDF5 files: all planes of an eye with everything that is said about them.
+// HDF5 writer for all planes of an eye, with their attributes.
 #ifndef ORVANEL_FILES_PLANES_HDF5_H
 #define ORVANEL_FILES_PLANES_HDF5_H
 
@@ -9,9 +9,9 @@
 
 namespace orvanel::files {
 
-// All planes as an HDF5 file: a 256 x 256 dataset of doubles for each plane, with the attributes "units", "description"
-// and its spacings; the facts about the eye are attributes of the root group. In the oldest
-// version of the format, which every program reads. No times, so that the same planes give the same bytes.
+// All planes as an HDF5 file: for each plane a 256 x 256 dataset of doubles with the attributes "units", "description"
+// and its spacings. The facts about the eye are attributes of the root group. The format has the oldest version, which
+// every program reads. It has no times, so that the same planes give the same bytes.
 std::string EncodeHdf5(const PlaneSet& set);
 
 }  // namespace orvanel::files

@@ -1,4 +1,4 @@
-// What both makers of HDF5 files need of the library's C interface.
+// Handles, errors and memory files of HDF5's C interface, for both HDF5 writers.
 #ifndef ORVANEL_FILES_PLANES_HDF5_HANDLE_H
 #define ORVANEL_FILES_PLANES_HDF5_HANDLE_H
 
@@ -11,7 +11,7 @@
 
 namespace orvanel::files {
 
-// What the library hands out and wants back.
+// An identifier of the library, closed by the destructor.
 class Handle {
  public:
   using Release = herr_t (*)(hid_t);
@@ -40,7 +40,7 @@ inline void WriteAttribute(hid_t place, const std::string& name, hid_t type, hid
   Require(H5Awrite(attribute, typeInMemory, value));
 }
 
-// Of variable length, because an attribute of a fixed one may not exceed 64 KiB.
+// Of variable length, because an attribute of fixed length is limited to 64 KiB.
 inline void WriteText(hid_t place, const std::string& name, const std::string& text) {
   const Handle type(H5Tcopy(H5T_C_S1), H5Tclose);
   Require(H5Tset_size(type, H5T_VARIABLE));
@@ -50,9 +50,9 @@ inline void WriteText(hid_t place, const std::string& name, const std::string& t
   WriteAttribute(place, name, type, space, type, &characters);
 }
 
-// An empty file that never comes to a disk.
+// An empty file in memory.
 inline Handle CreateInMemory() {
-  Require(H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr));  // it would write to the error output
+  Require(H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr));  // it would print errors
   constexpr std::size_t kIncrement = 1 << 20;
   const Handle access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose);
   Require(H5Pset_fapl_core(access, kIncrement, false));
@@ -61,7 +61,7 @@ inline Handle CreateInMemory() {
   return {H5Fcreate("planes.h5", H5F_ACC_TRUNC, creation, access), H5Fclose};
 }
 
-// The bytes of such a file.
+// The bytes of a file in memory.
 inline std::string ImageOf(hid_t file) {
   Require(H5Fflush(file, H5F_SCOPE_GLOBAL));
   const ssize_t size = H5Fget_file_image(file, nullptr, 0);

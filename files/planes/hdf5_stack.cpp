@@ -1,4 +1,4 @@
-// Planes are compressed by whoever has the time, and stored as they come.
+// Worker threads compress planes; the writer only appends chunks.
 #include "files/planes/hdf5_stack.h"
 
 #include "base/error.h"
@@ -22,7 +22,7 @@ constexpr unsigned kLevel = 6;
 
 }  // namespace
 
-// The filters shuffle, all first bytes, then all second ones, and deflate.
+// HDF5's filters: shuffle (all first bytes, then all second bytes, ...) and deflate.
 std::string CompressedPlane(const double* samples) {
   static_assert(std::endian::native == std::endian::little);
   constexpr std::size_t kBytes = sizeof(double) * ORVANEL_PLANE_SAMPLES;
@@ -101,7 +101,7 @@ std::string Hdf5Stack::Finish() {
 
 }  // namespace orvanel::files
 
-#else  // nobody comes here: the format is refused by its name
+#else  // unreachable: the format is refused by its name
 
 namespace orvanel::files {
 

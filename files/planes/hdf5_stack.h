@@ -1,4 +1,4 @@
-// HDF5 files with the planes of many eyes, one behind the other.
+// HDF5 writer for the planes of many eyes, stacked by eye.
 #ifndef ORVANEL_FILES_PLANES_HDF5_STACK_H
 #define ORVANEL_FILES_PLANES_HDF5_STACK_H
 
@@ -10,32 +10,31 @@
 
 namespace orvanel::files {
 
-// A kind of plane that each eye has.
+// A kind of plane; each eye has one.
 struct StackedPlane {
   std::string name, description, unit, view;
 };
 
-// A plane as the file stores it. Several threads may do this at a time.
+// A plane compressed as the file stores it. Thread-safe.
 std::string CompressedPlane(const double* samples);
 
-// A dataset of eyes x 256 x 256 doubles for each kind of plane, and datasets of one number an eye. In the oldest
-// version of the format and without times, so that the same planes give the same bytes. One thread uses the library at
-// a time.
+// A dataset of eyes x 256 x 256 doubles for each kind of plane, and datasets of one number per eye. The format has the
+// oldest version and no times, so that the same planes give the same bytes. One thread at a time uses the library.
 class Hdf5Stack {
  public:
-  // Throws Error, as the others do, where the library refuses.
+  // All members throw Error if the library reports one.
   explicit Hdf5Stack(const std::vector<StackedPlane>& kinds);
   Hdf5Stack(const Hdf5Stack&) = delete;
   Hdf5Stack& operator=(const Hdf5Stack&) = delete;
   ~Hdf5Stack();
 
-  // The next eye's planes, one of each kind; for an eye without any, which leaves not-a-number, an empty list.
+  // Adds the next eye's planes, one of each kind. An empty list adds an eye of NaN.
   void Add(const std::vector<std::string>& compressed);
 
-  // One number for each eye.
+  // Adds a dataset with one number for each eye.
   void AddNumbers(const std::string& name, const std::string& description, const std::vector<double>& numbers);
 
-  // The bytes of the file, to be called once, at the end.
+  // The bytes of the file; call it once, at the end.
   std::string Finish();
 
  private:

@@ -1,4 +1,4 @@
-// MAT through libmatio, which writes only to files that have a path; here it is one in memory.
+// Writes MAT through libmatio, which needs a file with a path; this one is in memory.
 #include "files/planes/mat.h"
 
 #include <matio.h>
@@ -17,11 +17,11 @@ namespace orvanel::files {
 namespace {
 
 constexpr std::size_t kSide = ORVANEL_GRID_SIZE;
-constexpr std::size_t kHeaderText = 115;  // bytes of text that a file begins with, without the last
+constexpr std::size_t kHeaderText = 115;  // bytes of text at the beginning of a file, without the last
 
 [[noreturn]] void Refuse(const std::string& reason) { throw Error("cannot make a MAT file: " + reason); }
 
-// A file without a name that vanishes with this object.
+// An anonymous file that vanishes with this object.
 class MemoryFile {
  public:
   MemoryFile() : descriptor_(memfd_create("planes.mat", MFD_CLOEXEC)) {
@@ -55,9 +55,9 @@ Variable Owned(matvar_t* variable) {
   return {variable, Mat_VarFree};
 }
 
-// A name as MATLAB allows it, of letters, digits and underscores: "ring_acuity_0_5_gap_right_seen".
+// A name with MATLAB's characters only, letters, digits and underscores: "ring_acuity_0_5_gap_right_seen".
 std::string Identifier(std::string name) {
-  std::erase(name, '+');  // of an exponent; a minus stays apart from it as an underscore
+  std::erase(name, '+');  // of an exponent; a minus becomes an underscore, so that both differ
   std::replace_if(
       name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
   return name;
@@ -65,7 +65,7 @@ std::string Identifier(std::string name) {
 
 Variable Numbers(const std::string& name, std::size_t rows, std::size_t columns, const double* byColumns) {
   const std::size_t shape[] = {rows, columns};
-  // The library copies them and only declares otherwise.
+  // The library copies the data and only lacks a const.
   return Owned(Mat_VarCreate(name.c_str(), MAT_C_DOUBLE, MAT_T_DOUBLE, 2, const_cast<std::size_t*>(shape),
                              const_cast<double*>(byColumns), 0));
 }
@@ -110,7 +110,7 @@ Variable FactStructure(const std::string& name, const std::vector<Fact>& facts) 
   return Structure(name, std::move(fields));
 }
 
-// A structure with a field for each plane, by what `value` makes of it.
+// A structure with a field for each plane; `value` makes the field.
 template <class Value>
 Variable ByPlane(const std::string& name, const PlaneSet& set, const Value& value) {
   std::vector<std::pair<std::string, Variable>> fields;
@@ -130,7 +130,7 @@ void Write(mat_t* file, const Variable& variable) {
 std::string EncodeMat(const PlaneSet& set) {
   const MemoryFile memory;
   {
-    // Its own header would have the date. It ends any with a zero byte, which here is the last.
+    // libmatio's own header has the date. It ends every header with a zero byte, which here is the last.
     std::string header = "MATLAB 5.0 MAT-file, created by orvanel " ORVANEL_VERSION;
     header.resize(kHeaderText, ' ');
     const std::unique_ptr<mat_t, int (*)(mat_t*)> file(

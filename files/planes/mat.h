@@ -1,4 +1,4 @@
-// MAT files, which MATLAB, Octave and SciPy load.
+// MAT writer for MATLAB, Octave and SciPy.
 #ifndef ORVANEL_FILES_PLANES_MAT_H
 #define ORVANEL_FILES_PLANES_MAT_H
 
@@ -9,9 +9,9 @@
 
 namespace orvanel::files {
 
-// All planes as a MAT file of version 5: a 256 x 256 matrix for each plane, under its name with what MATLAB allows in
-// one, and the structures "units", "descriptions" and "spacings" with a field for each of them; "eye" has the facts.
-// No date, so that the same planes give the same bytes.
+// All planes as a MAT file of version 5: a 256 x 256 matrix for each plane, its name in MATLAB's characters.
+// The structures "units", "descriptions" and "spacings" have a field for each plane; "eye" has the facts. There is no
+// date, so that the same planes give the same bytes.
 std::string EncodeMat(const PlaneSet& set);
 
 }  // namespace orvanel::files

@@ -1,4 +1,4 @@
-// The NPY format: magic, version, header length, a Python dictionary padded to a multiple of 64 bytes, the numbers.
+// Writes NPY: magic, version, header length, a Python dictionary padded to a multiple of 64 bytes, the numbers.
 #include "files/planes/npy.h"
 
 #include <cstdint>

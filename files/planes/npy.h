@@ -1,4 +1,4 @@
-// NPY files, which NumPy loads.
+// NPY writer for NumPy.
 #ifndef ORVANEL_FILES_PLANES_NPY_H
 #define ORVANEL_FILES_PLANES_NPY_H
 

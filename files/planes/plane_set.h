@@ -1,4 +1,4 @@
-// The planes of one eye on their way into a file, with what each of them means.
+// The planes of one eye with their descriptions, as the input of file writers.
 #ifndef ORVANEL_FILES_PLANES_PLANE_SET_H
 #define ORVANEL_FILES_PLANES_PLANE_SET_H
 
@@ -10,7 +10,7 @@
 
 namespace orvanel::files {
 
-// Something that a file says about its planes. The name is an identifier with the unit in it, such as
+// A property that a file states about its planes. The name is an identifier with the unit in it, such as
 // "pupil_diameter_mm"; text is UTF-8 in one line.
 struct Fact {
   std::string name;
@@ -21,11 +21,11 @@ struct Fact {
 struct NamedPlane {
   std::string name;         // the beginning of a file's name
   std::string description;  // one line
-  std::string unit;         // of the samples; "1" where they have none
+  std::string unit;         // of the samples; "1" if they have none
   const std::vector<double>* samples;
-  double samplesPerCm;         // the resolution that a picture file states, on retina or pupil; 0 where there is none
+  double samplesPerCm;         // the resolution in a picture file, on retina or pupil; 0 if there is none
   std::vector<Fact> spacings;  // between neighbouring samples, on each scale
-  std::vector<Fact> view;      // texts: from where it is looked at and, where that is known, which side is nasal
+  std::vector<Fact> view;      // texts: the view and, if known, the nasal side
 };
 
 struct PlaneSet {

@@ -1,4 +1,4 @@
-// From samples to 16-bit pixels.
+// Rounds samples to 16-bit pixels.
 #include "files/planes/png16.h"
 
 #include "files/pictures/picture_pixels.h"

@@ -1,4 +1,4 @@
-// PNG files with 16 bits a sample.
+// PNG writer with 16 bits per sample.
 #ifndef ORVANEL_FILES_PLANES_PNG16_H
 #define ORVANEL_FILES_PLANES_PNG16_H
 

@@ -1,4 +1,4 @@
-// TIFF through libtiff, into memory.
+// Writes TIFF to memory through libtiff.
 #include "files/planes/tiff.h"
 
 #include <tiffio.h>

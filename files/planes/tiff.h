@@ -1,4 +1,4 @@
-// TIFF files of floating-point samples, which image programs of laboratories read.
+// TIFF writer for one plane of 32-bit floats.
 #ifndef ORVANEL_FILES_PLANES_TIFF_H
 #define ORVANEL_FILES_PLANES_TIFF_H
 
@@ -9,9 +9,9 @@
 
 namespace orvanel::files {
 
-// The set's one plane as a TIFF file of one 32-bit float a sample. Description, units and scales stand in its image
-// description, one a line; its resolution is that on the retina (library scale) or in the pupil, in samples a
-// centimetre. No date, so that the same plane gives the same bytes.
+// The set's one plane as a TIFF file with one 32-bit float per sample. Its image description has description, units and
+// scales, one per line. Its resolution is that on the retina (library scale) or in the pupil, in samples per
+// centimetre. There is no date, so that the same plane gives the same bytes.
 std::string EncodeTiff(const PlaneSet& set);
 
 }  // namespace orvanel::files
