@@ -20,7 +20,7 @@ std::string RightAligned(const std::string& text, std::size_t width) {
   return std::string(width > text.size() ? width - text.size() : 0, ' ') + text;
 }
 
-// Terms in the order of their numbers.
+// Modes in the order of their numbers.
 std::vector<std::size_t> InOrder(Order order, std::size_t count) {
   std::vector<std::size_t> terms;
   for (std::size_t j = 0; j < count; ++j) {
@@ -83,7 +83,8 @@ std::string RefractionLines(const Eye& eye, CylinderSign sign) {
 std::string CoefficientReport(const Eye& eye, CylinderSign sign) {
   const Convention& convention = eye.coefficients.convention();
   const Coefficients stated = eye.coefficients.AsStated();
-  if (convention.order != Order::kNamed) ToList(convention.order, stated);  // all have a number
+  // Throws if a mode has no number.
+  if (convention.order != Order::kNamed) ToList(convention.order, stated);
   return ReportLine("Coefficients", "over " + NumberText(eye.pupil.value(), 6) + " mm, laterality " +
                                         SideText(eye.side) + ", in " + Text(convention)) +
          TermLines(convention, stated) + RmsLines(eye.coefficients.osa()) + RefractionLines(eye, sign);

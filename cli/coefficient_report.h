@@ -1,4 +1,4 @@
-// An eye's coefficients for people: the terms with their names, root mean squares, refraction.
+// Reports an eye's coefficients as text: modes with their names, root mean squares, refraction.
 #ifndef ORVANEL_CLI_COEFFICIENT_REPORT_H
 #define ORVANEL_CLI_COEFFICIENT_REPORT_H
 
@@ -11,14 +11,14 @@
 
 namespace orvanel::cli {
 
-// "Eye", "Measured" and "Changes", with which every report on an eye begins.
+// The lines "Eye", "Measured" and "Changes", which begin every report on an eye.
 std::string EyeLines(const Eye& measured, const std::vector<std::string>& changes);
 
-// "Refraction", by least squares and paraxial.
+// The lines "Refraction", least squares and paraxial.
 std::string RefractionLines(const Eye& eye, CylinderSign sign);
 
-// The whole report on an eye in its own convention. Throws Error where its order has no number for a term that is not
-// 0.
+// The whole report on an eye in its own convention. Throws Error if its index scheme has no number for a mode that is
+// not 0.
 std::string CoefficientReport(const Eye& eye, CylinderSign sign);
 
 }  // namespace orvanel::cli

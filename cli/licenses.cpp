@@ -1,4 +1,4 @@
-// The two files as they are embedded.
+// Gives access to the two embedded files.
 #include "cli/licenses.h"
 
 extern "C" {

@@ -1,4 +1,4 @@
-// What --licenses prints.
+// The text that --licenses prints.
 #ifndef ORVANEL_CLI_LICENSES_H
 #define ORVANEL_CLI_LICENSES_H
 
@@ -8,7 +8,7 @@
 
 namespace orvanel::cli {
 
-// The terms of Orvanel, and of what others wrote that is part of it: the files LICENSE and THIRD-PARTY-NOTICES.
+// The licence of Orvanel and of its third-party parts: the files LICENSE and THIRD-PARTY-NOTICES.
 std::string LicensesText();
 
 }  // namespace orvanel::cli

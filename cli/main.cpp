@@ -1,4 +1,4 @@
-// The program: one subcommand, and what becomes of its errors.
+// The program: runs one subcommand and reports its errors.
 #include <exception>
 #include <new>
 
@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
   try {
     const std::optional<Run> run = ReadCommandLine(Arguments(argc, argv), status);
     if (run) {
-      orvanel::KernelVariant();  // a wrong choice of kernels is an error before any work
+      orvanel::KernelVariant();  // an unknown name of kernels is an error before any work
       (*run)();
     }
   } catch (const FaultyRows& error) {

@@ -1,4 +1,4 @@
-// Writes the manual pages and the completion for bash into the folder that its argument names.
+// Writes the manual pages and the bash completion to the folder that its argument names.
 #include <filesystem>
 #include <fstream>
 #include <iostream>

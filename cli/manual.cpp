@@ -1,4 +1,4 @@
-// Roff and bash, from what the definition knows of itself.
+// Formats roff and bash from the options and descriptions of CLI11.
 #include "cli/manual.h"
 
 #include <sstream>
@@ -10,7 +10,7 @@
 namespace orvanel::cli {
 namespace {
 
-// Text that roff prints as it stands.
+// Escapes text that roff must print unchanged.
 std::string Escaped(std::string_view text) {
   std::string escaped;
   bool lineStart = true;
@@ -42,14 +42,14 @@ std::string Heading(const CLI::Option& option) {
 
 std::string Description(const CLI::Option& option) {
   const std::string usual = option.get_default_str();
-  return option.get_description() + (usual.empty() ? "" : "; unless said " + usual);
+  return option.get_description() + (usual.empty() ? "" : "; default " + usual);
 }
 
 std::string Entry(const std::string& heading, const std::string& description) {
   return ".TP\n.B " + Escaped(heading) + "\n" + Escaped(description) + "\n";
 }
 
-// All options, each with a blank in front.
+// All options, each after a blank.
 std::string Names(const CLI::App& app) {
   std::string words;
   for (const CLI::Option* option : app.get_options()) {
@@ -59,7 +59,7 @@ std::string Names(const CLI::App& app) {
   return words;
 }
 
-// The footer's paragraphs, with the examples under a heading of their own.
+// The paragraphs of the footer; its examples get their own heading.
 std::string Notes(const std::string& footer) {
   const std::size_t examples = footer.find("Examples:\n");
   std::string page = ".SH NOTES\n.nf\n" + Escaped(footer.substr(0, examples)) + ".fi\n";
@@ -67,8 +67,8 @@ std::string Notes(const std::string& footer) {
   return page + ".SH EXAMPLES\n.nf\n" + Escaped(footer.substr(footer.find('\n', examples) + 1)) + "\n.fi\n";
 }
 
-// The words that an option takes, where its description ends in a list of them: "Unit: mm, um, nm, waves", or, with
-// those that it takes unless told, "Which planes: wavefront, psf, mtf [psf,mtf]".
+// The words that an option accepts, if its description ends in a list of them: "Unit: mm, um, nm, waves". A default may
+// follow: "Which planes: wavefront, psf, mtf [psf,mtf]".
 std::string WordsTaken(const CLI::Option& option) {
   const std::string& description = option.get_description();
   const std::size_t colon = description.rfind(": ");

@@ -1,4 +1,4 @@
-// What is made of the command line's definition: manual pages and completion.
+// Generates manual pages and bash completion from the definition of the command line.
 #ifndef ORVANEL_CLI_MANUAL_H
 #define ORVANEL_CLI_MANUAL_H
 
@@ -10,14 +10,14 @@
 
 namespace orvanel::cli {
 
-// The manual page of the program, or of one of its subcommands, in the language of man.
-//   parent  the program, or null where `app` is the program
+// The manual page of the program, or of one of its subcommands, in roff.
+//   parent  the program, or null if `app` is the program
 std::string ManualPage(const CLI::App& app, const CLI::App* parent);
 
 // "orvanel-simulate".
 std::string ManualName(const CLI::App& app, const CLI::App* parent);
 
-// The completion of subcommands, their options, and the words that options take, also in lists with commas, for bash.
+// The bash completion of subcommands, their options, and the words that options accept, also in lists with commas.
 //   words  of options whose description does not list them
 std::string BashCompletion(const CLI::App& program, const std::map<std::string, std::string>& words);
 

@@ -1,4 +1,4 @@
-// What the program asks of the operating system as a process: arguments, streams, signals, the terminal.
+// Operating system functions for a process: arguments, streams, signals, the terminal.
 #ifndef ORVANEL_CLI_PROCESS_H
 #define ORVANEL_CLI_PROCESS_H
 
@@ -7,20 +7,20 @@
 
 namespace orvanel::cli {
 
-// The arguments behind the program's name; UTF-8 on Windows, the bytes as given elsewhere.
+// The arguments after the program's name; UTF-8 on Windows, the bytes as given elsewhere.
 std::vector<std::string> Arguments(int argc, char** argv);
 
-// From here to the program's end, a console shows UTF-8.
+// Makes a console display UTF-8 until the program ends.
 void ShowUtf8();
 
-// Opens descriptors 0 to 2 where they are closed, so that no file or pipe of the program takes their numbers. Reading
-// from what was closed fails, and so does writing to it.
+// Opens descriptors 0 to 2 if they are closed, so that no file or pipe of the program gets their numbers. Reading from
+// a descriptor that was closed still fails, and so does writing to it.
 void OpenStandardDescriptors();
 
-// Has the handler called where the program is asked to stop, and turns output that nobody takes into a failed write.
+// Calls the handler on a request to stop the program, and makes writing to a closed pipe fail instead of ending it.
 void HandleSignals(void (*handler)(int));
 
-// Whether a file descriptor is a terminal that understands escape sequences.
+// Whether a file descriptor is a terminal that supports escape sequences.
 bool IsTerminal(int descriptor);
 
 }  // namespace orvanel::cli

@@ -1,4 +1,4 @@
-// The process where the operating system is POSIX.
+// Implements process.h for POSIX.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -16,7 +16,7 @@ void ShowUtf8() {}
 void OpenStandardDescriptors() {
   for (int descriptor = 0; descriptor <= 2; ++descriptor) {
     if (fcntl(descriptor, F_GETFD) != -1 || errno != EBADF) continue;
-    // The lowest free descriptor is this one. Opened the wrong way round, so that using it remains an error.
+    // open returns the lowest free descriptor, this one. It has the wrong direction, so that using it remains an error.
     if (open("/dev/null", descriptor == 0 ? O_WRONLY : O_RDONLY) == -1) _exit(1);
   }
 }

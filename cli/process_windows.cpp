@@ -1,7 +1,7 @@
-// The process where the operating system is Windows.
+// Implements process.h for Windows.
 #include <io.h>
 #include <windows.h>
-// After windows.h, whose types it uses.
+// Needs the types of windows.h, so it comes after it.
 #include <shellapi.h>
 
 #include <csignal>
@@ -13,7 +13,7 @@
 namespace orvanel::cli {
 
 std::vector<std::string> Arguments(int /*argc*/, char** /*argv*/) {
-  // Those of main have lost what the system's code page lacks.
+  // The arguments of main lack characters that the system's code page does not have.
   std::vector<std::string> arguments;
   int count = 0;
   wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
@@ -28,7 +28,7 @@ void ShowUtf8() {
   std::atexit([] { SetConsoleOutputCP(before); });
 }
 
-// The C library gives the numbers 0 to 2 to no other file, closed or not.
+// The C library gives the numbers 0 to 2 to no other file, even if they are closed.
 void OpenStandardDescriptors() {}
 
 void HandleSignals(void (*handler)(int)) {

@@ -1,4 +1,4 @@
-// Lines, and the stream they go to.
+// Formats lines and writes them to standard output.
 #include "cli/report.h"
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// Sets the handlers of signals.
+// Installs signal handlers.
 #include "cli/signals.h"
 
 #include <csignal>

@@ -4,12 +4,12 @@
 
 namespace orvanel::cli {
 
-// From now on a request to stop is noted, and ends waiting for input. SIGHUP stays ignored under nohup. A pipe that
-// nobody reads and a file that may not grow become failures of the write.
+// From now on a request to stop is recorded, and ends waits for input. SIGHUP stays ignored under nohup. A closed pipe
+// and a file size limit make the write fail.
 void NoteInterruptions();
 
-// While it lives, the program ends as soon as it is asked to stop: for long work that does not check for requests and
-// has nothing to clear away.
+// During its lifetime, a request to stop ends the program at once: for long work that does not check for requests and
+// has nothing to clean up.
 class StopAtOnce {
  public:
   StopAtOnce();

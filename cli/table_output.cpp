@@ -1,4 +1,4 @@
-// Gathers pieces to blocks.
+// Collects pieces into blocks before writing.
 #include "cli/table_output.h"
 
 #include "cli/report.h"

@@ -1,4 +1,4 @@
-// Writes a table piece by piece, to a file that comes to its place whole or to standard output.
+// Writes a table in pieces, atomically to a file or to standard output.
 #ifndef ORVANEL_CLI_TABLE_OUTPUT_H
 #define ORVANEL_CLI_TABLE_OUTPUT_H
 
@@ -13,15 +13,15 @@ namespace orvanel::cli {
 class TableOutput {
  public:
   // Throws Error as NewFile does.
-  //   name  of the file; standard output where it is empty or "-"
+  //   name  of the file; standard output if it is empty or "-"
   TableOutput(const std::string& name, bool replace);
 
   bool isFile() const { return file_.has_value(); }
 
-  // Throws Error where the text cannot be written.
+  // Throws Error if the text cannot be written.
   void Write(const std::string& text);
 
-  // After the last piece: puts the file in its place.
+  // Renames the file to its place, after the last piece.
   void Finish();
 
  private:

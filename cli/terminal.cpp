@@ -1,4 +1,4 @@
-// Escape sequences of ECMA-48.
+// Formats with the escape sequences of ECMA-48.
 #include "cli/terminal.h"
 
 #include <cstdlib>
@@ -12,8 +12,8 @@
 namespace orvanel::cli {
 namespace {
 
-// Characters that Unicode reserves for a program's own use: they stand for escape sequences until all other text is
-// free of these.
+// Private-use characters of Unicode that stand for escape sequences, until control characters of all other text have
+// been replaced.
 constexpr std::string_view kBold = "\xEF\xB7\x90", kPlain = "\xEF\xB7\x91";
 
 bool GoesToTerminal(Stream stream) { return IsTerminal(stream == Stream::kOutput ? 1 : 2); }
@@ -30,7 +30,7 @@ bool IsDumb() {
 }  // namespace
 
 bool HasColour(Stream stream) {
-  const char* const refused = std::getenv("NO_COLOR");  // https://no-color.org: set to anything but nothing
+  const char* const refused = std::getenv("NO_COLOR");  // https://no-color.org: any value except the empty one
   return GoesToTerminal(stream) && !IsDumb() && (refused == nullptr || *refused == '\0');
 }
 

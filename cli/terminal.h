@@ -1,4 +1,4 @@
-// What a terminal gets and a file or pipe does not: colours and a progress bar.
+// Writes to a terminal: colours, a progress bar, and visible control characters.
 #ifndef ORVANEL_CLI_TERMINAL_H
 #define ORVANEL_CLI_TERMINAL_H
 
@@ -11,29 +11,29 @@ namespace orvanel::cli {
 
 enum class Stream { kOutput, kErrors };
 
-// Whether the stream is a terminal that is not told otherwise by NO_COLOR or TERM=dumb.
+// Whether the stream is a terminal, and neither NO_COLOR nor TERM=dumb is set.
 bool HasColour(Stream stream);
 
-// A text that ForTerminal turns into one in bold, where standard output has colour.
+// Marks a text for ForTerminal, which makes it bold if standard output has colour.
 std::string Bold(const std::string& text);
 
-// Lines as a terminal may get them: with bold text, and the control characters of all other text made visible.
+// Formats lines for a terminal: marked text is bold, and control characters of other text are visible.
 std::string ForTerminal(const std::string& lines);
 
-// "orvanel: ...", "orvanel: warning: ..." and "orvanel: note: ..." to the error output, control characters made
-// visible.
+// Print "orvanel: ...", "orvanel: warning: ..." and "orvanel: note: ..." to the error output with visible control
+// characters.
 void PrintError(const std::string& message);
 void PrintWarning(const std::string& message);
 void PrintNote(const std::string& message);
 
-// One line on the error output, control characters made visible, that is written over and over; nothing at all where
-// that is no terminal.
+// One line on the error output that is overwritten by each update, with visible control characters. It is not shown if
+// the error output is not a terminal.
 class StatusLine {
  public:
   StatusLine();
   StatusLine(const StatusLine&) = delete;
   StatusLine& operator=(const StatusLine&) = delete;
-  ~StatusLine();  // wipes the line
+  ~StatusLine();  // erases the line
 
   bool isShown() const { return shown_; }
   void Show(const std::string& text) const;
@@ -42,7 +42,7 @@ class StatusLine {
   bool shown_;
 };
 
-// A bar that grows with what is done.
+// A progress bar.
 class Progress {
  public:
   Progress(std::string label, std::size_t total);

@@ -1,4 +1,4 @@
-// The version of the header, and the kernels in use.
+// Formats the version of the header and the name of the kernels.
 #include "cli/version.h"
 
 #include "orvanel/optics_engine.h"

@@ -1,4 +1,4 @@
-// What --version prints.
+// The text that --version prints.
 #ifndef ORVANEL_CLI_VERSION_H
 #define ORVANEL_CLI_VERSION_H
 
@@ -8,7 +8,7 @@
 
 namespace orvanel::cli {
 
-// "orvanel 0.2.0", and in a second line the kernels with which the library computes on this machine.
+// "orvanel 0.2.0", and in a second line the kernels that the library uses on this machine.
 std::string VersionText();
 
 }  // namespace orvanel::cli

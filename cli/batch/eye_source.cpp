@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A message about an eye file, without the name of the file at its beginning.
+// Removes the name of the file from the beginning of a message about an eye file.
 UnreadableEye Unreadable(const std::string& file, const std::string& message) {
   const std::string name = file + ": ";
   return UnreadableEye(message.starts_with(name) ? message.substr(name.size()) : message);
@@ -91,7 +91,7 @@ bool EyeSource::NextFile(TableEye& eye) {
     hash.clear();
     throw;
   }
-  if (HashOfBytes(bytes) != hash) throw Error(name + ": was changed after the batch had begun; let --force begin anew");
+  if (HashOfBytes(bytes) != hash) throw Error(name + ": was changed after the batch began; start over with --force");
   try {
     eye.eye = EyeOfBytes(name, std::move(bytes), stated_);
   } catch (const ErrorAt&) {

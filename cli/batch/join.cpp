@@ -1,4 +1,4 @@
-// Chunks in turn, as they were dealt.
+// Copies the chunks of the shards round-robin, as they were assigned.
 #include "cli/batch/join.h"
 
 #include <algorithm>
@@ -20,11 +20,10 @@ struct ShardFile {
   explicit ShardFile(std::string its) : file(std::move(its)), stream(file) {
     std::optional<RunRecord> found = ReadRecord(file);
     if (!found) {
-      throw Error(file + ": " + RecordFileOf(file) +
-                  " is missing, which tells what its rows are; keep the two together");
+      throw Error(file + ": " + RecordFileOf(file) + " is missing, which describes its rows; keep both files together");
     }
     record = *std::move(found);
-    if (!record.end) throw Error(file + ": is not complete; let its run go on with --resume");
+    if (!record.end) throw Error(file + ": is not complete; continue its run with --resume");
   }
 
   std::string file;
@@ -35,7 +34,7 @@ struct ShardFile {
 
 using ShardFiles = std::vector<std::unique_ptr<ShardFile>>;
 
-// By number, all of one run, none missing or twice.
+// Opens the shards, ordered by number; all must belong to one run, with none missing or repeated.
 ShardFiles OpenAll(const std::vector<std::string>& names) {
   ShardFiles shards;
   for (const std::string& name : names) shards.push_back(std::make_unique<ShardFile>(name));
@@ -43,10 +42,10 @@ ShardFiles OpenAll(const std::vector<std::string>& names) {
   for (const auto& shard : shards) {
     const std::string difference = Difference(first.record, shard->record, true);
     if (!difference.empty()) {
-      throw Error(shard->file + ": is of another run than " + first.file + ": " + difference);
+      throw Error(shard->file + ": belongs to another run than " + first.file + ": " + difference);
     }
     if (shard->record.end->tableRows != first.record.end->tableRows) {
-      throw Error(shard->file + ": is of another table than " + first.file);
+      throw Error(shard->file + ": belongs to another table than " + first.file);
     }
   }
   std::sort(shards.begin(), shards.end(),
@@ -88,7 +87,7 @@ RunRecord JoinShards(const std::vector<std::string>& names, const std::string& r
   std::string header, row, pending;
   for (const auto& shard : shards) {
     if (!shard->rows.Next(row) || (!header.empty() && row != header)) {
-      throw Error(shard->file + ": its first row is not that of the other shards");
+      throw Error(shard->file + ": its first row differs from that of the other shards");
     }
     header = row;
   }
@@ -106,7 +105,7 @@ RunRecord JoinShards(const std::vector<std::string>& names, const std::string& r
     StopIfInterrupted();
     ShardFile& shard = *shards[i / record.chunkRows % shards.size()];
     if (!shard.rows.Next(row)) {
-      throw Error(shard.file + ": has fewer rows than its record tells; make it anew");
+      throw Error(shard.file + ": has fewer rows than its record states; compute it again");
     }
     pending += row;
     if (HasError(row)) ++errors;
@@ -115,10 +114,10 @@ RunRecord JoinShards(const std::vector<std::string>& names, const std::string& r
   }
   flush();
   for (const auto& shard : shards) {
-    if (shard->rows.Next(row)) throw Error(shard->file + ": has more rows than its record tells; make it anew");
-    // All of it is read now.
+    if (shard->rows.Next(row)) throw Error(shard->file + ": has more rows than its record states; compute it again");
+    // Now all of it has been read.
     if (shard->stream.bytesRead() != shard->record.resultsBytes || shard->stream.hash() != shard->record.resultsHash) {
-      throw Error(shard->file + ": was changed after its run had written it; make it anew");
+      throw Error(shard->file + ": was changed after its run had written it; compute it again");
     }
   }
   file.Commit();

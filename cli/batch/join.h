@@ -1,4 +1,4 @@
-// Shards back to one table.
+// Merges the results of shards to one table.
 #ifndef ORVANEL_CLI_BATCH_JOIN_H
 #define ORVANEL_CLI_BATCH_JOIN_H
 
@@ -10,8 +10,8 @@
 
 namespace orvanel::cli {
 
-// Writes the bytes that a single run would have written, and returns the record of such a run. Throws Error where a
-// shard is missing, not complete, or of another run.
+// Writes the bytes that a single run would have written, and returns the record of such a run. Throws Error if a shard
+// is missing, incomplete, or from another run.
 //   names  tables of results, in any order
 RunRecord JoinShards(const std::vector<std::string>& names, const std::string& results, bool replace);
 

@@ -1,4 +1,4 @@
-// Numbers in names.
+// Parses and formats the numbers in names.
 #include "cli/batch/numbered_files.h"
 
 #include <algorithm>
@@ -48,7 +48,7 @@ std::vector<fs::path> NumberedFiles::Existing(const std::function<bool(std::size
 void ClearAway(const std::vector<fs::path>& existing, bool replace) {
   if (existing.empty()) return;
   if (!replace) {
-    throw Error(existing.front().string() + ": is there already; choose another name, or let --force remove it" +
+    throw Error(existing.front().string() + ": exists already; choose another name, or let --force remove it" +
                 (existing.size() > 1 ? " and " + std::to_string(existing.size() - 1) + " more" : ""));
   }
   for (const fs::path& file : existing) {

@@ -1,4 +1,4 @@
-// Files beside the results that have the number of a row or chunk in their names.
+// Names, finds and removes files beside the results that have the number of a row or chunk in their names.
 #ifndef ORVANEL_CLI_BATCH_NUMBERED_FILES_H
 #define ORVANEL_CLI_BATCH_NUMBERED_FILES_H
 
@@ -12,7 +12,7 @@
 
 namespace orvanel::cli {
 
-// Names of the form beginning + digits + ending. ReplaceFile writes them.
+// Names of the form prefix + digits + ending. ReplaceFile writes the files.
 struct NumberedFiles {
   std::filesystem::path folder;
   std::string beginning, ending;
@@ -20,11 +20,11 @@ struct NumberedFiles {
 
   std::filesystem::path Path(std::size_t number) const;
 
-  // Those that are there and whose number `owned` says is ours, half ones included.
+  // Existing files whose number `owned` accepts, including partial ones.
   std::vector<std::filesystem::path> Existing(const std::function<bool(std::size_t number)>& owned) const;
 };
 
-// Removes existing files where `replace`, else throws Error naming the first.
+// Removes existing files if `replace`; otherwise throws Error with the first name.
 void ClearAway(const std::vector<std::filesystem::path>& existing, bool replace);
 
 }  // namespace orvanel::cli

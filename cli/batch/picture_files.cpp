@@ -1,4 +1,4 @@
-// Grey PNG pictures of 256 x 256 pixels.
+// Draws grey PNG pictures of 256 x 256 pixels.
 #include "cli/batch/picture_files.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ std::vector<PictureKind> PictureKindsNamed(std::string_view list) {
     const std::string_view word = list.substr(start, comma - start);
     const auto* const found =
         std::find_if(std::begin(kKinds), std::end(kKinds), [word](const auto& kind) { return kind.second == word; });
-    if (found == std::end(kKinds)) throw Error(Quoted(word) + " is no picture; it is one of psf, mtf, star");
+    if (found == std::end(kKinds)) throw Error(Quoted(word) + " is not one of psf, mtf, star");
     if (std::find(chosen.begin(), chosen.end(), found->first) == chosen.end()) chosen.push_back(found->first);
     start = comma + 1;
   }
@@ -42,7 +42,7 @@ PictureFolder::PictureFolder(const std::string& folder, std::vector<PictureKind>
   if (fs::is_directory(folder_, failure)) return;
   fs::create_directory(folder_, failure);
   if (!fs::is_directory(folder_, failure)) {
-    throw Error(folder + ": cannot be made a folder" + (failure ? ": " + failure.message() : ""));
+    throw Error(folder + ": cannot be created as a folder" + (failure ? ": " + failure.message() : ""));
   }
 }
 

@@ -1,4 +1,4 @@
-// Pictures of each eye of a batch, in a folder.
+// Writes pictures of each eye of a batch to a folder.
 #ifndef ORVANEL_CLI_BATCH_PICTURE_FILES_H
 #define ORVANEL_CLI_BATCH_PICTURE_FILES_H
 
@@ -15,13 +15,13 @@ namespace orvanel::cli {
 
 enum class PictureKind { kPsf, kMtf, kStar };
 
-// "psf,star": each once. Throws Error.
+// Parses "psf,star"; the result has each kind once. Throws Error.
 std::vector<PictureKind> PictureKindsNamed(std::string_view list);
 
-// Where the pictures of a row come: "0000001_psf.png".
+// The files of a row's pictures: "0000001_psf.png".
 class PictureFolder {
  public:
-  // Makes the folder where it is not there yet. Throws Error where that fails.
+  // Creates the folder if it does not exist. Throws Error if that fails.
   PictureFolder(const std::string& folder, std::vector<PictureKind> kinds);
 
   const std::vector<PictureKind>& kinds() const { return kinds_; }
@@ -32,13 +32,13 @@ class PictureFolder {
   std::vector<PictureKind> kinds_;
 };
 
-// Draws for one thread.
+// Draws pictures; one object for each thread.
 class Painter {
  public:
   //   star  the sector star, 256 x 256
   Painter(PictureFolder folder, const Plane& star);
 
-  // Writes the pictures of the eye measured last, each whole or not at all. Throws Error.
+  // Writes the pictures of the eye measured last, each atomically. Throws Error.
   //   row  from 0
   void Paint(std::size_t row, EyeMeter& meter);
 

@@ -1,4 +1,4 @@
-// Locks of ranges: a run that takes all chunks takes all of it, a shard its share.
+// Locks ranges of bytes: a run over all chunks locks all of them, a shard its share.
 #include "cli/batch/place_lock.h"
 
 #include <cerrno>
@@ -23,7 +23,7 @@ PlaceLock::PlaceLock(std::filesystem::path file, Shard shard, const std::string&
     descriptor_ = OpenForLocks(file_);
     if (descriptor_ == -1) throw Error(file_.string() + ": cannot be written: " + std::strerror(errno));
     const bool locked = LockRange(descriptor_, share * (shard.number - 1), shard.of == 1 ? kAll : share);
-    // A run that has ended meanwhile may have removed the file, whose lock then keeps out nobody.
+    // Another run may have ended and removed the file in the meantime. A lock on a removed file excludes nothing.
     if (locked && IsFileOf(descriptor_, file_)) return;
     Close(std::exchange(descriptor_, -1));
     if (!locked) throw Error(place + ": is being written by another run; wait for it, or give another name");

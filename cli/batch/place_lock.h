@@ -1,4 +1,4 @@
-// Locks the place of numbered files for a run, since these come and go one by one.
+// Locks the place of numbered files for a run, since a run creates and removes these one by one.
 #ifndef ORVANEL_CLI_BATCH_PLACE_LOCK_H
 #define ORVANEL_CLI_BATCH_PLACE_LOCK_H
 
@@ -10,12 +10,12 @@
 
 namespace orvanel::cli {
 
-// Holds the lock until its end. A file carries it, which the last of several runs removes; one that a killed run has
-// left locks out nobody. Shards of one division share a place.
+// Holds the lock until destruction. The lock is on a file, which the last of several runs removes. A file that a killed
+// run has left does not block other runs. Shards of one division share a place.
 class PlaceLock {
  public:
-  // Throws Error where another run has the place, or the file cannot be made.
-  //   place  as messages name it
+  // Throws Error if another run uses the place, or if the file cannot be created.
+  //   place  its name in messages
   PlaceLock(std::filesystem::path file, Shard shard, const std::string& place);
   PlaceLock(const PlaceLock&) = delete;
   PlaceLock& operator=(const PlaceLock&) = delete;

@@ -1,4 +1,4 @@
-// Chunks as they fill.
+// Writes the file of a chunk when the next chunk begins.
 #include "cli/batch/plane_chunks.h"
 
 #include <algorithm>
@@ -49,7 +49,7 @@ std::vector<PlaneKind> PlaneKindsNamed(std::string_view list) {
     const std::string_view word = list.substr(start, comma - start);
     const auto found = std::find_if(Kinds().begin(), Kinds().end(),
                                     [word](const KindWords& words) { return words.plane.name == word; });
-    if (found == Kinds().end()) throw Error(Quoted(word) + " is no plane; it is one of wavefront, psf, mtf");
+    if (found == Kinds().end()) throw Error(Quoted(word) + " is not one of wavefront, psf, mtf");
     if (std::find(chosen.begin(), chosen.end(), found->kind) == chosen.end()) chosen.push_back(found->kind);
     start = comma + 1;
   }
@@ -77,12 +77,12 @@ std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, E
 PlaneChunks::PlaneChunks(const std::string& file, std::vector<PlaneKind> kinds, std::size_t chunkRows)
     : kinds_(std::move(kinds)), chunkRows_(chunkRows) {
   constexpr std::size_t kDigits = 6;
-  FormatNamed("hdf5");  // says what is missing, should it be
+  FormatNamed("hdf5");  // throws with the missing library, if any
   const fs::path path = PathOf(file);
   files_ = {path.parent_path(), path.stem().string() + "-", path.extension().string(), kDigits};
   std::error_code ignored;
   if (!files_.folder.empty() && !fs::is_directory(files_.folder, ignored)) {
-    throw Error(files_.folder.string() + ": is not a folder; make it first");
+    throw Error(files_.folder.string() + ": is not a folder; create it first");
   }
 }
 
@@ -103,7 +103,7 @@ void PlaneChunks::Add(std::size_t row, const std::vector<std::string>& compresse
 void PlaneChunks::Finish() {
   if (!stack_) return;
   stack_->AddNumbers("row", "number of the row in the table of eyes, from 1", rows_);
-  stack_->AddNumbers("pupil_diameter_mm", "as simulated; not a number where the row is at fault", pupils_);
+  stack_->AddNumbers("pupil_diameter_mm", "as simulated; NaN where the row is invalid", pupils_);
   const std::string bytes = stack_->Finish();
   stack_.reset();
   rows_.clear();

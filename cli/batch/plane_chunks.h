@@ -1,4 +1,4 @@
-// Planes of many eyes in HDF5 files, one for each chunk of rows.
+// Writes planes of many eyes to HDF5 files, one for each chunk of rows.
 #ifndef ORVANEL_CLI_BATCH_PLANE_CHUNKS_H
 #define ORVANEL_CLI_BATCH_PLANE_CHUNKS_H
 
@@ -16,26 +16,26 @@ namespace orvanel::cli {
 
 enum class PlaneKind { kWavefront, kPsf, kMtf };
 
-// "psf,mtf": each once. Throws Error.
+// Parses "psf,mtf"; the result has each kind once. Throws Error.
 std::vector<PlaneKind> PlaneKindsNamed(std::string_view list);
 
 // The planes of the eye measured last, compressed.
 std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, EyeMeter& meter);
 
-// "planes.h5" becomes "planes-000001.h5" and so on. A file is written under a temporary name and gets its own when it
-// is whole.
+// "planes.h5" becomes "planes-000001.h5" and so on. A file is written under a temporary name and renamed when it is
+// complete.
 class PlaneChunks {
  public:
-  // Throws Error where the program is built without HDF5 or there is no such folder.
+  // Throws Error if the program is built without HDF5, or if the folder does not exist.
   PlaneChunks(const std::string& file, std::vector<PlaneKind> kinds, std::size_t chunkRows);
   ~PlaneChunks();
 
   const NumberedFiles& files() const { return files_; }
 
-  // The next row, from 0; without planes where the row is at fault. Rows of a chunk come together and in order.
+  // Adds the next row, from 0; without planes if the row is invalid. Rows of a chunk come consecutively, in order.
   void Add(std::size_t row, const std::vector<std::string>& compressed, double pupil);
 
-  // Puts the file of the last row in place.
+  // Completes the file of the last row.
   void Finish();
 
  private:

@@ -1,4 +1,4 @@
-// A line of progress.
+// Formats a line of progress.
 #include "cli/batch/rate.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Writes without a buffer, and a step back where one fails.
+// Writes without a buffer, and truncates after a failed write.
 #include "cli/batch/results_file.h"
 
 #include <cerrno>
@@ -25,7 +25,7 @@ ResultsFile::ResultsFile(std::string file, bool isNew) : file_(std::move(file)) 
     Refuse("is a symbolic link, which is not followed; give the name of the file itself");
   stream_.reset(OpenForAppending(path, isNew));
   if (!stream_) Refuse(std::string("cannot be written: ") + std::strerror(errno));
-  if (!fs::is_regular_file(path, ignored)) Refuse("is no file that can be gone on with; give the name of a plain file");
+  if (!fs::is_regular_file(path, ignored)) Refuse("is not a plain file; give the name of one");
   if (!LockOutOthers(stream_.get())) Refuse("is being written by another run; wait for it, or give another name");
   std::setvbuf(stream_.get(), nullptr, _IONBF, 0);
   std::error_code failure;
@@ -56,7 +56,7 @@ void ResultsFile::Append(const std::string& rows) {
   const std::string reason = std::strerror(errno);
   std::error_code ignored;
   fs::resize_file(PathOf(file_), size_, ignored);
-  Refuse("cannot be written: " + reason + "; all rows in it are whole, and --resume goes on from there");
+  Refuse("cannot be written: " + reason + "; all rows in it are complete, and --resume continues from there");
 }
 
 void ResultsFile::Synchronise() {

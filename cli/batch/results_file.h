@@ -1,4 +1,4 @@
-// The table of results while it grows: whole rows at its end, one run at a time.
+// Appends whole rows to the table of results and locks it for one run.
 #ifndef ORVANEL_CLI_BATCH_RESULTS_FILE_H
 #define ORVANEL_CLI_BATCH_RESULTS_FILE_H
 
@@ -11,26 +11,26 @@
 
 namespace orvanel::cli {
 
-// With the name "-" it is standard output, which is only added to.
+// The name "-" is standard output, which can only be appended to.
 class ResultsFile {
  public:
-  // Opens or makes the file and locks out other runs. Throws Error where it cannot be written, is a link or no plain
-  // file, or another run writes it.
-  //   isNew  nothing of this name must be there
+  // Opens or creates the file and locks out other runs. Throws Error if it cannot be written, is not a plain file, or
+  // is locked by another run. A link is not a plain file.
+  //   isNew  the file must not exist
   ResultsFile(std::string file, bool isNew);
 
   std::uintmax_t size() const { return size_; }
 
-  // Cuts off what is behind so many bytes.
+  // Truncates the file to so many bytes.
   void Keep(std::uintmax_t bytes);
 
-  // Adds whole rows at the end. Where they do not all fit, the file is as before, and Error is thrown.
+  // Appends whole rows. If they do not all fit, restores the file and throws Error.
   void Append(const std::string& rows);
 
-  // Has what was added come to the disk.
+  // Flushes appended rows to the disk.
   void Synchronise();
 
-  // Removes the file, should it be empty: a run that could not begin leaves nothing.
+  // Removes the file if it is empty, so that a run that could not begin leaves nothing.
   void RemoveIfEmpty();
 
  private:

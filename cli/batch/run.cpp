@@ -1,4 +1,4 @@
-// The calling thread reads and writes; others compute between.
+// The calling thread reads and writes; worker threads compute.
 #include "cli/batch/run.h"
 
 #include <algorithm>
@@ -33,14 +33,14 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-// An eye of the table or of an eye file on its way: first the eye, or what is wrong with it, then its results.
+// An eye in flight: first the eye, or its error, then its results.
 struct BatchRow {
   std::size_t row = 0;  // of the table or the list of files, from 0
   TableEye eye;
   std::string error;
-  std::string undersampled;  // what is wrong with the samples, which is no error
+  std::string undersampled;  // a warning about undersampling, which is not an error
   std::string line;          // of the results
-  bool again = false;        // the results have it, and planes or pictures are made again
+  bool again = false;        // the results have this row already; only planes or pictures are written again
   std::optional<Dropped> dropped;
   std::vector<std::string> planes;
   double pupil = std::numeric_limits<double>::quiet_NaN();
@@ -57,7 +57,7 @@ std::string ErrorText(const ErrorAt& error) {
          error.reason;
 }
 
-// Computes; one for each thread.
+// Computes eyes; one object for each thread.
 class Worker {
  public:
   Worker(const BatchRequest& request, const std::optional<PictureFolder>& pictures, const Plane& star)
@@ -87,7 +87,7 @@ class Worker {
         row.dropped.reset();
       }
     }
-    // What fails from here on is no fault of the eye and ends the run.
+    // From here on, a failure is not an error of the eye and ends the run.
     if (row.error.empty()) {
       if (!request_.planes.empty()) row.planes = CompressedPlanes(request_.planeKinds, meter_);
       if (painter_) painter_->Paint(row.row, meter_);
@@ -152,16 +152,16 @@ class Batch {
       if (record_.tableHash.empty()) record_.tableHash = source_.tableHash();  // a pipe
       if (record_.tableHash != source_.tableHash()) RefuseChangedTable();
       if (read_ < result_.earlier) {
-        throw Error(request_.results + ": has more rows than the table of eyes gives; --force begins anew");
+        throw Error(request_.results + ": has more rows than the table of eyes gives; start over with --force");
       }
       if (planes_) planes_->Finish();
       sure_ = all_;
       Write();
     } catch (const Interrupted&) {
       KeepWhatIsComputed();
-      throw Error("interrupted; all rows are whole" + std::string(IsPipe() || request_.results == kStandardStream
-                                                                      ? ""
-                                                                      : ", and --resume goes on from there"));
+      throw Error("interrupted; all rows are complete" + std::string(IsPipe() || request_.results == kStandardStream
+                                                                         ? ""
+                                                                         : ", and --resume continues from there"));
     } catch (...) {
       KeepWhatIsComputed();
       throw;
@@ -187,7 +187,7 @@ class Batch {
     return header + kErrorColumn + "\n";
   }
 
-  // ---- What is there already
+  // ---- Existing results
 
   void Begin() {
     std::error_code ignored;
@@ -195,7 +195,7 @@ class Batch {
         request_.results != kStandardStream && fs::exists(fs::symlink_status(PathOf(request_.results), ignored));
     if (found && !request_.resume && !request_.force) {
       throw Error(request_.results +
-                  ": is there already; --resume goes on with it, --force replaces it; or give another name");
+                  ": exists already; --resume continues it, --force replaces it; or give another name");
     }
     file_.emplace(request_.results, !found);
     try {
@@ -216,8 +216,7 @@ class Batch {
 
   void BeginAnew() {
     ClearAwayFiles();
-    // In this order, so that whatever is there at any moment belongs together: rows never stand beside the record of
-    // another run.
+    // In this order, so that files belong together at any moment: rows are never beside the record of another run.
     file_->Keep(0);
     WriteRecord(request_.results, record_);
     file_->Append(header_);
@@ -236,37 +235,37 @@ class Batch {
     for (const PictureKind kind : pictures_->kinds()) ClearAway(pictures_->FilesOf(kind).Existing(owned), replace);
   }
 
-  // Whether there are rows to go on from.
+  // Whether there are rows to continue from.
   bool GoesOn() {
     if (file_->size() == 0) return false;
     const std::optional<RunRecord> before = ReadRecord(request_.results);
-    const std::string refusal = request_.results + ": cannot be gone on with: ";
+    const std::string refusal = request_.results + ": cannot be continued: ";
     if (!before) {
-      throw Error(refusal + RecordFileOf(request_.results) + " is missing, which tells what its rows are");
+      throw Error(refusal + RecordFileOf(request_.results) + " is missing, which describes its rows");
     }
     if (IsPipe()) throw Error(refusal + "the table of eyes is a pipe; give a file");
     const std::string difference = Difference(*before, record_, false);
-    if (!difference.empty()) throw Error(refusal + difference + "; give another name, or let --force begin anew");
+    if (!difference.empty()) throw Error(refusal + difference + "; give another name, or start over with --force");
     const std::uintmax_t sure = before->resultsBytes;
-    // Cut short, by somebody or by a file system that has lost its end: with nothing to compare, all rows are computed.
+    // The results were truncated, by a user or a file system. There is nothing to compare, so all rows are computed.
     if (file_->size() < sure || sure < header_.size()) return false;
     if (before->end && file_->size() > sure) {
       throw Error(request_.results +
-                  ": has more rows than its run has written; take them away, or let --force begin anew");
+                  ": has more rows than its run has written; remove them, or start over with --force");
     }
     const WholeRows whole = ReadResults(sure);
     if (whole.bytes != sure || whole.hash.Text() != before->resultsHash) {
       throw Error(request_.results +
-                  ": was changed after its run had written it; give another name, or let --force begin anew");
+                  ": was changed after its run had written it; give another name, or start over with --force");
     }
-    file_->Keep(sure);  // what is behind was written after the record
+    file_->Keep(sure);  // the rest was written after the record
     onDisk_ = sure_ = all_ = {whole.bytes, whole.hash};
     result_.earlier = whole.rows;
     result_.errors = whole.errors;
     return true;
   }
 
-  // The rows of earlier runs. Notes which of their planes and pictures are not there or not whole.
+  // Reads the rows of earlier runs. Notes which of their planes and pictures are missing or incomplete.
   WholeRows ReadResults(std::uintmax_t bytes) {
     InputFile stream(request_.results);
     try {
@@ -291,7 +290,7 @@ class Batch {
     if (!whole) damaged_.insert(chunk);
   }
 
-  // ---- The table, which nobody must change meanwhile
+  // ---- The table, which must not change during the run
 
   bool IsPipe() const { return request_.eyeFiles.empty() && record_.tableHash.empty(); }
 
@@ -300,28 +299,28 @@ class Batch {
     const std::optional<FileState> state = StateOf(PathOf(request_.table));
     if (state == tableState_) return;
     if (HashOfFile(request_.table) != record_.tableHash) RefuseChangedTable();
-    tableState_ = state;  // touched, or replaced by its like
+    tableState_ = state;  // touched, or replaced by an equal file
   }
 
   [[noreturn]] void RefuseChangedTable() {
-    record_.tableHash.clear();  // so that no run goes on with these results
+    record_.tableHash.clear();  // so that no run continues these results
     pending_.clear();
     sure_ = onDisk_;
     throw Error(request_.table + ": was changed while it was read, so that " + request_.results +
-                " may have rows of both; let --force begin anew");
+                " may have rows of both; start over with --force");
   }
 
   // ---- Reading
 
   bool Read(Rows& rows) {
-    constexpr std::size_t kTogether = 16;  // so that small work is not lost in handing it over
+    constexpr std::size_t kTogether = 16;  // so that passing tasks to threads costs little per row
     const std::size_t together = request_.planes.empty() && request_.pictures.empty() ? kTogether : 1;
     rows.clear();
     for (BatchRow row; rows.size() < together && ReadRow(row); row = {}) rows.push_back(std::move(row));
     return !rows.empty();
   }
 
-  // The next row that is the shard's and that no earlier run has done; false at the end.
+  // The next row that belongs to the shard and is not done by an earlier run; false at the end.
   bool ReadRow(BatchRow& row) {
     for (;; ++row_) {
       StopIfInterrupted();
@@ -403,7 +402,7 @@ class Batch {
     if (Clock::now() - vouched_ >= kSeldom) Vouch();
   }
 
-  // Has the record tell how far the results are. They come to the disk first.
+  // Writes the progress to the record. The results are flushed to the disk first.
   void Vouch() {
     file_->Synchronise();
     record_.eyeFiles = source_.files();
@@ -413,7 +412,7 @@ class Batch {
     vouched_ = Clock::now();
   }
 
-  // Where writing was what failed, it fails once more.
+  // If the failure was a write, it fails once more.
   void KeepWhatIsComputed() {
     for (void (Batch::*const step)() : {&Batch::Write, &Batch::Vouch}) {
       try {
@@ -428,7 +427,7 @@ class Batch {
     if (!line_.isShown() || Clock::now() - shown_ < kSeldom) return;
     shown_ = Clock::now();
     const std::optional<double> share = source_.Share();
-    if (taken_ == 0) {  // still passing over what is done
+    if (taken_ == 0) {  // still skipping finished rows
       begun_ = shown_;
       before_ = share.value_or(0.0);
     }
@@ -444,15 +443,15 @@ class Batch {
   std::optional<PlaneChunks> planes_;
   std::optional<PictureFolder> pictures_;
   std::optional<PlaceLock> planesLock_, picturesLock_;
-  std::set<std::size_t> damaged_;  // chunks of earlier runs of which files are missing or not whole
+  std::set<std::size_t> damaged_;  // chunks of earlier runs with missing or incomplete files
   std::optional<FileState> tableState_;
 
-  std::size_t row_ = 0;   // of the table, to be read next
-  std::size_t read_ = 0;  // the shard's rows of earlier runs that are passed over
+  std::size_t row_ = 0;   // of the table: the next row to read
+  std::size_t read_ = 0;  // rows of the shard, done by earlier runs, that are skipped
   std::size_t taken_ = 0;
   BatchResult result_;
-  std::string pending_;  // whole rows on their way to the file
-  // Beginnings of the results.
+  std::string pending_;  // whole rows that are not yet in the file
+  // Prefixes of the results.
   struct Beginning {
     std::uintmax_t bytes = 0;
     Fnv1a hash;
@@ -461,11 +460,11 @@ class Batch {
       hash.Add(rows);
     }
   };
-  Beginning all_;     // with what is pending
-  Beginning sure_;    // of that, all whose planes are in place
-  Beginning onDisk_;  // of that, what is in the file
+  Beginning all_;     // including pending_
+  Beginning sure_;    // the part of all_ whose planes are all in place
+  Beginning onDisk_;  // the part of all_ that is in the file
   Clock::time_point written_ = Clock::now(), vouched_ = written_, shown_ = written_, begun_ = written_;
-  double before_ = 0.0;  // share of the table that earlier runs had done
+  double before_ = 0.0;  // share of the table that earlier runs have done
   StatusLine line_;
 };
 

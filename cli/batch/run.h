@@ -1,4 +1,4 @@
-// A run of a batch: from a table of eyes, or from eye files, to a table of results.
+// Runs a batch: from a table of eyes, or from eye files, to a table of results.
 #ifndef ORVANEL_CLI_BATCH_RUN_H
 #define ORVANEL_CLI_BATCH_RUN_H
 
@@ -21,7 +21,7 @@ namespace orvanel::cli {
 
 struct BatchRequest {
   std::string table, results;
-  std::vector<std::string> eyeFiles;  // where there are any, they take the place of the table
+  std::vector<std::string> eyeFiles;  // if there are any, they replace the table
   TableKind kind = TableKind::kCsv;
   Statement stated;
   TableOptions tableOptions;
@@ -30,7 +30,7 @@ struct BatchRequest {
   std::size_t jobs = 1;
   bool strict = false, resume = false, force = false;
   double maxUndersampled = kLargestUndersampledShare;  // rows above it are counted, and stop a strict run
-  std::string planes, pictures;                        // a file and a folder; empty where none are wanted
+  std::string planes, pictures;                        // a file and a folder; empty if none are wanted
   std::vector<PlaneKind> planeKinds;
   std::vector<PictureKind> pictureKinds;
   RunRecord record;  // settings, shard and chunk
@@ -38,9 +38,9 @@ struct BatchRequest {
 
 struct BatchResult {
   std::size_t rows = 0;          // of the results
-  std::size_t earlier = 0;       // of them, by earlier runs
-  std::size_t errors = 0;        // of them, with an error
-  std::size_t again = 0;         // of them, those whose planes and pictures had to be made again
+  std::size_t earlier = 0;       // rows of earlier runs
+  std::size_t errors = 0;        // rows with an error
+  std::size_t again = 0;         // rows of earlier runs whose planes and pictures are written again
   std::size_t undersampled = 0;  // rows of this run above maxUndersampled
   DroppedOfMany dropped;         // by this run
 };
@@ -48,10 +48,10 @@ struct BatchResult {
 // The columns that a run computes.
 std::vector<std::string> ResultColumns(const BatchRequest& request);
 
-// Every row of the table that is the shard's becomes one row of the results, in the same order: the user's own columns,
-// the chosen ones, and the error, empty where there is none. So does every eye file, with its name in the column
-// "file". Throws Error; what is in the results then are whole rows.
-//   tell  is called before the first row is read, with what the columns of the table are read as; empty for eye files
+// Computes one row of results for each row of the table in the shard, in the same order. A row has the user's columns,
+// the chosen columns, and the error, empty if there is none. An eye file becomes a row with its name in the column
+// "file". Throws Error; the results then contain whole rows only.
+//   tell  is called before the first row with the summary of the table's columns; empty for eye files
 BatchResult RunBatch(const BatchRequest& request, const std::function<void(const std::string& columns)>& tell = {});
 
 constexpr const char* kErrorColumn = "error";

@@ -1,4 +1,4 @@
-// Records as JSON.
+// Stores records as JSON.
 #include "cli/batch/run_record.h"
 
 #include <algorithm>
@@ -26,7 +26,7 @@ class OlderVersion : public Error {
   using Error::Error;
 };
 
-// A whole number within limits. Throws where it is none.
+// A whole number within limits. Throws if it is not one.
 std::size_t Count(const Json& json, const char* key, std::size_t least, std::size_t most) {
   const Json& value = json.at(key);
   if (!value.is_number_unsigned() || value.get<std::size_t>() < least || value.get<std::size_t>() > most) {
@@ -58,7 +58,7 @@ std::string DifferenceOfSettings(const RunRecord& before, const RunRecord& now, 
 std::string DifferenceOfFiles(const std::vector<EyeFile>& before, const std::vector<EyeFile>& now) {
   const auto sameName = [](const EyeFile& a, const EyeFile& b) { return a.name == b.name; };
   if (!std::equal(before.begin(), before.end(), now.begin(), now.end(), sameName)) {
-    return "the list of eye files is another";
+    return "the list of eye files differs";
   }
   const auto changed = std::mismatch(before.begin(), before.end(), now.begin()).second;
   return changed == now.end() ? "" : "the eye file " + changed->name + " was changed";
@@ -116,7 +116,7 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
     record.chunkRows = Count(json, "chunk_rows", 1, kMostChunkRows);
     if (!json.contains("results_hash")) {
       throw OlderVersion(name + ": is of version " + record.version +
-                         ", whose records cannot tell whether rows were changed; let --force begin anew");
+                         ", whose records cannot show whether rows were changed; start over with --force");
     }
     record.resultsBytes = Count(json, "results_bytes", 0, kAny);
     record.resultsHash = json.at("results_hash");
@@ -125,13 +125,13 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
   } catch (const OlderVersion&) {
     throw;
   } catch (const std::exception&) {
-    throw Error(name + ": is no record of a batch; move it away, or let --force begin anew");
+    throw Error(name + ": is not a record of a batch; move it away, or start over with --force");
   }
 }
 
 std::string Difference(const RunRecord& before, const RunRecord& now, bool anyShard) {
   if (before.version != now.version) return "it was version " + before.version + " and is " + now.version;
-  if (before.tableHash != now.tableHash) return "the table of eyes is another, or was changed";
+  if (before.tableHash != now.tableHash) return "the table of eyes differs or was changed";
   std::string difference = DifferenceOfFiles(before.eyeFiles, now.eyeFiles);
   if (!difference.empty()) return difference;
   if (before.chunkRows != now.chunkRows) {
@@ -149,7 +149,7 @@ std::string Difference(const RunRecord& before, const RunRecord& now, bool anySh
 std::string HashOfFile(const std::string& file) {
   std::error_code ignored;
   if (file == kStandardStream || !fs::is_regular_file(PathOf(file), ignored))
-    return "";  // not even opened, which might wait for a writer
+    return "";  // not opened, since opening might wait for a writer
   InputFile stream(file);
   stream.ignore(std::numeric_limits<std::streamsize>::max());
   return stream.hash();

@@ -1,4 +1,4 @@
-// Counting of chunks.
+// Counts chunks and rows of shards.
 #include "cli/batch/shard.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace orvanel::cli {
 Shard ParseShard(std::string_view text) {
   const std::size_t slash = text.find('/');
   if (slash == std::string_view::npos) {
-    throw Error(Quoted(text) + " is no shard; write its number and how many there are, as 2/8");
+    throw Error(Quoted(text) + " is not a shard; write its number and the number of shards, as 2/8");
   }
   Shard shard;
   shard.of = ParseCount(text.substr(slash + 1), 1, kMostShards);

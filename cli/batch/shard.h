@@ -1,4 +1,4 @@
-// The part of a table that one run of several takes.
+// The part of a table that one of several runs computes.
 #ifndef ORVANEL_CLI_BATCH_SHARD_H
 #define ORVANEL_CLI_BATCH_SHARD_H
 
@@ -9,8 +9,8 @@
 
 namespace orvanel::cli {
 
-// Rows are taken together in chunks, and chunks are dealt to the shards like cards: the first to shard 1, the second to
-// shard 2, and so on. Which row belongs to which shard thus depends on no other row.
+// Rows form chunks, and chunks are assigned to the shards round-robin: the first to shard 1, the second to shard 2, and
+// so on. So the shard of a row depends on no other row.
 struct Shard {
   std::size_t number = 1, of = 1;
   friend bool operator==(const Shard&, const Shard&) = default;
@@ -18,18 +18,18 @@ struct Shard {
 
 constexpr std::size_t kMostShards = 1000000, kMostChunkRows = 1000000;
 
-// "2/8". Throws Error.
+// Parses "2/8". Throws Error.
 Shard ParseShard(std::string_view text);
 
-// Whether a chunk, from 0, is the shard's.
+// Whether a chunk, counted from 0, belongs to the shard.
 inline bool Owns(Shard shard, std::size_t chunk) { return chunk % shard.of == shard.number - 1; }
 
-// The row of the table, from 0, that is the shard's row `own`, from 0.
+// The row of the table, from 0, that is row `own` of the shard, from 0.
 inline std::size_t RowOf(Shard shard, std::size_t chunkRows, std::size_t own) {
   return (own / chunkRows * shard.of + shard.number - 1) * chunkRows + own % chunkRows;
 }
 
-// How many of the first `rows` rows are the shard's.
+// The number of the first `rows` rows that belong to the shard.
 std::size_t RowsOf(Shard shard, std::size_t chunkRows, std::size_t rows);
 
 }  // namespace orvanel::cli

@@ -1,4 +1,4 @@
-// Columns are read from the file, so that a run that was resumed or merged has the statistics of an unbroken one.
+// Reads columns from the file, so that resumed and merged runs have the statistics of an uninterrupted one.
 #include "cli/batch/statistics.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr std::size_t kMostBytes = 100U << 20U;  // of numbers held at a time
+constexpr std::size_t kMostBytes = 100U << 20U;  // of numbers in memory at a time
 
 bool IsAxis(const std::string& column) { return column.find("_axis_deg") != std::string::npos; }
 
@@ -32,7 +32,7 @@ std::size_t CountRows(const std::string& results) {
   return rows;
 }
 
-// The values of several columns in rows without error, which is the last field.
+// The values of several columns in rows without error. The error is the last field.
 std::vector<std::vector<double>> ReadColumns(const std::string& results, std::span<const std::string> columns,
                                              std::size_t rows) {
   InputFile stream(results);
@@ -82,7 +82,7 @@ Statistics StatisticsOf(std::vector<double>& values) {
   statistics.count = values.size();
   const auto count = static_cast<double>(values.size());
   if (values.empty()) return statistics;
-  // About the first value, so that what is the same everywhere has a deviation of 0.
+  // Relative to the first value, so that equal values have a deviation of 0.
   double sum = 0.0, squares = 0.0;
   for (const double value : values) sum += value - values[0];
   statistics.mean = values[0] + sum / count;

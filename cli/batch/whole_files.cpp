@@ -1,4 +1,4 @@
-// Reads the ends of files alone, which is enough to find a file cut short.
+// Reads only the ends of files, which is enough to detect a truncated file.
 #include "cli/batch/whole_files.h"
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// So many bytes at a place of a plain file; fewer or none where they are not there.
+// So many bytes at a position of a plain file; fewer or none if they do not exist.
 std::string BytesAt(const fs::path& file, std::uintmax_t place, std::size_t count) {
   std::string bytes(count, '\0');
   std::ifstream stream(file, std::ios::binary);
@@ -22,7 +22,7 @@ std::string BytesAt(const fs::path& file, std::uintmax_t place, std::size_t coun
   return bytes;
 }
 
-// 0 where it is no plain file.
+// 0 if it is not a plain file.
 std::uintmax_t SizeOf(const fs::path& file) {
   std::error_code failure;
   if (!fs::is_regular_file(file, failure)) return 0;
@@ -41,7 +41,7 @@ bool IsWholePng(const fs::path& file) {
 
 bool IsWholeHdf5(const fs::path& file) {
   using std::string_view_literals::operator""sv;
-  constexpr std::string_view kBeginning = "\x89HDF\r\n\x1A\n\0"sv;  // with the version
+  constexpr std::string_view kBeginning = "\x89HDF\r\n\x1A\n\0"sv;  // including the version
   constexpr std::size_t kPlaceOfEnd = 40, kHead = 48;
   const std::string head = BytesAt(file, 0, kHead);
   if (head.size() < kHead || !head.starts_with(kBeginning)) return false;

@@ -1,4 +1,4 @@
-// Tells whether files that this program has written are there and have all their bytes.
+// Checks whether files that this program has written exist and are complete.
 #ifndef ORVANEL_CLI_BATCH_WHOLE_FILES_H
 #define ORVANEL_CLI_BATCH_WHOLE_FILES_H
 
@@ -8,10 +8,10 @@
 
 namespace orvanel::cli {
 
-// By the chunk that ends every PNG file.
+// By the chunk at the end of every PNG file.
 bool IsWholePng(const std::filesystem::path& file);
 
-// By the length that an HDF5 file of the oldest version has in its head.
+// By the length in the header of an HDF5 file of the oldest version.
 bool IsWholeHdf5(const std::filesystem::path& file);
 
 }  // namespace orvanel::cli

@@ -1,4 +1,4 @@
-// Line feeds outside of quotes.
+// Splits bytes at line feeds outside quotes.
 #include "cli/batch/whole_rows.h"
 
 #include "base/error.h"
@@ -33,7 +33,7 @@ WholeRows ReadWholeRows(std::istream& stream, const std::string& header, std::ui
   RowReader reader(stream);
   bool isHeader = true;
   for (std::string row; whole.bytes < bytes && reader.Next(row) && row.size() <= bytes - whole.bytes;) {
-    if (isHeader && row != header) throw Error("its first row is another than this run writes");
+    if (isHeader && row != header) throw Error("its first row differs from the one that this run writes");
     whole.bytes += row.size();
     whole.hash.Add(row);
     if (!isHeader) {

@@ -13,13 +13,13 @@
 
 namespace orvanel::cli {
 
-// Reads rows as they stand, with their line feed; quoted fields may hold line feeds.
+// Reads rows unchanged, with their line feed; quoted fields may contain line feeds.
 class RowReader {
  public:
   // The stream must outlive the reader.
   explicit RowReader(std::istream& stream) : stream_(stream) {}
 
-  // False where no whole row is left.
+  // False if no whole row is left.
   bool Next(std::string& row);
 
  private:
@@ -28,7 +28,7 @@ class RowReader {
   std::size_t next_ = 0;  // in buffer_
 };
 
-// The last column of a table of results is empty where there is no error.
+// The last column of a table of results is empty if there is no error.
 inline bool HasError(const std::string& row) { return row.size() < 2 || row[row.size() - 2] != ','; }
 
 struct WholeRows {
@@ -38,9 +38,9 @@ struct WholeRows {
   std::size_t errors = 0;    // rows with one
 };
 
-// Reads the first `bytes` bytes, and fewer where that is within a row or beyond the end. Throws Error where the first
-// row is another than the header.
-//   visit  gets each row, counted from 0, but the header
+// Reads the first `bytes` bytes, or fewer if these end within a row or after the end. Throws Error if the first row
+// differs from the header.
+//   visit  gets each row after the header, counted from 0
 WholeRows ReadWholeRows(std::istream& stream, const std::string& header, std::uintmax_t bytes,
                         const std::function<void(std::size_t, const std::string&)>& visit);
 

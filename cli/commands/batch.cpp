@@ -236,7 +236,7 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
   BatchRequest& request = command.request;
   ChooseEyes(command);
   if (request.resume && (request.table == kStandardStream || request.results == kStandardStream)) {
-    throw CLI::ValidationError("--resume", "needs files; standard input and output cannot be gone on with");
+    throw CLI::ValidationError("--resume", "needs files; standard input and output cannot be continued");
   }
   if (command.summary && request.results == kStandardStream) {
     throw CLI::ValidationError("--summary", "reads the results once more; give --output a file");

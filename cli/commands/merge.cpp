@@ -20,10 +20,9 @@ constexpr const char* kMergeExamples =
     "  orvanel merge shard_*.csv -o all.csv --summary";
 
 constexpr const char* kMergeNotes =
-    "Each shard is a table of 'orvanel batch --shard', with its record beside it (.orvanel). They may come in any "
-    "order;\n"
-    "all must be there, complete, and of one table with the same settings. The result has the bytes of a run without\n"
-    "shards.\n";
+    "Each shard is a table of 'orvanel batch --shard', with its record beside it (.orvanel). Their order\n"
+    "does not matter. All must exist, be complete, and be of one table with the same settings. The result has the\n"
+    "bytes of a run without shards.\n";
 
 struct MergeCommand {
   std::vector<std::string> shards;
@@ -50,7 +49,7 @@ Run DefineMerge(CLI::App& app) {
   CLI::App& merge = *app.add_subcommand("merge", "Join the shards of a batch to one table.");
   merge.add_option("SHARD", command->shards, "The tables of all shards")->required()->type_name("FILE");
   merge.add_option("-o,--output", command->output, "The table to write, .csv")->required()->type_name("FILE");
-  merge.add_flag("--force", command->force, "Replace the table where it is there already");
+  merge.add_flag("--force", command->force, "Replace an existing table");
   merge.add_flag("--summary", command->summary, "Print mean, standard deviation and percentiles of each column");
   merge.footer(std::string(kMergeNotes) + "\n" + kMergeExamples);
   merge.final_callback([command] {

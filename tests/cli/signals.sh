@@ -92,7 +92,7 @@ for signal in INT TERM; do
   } >&3 &
   writer=$!
   ends $signal waiting.csv "$program" batch waiting.csv -o out.csv --force --metrics rms --jobs 2
-  grep -q 'all rows are whole' errors || fail "$(cat errors)"
+  grep -q 'all rows are complete' errors || fail "$(cat errors)"
   grep -q '^100,1e-17,0,0,$' out.csv || fail "no rows are kept: $(head -3 out.csv)"
   exec 3>&-
   writer=none

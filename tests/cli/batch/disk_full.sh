@@ -12,7 +12,7 @@ for limit in 1 33 64 100; do # KiB
   status=0
   (ulimit -f "$limit" && exec "$program" batch eyes.csv -o cut.csv --metrics rms,refraction --force >/dev/null 2>errors) || status=$?
   [ "$status" -eq 1 ] || { echo "status $status with $limit KiB"; exit 1; }
-  grep -q 'cut.csv: cannot be written: File too large; all rows in it are whole, and --resume goes on' errors || { cat errors; exit 1; }
+  grep -q 'cut.csv: cannot be written: File too large; all rows in it are complete, and --resume continues' errors || { cat errors; exit 1; }
   [ -z "$(tail -c 1 cut.csv)" ] || { echo "a row is torn with $limit KiB"; exit 1; }
   head -c "$(stat -c %s cut.csv)" whole.csv | cmp - cut.csv
   "$program" batch eyes.csv -o cut.csv --metrics rms,refraction --resume >/dev/null

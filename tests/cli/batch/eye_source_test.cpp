@@ -124,7 +124,7 @@ TEST(EyeSource, AFileThatChangesOrAppearsAfterTheBeginningIsRefused) {
     } catch (const UnreadableEye&) {
       FAIL() << "taken for a row at fault";
     } catch (const Error& error) {
-      EXPECT_EQ(error.what(), name + ": was changed after the batch had begun; let --force begin anew");
+      EXPECT_EQ(error.what(), name + ": was changed after the batch began; start over with --force");
     }
   }
 }

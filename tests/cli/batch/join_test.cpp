@@ -62,7 +62,7 @@ TEST(Join, NoticesRowsThatWereChanged) {
   std::string header = text;
   header.replace(0, 3, "ID,");
   Write(shards[1], header);
-  EXPECT_NE(Refusal(shards, joined).find("its first row is not that of the other shards"), std::string::npos);
+  EXPECT_NE(Refusal(shards, joined).find("its first row differs from that of the other shards"), std::string::npos);
   Write(shards[1], text);
   EXPECT_EQ(Refusal(shards, joined), "accepted");
 }
@@ -74,7 +74,7 @@ TEST(Join, RefusesShardsOfTablesOfDifferentLength) {
   RunRecord record = *ReadRecord(shards[1]);
   --record.end->tableRows;
   WriteRecord(shards[1], record);
-  EXPECT_NE(Refusal(shards, (folder / "joined.csv").string()).find("is of another table than"), std::string::npos);
+  EXPECT_NE(Refusal(shards, (folder / "joined.csv").string()).find("belongs to another table than"), std::string::npos);
 }
 
 TEST(Join, ReplacesNoneOfItsShards) {
@@ -114,15 +114,15 @@ TEST(Join, RefusesWhatDoesNotBelongTogether) {
 
   const std::string text = Read(shards[1]), record = Read(RecordFileOf(shards[1]));
   Write(shards[1], text.substr(0, text.rfind('\n', text.size() - 2) + 1));
-  EXPECT_NE(Refusal(shards, joined).find("fewer rows than its record tells"), std::string::npos);
+  EXPECT_NE(Refusal(shards, joined).find("fewer rows than its record states"), std::string::npos);
   Write(shards[1], text + "a,,,,,,\n");
-  EXPECT_NE(Refusal(shards, joined).find("more rows than its record tells"), std::string::npos);
+  EXPECT_NE(Refusal(shards, joined).find("more rows than its record states"), std::string::npos);
   Write(shards[1], text);
 
   RunRecord changed = *ReadRecord(shards[1]);
   changed.tableHash = "of another";
   WriteRecord(shards[1], changed);
-  EXPECT_NE(Refusal(shards, joined).find("the table of eyes is another"), std::string::npos);
+  EXPECT_NE(Refusal(shards, joined).find("the table of eyes differs"), std::string::npos);
   changed = *ReadRecord(shards[0]);
   changed.shard.number = 2;
   changed.end.reset();

@@ -91,7 +91,7 @@ TEST(RunRecord, ARecordOfAnOlderVersionIsRefusedWithItsReason) {
     ReadRecord(results);
     FAIL() << "accepted";
   } catch (const Error& error) {
-    EXPECT_NE(std::string(error.what()).find("is of version 0.1.0, whose records cannot tell"), std::string::npos);
+    EXPECT_NE(std::string(error.what()).find("is of version 0.1.0, whose records cannot show"), std::string::npos);
   }
 }
 
@@ -102,7 +102,7 @@ TEST(RunRecord, TellsWhatIsDifferent) {
     return Difference(Sample(), record, anyShard);
   };
   EXPECT_EQ(changed([](RunRecord& r) { r.version = "2"; }, true), "it was version 1.2.3 and is 2");
-  EXPECT_EQ(changed([](RunRecord& r) { r.tableHash = "f"; }, true), "the table of eyes is another, or was changed");
+  EXPECT_EQ(changed([](RunRecord& r) { r.tableHash = "f"; }, true), "the table of eyes differs or was changed");
   EXPECT_EQ(changed([](RunRecord& r) { r.chunkRows = 8; }, true), "--chunk was 64 and is 8");
   EXPECT_EQ(changed([](RunRecord& r) { r.shard.number = 1; }, false), "--shard was 2/3 and is 1/3");
   EXPECT_EQ(changed([](RunRecord& r) { r.shard.number = 1; }, true), "");
@@ -127,10 +127,10 @@ TEST(RunRecord, TellsWhichEyeFileIsDifferent) {
   EXPECT_EQ(changed({{"a.json", "1"}, {"b.json", "2"}}), "");
   EXPECT_EQ(changed({{"a.json", "1"}, {"b.json", "3"}}), "the eye file b.json was changed");
   EXPECT_EQ(changed({{"a.json", ""}, {"b.json", "2"}}), "the eye file a.json was changed");
-  EXPECT_EQ(changed({{"b.json", "2"}, {"a.json", "1"}}), "the list of eye files is another");
-  EXPECT_EQ(changed({{"a.json", "1"}}), "the list of eye files is another");
-  EXPECT_EQ(changed({}), "the list of eye files is another");
-  EXPECT_EQ(changed({{"a.json", "1"}, {"b.json", "2"}, {"c.json", "3"}}), "the list of eye files is another");
+  EXPECT_EQ(changed({{"b.json", "2"}, {"a.json", "1"}}), "the list of eye files differs");
+  EXPECT_EQ(changed({{"a.json", "1"}}), "the list of eye files differs");
+  EXPECT_EQ(changed({}), "the list of eye files differs");
+  EXPECT_EQ(changed({{"a.json", "1"}, {"b.json", "2"}, {"c.json", "3"}}), "the list of eye files differs");
 }
 
 TEST(RunRecord, AHashKnowsEveryByte) {

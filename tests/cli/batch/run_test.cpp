@@ -135,7 +135,7 @@ TEST(Run, AnEyeFileThatChangesMeanwhileStopsIt) {
     RunBatch(request, [&file](const std::string&) { Write(file, Read(file) + "\n"); });
     FAIL() << "not noticed";
   } catch (const Error& error) {
-    EXPECT_EQ(error.what(), file + ": was changed after the batch had begun; let --force begin anew");
+    EXPECT_EQ(error.what(), file + ": was changed after the batch began; start over with --force");
   }
 }
 
@@ -236,7 +236,7 @@ TEST(Run, ItGoesOnWithNothingButItsOwnResults) {
   BatchRequest request = RequestIn(folder);
   RunBatch(request);
   const std::string whole = Read(request.results);
-  EXPECT_NE(Refusal(request).find("is there already"), std::string::npos);
+  EXPECT_NE(Refusal(request).find("exists already"), std::string::npos);
   request.resume = true;
   BatchRequest other = request;
   other.record.settings = {{"--pupil", "4"}};
@@ -245,7 +245,7 @@ TEST(Run, ItGoesOnWithNothingButItsOwnResults) {
   other.choice.metrics = MetricsNamed("rms");
   EXPECT_NE(Refusal(other).find("the columns of the results are others"), std::string::npos);
   Write(folder / "eyes.csv", TableOfEyes(21));
-  EXPECT_NE(Refusal(request).find("the table of eyes is another"), std::string::npos);
+  EXPECT_NE(Refusal(request).find("the table of eyes differs"), std::string::npos);
   std::filesystem::remove(RecordFileOf(request.results));
   EXPECT_NE(Refusal(request).find("is missing"), std::string::npos);
   EXPECT_EQ(Read(request.results), whole);
