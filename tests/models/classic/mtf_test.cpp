@@ -180,6 +180,9 @@ TEST(Mtf, OfASmallerSizeIsTheMiddlePacked) {
         ASSERT_EQ(part[static_cast<std::size_t>(r * s + c)], whole(128 - s / 2 + r, 128 - s / 2 + c));
       }
     }
+    // Behind the MTF the output has samples of the PSF.
+    for (auto i = static_cast<std::size_t>(s * s); i < part.size(); ++i) ASSERT_EQ(part[i], engine.psfPlane[i]) << i;
+    std::fill(part.begin(), part.end(), -1.0);
     for (std::size_t i = 0; i < static_cast<std::size_t>(s / 2); ++i) {
       ASSERT_EQ(row[i], whole.row[i]);
       ASSERT_EQ(column[i], whole.column[i]);
