@@ -13,6 +13,16 @@ class Error : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// An error to which a host can add its own way to fix it, such as an option of a command line.
+class ErrorWithFix : public Error {
+ public:
+  //   factText  what is wrong, with the punctuation before the fix
+  //   fix       what to do, in words that hold for every host
+  ErrorWithFix(const std::string& factText, const std::string& fix) : Error(factText + fix), fact(factText) {}
+
+  std::string fact;
+};
+
 // The work is done, but some rows of a table are invalid.
 class FaultyRows : public Error {
  public:

@@ -4,6 +4,7 @@
 
 #include "base/error.h"
 #include "cli/commands/command_line.h"
+#include "cli/error_text.h"
 #include "cli/process.h"
 #include "cli/signals.h"
 #include "cli/terminal.h"
@@ -27,6 +28,9 @@ int main(int argc, char** argv) {
     return kSomeRowsFaulty;
   } catch (const std::bad_alloc&) {
     PrintError("there is not enough memory; a batch needs less of it with fewer --jobs");
+    return kFailed;
+  } catch (const orvanel::Error& error) {
+    PrintError(TextOf(error));
     return kFailed;
   } catch (const std::exception& error) {
     PrintError(error.what());

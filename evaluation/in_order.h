@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "base/error.h"
 #include "base/layers.h"
+#include "evaluation/errors.h"
 
 namespace orvanel::evaluation {
 
@@ -31,8 +31,7 @@ class InOrder {
       for (Work& its : work) threads_.emplace_back([this, its = std::move(its)] { Run(its); });
     } catch (const std::system_error&) {  // no more threads to be had
       Stop();
-      throw Error("this system gives the program no more than " + std::to_string(threads_.size()) +
-                  " threads; ask for so many with --jobs");
+      throw TooFewThreads(threads_.size());
     } catch (...) {
       Stop();
       throw;

@@ -5,6 +5,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "eye/errors.h"
 #include "eye/pupil_rescale.h"
 #include "eye/rms.h"
 
@@ -21,10 +22,7 @@ bool ChangesSide(const Eye& eye, const Adjustments& adjustments) {
 
 void Check(const Eye& eye, const Adjustments& adjustments) {
   if (adjustments.pupil && *adjustments.pupil > eye.pupil && !adjustments.extrapolate) {
-    throw Error("the pupil of " + ShortestText(adjustments.pupil->value()) + " mm is larger than the " +
-                ShortestText(eye.pupil.value()) +
-                " mm over which the eye was measured; what lies outside is not known. Ask for a smaller one, or let "
-                "--extrapolate continue the polynomials");
+    throw PupilLargerThanMeasured(*adjustments.pupil, eye.pupil);
   }
   if (adjustments.mirror && eye.side == Side::kUnknown) {
     throw Error("whether the eye is OD or OS is not known, so that it cannot be brought to " +

@@ -1,12 +1,9 @@
 // Converts stated coefficients to canonical ones, and both to the conventions of outputs.
 #include "eye/eye_coefficients.h"
 
-#include <algorithm>
-#include <string>
 #include <utility>
 
-#include "base/error.h"
-#include "base/number_text.h"
+#include "eye/errors.h"
 
 namespace orvanel::eye {
 
@@ -45,9 +42,8 @@ LibraryCoefficients ToLibrary(const EyeCoefficients& coefficients) {
     if (j < library.size()) {
       library[j] = Millimetres(converted[j]);
     } else if (converted[j] != 0.0) {
-      throw Error("the term " + Symbol(Term(j)) + ", " + Name(Term(j)) + ", is " +
-                  ShortestText(coefficients.AsStated()[j]) + " " + UnitText(coefficients.convention()) +
-                  ", but the simulation takes the radial orders 0 to 6; let --highest-order 6 drop what is above");
+      throw OrderAboveHighest(Term(j), coefficients.AsStated()[j], UnitText(coefficients.convention()),
+                              Term(library.size() - 1).n);
     }
   }
   return library;

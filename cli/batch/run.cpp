@@ -17,6 +17,7 @@
 #include "cli/batch/results_file.h"
 #include "cli/batch/whole_files.h"
 #include "cli/batch/whole_rows.h"
+#include "cli/error_text.h"
 #include "cli/terminal.h"
 #include "evaluation/in_order.h"
 #include "files/input_file.h"
@@ -49,7 +50,7 @@ struct BatchRow {
 using Rows = std::vector<BatchRow>;
 
 std::string ErrorText(const TableEye& eye, const Error& error) {
-  return (eye.line > 0 ? "line " + std::to_string(eye.line) + ": " : "") + error.what();
+  return (eye.line > 0 ? "line " + std::to_string(eye.line) + ": " : "") + TextOf(error);
 }
 
 std::string ErrorText(const ErrorAt& error) {

@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "cli/coefficient_report.h"
 #include "cli/commands/options.h"
+#include "cli/error_text.h"
 #include "cli/report.h"
 #include "cli/table_output.h"
 #include "cli/terminal.h"
@@ -112,7 +113,7 @@ void ConvertEye(const ConvertCommand& command) {
              CoefficientReport(eye, command.plusCylinder ? CylinderSign::kPlus : CylinderSign::kMinus);
     if (!command.output.empty()) text = FileText(eye, command.output);
   } catch (const Error& error) {
-    throw Error(command.input.file + ": " + error.what());
+    throw Error(command.input.file + ": " + TextOf(error));
   }
   if (command.output == kStandardStream) {
     PrintOutput(text, "");
@@ -156,7 +157,7 @@ void ConvertTable(const ConvertCommand& command) {
       doubts.Add(eye, "line " + std::to_string(row.line));
       line = writer.Row(eye, row.identifiers);
     } catch (const Error& error) {
-      throw ErrorAt(name, {row.line, 1}, error.what());
+      throw ErrorAt(name, {row.line, 1}, TextOf(error));
     }
     output.Write(line);
   }

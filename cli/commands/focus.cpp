@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "cli/coefficient_report.h"
 #include "cli/commands/options.h"
+#include "cli/error_text.h"
 #include "cli/report.h"
 #include "cli/signals.h"
 #include "cli/terminal.h"
@@ -181,7 +182,7 @@ void RunFocus(const FocusCommand& command) {
     after.coefficients = {convention, std::move(stated)};
     if (!command.output.empty()) text = EyeFileText(after);
   } catch (const Error& error) {
-    throw Error(command.input.file + ": " + error.what());
+    throw Error(command.input.file + ": " + TextOf(error));
   }
   std::string report = Report(command, measured, before, after, best);
   if (!command.output.empty()) {

@@ -8,6 +8,7 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "cli/commands/options.h"
+#include "cli/error_text.h"
 #include "cli/report.h"
 #include "cli/result_files.h"
 #include "cli/summary.h"
@@ -171,7 +172,7 @@ void RunSimulate(const SimulateCommand& command) {
     results.changes = Changes(results.measured, command.adjustments);
     files = ResultFiles({results.eye.pupil, command.rings, command.formats, object ? object->channels.size() : 0});
   } catch (const Error& error) {
-    throw Error(command.input.file + ": " + error.what());
+    throw Error(command.input.file + ": " + TextOf(error));
   }
   std::vector<std::string> names;
   for (const ResultFile& file : files) names.push_back(file.name);
@@ -182,7 +183,7 @@ void RunSimulate(const SimulateCommand& command) {
     const Eye& eye = results.eye;
     results.simulation = Simulate(eye.pupil, ToLibrary(eye.coefficients), command.rings);
   } catch (const Error& error) {
-    throw Error(command.input.file + ": " + error.what());
+    throw Error(command.input.file + ": " + TextOf(error));
   }
   if (object) {
     results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, std::move(*object));

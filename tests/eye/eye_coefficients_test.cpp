@@ -72,7 +72,7 @@ TEST(EyeCoefficients, TheLibraryRefusesOrdersAboveSixUnlessTheyAreZero) {
     EXPECT_EQ(std::string(error.what()),
               "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the simulation takes the radial orders "
               "0 to 6; "
-              "let --highest-order 6 drop what is above");
+              "drop what is above");
   }
 }
 

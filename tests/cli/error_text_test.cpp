@@ -1,0 +1,33 @@
+// The program's wording of errors has its options; the layers' own wording has none.
+#include "cli/error_text.h"
+
+#include <gtest/gtest.h>
+
+#include "evaluation/errors.h"
+#include "eye/errors.h"
+
+namespace orvanel::cli {
+namespace {
+
+TEST(ErrorText, NamesTheOptionThatHelps) {
+  EXPECT_EQ(TextOf(PupilLargerThanMeasured(Millimetres(6.5), Millimetres(6.0))),
+            "the pupil of 6.5 mm is larger than the 6 mm over which the eye was measured; what lies outside is not "
+            "known. Ask for a smaller one, or let --extrapolate continue the polynomials");
+  EXPECT_EQ(TextOf(OrderAboveHighest({8, 0}, 0.01, "um", 6)),
+            "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the simulation takes the radial orders "
+            "0 to 6; let --highest-order 6 drop what is above");
+  EXPECT_EQ(TextOf(TooFewThreads(3)),
+            "this system gives the program no more than 3 threads; ask for so many with --jobs");
+}
+
+TEST(ErrorText, OtherErrorsKeepTheirSentence) { EXPECT_EQ(TextOf(Error("is empty")), "is empty"); }
+
+TEST(ErrorText, TheLayersNameNoOption) {
+  EXPECT_STREQ(PupilLargerThanMeasured(Millimetres(6.5), Millimetres(6.0)).what(),
+               "the pupil of 6.5 mm is larger than the 6 mm over which the eye was measured; what lies outside is not "
+               "known. Ask for a smaller one, or allow extrapolation");
+  EXPECT_STREQ(TooFewThreads(3).what(), "this system gives the program no more than 3 threads; ask for fewer");
+}
+
+}  // namespace
+}  // namespace orvanel::cli
