@@ -4,7 +4,7 @@
 #include <set>
 
 #include "base/number_text.h"
-#include "evaluation/rings.h"
+#include "cli/ring_files.h"
 
 namespace orvanel::cli {
 namespace {
@@ -28,10 +28,10 @@ void AddRings(std::vector<PlaneSource>& sources, Millimetres pupil, const std::v
     const std::string ring =
         "ring drawn for acuity " + ShortestText(rings[i].acuity) + " (library scale), gap " + Word(rings[i].gap);
     sources.push_back({stem + "_original", ring + ", as drawn: 0 black, 1 white", "1", Domain::kRetina, View::kPatient,
-                       true, [i](const Results& r) -> const Plane& { return r.simulation.rings[i].original; }});
+                       true, [i](const SimulatedEye& r) -> const Plane& { return r.results.rings[i].original; }});
     sources.push_back({stem + "_seen", "retinal image of the " + ring + ", total light kept, clipped at 1", "1",
                        Domain::kRetina, View::kPatient, true,
-                       [i](const Results& r) -> const Plane& { return r.simulation.rings[i].seen; }});
+                       [i](const SimulatedEye& r) -> const Plane& { return r.results.rings[i].seen; }});
   }
 }
 
@@ -42,14 +42,14 @@ void AddPicture(std::vector<PlaneSource>& sources, std::size_t channels) {
     const std::string light = "the user's picture, " + (word.empty() ? std::string("light") : word + " light");
     sources.push_back({"picture_original" + ending, light + " on the 256 x 256 samples", "1", Domain::kRetina,
                        View::kPatient, false,
-                       [c](const Results& r) -> const Plane& { return r.picture->object.channels[c]; }});
+                       [c](const SimulatedEye& r) -> const Plane& { return r.results.picture->object.channels[c]; }});
     sources.push_back({"picture_seen" + ending, "retinal image of " + light + ", total light kept, clipped at 1", "1",
                        Domain::kRetina, View::kPatient, false,
-                       [c](const Results& r) -> const Plane& { return r.picture->seen[c]; }});
+                       [c](const SimulatedEye& r) -> const Plane& { return r.results.picture->seen[c]; }});
     sources.push_back({"picture_contrast_kept" + ending,
                        "retinal image of " + light + ", without the library's square: near to light that adds up", "1",
                        Domain::kRetina, View::kPatient, false,
-                       [c](const Results& r) -> const Plane& { return r.picture->contrastKept[c]; }});
+                       [c](const SimulatedEye& r) -> const Plane& { return r.results.picture->contrastKept[c]; }});
   }
 }
 
@@ -58,34 +58,34 @@ void AddPicture(std::vector<PlaneSource>& sources, std::size_t channels) {
 std::vector<PlaneSource> PlaneSources(const Request& request) {
   std::vector<PlaneSource> sources = {
       {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Domain::kPupil, View::kPupil, false,
-       [](const Results& r) -> const Plane& { return r.simulation.wavefront.map; }},
+       [](const SimulatedEye& r) -> const Plane& { return r.results.wavefront.map; }},
       {"psf", "point spread function, 1 at its peak", "1", Domain::kRetina, View::kRetina, true,
-       [](const Results& r) -> const Plane& { return r.simulation.psf; }},
+       [](const SimulatedEye& r) -> const Plane& { return r.results.psf; }},
       {"mtf", "modulation transfer function, 1 at zero frequency", "1", Domain::kFrequency, View::kRetina, true,
-       [](const Results& r) -> const Plane& { return r.simulation.mtf; }},
+       [](const SimulatedEye& r) -> const Plane& { return r.results.mtf; }},
       {"star_original", "sector star of 40 sectors: 0 black, 1 white", "1", Domain::kRetina, View::kPatient, true,
-       [](const Results& r) -> const Plane& { return r.simulation.starOriginal; }},
+       [](const SimulatedEye& r) -> const Plane& { return r.results.star.original; }},
       {"star_seen_stretched", "retinal image of the sector star, stretched to span 0 to 1", "1", Domain::kRetina,
-       View::kPatient, true, [](const Results& r) -> const Plane& { return r.simulation.starStretched; }},
+       View::kPatient, true, [](const SimulatedEye& r) -> const Plane& { return r.results.star.stretched; }},
       {"star_seen_total_light", "retinal image of the sector star, total light kept, clipped at 1", "1",
        Domain::kRetina, View::kPatient, true,
-       [](const Results& r) -> const Plane& { return r.simulation.starTotalLight; }}};
+       [](const SimulatedEye& r) -> const Plane& { return r.results.star.totalLight; }}};
   AddRings(sources, request.pupil, request.rings);
   AddPicture(sources, request.pictureChannels);
   return sources;
 }
 
-NamedPlane PlaneOf(const PlaneSource& source, const Results& results) {
-  const Scale &library = results.scales.library, &optical = results.scales.optical;
-  NamedPlane plane{source.name, source.description, source.unit, &source.samples(results), 0.0, {}, {}};
+NamedPlane PlaneOf(const PlaneSource& source, const SimulatedEye& simulated) {
+  const Scale &library = simulated.results.scales.library, &optical = simulated.results.scales.optical;
+  NamedPlane plane{source.name, source.description, source.unit, &source.samples(simulated), 0.0, {}, {}};
   plane.view = {{"view", std::string(Description(source.view))}};
-  const std::string_view nasal = NasalSide(source.view, results.eye.side);
+  const std::string_view nasal = NasalSide(source.view, simulated.eye.side);
   if (!nasal.empty() && source.domain != Domain::kFrequency) {
     plane.view.push_back({source.view == View::kPatient ? "nasal_field_side" : "nasal_side", std::string(nasal)});
   }
   switch (source.domain) {
     case Domain::kPupil: {
-      const double spacing = results.simulation.pupil.value() / (ORVANEL_GRID_SIZE / 2.0);
+      const double spacing = simulated.results.pupil.value() / (ORVANEL_GRID_SIZE / 2.0);
       plane.spacings = {{"sample_spacing_mm", spacing}};
       plane.samplesPerCm = kMmPerCm / spacing;
       break;

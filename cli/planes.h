@@ -21,13 +21,13 @@ struct PlaneSource {
   enum class Domain { kPupil, kRetina, kFrequency } domain;
   View view;
   bool grey;  // makes a grey picture: lies in 0 to 1, and is not a channel of a picture in colours of its own
-  std::function<const Plane&(const Results&)> samples;
+  std::function<const Plane&(const SimulatedEye&)> samples;
 };
 
 std::vector<PlaneSource> PlaneSources(const Request& request);
 
 // The plane with its scales.
-NamedPlane PlaneOf(const PlaneSource& source, const Results& results);
+NamedPlane PlaneOf(const PlaneSource& source, const SimulatedEye& simulated);
 
 }  // namespace orvanel::cli
 

@@ -23,30 +23,31 @@ constexpr double kFigureScale = 2.0;  // pixels in a unit, for figures that stan
 // A figure of its own.
 template <class Figure>
 ResultFile FigureFile(const std::string& name, double width, Figure draw) {
-  return {name, [width, draw](const Results& results) {
+  return {name, [width, draw](const SimulatedEye& simulated) {
             constexpr double kMargin = 12.0;
             Canvas canvas(width + 2 * kMargin, kFigureHeight + 2 * kMargin, kFigureScale);
-            draw(canvas, Point{kMargin, kMargin}, results);
+            draw(canvas, Point{kMargin, kMargin}, simulated);
             return EncodePng(canvas.picture());
           }};
 }
 
 void AddFigures(std::vector<ResultFile>& files) {
-  files.push_back(FigureFile("wavefront.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
-    Draw(canvas, corner, WavefrontFigure(r.simulation, r.eye.side));
+  files.push_back(
+      FigureFile("wavefront.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
+        Draw(canvas, corner, WavefrontFigure(r.results, r.eye.side));
+      }));
+  files.push_back(FigureFile("psf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
+    Draw(canvas, corner, PsfFigure(r.results, r.eye.side));
   }));
-  files.push_back(FigureFile("psf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
-    Draw(canvas, corner, PsfFigure(r.simulation, r.scales, r.eye.side));
+  files.push_back(FigureFile("psf_log.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
+    Draw(canvas, corner, PsfLogFigure(r.results, r.eye.side));
   }));
-  files.push_back(FigureFile("psf_log.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
-    Draw(canvas, corner, PsfLogFigure(r.simulation, r.scales, r.eye.side));
+  files.push_back(FigureFile("mtf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
+    Draw(canvas, corner, MtfFigure(r.results));
   }));
-  files.push_back(FigureFile("mtf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const Results& r) {
-    Draw(canvas, corner, MtfFigure(r.simulation, r.scales));
-  }));
-  files.push_back(FigureFile(
-      "mtf_sections.png", kSectionsFigureWidth,
-      [](Canvas& canvas, Point corner, const Results& r) { DrawSections(canvas, corner, r.simulation, r.scales); }));
+  files.push_back(
+      FigureFile("mtf_sections.png", kSectionsFigureWidth,
+                 [](Canvas& canvas, Point corner, const SimulatedEye& r) { DrawSections(canvas, corner, r.results); }));
 }
 
 // The planes that are pictures in themselves, as grey PNG files.
@@ -54,8 +55,8 @@ void AddGreyPictures(std::vector<ResultFile>& files, const std::vector<PlaneSour
   for (const PlaneSource& source : sources) {
     // PSF and MTF have figures instead.
     if (!source.grey || source.name == "psf" || source.name == "mtf") continue;
-    files.push_back({source.name + ".png", [samples = source.samples](const Results& results) {
-                       return EncodePng(GreyPictureOf(samples(results)), Pixels::kNumbers);
+    files.push_back({source.name + ".png", [samples = source.samples](const SimulatedEye& simulated) {
+                       return EncodePng(GreyPictureOf(samples(simulated)), Pixels::kNumbers);
                      }});
   }
 }
@@ -64,29 +65,30 @@ void AddGreyPictures(std::vector<ResultFile>& files, const std::vector<PlaneSour
 void AddPicture(std::vector<ResultFile>& files, bool deep) {
   using Channels = const std::vector<Plane>& (*)(const SeenPicture&);
   const auto add = [&files, deep](const std::string& name, Channels channels) {
-    files.push_back({name + ".png", [deep, channels](const Results& results) {
-                       const ObjectPicture& object = results.picture->object;
-                       return EncodePicture(channels(*results.picture), object.request.linear, deep ? 16 : object.bits);
+    files.push_back({name + ".png", [deep, channels](const SimulatedEye& simulated) {
+                       const ObjectPicture& object = simulated.results.picture->object;
+                       return EncodePicture(channels(*simulated.results.picture), object.request.linear,
+                                            deep ? 16 : object.bits);
                      }});
   };
   add("picture_original", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.object.channels; });
   add("picture_seen", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.seen; });
   add("picture_contrast_kept", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.contrastKept; });
-  files.push_back({kPictureFile, [](const Results& results) { return EncodePng(DrawPictureSheet(results)); }});
+  files.push_back({kPictureFile, [](const SimulatedEye& simulated) { return EncodePng(DrawPictureSheet(simulated)); }});
 }
 
-PlaneSet SetOf(const std::vector<PlaneSource>& sources, const Results& results) {
-  PlaneSet set{{}, FactsOf(results)};
-  for (const PlaneSource& source : sources) set.planes.push_back(PlaneOf(source, results));
+PlaneSet SetOf(const std::vector<PlaneSource>& sources, const SimulatedEye& simulated) {
+  PlaneSet set{{}, FactsOf(simulated)};
+  for (const PlaneSource& source : sources) set.planes.push_back(PlaneOf(source, simulated));
   return set;
 }
 
 // The planes in a format: in one file, or each in its own.
 void AddFormat(std::vector<ResultFile>& files, const Format& format, const std::vector<PlaneSource>& sources) {
   const auto add = [&files, &format](const std::string& name, const std::vector<PlaneSource>& planes) {
-    files.push_back({name + std::string(format.ending), [planes, encode = format.encode](const Results& results) {
-                       return encode(SetOf(planes, results));
-                     }});
+    files.push_back(
+        {name + std::string(format.ending),
+         [planes, encode = format.encode](const SimulatedEye& simulated) { return encode(SetOf(planes, simulated)); }});
   };
   if (format.together) {
     add("", sources);
@@ -109,13 +111,13 @@ std::vector<ResultFile> ResultFiles(const Request& request) {
     AddPicture(files, std::any_of(request.formats.begin(), request.formats.end(), deep));
   }
   for (const Format* format : request.formats) AddFormat(files, *format, sources);
-  files.push_back({kChartFile, [](const Results& r) { return EncodePng(DrawChart(r)); }});
-  files.push_back({kOverviewFile, [](const Results& r) { return EncodePng(DrawOverview(r)); }});
+  files.push_back({kChartFile, [](const SimulatedEye& r) { return EncodePng(DrawChart(r)); }});
+  files.push_back({kOverviewFile, [](const SimulatedEye& r) { return EncodePng(DrawOverview(r)); }});
   std::vector<std::string> names;
   for (const ResultFile& file : files) names.push_back(file.name);
   names.emplace_back(kSummaryFile);
   // NOLINTNEXTLINE(modernize-use-emplace): an aggregate has no constructor to call
-  files.push_back({kSummaryFile, [names](const Results& r) { return SummaryJson(r, names); }});
+  files.push_back({kSummaryFile, [names](const SimulatedEye& r) { return SummaryJson(r, names); }});
   return files;
 }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/layers.h"
-#include "evaluation/results.h"
+#include "evaluation/simulated_eye.h"
 #include "files/planes/format.h"
 
 namespace orvanel::cli {
@@ -22,7 +22,7 @@ struct Request {
 
 struct ResultFile {
   std::string name;
-  std::function<std::string(const Results&)> encode;
+  std::function<std::string(const SimulatedEye&)> encode;
 };
 
 constexpr const char* kOverviewFile = "overview.png";

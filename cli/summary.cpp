@@ -9,6 +9,8 @@
 #include "cli/coefficient_report.h"
 #include "cli/planes.h"
 #include "cli/report.h"
+#include "cli/ring_files.h"
+#include "evaluation/evaluator.h"
 #include "evaluation/rings.h"
 #include "eye/adjustments.h"
 #include "models/sampling.h"
@@ -36,10 +38,12 @@ Json GivenJson(const Eye& eye) {
   return named;
 }
 
-Json EyeJson(const Results& results) {
-  const Eye& eye = results.measured;
+Json EyeJson(const SimulatedEye& simulated) {
+  const Eye& eye = simulated.measured;
   Json library = Json::array();
-  for (const Millimetres c : results.simulation.coefficients) library.push_back(c.value());
+  for (const Millimetres c : ToLibrary(simulated.eye.coefficients)) {
+    library.push_back(c.value());
+  }
   Json json = {{"file", eye.file},
                {"name", eye.name},
                {"source", eye.source},
@@ -48,15 +52,15 @@ Json EyeJson(const Results& results) {
                {"pupil_diameter_mm", eye.pupil.value()},
                {"convention", ConventionJson(eye.coefficients.convention())},
                {"coefficients_as_given", GivenJson(eye)},
-               {"changes", results.changes},
-               {"simulated_eye", Word(results.eye.side)},
-               {"simulated_pupil_diameter_mm", results.eye.pupil.value()},
+               {"changes", simulated.changes},
+               {"simulated_eye", Word(simulated.eye.side)},
+               {"simulated_pupil_diameter_mm", simulated.eye.pupil.value()},
                {"coefficients_library_mm", library},
                {"unused_coefficients", "0 to 2: piston and tilts only move the image"}};
-  if (results.dropped) {
-    json["dropped_orders_above"] = results.dropped->above;
-    json["dropped_rms_um"] = results.dropped->rms.value();
-    json["dropped_share_of_rms"] = Share(*results.dropped);
+  if (simulated.dropped) {
+    json["dropped_orders_above"] = simulated.dropped->above;
+    json["dropped_rms_um"] = simulated.dropped->rms.value();
+    json["dropped_share_of_rms"] = Share(*simulated.dropped);
   }
   return json;
 }
@@ -74,11 +78,11 @@ Json RefractionsJson(const Eye& eye) {
           {"paraxial", RefractionJson(ParaxialRefraction(osa, eye.pupil))}};
 }
 
-Json MtfJson(const Results& results) {
+Json MtfJson(const SimulatedEye& simulated) {
   Json json = Json::array();
-  const Simulation& s = results.simulation;
-  const Scales& scales = results.scales;
-  for (const CyclesPerDegree frequency : results.mtfAt) {
+  const Results& s = simulated.results;
+  const Scales& scales = simulated.results.scales;
+  for (const CyclesPerDegree frequency : simulated.mtfAt) {
     json.push_back({{"frequency_cpd_library_scale", frequency.value()},
                     {"frequency_cpd_optical_scale", (frequency / scales.ratio).value()},
                     {"horizontal", MtfAt(s.lineSpreads.horizontal, scales.library, frequency)},
@@ -90,60 +94,63 @@ Json MtfJson(const Results& results) {
 // To the hundredths in which the wavelength is defined.
 double RoundNanometres(Millimetres length) { return std::round(ToNanometres(length).value() * 100.0) / 100.0; }
 
-Json ScalarsJson(const Results& results) {
-  const Simulation& s = results.simulation;
-  const Scales& scales = results.scales;
+// The metrics of the table have the names of its columns.
+Json ScalarsJson(const SimulatedEye& simulated) {
+  const auto metric = [&simulated](const char* column) { return ValueOf(simulated.eye, simulated.results, column); };
+  const Results& s = simulated.results;
+  const Scales& scales = simulated.results.scales;
   return {{"wavelength_nm", RoundNanometres(Wavelength())},
-          {"strehl_ratio", s.strehl},
-          {"strehl_ratio_peak", s.strehlPeak},
-          {"wavefront_rms_um", s.wavefront.rms.value()},
+          {"strehl_ratio", metric("strehl_ratio")},
+          {"strehl_ratio_peak", metric("strehl_ratio_peak")},
+          {"wavefront_rms_um", metric("rms_um_orders_2_and_above")},
           {"wavefront_peak_to_valley_um", s.wavefront.peakToValley.value()},
           {"wavefront_steepest_step_um", s.wavefront.steepestStep.value()},
-          {"wavefront_aliased_share", s.wavefront.aliasedShare},
-          {"psf_half_width_mm_library_scale", scales.library.halfWidth.value()},
-          {"psf_half_width_mm_optical_scale", scales.optical.halfWidth.value()},
+          {"wavefront_aliased_share", metric("undersampled")},
+          {"psf_half_width_mm_library_scale", metric("psf_half_width_mm_library_scale")},
+          {"psf_half_width_mm_optical_scale", metric("psf_half_width_mm_optical_scale")},
           {"psf_half_width_arcmin_library_scale", scales.library.halfWidthAngle.value()},
           {"psf_half_width_arcmin_optical_scale", scales.optical.halfWidthAngle.value()},
           {"psf_sample_arcmin_library_scale", scales.library.pitch.value()},
           {"psf_sample_arcmin_optical_scale", scales.optical.pitch.value()},
-          {"mtf_frequency_range_cpd_library_scale", s.frequencyRange.value()},
+          {"mtf_frequency_range_cpd_library_scale", metric("mtf_frequency_range_cpd_library_scale")},
           {"mtf_sample_cpd_library_scale", scales.library.step.value()},
           {"mtf_sample_cpd_optical_scale", scales.optical.step.value()},
-          {"cutoff_cpd_optical_scale", scales.opticalCutOff.value()},
+          {"cutoff_cpd_optical_scale", metric("cutoff_cpd_optical_scale")},
           {"library_scale_over_optical_scale", scales.ratio}};
 }
 
-Json RingsJson(const Results& results) {
+Json RingsJson(const SimulatedEye& simulated) {
   Json rings = Json::array();
-  for (const Ring& ring : results.simulation.rings) {
+  for (const Ring& ring : simulated.results.rings) {
     const std::string stem = RingStem(ring.effectiveAcuity, ring.request.gap);
-    rings.push_back({{"acuity_requested_library_scale", ring.request.acuity},
-                     {"acuity_drawn_library_scale", ring.effectiveAcuity},
-                     {"acuity_drawn_above_requested_percent", 100.0 * Deviation(ring)},
-                     {"acuity_drawn_optical_scale", OpticalAcuity(ring.effectiveAcuity, results.scales)},
-                     {"gap", Word(ring.request.gap)},
-                     {"diameter_samples", ring.diameter},
-                     {"diameter_arcmin_library_scale", (ring.diameter * results.scales.library.pitch).value()},
-                     {"diameter_arcmin_optical_scale", (ring.diameter * results.scales.optical.pitch).value()},
-                     {"original_file", stem + "_original.png"},
-                     {"seen_file", stem + "_seen.png"}});
+    rings.push_back(
+        {{"acuity_requested_library_scale", ring.request.acuity},
+         {"acuity_drawn_library_scale", ring.effectiveAcuity},
+         {"acuity_drawn_above_requested_percent", 100.0 * Deviation(ring)},
+         {"acuity_drawn_optical_scale", OpticalAcuity(ring.effectiveAcuity, simulated.results.scales)},
+         {"gap", Word(ring.request.gap)},
+         {"diameter_samples", ring.diameter},
+         {"diameter_arcmin_library_scale", (ring.diameter * simulated.results.scales.library.pitch).value()},
+         {"diameter_arcmin_optical_scale", (ring.diameter * simulated.results.scales.optical.pitch).value()},
+         {"original_file", stem + "_original.png"},
+         {"seen_file", stem + "_seen.png"}});
   }
   return rings;
 }
 
 // From where each plane is looked at, and where nasal is.
-Json ViewsJson(const Results& results) {
+Json ViewsJson(const SimulatedEye& simulated) {
   Json json;
   for (const View view : {View::kPupil, View::kRetina, View::kPatient})
     json[std::string(Word(view))] = Description(view);
-  if (results.eye.side != Side::kUnknown) {
-    json["nasal_side"] = {{"pupil", NasalSide(View::kPupil, results.eye.side)},
-                          {"retina", NasalSide(View::kRetina, results.eye.side)},
-                          {"patient_field", NasalSide(View::kPatient, results.eye.side)}};
+  if (simulated.eye.side != Side::kUnknown) {
+    json["nasal_side"] = {{"pupil", NasalSide(View::kPupil, simulated.eye.side)},
+                          {"retina", NasalSide(View::kRetina, simulated.eye.side)},
+                          {"patient_field", NasalSide(View::kPatient, simulated.eye.side)}};
   }
-  Request request{results.eye.pupil, {}, {}};
-  for (const Ring& ring : results.simulation.rings) request.rings.push_back(ring.request);
-  if (results.picture) request.pictureChannels = results.picture->object.channels.size();
+  Request request{simulated.eye.pupil, {}, {}};
+  for (const Ring& ring : simulated.results.rings) request.rings.push_back(ring.request);
+  if (simulated.results.picture) request.pictureChannels = simulated.results.picture->object.channels.size();
   for (const PlaneSource& source : PlaneSources(request)) json["of_planes"][source.name] = Word(source.view);
   return json;
 }
@@ -195,14 +202,14 @@ std::string RingLines(const std::vector<Ring>& rings, const Scales& scales) {
   return lines;
 }
 
-std::string MtfLines(const Results& results) {
-  const Scales& scales = results.scales;
+std::string MtfLines(const SimulatedEye& simulated) {
+  const Scales& scales = simulated.results.scales;
   std::string lines;
-  for (const CyclesPerDegree frequency : results.mtfAt) {
+  for (const CyclesPerDegree frequency : simulated.mtfAt) {
     lines += ReportLine(
         lines.empty() ? "MTF" : "",
-        NumberText(MtfAt(results.simulation.lineSpreads.horizontal, scales.library, frequency), 4) + " horizontal, " +
-            NumberText(MtfAt(results.simulation.lineSpreads.vertical, scales.library, frequency), 4) + " vertical at " +
+        NumberText(MtfAt(simulated.results.lineSpreads.horizontal, scales.library, frequency), 4) + " horizontal, " +
+            NumberText(MtfAt(simulated.results.lineSpreads.vertical, scales.library, frequency), 4) + " vertical at " +
             NumberText(frequency.value(), 6) + " cycles/degree (library scale), which is " +
             NumberText((frequency / scales.ratio).value(), 4) + " (optical scale)");
   }
@@ -224,48 +231,48 @@ std::string PictureLines(const SeenPicture& picture, const Scales& scales) {
 
 }  // namespace
 
-std::vector<Fact> FactsOf(const Results& results) {
+std::vector<Fact> FactsOf(const SimulatedEye& simulated) {
   Json facts = {{"program", "orvanel " ORVANEL_VERSION}};
-  Json eye = EyeJson(results);
+  Json eye = EyeJson(simulated);
   // As numbers and text alone: named coefficients as a list from (0,0) on, changes in one line.
-  if (results.measured.coefficients.convention().order == Order::kNamed) {
-    eye["coefficients_as_given"] = results.measured.coefficients.AsStated();
+  if (simulated.measured.coefficients.convention().order == Order::kNamed) {
+    eye["coefficients_as_given"] = simulated.measured.coefficients.AsStated();
   }
   std::string changes;
-  for (const std::string& change : results.changes) changes += (changes.empty() ? "" : "; ") + change;
+  for (const std::string& change : simulated.changes) changes += (changes.empty() ? "" : "; ") + change;
   eye["changes"] = changes;
   facts.update(eye);
-  facts.update(ScalarsJson(results));
-  facts["refraction"] = RefractionsJson(results.eye);
-  if (results.picture) facts["picture"] = PictureJson(*results.picture, results.scales);
+  facts.update(ScalarsJson(simulated));
+  facts["refraction"] = RefractionsJson(simulated.eye);
+  if (simulated.results.picture) facts["picture"] = PictureJson(*simulated.results.picture, simulated.results.scales);
   std::vector<Fact> list;
   // Once through text, because a file's name need not be UTF-8.
   AppendFacts(list, "", Json::parse(facts.dump(-1, ' ', false, Json::error_handler_t::replace)));
   return list;
 }
 
-std::string SummaryJson(const Results& results, const std::vector<std::string>& files) {
+std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::string>& files) {
   Json summary = {
       {"program", "orvanel"},
       {"version", ORVANEL_VERSION},
-      {"eye", EyeJson(results)},
+      {"eye", EyeJson(simulated)},
       {"scales",
        {{"library_scale",
          "the library takes the pupil value so that frequencies, retinal lengths and ring sizes are those of a pupil "
          "of twice the diameter"},
         {"optical_scale", "those of the pupil as stated; its cut-off is pupil diameter / wavelength"}}},
-      {"results", ScalarsJson(results)},
-      {"refraction", RefractionsJson(results.eye)},
-      {"mtf", MtfJson(results)},
-      {"rings", RingsJson(results)},
+      {"results", ScalarsJson(simulated)},
+      {"refraction", RefractionsJson(simulated.eye)},
+      {"mtf", MtfJson(simulated)},
+      {"rings", RingsJson(simulated)},
       {"planes",
        "256 x 256, row 0 at the top, centre at row 128, column 128; wavefront in mm, not a number outside the pupil, "
        "all others without unit; those of the user's picture hold light, its PNG files as the file given does"},
-      {"views", ViewsJson(results)},
+      {"views", ViewsJson(simulated)},
       {"files", files},
-      {"warnings", results.warnings}};
-  if (results.picture) {
-    summary["picture"] = PictureJson(*results.picture, results.scales);
+      {"warnings", simulated.warnings}};
+  if (simulated.results.picture) {
+    summary["picture"] = PictureJson(*simulated.results.picture, simulated.results.scales);
     summary["picture"]["original_file"] = "picture_original.png";
     summary["picture"]["seen_file"] = "picture_seen.png";
     summary["picture"]["contrast_kept_file"] = "picture_contrast_kept.png";
@@ -282,12 +289,12 @@ std::string SummaryJson(const Results& results, const std::vector<std::string>& 
   return summary.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-std::string SummaryText(const Results& results, const std::string& folder, std::size_t fileCount) {
-  const Eye& eye = results.eye;
-  const Simulation& s = results.simulation;
-  const Scales& scales = results.scales;
+std::string SummaryText(const SimulatedEye& simulated, const std::string& folder, std::size_t fileCount) {
+  const Eye& eye = simulated.eye;
+  const Results& s = simulated.results;
+  const Scales& scales = simulated.results.scales;
   const std::string pupil = NumberText(eye.pupil.value(), 6) + " mm";
-  std::string text = EyeLines(results.measured, results.changes);
+  std::string text = EyeLines(simulated.measured, simulated.changes);
   text += ReportLine("Pupil", pupil + ", wavelength " + NumberText(ToNanometres(Wavelength()).value(), 5) + " nm");
   text += RefractionLines(eye, CylinderSign::kMinus);
   text +=
@@ -300,12 +307,12 @@ std::string SummaryText(const Results& results, const std::string& folder, std::
                      "half extent " + NumberText(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
                          NumberText(scales.library.halfWidthAngle.value(), 4) + " arc minutes (library scale); " +
                          NumberText(scales.optical.halfWidthAngle.value(), 4) + " arc minutes (optical scale)");
-  text += ReportLine("MTF range", NumberText(s.frequencyRange.value(), 5) + " cycles/degree (library scale)");
-  text += MtfLines(results);
+  text += ReportLine("MTF range", NumberText(scales.frequencyRange.value(), 5) + " cycles/degree (library scale)");
+  text += MtfLines(simulated);
   text += ReportLine("Optical cut-off", NumberText(scales.opticalCutOff.value(), 4) + " cycles/degree for a pupil of " +
                                             pupil + " (optical scale)");
   text += RingLines(s.rings, scales);
-  if (results.picture) text += PictureLines(*results.picture, scales);
+  if (simulated.results.picture) text += PictureLines(*simulated.results.picture, scales);
   text += ReportLine("Scales",
                      "library scale = that of a pupil of twice the diameter; optical scale = the pupil as "
                      "stated; ratio " +

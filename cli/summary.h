@@ -6,20 +6,20 @@
 #include <vector>
 
 #include "base/layers.h"
-#include "evaluation/results.h"
+#include "evaluation/simulated_eye.h"
 #include "files/planes/plane_set.h"
 
 namespace orvanel::cli {
 
 // Contents of summary.json.
 //   files  the names of all files of the run; where there are none, nothing is said of files
-std::string SummaryJson(const Results& results, const std::vector<std::string>& files);
+std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::string>& files);
 
 // A dozen lines; the last says where the files are.
-std::string SummaryText(const Results& results, const std::string& folder, std::size_t fileCount);
+std::string SummaryText(const SimulatedEye& simulated, const std::string& folder, std::size_t fileCount);
 
 // The same about the eye and the results, without the rings, for files that hold planes.
-std::vector<Fact> FactsOf(const Results& results);
+std::vector<Fact> FactsOf(const SimulatedEye& simulated);
 
 }  // namespace orvanel::cli
 

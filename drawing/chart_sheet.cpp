@@ -70,15 +70,16 @@ std::string PanelText(const Ring& ring, Window window, const Scales& scales) {
 }
 
 void DrawRing(Canvas& canvas, Point corner, double width, const Grid& grid, const ShownRing& shown,
-              const Results& results) {
+              const SimulatedEye& simulated) {
   const Ring& ring = *shown.ring;
   const Window window = RingWindow(ring);
   const double panel = grid.Panel(ring);
   DrawTitle(canvas, corner, width, "Acuity " + NumberText(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
-            AskedText(shown) + "; optical scale " + NumberText(OpticalAcuity(ring.effectiveAcuity, results.scales), 3),
+            AskedText(shown) + "; optical scale " +
+                NumberText(OpticalAcuity(ring.effectiveAcuity, simulated.results.scales), 3),
             IsFarOff(ring) ? kWarningInk : kFaintInk);
   DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight, panel, panel}, GreyWindow(ring.seen, window),
-            PanelText(ring, window, results.scales), results.eye.side);
+            PanelText(ring, window, simulated.results.scales), simulated.eye.side);
 }
 
 // Draws a scale bar of a round number of arc minutes, about as long as `about`, with its length on both scales.
@@ -99,16 +100,16 @@ void DrawBar(Canvas& canvas, Point start, double sample, double about, const Sca
 
 }  // namespace
 
-ColourPicture DrawChart(const Results& results) {
-  const std::vector<ShownRing> rings = ShownRings(results.simulation.rings);
-  const Scales& scales = results.scales;
+ColourPicture DrawChart(const SimulatedEye& simulated) {
+  const std::vector<ShownRing> rings = ShownRings(simulated.results.rings);
+  const Scales& scales = simulated.results.scales;
   const Grid grid = GridOf(rings);
   double content = -kGutter, below = 0.0;
   for (const double width : grid.widths) content += width + kGutter;
   for (const double height : grid.heights) below += height;
   content = std::max(content, kLeastContent);
 
-  const SheetHead head(results, content);
+  const SheetHead head(simulated, content);
   const Paragraph note(
       "Retinal images of the rings, total light kept. Acuities are those of the rings as drawn. Acuities and angles "
       "are on the library scale, that of a pupil of twice the diameter; the optical scale is that of the pupil as "
@@ -127,7 +128,7 @@ ColourPicture DrawChart(const Results& results) {
   Point corner{kMargin, top};
   for (std::size_t i = 0; i < rings.size(); ++i) {
     const double width = grid.widths[i % grid.columns];
-    DrawRing(canvas, corner, width, grid, rings[i], results);
+    DrawRing(canvas, corner, width, grid, rings[i], simulated);
     corner.x += width + kGutter;
     if (i % grid.columns + 1 == grid.columns) corner = {kMargin, corner.y + grid.heights[i / grid.columns]};
   }

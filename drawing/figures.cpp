@@ -25,12 +25,12 @@ Axis WindowAxis(Window window, double pitch, const std::string& label) {
 // The axis of rows. Row 0 is at the top, so the value of a row is its negative distance downwards.
 Axis Upwards(Axis rows) { return {-rows.first, -rows.last, rows.label}; }
 
-std::string PupilText(const Simulation& simulation) { return NumberText(simulation.pupil.value(), 4) + " mm pupil"; }
+std::string PupilText(const Results& results) { return NumberText(results.pupil.value(), 4) + " mm pupil"; }
 
 // The sample spacing in the axes' unit, on both scales.
 template <class Quantity>
-std::string SampleNote(const Simulation& simulation, Quantity library, Quantity optical) {
-  return "A sample: " + NumberText(library.value(), 4) + "; optical scale (" + PupilText(simulation) +
+std::string SampleNote(const Results& results, Quantity library, Quantity optical) {
+  return "A sample: " + NumberText(library.value(), 4) + "; optical scale (" + PupilText(results) +
          "): " + NumberText(optical.value(), 4);
 }
 
@@ -51,13 +51,13 @@ std::string WindowText(Window window) {
   return "central " + std::to_string(window.count) + " of 256 samples";
 }
 
-PlaneFigure PsfBase(const Simulation& simulation, const Scales& scales, Side side, Window window) {
+PlaneFigure PsfBase(const Results& results, Side side, Window window) {
   PlaneFigure figure;
   figure.window = window;
-  const double pitch = scales.library.pitch.value();
+  const double pitch = results.scales.library.pitch.value();
   figure.x = WindowAxis(window, pitch, "horizontal (arc minutes, library scale)");
   figure.y = Upwards(WindowAxis(window, pitch, "vertical, up (arc minutes)"));
-  figure.note = SampleNote(simulation, scales.library.pitch, scales.optical.pitch);
+  figure.note = SampleNote(results, results.scales.library.pitch, results.scales.optical.pitch);
   figure.map = &kInferno;
   figure.view = View::kRetina;
   figure.side = side;
@@ -71,15 +71,15 @@ std::string PowerOfTen(int exponent) {
 
 }  // namespace
 
-PlaneFigure WavefrontFigure(const Simulation& simulation, Side side) {
+PlaneFigure WavefrontFigure(const Results& results, Side side) {
   constexpr double kLeastRange = 0.05;  // um; for a flat wavefront, whose range is 0
-  const Wavefront& wavefront = simulation.wavefront;
-  const double pitch = simulation.pupil.value() / 2.0 / (ORVANEL_GRID_SIZE / 4);
+  const Wavefront& wavefront = results.wavefront;
+  const double pitch = results.pupil.value() / 2.0 / (ORVANEL_GRID_SIZE / 4);
   PlaneFigure figure;
   figure.title = "Wavefront aberration";
   figure.subtitle = "RMS " + NumberText(wavefront.rms.value(), 3) + " \u00b5m, peak to valley " +
                     NumberText(wavefront.peakToValley.value(), 3) + " \u00b5m";
-  figure.note = "True positions in the " + PupilText(simulation);
+  figure.note = "True positions in the " + PupilText(results);
   figure.window = kPupilWindow;
   figure.x = WindowAxis(kPupilWindow, pitch, "pupil x (mm)");
   figure.y = Upwards(WindowAxis(kPupilWindow, pitch, "pupil y, up (mm)"));
@@ -97,11 +97,11 @@ PlaneFigure WavefrontFigure(const Simulation& simulation, Side side) {
   return figure;
 }
 
-PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales, Side side) {
-  PlaneFigure figure = PsfBase(simulation, scales, side, BrightWindow(simulation.psf));
+PlaneFigure PsfFigure(const Results& results, Side side) {
+  PlaneFigure figure = PsfBase(results, side, BrightWindow(results.psf));
   figure.title = "Point spread function";
-  figure.subtitle = "Strehl ratio " + NumberText(simulation.strehl, 3) + "; " + WindowText(figure.window);
-  figure.values = simulation.psf;
+  figure.subtitle = "Strehl ratio " + NumberText(results.strehl, 3) + "; " + WindowText(figure.window);
+  figure.values = results.psf;
   figure.low = 0.0;
   figure.high = 1.0;
   figure.barTicks = RoundTicks(0.0, 1.0, 5);
@@ -109,12 +109,11 @@ PlaneFigure PsfFigure(const Simulation& simulation, const Scales& scales, Side s
   return figure;
 }
 
-PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales, Side side) {
-  PlaneFigure figure = PsfBase(simulation, scales, side, kWholePlane);
+PlaneFigure PsfLogFigure(const Results& results, Side side) {
+  PlaneFigure figure = PsfBase(results, side, kWholePlane);
   figure.title = "Point spread function, logarithmic";
   figure.subtitle = WindowText(figure.window);
-  for (const double v : simulation.psf)
-    figure.values.push_back(v > 0.0 ? Logarithm(v) / std::numbers::ln10 : -kDecades);
+  for (const double v : results.psf) figure.values.push_back(v > 0.0 ? Logarithm(v) / std::numbers::ln10 : -kDecades);
   figure.low = -kDecades;
   figure.high = 0.0;
   for (int exponent = 0; exponent >= -static_cast<int>(kDecades); --exponent) {
@@ -124,19 +123,19 @@ PlaneFigure PsfLogFigure(const Simulation& simulation, const Scales& scales, Sid
   return figure;
 }
 
-PlaneFigure MtfFigure(const Simulation& simulation, const Scales& scales) {
+PlaneFigure MtfFigure(const Results& results) {
   PlaneFigure figure;
   figure.title = "Modulation transfer function";
   figure.subtitle = WindowText(kWholePlane) + "; colours by square roots";
   // Square roots, since most values of an eye's MTF are far below 1.
-  for (const double v : simulation.mtf) figure.values.push_back(std::sqrt(v));
+  for (const double v : results.mtf) figure.values.push_back(std::sqrt(v));
   figure.window = kWholePlane;
-  const double step = scales.library.step.value();
+  const double step = results.scales.library.step.value();
   figure.x = WindowAxis(kWholePlane, step, "horizontal (cycles/degree, library scale)");
   figure.y = Upwards(WindowAxis(kWholePlane, step, "vertical, up (cycles/degree)"));
   figure.view = View::kRetina;
   figure.side = Side::kUnknown;  // frequencies have no nasal side
-  figure.note = SampleNote(simulation, scales.library.step, scales.optical.step);
+  figure.note = SampleNote(results, results.scales.library.step, results.scales.optical.step);
   figure.map = &kViridis;
   figure.low = 0.0;
   figure.high = 1.0;

@@ -53,21 +53,21 @@ void DrawHeading(Canvas& canvas, double y, const std::string& text) {
   canvas.Text({kMargin, y + 48.0}, text, {32.0, kInk, true});
 }
 
-void DrawOptics(Canvas& canvas, double y, const Results& results) {
-  const Simulation& simulation = results.simulation;
-  const Scales& scales = results.scales;
-  const Side side = results.eye.side;
+void DrawOptics(Canvas& canvas, double y, const SimulatedEye& simulated) {
+  const Results& results = simulated.results;
+  const Side side = simulated.eye.side;
   Point corner{kMargin, y};
-  for (const PlaneFigure& figure : {WavefrontFigure(simulation, side), PsfFigure(simulation, scales, side),
-                                    PsfLogFigure(simulation, scales, side), MtfFigure(simulation, scales)}) {
+  for (const PlaneFigure& figure :
+       {WavefrontFigure(results, side), PsfFigure(results, side), PsfLogFigure(results, side), MtfFigure(results)}) {
     Draw(canvas, corner, figure);
     corner.x += kPlaneFigureWidth;
   }
-  DrawSections(canvas, {corner.x + 24.0, corner.y}, simulation, scales);
+  DrawSections(canvas, {corner.x + 24.0, corner.y}, results);
 }
 
-void DrawScaleNote(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales) {
-  const std::string pupil = NumberText(simulation.pupil.value(), 4) + " mm";
+void DrawScaleNote(Canvas& canvas, Point corner, const Results& results) {
+  const Scales& scales = results.scales;
+  const std::string pupil = NumberText(results.pupil.value(), 4) + " mm";
   const TextStyle body{kBodySize, kInk};
   canvas.Text({corner.x, corner.y - kCaptionHeight + 30.0}, "Two scales", {kTitleSize, kInk, true});
   for (const std::string& text :
@@ -75,7 +75,7 @@ void DrawScaleNote(Canvas& canvas, Point corner, const Simulation& simulation, c
             "Library scale: the library takes the pupil value so that its frequencies, retinal lengths and ring "
             "sizes (acuities) are those of a pupil of twice the diameter."),
         "Optical scale: those of the " + pupil + " pupil as stated.",
-        "Frequency range " + NumberText(simulation.frequencyRange.value(), 5) +
+        "Frequency range " + NumberText(scales.frequencyRange.value(), 5) +
             " cycles/degree (library scale); optical cut-off " + NumberText(scales.opticalCutOff.value(), 5) +
             " cycles/degree; ratio " + NumberText(scales.ratio, 5) + ".",
         "The whole field of 256 samples is " + NumberText(FieldOf(scales.library).value(), 4) +
@@ -93,22 +93,22 @@ Point CellCorner(double top, int cell) {
   return {kMargin + cell % kColumns * (kPanel + kGutter), top + cell / kColumns * kCellHeight};
 }
 
-void DrawStar(Canvas& canvas, double top, const Results& results) {
-  const Simulation& simulation = results.simulation;
-  const Side side = results.eye.side;
+void DrawStar(Canvas& canvas, double top, const SimulatedEye& simulated) {
+  const Results& results = simulated.results;
+  const Side side = simulated.eye.side;
   const double upper = kCaptionHeight, lower = kCaptionHeight + kPanel + kPanelLabelHeight;
   const Point first = CellCorner(top, 0), second = CellCorner(top, 1);
   DrawTitle(canvas, first, kPanel, "Sector star", "40 sectors, whole field");
-  DrawPanel(canvas, PanelBox(first.x, first.y + upper), GreyWindow(simulation.starOriginal, kWholePlane), "original",
+  DrawPanel(canvas, PanelBox(first.x, first.y + upper), GreyWindow(results.star.original, kWholePlane), "original",
             side);
-  DrawPanel(canvas, PanelBox(first.x, first.y + lower), GreyWindow(simulation.starStretched, kWholePlane),
+  DrawPanel(canvas, PanelBox(first.x, first.y + lower), GreyWindow(results.star.stretched, kWholePlane),
             "retinal image, stretched from black to white", side);
-  DrawScaleNote(canvas, {second.x, second.y + upper}, simulation, results.scales);
-  DrawPanel(canvas, PanelBox(second.x, second.y + lower), GreyWindow(simulation.starTotalLight, kWholePlane),
+  DrawScaleNote(canvas, {second.x, second.y + upper}, results);
+  DrawPanel(canvas, PanelBox(second.x, second.y + lower), GreyWindow(results.star.totalLight, kWholePlane),
             "retinal image, total light kept", side);
 }
 
-void DrawRings(Canvas& canvas, double top, const Results& results, const std::vector<ShownRing>& rings) {
+void DrawRings(Canvas& canvas, double top, const SimulatedEye& simulated, const std::vector<ShownRing>& rings) {
   int largest = 0;
   for (const ShownRing& shown : rings) largest = std::max(largest, std::min(shown.ring->diameter, ORVANEL_GRID_SIZE));
   const Window window = WindowFor(largest + largest / 2);
@@ -122,21 +122,21 @@ void DrawRings(Canvas& canvas, double top, const Results& results, const std::ve
     DrawTitle(canvas, corner, kPanel,
               "Acuity " + NumberText(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
               AskedText(shown) + "; " + std::to_string(ring.diameter) + " samples; optical scale " +
-                  NumberText(OpticalAcuity(ring.effectiveAcuity, results.scales), 3),
+                  NumberText(OpticalAcuity(ring.effectiveAcuity, simulated.results.scales), 3),
               IsFarOff(ring) ? kWarningInk : kFaintInk);
     DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight), GreyWindow(ring.original, window),
-              "original" + part, results.eye.side);
+              "original" + part, simulated.eye.side);
     DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight + kPanel + kPanelLabelHeight),
-              GreyWindow(ring.seen, window), "retinal image" + part, results.eye.side);
+              GreyWindow(ring.seen, window), "retinal image" + part, simulated.eye.side);
   }
 }
 
 }  // namespace
 
-ColourPicture DrawOverview(const Results& results) {
-  const std::vector<ShownRing> rings = ShownRings(results.simulation.rings);
-  const SheetHead head(results, kContent);
-  const std::vector<Paragraph> warnings = WarningParagraphs(results.warnings);
+ColourPicture DrawOverview(const SimulatedEye& simulated) {
+  const std::vector<ShownRing> rings = ShownRings(simulated.results.rings);
+  const SheetHead head(simulated, kContent);
+  const std::vector<Paragraph> warnings = WarningParagraphs(simulated.warnings);
   const int cells = 2 + static_cast<int>(rings.size());
   const int rows = (cells + kColumns - 1) / kColumns;
   const double optics = head.height() + HeightOf(warnings);
@@ -146,10 +146,10 @@ ColourPicture DrawOverview(const Results& results) {
   head.Draw(canvas, {kMargin, 0.0});
   DrawBelow(canvas, {kMargin, head.height() - 10.0}, warnings);
   DrawHeading(canvas, optics, "The eye's optics");
-  DrawOptics(canvas, optics + kHeadingHeight, results);
+  DrawOptics(canvas, optics + kHeadingHeight, simulated);
   DrawHeading(canvas, sights, "Retinal images");
-  DrawStar(canvas, sights + kHeadingHeight, results);
-  DrawRings(canvas, sights + kHeadingHeight, results, rings);
+  DrawStar(canvas, sights + kHeadingHeight, simulated);
+  DrawRings(canvas, sights + kHeadingHeight, simulated, rings);
   return canvas.picture();
 }
 

@@ -3,12 +3,12 @@
 #define ORVANEL_DRAWING_OVERVIEW_H
 
 #include "base/layers.h"
-#include "evaluation/results.h"
+#include "evaluation/simulated_eye.h"
 #include "files/pictures/png.h"
 
 namespace orvanel::drawing {
 
-ColourPicture DrawOverview(const Results& results);
+ColourPicture DrawOverview(const SimulatedEye& simulated);
 
 }  // namespace orvanel::drawing
 

@@ -23,14 +23,14 @@ constexpr double kAxisHeight = 104.0;
 constexpr double kNoteMargin = 30.0;
 
 void DrawSight(Canvas& canvas, Point corner, const std::string& title, const std::string& subtitle,
-               const ColourPicture& pixels, const Results& results) {
+               const ColourPicture& pixels, const SimulatedEye& simulated) {
   DrawTitle(canvas, {corner.x, corner.y + 8.0}, kPanel, title, subtitle);
   const Box box{corner.x, corner.y + kCaptionHeight, kPanel, kPanel};
   canvas.Paste(box, pixels);
   canvas.Outline(box, 1.5, kInk);
-  const double reach = FieldOf(results.scales.library).value() / 2.0;
+  const double reach = FieldOf(simulated.results.scales.library).value() / 2.0;
   DrawAxis(canvas, box, Edge::kBottom, {-reach, reach, "arc minutes, library scale"}, 50.0);
-  DrawView(canvas, box, 78.0, View::kPatient, results.eye.side);
+  DrawView(canvas, box, 78.0, View::kPatient, simulated.eye.side);
 }
 
 std::string NoteText(const SeenPicture& picture, const Scales& scales) {
@@ -47,10 +47,10 @@ std::string NoteText(const SeenPicture& picture, const Scales& scales) {
 
 }  // namespace
 
-ColourPicture DrawPictureSheet(const Results& results) {
-  const SeenPicture& picture = *results.picture;
-  const SheetHead head(results, kContent);
-  const Paragraph note(NoteText(picture, results.scales), {18.0, kInk}, kContent);
+ColourPicture DrawPictureSheet(const SimulatedEye& simulated) {
+  const SeenPicture& picture = *simulated.results.picture;
+  const SheetHead head(simulated, kContent);
+  const Paragraph note(NoteText(picture, simulated.results.scales), {18.0, kInk}, kContent);
   const double top = head.height(), notes = top + kCaptionHeight + kPanel + kAxisHeight;
   Canvas canvas(kContent + 2.0 * kMargin, notes + note.height() + kNoteMargin, 1.0);
   head.Draw(canvas, {kMargin, 0.0});
@@ -62,14 +62,14 @@ ColourPicture DrawPictureSheet(const Results& results) {
   DrawSight(
       canvas, corner, "As given",
       IsDrawable(file) ? canvas.Shortened(file, {kSmallSize, kFaintInk}, kPanel) : "see summary.json for its name",
-      PicturePixels(picture.object.channels, linear), results);
+      PicturePixels(picture.object.channels, linear), simulated);
   corner.x += kPanel + kGutter;
   DrawSight(canvas, corner, "Retinal image, contrast kept",
             "without the library\u2019s square: near to light that adds up",
-            PicturePixels(picture.contrastKept, linear), results);
+            PicturePixels(picture.contrastKept, linear), simulated);
   corner.x += kPanel + kGutter;
   DrawSight(canvas, corner, "Retinal image of the library", "squared, so that contrast is steeper; clipped at white",
-            PicturePixels(picture.seen, linear), results);
+            PicturePixels(picture.seen, linear), simulated);
   note.Draw(canvas, {kMargin, notes});
   return canvas.picture();
 }

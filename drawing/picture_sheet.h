@@ -3,12 +3,12 @@
 #define ORVANEL_DRAWING_PICTURE_SHEET_H
 
 #include "base/layers.h"
-#include "evaluation/results.h"
+#include "evaluation/simulated_eye.h"
 #include "files/pictures/png.h"
 
 namespace orvanel::drawing {
 
-ColourPicture DrawPictureSheet(const Results& results);
+ColourPicture DrawPictureSheet(const SimulatedEye& simulated);
 
 }  // namespace orvanel::drawing
 

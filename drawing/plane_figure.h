@@ -9,8 +9,9 @@
 #include "drawing/canvas/axis.h"
 #include "drawing/canvas/canvas.h"
 #include "drawing/canvas/colour_map.h"
-#include "evaluation/simulation.h"
 #include "eye/view.h"
+#include "orvanel/orvanel.h"
+#include "targets/plane.h"
 
 namespace orvanel::drawing {
 

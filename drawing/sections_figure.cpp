@@ -68,30 +68,30 @@ void DrawLegend(Canvas& canvas, const Box& plot) {
 
 }  // namespace
 
-void DrawSections(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales) {
+void DrawSections(Canvas& canvas, Point corner, const Results& results) {
   DrawTitle(canvas, {corner.x + kPlot.x, corner.y}, kPlot.width, "MTF sections",
-            "Optical cut-off of the " + NumberText(simulation.pupil.value(), 4) +
-                " mm pupil: " + NumberText(scales.opticalCutOff.value(), 5) + " cycles/degree");
+            "Optical cut-off of the " + NumberText(results.pupil.value(), 4) +
+                " mm pupil: " + NumberText(results.scales.opticalCutOff.value(), 5) + " cycles/degree");
   const Box plot{corner.x + kPlot.x, corner.y + kPlot.y, kPlot.width, kPlot.height};
   for (const Tick& tick : RoundTicks(0.0, 1.0, 5)) {
     canvas.Fill({plot.x, plot.bottom() - plot.height * tick.value - 0.5, plot.width, 1.0}, kGridLine);
   }
-  Trace(canvas, Points(plot, simulation.diffractionLimit), kDiffraction);
-  Trace(canvas, Points(plot, simulation.rowSection), kHorizontal);
-  Trace(canvas, Points(plot, simulation.columnSection), kVertical);
+  Trace(canvas, Points(plot, results.diffractionLimit), kDiffraction);
+  Trace(canvas, Points(plot, results.rowSection), kHorizontal);
+  Trace(canvas, Points(plot, results.columnSection), kVertical);
   DrawLegend(canvas, plot);
   canvas.Outline(plot, 1.5, kInk);
 
   constexpr double kSamples = ORVANEL_SECTION_SAMPLES;
-  DrawAxis(canvas, plot, Edge::kBottom, {0.0, kSamples * scales.library.step.value(), "cycles/degree, library scale"},
-           50.0);
-  DrawAxis(canvas, plot, Edge::kTop, {0.0, kSamples * scales.optical.step.value(), "cycles/degree, optical scale"},
-           34.0);
+  DrawAxis(canvas, plot, Edge::kBottom,
+           {0.0, kSamples * results.scales.library.step.value(), "cycles/degree, library scale"}, 50.0);
+  DrawAxis(canvas, plot, Edge::kTop,
+           {0.0, kSamples * results.scales.optical.step.value(), "cycles/degree, optical scale"}, 34.0);
   DrawAxis(canvas, plot, Edge::kLeft, {1.0, 0.0, "modulation transfer"}, 60.0);
-  canvas.Text(
-      {plot.x + plot.width / 2.0, plot.bottom() + 76.0},
-      "Frequency range given by the library: " + NumberText(simulation.frequencyRange.value(), 5) + " cycles/degree",
-      {kSmallSize, kFaintInk, false, Align::kCentre});
+  canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 76.0},
+              "Frequency range given by the library: " + NumberText(results.scales.frequencyRange.value(), 5) +
+                  " cycles/degree",
+              {kSmallSize, kFaintInk, false, Align::kCentre});
   canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 100.0}, "view: retina and patient alike",
               {kSmallSize, kFaintInk, false, Align::kCentre});
 }

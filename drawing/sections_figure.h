@@ -4,15 +4,14 @@
 
 #include "base/layers.h"
 #include "drawing/canvas/canvas.h"
-#include "evaluation/simulation.h"
-#include "models/scales.h"
+#include "models/results.h"
 
 namespace orvanel::drawing {
 
 constexpr double kSectionsFigureWidth = 744.0;
 
 // Draws the MTF sections beside the diffraction limit, with an axis for each scale.
-void DrawSections(Canvas& canvas, Point corner, const Simulation& simulation, const Scales& scales);
+void DrawSections(Canvas& canvas, Point corner, const Results& results);
 
 }  // namespace orvanel::drawing
 

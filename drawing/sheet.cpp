@@ -45,14 +45,14 @@ std::string DrawnName(const Eye& eye) {
   return IsDrawable(eye.file) ? eye.file : "An eye";
 }
 
-std::string NumbersText(const Simulation& simulation) {
-  const Wavefront& wavefront = simulation.wavefront;
-  return WithDots({"Pupil " + NumberText(simulation.pupil.value(), 4) + " mm",
-                   "Wavelength " + NumberText(ToNanometres(Wavelength()).value(), 5) + " nm",
-                   "Strehl ratio " + NumberText(simulation.strehl, 3) + " (" + NumberText(simulation.strehlPeak, 3) +
-                       " between samples)",
-                   "Wavefront RMS " + NumberText(wavefront.rms.value(), 3) + " \u00b5m (" +
-                       NumberText(wavefront.rms / ToMicrometres(Wavelength()), 3) + " waves)"});
+std::string NumbersText(const Results& results) {
+  const Wavefront& wavefront = results.wavefront;
+  return WithDots(
+      {"Pupil " + NumberText(results.pupil.value(), 4) + " mm",
+       "Wavelength " + NumberText(ToNanometres(Wavelength()).value(), 5) + " nm",
+       "Strehl ratio " + NumberText(results.strehl, 3) + " (" + NumberText(results.strehlPeak, 3) + " between samples)",
+       "Wavefront RMS " + NumberText(wavefront.rms.value(), 3) + " \u00b5m (" +
+           NumberText(wavefront.rms / ToMicrometres(Wavelength()), 3) + " waves)"});
 }
 
 std::string RefractionText(const Eye& eye) {
@@ -62,13 +62,13 @@ std::string RefractionText(const Eye& eye) {
                    text(ParaxialRefraction(osa, eye.pupil)) + " (paraxial)"});
 }
 
-std::string OriginText(const Results& results) {
-  const Eye& eye = results.measured;
+std::string OriginText(const SimulatedEye& simulated) {
+  const Eye& eye = simulated.measured;
   std::vector<std::string> parts;
   if (!IsDrawable(NameOf(eye))) parts.emplace_back("Name: in a script that is not drawn here, see summary.json");
   parts.push_back("Measured over " + NumberText(eye.pupil.value(), 6) + " mm, laterality " + SideText(eye.side) +
                   ", in " + Text(eye.coefficients.convention()));
-  parts.insert(parts.end(), results.changes.begin(), results.changes.end());
+  parts.insert(parts.end(), simulated.changes.begin(), simulated.changes.end());
   if (!IsDrawable(eye.source)) {
     parts.emplace_back("Source: in a script that is not drawn here, see summary.json");
   } else if (!eye.source.empty()) {
@@ -101,14 +101,14 @@ void Paragraph::Draw(Canvas& canvas, Point corner) const {
   }
 }
 
-HeadTexts HeadTextsOf(const Results& results) {
-  return {DrawnName(results.measured), NumbersText(results.simulation), RefractionText(results.eye),
-          OriginText(results)};
+HeadTexts HeadTextsOf(const SimulatedEye& simulated) {
+  return {DrawnName(simulated.measured), NumbersText(simulated.results), RefractionText(simulated.eye),
+          OriginText(simulated)};
 }
 
-SheetHead::SheetHead(const Results& results, double width) : width_(width) {
+SheetHead::SheetHead(const SimulatedEye& simulated, double width) : width_(width) {
   constexpr std::size_t kMostNameLines = 2, kMostOriginLines = 3;
-  const HeadTexts texts = HeadTextsOf(results);
+  const HeadTexts texts = HeadTextsOf(simulated);
   const double nameWidth = width - kVersionWidth;
   paragraphs_.emplace_back(texts.name, NameStyle(texts.name, nameWidth), nameWidth, kMostNameLines);
   paragraphs_.emplace_back(texts.numbers, TextStyle{28.0, kInk}, width);

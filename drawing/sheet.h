@@ -8,7 +8,7 @@
 #include "base/layers.h"
 #include "drawing/canvas/canvas.h"
 #include "drawing/plane_figure.h"
-#include "evaluation/results.h"
+#include "evaluation/simulated_eye.h"
 
 namespace orvanel::drawing {
 
@@ -36,12 +36,12 @@ struct HeadTexts {
   std::string origin;   // how the eye was measured, its adjustments, and its source
 };
 
-HeadTexts HeadTextsOf(const Results& results);
+HeadTexts HeadTextsOf(const SimulatedEye& simulated);
 
 class SheetHead {
  public:
   // width  of the sheet's content
-  SheetHead(const Results& results, double width);
+  SheetHead(const SimulatedEye& simulated, double width);
 
   // With the margins above and below.
   double height() const;

@@ -1,48 +1,52 @@
-// One eye after the other through an engine of its own.
+// Evaluates one eye after the other by a model: its results, the metrics of them, and the retinal images of objects.
 #ifndef ORVANEL_EVALUATION_EVALUATOR_H
 #define ORVANEL_EVALUATION_EVALUATOR_H
 
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "base/layers.h"
 #include "metrics/metrics.h"
-#include "orvanel/optics_engine.h"
-#include "targets/plane.h"
+#include "models/model.h"
 
 namespace orvanel::evaluation {
 
-// Serves one thread at a time; different ones share nothing.
-class EyeMeter {
+// Keeps its memory, so that an eye with the needs of the one before allocates no planes. Serves one thread at a time;
+// different ones share no mutable data.
+class Evaluator {
  public:
-  //   planes  whether psf and mtf are wanted too
-  EyeMeter(MetricChoice choice, bool planes);
+  explicit Evaluator(ModelKind kind = ModelKind::kClassic) : model_(MakeModel(kind)) {}
 
-  // The values of the chosen columns; no more is computed than they need. Throws Error where the eye cannot be
-  // simulated.
-  std::vector<double> Measure(const Eye& eye);
+  // No more is computed than is needed. The results are valid until the next eye. Throws Error where the model cannot
+  // represent the eye.
+  const Results& Evaluate(const Eye& eye, Needs needs);
 
-  // Of the eye measured last: the share of the pupil's samples where the wavefront is too steep for them. 0 where
-  // nothing is computed that needs the samples.
-  double undersampled() const { return measured_.undersampled; }
+  // The values of the chosen columns.
+  //   more  what the results have beside the needs of these columns
+  std::vector<double> Measure(const Eye& eye, const MetricChoice& choice, Needs more = {});
 
-  // Of the eye measured last, where planes are wanted.
-  const Plane& mtf() const { return plane_; }
-  OpticsEngine& engine() { return engine_; }
+  // Of the last eye.
+  const Results& results() const { return results_; }
+
+  // The retinal image of an object for the last eye, which must have been evaluated with Need::kImages.
+  Plane ImageOf(const Plane& object, ImageKind kind);
+
+  // The same for an object that many eyes see; kStretched or kTotalLight.
+  PrecomputedObject Precompute(const Plane& object) { return model_->Precompute(object); }
+  void ImageOf(PrecomputedObject object, ImageKind kind, Plane& image) { model_->ImageOf(object, kind, image); }
 
  private:
-  void Compute(const Eye& eye);
-
-  MetricChoice choice_;
-  Cost cost_;
-  OpticsEngine engine_;
-  Plane plane_;  // receives the MTF, or the PSF where nothing needs more
-  bool wantsPeak_ = false;
-  Section rowSection_, columnSection_, diffractionLimit_;
-  LineSpreads lineSpreads_;
-  MeasuredEye measured_;
+  std::unique_ptr<Model> model_;
+  Results results_;
+  Needs filled_;  // what the results have, but for pupil and scales
 };
+
+// The values of all columns that are chosen, and of one column of the table.
+std::vector<double> ValuesOf(const Eye& eye, const Results& results, const MetricChoice& choice);
+double ValueOf(const Eye& eye, const Results& results, std::string_view column);
 
 // Columns that are the same in all rows where all have this pupil, and their values.
 std::vector<std::pair<std::string, double>> ConstantsOf(Millimetres pupil);

@@ -1,25 +1,15 @@
-// The user's picture as an eye sees it.
+// Computes the retinal image of the user's picture.
 #ifndef ORVANEL_EVALUATION_RETINAL_PICTURE_H
 #define ORVANEL_EVALUATION_RETINAL_PICTURE_H
 
-#include <vector>
-
 #include "base/layers.h"
-#include "evaluation/simulation.h"
-#include "targets/object_picture.h"
+#include "evaluation/evaluator.h"
 
 namespace orvanel::evaluation {
 
-struct SeenPicture {
-  ObjectPicture object;
-  // One plane for each channel of the object; light, 0 to 1.
-  std::vector<Plane> seen;          // as the library shows its star with total light kept: squared, clipped at 1
-  std::vector<Plane> contrastKept;  // the same without the square: near to blurred light that adds up
-};
-
-// Each channel goes through the eye by itself. With contrast kept, each keeps its total light; the squares of three
-// channels keep the light that they have together, so that grey stays grey.
-SeenPicture SeePicture(Millimetres pupil, const LibraryCoefficients& coefficients, ObjectPicture object);
+// For the eye evaluated last, with Need::kImages. Each channel goes through the eye by itself. With contrast kept, each
+// keeps its total light; the squares of three channels keep the light that they have together, so that grey stays grey.
+SeenPicture SeePicture(Evaluator& evaluator, ObjectPicture object);
 
 }  // namespace orvanel::evaluation
 

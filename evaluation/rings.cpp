@@ -1,22 +1,12 @@
-// Names of rings, and how far they are from what was asked for.
+// Compares rings as drawn with those asked for.
 #include "evaluation/rings.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "base/number_text.h"
-#include "models/sampling.h"
 
 namespace orvanel::evaluation {
-
-std::string RingStem(double drawnAcuity, Gap gap) {
-  constexpr int kDigits = 4;
-  return "ring_acuity-" + NumberText(drawnAcuity, kDigits) + "_gap-" + Word(gap);
-}
-
-std::string RingStem(Millimetres pupil, const RingRequest& request) {
-  return RingStem(EffectiveAcuity(pupil, RingDiameter(pupil, request.acuity)), request.gap);
-}
 
 double Deviation(const Ring& ring) { return ring.effectiveAcuity / ring.request.acuity - 1.0; }
 

@@ -6,16 +6,9 @@
 #include <vector>
 
 #include "base/layers.h"
-#include "evaluation/simulation.h"
+#include "models/results.h"
 
 namespace orvanel::evaluation {
-
-// "ring_acuity-0.4951_gap-right", the beginning of the names of a ring's files and planes, by the acuity drawn. Rings
-// of less than 5000 samples have names of their own.
-std::string RingStem(double drawnAcuity, Gap gap);
-
-// The same before the ring is drawn.
-std::string RingStem(Millimetres pupil, const RingRequest& request);
 
 // How far the acuity drawn is above the one asked for, as a share of it.
 double Deviation(const Ring& ring);

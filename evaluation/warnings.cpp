@@ -15,18 +15,17 @@ constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;  // samples; leaves the 
 
 }  // namespace
 
-std::vector<std::string> Warnings(const Simulation& simulation) {
+std::vector<std::string> Warnings(const Results& results) {
   std::vector<std::string> warnings;
-  const Wavefront& wavefront = simulation.wavefront;
-  if (wavefront.aliasedShare > kLargestUndersampledShare) {
+  if (results.undersampled > kLargestUndersampledShare) {
     warnings.push_back(
-        "in " + NumberText(100.0 * wavefront.aliasedShare, 2) +
+        "in " + NumberText(100.0 * results.undersampled, 2) +
         " % of the pupil the wavefront changes by more than half a wave from one sample to the next, by " +
-        NumberText(wavefront.steepestStep / ToMicrometres(Wavelength()), 3) +
+        NumberText(results.wavefront.steepestStep / ToMicrometres(Wavelength()), 3) +
         " waves at most: the light from there comes out in wrong places in all results");
   }
   double warned = 0.0;  // rings of one acuity follow each other
-  for (const Ring& ring : simulation.rings) {
+  for (const Ring& ring : results.rings) {
     if (!IsFarOff(ring) || ring.request.acuity == warned) continue;
     warned = ring.request.acuity;
     warnings.push_back("the ring asked for with acuity " + ShortestText(warned) + " is drawn with acuity " +
@@ -36,7 +35,7 @@ std::vector<std::string> Warnings(const Simulation& simulation) {
   }
   constexpr int kFits = kLargestRing - 5;  // a ring's diameter is rounded to fives
   double reported = 0.0;                   // rings of one acuity follow each other
-  for (const Ring& ring : simulation.rings) {
+  for (const Ring& ring : results.rings) {
     if (ring.diameter <= kLargestRing || ring.request.acuity == reported) continue;
     reported = ring.request.acuity;
     warnings.push_back(

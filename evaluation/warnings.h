@@ -6,13 +6,13 @@
 #include <vector>
 
 #include "base/layers.h"
-#include "evaluation/simulation.h"
+#include "models/results.h"
 
 namespace orvanel::evaluation {
 
 // One sentence for each doubt: wavefronts too steep for the samples, rings far from what was asked for, rings that fill
 // the field. Those about the eye by itself are EyeWarnings.
-std::vector<std::string> Warnings(const Simulation& simulation);
+std::vector<std::string> Warnings(const Results& results);
 
 }  // namespace orvanel::evaluation
 

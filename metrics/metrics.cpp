@@ -31,108 +31,129 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
   static const std::vector<Metric> kTable = {
       {"strehl",
        "Strehl ratio of the brightest sample",
-       Cost::kStrehl,
+       {Need::kStrehl},
+       Of::kEye,
        true,
-       {"strehl_ratio"},
-       [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.strehl); }},
+       {{"strehl_ratio", "1"}},
+       [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.strehl); }},
       {"strehl_peak",
        "Strehl ratio of the peak between the samples",
-       Cost::kPsf,
+       {Need::kStrehlPeak},
+       Of::kEye,
        true,
-       {"strehl_ratio_peak"},
-       [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.strehlPeak); }},
+       {{"strehl_ratio_peak", "1"}},
+       [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.strehlPeak); }},
       {kUndersampledColumn,
        "share of the pupil, 0 to 1, where the wavefront is too steep for the samples",
-       Cost::kWavefront,
+       {Need::kUndersampled},
+       Of::kEye,
        true,
-       {kUndersampledColumn},
-       [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.undersampled); }},
+       {{kUndersampledColumn, "1"}},
+       [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.undersampled); }},
       {"half_width",
        "half extent of the PSF window on the retina, both scales",
-       Cost::kPupil,
+       {},
+       Of::kPupil,
        true,
-       {"psf_half_width_mm_library_scale", "psf_half_width_mm_optical_scale"},
-       [](const MeasuredEye& eye, Numbers& values) {
-         values.push_back(eye.scales.library.halfWidth.value());
-         values.push_back(eye.scales.optical.halfWidth.value());
+       {{"psf_half_width_mm_library_scale", "mm"}, {"psf_half_width_mm_optical_scale", "mm"}},
+       [](const MetricInput& eye, Numbers& values) {
+         values.push_back(eye.results.scales.library.halfWidth.value());
+         values.push_back(eye.results.scales.optical.halfWidth.value());
        }},
       {"frequency_range",
        "where the MTF ends, both scales",
-       Cost::kPupil,
+       {},
+       Of::kPupil,
        true,
-       {"mtf_frequency_range_cpd_library_scale", "cutoff_cpd_optical_scale"},
-       [](const MeasuredEye& eye, Numbers& values) {
-         values.push_back(FrequencyRange(eye.eye->pupil).value());
-         values.push_back(eye.scales.opticalCutOff.value());
+       {{"mtf_frequency_range_cpd_library_scale", "cycles/degree"}, {"cutoff_cpd_optical_scale", "cycles/degree"}},
+       [](const MetricInput& eye, Numbers& values) {
+         values.push_back(eye.results.scales.frequencyRange.value());
+         values.push_back(eye.results.scales.opticalCutOff.value());
        }},
       {"rms",
        "RMS of the wavefront, orders 2 and above, 3 and above",
-       Cost::kCoefficients,
+       {},
+       Of::kEye,
        true,
-       {"rms_um_orders_2_and_above", "rms_um_orders_3_and_above"},
-       [](const MeasuredEye& eye, Numbers& values) {
+       {{"rms_um_orders_2_and_above", "um"}, {"rms_um_orders_3_and_above", "um"}},
+       [](const MetricInput& eye, Numbers& values) {
          values.push_back(Rms(eye.osa, kLowestOrderThatBlurs).value());
          values.push_back(Rms(eye.osa, kLowestHigherOrder).value());
        }},
       {"rms_orders",
        "RMS of each order from 2 to 6",
-       Cost::kCoefficients,
+       {},
+       Of::kEye,
        false,
-       {"rms_um_order_2", "rms_um_order_3", "rms_um_order_4", "rms_um_order_5", "rms_um_order_6"},
-       [](const MeasuredEye& eye, Numbers& values) {
+       {{"rms_um_order_2", "um"},
+        {"rms_um_order_3", "um"},
+        {"rms_um_order_4", "um"},
+        {"rms_um_order_5", "um"},
+        {"rms_um_order_6", "um"}},
+       [](const MetricInput& eye, Numbers& values) {
          for (int n = 2; n <= 6; ++n) values.push_back(Rms(eye.osa, n, n).value());
        }},
       {"refraction",
        "sphere, cylinder and axis by least squares",
-       Cost::kCoefficients,
+       {},
+       Of::kEye,
        true,
-       {"refraction_sphere_d_least_squares", "refraction_cylinder_d_least_squares",
-        "refraction_axis_deg_least_squares"},
-       [](const MeasuredEye& eye, Numbers& values) {
-         AddRefraction(LeastSquaresRefraction(eye.osa, eye.eye->pupil), values);
+       {{"refraction_sphere_d_least_squares", "D"},
+        {"refraction_cylinder_d_least_squares", "D"},
+        {"refraction_axis_deg_least_squares", "degrees"}},
+       [](const MetricInput& eye, Numbers& values) {
+         AddRefraction(LeastSquaresRefraction(eye.osa, eye.results.pupil), values);
        }},
       {"paraxial",
        "sphere, cylinder and axis at the centre of the pupil",
-       Cost::kCoefficients,
+       {},
+       Of::kEye,
        false,
-       {"refraction_sphere_d_paraxial", "refraction_cylinder_d_paraxial", "refraction_axis_deg_paraxial"},
-       [](const MeasuredEye& eye, Numbers& values) {
-         AddRefraction(ParaxialRefraction(eye.osa, eye.eye->pupil), values);
+       {{"refraction_sphere_d_paraxial", "D"},
+        {"refraction_cylinder_d_paraxial", "D"},
+        {"refraction_axis_deg_paraxial", "degrees"}},
+       [](const MetricInput& eye, Numbers& values) {
+         AddRefraction(ParaxialRefraction(eye.osa, eye.results.pupil), values);
        }},
       {"power_vector",
        "M, J0 and J45 by least squares",
-       Cost::kCoefficients,
+       {},
+       Of::kEye,
        false,
-       {"refraction_m_d_least_squares", "refraction_j0_d_least_squares", "refraction_j45_d_least_squares"},
-       [](const MeasuredEye& eye, Numbers& values) {
-         const PowerVector powers = LeastSquaresRefraction(eye.osa, eye.eye->pupil);
+       {{"refraction_m_d_least_squares", "D"},
+        {"refraction_j0_d_least_squares", "D"},
+        {"refraction_j45_d_least_squares", "D"}},
+       [](const MetricInput& eye, Numbers& values) {
+         const PowerVector powers = LeastSquaresRefraction(eye.osa, eye.results.pupil);
          values.insert(values.end(), {powers.m.value(), powers.j0.value(), powers.j45.value()});
        }},
       {"mtf_area",
        "area under the mean of both sections of the MTF, and its share of the diffraction limit's",
-       Cost::kMtf,
+       {Need::kSections},
+       Of::kEye,
        true,
-       {"mtf_area_cpd_library_scale", "mtf_area_over_diffraction_limit"},
-       [](const MeasuredEye& eye, Numbers& values) {
-         const double samples = (Area(*eye.rowSection) + Area(*eye.columnSection)) / 2.0;
-         values.push_back(samples * eye.scales.library.step.value());
-         values.push_back(samples / Area(*eye.diffractionLimit));
+       {{"mtf_area_cpd_library_scale", "cycles/degree"}, {"mtf_area_over_diffraction_limit", "1"}},
+       [](const MetricInput& eye, Numbers& values) {
+         const double samples = (Area(eye.results.rowSection) + Area(eye.results.columnSection)) / 2.0;
+         values.push_back(samples * eye.results.scales.library.step.value());
+         values.push_back(samples / Area(eye.results.diffractionLimit));
        }},
       {"pupil",
        "pupil diameter",
-       Cost::kPupil,
+       {},
+       Of::kPupil,
        false,
-       {"simulated_pupil_diameter_mm"},
-       [](const MeasuredEye& eye, Numbers& values) { values.push_back(eye.eye->pupil.value()); }},
+       {{"simulated_pupil_diameter_mm", "mm"}},
+       [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.pupil.value()); }},
   };
   return kTable;
 }
 
-void AddRing(const MeasuredEye& eye, double acuity, Numbers& values) {
-  const int diameter = RingDiameter(eye.eye->pupil, acuity);
-  const double effectiveAcuity = EffectiveAcuity(eye.eye->pupil, diameter);
+void AddRing(const MetricInput& eye, double acuity, Numbers& values) {
+  const int diameter = RingDiameter(eye.results.pupil, acuity);
+  const double effectiveAcuity = EffectiveAcuity(eye.results.pupil, diameter);
   values.push_back(effectiveAcuity);
-  values.push_back(OpticalAcuity(effectiveAcuity, eye.scales));
+  values.push_back(OpticalAcuity(effectiveAcuity, eye.results.scales));
 }
 
 }  // namespace
@@ -160,7 +181,7 @@ std::vector<const Metric*> MetricsNamed(std::string_view list) {
 std::vector<const Metric*> UsualMetrics(bool samePupil) {
   std::vector<const Metric*> usual;
   for (const Metric& metric : Table()) {
-    if (metric.usual && !(samePupil && metric.cost == Cost::kPupil)) usual.push_back(&metric);
+    if (metric.usual && !(samePupil && metric.of == Of::kPupil)) usual.push_back(&metric);
   }
   return usual;
 }
@@ -174,7 +195,7 @@ void AddUndersampled(MetricChoice& choice) {
 std::vector<std::string> Columns(const MetricChoice& choice) {
   std::vector<std::string> columns;
   for (const Metric* const metric : choice.metrics) {
-    columns.insert(columns.end(), metric->columns.begin(), metric->columns.end());
+    for (const Column& column : metric->columns) columns.emplace_back(column.name);
   }
   for (const CyclesPerDegree frequency : choice.mtfAt) {
     const std::string at = "_at_" + ShortestText(frequency.value()) + "_cpd_library_scale";
@@ -190,21 +211,34 @@ std::vector<std::string> Columns(const MetricChoice& choice) {
   return columns;
 }
 
-Cost CostOf(const MetricChoice& choice) {
-  Cost cost = choice.mtfAt.empty() ? Cost::kCoefficients : Cost::kMtf;
-  for (const Metric* const metric : choice.metrics) cost = std::max(cost, metric->cost);
-  return cost;
+Needs NeedsOf(const MetricChoice& choice) {
+  Needs needs;
+  if (!choice.mtfAt.empty()) needs = {Need::kLineSpreads};
+  for (const Metric* const metric : choice.metrics) needs = needs | metric->needs;
+  return needs;
 }
 
-std::vector<double> Values(const MetricChoice& choice, const MeasuredEye& eye) {
-  std::vector<double> values;
-  for (const Metric* const metric : choice.metrics) metric->measure(eye, values);
-  for (const CyclesPerDegree frequency : choice.mtfAt) {
-    values.push_back(MtfAt(eye.lineSpreads->horizontal, eye.scales.library, frequency));
-    values.push_back(MtfAt(eye.lineSpreads->vertical, eye.scales.library, frequency));
+double ValueOf(std::string_view column, const MetricInput& input) {
+  for (const Metric& metric : Table()) {
+    const auto found = std::find_if(metric.columns.begin(), metric.columns.end(),
+                                    [column](const Column& its) { return its.name == column; });
+    if (found == metric.columns.end()) continue;
+    std::vector<double> values;
+    metric.compute(input, values);
+    return values.at(static_cast<std::size_t>(found - metric.columns.begin()));
   }
-  for (const double acuity : choice.acuities) AddRing(eye, acuity, values);
-  if (choice.doubts) values.push_back(static_cast<double>(eye.doubts));
+  throw Error(Quoted(column) + " is no column of a metric");
+}
+
+std::vector<double> Values(const MetricChoice& choice, const MetricInput& input) {
+  std::vector<double> values;
+  for (const Metric* const metric : choice.metrics) metric->compute(input, values);
+  for (const CyclesPerDegree frequency : choice.mtfAt) {
+    values.push_back(MtfAt(input.results.lineSpreads.horizontal, input.results.scales.library, frequency));
+    values.push_back(MtfAt(input.results.lineSpreads.vertical, input.results.scales.library, frequency));
+  }
+  for (const double acuity : choice.acuities) AddRing(input, acuity, values);
+  if (choice.doubts) values.push_back(static_cast<double>(input.doubts));
   if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); })) {
     throw Error("is so far from an eye that nothing can be computed; check the units of pupil and coefficients");
   }

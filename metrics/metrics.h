@@ -1,4 +1,4 @@
-// The numbers that a batch gives for each eye: their names, their columns, and what they need to be computed.
+// Lists the metrics of an eye: names, units, what they need, and their values as functions of results.
 #ifndef ORVANEL_METRICS_METRICS_H
 #define ORVANEL_METRICS_METRICS_H
 
@@ -8,38 +8,34 @@
 #include <vector>
 
 #include "base/layers.h"
-#include "eye/eye.h"
-#include "models/scales.h"
-#include "models/section.h"
-#include "orvanel/line_spread.h"
+#include "eye/convention.h"
+#include "models/needs.h"
+#include "models/results.h"
 
 namespace orvanel::metrics {
 
-// What the engine has to compute for a metric; each includes those before it.
-enum class Cost { kPupil, kCoefficients, kWavefront, kStrehl, kPsf, kMtf };
-
-// What a metric is computed from.
-struct MeasuredEye {
-  const Eye* eye = nullptr;
-  Coefficients osa;  // orthonormal, micrometres, y upwards
-  Scales scales;
-  std::size_t doubts = 0;               // how many EyeWarnings has
-  double undersampled = 0.0;            // share of the pupil's samples; from Cost::kWavefront on
-  double strehl = 0.0;                  // from Cost::kStrehl on
-  double strehlPeak = 0.0;              // where a metric needs Cost::kPsf
-  const Section* rowSection = nullptr;  // from Cost::kMtf on, as the others
-  const Section* columnSection = nullptr;
-  const Section* diffractionLimit = nullptr;
-  const LineSpreads* lineSpreads = nullptr;  // where the MTF is asked for at frequencies
+// What metrics are computed from.
+struct MetricInput {
+  const Results& results;
+  const Coefficients& osa;  // of the eye: orthonormal, micrometres, y upwards
+  std::size_t doubts = 0;   // how many EyeWarnings the eye has
 };
+
+struct Column {
+  const char* name;  // with unit and scale
+  const char* unit;  // "1" where it has none
+};
+
+enum class Of { kPupil, kEye };
 
 struct Metric {
   const char* word;         // on the command line
   const char* description;  // for help
-  Cost cost;
-  bool usual;  // computed where nothing else is asked for
-  std::vector<const char*> columns;
-  void (*measure)(const MeasuredEye& eye, std::vector<double>& values);  // appends as many as there are columns
+  Needs needs;              // of the results, beside pupil and scales
+  Of of;                    // a function of the pupil alone, or of more
+  bool usual;               // computed where nothing else is asked for
+  std::vector<Column> columns;
+  void (*compute)(const MetricInput& eye, std::vector<double>& values);  // appends as many as there are columns
 };
 
 std::span<const Metric> Metrics();
@@ -68,10 +64,14 @@ constexpr const char* kUndersampledColumn = "undersampled";
 // unlike a human eye's.
 std::vector<std::string> Columns(const MetricChoice& choice);
 
-Cost CostOf(const MetricChoice& choice);
+// What the results must have for these columns.
+Needs NeedsOf(const MetricChoice& choice);
+
+// The value of one column of the table.
+double ValueOf(std::string_view column, const MetricInput& input);
 
 // The values of all columns. Throws Error where one of them is no number.
-std::vector<double> Values(const MetricChoice& choice, const MeasuredEye& eye);
+std::vector<double> Values(const MetricChoice& choice, const MetricInput& input);
 
 }  // namespace orvanel::metrics
 

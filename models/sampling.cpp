@@ -1,8 +1,7 @@
 // Calls the library's functions of sampling with the one grid and the one wavelength.
 #include "models/sampling.h"
 
-#include "base/error.h"
-#include "base/number_text.h"
+#include "models/errors.h"
 #include "orvanel/orvanel.h"
 #include "orvanel/ring.h"
 #include "orvanel/sampling.h"
@@ -28,8 +27,7 @@ CyclesPerDegree FrequencyRange(Millimetres pupil) {
 int RingDiameter(Millimetres pupil, double acuity) {
   const int diameter = orvanel::RingDiameter(ScaleOf(pupil), acuity);
   if (diameter > 0) return diameter;
-  throw Error("a ring of acuity " + ShortestText(acuity) +
-              " would be too small for the samples at this pupil; ask for a lower acuity");
+  throw RingTooSmall(acuity);
 }
 
 double EffectiveAcuity(Millimetres pupil, int diameter) { return orvanel::EffectiveAcuity(ScaleOf(pupil), diameter); }

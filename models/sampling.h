@@ -16,8 +16,7 @@ Millimetres PsfHalfWidth(Millimetres pupil);
 // Where the sections of the MTF end, on the library scale.
 CyclesPerDegree FrequencyRange(Millimetres pupil);
 
-// The outer diameter in samples of the ring that is drawn for an acuity, on the library scale. Throws Error where the
-// ring is too small to be drawn.
+// The outer diameter in samples of the ring that is drawn for an acuity, on the library scale. Throws RingTooSmall.
 int RingDiameter(Millimetres pupil, double acuity);
 
 // The acuity of a ring of this diameter, on the library scale.

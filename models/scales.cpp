@@ -16,15 +16,15 @@ Scales ScalesOf(Millimetres pupil) {
   // apart and the cut-off falls on MTF sample 128.
   const double pupilInWaves = pupil / Wavelength();
   const Millimetres halfWidth = PsfHalfWidth(pupil);
-  const CyclesPerDegree frequencyRange = FrequencyRange(pupil);
   Scales scales;
+  scales.frequencyRange = FrequencyRange(pupil);
   scales.opticalCutOff = CyclesPerDegree(pupilInWaves * kDegree);
-  scales.ratio = frequencyRange / scales.opticalCutOff;
+  scales.ratio = scales.frequencyRange / scales.opticalCutOff;
   scales.optical.pitch = ArcMinutes(1.0 / (2.0 * pupilInWaves) / kDegree * 60.0);
   scales.optical.step = scales.opticalCutOff / kHalfSide;
   scales.optical.halfWidth = scales.ratio * halfWidth;
   scales.library.pitch = scales.optical.pitch / scales.ratio;
-  scales.library.step = frequencyRange / kHalfSide;
+  scales.library.step = scales.frequencyRange / kHalfSide;
   scales.library.halfWidth = halfWidth;
   for (Scale* const scale : {&scales.library, &scales.optical}) scale->halfWidthAngle = kHalfSide * scale->pitch;
   return scales;

@@ -19,8 +19,9 @@ struct Scale {
 
 struct Scales {
   Scale library, optical;
-  CyclesPerDegree opticalCutOff;  // pupil / wavelength, where the diffraction limit of the stated pupil reaches 0
-  double ratio;                   // frequencies on the library scale over those on the optical one, 2.0023
+  CyclesPerDegree frequencyRange;  // where the sections of the MTF end, on the library scale
+  CyclesPerDegree opticalCutOff;   // pupil / wavelength, where the diffraction limit of the stated pupil reaches 0
+  double ratio;                    // frequencies on the library scale over those on the optical one, 2.0023
 };
 
 // Of the results for an eye with this pupil.

@@ -53,27 +53,34 @@ NumberedFiles PictureFolder::FilesOf(PictureKind kind) const {
   return {folder_, "", ending, kDigits};
 }
 
-Painter::Painter(PictureFolder folder, const Plane& star) : folder_(std::move(folder)), star_(star) {}
+Needs NeedsOf(const std::vector<PictureKind>& kinds) {
+  constexpr Need kNeeds[] = {Need::kPsf, Need::kMtf, Need::kImages};
+  Needs needs;
+  for (const PictureKind kind : kinds) needs = needs | Needs{kNeeds[static_cast<std::size_t>(kind)]};
+  return needs;
+}
 
-Plane Painter::Draw(PictureKind kind, EyeMeter& meter) {
-  OpticsEngine& engine = meter.engine();
+Painter::Painter(PictureFolder folder, Evaluator& evaluator, const Plane& star)
+    : folder_(std::move(folder)), evaluator_(evaluator) {
+  if (NeedsOf(folder_.kinds()).Has(Need::kImages)) star_ = evaluator.Precompute(star);
+}
+
+const Plane& Painter::PlaneOf(PictureKind kind) {
   switch (kind) {
     case PictureKind::kPsf:
-      return {engine.psfPlane.begin(), engine.psfPlane.end()};
+      return evaluator_.results().psf;
     case PictureKind::kMtf:
-      return meter.mtf();
+      return evaluator_.results().mtf;
     case PictureKind::kStar:
       break;
   }
-  if (!prepared_) prepared_.emplace(engine.Prepare(star_.data()));
-  Plane seen(ORVANEL_PLANE_SAMPLES);
-  engine.PreparedRetinalImage(seen.data(), *prepared_);
-  return seen;
+  evaluator_.ImageOf(star_.value(), ImageKind::kStretched, seen_);
+  return seen_;
 }
 
-void Painter::Paint(std::size_t row, EyeMeter& meter) {
+void Painter::Paint(std::size_t row) {
   for (const PictureKind kind : folder_.kinds()) {
-    ReplaceFile(folder_.FilesOf(kind).Path(row + 1), EncodePng(GreyPictureOf(Draw(kind, meter)), Pixels::kNumbers));
+    ReplaceFile(folder_.FilesOf(kind).Path(row + 1), EncodePng(GreyPictureOf(PlaneOf(kind)), Pixels::kNumbers));
   }
 }
 

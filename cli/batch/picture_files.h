@@ -32,22 +32,27 @@ class PictureFolder {
   std::vector<PictureKind> kinds_;
 };
 
+// What these pictures need of a model.
+Needs NeedsOf(const std::vector<PictureKind>& kinds);
+
 // Draws pictures; one object for each thread.
 class Painter {
  public:
-  //   star  the sector star, 256 x 256
-  Painter(PictureFolder folder, const Plane& star);
+  //   evaluator  outlives the painter
+  //   star       the Siemens star, 256 x 256
+  Painter(PictureFolder folder, Evaluator& evaluator, const Plane& star);
 
-  // Writes the pictures of the eye measured last, each atomically. Throws Error.
+  // Writes the pictures of the eye evaluated last, each atomically. Throws Error.
   //   row  from 0
-  void Paint(std::size_t row, EyeMeter& meter);
+  void Paint(std::size_t row);
 
  private:
-  Plane Draw(PictureKind kind, EyeMeter& meter);
+  const Plane& PlaneOf(PictureKind kind);
 
   PictureFolder folder_;
-  const Plane& star_;
-  std::optional<PreparedObject> prepared_;
+  Evaluator& evaluator_;
+  std::optional<PrecomputedObject> star_;
+  Plane seen_;
 };
 
 }  // namespace orvanel::cli

@@ -2,7 +2,6 @@
 #include "cli/batch/plane_chunks.h"
 
 #include <algorithm>
-#include <limits>
 #include <system_error>
 #include <utility>
 
@@ -20,6 +19,7 @@ namespace fs = std::filesystem;
 
 struct KindWords {
   PlaneKind kind;
+  Need need;
   StackedPlane plane;
 };
 
@@ -28,16 +28,13 @@ std::string Text(View view) { return std::string(Description(view)); }
 const std::vector<KindWords>& Kinds() {
   static const std::vector<KindWords> kKinds = {
       {PlaneKind::kWavefront,
+       Need::kWavefront,
        {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Text(View::kPupil)}},
-      {PlaneKind::kPsf, {"psf", "point spread function, 1 at its peak", "1", Text(View::kRetina)}},
-      {PlaneKind::kMtf, {"mtf", "modulation transfer function, 1 at zero frequency", "1", Text(View::kRetina)}}};
+      {PlaneKind::kPsf, Need::kPsf, {"psf", "point spread function, 1 at its peak", "1", Text(View::kRetina)}},
+      {PlaneKind::kMtf,
+       Need::kMtf,
+       {"mtf", "modulation transfer function, 1 at zero frequency", "1", Text(View::kRetina)}}};
   return kKinds;
-}
-
-std::string CompressedWavefront(const GridPlane& wavefront) {
-  std::vector<double> samples(wavefront.begin(), wavefront.end());
-  std::replace(samples.begin(), samples.end(), kWavefrontOutside, std::numeric_limits<double>::quiet_NaN());
-  return CompressedPlane(samples.data());
 }
 
 }  // namespace
@@ -56,18 +53,24 @@ std::vector<PlaneKind> PlaneKindsNamed(std::string_view list) {
   return chosen;
 }
 
-std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, EyeMeter& meter) {
+Needs NeedsOf(const std::vector<PlaneKind>& kinds) {
+  Needs needs;
+  for (const PlaneKind kind : kinds) needs = needs | Needs{Kinds()[static_cast<std::size_t>(kind)].need};
+  return needs;
+}
+
+std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, const Results& results) {
   std::vector<std::string> planes;
   for (const PlaneKind kind : kinds) {
     switch (kind) {
       case PlaneKind::kWavefront:
-        planes.push_back(CompressedWavefront(meter.engine().wavefrontPlane));
+        planes.push_back(CompressedPlane(results.wavefront.map.data()));
         break;
       case PlaneKind::kPsf:
-        planes.push_back(CompressedPlane(meter.engine().psfPlane.data()));
+        planes.push_back(CompressedPlane(results.psf.data()));
         break;
       case PlaneKind::kMtf:
-        planes.push_back(CompressedPlane(meter.mtf().data()));
+        planes.push_back(CompressedPlane(results.mtf.data()));
         break;
     }
   }

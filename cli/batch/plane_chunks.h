@@ -9,8 +9,9 @@
 
 #include "base/layers.h"
 #include "cli/batch/numbered_files.h"
-#include "evaluation/evaluator.h"
 #include "files/planes/hdf5_stack.h"
+#include "models/needs.h"
+#include "models/results.h"
 
 namespace orvanel::cli {
 
@@ -19,8 +20,11 @@ enum class PlaneKind { kWavefront, kPsf, kMtf };
 // Parses "psf,mtf"; the result has each kind once. Throws Error.
 std::vector<PlaneKind> PlaneKindsNamed(std::string_view list);
 
-// The planes of the eye measured last, compressed.
-std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, EyeMeter& meter);
+// What these planes need of a model.
+Needs NeedsOf(const std::vector<PlaneKind>& kinds);
+
+// The planes of results, compressed.
+std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, const Results& results);
 
 // "planes.h5" becomes "planes-000001.h5" and so on. A file is written under a temporary name and renamed when it is
 // complete.

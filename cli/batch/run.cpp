@@ -64,9 +64,13 @@ class Worker {
   Worker(const BatchRequest& request, const std::optional<PictureFolder>& pictures, const Plane& star)
       : request_(request),
         columns_(ResultColumns(request).size()),
-        meter_(request.choice, !request.planes.empty() || !request.pictures.empty()) {
-    if (pictures) painter_.emplace(*pictures, star);
+        needs_((request.planes.empty() ? Needs() : NeedsOf(request.planeKinds)) |
+               (pictures ? NeedsOf(request.pictureKinds) : Needs())) {
+    if (pictures) painter_.emplace(*pictures, evaluator_, star);
   }
+
+  Worker(const Worker&) = delete;
+  Worker& operator=(const Worker&) = delete;
 
   Rows operator()(Rows& rows) {
     for (BatchRow& row : rows) Compute(row);
@@ -79,10 +83,10 @@ class Worker {
     if (row.error.empty()) {
       try {
         const Eye eye = Adjusted(std::move(row.eye.eye), request_.adjustments, &row.dropped);
-        values = meter_.Measure(eye);
+        values = evaluator_.Measure(eye, request_.choice, needs_);
         if (row.dropped) values.push_back(row.dropped->rms.value());
         row.pupil = eye.pupil.value();
-        if (meter_.undersampled() > request_.maxUndersampled) row.undersampled = UndersampledText(row.eye);
+        if (evaluator_.results().undersampled > request_.maxUndersampled) row.undersampled = UndersampledText(row.eye);
       } catch (const Error& error) {
         row.error = ErrorText(row.eye, error);
         row.dropped.reset();
@@ -90,8 +94,8 @@ class Worker {
     }
     // From here on, a failure is not an error of the eye and ends the run.
     if (row.error.empty()) {
-      if (!request_.planes.empty()) row.planes = CompressedPlanes(request_.planeKinds, meter_);
-      if (painter_) painter_->Paint(row.row, meter_);
+      if (!request_.planes.empty()) row.planes = CompressedPlanes(request_.planeKinds, evaluator_.results());
+      if (painter_) painter_->Paint(row.row);
     }
     for (const std::string& identifier : row.eye.identifiers) row.line += CsvField(identifier) + ",";
     for (std::size_t i = 0; i < columns_; ++i) row.line += (row.error.empty() ? ShortestText(values[i]) : "") + ",";
@@ -99,14 +103,16 @@ class Worker {
   }
 
   std::string UndersampledText(const TableEye& eye) const {
-    return ErrorText(
-        eye, Error("the wavefront is too steep for the samples in " + NumberText(100.0 * meter_.undersampled(), 2) +
-                   " % of the pupil, more than " + NumberText(100.0 * request_.maxUndersampled, 2) + " %"));
+    return ErrorText(eye,
+                     Error("the wavefront is too steep for the samples in " +
+                           NumberText(100.0 * evaluator_.results().undersampled, 2) + " % of the pupil, more than " +
+                           NumberText(100.0 * request_.maxUndersampled, 2) + " %"));
   }
 
   const BatchRequest& request_;
   std::size_t columns_;
-  EyeMeter meter_;
+  Needs needs_;  // beside those of the metrics
+  Evaluator evaluator_;
   std::optional<Painter> painter_;
 };
 

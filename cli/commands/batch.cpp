@@ -250,7 +250,7 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
     if (samePupil) request.record.constants = ConstantsOf(*pupil);
     request.choice.metrics = UsualMetrics(samePupil);
   }
-  if (CostOf(request.choice) >= Cost::kWavefront || !request.planes.empty() || !request.pictures.empty()) {
+  if (!NeedsOf(request.choice).empty() || !request.planes.empty() || !request.pictures.empty()) {
     AddUndersampled(request.choice);
   }
   if (request.planeKinds.empty()) request.planeKinds = PlaneKindsNamed("psf,mtf");

@@ -14,6 +14,8 @@
 #include "cli/summary.h"
 #include "cli/terminal.h"
 #include "drawing/sheet.h"
+#include "evaluation/retinal_picture.h"
+#include "evaluation/simulation.h"
 #include "evaluation/warnings.h"
 #include "eye/plausibility.h"
 #include "files/interruption.h"
@@ -162,15 +164,15 @@ Fit FitOf(const std::string& word) {
 }
 
 void RunSimulate(const SimulateCommand& command) {
-  Results results;
-  results.measured = ReadEye(command.input);
+  SimulatedEye simulated;
+  simulated.measured = ReadEye(command.input);
   std::optional<ObjectPicture> object;
   if (!command.picture.file.empty()) object = ReadObjectPicture(command.picture);
   std::vector<ResultFile> files;
   try {
-    results.eye = Adjusted(results.measured, command.adjustments, &results.dropped);
-    results.changes = Changes(results.measured, command.adjustments);
-    files = ResultFiles({results.eye.pupil, command.rings, command.formats, object ? object->channels.size() : 0});
+    simulated.eye = Adjusted(simulated.measured, command.adjustments, &simulated.dropped);
+    simulated.changes = Changes(simulated.measured, command.adjustments);
+    files = ResultFiles({simulated.eye.pupil, command.rings, command.formats, object ? object->channels.size() : 0});
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
   }
@@ -179,38 +181,36 @@ void RunSimulate(const SimulateCommand& command) {
   std::optional<OutputFolder> folder;
   if (!command.json) folder.emplace(PathOf(command.folder), names, command.force);
 
+  Evaluator evaluator;
   try {
-    const Eye& eye = results.eye;
-    results.simulation = Simulate(eye.pupil, ToLibrary(eye.coefficients), command.rings);
+    simulated.results = Simulate(evaluator, simulated.eye, command.rings);
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
   }
-  if (object) {
-    results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, std::move(*object));
-  }
-  results.mtfAt = command.mtfAt;
-  results.scales = ScalesOf(results.eye.pupil);
-  results.warnings = EyeWarnings(results.eye);
-  for (std::string& warning : Warnings(results.simulation)) results.warnings.push_back(std::move(warning));
-  if (results.dropped && results.dropped->rms > Micrometres(0.0)) results.warnings.push_back(Text(*results.dropped));
+  if (object) simulated.results.picture = SeePicture(evaluator, std::move(*object));
+  simulated.mtfAt = command.mtfAt;
+  std::vector<std::string>& warnings = simulated.warnings;
+  warnings = EyeWarnings(simulated.eye);
+  for (std::string& warning : Warnings(simulated.results)) warnings.push_back(std::move(warning));
+  if (simulated.dropped && simulated.dropped->rms > Micrometres(0.0)) warnings.push_back(Text(*simulated.dropped));
   if (folder) {
-    for (const std::string& warning : WarningsOfTexts(results.measured)) results.warnings.push_back(warning);
+    for (const std::string& warning : WarningsOfTexts(simulated.measured)) warnings.push_back(warning);
   }
-  for (const std::string& warning : results.warnings) PrintWarning(warning);
+  for (const std::string& warning : warnings) PrintWarning(warning);
   if (!folder) {
-    PrintOutput(SummaryJson(results, {}), "");
+    PrintOutput(SummaryJson(simulated, {}), "");
     return;
   }
   {
     Progress progress("Writing", files.size());
     for (const ResultFile& file : files) {
       StopIfInterrupted();
-      folder->Add(file.name, file.encode(results));
+      folder->Add(file.name, file.encode(simulated));
       progress.Advance();
     }
   }
   folder->Commit();
-  PrintOutput(SummaryText(results, command.folder, files.size()), "the results are in place");
+  PrintOutput(SummaryText(simulated, command.folder, files.size()), "the results are in place");
 }
 
 }  // namespace

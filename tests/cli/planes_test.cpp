@@ -13,12 +13,12 @@ namespace {
 
 const Request kRequest = {Millimetres(4.5), {{0.7, Gap::kLeft}, {1.9, Gap::kDown}}, {}, 3};
 
-Results WithPicture() {
-  Results results = ResultsOf(AsymmetricEye(), kRequest.rings);
+SimulatedEye WithPicture() {
+  SimulatedEye simulated = Simulated(AsymmetricEye(), kRequest.rings);
   ObjectPicture object;
   for (const double light : {0.2, 0.4, 0.8}) object.channels.emplace_back(ORVANEL_PLANE_SAMPLES, light);
-  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, object);
-  return results;
+  simulated.results.picture = PictureSeenBy(simulated.eye, object);
+  return simulated;
 }
 
 TEST(Planes, HaveNamesOfTheirOwnAlsoWithoutSigns) {
@@ -36,29 +36,29 @@ TEST(Planes, HaveNamesOfTheirOwnAlsoWithoutSigns) {
 }
 
 TEST(Planes, AreThoseOfTheirNames) {
-  const Results results = WithPicture();
+  const SimulatedEye simulated = WithPicture();
   const std::map<std::string, const Plane*> expected = {
-      {"wavefront", &results.simulation.wavefront.map},
-      {"ring_acuity-1.782_gap-down_seen", &results.simulation.rings[1].seen},
-      {"picture_original_red", &results.picture->object.channels[0]},
-      {"picture_seen_green", &results.picture->seen[1]},
-      {"picture_contrast_kept_blue", &results.picture->contrastKept[2]}};
+      {"wavefront", &simulated.results.wavefront.map},
+      {"ring_acuity-1.782_gap-down_seen", &simulated.results.rings[1].seen},
+      {"picture_original_red", &simulated.results.picture->object.channels[0]},
+      {"picture_seen_green", &simulated.results.picture->seen[1]},
+      {"picture_contrast_kept_blue", &simulated.results.picture->contrastKept[2]}};
   std::size_t found = 0;
   for (const PlaneSource& source : PlaneSources(kRequest)) {
     const auto plane = expected.find(source.name);
     if (plane == expected.end()) continue;
     ++found;
-    EXPECT_EQ(PlaneOf(source, results).samples, plane->second) << source.name;
+    EXPECT_EQ(PlaneOf(source, simulated).samples, plane->second) << source.name;
   }
   EXPECT_EQ(found, expected.size());
   EXPECT_EQ(PlaneSources(kRequest).size(), 6U + 2 * 2 + 3 * 3);
 }
 
 TEST(Planes, TheExaminerSeesPupilAndRetinaAndThePatientAllElse) {
-  Results results = WithPicture();
-  results.eye.side = Side::kOd;
+  SimulatedEye simulated = WithPicture();
+  simulated.eye.side = Side::kOd;
   for (const PlaneSource& source : PlaneSources(kRequest)) {
-    const NamedPlane plane = PlaneOf(source, results);
+    const NamedPlane plane = PlaneOf(source, simulated);
     const std::string view = std::get<std::string>(plane.view.at(0).value);
     EXPECT_EQ(plane.view[0].name, "view");
     if (source.name == "wavefront" || source.name == "psf") {
@@ -76,29 +76,29 @@ TEST(Planes, TheExaminerSeesPupilAndRetinaAndThePatientAllElse) {
       EXPECT_EQ(std::get<std::string>(plane.view[1].value), "left");
     }
   }
-  results.eye.side = Side::kUnknown;
-  for (const PlaneSource& source : PlaneSources(kRequest)) EXPECT_EQ(PlaneOf(source, results).view.size(), 1U);
+  simulated.eye.side = Side::kUnknown;
+  for (const PlaneSource& source : PlaneSources(kRequest)) EXPECT_EQ(PlaneOf(source, simulated).view.size(), 1U);
 }
 
 TEST(Planes, SpacingsAreThoseOfTheirDomain) {
-  const Results results = WithPicture();
+  const SimulatedEye simulated = WithPicture();
   const auto value = [](const NamedPlane& plane, std::size_t i) {
     return std::get<double>(plane.spacings.at(i).value);
   };
   for (const PlaneSource& source : PlaneSources(kRequest)) {
-    const NamedPlane plane = PlaneOf(source, results);
+    const NamedPlane plane = PlaneOf(source, simulated);
     if (source.name == "wavefront") {
       EXPECT_EQ(plane.spacings[0].name, "sample_spacing_mm");
       EXPECT_EQ(value(plane, 0), 4.5 / 128.0);  // 128 intervals across the pupil
       EXPECT_DOUBLE_EQ(plane.samplesPerCm, 1280.0 / 4.5);
     } else if (source.name == "mtf") {
       EXPECT_EQ(plane.spacings[1].name, "sample_spacing_cpd_optical_scale");
-      EXPECT_EQ(value(plane, 1), results.scales.optical.step.value());
+      EXPECT_EQ(value(plane, 1), simulated.results.scales.optical.step.value());
       EXPECT_EQ(plane.samplesPerCm, 0.0);
     } else {
       EXPECT_EQ(plane.spacings[0].name, "sample_spacing_arcmin_library_scale");
-      EXPECT_EQ(value(plane, 0), results.scales.library.pitch.value());
-      EXPECT_DOUBLE_EQ(value(plane, 2), results.simulation.psfHalfWidth.value() / 128.0);
+      EXPECT_EQ(value(plane, 0), simulated.results.scales.library.pitch.value());
+      EXPECT_DOUBLE_EQ(value(plane, 2), simulated.results.scales.library.halfWidth.value() / 128.0);
       EXPECT_DOUBLE_EQ(plane.samplesPerCm, 10.0 / value(plane, 2));
     }
   }

@@ -48,15 +48,15 @@ TEST(Results, HoldEveryPlaneAsNpyOnRequest) {
 }
 
 TEST(Results, EachFileHoldsThePlaneThatItsNameSays) {
-  const Results results = ResultsOf(AsymmetricEye(), kRings);
-  const Simulation& s = results.simulation;
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
+  const Results& s = simulated.results;
   const std::pair<const char*, const Plane*> planes[] = {
       {"wavefront.npy", &s.wavefront.map},
       {"psf.npy", &s.psf},
       {"mtf.npy", &s.mtf},
-      {"star_original", &s.starOriginal},
-      {"star_seen_stretched", &s.starStretched},
-      {"star_seen_total_light", &s.starTotalLight},
+      {"star_original", &s.star.original},
+      {"star_seen_stretched", &s.star.stretched},
+      {"star_seen_total_light", &s.star.totalLight},
       {"ring_acuity-0.6855_gap-left_original", &s.rings[0].original},
       {"ring_acuity-0.6855_gap-left_seen", &s.rings[0].seen},
       {"ring_acuity-1.782_gap-down_original", &s.rings[1].original},
@@ -67,8 +67,8 @@ TEST(Results, EachFileHoldsThePlaneThatItsNameSays) {
     for (const auto& [name, plane] : planes) {
       if (!file.name.starts_with(name)) continue;
       const bool png = file.name.ends_with(".png");
-      EXPECT_EQ(file.encode(results), png ? EncodePng(GreyPictureOf(*plane), Pixels::kNumbers)
-                                          : EncodeNpy({{{"", "", "", plane, 0.0, {}, {}}}, {}}))
+      EXPECT_EQ(file.encode(simulated), png ? EncodePng(GreyPictureOf(*plane), Pixels::kNumbers)
+                                            : EncodeNpy({{{"", "", "", plane, 0.0, {}, {}}}, {}}))
           << file.name;
       ++compared;
     }
@@ -90,15 +90,16 @@ TEST(Results, FormatsOfPixelsLeaveOutTheWavefrontAndDeepenThePicture) {
   EXPECT_EQ(names.count("wavefront_16bit.png"), 0U);
   EXPECT_EQ(names.count("picture_seen_16bit.png"), 0U);
 
-  Results results = ResultsOf(AsymmetricEye(), kRings);
+  SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
   ObjectPicture object;
   object.bits = 8;
-  object.channels = {results.simulation.starOriginal};
-  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, object);
+  object.channels = {simulated.results.star.original};
+  simulated.results.picture = PictureSeenBy(simulated.eye, object);
   for (const Format* format : {&FormatNamed("npy"), &FormatNamed("png16")}) {
     for (const ResultFile& file : ResultFiles({kPupil, kRings, {format}, 1})) {
       if (file.name != "picture_seen.png") continue;
-      EXPECT_EQ(file.encode(results), EncodePicture(results.picture->seen, false, format->greyOnly ? 16 : 8));
+      EXPECT_EQ(file.encode(simulated),
+                EncodePicture(simulated.results.picture->seen, false, format->greyOnly ? 16 : 8));
     }
   }
 }

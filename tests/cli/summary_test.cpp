@@ -21,26 +21,26 @@ void ExpectNoNull(const nlohmann::json& value, const std::string& path) {
 }
 
 TEST(Summary, ValuesAreThoseThatTheLibraryGives) {
-  const Results results = ResultsOf(AsymmetricEye(), kRings);
-  const auto summary = nlohmann::json::parse(SummaryJson(results, {"one.png", "summary.json"}));
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
+  const auto summary = nlohmann::json::parse(SummaryJson(simulated, {"one.png", "summary.json"}));
 
-  OrvanelInputPupil(results.simulation.pupil.value());
-  ASSERT_EQ(OrvanelInputZer(Bare(results.simulation.coefficients).data()), 1);
+  OrvanelInputPupil(simulated.results.pupil.value());
+  ASSERT_EQ(OrvanelInputZer(Bare(ToLibrary(simulated.eye.coefficients)).data()), 1);
   Plane plane(ORVANEL_PLANE_SAMPLES);
   double strehl, halfWidth, range, acuity;
-  OrvanelInputPupil(results.simulation.pupil.value());
-  ASSERT_EQ(OrvanelInputZer(Bare(results.simulation.coefficients).data()), 1);
+  OrvanelInputPupil(simulated.results.pupil.value());
+  ASSERT_EQ(OrvanelInputZer(Bare(ToLibrary(simulated.eye.coefficients)).data()), 1);
   ASSERT_EQ(OrvanelGetPSF(plane.data(), &strehl, &halfWidth), 1);
   ASSERT_EQ(OrvanelGetMTF(plane.data(), &range), 1);
   ASSERT_EQ(OrvanelGetOrvanel(0.7, plane.data(), &acuity, nullptr, 4), 1);
   EXPECT_EQ(summary["results"]["strehl_ratio"], strehl);
-  EXPECT_EQ(summary["results"]["strehl_ratio_peak"], results.simulation.strehlPeak);
+  EXPECT_EQ(summary["results"]["strehl_ratio_peak"], simulated.results.strehlPeak);
   EXPECT_EQ(summary["results"]["psf_half_width_mm_library_scale"], halfWidth);
   EXPECT_EQ(summary["results"]["mtf_frequency_range_cpd_library_scale"], range);
   EXPECT_EQ(summary["rings"][0]["acuity_drawn_library_scale"], acuity);
-  EXPECT_EQ(summary["rings"][0]["diameter_samples"], results.simulation.rings[0].diameter);
+  EXPECT_EQ(summary["rings"][0]["diameter_samples"], simulated.results.rings[0].diameter);
   EXPECT_EQ(summary["rings"][2]["gap"], "down");
-  EXPECT_EQ(summary["results"]["cutoff_cpd_optical_scale"], results.scales.opticalCutOff.value());
+  EXPECT_EQ(summary["results"]["cutoff_cpd_optical_scale"], simulated.results.scales.opticalCutOff.value());
   EXPECT_EQ(summary["results"]["wavelength_nm"], 587.56);
 }
 
@@ -62,12 +62,12 @@ int CountPairs(const nlohmann::json& value, double ratio) {
 }
 
 TEST(Summary, HasOneRatioOfTheScalesThroughout) {
-  Results results = ResultsOf(AsymmetricEye(), kRings);
-  results.mtfAt = {CyclesPerDegree(7.5)};
+  SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
+  simulated.mtfAt = {CyclesPerDegree(7.5)};
   ObjectPicture object;
-  object.channels.push_back(results.simulation.starOriginal);
-  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, object);
-  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
+  object.channels.push_back(simulated.results.star.original);
+  simulated.results.picture = PictureSeenBy(simulated.eye, object);
+  const auto summary = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}));
   const double ratio = 2.0 / (17.0 * std::atan(1.0 / 17.0));
   // Half width in two units, sample of PSF and MTF, a frequency, the picture's field, and acuity and size of each ring.
   EXPECT_EQ(CountPairs(summary, ratio), 6 + 2 * static_cast<int>(kRings.size()));
@@ -79,12 +79,12 @@ TEST(Summary, HasOneRatioOfTheScalesThroughout) {
 }
 
 TEST(Summary, GivesTheInputsAsGivenAndAsConverted) {
-  const Results results = ResultsOf(AsymmetricEye(), kRings);
-  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
+  const auto summary = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}));
   EXPECT_EQ(summary["program"], "orvanel");
   EXPECT_EQ(summary["version"], ORVANEL_VERSION);
   EXPECT_EQ(summary["eye"]["pupil_diameter_mm"], 4.5);
-  EXPECT_EQ(summary["eye"]["coefficients_as_given"], results.measured.coefficients.AsStated());
+  EXPECT_EQ(summary["eye"]["coefficients_as_given"], simulated.measured.coefficients.AsStated());
   EXPECT_EQ(summary["eye"]["eye"], "unknown");
   EXPECT_EQ(summary["eye"]["convention"]["order"], "osa");
   EXPECT_EQ(summary["eye"]["convention"]["unit"], "um");
@@ -95,10 +95,10 @@ TEST(Summary, GivesTheInputsAsGivenAndAsConverted) {
 }
 
 TEST(Summary, NamesTheViewOfEveryPlaneAndTheNasalSides) {
-  Results results = ResultsOf(AsymmetricEye(), kRings);
-  EXPECT_FALSE(nlohmann::json::parse(SummaryJson(results, {"summary.json"}))["views"].contains("nasal_side"));
-  results.eye.side = Side::kOs;
-  const auto views = nlohmann::json::parse(SummaryJson(results, {"summary.json"}))["views"];
+  SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
+  EXPECT_FALSE(nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}))["views"].contains("nasal_side"));
+  simulated.eye.side = Side::kOs;
+  const auto views = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}))["views"];
   EXPECT_EQ(views["of_planes"]["wavefront"], "pupil");
   EXPECT_EQ(views["of_planes"]["psf"], "retina");
   EXPECT_EQ(views["of_planes"]["mtf"], "retina");
@@ -110,60 +110,60 @@ TEST(Summary, NamesTheViewOfEveryPlaneAndTheNasalSides) {
 }
 
 TEST(Summary, HasTheRingDrawnForEachAcuityAskedFor) {
-  const Results results = ResultsOf(AsymmetricEye(), {{0.7, Gap::kLeft}, {0.69, Gap::kLeft}, {2.0, Gap::kUp}});
-  const auto rings = nlohmann::json::parse(SummaryJson(results, {"summary.json"}))["rings"];
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{0.7, Gap::kLeft}, {0.69, Gap::kLeft}, {2.0, Gap::kUp}});
+  const auto rings = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}))["rings"];
   ASSERT_EQ(rings.size(), 3U);
   EXPECT_EQ(rings[0]["acuity_requested_library_scale"], 0.7);
   EXPECT_EQ(rings[0]["seen_file"], "ring_acuity-0.6855_gap-left_seen.png");
   EXPECT_EQ(rings[1]["acuity_requested_library_scale"], 0.69);
   EXPECT_EQ(rings[1]["seen_file"], rings[0]["seen_file"]);
   EXPECT_NEAR(rings[2]["acuity_drawn_above_requested_percent"].get<double>(), 11.4, 0.05);
-  const std::string text = SummaryText(results, "out", 1);
+  const std::string text = SummaryText(simulated, "out", 1);
   EXPECT_NE(text.find("20 samples, gap up; 11.4 % above what was asked for"), std::string::npos);
 }
 
 TEST(Summary, TellsOfThePictureAndTheAngleThatItSpans) {
-  Results results = ResultsOf(AsymmetricEye(), kRings);
+  SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
   ObjectPicture object;
   object.request = {"photograph.png", Fit::kPad, false};
   object.width = 640;
   object.height = 480;
   object.bits = 16;
   object.transparent = true;
-  object.channels.push_back(results.simulation.starOriginal);
-  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, object);
-  const auto picture = nlohmann::json::parse(SummaryJson(results, {"summary.json"}))["picture"];
+  object.channels.push_back(simulated.results.star.original);
+  simulated.results.picture = PictureSeenBy(simulated.eye, object);
+  const auto picture = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}))["picture"];
   EXPECT_EQ(picture["file"], "photograph.png");
   EXPECT_EQ(picture["fit"], "pad");
   EXPECT_EQ(picture["values"], "sRGB");
   EXPECT_EQ(picture["bits"], 16);
-  EXPECT_EQ(picture["field_arcmin_library_scale"], 256.0 * results.scales.library.pitch.value());
-  EXPECT_NE(SummaryText(results, "out", 1).find("white under transparent parts"), std::string::npos);
+  EXPECT_EQ(picture["field_arcmin_library_scale"], 256.0 * simulated.results.scales.library.pitch.value());
+  EXPECT_NE(SummaryText(simulated, "out", 1).find("white under transparent parts"), std::string::npos);
 }
 
 TEST(Summary, FactsAreItsNumbersInOneList) {
-  const Results results = ResultsOf(AsymmetricEye(), kRings);
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
   bool strehl = false, unit = false, coefficients = false;
-  for (const Fact& fact : FactsOf(results)) {
-    if (fact.name == "strehl_ratio") strehl = std::get<double>(fact.value) == results.simulation.strehl;
+  for (const Fact& fact : FactsOf(simulated)) {
+    if (fact.name == "strehl_ratio") strehl = std::get<double>(fact.value) == simulated.results.strehl;
     if (fact.name == "convention_unit") unit = std::get<std::string>(fact.value) == "um";
     if (fact.name == "coefficients_as_given") {
-      coefficients = std::get<std::vector<double>>(fact.value) == results.eye.coefficients.AsStated();
+      coefficients = std::get<std::vector<double>>(fact.value) == simulated.eye.coefficients.AsStated();
     }
   }
   EXPECT_TRUE(strehl && unit && coefficients);
 }
 
 TEST(Summary, GivesFactsOfNamedCoefficientsAndChangesToo) {
-  Results results = ResultsOf(AsymmetricEye(), kRings);
+  SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
   Convention convention = kOsaConvention;
   convention.order = Order::kNamed;
-  results.measured.coefficients.Restate(convention);
-  results.changes = {"mirrored from OS to OD", "rescaled from 6 to 4.5 mm"};
+  simulated.measured.coefficients.Restate(convention);
+  simulated.changes = {"mirrored from OS to OD", "rescaled from 6 to 4.5 mm"};
   bool coefficients = false, changes = false;
-  for (const Fact& fact : FactsOf(results)) {
+  for (const Fact& fact : FactsOf(simulated)) {
     if (fact.name == "coefficients_as_given") {
-      coefficients = std::get<std::vector<double>>(fact.value) == results.measured.coefficients.AsStated();
+      coefficients = std::get<std::vector<double>>(fact.value) == simulated.measured.coefficients.AsStated();
     }
     if (fact.name == "changes") {
       changes = std::get<std::string>(fact.value) == "mirrored from OS to OD; rescaled from 6 to 4.5 mm";
@@ -173,49 +173,50 @@ TEST(Summary, GivesFactsOfNamedCoefficientsAndChangesToo) {
 }
 
 TEST(Summary, TakesANameOfAFileThatIsNotUtf8) {
-  Results results = ResultsOf(AsymmetricEye(), kRings);
-  results.measured.file = "\xe4.json";
-  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
+  SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
+  simulated.measured.file = "\xe4.json";
+  const auto summary = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}));
   EXPECT_EQ(summary["eye"]["file"], "\ufffd.json");
 }
 
 TEST(Summary, HoldsNoNull) {
-  const Results results = ResultsOf(PerfectEye(Millimetres(3.0)), kRings);
-  ExpectNoNull(nlohmann::json::parse(SummaryJson(results, {"summary.json"})), "");
+  const SimulatedEye simulated = Simulated(PerfectEye(Millimetres(3.0)), kRings);
+  ExpectNoNull(nlohmann::json::parse(SummaryJson(simulated, {"summary.json"})), "");
 }
 
 TEST(Summary, TellsWhatWasDoneToTheEye) {
-  Results results = ResultsOf(AsymmetricEye(), kRings);
-  results.changes = {"rescaled from 6 to 4.5 mm"};
-  results.measured.pupil = Millimetres(6.0);
-  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
-  EXPECT_EQ(summary["eye"]["changes"], results.changes);
+  SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
+  simulated.changes = {"rescaled from 6 to 4.5 mm"};
+  simulated.measured.pupil = Millimetres(6.0);
+  const auto summary = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}));
+  EXPECT_EQ(summary["eye"]["changes"], simulated.changes);
   EXPECT_EQ(summary["eye"]["pupil_diameter_mm"], 6.0);
   EXPECT_EQ(summary["eye"]["simulated_pupil_diameter_mm"], 4.5);
-  EXPECT_NE(SummaryText(results, "out", 1).find("Changes         rescaled from 6 to 4.5 mm\n"), std::string::npos);
+  EXPECT_NE(SummaryText(simulated, "out", 1).find("Changes         rescaled from 6 to 4.5 mm\n"), std::string::npos);
 }
 
 TEST(Summary, GivesTheMtfAtFrequenciesOnBothScales) {
-  Results results = ResultsOf(AsymmetricEye(), kRings);
-  results.mtfAt = {10.0 * results.scales.library.step, CyclesPerDegree(1e6)};
-  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
+  SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
+  simulated.mtfAt = {10.0 * simulated.results.scales.library.step, CyclesPerDegree(1e6)};
+  const auto summary = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}));
   constexpr double kRounding = 1e-13;
-  EXPECT_NEAR(summary["mtf"][0]["horizontal"].get<double>(), results.simulation.rowSection[10], kRounding);
-  EXPECT_NEAR(summary["mtf"][0]["vertical"].get<double>(), results.simulation.columnSection[10], kRounding);
-  EXPECT_DOUBLE_EQ(summary["mtf"][0]["frequency_cpd_library_scale"], results.mtfAt[0].value());
-  EXPECT_DOUBLE_EQ(summary["mtf"][0]["frequency_cpd_optical_scale"], results.mtfAt[0].value() / results.scales.ratio);
+  EXPECT_NEAR(summary["mtf"][0]["horizontal"].get<double>(), simulated.results.rowSection[10], kRounding);
+  EXPECT_NEAR(summary["mtf"][0]["vertical"].get<double>(), simulated.results.columnSection[10], kRounding);
+  EXPECT_DOUBLE_EQ(summary["mtf"][0]["frequency_cpd_library_scale"], simulated.mtfAt[0].value());
+  EXPECT_DOUBLE_EQ(summary["mtf"][0]["frequency_cpd_optical_scale"],
+                   simulated.mtfAt[0].value() / simulated.results.scales.ratio);
   EXPECT_EQ(summary["mtf"][1]["horizontal"], 0.0);
 }
 
 TEST(Summary, CarriesTheWarnings) {
-  const Results results = ResultsOf(PerfectEye(Millimetres(25.0)), kRings);
-  const auto summary = nlohmann::json::parse(SummaryJson(results, {"summary.json"}));
-  ASSERT_FALSE(results.warnings.empty());
-  EXPECT_EQ(summary["warnings"], results.warnings);
+  const SimulatedEye simulated = Simulated(PerfectEye(Millimetres(25.0)), kRings);
+  const auto summary = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}));
+  ASSERT_FALSE(simulated.warnings.empty());
+  EXPECT_EQ(summary["warnings"], simulated.warnings);
 }
 
 TEST(Summary, TextSaysBothScalesAndEndsWithWhereToLook) {
-  const std::string text = SummaryText(ResultsOf(PerfectEye(Millimetres(3.0)), kRings), "out", 17);
+  const std::string text = SummaryText(Simulated(PerfectEye(Millimetres(3.0)), kRings), "out", 17);
   EXPECT_NE(text.find("178.43 cycles/degree (library scale)"), std::string::npos) << text;
   EXPECT_NE(text.find("89.11 cycles/degree for a pupil of 3 mm (optical scale)"), std::string::npos) << text;
   EXPECT_TRUE(text.ends_with("17 files in out; open out/overview.png first\n")) << text;

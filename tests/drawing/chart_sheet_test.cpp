@@ -23,7 +23,7 @@ std::vector<RingRequest> Rings(const std::vector<double>& acuities, const std::v
 const std::vector<Gap> kAll = {Gap::kDown, Gap::kUp, Gap::kRight, Gap::kLeft};
 
 ColourPicture Chart(Eye eye, const std::vector<RingRequest>& rings) {
-  return DrawChart(ResultsOf(std::move(eye), rings));
+  return DrawChart(Simulated(std::move(eye), rings));
 }
 
 TEST(ChartSheet, LeavesItsMarginBlankWhateverTheEyeAndTheRings) {
@@ -39,10 +39,10 @@ TEST(ChartSheet, LeavesItsMarginBlankWhateverTheEyeAndTheRings) {
 
 // Black discs in the place of rings as seen, of 60 and of 20 samples.
 TEST(ChartSheet, DrawsAllRingsAtOneMagnification) {
-  Results results = ResultsOf(AsymmetricEye(), Rings({0.7, 2.2}, {Gap::kUp}));
+  SimulatedEye simulated = Simulated(AsymmetricEye(), Rings({0.7, 2.2}, {Gap::kUp}));
   constexpr int kSides[] = {60, 20};
   for (std::size_t i = 0; i < 2; ++i) {
-    Plane& seen = results.simulation.rings[i].seen;
+    Plane& seen = simulated.results.rings[i].seen;
     seen.assign(ORVANEL_PLANE_SAMPLES, 1.0);
     const int first = 128 - kSides[i] / 2;
     for (int row = first; row < first + kSides[i]; ++row) {
@@ -51,7 +51,7 @@ TEST(ChartSheet, DrawsAllRingsAtOneMagnification) {
       }
     }
   }
-  const ColourPicture chart = DrawChart(results);
+  const ColourPicture chart = DrawChart(simulated);
   const auto black = std::count_if(chart.pixels.begin(), chart.pixels.end(),
                                    [](const Colour& c) { return c.red == 0 && c.green == 0 && c.blue == 0; });
   // The larger ring's window of 128 samples fills 512 pixels: four for a sample.
@@ -60,8 +60,8 @@ TEST(ChartSheet, DrawsAllRingsAtOneMagnification) {
 
 // The bar, the one thing of its height and colour above the rings, spans what it says: 10 minutes of arc.
 TEST(ChartSheet, HasABarOfItsScale) {
-  const Results results = ResultsOf(AsymmetricEye(), Rings({0.7}, {Gap::kUp}));
-  const ColourPicture chart = DrawChart(results);
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), Rings({0.7}, {Gap::kUp}));
+  const ColourPicture chart = DrawChart(simulated);
   int longest = 0;
   for (int y = 0; y < chart.height; ++y) {
     int run = 0;
@@ -71,7 +71,7 @@ TEST(ChartSheet, HasABarOfItsScale) {
       longest = std::max(longest, run);
     }
   }
-  EXPECT_NEAR(longest * results.scales.library.pitch.value() / 4.0, 10.0, 0.03);
+  EXPECT_NEAR(longest * simulated.results.scales.library.pitch.value() / 4.0, 10.0, 0.03);
 }
 
 TEST(ChartSheet, ShowsARingThatWasAskedForTwiceOnce) {

@@ -37,22 +37,21 @@ std::vector<Eye> Eyes() {
 TEST(Figures, ReachNoEdgeOfTheirArea) {
   constexpr double kMargin = 30.0;
   for (const Eye& eye : Eyes()) {
-    const Results r = ResultsOf(eye, {{0.001, Gap::kUp}});
-    for (const PlaneFigure& figure :
-         {WavefrontFigure(r.simulation, r.eye.side), PsfFigure(r.simulation, r.scales, r.eye.side),
-          PsfLogFigure(r.simulation, r.scales, r.eye.side), MtfFigure(r.simulation, r.scales)}) {
+    const SimulatedEye r = Simulated(eye, {{0.001, Gap::kUp}});
+    for (const PlaneFigure& figure : {WavefrontFigure(r.results, r.eye.side), PsfFigure(r.results, r.eye.side),
+                                      PsfLogFigure(r.results, r.eye.side), MtfFigure(r.results)}) {
       Canvas canvas(kPlaneFigureWidth + 2 * kMargin, kFigureHeight + 2 * kMargin, 1.0);
       Draw(canvas, {kMargin, kMargin}, figure);
       EXPECT_TRUE(HasBlankMargin(canvas.picture(), static_cast<int>(kMargin))) << figure.title << eye.pupil.value();
     }
     Canvas canvas(kSectionsFigureWidth + 2 * kMargin, kFigureHeight + 2 * kMargin, 1.0);
-    DrawSections(canvas, {kMargin, kMargin}, r.simulation, r.scales);
+    DrawSections(canvas, {kMargin, kMargin}, r.results);
     EXPECT_TRUE(HasBlankMargin(canvas.picture(), static_cast<int>(kMargin))) << "sections " << eye.pupil.value();
   }
 }
 
 TEST(Figures, WavefrontIsInMicrometresOnASymmetricScale) {
-  const PlaneFigure figure = WavefrontFigure(ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}}).simulation, Side::kOd);
+  const PlaneFigure figure = WavefrontFigure(Simulated(AsymmetricEye(), {{1.0, Gap::kUp}}).results, Side::kOd);
   EXPECT_EQ(figure.low, -figure.high);
   double highest = 0.0;
   for (const double w : figure.values) highest = std::max(highest, std::isnan(w) ? 0.0 : std::abs(w));
@@ -65,10 +64,9 @@ TEST(Figures, WavefrontIsInMicrometresOnASymmetricScale) {
 }
 
 TEST(Figures, VerticalAxesRunUpwards) {
-  const Results r = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  for (const PlaneFigure& figure :
-       {WavefrontFigure(r.simulation, r.eye.side), PsfFigure(r.simulation, r.scales, r.eye.side),
-        PsfLogFigure(r.simulation, r.scales, r.eye.side), MtfFigure(r.simulation, r.scales)}) {
+  const SimulatedEye r = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  for (const PlaneFigure& figure : {WavefrontFigure(r.results, r.eye.side), PsfFigure(r.results, r.eye.side),
+                                    PsfLogFigure(r.results, r.eye.side), MtfFigure(r.results)}) {
     EXPECT_GT(figure.y.first, 0.0) << figure.title;
     EXPECT_LT(figure.y.last, 0.0) << figure.title;
     EXPECT_NE(figure.y.label.find(" up"), std::string::npos) << figure.title;
@@ -82,7 +80,7 @@ TEST(Figures, VerticalAxesRunUpwards) {
 TEST(Figures, ThePupilHasSuperiorAtTheTop) {
   Eye eye = PerfectEye(Millimetres(4.0));
   eye.coefficients = {kOsaConvention, {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.3}};
-  const PlaneFigure figure = WavefrontFigure(ResultsOf(eye, {{1.0, Gap::kUp}}).simulation, Side::kUnknown);
+  const PlaneFigure figure = WavefrontFigure(Simulated(eye, {{1.0, Gap::kUp}}).results, Side::kUnknown);
   const auto value = [&figure](double y) {  // in mm, at x = 0, where the figure's axis has y
     const double share = (y - figure.y.first) / (figure.y.last - figure.y.first);
     const int row = figure.window.first + static_cast<int>(share * figure.window.count);
@@ -93,20 +91,19 @@ TEST(Figures, ThePupilHasSuperiorAtTheTop) {
 }
 
 TEST(Figures, NameTheirViewAndMarkTheNoseWhereItHasAMeaning) {
-  const Results r = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  EXPECT_EQ(WavefrontFigure(r.simulation, Side::kOs).view, View::kPupil);
-  EXPECT_EQ(WavefrontFigure(r.simulation, Side::kOs).side, Side::kOs);
-  for (const PlaneFigure& figure :
-       {PsfFigure(r.simulation, r.scales, Side::kOs), PsfLogFigure(r.simulation, r.scales, Side::kOs)}) {
+  const SimulatedEye r = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  EXPECT_EQ(WavefrontFigure(r.results, Side::kOs).view, View::kPupil);
+  EXPECT_EQ(WavefrontFigure(r.results, Side::kOs).side, Side::kOs);
+  for (const PlaneFigure& figure : {PsfFigure(r.results, Side::kOs), PsfLogFigure(r.results, Side::kOs)}) {
     EXPECT_EQ(figure.view, View::kRetina);
     EXPECT_EQ(figure.side, Side::kOs);
   }
-  EXPECT_EQ(MtfFigure(r.simulation, r.scales).view, View::kRetina);
-  EXPECT_EQ(MtfFigure(r.simulation, r.scales).side, Side::kUnknown);
+  EXPECT_EQ(MtfFigure(r.results).view, View::kRetina);
+  EXPECT_EQ(MtfFigure(r.results).side, Side::kUnknown);
 }
 
 TEST(Figures, RowZeroIsAtTheTop) {
-  PlaneFigure figure = MtfFigure(ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}}).simulation, Scales());
+  PlaneFigure figure = MtfFigure(Simulated(AsymmetricEye(), {{1.0, Gap::kUp}}).results);
   figure.values.assign(ORVANEL_PLANE_SAMPLES, 0.0);
   std::fill_n(figure.values.begin(), 100 * ORVANEL_GRID_SIZE, 1.0);
   Canvas canvas(kPlaneFigureWidth, kFigureHeight, 1.0);
@@ -119,15 +116,15 @@ TEST(Figures, RowZeroIsAtTheTop) {
 }
 
 TEST(Figures, LinearPointSpreadShowsAllThatIsBrighterThanAHundredth) {
-  const Results r = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const Window window = PsfFigure(r.simulation, r.scales, r.eye.side).window;
+  const SimulatedEye r = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const Window window = PsfFigure(r.results, r.eye.side).window;
   EXPECT_LT(window.count, ORVANEL_GRID_SIZE);
   for (int row = 0; row < ORVANEL_GRID_SIZE; ++row) {
     for (int column = 0; column < ORVANEL_GRID_SIZE; ++column) {
       const bool inside = row >= window.first && row < window.first + window.count && column >= window.first &&
                           column < window.first + window.count;
       if (!inside) {
-        EXPECT_LT(r.simulation.psf[static_cast<std::size_t>(row * ORVANEL_GRID_SIZE + column)], 0.01);
+        EXPECT_LT(r.results.psf[static_cast<std::size_t>(row * ORVANEL_GRID_SIZE + column)], 0.01);
       }
     }
   }
@@ -147,7 +144,8 @@ constexpr int kSides = 56, kEnds = 24;  // of a sheet's margin, which is 60 wide
 TEST(Overview, LeavesItsMarginBlankWhateverTheEyeAndTheNumberOfRings) {
   for (const Eye& eye : Eyes()) {
     const bool tiny = eye.pupil < Millimetres(1.0);
-    const Results r = ResultsOf(eye, Rings(tiny ? std::vector<double>{0.001} : std::vector<double>{0.1234, 1.0, 1.5}));
+    const SimulatedEye r =
+        Simulated(eye, Rings(tiny ? std::vector<double>{0.001} : std::vector<double>{0.1234, 1.0, 1.5}));
     EXPECT_TRUE(HasBlankMargin(DrawOverview(r), kSides, kEnds)) << eye.pupil.value();
   }
 }
@@ -158,7 +156,7 @@ TEST(Overview, LeavesItsMarginBlankWhateverThePupilTheSideAndTheWarnings) {
     eye.pupil = Millimetres(pupil);
     eye.side = pupil < 4.0 ? Side::kOs : Side::kOd;
     for (int i = 0; i < 12; ++i) eye.source += "A journal of optics with a long name ";
-    Results r = ResultsOf(eye, {{0.4, Gap::kRight}, {2.5, Gap::kRight}});
+    SimulatedEye r = Simulated(eye, {{0.4, Gap::kRight}, {2.5, Gap::kRight}});
     r.changes = {"one of the changes that are made to an eye", "another one, which is a little longer than the first"};
     for (const char* word : {"short", "as long as several lines of the sheet "}) {
       std::string warning;
@@ -170,7 +168,7 @@ TEST(Overview, LeavesItsMarginBlankWhateverThePupilTheSideAndTheWarnings) {
 }
 
 TEST(Overview, GrowsWithItsWarningsSoThatNoneIsCut) {
-  Results r = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
+  SimulatedEye r = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
   r.warnings = {"short"};
   const int one = DrawOverview(r).height;
   r.warnings[0].clear();
@@ -182,7 +180,7 @@ TEST(Overview, GrowsWithItsWarningsSoThatNoneIsCut) {
 }
 
 TEST(Overview, HasRoomForASingleRing) {
-  const Results r = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const SimulatedEye r = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
   EXPECT_TRUE(HasBlankMargin(DrawOverview(r), kSides, kEnds));
 }
 

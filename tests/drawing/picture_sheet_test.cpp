@@ -14,20 +14,20 @@
 namespace orvanel::drawing {
 namespace {
 
-ColourPicture Sheet(Results results, bool linear, std::vector<Plane> channels) {
+ColourPicture Sheet(SimulatedEye simulated, bool linear, std::vector<Plane> channels) {
   ObjectPicture object{{std::string(500, 'W'), Fit::kPad, linear}, 32768, 32768, 16, true, std::move(channels)};
-  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, std::move(object));
-  return DrawPictureSheet(results);
+  simulated.results.picture = PictureSeenBy(simulated.eye, std::move(object));
+  return DrawPictureSheet(simulated);
 }
 
 TEST(PictureSheet, LeavesItsMarginBlankWhateverTheEyeAndThePicture) {
   for (Eye eye : {AsymmetricEye(), PerfectEye(Millimetres(7.537)), PerfectEye(Millimetres(0.0123))}) {
     eye.name = std::string(300, 'W');
     eye.source = std::string(900, 'W');
-    const Results results = ResultsOf(eye, {{0.001, Gap::kUp}});
-    const Plane& star = results.simulation.starOriginal;
-    EXPECT_TRUE(HasBlankMargin(Sheet(results, true, {star}), 56, 20)) << eye.pupil.value();
-    EXPECT_TRUE(HasBlankMargin(Sheet(results, false, {star, star, star}), 56, 20)) << eye.pupil.value();
+    const SimulatedEye simulated = Simulated(eye, {{0.001, Gap::kUp}});
+    const Plane& star = simulated.results.star.original;
+    EXPECT_TRUE(HasBlankMargin(Sheet(simulated, true, {star}), 56, 20)) << eye.pupil.value();
+    EXPECT_TRUE(HasBlankMargin(Sheet(simulated, false, {star, star, star}), 56, 20)) << eye.pupil.value();
   }
 }
 
@@ -35,16 +35,17 @@ TEST(PictureSheet, LeavesItsMarginBlankWhateverTheEyeAndThePicture) {
 TEST(PictureSheet, TheNoteAtItsFootIsWhole) {
   Eye eye = AsymmetricEye();
   eye.pupil = Millimetres(5.0);
-  Results results = ResultsOf(eye, {{1.0, Gap::kUp}});
-  ObjectPicture object{{"photograph.jpg", Fit::kPad, false}, 4032, 3024, 8, false, {results.simulation.starOriginal}};
-  results.picture = SeePicture(results.eye.pupil, results.simulation.coefficients, std::move(object));
-  const ColourPicture sheet = DrawPictureSheet(results);
+  SimulatedEye simulated = Simulated(eye, {{1.0, Gap::kUp}});
+  ObjectPicture object{{"photograph.jpg", Fit::kPad, false}, 4032, 3024, 8, false, {simulated.results.star.original}};
+  simulated.results.picture = PictureSeenBy(simulated.eye, std::move(object));
+  const ColourPicture sheet = DrawPictureSheet(simulated);
   const Paragraph note("4032 \u00d7 3024 pixels, all of it, white beside it. The 256 samples span " +
-                           NumberText(FieldOf(results.scales.library).value(), 4) + "\u2032 on the library scale and " +
-                           NumberText(FieldOf(results.scales.optical).value(), 4) +
+                           NumberText(FieldOf(simulated.results.scales.library).value(), 4) +
+                           "\u2032 on the library scale and " +
+                           NumberText(FieldOf(simulated.results.scales.optical).value(), 4) +
                            "\u2032 on the optical scale of the pupil, whose cut-off is " +
-                           NumberText(results.scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " +
-                           NumberText(results.scales.ratio, 5) +
+                           NumberText(simulated.results.scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " +
+                           NumberText(simulated.results.scales.ratio, 5) +
                            ". sRGB values are turned into light and back; total light is kept. Edges wrap round: light "
                            "blurred over one edge returns at the opposite edge.",
                        {18.0, kInk}, sheet.width - 120.0);
@@ -61,9 +62,9 @@ TEST(PictureSheet, TheNoteAtItsFootIsWhole) {
 }
 
 TEST(PictureSheet, ShowsThePictureInItsColours) {
-  const Results results = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
   const ColourPicture sheet =
-      Sheet(results, true,
+      Sheet(simulated, true,
             {Plane(ORVANEL_PLANE_SAMPLES, 0.2), Plane(ORVANEL_PLANE_SAMPLES, 0.4), Plane(ORVANEL_PLANE_SAMPLES, 0.8)});
   const auto count = std::count_if(sheet.pixels.begin(), sheet.pixels.end(),
                                    [](const Colour& c) { return c.red == 51 && c.green == 102 && c.blue == 204; });

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kWidth = 1600.0, kMargin = 60.0;
 
-Results Seen(Eye eye) { return ResultsOf(std::move(eye), {{1.0, Gap::kUp}}); }
+SimulatedEye Seen(Eye eye) { return Simulated(std::move(eye), {{1.0, Gap::kUp}}); }
 
 TEST(SheetHead, SaysWhichLensCorrectsTheEye) {
   Eye eye = AsymmetricEye();

@@ -5,25 +5,27 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/error.h"
 #include "eye/adjustments.h"
 #include "eye/rms.h"
+#include "targets/sector_star.h"
 #include "tests/evaluation/simulated_eyes.h"
 
 namespace orvanel::evaluation {
 namespace {
 
-TEST(EyeMeter, HasTheBitsOfASimulation) {
+TEST(Evaluator, HasTheBitsOfASimulation) {
   const Eye eye = StandardObserver();
-  const Simulation simulation = Simulate(eye.pupil, ToLibrary(eye.coefficients), {{0.5, Gap::kRight}});
-  const Scales scales = ScalesOf(eye.pupil);
+  const Results simulation = Simulated(eye, {{0.5, Gap::kRight}}).results;
+  const Scales& scales = simulation.scales;
   MetricChoice choice{MetricsNamed("strehl,strehl_peak,half_width,frequency_range,rms"), {CyclesPerDegree(7.5)}, {0.5}};
   const std::vector<double> expected = {simulation.strehl,
                                         simulation.strehlPeak,
                                         scales.library.halfWidth.value(),
                                         scales.optical.halfWidth.value(),
-                                        simulation.frequencyRange.value(),
+                                        scales.frequencyRange.value(),
                                         scales.opticalCutOff.value(),
                                         Rms(eye.coefficients.osa(), 2).value(),
                                         Rms(eye.coefficients.osa(), 3).value(),
@@ -32,29 +34,31 @@ TEST(EyeMeter, HasTheBitsOfASimulation) {
                                         simulation.rings[0].effectiveAcuity,
                                         OpticalAcuity(simulation.rings[0].effectiveAcuity, scales),
                                         0.0};
-  EXPECT_EQ(EyeMeter(choice, false).Measure(eye), expected);
+  EXPECT_EQ(Evaluator().Measure(eye, choice), expected);
 }
 
-TEST(EyeMeter, TheStrehlRatioDoesNotDependOnWhatElseIsAskedFor) {
+TEST(Evaluator, TheStrehlRatioDoesNotDependOnWhatElseIsAskedFor) {
   const Eye eye = StandardObserver();
-  const double alone = EyeMeter({MetricsNamed("strehl"), {}, {}}, false).Measure(eye)[0];
-  EXPECT_EQ(EyeMeter({MetricsNamed("strehl,mtf_area"), {}, {}}, false).Measure(eye)[0], alone);
-  EXPECT_EQ(EyeMeter({MetricsNamed("strehl,strehl_peak"), {}, {}}, false).Measure(eye)[0], alone);
-  EXPECT_EQ(EyeMeter({MetricsNamed("strehl"), {}, {}}, true).Measure(eye)[0], alone);
+  const double alone = Evaluator().Measure(eye, {MetricsNamed("strehl"), {}, {}})[0];
+  EXPECT_EQ(Evaluator().Measure(eye, {MetricsNamed("strehl,mtf_area"), {}, {}})[0], alone);
+  EXPECT_EQ(Evaluator().Measure(eye, {MetricsNamed("strehl,strehl_peak"), {}, {}})[0], alone);
+  for (const Need need : {Need::kPsf, Need::kMtf, Need::kWavefront, Need::kImages}) {
+    EXPECT_EQ(Evaluator().Measure(eye, {MetricsNamed("strehl"), {}, {}}, {need})[0], alone);
+  }
 }
 
-TEST(EyeMeter, ThePeakBetweenSamplesDoesNotDependOnWhatElseIsAskedFor) {
+TEST(Evaluator, ThePeakBetweenSamplesDoesNotDependOnWhatElseIsAskedFor) {
   const Eye eye = StandardObserver();
-  const double alone = EyeMeter({MetricsNamed("strehl_peak"), {}, {}}, false).Measure(eye)[0];
-  EXPECT_GT(alone, EyeMeter({MetricsNamed("strehl"), {}, {}}, false).Measure(eye)[0]);
-  EXPECT_EQ(EyeMeter({MetricsNamed("strehl_peak,mtf_area"), {}, {}}, false).Measure(eye)[0], alone);
+  const double alone = Evaluator().Measure(eye, {MetricsNamed("strehl_peak"), {}, {}})[0];
+  EXPECT_GT(alone, Evaluator().Measure(eye, {MetricsNamed("strehl"), {}, {}})[0]);
+  EXPECT_EQ(Evaluator().Measure(eye, {MetricsNamed("strehl_peak,mtf_area"), {}, {}})[0], alone);
 }
 
-TEST(EyeMeter, ColumnsOfBothScalesHaveOneRatio) {
+TEST(Evaluator, ColumnsOfBothScalesHaveOneRatio) {
   MetricChoice choice{{}, {}, {0.3, 0.5, 1.0}};
   for (const Metric& metric : Metrics()) choice.metrics.push_back(&metric);
   const std::vector<std::string> columns = Columns(choice);
-  const std::vector<double> values = EyeMeter(choice, false).Measure(StandardObserver());
+  const std::vector<double> values = Evaluator().Measure(StandardObserver(), choice);
   const auto value = [&](const std::string& name) {
     return values.at(static_cast<std::size_t>(std::find(columns.begin(), columns.end(), name) - columns.begin()));
   };
@@ -72,21 +76,22 @@ TEST(EyeMeter, ColumnsOfBothScalesHaveOneRatio) {
   EXPECT_NEAR(value("mtf_frequency_range_cpd_library_scale") / value("cutoff_cpd_optical_scale"), ratio, kRounding);
 }
 
-TEST(EyeMeter, OneEyeLeavesNothingBehindForTheNext) {
+TEST(Evaluator, OneEyeLeavesNothingBehindForTheNext) {
   const Eye eye = StandardObserver();
   Eye other = eye;
   other.pupil = Millimetres(3.5);
   SetTerm(other, 4, -0.3);
-  EyeMeter meter({UsualMetrics(false), {CyclesPerDegree(5)}, {}}, false);
-  const std::vector<double> first = meter.Measure(eye);
-  EXPECT_NE(meter.Measure(other), first);
-  EXPECT_EQ(meter.Measure(eye), first);
+  const MetricChoice choice{UsualMetrics(false), {CyclesPerDegree(5)}, {}};
+  Evaluator evaluator;
+  const std::vector<double> first = evaluator.Measure(eye, choice);
+  EXPECT_NE(evaluator.Measure(other, choice), first);
+  EXPECT_EQ(evaluator.Measure(eye, choice), first);
 }
 
-TEST(EyeMeter, TheAreaUnderAPerfectEyesMtfIsThatOfTheDiffractionLimit) {
+TEST(Evaluator, TheAreaUnderAPerfectEyesMtfIsThatOfTheDiffractionLimit) {
   Eye eye = StandardObserver();
   eye.coefficients = {kOsaConvention, {0.0}};
-  const std::vector<double> values = EyeMeter({MetricsNamed("mtf_area,frequency_range"), {}, {}}, false).Measure(eye);
+  const std::vector<double> values = Evaluator().Measure(eye, {MetricsNamed("mtf_area,frequency_range"), {}, {}});
   // The integral of (2/pi) (arccos x - x sqrt(1 - x^2)) from 0 to 1 is 4 / (3 pi). No sample is further from the curve
   // than the staircase of the pupil's edge makes it, and straight lines between them lose less than 1e-5.
   constexpr double kFlatMtfSampling = 9.5e-4, kStraightLines = 1e-5;
@@ -95,37 +100,88 @@ TEST(EyeMeter, TheAreaUnderAPerfectEyesMtfIsThatOfTheDiffractionLimit) {
   EXPECT_NEAR(values[1], 1.0, kFlatMtfSampling / expected);
 }
 
-TEST(EyeMeter, CountsWhatIsUnlikeAnEyeWhateverElseIsAskedFor) {
+TEST(Evaluator, CountsWhatIsUnlikeAnEyeWhateverElseIsAskedFor) {
   Eye eye = StandardObserver();
-  EyeMeter meter({MetricsNamed("rms"), {}, {}}, false);
-  EXPECT_EQ(meter.Measure(eye).back(), 0.0);
+  const MetricChoice choice{MetricsNamed("rms"), {}, {}};
+  Evaluator evaluator;
+  EXPECT_EQ(evaluator.Measure(eye, choice).back(), 0.0);
   SetTerm(eye, 4, 80.0);
-  EXPECT_EQ(meter.Measure(eye).back(), 1.0);
+  EXPECT_EQ(evaluator.Measure(eye, choice).back(), 1.0);
   eye.pupil = Millimetres(0.4);
-  EXPECT_EQ(meter.Measure(eye).back(), 2.0);
+  EXPECT_EQ(evaluator.Measure(eye, choice).back(), 2.0);
 }
 
-TEST(EyeMeter, AnEyeThatCannotBeSimulatedIsRefused) {
+TEST(Evaluator, AnEyeThatCannotBeSimulatedIsRefused) {
   Eye eye = StandardObserver();
-  EyeMeter meter({MetricsNamed("strehl,rms"), {}, {}}, false);
+  const MetricChoice choice{MetricsNamed("strehl,rms"), {}, {}};
+  Evaluator evaluator;
   SetTerm(eye, 4, 1e9);
-  EXPECT_THROW(meter.Measure(eye), Error);
+  EXPECT_THROW(evaluator.Measure(eye, choice), Error);
   SetTerm(eye, 4, 0.0);
   SetTerm(eye, 35, 0.1);
-  EXPECT_THROW(meter.Measure(eye), Error);
-  EXPECT_NO_THROW(EyeMeter({MetricsNamed("rms"), {}, {}}, false).Measure(eye));
+  EXPECT_THROW(evaluator.Measure(eye, choice), Error);
+  EXPECT_NO_THROW(Evaluator().Measure(eye, {MetricsNamed("rms"), {}, {}}));
+}
+
+TEST(Evaluator, ResultsHaveWhatIsNeededAndNothingOfTheEyeBefore) {
+  const Eye eye = StandardObserver();
+  Evaluator evaluator;
+  evaluator.Evaluate(eye, {Need::kUndersampled, Need::kWavefront, Need::kWavefrontRange, Need::kStrehl,
+                           Need::kStrehlPeak, Need::kPsf, Need::kMtf, Need::kSections, Need::kLineSpreads});
+  const Results& results = evaluator.Evaluate(eye, {Need::kPsf});
+  EXPECT_EQ(results.psf.size(), std::size_t{ORVANEL_PLANE_SAMPLES});
+  EXPECT_TRUE(results.mtf.empty());
+  EXPECT_TRUE(results.wavefront.map.empty());
+  EXPECT_EQ(results.wavefront.rms, Micrometres(0.0));
+  EXPECT_EQ(results.wavefront.steepestStep, Micrometres(0.0));
+  EXPECT_EQ(results.strehl, 0.0);
+  EXPECT_EQ(results.strehlPeak, 0.0);
+  EXPECT_EQ(results.rowSection, Section{});
+  EXPECT_EQ(results.lineSpreads.vertical, LineSpread{});
+  EXPECT_EQ(results.pupil, eye.pupil);
+}
+
+TEST(Evaluator, KeepsThePlanesOfItsResults) {
+  Eye eye = StandardObserver();
+  Evaluator evaluator;
+  const double* const psf = evaluator.Evaluate(eye, {Need::kPsf}).psf.data();
+  SetTerm(eye, 4, 0.1);
+  EXPECT_TRUE(evaluator.Evaluate(eye, {}).psf.empty());
+  EXPECT_EQ(evaluator.Evaluate(eye, {Need::kPsf, Need::kMtf}).psf.data(), psf);
+}
+
+TEST(Evaluator, GoesOnAfterAMove) {
+  const Eye eye = StandardObserver();
+  Evaluator evaluator;
+  const Plane star = SectorStar();
+  const PrecomputedObject object = evaluator.Precompute(star);
+  Plane before, after;
+  evaluator.Evaluate(eye, {Need::kImages});
+  evaluator.ImageOf(object, ImageKind::kTotalLight, before);
+  Evaluator moved = std::move(evaluator);
+  EXPECT_EQ(moved.results().pupil, eye.pupil);
+  moved.ImageOf(object, ImageKind::kTotalLight, after);
+  EXPECT_EQ(after, before);
+  EXPECT_EQ(moved.ImageOf(star, ImageKind::kTotalLight), before);
+}
+
+TEST(Evaluator, AColumnHasItsValue) {
+  const SimulatedEye simulated = Simulated(StandardObserver(), {});
+  EXPECT_EQ(ValueOf(simulated.eye, simulated.results, "strehl_ratio_peak"), simulated.results.strehlPeak);
+  EXPECT_EQ(ValueOf(simulated.eye, simulated.results, "cutoff_cpd_optical_scale"),
+            simulated.results.scales.opticalCutOff.value());
 }
 
 // For each eye of one pupil the columns left out are what the record has instead.
-TEST(EyeMeter, ConstantsAreTheColumnsOfEveryEyeOfThePupil) {
+TEST(Evaluator, ConstantsAreTheColumnsOfEveryEyeOfThePupil) {
   const Millimetres pupil(5.3);
   MetricChoice choice{MetricsNamed("half_width,frequency_range"), {}, {}};
   choice.doubts = false;
-  EyeMeter meter(choice, false);
+  Evaluator evaluator;
   Eye eye;
   eye.pupil = pupil;
   eye.coefficients = {kLibraryConvention, {0, 0, 0, 1e-4, -2e-4}};
-  const std::vector<double> values = meter.Measure(eye);
+  const std::vector<double> values = evaluator.Measure(eye, choice);
   const auto constants = ConstantsOf(pupil);
   const std::vector<std::string> columns = Columns(choice);
   ASSERT_EQ(constants.size(), columns.size());

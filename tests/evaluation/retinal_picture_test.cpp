@@ -14,25 +14,25 @@ namespace {
 // Transforms of 2^16 samples add up 16 roundings, each way and for object and eye; far above that, far below a level.
 constexpr double kRounding = 1e-11;
 
-SeenPicture See(const Results& results, std::vector<Plane> channels) {
+SeenPicture See(const SimulatedEye& simulated, std::vector<Plane> channels) {
   ObjectPicture object;
   object.channels = std::move(channels);
-  return SeePicture(results.eye.pupil, results.simulation.coefficients, std::move(object));
+  return PictureSeenBy(simulated.eye, std::move(object));
 }
 
 double Sum(const Plane& plane) { return std::accumulate(plane.begin(), plane.end(), 0.0); }
 
 TEST(SeenPicture, OfTheStarIsTheStarAsTheLibraryShowsItWithTotalLightKept) {
-  const Results results = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  EXPECT_EQ(See(results, {results.simulation.starOriginal}).seen[0], results.simulation.starTotalLight);
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  EXPECT_EQ(See(simulated, {simulated.results.star.original}).seen[0], simulated.results.star.totalLight);
 }
 
 TEST(SeenPicture, APointIsSeenAsThePsfWithRowsMirrored) {
-  const Results results = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const Plane& psf = results.simulation.psf;
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const Plane& psf = simulated.results.psf;
   Plane point(ORVANEL_PLANE_SAMPLES, 0.0);
   point[256 * 90 + 150] = 0.75;
-  const Plane image = See(results, {point}).contrastKept[0];
+  const Plane image = See(simulated, {point}).contrastKept[0];
   for (int row = 0; row < 256; ++row) {
     for (int column = 0; column < 256; ++column) {
       const int psfRow = (128 - (row - 90) + 512) % 256, psfColumn = (128 + (column - 150) + 512) % 256;
@@ -43,8 +43,8 @@ TEST(SeenPicture, APointIsSeenAsThePsfWithRowsMirrored) {
 }
 
 TEST(SeenPicture, EvenLightStaysAsItIs) {
-  const Results results = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const SeenPicture picture = See(results, {Plane(ORVANEL_PLANE_SAMPLES, 0.3)});
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const SeenPicture picture = See(simulated, {Plane(ORVANEL_PLANE_SAMPLES, 0.3)});
   for (std::size_t k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) {
     ASSERT_NEAR(picture.seen[0][k], 0.3, kRounding);
     ASSERT_NEAR(picture.contrastKept[0][k], 0.3, kRounding);
@@ -52,10 +52,10 @@ TEST(SeenPicture, EvenLightStaysAsItIs) {
 }
 
 TEST(SeenPicture, ContrastKeptHasTheObjectsLightAndIsTheRootOfWhatIsSeen) {
-  const Results results = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
   Plane ramp;
   for (int k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) ramp.push_back((k * 37 % 256) / 512.0);
-  const SeenPicture picture = See(results, {ramp});
+  const SeenPicture picture = See(simulated, {ramp});
   const Plane &seen = picture.seen[0], &kept = picture.contrastKept[0];
   EXPECT_NEAR(Sum(kept) / Sum(ramp), 1.0, kRounding);
   const double factor = kept[5] / std::sqrt(seen[5]);
@@ -63,18 +63,18 @@ TEST(SeenPicture, ContrastKeptHasTheObjectsLightAndIsTheRootOfWhatIsSeen) {
 }
 
 TEST(SeenPicture, BlackIsSeenBlackAndNotAsNoNumber) {
-  const Results results = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const SeenPicture picture = See(results, {Plane(ORVANEL_PLANE_SAMPLES, 0.0)});
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const SeenPicture picture = See(simulated, {Plane(ORVANEL_PLANE_SAMPLES, 0.0)});
   EXPECT_EQ(picture.seen[0], Plane(ORVANEL_PLANE_SAMPLES, 0.0));
   EXPECT_EQ(picture.contrastKept[0], Plane(ORVANEL_PLANE_SAMPLES, 0.0));
 }
 
 TEST(SeenPicture, EachChannelIsBlurredAsIfItWereAlone) {
-  const Results results = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const Plane &star = results.simulation.starOriginal, &ring = results.simulation.rings[0].original;
-  const SeenPicture colour = See(results, {star, ring, star});
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const Plane &star = simulated.results.star.original, &ring = simulated.results.rings[0].original;
+  const SeenPicture colour = See(simulated, {star, ring, star});
   ASSERT_EQ(colour.contrastKept.size(), 3U);
-  EXPECT_EQ(colour.contrastKept[1], See(results, {ring}).contrastKept[0]);
+  EXPECT_EQ(colour.contrastKept[1], See(simulated, {ring}).contrastKept[0]);
   EXPECT_EQ(colour.contrastKept[2], colour.contrastKept[0]);
 }
 
@@ -93,8 +93,8 @@ std::vector<Plane> HalfRed() {
 
 TEST(SeenPicture, GreyStaysGreyWhateverColoursStandBesideIt) {
   constexpr double kLevel = 1.0 / 255.0;  // what nobody can see in 8 bits
-  const Results results = ResultsOf(PerfectEye(Millimetres(3.0)), {{1.0, Gap::kUp}});
-  const SeenPicture picture = See(results, HalfRed());
+  const SimulatedEye simulated = Simulated(PerfectEye(Millimetres(3.0)), {{1.0, Gap::kUp}});
+  const SeenPicture picture = See(simulated, HalfRed());
   for (const auto* view : {&picture.seen, &picture.contrastKept}) {
     const std::size_t grey = 256 * 100 + 64;  // far from the red half
     EXPECT_NEAR((*view)[0][grey], (*view)[1][grey], kLevel);
@@ -103,12 +103,12 @@ TEST(SeenPicture, GreyStaysGreyWhateverColoursStandBesideIt) {
 }
 
 TEST(SeenPicture, ThreeChannelsTogetherKeepTheirLight) {
-  const Results results = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
   std::vector<Plane> channels = HalfRed();
   for (Plane& channel : channels) {
     for (double& v : channel) v *= 0.5;  // far enough from white that nothing is clipped
   }
-  const SeenPicture picture = See(results, channels);
+  const SeenPicture picture = See(simulated, channels);
   double before = 0.0, after = 0.0;
   for (std::size_t c = 0; c < 3; ++c) {
     before += Sum(channels[c]);
@@ -119,10 +119,10 @@ TEST(SeenPicture, ThreeChannelsTogetherKeepTheirLight) {
 }
 
 TEST(SeenPicture, ThreeEqualChannelsAreSeenAsOne) {
-  const Results results = ResultsOf(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const Plane& star = results.simulation.starOriginal;
-  const SeenPicture colour = See(results, {star, star, star});
-  const Plane grey = See(results, {star}).seen[0];
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const Plane& star = simulated.results.star.original;
+  const SeenPicture colour = See(simulated, {star, star, star});
+  const Plane grey = See(simulated, {star}).seen[0];
   for (std::size_t k = 0; k < grey.size(); ++k) ASSERT_NEAR(colour.seen[1][k], grey[k], kRounding) << k;
 }
 

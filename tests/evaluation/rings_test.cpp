@@ -3,34 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
-#include "models/sampling.h"
-#include "tests/evaluation/simulated_eyes.h"
-
 namespace orvanel::evaluation {
 namespace {
 
 Ring RingOf(double asked, double drawn, int diameter = 20, Gap gap = Gap::kUp) {
   return {{asked, gap}, diameter, drawn, {}, {}};
-}
-
-TEST(Rings, FilesAreNamedByTheAcuityDrawn) {
-  EXPECT_EQ(RingStem(0.49507, Gap::kRight), "ring_acuity-0.4951_gap-right");
-  EXPECT_EQ(RingStem(2.0, Gap::kDown), "ring_acuity-2_gap-down");
-  const Ring ring = ResultsOf(AsymmetricEye(), {{0.7, Gap::kLeft}}).simulation.rings[0];
-  EXPECT_EQ(RingStem(Millimetres(4.5), ring.request), RingStem(ring.effectiveAcuity, Gap::kLeft));
-  EXPECT_NE(ring.effectiveAcuity, 0.7);
-}
-
-TEST(Rings, HaveNamesOfTheirOwnAtEveryDiameterUpToFiveThousandSamples) {
-  for (const double pupil : {0.5, 3.0, 5.3, 7.537, 12.0}) {
-    std::set<std::string> stems;
-    for (int diameter = 5; diameter < 5000; diameter += 5) {
-      const std::string stem = RingStem(EffectiveAcuity(Millimetres(pupil), diameter), Gap::kUp);
-      EXPECT_TRUE(stems.insert(stem).second) << stem;
-    }
-  }
 }
 
 TEST(Rings, AreFarOffBeyondATenthEitherWay) {

@@ -4,22 +4,30 @@
 
 #include <utility>
 
-#include "evaluation/results.h"
+#include "evaluation/retinal_picture.h"
+#include "evaluation/simulated_eye.h"
+#include "evaluation/simulation.h"
 #include "evaluation/warnings.h"
 #include "eye/plausibility.h"
 #include "tests/eye/eyes.h"
 
 namespace orvanel::evaluation {
 
-inline Results ResultsOf(Eye eye, const std::vector<RingRequest>& rings) {
-  Results results;
-  results.measured = eye;
-  results.eye = std::move(eye);
-  results.simulation = Simulate(results.eye.pupil, ToLibrary(results.eye.coefficients), rings);
-  results.scales = ScalesOf(results.eye.pupil);
-  results.warnings = EyeWarnings(results.eye);
-  for (std::string& warning : Warnings(results.simulation)) results.warnings.push_back(std::move(warning));
-  return results;
+inline SimulatedEye Simulated(Eye eye, const std::vector<RingRequest>& rings) {
+  SimulatedEye simulated;
+  simulated.measured = eye;
+  simulated.eye = std::move(eye);
+  Evaluator evaluator;
+  simulated.results = Simulate(evaluator, simulated.eye, rings);
+  simulated.warnings = EyeWarnings(simulated.eye);
+  for (std::string& warning : Warnings(simulated.results)) simulated.warnings.push_back(std::move(warning));
+  return simulated;
+}
+
+inline SeenPicture PictureSeenBy(const Eye& eye, ObjectPicture object) {
+  Evaluator evaluator;
+  evaluator.Evaluate(eye, {Need::kImages});
+  return SeePicture(evaluator, std::move(object));
 }
 
 }  // namespace orvanel::evaluation

@@ -9,7 +9,7 @@ namespace orvanel::evaluation {
 namespace {
 
 std::vector<std::string> WarningsOf(const Eye& eye, const std::vector<RingRequest>& rings) {
-  return ResultsOf(eye, rings).warnings;
+  return Simulated(eye, rings).warnings;
 }
 
 TEST(Warnings, WavefrontsTooSteepForTheSamplesAreDoubted) {

@@ -1,4 +1,4 @@
-// Names, columns and costs of the metrics.
+// Names, columns and needs of the metrics.
 #include "metrics/metrics.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <set>
+#include <string>
 
 #include "base/error.h"
 #include "eye/refraction.h"
@@ -36,14 +38,42 @@ TEST(Metrics, ColumnsNameUnitAndScaleAndAreAllDifferent) {
 }
 
 TEST(Metrics, NothingIsComputedThatNobodyAsksFor) {
-  const auto cost = [](const char* list) { return CostOf({MetricsNamed(list), {}, {}}); };
-  EXPECT_EQ(cost("rms,half_width,frequency_range,refraction,paraxial,power_vector,pupil,rms_orders"),
-            Cost::kCoefficients);
-  EXPECT_EQ(cost("rms,strehl"), Cost::kStrehl);
-  EXPECT_EQ(cost("strehl_peak,strehl"), Cost::kPsf);
-  EXPECT_EQ(cost("strehl,mtf_area"), Cost::kMtf);
-  EXPECT_EQ(CostOf({{}, {CyclesPerDegree(3)}, {}}), Cost::kMtf);
-  EXPECT_EQ(CostOf({{}, {}, {0.5}}), Cost::kCoefficients);
+  const auto needs = [](const char* list) { return NeedsOf({MetricsNamed(list), {}, {}}); };
+  EXPECT_TRUE(needs("rms,half_width,frequency_range,refraction,paraxial,power_vector,pupil,rms_orders").empty());
+  EXPECT_EQ(needs("rms,strehl"), Needs({Need::kStrehl}));
+  EXPECT_EQ(needs("strehl_peak,strehl"), Needs({Need::kStrehl, Need::kStrehlPeak}));
+  EXPECT_EQ(needs("strehl,mtf_area"), Needs({Need::kStrehl, Need::kSections}));
+  EXPECT_EQ(NeedsOf({{}, {CyclesPerDegree(3)}, {}}), Needs({Need::kLineSpreads}));
+  EXPECT_TRUE(NeedsOf({{}, {}, {0.5}}).empty());
+}
+
+// The name of a column ends with its unit, or has it before an addition, as "_mm_library_scale".
+TEST(Metrics, UnitsAreThoseInTheNamesOfColumns) {
+  const std::map<std::string, std::string> parts = {
+      {"mm", "_mm"}, {"um", "_um"}, {"D", "_d"}, {"degrees", "_deg"}, {"cycles/degree", "_cpd"}};
+  for (const Metric& metric : Metrics()) {
+    for (const Column& column : metric.columns) {
+      const std::string name = std::string(column.name) + "_";
+      for (const auto& [unit, part] : parts) {
+        EXPECT_EQ(name.find(part + "_") != std::string::npos, unit == column.unit) << name;
+      }
+      if (!parts.contains(column.unit)) {
+        EXPECT_STREQ(column.unit, "1") << name;
+      }
+    }
+  }
+}
+
+TEST(Metrics, AColumnOfTheTableHasItsValueByName) {
+  Results results;
+  results.pupil = Millimetres(4.5);
+  results.strehl = 0.25;
+  const Coefficients osa = {0.0, 0.0, 0.0, 0.0, 0.3, 0.0, 0.0, 0.4};
+  const MetricInput input{results, osa};
+  EXPECT_EQ(ValueOf("strehl_ratio", input), 0.25);
+  EXPECT_DOUBLE_EQ(ValueOf("rms_um_orders_2_and_above", input), 0.5);
+  EXPECT_DOUBLE_EQ(ValueOf("rms_um_orders_3_and_above", input), 0.4);
+  EXPECT_THROW(ValueOf("rms", input), Error);
 }
 
 TEST(Metrics, TheUndersampledShareIsAddedOnce) {
@@ -53,31 +83,29 @@ TEST(Metrics, TheUndersampledShareIsAddedOnce) {
   ASSERT_EQ(choice.metrics.size(), 3U);
   const std::vector<std::string> columns = Columns(choice);
   EXPECT_EQ(columns[columns.size() - 2], "undersampled");
-  EXPECT_EQ(CostOf({MetricsNamed("undersampled"), {}, {}}), Cost::kWavefront);
+  EXPECT_EQ(NeedsOf({MetricsNamed("undersampled"), {}, {}}), Needs({Need::kUndersampled}));
   const std::vector<const Metric*> usual = UsualMetrics(true);
   EXPECT_EQ(std::count(usual.begin(), usual.end(), choice.metrics.back()), 1);
 }
 
 TEST(Metrics, ZeroHasNoSign) {
-  Eye perfect;
-  perfect.pupil = Millimetres(4.5);
-  MeasuredEye eye;
-  eye.eye = &perfect;
-  eye.osa = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
-  eye.strehl = -0.0;
+  Results results;
+  results.pupil = Millimetres(4.5);
+  results.strehl = -0.0;
+  const Coefficients osa = {0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
   // The refraction of this wavefront is computed as -0.
-  EXPECT_TRUE(std::signbit(LeastSquaresRefraction(eye.osa, perfect.pupil).m.value()));
+  EXPECT_TRUE(std::signbit(LeastSquaresRefraction(osa, results.pupil).m.value()));
   const MetricChoice choice{MetricsNamed("strehl,rms,rms_orders,refraction,paraxial,power_vector"), {}, {}};
   const std::vector<std::string> columns = Columns(choice);
-  const std::vector<double> values = Values(choice, eye);
+  const std::vector<double> values = Values(choice, {results, osa});
   ASSERT_EQ(values.size(), columns.size());
   for (std::size_t i = 0; i < values.size(); ++i) EXPECT_FALSE(std::signbit(values[i])) << columns[i];
 }
 
 TEST(Metrics, WhatIsNoNumberIsAnError) {
-  MeasuredEye eye;
-  eye.strehl = std::numeric_limits<double>::quiet_NaN();
-  EXPECT_THROW(Values({MetricsNamed("strehl"), {}, {}}, eye), Error);
+  Results results;
+  results.strehl = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_THROW(Values({MetricsNamed("strehl"), {}, {}}, {results, {}}), Error);
 }
 
 TEST(Metrics, WhatIsTheSameInAllRowsIsLeftOutUnlessAskedFor) {

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "base/error.h"
+#include "models/errors.h"
 #include "orvanel/optics_engine.h"
 #include "orvanel/orvanel.h"
 #include "orvanel/ring.h"
@@ -51,7 +51,12 @@ TEST(Sampling, RingsAreThoseThatTheEngineDraws) {
 }
 
 TEST(Sampling, AnAcuityBeyondTheSamplesHasNoRing) {
-  EXPECT_THROW(RingDiameter(Millimetres(3.0), 1e9), Error);
+  try {
+    RingDiameter(Millimetres(3.0), 1e9);
+    FAIL();
+  } catch (const RingTooSmall& error) {
+    EXPECT_EQ(error.acuity, 1e9);
+  }
   EXPECT_GT(RingDiameter(Millimetres(3.0), 1e-9), 1000000);
 }
 

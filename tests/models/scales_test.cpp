@@ -18,6 +18,7 @@ TEST(Scales, OfAThreeMillimetrePupilAreTheWorkedValues) {
   EXPECT_NEAR(FrequencyRange(Millimetres(3.0)).value(), 178.43, 178.43 * kFourDigits);
   EXPECT_NEAR(scales.library.step.value(), 178.43 / 128.0, 178.43 / 128.0 * kFourDigits);
   // 3 mm / 587.56 nm = 5105.9 cycles a radian.
+  EXPECT_NEAR(scales.frequencyRange.value(), 178.43, 178.43 * kFourDigits);
   EXPECT_NEAR(scales.opticalCutOff.value(), 89.114, 89.114 * kFourDigits);
   EXPECT_NEAR(scales.optical.step.value(), 89.114 / 128.0, 89.114 / 128.0 * kFourDigits);
   // 0.106544 mm of retina, of which 1 mm is 3.36646 degrees.

@@ -62,15 +62,14 @@ TEST(PictureFiles, ThoseThatAreGoneOrCutShortAreMadeAgain) {
 TEST(PictureFiles, TheStarIsThatOfASimulation) {
   const TemporaryFolder folder;
   const Eye eye = ReadEyeFile(ORVANEL_EYES "/standard_observer_6mm.json");
-  const Simulation simulation = Simulate(eye.pupil, ToLibrary(eye.coefficients), {{0.5, Gap::kUp}});
-  const Plane star = SectorStar();
-  EXPECT_EQ(star, simulation.starOriginal);
-  EyeMeter meter({MetricsNamed("strehl"), {}, {}}, true);
-  meter.Measure(eye);
-  Painter painter(PictureFolder((folder / "new").string(), {PictureKind::kStar, PictureKind::kPsf}), star);
-  painter.Paint(0, meter);
+  const std::vector<PictureKind> kinds = {PictureKind::kStar, PictureKind::kPsf};
+  Evaluator evaluator;
+  Painter painter(PictureFolder((folder / "new").string(), kinds), evaluator, SectorStar());
+  evaluator.Evaluate(eye, NeedsOf(kinds));
+  painter.Paint(0);
+  const Results simulation = Simulate(evaluator, eye, {});
   EXPECT_EQ(Read(folder / "new" / "0000001_star.png"),
-            EncodePng(GreyPictureOf(simulation.starStretched), Pixels::kNumbers));
+            EncodePng(GreyPictureOf(simulation.star.stretched), Pixels::kNumbers));
   EXPECT_EQ(Read(folder / "new" / "0000001_psf.png"), EncodePng(GreyPictureOf(simulation.psf), Pixels::kNumbers));
 }
 

@@ -1,0 +1,39 @@
+// Computes results by the engine of the classic model.
+#ifndef ORVANEL_MODELS_CLASSIC_MODEL_H
+#define ORVANEL_MODELS_CLASSIC_MODEL_H
+
+#include <vector>
+
+#include "base/layers.h"
+#include "models/model.h"
+#include "orvanel/optics_engine.h"
+
+namespace orvanel::models {
+
+// Results have the bits of the exports.
+class ClassicModel : public Model {
+ public:
+  ClassicModel() : engine_(ORVANEL_GRID_SIZE) {}
+
+  // Throws WavefrontTooHigh, and Error for coefficients above radial order 6. Needs without the wavefront read no
+  // coefficients.
+  void Compute(const Eye& eye, Needs needs, Results& results) override;
+
+  // The square of the filtered object. ImageKind::kLinear takes the root, which is the convolution with the PSF but for
+  // the phase by which the chain turns the PSF's samples; the wider the PSF, the larger it is.
+  void ImageOf(const Plane& object, ImageKind kind, Plane& image) override;
+  void ImageOf(PrecomputedObject object, ImageKind kind, Plane& image) override;  // kStretched or kTotalLight
+
+  PrecomputedObject Precompute(const Plane& object) override;
+
+ private:
+  void ComputePlanes(Needs needs, Results& results);
+
+  OpticsEngine engine_;
+  Plane spare_;  // receives a plane that the engine writes and nobody needs
+  std::vector<PreparedObject> objects_;
+};
+
+}  // namespace orvanel::models
+
+#endif  // ORVANEL_MODELS_CLASSIC_MODEL_H

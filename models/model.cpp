@@ -1,0 +1,16 @@
+// Makes models.
+#include "models/model.h"
+
+#include "models/classic_model.h"
+
+namespace orvanel::models {
+
+std::unique_ptr<Model> MakeModel(ModelKind kind) {
+  switch (kind) {
+    case ModelKind::kClassic:
+      break;
+  }
+  return std::make_unique<ClassicModel>();
+}
+
+}  // namespace orvanel::models

@@ -1,0 +1,51 @@
+// Defines the interface of a model: from an eye to its results and to the retinal images of objects.
+#ifndef ORVANEL_MODELS_MODEL_H
+#define ORVANEL_MODELS_MODEL_H
+
+#include <cstddef>
+#include <memory>
+
+#include "base/layers.h"
+#include "eye/eye.h"
+#include "models/needs.h"
+#include "models/results.h"
+
+namespace orvanel::models {
+
+enum class ModelKind { kClassic };
+
+enum class ImageKind {
+  kStretched,   // scaled to span exactly 0 to 1
+  kTotalLight,  // the object's total light is kept; clipped at 1
+  kLinear,      // the same, and near to blurred light that adds up
+};
+
+// An object whose spectrum a model has computed in advance, for the images of many eyes. Valid for that model only.
+struct PrecomputedObject {
+  std::size_t index;
+};
+
+// A model keeps its memory between eyes. It serves one thread at a time; different ones share no mutable data.
+class Model {
+ public:
+  Model() = default;
+  Model(const Model&) = delete;
+  Model& operator=(const Model&) = delete;
+  virtual ~Model() = default;
+
+  // Writes pupil, scales and what is needed into the results, and leaves the rest of them alone. Throws Error where the
+  // model cannot represent the eye.
+  virtual void Compute(const Eye& eye, Needs needs, Results& results) = 0;
+
+  // Write the retinal image of an object for the eye of the last Compute, which must have had Need::kImages.
+  virtual void ImageOf(const Plane& object, ImageKind kind, Plane& image) = 0;
+  virtual void ImageOf(PrecomputedObject object, ImageKind kind, Plane& image) = 0;
+
+  virtual PrecomputedObject Precompute(const Plane& object) = 0;
+};
+
+std::unique_ptr<Model> MakeModel(ModelKind kind);
+
+}  // namespace orvanel::models
+
+#endif  // ORVANEL_MODELS_MODEL_H
