@@ -5,8 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include "models/classic/brent.h"
 #include "models/classic/workspace.h"
-#include "optics/brent.h"
 #include "orvanel/sampling.h"
 
 namespace orvanel {

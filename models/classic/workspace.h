@@ -11,9 +11,9 @@
 #include <variant>
 
 #include "models/classic/large_pages.h"
-#include "optics/kernel_pipeline.h"
 #include "optics/kernels/dispatch.h"
-#include "optics/portable_pipeline.h"
+#include "optics/pipeline/kernel_pipeline.h"
+#include "optics/pipeline/portable_pipeline.h"
 #include "optics/samples_memory.h"
 #include "orvanel/optics_engine.h"
 

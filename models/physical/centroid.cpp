@@ -2,7 +2,7 @@
 #include "models/physical/centroid.h"
 
 #include "base/elementary.h"
-#include "models/physical/gauss_rules.h"
+#include "models/physical/quadrature/gauss_rules.h"
 
 namespace orvanel::physical {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "models/physical/light.h"
 #include "models/physical/outcome.h"
-#include "models/physical/pupil.h"
+#include "models/physical/pupil/pupil.h"
 
 namespace orvanel::physical {
 

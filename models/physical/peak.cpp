@@ -7,7 +7,7 @@
 #include <numbers>
 #include <vector>
 
-#include "models/physical/pupil_lattice.h"
+#include "models/physical/pupil/pupil_lattice.h"
 
 namespace orvanel::physical {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "models/physical/centroid.h"
 #include "models/physical/peak.h"
-#include "models/physical/perfect_pupil.h"
+#include "models/physical/pupil/perfect_pupil.h"
 
 namespace orvanel::physical {
 namespace {

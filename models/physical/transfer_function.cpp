@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "base/elementary.h"
-#include "models/physical/otf_overlap.h"
+#include "models/physical/otf/otf_overlap.h"
 
 namespace orvanel::physical {
 namespace {

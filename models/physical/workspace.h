@@ -4,11 +4,11 @@
 
 #include <vector>
 
-#include "models/physical/chord_quadrature.h"
 #include "models/physical/kernels/dispatch.h"
-#include "models/physical/otf_lattice.h"
+#include "models/physical/otf/otf_lattice.h"
 #include "models/physical/plane_transform.h"
-#include "models/physical/pupil_lattice.h"
+#include "models/physical/pupil/pupil_lattice.h"
+#include "models/physical/quadrature/chord_quadrature.h"
 
 namespace orvanel::physical {
 

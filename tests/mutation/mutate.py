@@ -104,7 +104,8 @@ def check(mutations):
     for mutation in mutations:
         mutated(mutation, (ROOT / mutation.file).read_text())
     count = collections.Counter(mutation.file for mutation in mutations)
-    sources = [path.relative_to(ROOT).as_posix() for folder in ("optics", "optics/kernels", "models/classic")
+    folders = ("optics", "optics/pipeline", "optics/kernels", "models/classic")
+    sources = [path.relative_to(ROOT).as_posix() for folder in folders
                for path in sorted((ROOT / folder).glob("*.cpp"))]
     sources += [f"optics/kernels/{name}.h" for name in ("centred", "image", "lines", "modulation",
                                                          "pupil", "spectrum", "vectors", "wavefront")]

@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
-#include "optics/kernel_pipeline.h"
-#include "optics/portable_pipeline.h"
+#include "optics/pipeline/kernel_pipeline.h"
+#include "optics/pipeline/portable_pipeline.h"
 #include "orvanel/constants.h"
 
 namespace orvanel::test {

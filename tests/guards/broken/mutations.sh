@@ -17,12 +17,12 @@ put tree/optics/new_stage.cpp '// A stage without mistakes.'
 breaks 'a source without mistakes' 'optics/new_stage.cpp has 0 mistakes; give it at least 5' check
 rm tree/optics/new_stage.cpp
 
-cp tree/optics/brent.cpp kept
-sed -i 's/[(;]/ &/g' tree/optics/brent.cpp
-breaks 'a changed line' 'optics/brent.cpp has 0 times' check
-cp kept tree/optics/brent.cpp
+cp tree/models/classic/brent.cpp kept
+sed -i 's/[(;]/ &/g' tree/models/classic/brent.cpp
+breaks 'a changed line' 'models/classic/brent.cpp has 0 times' check
+cp kept tree/models/classic/brent.cpp
 
-sed '/^$/q' <(sed -n '/^\[optics\/brent.cpp\]/,$p' "$list") >block
+sed '/^$/q' <(sed -n '/^\[models\/classic\/brent.cpp\]/,$p' "$list") >block
 cat block >>"$list"
 breaks 'a mistake twice' 'is listed twice' check
 finish

@@ -7,7 +7,7 @@
 
 #include "models/physical/eye.h"
 #include "models/physical/kernels/dispatch.h"
-#include "models/physical/pupil.h"
+#include "models/physical/pupil/pupil.h"
 #include "optics/kernels/dispatch.h"
 
 namespace orvanel::physical {

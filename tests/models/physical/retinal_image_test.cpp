@@ -10,7 +10,7 @@
 #include <numeric>
 #include <vector>
 
-#include "models/physical/otf_overlap.h"
+#include "models/physical/otf/otf_overlap.h"
 #include "tests/models/physical/examples.h"
 #include "tests/support/planes.h"
 
