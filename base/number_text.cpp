@@ -15,7 +15,7 @@ std::string NumberText(double number, int digits) {
   const auto written = [&](std::chars_format format, int precision) {
     return std::string(text, std::to_chars(text, text + sizeof text, number, format, precision).ptr);
   };
-  const std::string general = written(std::chars_format::general, digits);
+  std::string general = written(std::chars_format::general, digits);
   constexpr double kLargestWithoutExponent = 1e9;
   // Where the digits asked for end before the point, those up to it are written all the same.
   if (general.find("e+") == std::string::npos || std::abs(number) >= kLargestWithoutExponent) return general;

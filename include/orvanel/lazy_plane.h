@@ -17,6 +17,7 @@ class LazyPlane {
  public:
   // Moves the samples. A pending computation runs first, so that a plane moved out of an engine is independent of it.
   // The other plane is zero until its engine writes it again, and then takes new memory.
+  // NOLINTBEGIN(performance-noexcept-move-constructor): a pending computation may take memory
   LazyPlane(LazyPlane&& other) { *this = std::move(other); }
   LazyPlane& operator=(LazyPlane&& other) {
     if (this == &other) return *this;
@@ -29,6 +30,7 @@ class LazyPlane {
     other.exposed_ = false;
     return *this;
   }
+  // NOLINTEND(performance-noexcept-move-constructor)
   LazyPlane(const LazyPlane&) = delete;
   LazyPlane& operator=(const LazyPlane&) = delete;
   ~LazyPlane() = default;

@@ -80,7 +80,8 @@ struct OpticsEngine::Workspace {
     return (side * side + kLine - 1) / kLine * kLine;
   }
 
-  // The one place that chooses between kernels and portable stages.
+  // The one place that chooses between kernels and portable stages. Both constructors throw nothing, so emplace does
+  // not. NOLINTNEXTLINE(bugprone-exception-escape)
   Workspace(int n, const Kernels* kernels, std::shared_ptr<double[]> block) noexcept : block_(std::move(block)) {
     if (kernels != nullptr) {
       pipeline = &pipelines_.emplace<KernelPipeline>(*kernels, *new (block_.get()) KernelMemory);

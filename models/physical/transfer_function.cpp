@@ -81,7 +81,9 @@ class Overlaps {
     for (std::size_t i = 0; i < beams_.size(); ++i) {
       const double scale = CutOffs(beams_[i]);
       const std::complex<double> otf = overlaps_[i].At(x * scale, y * scale);
-      if (otf != otf) return Refusal{Problem::kTooManyNodes, 0.0, 0.0, static_cast<double>(kMaxNodes), beams_[i].line};
+      if (std::isnan(otf.real())) {
+        return Refusal{Problem::kTooManyNodes, 0.0, 0.0, static_cast<double>(kMaxNodes), beams_[i].line};
+      }
       sum += beams_[i].share * otf;
     }
     return sum;

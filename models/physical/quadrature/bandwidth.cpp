@@ -50,7 +50,8 @@ Damping DampingOf(const Pupil& pupil) {
 double DegreeOf(double frequency, const Amplitudes& amplitudes, const Damping& damping) {
   constexpr double kDigits = 16.1;  // ln 1e7
   double best = std::numeric_limits<double>::infinity();
-  for (double h = 2.0; h > 0.01; h *= 0.85) {
+  double h = 2.0;
+  while (h > 0.01) {
     double growth = kDigits + damping.linear * CoshLess(h) + damping.square * CoshLess(2.0 * h);
     for (std::size_t n = 1; n < amplitudes.size(); ++n) {
       if (amplitudes[n] > 0.0) growth += amplitudes[n] * SinhLess(static_cast<double>(n) * h);
@@ -58,6 +59,7 @@ double DegreeOf(double frequency, const Amplitudes& amplitudes, const Damping& d
     const double degree = frequency + growth / h;  // falls to its least and rises
     if (!(degree <= best)) break;
     best = degree;
+    h *= 0.85;
   }
   return best;
 }
