@@ -26,9 +26,9 @@ inline double Load(const double* buffer, std::size_t index) {
   return value;
 }
 
-// count samples into a buffer that the caller owns, whatever its alignment.
+// Copies count samples into a buffer that the caller owns and that may have any alignment. Null is allowed for none.
 inline void StoreAll(double* buffer, const double* samples, std::size_t count) {
-  std::memcpy(static_cast<void*>(buffer), samples, count * sizeof *samples);
+  if (count != 0) std::memcpy(static_cast<void*>(buffer), samples, count * sizeof *samples);
 }
 
 }  // namespace orvanel
