@@ -30,6 +30,9 @@ function end_of_paragraph() {
 
 FNR == 1 { comment = "@file\n" }
 
+# Marks for the analyser are no documentation.
+/^ *\/\/ NOLINT/ { next }
+
 /^ *\/\// {
   if (code != "") end_of_paragraph()
   sub(/^ *\/\//, "")

@@ -15,9 +15,9 @@ namespace orvanel {
 // address. CopyTo is not an access. Moves, but does not copy.
 class LazyPlane {
  public:
+  // NOLINTBEGIN(performance-noexcept-move-constructor): a pending computation may take memory
   // Moves the samples. A pending computation runs first, so that a plane moved out of an engine is independent of it.
   // The other plane is zero until its engine writes it again, and then takes new memory.
-  // NOLINTBEGIN(performance-noexcept-move-constructor): a pending computation may take memory
   LazyPlane(LazyPlane&& other) { *this = std::move(other); }
   LazyPlane& operator=(LazyPlane&& other) {
     if (this == &other) return *this;
