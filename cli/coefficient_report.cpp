@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "base/number_text.h"
-#include "cli/report.h"
-#include "eye/column_name.h"
+#include "cli/console/report.h"
+#include "eye/conventions/column_name.h"
 #include "eye/rms.h"
 
 namespace orvanel::cli {

@@ -4,10 +4,10 @@
 
 #include "base/error.h"
 #include "cli/commands/command_line.h"
+#include "cli/console/process.h"
+#include "cli/console/signals.h"
+#include "cli/console/terminal.h"
 #include "cli/error_text.h"
-#include "cli/process.h"
-#include "cli/signals.h"
-#include "cli/terminal.h"
 #include "orvanel/optics_engine.h"
 
 int main(int argc, char** argv) {

@@ -7,8 +7,8 @@
 
 #include "base/number_text.h"
 #include "cli/coefficient_report.h"
+#include "cli/console/report.h"
 #include "cli/planes.h"
-#include "cli/report.h"
 #include "cli/ring_files.h"
 #include "evaluation/evaluator.h"
 #include "evaluation/rings.h"

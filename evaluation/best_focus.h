@@ -6,7 +6,7 @@
 
 #include "base/layers.h"
 #include "base/units.h"
-#include "eye/convention.h"
+#include "eye/conventions/convention.h"
 
 namespace orvanel::evaluation {
 

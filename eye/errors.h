@@ -8,7 +8,7 @@
 #include "base/layers.h"
 #include "base/number_text.h"
 #include "base/units.h"
-#include "eye/mode.h"
+#include "eye/conventions/mode.h"
 
 namespace orvanel::eye {
 

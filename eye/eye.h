@@ -7,7 +7,7 @@
 
 #include "base/layers.h"
 #include "base/units.h"
-#include "eye/convention.h"
+#include "eye/conventions/convention.h"
 #include "eye/eye_coefficients.h"
 #include "eye/refraction.h"
 

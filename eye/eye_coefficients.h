@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "base/layers.h"
-#include "eye/convention.h"
+#include "eye/conventions/convention.h"
 
 namespace orvanel::eye {
 

@@ -3,7 +3,7 @@
 #define ORVANEL_EYE_RMS_H
 
 #include "base/layers.h"
-#include "eye/convention.h"
+#include "eye/conventions/convention.h"
 
 namespace orvanel::eye {
 

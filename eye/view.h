@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "base/layers.h"
-#include "eye/convention.h"
+#include "eye/conventions/convention.h"
 
 namespace orvanel::eye {
 

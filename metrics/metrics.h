@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "base/layers.h"
-#include "eye/convention.h"
+#include "eye/conventions/convention.h"
 #include "models/needs.h"
 #include "models/results.h"
 

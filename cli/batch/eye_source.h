@@ -11,7 +11,7 @@
 #include "base/error.h"
 #include "base/layers.h"
 #include "cli/batch/run_record.h"
-#include "eye/statement.h"
+#include "eye/conventions/statement.h"
 #include "files/tables/eye_table.h"
 
 namespace orvanel::cli {

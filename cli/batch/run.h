@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "base/layers.h"
-#include "cli/batch/picture_files.h"
-#include "cli/batch/plane_chunks.h"
+#include "cli/batch/output/picture_files.h"
+#include "cli/batch/output/plane_chunks.h"
 #include "cli/batch/run_record.h"
 #include "eye/adjustments.h"
-#include "eye/statement.h"
+#include "eye/conventions/statement.h"
 #include "files/tables/eye_table.h"
 #include "metrics/metrics.h"
 #include "orvanel/sampling.h"

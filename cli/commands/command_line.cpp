@@ -12,8 +12,8 @@
 #include "cli/commands/merge.h"
 #include "cli/commands/population.h"
 #include "cli/commands/simulate.h"
+#include "cli/console/terminal.h"
 #include "cli/licenses.h"
-#include "cli/terminal.h"
 #include "cli/version.h"
 
 namespace orvanel::cli {

@@ -5,7 +5,7 @@
 
 #include "cli/batch/join.h"
 #include "cli/batch/statistics.h"
-#include "cli/report.h"
+#include "cli/console/report.h"
 #include "files/eyes/any_eye.h"
 #include "orvanel/sampling.h"
 

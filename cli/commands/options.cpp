@@ -6,7 +6,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
-#include "cli/terminal.h"
+#include "cli/console/terminal.h"
 #include "files/eyes/any_eye.h"
 #include "files/input_file.h"
 

@@ -9,7 +9,7 @@
 
 #include "base/layers.h"
 #include "eye/adjustments.h"
-#include "eye/statement.h"
+#include "eye/conventions/statement.h"
 #include "files/eyes/any_eye.h"
 #include "files/tables/eye_table.h"
 

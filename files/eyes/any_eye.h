@@ -7,8 +7,8 @@
 #include <string>
 
 #include "base/layers.h"
+#include "eye/conventions/statement.h"
 #include "eye/eye.h"
-#include "eye/statement.h"
 #include "files/tables/eye_table.h"
 
 namespace orvanel::files {

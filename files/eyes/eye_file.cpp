@@ -14,7 +14,7 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "base/spelling.h"
-#include "eye/column_name.h"
+#include "eye/conventions/column_name.h"
 #include "files/eyes/json_place.h"
 #include "files/input_file.h"
 #include "files/json_text.h"

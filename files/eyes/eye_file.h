@@ -5,8 +5,8 @@
 #include <string>
 
 #include "base/layers.h"
+#include "eye/conventions/statement.h"
 #include "eye/eye.h"
-#include "eye/statement.h"
 
 namespace orvanel::files {
 

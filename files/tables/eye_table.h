@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "base/layers.h"
-#include "eye/column_name.h"
+#include "eye/conventions/column_name.h"
+#include "eye/conventions/statement.h"
 #include "eye/eye.h"
-#include "eye/statement.h"
 #include "files/tables/csv.h"
 #include "files/tables/ndjson.h"
 #include "files/tables/record.h"

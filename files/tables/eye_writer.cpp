@@ -8,8 +8,8 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
-#include "eye/column_name.h"
-#include "eye/statement.h"
+#include "eye/conventions/column_name.h"
+#include "eye/conventions/statement.h"
 #include "files/tables/csv.h"
 
 namespace orvanel::files {

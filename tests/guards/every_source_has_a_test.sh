@@ -11,13 +11,13 @@ complain() { echo "$1"; status=1; }
 elsewhere='
 cli/main.cpp                            tests/cli/run_case.sh
 cli/commands/*.cpp                      tests/cli/run_case.sh
-cli/report.cpp                          tests/cli/run_case.sh
+cli/console/report.cpp                  tests/cli/run_case.sh
 cli/version.cpp                         tests/cli/run_case.sh
-cli/process_*.cpp                       tests/cli/run_case.sh
-cli/signals.cpp                         tests/cli/signals.sh
+cli/console/process_*.cpp               tests/cli/run_case.sh
+cli/console/signals.cpp                 tests/cli/signals.sh
 files/interruption.cpp                  tests/cli/signals.sh
 files/platform_*.cpp                    tests/files/input_file_test.cpp
-cli/terminal.cpp                        tests/cli/terminal.sh
+cli/console/terminal.cpp                tests/cli/terminal.sh
 cli/manual.cpp                          tests/cli/manuals.sh
 cli/make_manuals.cpp                    tests/cli/manuals.sh
 drawing/canvas/colour_tables.cpp        tests/drawing/canvas/colour_map_test.cpp

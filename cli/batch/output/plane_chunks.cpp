@@ -1,0 +1,117 @@
+// Writes the file of a chunk when the next chunk begins.
+#include "cli/batch/output/plane_chunks.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include "base/error.h"
+#include "base/number_text.h"
+#include "eye/view.h"
+#include "files/new_file.h"
+#include "files/path_of.h"
+#include "files/planes/format.h"
+
+namespace orvanel::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct KindWords {
+  PlaneKind kind;
+  Need need;
+  StackedPlane plane;
+};
+
+std::string Text(View view) { return std::string(Description(view)); }
+
+const std::vector<KindWords>& Kinds() {
+  static const std::vector<KindWords> kKinds = {
+      {PlaneKind::kWavefront,
+       Need::kWavefront,
+       {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Text(View::kPupil)}},
+      {PlaneKind::kPsf, Need::kPsf, {"psf", "point spread function, 1 at its peak", "1", Text(View::kRetina)}},
+      {PlaneKind::kMtf,
+       Need::kMtf,
+       {"mtf", "modulation transfer function, 1 at zero frequency", "1", Text(View::kRetina)}}};
+  return kKinds;
+}
+
+}  // namespace
+
+std::vector<PlaneKind> PlaneKindsNamed(std::string_view list) {
+  std::vector<PlaneKind> chosen;
+  for (std::size_t start = 0; start <= list.size();) {
+    const std::size_t comma = std::min(list.find(',', start), list.size());
+    const std::string_view word = list.substr(start, comma - start);
+    const auto found = std::find_if(Kinds().begin(), Kinds().end(),
+                                    [word](const KindWords& words) { return words.plane.name == word; });
+    if (found == Kinds().end()) throw Error(Quoted(word) + " is not one of wavefront, psf, mtf");
+    if (std::find(chosen.begin(), chosen.end(), found->kind) == chosen.end()) chosen.push_back(found->kind);
+    start = comma + 1;
+  }
+  return chosen;
+}
+
+Needs NeedsOf(const std::vector<PlaneKind>& kinds) {
+  Needs needs;
+  for (const PlaneKind kind : kinds) needs = needs | Needs{Kinds()[static_cast<std::size_t>(kind)].need};
+  return needs;
+}
+
+std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, const Results& results) {
+  std::vector<std::string> planes;
+  for (const PlaneKind kind : kinds) {
+    switch (kind) {
+      case PlaneKind::kWavefront:
+        planes.push_back(CompressedPlane(results.wavefront.map.data()));
+        break;
+      case PlaneKind::kPsf:
+        planes.push_back(CompressedPlane(results.psf.data()));
+        break;
+      case PlaneKind::kMtf:
+        planes.push_back(CompressedPlane(results.mtf.data()));
+        break;
+    }
+  }
+  return planes;
+}
+
+PlaneChunks::PlaneChunks(const std::string& file, std::vector<PlaneKind> kinds, std::size_t chunkRows)
+    : kinds_(std::move(kinds)), chunkRows_(chunkRows) {
+  constexpr std::size_t kDigits = 6;
+  FormatNamed("hdf5");  // throws with the missing library, if any
+  const fs::path path = PathOf(file);
+  files_ = {path.parent_path(), path.stem().string() + "-", path.extension().string(), kDigits};
+  std::error_code ignored;
+  if (!files_.folder.empty() && !fs::is_directory(files_.folder, ignored)) {
+    throw Error(files_.folder.string() + ": is not a folder; create it first");
+  }
+}
+
+PlaneChunks::~PlaneChunks() = default;
+
+void PlaneChunks::Add(std::size_t row, const std::vector<std::string>& compressed, double pupil) {
+  if (!stack_) {
+    number_ = row / chunkRows_ + 1;
+    std::vector<StackedPlane> planes;
+    for (const PlaneKind kind : kinds_) planes.push_back(Kinds()[static_cast<std::size_t>(kind)].plane);
+    stack_ = std::make_unique<Hdf5Stack>(planes);
+  }
+  stack_->Add(compressed);
+  rows_.push_back(static_cast<double>(row + 1));
+  pupils_.push_back(pupil);
+}
+
+void PlaneChunks::Finish() {
+  if (!stack_) return;
+  stack_->AddNumbers("row", "number of the row in the table of eyes, from 1", rows_);
+  stack_->AddNumbers("pupil_diameter_mm", "as simulated; NaN where the row is invalid", pupils_);
+  const std::string bytes = stack_->Finish();
+  stack_.reset();
+  rows_.clear();
+  pupils_.clear();
+  ReplaceFile(files_.Path(number_), bytes);
+}
+
+}  // namespace orvanel::cli

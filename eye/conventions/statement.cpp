@@ -1,0 +1,118 @@
+// Reading, joining and completing of statements.
+#include "eye/conventions/statement.h"
+
+#include <cmath>
+
+#include "base/error.h"
+#include "base/number_text.h"
+
+namespace orvanel::eye {
+namespace {
+
+template <class Value>
+std::optional<Value> FromWord(std::string_view key, std::string_view text) {
+  const std::optional<Value> value = ValueOf<Value>(text);
+  if (!value) {
+    throw Error(std::string(key) + " is " + Quoted(text) + "; it is one of " + WordsOf<Value>());
+  }
+  return value;
+}
+
+double Length(std::string_view key, std::string_view text) {
+  const double length = ParseNumber(text);
+  if (length <= 0.0) throw Error(std::string(key) + " is " + std::string(text) + "; a length is greater than 0");
+  return length;
+}
+
+std::string Said(Unit value) { return std::string(Word(value)); }
+std::string Said(Normalisation value) { return std::string(Word(value)); }
+std::string Said(Order value) { return std::string(Word(value)); }
+std::string Said(YAxis value) { return std::string(Word(value)); }
+std::string Said(Side value) { return std::string(Word(value)); }
+std::string Said(Nanometres value) { return ShortestText(value.value()); }
+std::string Said(Millimetres value) { return ShortestText(value.value()); }
+
+}  // namespace
+
+Statement StatementOf(const Convention& convention) {
+  Statement statement;
+  statement.unit = convention.unit;
+  if (convention.unit == Unit::kWaves) statement.wavelength = convention.wavelength;
+  statement.normalisation = convention.normalisation;
+  statement.order = convention.order;
+  statement.yAxis = convention.yAxis;
+  return statement;
+}
+
+bool State(Statement& statement, std::string_view key, std::string_view text) {
+  if (key == kUnitKey) {
+    statement.unit = FromWord<Unit>(key, text);
+  } else if (key == kWavelengthKey) {
+    statement.wavelength = Nanometres(Length(key, text));
+  } else if (key == kNormalisationKey) {
+    statement.normalisation = FromWord<Normalisation>(key, text);
+  } else if (key == kOrderKey) {
+    statement.order = FromWord<Order>(key, text);
+  } else if (key == kYAxisKey) {
+    statement.yAxis = FromWord<YAxis>(key, text);
+  } else if (key == kSideKey) {
+    statement.side = FromWord<Side>(key, text);
+  } else if (key == kPupilKey) {
+    statement.pupil = Millimetres(Length(key, text));
+  } else {
+    return false;
+  }
+  return true;
+}
+
+Statement Combined(const Statement& a, const std::string& wider, const Statement& b, const std::string& narrower) {
+  Statement both = a;
+  const auto join = [&](auto Statement::*part, const char* key) {
+    if (!(b.*part)) return;
+    if (both.*part && *(both.*part) != *(b.*part)) {
+      throw Error(std::string(key) + " is " + Said(*(b.*part)) + " in " + narrower + ", which contradicts " + wider +
+                  ", where it is " + Said(*(both.*part)) + "; state it once");
+    }
+    both.*part = b.*part;
+  };
+  join(&Statement::unit, kUnitKey);
+  join(&Statement::wavelength, kWavelengthKey);
+  join(&Statement::normalisation, kNormalisationKey);
+  join(&Statement::order, kOrderKey);
+  join(&Statement::yAxis, kYAxisKey);
+  join(&Statement::side, kSideKey);
+  join(&Statement::pupil, kPupilKey);
+  return both;
+}
+
+StatedConvention Complete(const Statement& statement, bool needsOrder) {
+  std::string missing;
+  const auto require = [&missing](bool stated, const char* key, const std::string& values) {
+    if (!stated) missing += (missing.empty() ? "" : "; ") + std::string(key) + " (" + values + ")";
+  };
+  require(statement.unit.has_value(), kUnitKey, WordsOf<Unit>());
+  if (statement.unit == Unit::kWaves) require(statement.wavelength.has_value(), kWavelengthKey, "of one wave");
+  require(statement.normalisation.has_value(), kNormalisationKey, WordsOf<Normalisation>());
+  if (needsOrder) require(statement.order.has_value(), kOrderKey, WordsOf<Order>());
+  require(statement.yAxis.has_value(), kYAxisKey, WordsOf<YAxis>());
+  require(statement.side.has_value(), kSideKey, WordsOf<Side>());
+  require(statement.pupil.has_value(), kPupilKey, "over which the eye was measured");
+  if (!missing.empty()) {
+    throw Error("it is not said how the coefficients are meant; missing: " + missing);
+  }
+  if (statement.wavelength && statement.unit != Unit::kWaves) {
+    throw Error(std::string(kWavelengthKey) + " is stated, but the unit is " + Said(*statement.unit) +
+                "; a wavelength belongs to the unit waves alone");
+  }
+  StatedConvention complete{};
+  complete.convention.unit = *statement.unit;
+  complete.convention.wavelength = statement.wavelength.value_or(Nanometres());
+  complete.convention.normalisation = *statement.normalisation;
+  complete.convention.order = statement.order.value_or(Order::kNamed);
+  complete.convention.yAxis = *statement.yAxis;
+  complete.side = *statement.side;
+  complete.pupil = *statement.pupil;
+  return complete;
+}
+
+}  // namespace orvanel::eye

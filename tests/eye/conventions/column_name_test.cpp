@@ -1,0 +1,104 @@
+// Names of coefficients, good and bad.
+#include "eye/conventions/column_name.h"
+
+#include <gtest/gtest.h>
+
+#include "base/error.h"
+
+namespace orvanel::eye {
+namespace {
+
+ZernikeTerm TermIn(const std::string& text, std::optional<Order> order = std::nullopt) {
+  return TermNamed(ParseCoefficientName(text).value(), order);
+}
+
+TEST(ColumnName, ByOrderAndFrequencyNeedsNoOrderOfNumbers) {
+  for (const char* text : {"Z(3,-1)", "c[3,-1]", "C(3, -1)", "z[ 3 ,-1 ]", "Z(+3,-1)", " Z(3,-1)", "Z (3,-1)",
+                           "Zernike(3,-1)", "Z_3_-1", "z_3_-1\t", "Z 3 -1", "Z3,-1", "Z3_-1", "C_3_-1", "Zernike_3_-1",
+                           "Z_3_\xE2\x88\x92"
+                           "1",
+                           "Z(3,\xE2\x88\x92"
+                           "1)"}) {
+    EXPECT_EQ(TermIn(text), (ZernikeTerm{3, -1})) << text;
+  }
+}
+
+TEST(ColumnName, ByNumberMeansWhatTheOrderSays) {
+  EXPECT_EQ(TermIn("Z8", Order::kOsa), (ZernikeTerm{3, 1}));
+  EXPECT_EQ(TermIn("c8", Order::kNoll), (ZernikeTerm{3, 1}));
+  EXPECT_EQ(TermIn("Z8", Order::kFringe), (ZernikeTerm{3, -1}));
+  EXPECT_EQ(TermIn("Z08", Order::kFringe), (ZernikeTerm{3, -1}));
+  for (const char* text : {" Z12", "Z12 ", "Z 12", "z 12", "Z_12", "Z_ 12", "c_12", "C 12", "Zernike12", "zernike 12",
+                           "ZERNIKE_12", "\tZ12",
+                           "Z\xC2\xA0"
+                           "12"}) {
+    EXPECT_EQ(TermIn(text, Order::kOsa), (ZernikeTerm{4, 0})) << text;
+  }
+}
+
+TEST(ColumnName, ByNumberWithoutOrderIsRefused) {
+  EXPECT_THROW(TermIn("Z4"), Error);
+  EXPECT_THROW(TermIn("Z4", Order::kNamed), Error);
+}
+
+TEST(ColumnName, OutsideItsOrderIsRefused) {
+  EXPECT_THROW(TermIn("Z0", Order::kNoll), Error);
+  EXPECT_THROW(TermIn("Z38", Order::kFringe), Error);
+  EXPECT_THROW(TermIn("Z231", Order::kOsa), Error);
+  EXPECT_EQ(TermIn("Z230", Order::kOsa), (ZernikeTerm{20, 20}));
+}
+
+TEST(ColumnName, OtherWordsAreNone) {
+  for (const char* text :
+       {"",         "Z",           "c",       "id",       "Zernike", "comment",   "age",         "4",
+        "Zn4",      "zone",        "code1",   "C1_visit", "c3 left", "C-peptide", "CO2",         "C6H12O6",
+        "c (mg/l)", "C(reactive)", "Z-score", "z score",  "a4",      "  ",        "Zernike fit", "(2,0)"}) {
+    EXPECT_EQ(ParseCoefficientName(text), std::nullopt) << text;
+  }
+}
+
+TEST(ColumnName, WhatLooksLikeOneAndIsNoneIsRefused) {
+  for (const char* text : {"Z(2,1)",
+                           "Z(1,3)",
+                           "Z(-2,0)",
+                           "Z(2",
+                           "Z(2,0",
+                           "Z(2,0]",
+                           "Z(2;0)",
+                           "Z(2,0)x",
+                           "Z4_um",
+                           "c4.5",
+                           "Z(22,0)",
+                           "Z()",
+                           "Z(2)",
+                           "Z99999999999999999999999",
+                           "Z-12",
+                           "Z_-12",
+                           "C-12",
+                           "Z.4",
+                           "Z3-1",
+                           "Z+4",
+                           "Z1_3",
+                           "C_1_2",
+                           "Z_3_1_2",
+                           "Z 4 um",
+                           "Z4(\xC2\xB5m)",
+                           "c4_um",
+                           "C4 waves",
+                           "Z4_OD",
+                           "Z12 left",
+                           "Z3^1",
+                           "Zernike coefficient 4"}) {
+    EXPECT_THROW(ParseCoefficientName(text), Error) << text;
+  }
+}
+
+TEST(ColumnName, IsReadAsItIsWritten) {
+  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) {
+    for (std::size_t j = 0; j < 21; ++j)
+      EXPECT_EQ(TermIn(NameIn(order, Term(j)), order), Term(j)) << NameIn(order, Term(j));
+  }
+}
+
+}  // namespace
+}  // namespace orvanel::eye

@@ -1,0 +1,89 @@
+// Statements: what is missing is listed, what contradicts is refused.
+#include "eye/conventions/statement.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "base/error.h"
+
+namespace orvanel::eye {
+namespace {
+
+std::string MessageOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const Error& error) {
+    return error.what();
+  }
+  return {};
+}
+
+Statement Whole() {
+  Statement statement = StatementOf(kOsaConvention);
+  statement.side = Side::kOs;
+  statement.pupil = Millimetres(5.5);
+  return statement;
+}
+
+TEST(Statement, WhatIsMissingIsListed) {
+  EXPECT_EQ(MessageOf([] { Complete({}, true); }),
+            "it is not said how the coefficients are meant; missing: unit (mm, um, nm, waves); normalisation "
+            "(orthonormal, none); order (osa, noll, fringe, named); y_axis (up, down); eye (OD, OS, unknown); "
+            "pupil_diameter_mm (over which the eye was measured)");
+  Statement statement = Whole();
+  statement.yAxis.reset();
+  EXPECT_EQ(MessageOf([&] { Complete(statement, true); }),
+            "it is not said how the coefficients are meant; missing: y_axis (up, down)");
+}
+
+TEST(Statement, AnOrderIsNeededOnlyByNumbers) {
+  Statement statement = Whole();
+  statement.order.reset();
+  EXPECT_NE(MessageOf([&] { Complete(statement, true); }), "");
+  EXPECT_EQ(Complete(statement, false).convention.order, Order::kNamed);
+}
+
+TEST(Statement, WavesNeedAWavelengthAndNothingElseHasOne) {
+  Statement statement = Whole();
+  statement.unit = Unit::kWaves;
+  EXPECT_EQ(MessageOf([&] { Complete(statement, true); }),
+            "it is not said how the coefficients are meant; missing: wavelength_nm (of one wave)");
+  statement.wavelength = Nanometres(550.0);
+  EXPECT_EQ(Complete(statement, true).convention.wavelength, Nanometres(550.0));
+  statement.unit = Unit::kNanometres;
+  EXPECT_EQ(MessageOf([&] { Complete(statement, true); }),
+            "wavelength_nm is stated, but the unit is nm; a wavelength belongs to the unit waves alone");
+}
+
+TEST(Statement, IsCompletedByAnother) {
+  Statement table = Whole(), row;
+  table.side.reset();
+  State(row, "eye", "OD");
+  State(row, "unit", "um");  // the same again
+  const StatedConvention complete = Complete(Combined(table, "the command line", row, "the table"), true);
+  EXPECT_EQ(complete.side, Side::kOd);
+  EXPECT_EQ(complete.pupil, Millimetres(5.5));
+  EXPECT_EQ(complete.convention, kOsaConvention);
+}
+
+TEST(Statement, ThatContradictsIsRefused) {
+  Statement row;
+  State(row, "pupil_diameter_mm", "6");
+  EXPECT_EQ(MessageOf([&] { Combined(Whole(), "the command line", row, "the table"); }),
+            "pupil_diameter_mm is 6 in the table, which contradicts the command line, where it is 5.5; state it once");
+}
+
+TEST(Statement, PartsHaveTheirWords) {
+  Statement statement;
+  EXPECT_EQ(MessageOf([&] { State(statement, "unit", "inch"); }), "unit is 'inch'; it is one of mm, um, nm, waves");
+  EXPECT_EQ(MessageOf([&] { State(statement, "eye", "third"); }), "eye is 'third'; it is one of OD, OS, unknown");
+  EXPECT_EQ(MessageOf([&] { State(statement, "pupil_diameter_mm", "-6"); }),
+            "pupil_diameter_mm is -6; a length is greater than 0");
+  EXPECT_EQ(MessageOf([&] { State(statement, "wavelength_nm", "0"); }),
+            "wavelength_nm is 0; a length is greater than 0");
+  EXPECT_FALSE(State(statement, "colour", "green"));
+}
+
+}  // namespace
+}  // namespace orvanel::eye
