@@ -49,7 +49,8 @@ TESTS_OF = {"files/pictures/jpeg_decoder.cpp": "tests/files/pictures/picture_fil
 
 # Of the program, what computes, reads or keeps something.
 PROGRAM_FILES = [f"{name}.cpp" for name in (
-    "base/number_text", "eye/mode", "eye/column_name", "eye/convention", "eye/statement", "eye/adjustments",
+    "base/number_text", "eye/conventions/mode", "eye/conventions/column_name", "eye/conventions/convention",
+    "eye/conventions/statement", "eye/adjustments",
     "eye/refraction", "eye/pupil_rescale", "eye/rms", "eye/population/covariance", "eye/population/random",
     "metrics/metrics", "files/eyes/eye_file", "files/tables/csv", "files/tables/ndjson", "files/tables/eye_table",
     "files/tables/covariance_table", "files/pictures/exif", "files/pictures/tiff_decoder", "files/pictures/png_damage",
