@@ -3,8 +3,10 @@
 #define ORVANEL_BASE_ERROR_H
 
 #include <cstddef>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace orvanel {
 
@@ -42,8 +44,19 @@ class ErrorAt : public Error {
         place(at),
         reason(what) {}
 
+  // An error that a host may word itself, at a place.
+  //   beforeText  comes before the text of the cause: "column 'Z4': "
+  ErrorAt(const std::string& file, Place at, const std::string& beforeText,
+          std::shared_ptr<const ErrorWithFix> theCause)
+      : ErrorAt(file, at, beforeText + theCause->what()) {
+    before = beforeText;
+    cause = std::move(theCause);
+  }
+
   Place place;
   std::string reason;
+  std::string before;                         // the reason without the text of the cause
+  std::shared_ptr<const ErrorWithFix> cause;  // null where the reason is all
 };
 
 }  // namespace orvanel

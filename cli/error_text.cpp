@@ -3,8 +3,34 @@
 
 #include "evaluation/errors.h"
 #include "eye/errors.h"
+#include "files/errors.h"
 
 namespace orvanel::cli {
+namespace {
+
+const char* OptionFor(FileFix fix) {
+  switch (fix) {
+    case FileFix::kChooseRow:
+      return "say which with --row";
+    case FileFix::kAskForNoRow:
+      return "leave --row away";
+    case FileFix::kReadAsEyeFile:
+      return "leave --prescription-columns and --decimal-comma away";
+    case FileFix::kReplaceFile:
+      return "let --force replace it";
+    case FileFix::kReplaceFolder:
+      return "let --force replace those of an earlier run";
+    case FileFix::kReadNoPrescription:
+      return "leave --prescription-columns away";
+    case FileFix::kReadDecimalCommas:
+      return "say --decimal-comma, or write it with a point";
+    case FileFix::kReadDecimalPoints:
+      return "leave --decimal-comma away";
+  }
+  return "";
+}
+
+}  // namespace
 
 std::string TextOf(const Error& error) {
   if (const auto* const pupil = dynamic_cast<const PupilLargerThanMeasured*>(&error)) {
@@ -16,7 +42,14 @@ std::string TextOf(const Error& error) {
   if (const auto* const threads = dynamic_cast<const TooFewThreads*>(&error)) {
     return threads->fact + "ask for so many with --jobs";
   }
+  if (const auto* const file = dynamic_cast<const FileError*>(&error)) return file->fact + OptionFor(file->fix);
+  if (const auto* const at = dynamic_cast<const ErrorAt*>(&error); at != nullptr && at->cause) {
+    const std::string whole = error.what();
+    return whole.substr(0, whole.size() - at->reason.size()) + ReasonOf(*at);
+  }
   return error.what();
 }
+
+std::string ReasonOf(const ErrorAt& error) { return error.cause ? error.before + TextOf(*error.cause) : error.reason; }
 
 }  // namespace orvanel::cli

@@ -12,6 +12,9 @@ namespace orvanel::cli {
 // The error's own sentence where no option helps.
 std::string TextOf(const Error& error);
 
+// The same without file and place.
+std::string ReasonOf(const ErrorAt& error);
+
 }  // namespace orvanel::cli
 
 #endif  // ORVANEL_CLI_ERROR_TEXT_H

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/error.h"
+#include "files/errors.h"
 #include "files/path_of.h"
 #include "files/platform.h"
 
@@ -63,7 +64,10 @@ NewFile::NewFile(std::string file, bool replace) : file_(std::move(file)) {
   if (const fs::file_status end = fs::status(PathOf(file_), failure); fs::exists(end) && !fs::is_regular_file(end)) {
     Refuse("is not a plain file and is not replaced; give the name of a file");
   }
-  if (fs::exists(status) && !replace) Refuse("exists already; choose another name, or let --force replace it");
+  if (fs::exists(status) && !replace) {
+    throw FileError(FileFix::kReplaceFile, file_ + ": exists already; choose another name, or ",
+                    "allow it to be replaced");
+  }
   staged_ = UniqueName(PathOf(file_));
   stream_.reset(CreateNewFile(staged_));
   if (stream_) return;

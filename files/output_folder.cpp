@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/error.h"
+#include "files/errors.h"
 #include "files/input_file.h"
 #include "files/json_text.h"
 #include "files/new_file.h"
@@ -88,7 +89,8 @@ OutputFolder::OutputFolder(const fs::path& place, std::vector<std::string> names
   const bool empty = fs::is_empty(place_, failure);
   if (failure) Refuse(place, "cannot be read: " + failure.message());
   if (!empty && !replace) {
-    Refuse(place, "is a folder with files in it; choose another, or let --force replace those of an earlier run");
+    throw FileError(FileFix::kReplaceFolder, place.string() + ": is a folder with files in it; choose another, or ",
+                    "allow those of an earlier run to be replaced");
   }
   earlier_ = FilesOfEarlierRun(place_);
   for (const std::string& name : names_) {

@@ -55,7 +55,7 @@ std::string ErrorText(const TableEye& eye, const Error& error) {
 
 std::string ErrorText(const ErrorAt& error) {
   return "line " + std::to_string(error.place.line) + ", column " + std::to_string(error.place.column) + ": " +
-         error.reason;
+         ReasonOf(error);
 }
 
 // Computes eyes; one object for each thread.

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "base/error.h"
+#include "files/errors.h"
 #include "files/eyes/eye_file.h"
 #include "files/input_file.h"
 
@@ -36,7 +37,7 @@ Eye ReadRow(const std::string& place, FileKind kind, const Statement& stated, st
       more = table.Next(another);
     } catch (const ErrorAt&) {
     }
-    if (more) throw Error(file + ": holds more than one eye; say which with --row");
+    if (more) throw FileError(FileFix::kChooseRow, file + ": holds more than one eye; ", "choose a row");
   }
   if (eye.eye.name.empty()) eye.eye.name = file + ", row " + std::to_string(wanted);
   return eye.eye;
@@ -66,9 +67,10 @@ Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std:
   if (KindOf(file, kind) != FileKind::kEyeFile) {
     return ReadRow(file, KindOf(file, kind), stated, row, options, columns);
   }
-  if (row) throw Error(file + ": is an eye file with one eye; leave --row away");
+  if (row) throw FileError(FileFix::kAskForNoRow, file + ": is an eye file with one eye; ", "ask for no row");
   if (options.prescription || options.decimalComma) {
-    throw Error(file + ": is an eye file, no table; leave --prescription-columns and --decimal-comma away");
+    throw FileError(FileFix::kReadAsEyeFile, file + ": is an eye file, no table; ",
+                    "ask for no columns of a prescription and no decimal commas");
   }
   return ReadEyeFile(file, stated);
 }

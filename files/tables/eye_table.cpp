@@ -66,8 +66,17 @@ EyeColumns::EyeColumns(const Record& header, std::string file, const Statement& 
   for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) Resolve(order);
 }
 
+Place EyeColumns::PlaceOf(const Record& row, std::size_t column) {
+  return row.size() == 0 ? Place{1, 1} : row.place(std::min(column, row.size() - 1));
+}
+
 void EyeColumns::Refuse(const Record& row, std::size_t column, const std::string& reason) const {
-  throw ErrorAt(file_, row.size() == 0 ? Place{1, 1} : row.place(std::min(column, row.size() - 1)), reason);
+  throw ErrorAt(file_, PlaceOf(row, column), reason);
+}
+
+void EyeColumns::Refuse(const Record& row, std::size_t column, const std::string& before,
+                        const FileError& cause) const {
+  throw ErrorAt(file_, PlaceOf(row, column), before, std::make_shared<FileError>(cause));
 }
 
 void EyeColumns::Sort(const Record& header) {
@@ -128,8 +137,9 @@ void EyeColumns::CheckPrescription(const Record& header) const {
   if (!options_.prescription) return;
   const auto& [sphere, cylinder, axis] = prescription_;
   if (!sphere) {
-    Refuse(header, 0,
-           "no column holds the sphere of a refraction; name it sphere, or leave --prescription-columns away");
+    Refuse(header, 0, "",
+           FileError(FileFix::kReadNoPrescription, "no column holds the sphere of a refraction; name it sphere, or ",
+                     "read no prescription"));
   }
   if (cylinder.has_value() != axis.has_value()) {
     Refuse(header, cylinder ? *cylinder : *axis, "cylinder and axis belong together; add the column that is missing");
@@ -188,10 +198,12 @@ std::vector<std::size_t> EyeColumns::Terms() const {
 const std::vector<std::size_t>& EyeColumns::Terms(Order order) const { return resolved_[Position(order)].osa; }
 
 double EyeColumns::Number(const Record& row, std::size_t column) const {
+  if (!options_.decimalComma && HasDecimalComma(row[column])) {
+    Refuse(row, column, "column " + Quoted(names_[column]) + ": ",
+           FileError(FileFix::kReadDecimalCommas, Quoted(row[column]) + " has a decimal comma; ",
+                     "write it with a point"));
+  }
   try {
-    if (!options_.decimalComma && HasDecimalComma(row[column])) {
-      throw Error(Quoted(row[column]) + " has a decimal comma; say --decimal-comma, or write it with a point");
-    }
     return ParseNumber(row[column], options_.decimalComma ? ',' : '.');
   } catch (const Error& error) {
     Refuse(row, column, "column " + Quoted(names_[column]) + ": " + error.what());
@@ -279,7 +291,8 @@ EyeTable::EyeTable(std::istream& stream, std::string file, TableKind kind, const
   if (kind == TableKind::kCsv) {
     csv_.emplace(stream, file_, options.decimalComma);
   } else if (options.decimalComma) {
-    throw Error(file_ + ": numbers of JSON have a decimal point; leave --decimal-comma away");
+    throw FileError(FileFix::kReadDecimalPoints, file_ + ": numbers of JSON have a decimal point; ",
+                    "expect no commas");
   } else {
     ndjson_.emplace(stream, file_);
   }

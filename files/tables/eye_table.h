@@ -14,6 +14,7 @@
 #include "eye/conventions/column_name.h"
 #include "eye/conventions/statement.h"
 #include "eye/eye.h"
+#include "files/errors.h"
 #include "files/tables/csv.h"
 #include "files/tables/ndjson.h"
 #include "files/tables/record.h"
@@ -79,7 +80,10 @@ class EyeColumns {
   double Number(const Record& row, std::size_t column) const;
   Statement StatementOfRow(const Record& row) const;
   std::optional<PowerVector> PrescriptionOfRow(const Record& row) const;
+  static Place PlaceOf(const Record& row, std::size_t column);
   [[noreturn]] void Refuse(const Record& row, std::size_t column, const std::string& reason) const;
+  [[noreturn]] void Refuse(const Record& row, std::size_t column, const std::string& before,
+                           const FileError& cause) const;
 
   std::string file_;
   std::vector<std::string> names_;

@@ -5,6 +5,7 @@
 
 #include "evaluation/errors.h"
 #include "eye/errors.h"
+#include "files/errors.h"
 
 namespace orvanel::cli {
 namespace {
@@ -18,6 +19,19 @@ TEST(ErrorText, NamesTheOptionThatHelps) {
             "0 to 6; let --highest-order 6 drop what is above");
   EXPECT_EQ(TextOf(TooFewThreads(3)),
             "this system gives the program no more than 3 threads; ask for so many with --jobs");
+}
+
+TEST(ErrorText, NamesTheOptionAtAPlaceInATable) {
+  const ErrorAt error(
+      "eyes.csv", {3, 14}, "column 'Z4': ",
+      std::make_shared<FileError>(FileFix::kReadDecimalCommas, "'0,1' has a decimal comma; ", "write it with a point"));
+  EXPECT_EQ(TextOf(error),
+            "eyes.csv: line 3, column 14: column 'Z4': '0,1' has a decimal comma; say --decimal-comma, or write it "
+            "with a point");
+  EXPECT_EQ(ReasonOf(error), "column 'Z4': '0,1' has a decimal comma; say --decimal-comma, or write it with a point");
+  EXPECT_STREQ(error.what(),
+               "eyes.csv: line 3, column 14: column 'Z4': '0,1' has a decimal comma; write it with a point");
+  EXPECT_EQ(ReasonOf(ErrorAt("eyes.csv", {3, 14}, "is empty")), "is empty");
 }
 
 TEST(ErrorText, OtherErrorsKeepTheirSentence) { EXPECT_EQ(TextOf(Error("is empty")), "is empty"); }

@@ -1,10 +1,9 @@
 #!/usr/bin/env bash
 # The layers below the program name none of its options in their texts: the program adds them (cli/error_text.cpp).
-# The layer files is not among them yet.
 # Usage: option_names.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"
-layers='base matrix optics eye targets models metrics evaluation interface drawing'
+layers='base matrix optics eye targets models metrics evaluation interface files drawing'
 present=()
 for layer in $layers; do
   [ -d "$layer" ] || { echo "there is no folder $layer"; exit 1; }

@@ -3,7 +3,7 @@
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 
-for layer in base matrix optics eye targets models metrics evaluation interface drawing; do
+for layer in base matrix optics eye targets models metrics evaluation interface files drawing; do
   put "tree/$layer/a.cpp" 'const char* text = "ask for fewer"; int b = c--; // "c--"'
 done
 put tree/cli/a.cpp 'const char* text = "say --jobs";'
