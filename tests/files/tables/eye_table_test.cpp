@@ -219,8 +219,8 @@ TEST(EyeTable, ARefractionThatIsHalfThereIsRefused) {
   EXPECT_EQ(reason("sphere,sph,Z4\n"),
             "t.csv: line 1, column 8: the columns 'sphere' and 'sph' both hold the sphere; keep one");
   EXPECT_EQ(reason("id,Z4\n"),
-            "t.csv: line 1, column 1: no column holds the sphere of a refraction; name it sphere, or leave "
-            "--prescription-columns away");
+            "t.csv: line 1, column 1: no column holds the sphere of a refraction; name it sphere, or read no "
+            "prescription");
   EXPECT_EQ(reason("sphere,Z4\nplano,1\n"),
             "t.csv: line 2, column 1: column 'sphere': 'plano' is not a number; write it as 0.12 or 1.2e-1");
 }
@@ -282,7 +282,7 @@ const Fault kFaults[] = {
      "radial "
      "order and frequency, in quotes where commas separate the columns"},
     {"DecimalComma", "id;Z4\na;0,5\n",
-     "t.csv: line 2, column 3: column 'Z4': '0,5' has a decimal comma; say --decimal-comma, or write it with a point"},
+     "t.csv: line 2, column 3: column 'Z4': '0,5' has a decimal comma; write it with a point"},
     {"StatementTwice", "unit,Unit,Z4\n",
      "t.csv: line 1, column 6: the column 'unit' stands in the header twice; keep one"},
     {"MayBeACoefficient", "id,Z-12,Z4\n",
@@ -292,7 +292,7 @@ const Fault kFaults[] = {
      "t.csv: line 1, column 4: the column 'Z4_um' is a coefficient with a unit in its name; write Z4, Z(2,0) or "
      "c[2,-2], and state the unit for all of them"},
     {"DecimalCommaInQuotes", "id,Z4\na,\"0,5\"\n",
-     "t.csv: line 2, column 3: column 'Z4': '0,5' has a decimal comma; say --decimal-comma, or write it with a point"},
+     "t.csv: line 2, column 3: column 'Z4': '0,5' has a decimal comma; write it with a point"},
     {"DecimalCommaBetweenCommas", "id,Z4\na,0,5\n",
      "t.csv: line 2, column 5: the row has 3 fields where the header has 2; are there decimal commas? Write numbers "
      "with "
