@@ -38,6 +38,9 @@ class Evaluator {
   PrecomputedObject Precompute(const Plane& object) { return model_->Precompute(object); }
   void ImageOf(PrecomputedObject object, ImageKind kind, Plane& image) { model_->ImageOf(object, kind, image); }
 
+  // By a method of FocusMethodsOf(kind). Evaluate an eye again before its images.
+  BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) { return model_->FindBestFocus(eye, request); }
+
  private:
   std::unique_ptr<Model> model_;
   Results results_;

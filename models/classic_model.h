@@ -2,6 +2,8 @@
 #ifndef ORVANEL_MODELS_CLASSIC_MODEL_H
 #define ORVANEL_MODELS_CLASSIC_MODEL_H
 
+#include <array>
+#include <span>
 #include <vector>
 
 #include "base/layers.h"
@@ -26,7 +28,13 @@ class ClassicModel : public Model {
 
   PrecomputedObject Precompute(const Plane& object) override;
 
+  // By OptimiseFocus, WalkByPsf and WalkByFit of the engine.
+  BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) override;
+  static std::span<const FocusMethod> FocusMethods();
+
  private:
+  FocusQuality QualityOf(const std::array<double, ORVANEL_COEFFICIENTS>& coefficients, Millimetres pupil,
+                         const FocusRequest& request);
   void ComputePlanes(Needs needs, Results& results);
 
   OpticsEngine engine_;

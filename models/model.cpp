@@ -13,4 +13,12 @@ std::unique_ptr<Model> MakeModel(ModelKind kind) {
   return std::make_unique<ClassicModel>();
 }
 
+std::span<const FocusMethod> FocusMethodsOf(ModelKind kind) {
+  switch (kind) {
+    case ModelKind::kClassic:
+      break;
+  }
+  return ClassicModel::FocusMethods();
+}
+
 }  // namespace orvanel::models

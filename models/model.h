@@ -4,9 +4,11 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 
 #include "base/layers.h"
 #include "eye/eye.h"
+#include "models/focus.h"
 #include "models/needs.h"
 #include "models/results.h"
 
@@ -42,9 +44,15 @@ class Model {
   virtual void ImageOf(PrecomputedObject object, ImageKind kind, Plane& image) = 0;
 
   virtual PrecomputedObject Precompute(const Plane& object) = 0;
+
+  // The eye with the second-order terms with which it sees best. Afterwards, no eye counts as computed.
+  virtual BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) = 0;
 };
 
 std::unique_ptr<Model> MakeModel(ModelKind kind);
+
+// The methods of FindBestFocus that a model offers; the first is the default.
+std::span<const FocusMethod> FocusMethodsOf(ModelKind kind);
 
 }  // namespace orvanel::models
 

@@ -2,8 +2,8 @@
 #include "cli/commands/focus.h"
 
 #include <CLI/App.hpp>
-#include <cmath>
-#include <utility>
+#include <span>
+#include <string_view>
 
 #include "base/error.h"
 #include "base/number_text.h"
@@ -13,7 +13,7 @@
 #include "cli/console/signals.h"
 #include "cli/console/terminal.h"
 #include "cli/error_text.h"
-#include "evaluation/best_focus.h"
+#include "evaluation/evaluator.h"
 #include "eye/plausibility.h"
 #include "files/eyes/any_eye.h"
 #include "files/eyes/eye_file.h"
@@ -43,36 +43,43 @@ The change is told in dioptres of mean sphere: the refraction that the eye at it
 is the lens at the cornea with which the measured eye becomes the one at its best.
 )";
 
+std::span<const FocusMethod> FocusMethods() { return FocusMethodsOf(ModelKind::kClassic); }
+
+FocusMethod FocusMethodNamed(std::string_view name) {
+  std::string names;
+  for (const FocusMethod& method : FocusMethods()) {
+    if (method.name == name) return method;
+    names += (names.empty() ? "" : ", ") + std::string(method.name);
+  }
+  throw Error(Quoted(std::string(name)) + " is not one of " + names);
+}
+
 struct FocusCommand {
   InputOptions input;
   Adjustments adjustments;
-  FocusRequest request;
-  Micrometres step{0.01};  // of the orthonormal polynomial
+  FocusRequest request{FocusMethods().front()};
   std::string output;
   bool force = false, stepGiven = false;
 };
 
 constexpr std::size_t kDefocus = 4;
 
+bool Walks(const FocusCommand& command) { return command.request.method.strategy == FocusStrategy::kWalk; }
+
 std::string SearchText(const FocusCommand& command, const BestFocus& best) {
+  const std::string measure = "by " + std::string(TextOf(command.request.method.measure).name);
   const std::string trials = "; " + std::to_string(best.trials) + " wavefronts tried";
-  const std::string steps = "in steps of " + ShortestText(command.step.value()) + " um (orthonormal)" + trials;
-  switch (command.request.method) {
-    case FocusMethod::kOptimise:
-      return "within bounds, by the Strehl ratio" + trials + (best.converged ? ", converged" : ", not converged");
-    case FocusMethod::kWalkToPsf:
-      return "by the Strehl ratio, " + steps;
-    case FocusMethod::kWalkToFit:
-      return "by the deviation from a circle, " + steps;
-  }
-  return {};
+  if (!Walks(command))
+    return "within bounds, " + measure + trials + (best.converged ? ", converged" : ", not converged");
+  return measure + ", in steps of " + ShortestText(command.request.step.value()) + " um (orthonormal)" + trials;
 }
 
 // A walk that is stopped in the middle has found nothing.
 void RequireEnd(const FocusCommand& command, const BestFocus& best) {
-  if (command.request.method == FocusMethod::kOptimise || best.converged) return;
-  throw Error("the walk in steps of " + ShortestText(command.step.value()) + " um has not come to an end after " +
-              std::to_string(best.trials) + " wavefronts; give a larger --step, or let --method optimise search");
+  if (!Walks(command) || best.converged) return;
+  throw Error("the walk in steps of " + ShortestText(command.request.step.value()) +
+              " um has not come to an end after " + std::to_string(best.trials) +
+              " wavefronts; give a larger --step, or let --method optimise search");
 }
 
 bool FocusIsUndersampled(const FocusQuality& quality) { return quality.undersampled > kLargestUndersampledShare; }
@@ -86,7 +93,7 @@ std::string FocusUndersampledText(const FocusQuality& quality) {
 // No answer is given whose Strehl ratio is that of another wavefront with the same samples.
 void RequireSampled(const FocusCommand& command, const BestFocus& best) {
   if (!FocusIsUndersampled(best.after)) return;
-  if (command.request.method == FocusMethod::kOptimise) {
+  if (!Walks(command)) {
     throw Error("no focus is found that can be trusted: " + FocusUndersampledText(best.after) +
                 "; a smaller --pupil has more samples for each change");
   }
@@ -117,22 +124,26 @@ std::string TermLine(const Eye& before, const Eye& after, std::size_t j) {
                             " (orthonormal, y up)" + (j == kDefocus ? "" : ", " + name));
 }
 
-std::string Report(const FocusCommand& command, const Eye& measured, const Eye& before, const Eye& after,
-                   const BestFocus& best) {
+// The Strehl ratio, and the measure of the search if it is another one.
+std::string MeasureLines(FocusMeasure measure, const BestFocus& best) {
+  const FocusMeasureText& text = TextOf(measure);
+  const std::string made = text.smallIsBest ? "  <- made small" : "  <- made large";
+  const std::string strehl = BeforeAfter(StrehlText(best.before), StrehlText(best.after), "");
+  const std::string label(TextOf(FocusMeasure::kStrehl).label);
+  if (measure == FocusMeasure::kStrehl) return ReportLine(label, strehl + made);
+  const std::string unit = text.unit.empty() ? "" : " " + std::string(text.unit);
+  const std::string values = BeforeAfter(NumberText(best.before.value, 6), NumberText(best.after.value, 6), unit);
+  return ReportLine(label, strehl) + ReportLine(std::string(text.label), values + " " + std::string(text.note) + made);
+}
+
+std::string Report(const FocusCommand& command, const Eye& measured, const Eye& before, const BestFocus& best) {
+  const Eye& after = best.eye;
   const auto refraction = [](const Eye& eye) { return LeastSquaresRefraction(eye.coefficients.osa(), eye.pupil); };
   std::string text = EyeLines(measured, Changes(measured, command.adjustments));
   text += ReportLine("Pupil", NumberText(before.pupil.value(), 6) + " mm");
   text += ReportLine("Search", SearchText(command, best));
   if (command.request.withoutAstigmatism) text += ReportLine("", "judged without the terms of astigmatism");
-  const bool fit = command.request.method == FocusMethod::kWalkToFit;
-  const std::string made = fit ? "  <- made small" : "  <- made large";
-  text +=
-      ReportLine("Strehl ratio", BeforeAfter(StrehlText(best.before), StrehlText(best.after), "") + (fit ? "" : made));
-  if (fit) {
-    text += ReportLine("Deviation", BeforeAfter(NumberText(best.before.deviation.value(), 6),
-                                                NumberText(best.after.deviation.value(), 6), " um") +
-                                        " from a circle" + made);
-  }
+  text += MeasureLines(command.request.method.measure, best);
   text += TermLine(before, after, kDefocus);
   if (command.request.astigmatism) text += TermLine(before, after, 3) + TermLine(before, after, 5);
   const auto lens = [](const PowerVector& powers) { return Text(ToRefraction(powers, CylinderSign::kMinus)); };
@@ -150,7 +161,7 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
 
 void RunFocus(const FocusCommand& command) {
   const Eye measured = ReadEye(command.input);
-  Eye before, after;
+  Eye before;
   BestFocus best;
   std::string text;
   try {
@@ -158,10 +169,9 @@ void RunFocus(const FocusCommand& command) {
     before = Adjusted(measured, command.adjustments, &dropped);
     if (dropped && dropped->rms > Micrometres(0.0)) PrintWarning(Text(*dropped));
     for (const std::string& warning : EyeWarnings(before)) PrintWarning(warning);
-    const LibraryCoefficients library = ToLibrary(before.coefficients);
     {
       const StopAtOnce stop;
-      best = FindBestFocus(library, before.pupil, command.request);
+      best = Evaluator().FindBestFocus(before, command.request);
     }
     if (FocusIsUndersampled(best.before)) {
       PrintWarning(command.input.file + ": as given, " + FocusUndersampledText(best.before) +
@@ -169,22 +179,11 @@ void RunFocus(const FocusCommand& command) {
     }
     RequireEnd(command, best);
     RequireSampled(command, best);
-    const Convention& convention = before.coefficients.convention();
-    const auto bare = Bare(best.coefficients);
-    const Coefficients found = Converted({bare.begin(), bare.end()}, kLibraryConvention, convention);
-    Coefficients stated = before.coefficients.AsStated();
-    if (stated.size() <= 5) stated.resize(6);
-    // The search leaves all other terms alone, to the bit.
-    for (const std::size_t j : {std::size_t{3}, kDefocus, std::size_t{5}}) {
-      if (best.coefficients[j] != library[j]) stated[j] = found[j];
-    }
-    after = before;
-    after.coefficients = {convention, std::move(stated)};
-    if (!command.output.empty()) text = EyeFileText(after);
+    if (!command.output.empty()) text = EyeFileText(best.eye);
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
   }
-  std::string report = Report(command, measured, before, after, best);
+  std::string report = Report(command, measured, before, best);
   if (!command.output.empty()) {
     NewFile file(command.output, command.force);
     file.Write(text);
@@ -195,7 +194,7 @@ void RunFocus(const FocusCommand& command) {
 }
 
 void Check(FocusCommand& command) {
-  const bool walks = command.request.method != FocusMethod::kOptimise;
+  const bool walks = Walks(command);
   if (walks && command.request.astigmatism) {
     throw CLI::ValidationError("--astigmatism", "belongs to --method optimise; the walks vary defocus alone");
   }
@@ -206,7 +205,6 @@ void Check(FocusCommand& command) {
   if (KindOf(command.output) != FileKind::kEyeFile) {
     throw CLI::ValidationError("--output", "one eye is written, as .json");
   }
-  command.request.step = ToMillimetres(command.step * NormFactor(Term(kDefocus)));
 }
 
 }  // namespace
@@ -216,21 +214,11 @@ Run DefineFocus(CLI::App& app) {
   CLI::App& focus = *app.add_subcommand("focus", "Find the defocus with which one eye sees best.");
   AddInputOptions(focus, command->input);
   AddParsedOption(focus, "--method", "WORD", "How to search, by the first where it is not said: optimise, psf, fit",
-                  [command](const std::string& text) {
-                    if (text == "optimise") {
-                      command->request.method = FocusMethod::kOptimise;
-                    } else if (text == "psf") {
-                      command->request.method = FocusMethod::kWalkToPsf;
-                    } else if (text == "fit") {
-                      command->request.method = FocusMethod::kWalkToFit;
-                    } else {
-                      throw Error(Quoted(text) + " is not one of optimise, psf, fit");
-                    }
-                  });
+                  [command](const std::string& text) { command->request.method = FocusMethodNamed(text); });
   AddParsedOption(focus, "--step", "UM", "Step of the walks, on the orthonormal coefficient; 0.01 unless said",
                   [command](const std::string& text) {
-                    command->step = Micrometres(ParseNumber(text));
-                    if (command->step <= Micrometres(0.0)) throw Error("a step is greater than 0");
+                    command->request.step = Micrometres(ParseNumber(text));
+                    if (command->request.step <= Micrometres(0.0)) throw Error("a step is greater than 0");
                     command->stepGiven = true;
                   });
   focus.add_flag("--astigmatism", command->request.astigmatism, "Vary both terms of astigmatism too");

@@ -165,6 +165,16 @@ TEST(Evaluator, GoesOnAfterAMove) {
   EXPECT_EQ(moved.ImageOf(star, ImageKind::kTotalLight), before);
 }
 
+TEST(Evaluator, FindsTheFocusOfItsModel) {
+  const Eye eye = StandardObserver();
+  const FocusRequest request{FocusMethodsOf(ModelKind::kClassic).front()};
+  const BestFocus best = Evaluator().FindBestFocus(eye, request);
+  const BestFocus expected = MakeModel(ModelKind::kClassic)->FindBestFocus(eye, request);
+  EXPECT_EQ(best.eye.coefficients, expected.eye.coefficients);
+  EXPECT_GT(best.after.strehl, best.before.strehl);
+  EXPECT_EQ(best.after.strehl, expected.after.strehl);
+}
+
 TEST(Evaluator, AColumnHasItsValue) {
   const SimulatedEye simulated = Simulated(StandardObserver(), {});
   EXPECT_EQ(ValueOf(simulated.eye, simulated.results, "strehl_ratio_peak"), simulated.results.strehlPeak);
