@@ -38,6 +38,9 @@ class Evaluator {
   PrecomputedObject Precompute(const Plane& object) { return model_->Precompute(object); }
   void ImageOf(PrecomputedObject object, ImageKind kind, Plane& image) { model_->ImageOf(object, kind, image); }
 
+  // The same for the channels of a picture.
+  SeenPicture SeePicture(ObjectPicture object) { return model_->SeePicture(std::move(object)); }
+
   // By a method of FocusMethodsOf(kind). Evaluate an eye again before its images.
   BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) { return model_->FindBestFocus(eye, request); }
 

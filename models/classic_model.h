@@ -28,6 +28,10 @@ class ClassicModel : public Model {
 
   PrecomputedObject Precompute(const Plane& object) override;
 
+  // With contrast kept, each channel keeps its total light. As shown with total light kept, three channels keep the
+  // light that they have together, so that grey stays grey.
+  SeenPicture SeePicture(ObjectPicture object) override;
+
   // By OptimiseFocus, WalkByPsf and WalkByFit of the engine.
   BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) override;
   static std::span<const FocusMethod> FocusMethods();

@@ -45,6 +45,9 @@ class Model {
 
   virtual PrecomputedObject Precompute(const Plane& object) = 0;
 
+  // The retinal images of a picture, each channel by itself, under the conditions of ImageOf.
+  virtual SeenPicture SeePicture(ObjectPicture object) = 0;
+
   // The eye with the second-order terms with which it sees best. Afterwards, no eye counts as computed.
   virtual BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) = 0;
 };

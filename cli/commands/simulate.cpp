@@ -14,7 +14,6 @@
 #include "cli/result_files.h"
 #include "cli/summary.h"
 #include "drawing/sheet.h"
-#include "evaluation/retinal_picture.h"
 #include "evaluation/simulation.h"
 #include "evaluation/warnings.h"
 #include "eye/plausibility.h"
@@ -187,7 +186,7 @@ void RunSimulate(const SimulateCommand& command) {
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
   }
-  if (object) simulated.results.picture = SeePicture(evaluator, std::move(*object));
+  if (object) simulated.results.picture = evaluator.SeePicture(std::move(*object));
   simulated.mtfAt = command.mtfAt;
   std::vector<std::string>& warnings = simulated.warnings;
   warnings = EyeWarnings(simulated.eye);

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "evaluation/retinal_picture.h"
+#include "evaluation/evaluator.h"
 #include "evaluation/simulated_eye.h"
 #include "evaluation/simulation.h"
 #include "evaluation/warnings.h"
@@ -27,7 +27,7 @@ inline SimulatedEye Simulated(Eye eye, const std::vector<RingRequest>& rings) {
 inline SeenPicture PictureSeenBy(const Eye& eye, ObjectPicture object) {
   Evaluator evaluator;
   evaluator.Evaluate(eye, {Need::kImages});
-  return SeePicture(evaluator, std::move(object));
+  return evaluator.SeePicture(std::move(object));
 }
 
 }  // namespace orvanel::evaluation

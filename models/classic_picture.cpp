@@ -1,17 +1,17 @@
-// Makes the images of a picture's channels, and scales those of several channels together.
-#include "evaluation/retinal_picture.h"
-
+// Computes the retinal images of a picture's channels, and scales those of several channels together.
 #include <algorithm>
 #include <numeric>
 #include <utility>
 
-namespace orvanel::evaluation {
+#include "models/classic_model.h"
+
+namespace orvanel::models {
 namespace {
 
 double Sum(const Plane& plane) { return std::accumulate(plane.begin(), plane.end(), 0.0); }
 
-// The library's image of several channels: each squared, then all by one factor to the light that they have together,
-// because a factor of its own for each would tint what is grey.
+// The engine's image of several channels: each is squared, then all are scaled by one factor to the light that they
+// have together. A factor for each channel would tint grey.
 std::vector<Plane> SquaredTogether(std::vector<Plane> channels, const std::vector<Plane>& objects) {
   double light = 0.0, squares = 0.0;
   for (const Plane& object : objects) light += Sum(object);
@@ -28,13 +28,12 @@ std::vector<Plane> SquaredTogether(std::vector<Plane> channels, const std::vecto
 
 }  // namespace
 
-SeenPicture SeePicture(Evaluator& evaluator, ObjectPicture object) {
+SeenPicture ClassicModel::SeePicture(ObjectPicture object) {
   SeenPicture picture;
-  for (const Plane& channel : object.channels) {
-    picture.contrastKept.push_back(evaluator.ImageOf(channel, ImageKind::kLinear));
-  }
+  for (const Plane& channel : object.channels)
+    ImageOf(channel, ImageKind::kLinear, picture.contrastKept.emplace_back());
   if (object.channels.size() == 1) {
-    picture.seen.push_back(evaluator.ImageOf(object.channels[0], ImageKind::kTotalLight));
+    ImageOf(object.channels[0], ImageKind::kTotalLight, picture.seen.emplace_back());
   } else {
     picture.seen = SquaredTogether(picture.contrastKept, object.channels);
   }
@@ -42,4 +41,4 @@ SeenPicture SeePicture(Evaluator& evaluator, ObjectPicture object) {
   return picture;
 }
 
-}  // namespace orvanel::evaluation
+}  // namespace orvanel::models

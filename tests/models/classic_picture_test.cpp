@@ -1,50 +1,69 @@
 // What an eye makes of a picture.
-#include "evaluation/retinal_picture.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <numeric>
+#include <utility>
 
-#include "tests/evaluation/simulated_eyes.h"
+#include "models/classic_model.h"
+#include "orvanel/ring.h"
+#include "targets/sector_star.h"
+#include "tests/eye/eyes.h"
 
-namespace orvanel::evaluation {
+namespace orvanel::models {
 namespace {
 
 // Transforms of 2^16 samples add up 16 roundings, each way and for object and eye; far above that, far below a level.
 constexpr double kRounding = 1e-11;
 
-SeenPicture See(const SimulatedEye& simulated, std::vector<Plane> channels) {
+SeenPicture See(const Eye& eye, std::vector<Plane> channels) {
   ObjectPicture object;
   object.channels = std::move(channels);
-  return PictureSeenBy(simulated.eye, std::move(object));
+  ClassicModel model;
+  Results results;
+  model.Compute(eye, {Need::kImages}, results);
+  return model.SeePicture(std::move(object));
+}
+
+Plane RingPlane() {
+  Plane plane(ORVANEL_PLANE_SAMPLES);
+  DrawRing(plane.data(), ORVANEL_GRID_SIZE, 60, 2);
+  return plane;
 }
 
 double Sum(const Plane& plane) { return std::accumulate(plane.begin(), plane.end(), 0.0); }
 
 TEST(SeenPicture, OfTheStarIsTheStarAsTheLibraryShowsItWithTotalLightKept) {
-  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
-  EXPECT_EQ(See(simulated, {simulated.results.star.original}).seen[0], simulated.results.star.totalLight);
+  const Eye eye = AsymmetricEye();
+  ClassicModel model;
+  Results results;
+  Plane star;
+  model.Compute(eye, {Need::kImages}, results);
+  model.ImageOf(SectorStar(), ImageKind::kTotalLight, star);
+  EXPECT_EQ(See(eye, {SectorStar()}).seen[0], star);
 }
 
 TEST(SeenPicture, APointIsSeenAsThePsfWithRowsMirrored) {
-  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const Plane& psf = simulated.results.psf;
+  const Eye eye = AsymmetricEye();
+  Results results;
+  ClassicModel().Compute(eye, {Need::kPsf}, results);
+  const Plane& psf = results.psf;
+  const double total = Sum(psf);
   Plane point(ORVANEL_PLANE_SAMPLES, 0.0);
   point[256 * 90 + 150] = 0.75;
-  const Plane image = See(simulated, {point}).contrastKept[0];
+  const Plane image = See(eye, {point}).contrastKept[0];
   for (int row = 0; row < 256; ++row) {
     for (int column = 0; column < 256; ++column) {
       const int psfRow = (128 - (row - 90) + 512) % 256, psfColumn = (128 + (column - 150) + 512) % 256;
-      const double expected = 0.75 * psf[static_cast<std::size_t>(256 * psfRow + psfColumn)] / Sum(psf);
+      const double expected = 0.75 * psf[static_cast<std::size_t>(256 * psfRow + psfColumn)] / total;
       ASSERT_NEAR(image[static_cast<std::size_t>(256 * row + column)], expected, kRounding) << row << " " << column;
     }
   }
 }
 
 TEST(SeenPicture, EvenLightStaysAsItIs) {
-  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const SeenPicture picture = See(simulated, {Plane(ORVANEL_PLANE_SAMPLES, 0.3)});
+  const Eye eye = AsymmetricEye();
+  const SeenPicture picture = See(eye, {Plane(ORVANEL_PLANE_SAMPLES, 0.3)});
   for (std::size_t k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) {
     ASSERT_NEAR(picture.seen[0][k], 0.3, kRounding);
     ASSERT_NEAR(picture.contrastKept[0][k], 0.3, kRounding);
@@ -52,10 +71,10 @@ TEST(SeenPicture, EvenLightStaysAsItIs) {
 }
 
 TEST(SeenPicture, ContrastKeptHasTheObjectsLightAndIsTheRootOfWhatIsSeen) {
-  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const Eye eye = AsymmetricEye();
   Plane ramp;
   for (int k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) ramp.push_back((k * 37 % 256) / 512.0);
-  const SeenPicture picture = See(simulated, {ramp});
+  const SeenPicture picture = See(eye, {ramp});
   const Plane &seen = picture.seen[0], &kept = picture.contrastKept[0];
   EXPECT_NEAR(Sum(kept) / Sum(ramp), 1.0, kRounding);
   const double factor = kept[5] / std::sqrt(seen[5]);
@@ -63,18 +82,18 @@ TEST(SeenPicture, ContrastKeptHasTheObjectsLightAndIsTheRootOfWhatIsSeen) {
 }
 
 TEST(SeenPicture, BlackIsSeenBlackAndNotAsNoNumber) {
-  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const SeenPicture picture = See(simulated, {Plane(ORVANEL_PLANE_SAMPLES, 0.0)});
+  const Eye eye = AsymmetricEye();
+  const SeenPicture picture = See(eye, {Plane(ORVANEL_PLANE_SAMPLES, 0.0)});
   EXPECT_EQ(picture.seen[0], Plane(ORVANEL_PLANE_SAMPLES, 0.0));
   EXPECT_EQ(picture.contrastKept[0], Plane(ORVANEL_PLANE_SAMPLES, 0.0));
 }
 
 TEST(SeenPicture, EachChannelIsBlurredAsIfItWereAlone) {
-  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const Plane &star = simulated.results.star.original, &ring = simulated.results.rings[0].original;
-  const SeenPicture colour = See(simulated, {star, ring, star});
+  const Eye eye = AsymmetricEye();
+  const Plane star = SectorStar(), ring = RingPlane();
+  const SeenPicture colour = See(eye, {star, ring, star});
   ASSERT_EQ(colour.contrastKept.size(), 3U);
-  EXPECT_EQ(colour.contrastKept[1], See(simulated, {ring}).contrastKept[0]);
+  EXPECT_EQ(colour.contrastKept[1], See(eye, {ring}).contrastKept[0]);
   EXPECT_EQ(colour.contrastKept[2], colour.contrastKept[0]);
 }
 
@@ -93,8 +112,8 @@ std::vector<Plane> HalfRed() {
 
 TEST(SeenPicture, GreyStaysGreyWhateverColoursStandBesideIt) {
   constexpr double kLevel = 1.0 / 255.0;  // what nobody can see in 8 bits
-  const SimulatedEye simulated = Simulated(PerfectEye(Millimetres(3.0)), {{1.0, Gap::kUp}});
-  const SeenPicture picture = See(simulated, HalfRed());
+  const Eye eye = PerfectEye(Millimetres(3.0));
+  const SeenPicture picture = See(eye, HalfRed());
   for (const auto* view : {&picture.seen, &picture.contrastKept}) {
     const std::size_t grey = 256 * 100 + 64;  // far from the red half
     EXPECT_NEAR((*view)[0][grey], (*view)[1][grey], kLevel);
@@ -103,12 +122,12 @@ TEST(SeenPicture, GreyStaysGreyWhateverColoursStandBesideIt) {
 }
 
 TEST(SeenPicture, ThreeChannelsTogetherKeepTheirLight) {
-  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
+  const Eye eye = AsymmetricEye();
   std::vector<Plane> channels = HalfRed();
   for (Plane& channel : channels) {
     for (double& v : channel) v *= 0.5;  // far enough from white that nothing is clipped
   }
-  const SeenPicture picture = See(simulated, channels);
+  const SeenPicture picture = See(eye, channels);
   double before = 0.0, after = 0.0;
   for (std::size_t c = 0; c < 3; ++c) {
     before += Sum(channels[c]);
@@ -119,12 +138,12 @@ TEST(SeenPicture, ThreeChannelsTogetherKeepTheirLight) {
 }
 
 TEST(SeenPicture, ThreeEqualChannelsAreSeenAsOne) {
-  const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
-  const Plane& star = simulated.results.star.original;
-  const SeenPicture colour = See(simulated, {star, star, star});
-  const Plane grey = See(simulated, {star}).seen[0];
+  const Eye eye = AsymmetricEye();
+  const Plane star = SectorStar();
+  const SeenPicture colour = See(eye, {star, star, star});
+  const Plane grey = See(eye, {star}).seen[0];
   for (std::size_t k = 0; k < grey.size(); ++k) ASSERT_NEAR(colour.seen[1][k], grey[k], kRounding) << k;
 }
 
 }  // namespace
-}  // namespace orvanel::evaluation
+}  // namespace orvanel::models
