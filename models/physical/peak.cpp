@@ -169,7 +169,7 @@ class Search {
     if (!(width > 0.0 && width <= kMostSamples * most)) return false;
     centreX_ = (lowX + highX) / 2.0;
     centreY_ = (lowY + highY) / 2.0;
-    for (side_ = kFewestSamples; side_ * most < width;) side_ *= 2;
+    side_ = PlaneTransform::SideFor(std::max(kFewestSamples, static_cast<int>(std::ceil(width / most))));
     spacing_ = std::max(least, width / side_);
     return true;
   }
@@ -178,26 +178,22 @@ class Search {
   // is the direction -k spacing along x and k spacing along y from the centre; the upper half of the indices is
   // negative.
   void SampleWindow() {
-    const auto samples = static_cast<std::size_t>(side_) * static_cast<std::size_t>(side_);
-    std::vector<double>&re = workspace_.re, &im = workspace_.im, &sum = workspace_.sum;
-    re.resize(samples);
-    im.resize(samples);
-    sum.resize(samples);
+    const PlaneTransform& transform = workspace_.transforms.Of(side_);
+    workspace_.sum.Reserve(static_cast<std::size_t>(side_) * static_cast<std::size_t>(side_));
     for (std::size_t i = 0; i < beams_.size(); ++i) {
       const Pupil& pupil = beams_[i].pupil;
       const double unit = beams_[i].unitArcmin, across = side_ * spacing_ / unit;
       const PupilLattice lattice{static_cast<int>(std::ceil(across)), 2.0 / across};
-      FieldOnLattice(pupil, lattice, workspace_.masks.Of(pupil.outline, lattice), {}, centreX_ / unit, centreY_ / unit,
-                     workspace_.chords, side_, re.data(), im.data());
-      const double scale = workspace_.transform(re.data(), im.data(), side_);
+      const SampledOutline& outline = workspace_.outlines.Of(pupil.outline, lattice, 1);
+      const std::size_t samples = static_cast<std::size_t>(lattice.side) * static_cast<std::size_t>(outline.pitch());
+      workspace_.re.Reserve(samples);
+      workspace_.im.Reserve(samples);
+      double *const re = workspace_.re.data(), *const im = workspace_.im.data();
+      outline.FieldOf(pupil, {}, centreX_ / unit, centreY_ / unit, workspace_.chords, re, im);
       const double cells =
           std::numbers::pi * pupil.outline.semiAxisA * pupil.outline.semiAxisB / (lattice.step * lattice.step);
-      const double factor = factors_[i] / (scale * scale * cells * cells);
-      if (i == 0) {
-        for (std::size_t k = 0; k < samples; ++k) sum[k] = factor * (re[k] * re[k] + im[k] * im[k]);
-      } else {
-        for (std::size_t k = 0; k < samples; ++k) sum[k] += factor * (re[k] * re[k] + im[k] * im[k]);
-      }
+      transform.PowerSpectrum({re, im, outline.pitch(), lattice.side, outline.pitch()}, factors_[i] / (cells * cells),
+                              i > 0, workspace_.sum.data(), workspace_.transforms.memory);
     }
   }
 
@@ -211,11 +207,11 @@ class Search {
     return highest;
   }
 
-  int Wrapped(int k) const { return k & (side_ - 1); }
+  int Wrapped(int k) const { return k < 0 ? k + side_ : k < side_ ? k : k - side_; }
   int Folded(int k) const { return Wrapped(k) < side_ / 2 ? Wrapped(k) : Wrapped(k) - side_; }
   double Sample(int row, int column) const {
-    return workspace_.sum[static_cast<std::size_t>(Wrapped(row)) * static_cast<std::size_t>(side_) +
-                          static_cast<std::size_t>(Wrapped(column))];
+    return workspace_.sum.data()[static_cast<std::size_t>(Wrapped(row)) * static_cast<std::size_t>(side_) +
+                                 static_cast<std::size_t>(Wrapped(column))];
   }
 
   std::span<const Beam> beams_;

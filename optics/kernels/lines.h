@@ -6,8 +6,8 @@
 #ifndef ORVANEL_OPTICS_KERNELS_LINES_H
 #define ORVANEL_OPTICS_KERNELS_LINES_H
 
+#include "optics/kernels/dft.h"
 #include "optics/kernels/kernels.h"
-#include "optics/kernels/vectors.h"
 
 namespace orvanel::ORVANEL_KERNELS {
 namespace {
@@ -22,61 +22,6 @@ ORVANEL_INLINE Complex* Panel(const Scratch& scratch, int column) {
   return static_cast<Complex*>(scratch.plane) + column / kWidth * kLength;
 }
 ORVANEL_INLINE Complex* Lines(const Scratch& scratch) { return static_cast<Complex*>(scratch.lines); }
-
-// Four-point transform in place; those of inputs a, b alone, c = d = 0, cost half.
-ORVANEL_INLINE void Dft4(Complex& a, Complex& b, Complex& c, Complex& d) {
-  const Complex s0 = a + c;
-  const Complex s1 = a - c;
-  const Complex t0 = b + d;
-  const Complex t1 = b - d;
-  a = s0 + t0;
-  b = {s1.re - t1.im, s1.im + t1.re};
-  c = s0 - t0;
-  d = {s1.re + t1.im, s1.im - t1.re};
-}
-
-ORVANEL_INLINE void Dft4OfTwo(Complex& a, Complex& b, Complex& c, Complex& d) {
-  const Complex a0 = a;
-  const Complex b0 = b;
-  a = a0 + b0;
-  b = {a0.re - b0.im, a0.im + b0.re};
-  c = a0 - b0;
-  d = {a0.re + b0.im, a0.im - b0.re};
-}
-
-// Sixteen-point transform of x[0 .. 15]; X[k1 + 4 k2] comes to x[4 k1 + k2]. halfEmpty: x[8 .. 15] are zero and are not
-// read.
-constexpr int OutputOf(int k) { return 4 * (k % 4) + k / 4; }
-template <bool halfEmpty>
-ORVANEL_INLINE void Dft16(Complex* x) {
-  constexpr double c1 = 0x1.d906bcf328d46p-1;  // cosine and sine of a sixteenth of a turn, and of an eighth
-  constexpr double s1 = 0x1.87de2a6aea963p-2;
-  constexpr double h = 0x1.6a09e667f3bcdp-1;
-  ORVANEL_UNROLL for (int n = 0; n < 4; ++n) {
-    if constexpr (halfEmpty) {
-      Dft4OfTwo(x[n], x[n + 4], x[n + 8], x[n + 12]);
-    } else {
-      Dft4(x[n], x[n + 4], x[n + 8], x[n + 12]);
-    }
-  }
-  // Element 4 k1 + n2 turns by n2 k1 sixteenths.
-  const auto turnByEighth = [](Complex a) __attribute__((always_inline)) {
-    return Complex{(a.re - a.im) * h, (a.re + a.im) * h};
-  };
-  const auto turnByThreeEighths = [](Complex a) __attribute__((always_inline)) {
-    return Complex{(a.re + a.im) * -h, (a.re - a.im) * h};
-  };
-  x[5] = Times(x[5], Splat(c1), Splat(s1));
-  x[6] = turnByEighth(x[6]);
-  x[7] = Times(x[7], Splat(s1), Splat(c1));
-  x[9] = turnByEighth(x[9]);
-  x[10] = TimesI(x[10]);
-  x[11] = turnByThreeEighths(x[11]);
-  x[13] = Times(x[13], Splat(s1), Splat(c1));
-  x[14] = turnByThreeEighths(x[14]);
-  x[15] = Times(x[15], Splat(-c1), Splat(-s1));
-  ORVANEL_UNROLL for (int k = 0; k < 4; ++k) Dft4(x[4 * k], x[4 * k + 1], x[4 * k + 2], x[4 * k + 3]);
-}
 
 // Where TransformBundle puts the result of index k in `between`, if told to.
 constexpr int PlaceOf(int k) { return 16 * (k % 16) + k / 16; }

@@ -81,18 +81,6 @@ ORVANEL_INLINE void AllColumns(const double* wavefront, V wavelength, const Tabl
   }
 }
 
-// Rows become columns: what lane l of kWidth vectors has comes to x[place(l)].
-template <class Place>
-ORVANEL_INLINE void Transpose(const Complex* block, Complex* x, Place place) {
-  V a[kWidth];
-  LoadTransposed(
-      [&](int l) __attribute__((always_inline)) { return Samples(block[l].re); }, a);
-  ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) x[place(l)].re = a[l];
-  LoadTransposed(
-      [&](int l) __attribute__((always_inline)) { return Samples(block[l].im); }, a);
-  ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) x[place(l)].im = a[l];
-}
-
 // The first `count` samples of rows first .. first + kWidth - 1 of scratch, side by side.
 ORVANEL_INLINE void LoadRows(const Scratch& scratch, int first, int count, Complex* x) {
   for (int c = 0; c < count; c += kWidth) {

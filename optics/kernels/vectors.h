@@ -170,6 +170,18 @@ ORVANEL_INLINE Complex TimesI(Complex a) { return {-a.im, a.re}; }
 
 ORVANEL_INLINE const double* Samples(const V& v) { return reinterpret_cast<const double*>(&v); }
 
+// Rows become columns: what lane l of kWidth vectors has comes to x[place(l)].
+template <class Place>
+ORVANEL_INLINE void Transpose(const Complex* block, Complex* x, Place place) {
+  V a[kWidth];
+  LoadTransposed(
+      [&](int l) __attribute__((always_inline)) { return Samples(block[l].re); }, a);
+  ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) x[place(l)].re = a[l];
+  LoadTransposed(
+      [&](int l) __attribute__((always_inline)) { return Samples(block[l].im); }, a);
+  ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) x[place(l)].im = a[l];
+}
+
 }  // namespace
 }  // namespace orvanel::ORVANEL_KERNELS
 

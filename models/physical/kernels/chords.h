@@ -14,6 +14,7 @@ namespace {
 
 using physical::ChordField;
 using physical::kChordBlock;
+using physical::RowField;
 using physical::RowSums;
 using physical::WaveGrid;
 
@@ -79,6 +80,20 @@ void FieldOnChord(const ChordField& chord, double* field) {
     Store(evenIm + i, c + d);
     Store(oddRe + i, a - b);
     Store(oddIm + i, c - d);
+  }
+}
+
+void FieldOnRow(const RowField& row, double* re, double* im) {
+  for (int i = 0; i < row.count; i += kWidth) {
+    const V x = Load(row.places + i);
+    const V z = x * x;
+    const SinCos turn = SineAndCosine(EverySecond(row.phase, 10, z) + x * EverySecond(row.phase + 1, 8, z));
+    V size = Load(row.shares + i);
+    if (row.attenuation != nullptr) {
+      size = size * Exponential((row.attenuation[2] * x + row.attenuation[1]) * x + row.attenuation[0]);
+    }
+    Store(re + i, size * turn.cosine);
+    Store(im + i, size * turn.sine);
   }
 }
 

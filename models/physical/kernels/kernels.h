@@ -43,8 +43,66 @@ struct RowSums {
   bool add;  // to what is there
 };
 
+// A row of places in the pupil with one height: the field there.
+struct RowField {
+  const double* places;       // in the unit of the polynomials
+  const double* shares;       // factors of the field
+  int count;                  // of both, a multiple of kChordBlock
+  const double* phase;        // as in ChordField, by the place
+  const double* attenuation;  // as in ChordField, or null
+};
+
+// ---- Transforms of planes, X[p][q] = sum over j, k of x[j][k] exp(+2 pi i (j p + k q) / side)
+
+// The passes of a line's transform. Sides of planes are multiples of kSideUnit.
+constexpr int kMostPasses = 14;
+constexpr int kSideUnit = 16;
+struct LineTransform {
+  int length;  // 2^a 3^b 5^c
+  int passes;
+  int radices[kMostPasses];          // 2, 3, 4, 5, 8 or 16; their product is the length
+  const double* turns[kMostPasses];  // cosine and sine, for each but the first group of a pass and result of its radix
+};
+
+// For the length of one call, aligned to 64 bytes; for the widest register, in doubles.
+struct PlaneMemory {
+  double* panels;  // 2 side^2
+  double* lines;   // 32 side
+};
+
+// The corner of a plane that is not zero. Columns are a multiple of kChordBlock, at most the side.
+struct FieldPlane {
+  const double* re;
+  const double* im;
+  long long pitch;
+  int rows;
+  int columns;
+};
+struct RealPlane {
+  const double* samples;
+  long long pitch;
+  int rows;
+  int columns;
+  const double* zeros;  // a row of so many columns
+};
+
+// The part of a periodic plane that is computed. Columns are a multiple of kChordBlock.
+struct WantedPlane {
+  double* samples;
+  long long pitch;
+  int firstRow;  // from 0 to side - 1
+  int firstColumn;
+  int rows;
+  int columns;
+};
+
+// Half a spectrum has the columns 0 to side/2, the rest of a real plane's are their mirrored conjugates. Columns are in
+// panels of `width`: the real part at (row, q) is at (q / width * side + row) * 2 width + q % width, the imaginary part
+// `width` behind it. The last panel has some more columns.
+
 struct ChordKernels {
   const char* name;
+  int width;  // of a register, in doubles
 
   // Weighted field at the nodes u of a chord: f(u) + f(-u) and f(u) - f(-u), real parts before imaginary ones.
   //   field  4 * count doubles
@@ -66,6 +124,24 @@ struct ChordKernels {
 
   // factor |U|^2 of the rows, from the sums of their columns.
   void (*rowsFromSums)(const RowSums& job);
+
+  // The field at each place times its share.
+  //   re, im  row.count doubles each
+  void (*fieldOnRow)(const RowField& row, double* re, double* im);
+
+  // factor |X|^2 of a complex plane, row-major, zero frequency at (0, 0); replaces what is there, or adds to it.
+  //   power  side x side doubles
+  void (*powerSpectrum)(const FieldPlane& field, const LineTransform& transform, const PlaneMemory& memory,
+                        double factor, bool add, double* power);
+
+  // Half the spectrum of a real plane. Uses no panels of the memory.
+  void (*halfSpectrum)(const RealPlane& plane, const LineTransform& transform, const PlaneMemory& memory,
+                       double* spectrum);
+
+  // Multiplies half a spectrum by that of a filter and transforms it with the opposite sign. Computes only the wanted
+  // part of the plane, and returns the sum over all of it. Overwrites the spectrum.
+  double (*planeOfSpectrum)(double* spectrum, const double* filter, const LineTransform& transform,
+                            const PlaneMemory& memory, const WantedPlane& wanted);
 };
 
 }  // namespace orvanel::physical

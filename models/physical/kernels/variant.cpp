@@ -2,6 +2,7 @@
 // table is all that this file shows.
 #include "models/physical/kernels/chords.h"
 #include "models/physical/kernels/kernels.h"
+#include "models/physical/kernels/planes.h"
 
 #define ORVANEL_STRING(name) #name
 #define ORVANEL_NAME(name) ORVANEL_STRING(name)
@@ -11,11 +12,16 @@ namespace orvanel::ORVANEL_KERNELS {
 extern const physical::ChordKernels kChordKernels;
 const physical::ChordKernels kChordKernels = {
     .name = ORVANEL_NAME(ORVANEL_KERNELS),
+    .width = kWidth,
     .fieldOnChord = FieldOnChord,
     .chordMoments = ChordMoments,
     .columnWaves = ColumnWaves,
     .columnSums = ColumnSums,
     .rowsFromSums = RowsFromSums,
+    .fieldOnRow = FieldOnRow,
+    .powerSpectrum = PowerSpectrum,
+    .halfSpectrum = HalfSpectrumOf,
+    .planeOfSpectrum = PlaneOfSpectrum,
 };
 
 }  // namespace orvanel::ORVANEL_KERNELS

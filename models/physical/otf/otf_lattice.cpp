@@ -6,12 +6,13 @@
 #include <cmath>
 #include <cstddef>
 #include <numbers>
+#include <optional>
 #include <vector>
 
 #include "base/elementary.h"
 #include "models/physical/kernels/dispatch.h"
-#include "models/physical/plane_transform.h"
 #include "models/physical/pupil/pupil_lattice.h"
+#include "models/physical/transform/plane_transform.h"
 
 namespace orvanel::physical {
 namespace {
@@ -54,43 +55,37 @@ double DiffractionLimit(double v) {
 }  // namespace
 
 struct OtfLattice::Memory {
-  explicit Memory(const Kernels& kernels) : chords(ChordKernelsOf(kernels)), transform(kernels) {}
+  explicit Memory(const Kernels& kernels) : chords(ChordKernelsOf(kernels)), transforms(chords) {}
 
   const ChordKernels& chords;
-  PlaneTransform transform;
-  std::vector<double> re, im, power;
-  // What mask and correction are made for.
+  PlaneTransforms transforms;
+  AlignedMemory re, im, power;
+  AlignedMemory spectrum;  // half of that of the power: the autocorrelation
+  // What outline and correction are made for.
   Pupil flat;
   FrequencyLattice frequencies;
   int density = 0;
-  PupilLattice lattice;
-  std::vector<double> mask;
-  std::vector<double> correction;  // by frequency, zero frequency at (0, 0)
+  int side = 0;  // of the transforms
+  std::optional<SampledOutline> outline;
+  std::vector<double> correction;  // of each row and column of half the autocorrelation
 };
 
 OtfLattice::OtfLattice(const Kernels& kernels) : memory_(std::make_unique<Memory>(kernels)) {}
 OtfLattice::~OtfLattice() = default;
 
-// Adds the power spectrum of a sub-lattice.
-void OtfLattice::AddFields(const Pupil& pupil, int firstRow, int firstColumn) {
-  Memory& m = *memory_;
-  const int side = m.frequencies.side;
-  const SubLattice part{m.density, firstRow, firstColumn};
-  FieldOnLattice(pupil, m.lattice, m.mask, part, 0.0, 0.0, m.chords, side, m.re.data(), m.im.data());
-  m.transform(m.re.data(), m.im.data(), side);
-  for (std::size_t i = 0; i < m.power.size(); ++i) m.power[i] += m.re[i] * m.re[i] + m.im[i] * m.im[i];
-}
-
-// The autocorrelation, with zero frequency at (0, 0), in re and im.
+// Half the autocorrelation, zero frequency at (0, 0).
 void OtfLattice::Autocorrelate(const Pupil& pupil) {
   Memory& m = *memory_;
-  std::fill(m.power.begin(), m.power.end(), 0.0);
+  const PlaneTransform& transform = m.transforms.Of(m.side);
+  const SampledOutline& outline = *m.outline;
   for (int row = 0; row < m.density; ++row) {
-    for (int column = 0; column < m.density; ++column) AddFields(pupil, row, column);
+    for (int column = 0; column < m.density; ++column) {
+      outline.FieldOf(pupil, {row, column}, 0.0, 0.0, m.chords, m.re.data(), m.im.data());
+      const FieldPlane field{m.re.data(), m.im.data(), outline.pitch(), outline.Rows(row), outline.pitch()};
+      transform.PowerSpectrum(field, 1.0, row + column > 0, m.power.data(), m.transforms.memory);
+    }
   }
-  m.re = m.power;
-  std::fill(m.im.begin(), m.im.end(), 0.0);
-  m.transform(m.re.data(), m.im.data(), m.frequencies.side);
+  transform.HalfSpectrum(m.power.data(), m.side, m.side, m.side, m.spectrum.data(), m.transforms.memory);
 }
 
 // The error of an overlap comes from the cells at the rim. With attenuation it is the same, times the transmission
@@ -98,43 +93,52 @@ void OtfLattice::Autocorrelate(const Pupil& pupil) {
 void OtfLattice::SetFlat(const Pupil& flat) {
   Memory& m = *memory_;
   m.flat = {};  // so that nothing half made is taken for whole
-  const Ellipse& outline = flat.outline;
-  const int planeSide = m.frequencies.side;
-  const std::size_t samples = At(planeSide, 0, planeSide);
-  m.re.resize(samples);
-  m.im.resize(samples);
-  m.power.resize(samples);
-  m.lattice = LatticeOf(m.frequencies, m.density);
-  m.mask = MaskOf(outline, m.lattice);
+  const Ellipse& ellipse = flat.outline;
+  m.outline.emplace(ellipse, LatticeOf(m.frequencies, m.density), m.density);
+  m.side = PlaneTransform::SideFor(std::max(m.outline->pitch(), 2 * AcrossOf(m.frequencies)));
+  const PlaneTransform& transform = m.transforms.Of(m.side);
+  const std::size_t field = At(m.outline->Rows(0), 0, m.outline->pitch());
+  m.re.Reserve(field);
+  m.im.Reserve(field);
+  m.power.Reserve(At(m.side, 0, m.side));
+  m.spectrum.Reserve(transform.SpectrumSize());
   Pupil bright = flat;
   bright.stilesCrawford = {};
   Autocorrelate(bright);
-  const double area = kPi * outline.semiAxisA * outline.semiAxisB / (m.lattice.step * m.lattice.step);
-  const SineCosine turn = SineAndCosine(outline.angle);
-  double cells = 0.0;
-  for (const double share : m.mask) cells += share * share;
-  const double unit = cells / m.re[0];  // of the transforms
-  std::vector<double> exact(samples), lacking(samples);
-  for (int r = 0; r < planeSide; ++r) {
-    for (int c = 0; c < planeSide; ++c) {
-      const double fx = (c < planeSide / 2 ? c : c - planeSide) * m.frequencies.step;
-      const double fy = (r < planeSide / 2 ? -r : planeSide - r) * m.frequencies.step;
-      const double along = (fx * turn.cosine + fy * turn.sine) / outline.semiAxisA;
-      const double across = (fy * turn.cosine - fx * turn.sine) / outline.semiAxisB;
-      const std::size_t i = At(r, c, planeSide);
+  const double step = m.outline->lattice().step;
+  const double area = kPi * ellipse.semiAxisA * ellipse.semiAxisB / (step * step);
+  const SineCosine turn = SineAndCosine(ellipse.angle);
+  const double cells = m.outline->SumOfSquaredShares();
+  const double unit = cells / m.spectrum.data()[transform.At(0, 0)];  // of the transforms
+  const int half = m.side / 2, columns = half + 1;
+  const auto overlapAt = [&](int r, int q) {
+    const double* const v = m.spectrum.data() + transform.At(r, q);
+    return unit * std::sqrt(v[0] * v[0] + v[m.chords.width] * v[m.chords.width]);
+  };
+  std::vector<double> exact(At(m.side, 0, columns)), lacking(exact.size());
+  for (int r = 0; r < m.side; ++r) {
+    for (int q = 0; q <= half; ++q) {
+      const double fx = q * m.frequencies.step;
+      const double fy = (r < half ? -r : m.side - r) * m.frequencies.step;
+      const double along = (fx * turn.cosine + fy * turn.sine) / ellipse.semiAxisA;
+      const double across = (fy * turn.cosine - fx * turn.sine) / ellipse.semiAxisB;
+      const std::size_t i = At(r, q, columns);
       exact[i] = area * DiffractionLimit(std::sqrt(along * along + across * across));
-      lacking[i] = exact[i] - unit * std::sqrt(m.re[i] * m.re[i] + m.im[i] * m.im[i]);
+      lacking[i] = exact[i] - overlapAt(r, q);
     }
   }
   const Attenuation attenuation = AttenuationOf(flat);
-  const double rim = RimTransmission(outline, attenuation);
+  const double rim = RimTransmission(ellipse, attenuation);
   if (attenuation.perSquare != 0.0) Autocorrelate(flat);
-  m.correction.assign(samples, 0.0);
-  for (std::size_t i = 0; i < samples; ++i) {
-    const double overlap = unit * std::sqrt(m.re[i] * m.re[i] + m.im[i] * m.im[i]);
-    // Where next to nothing overlaps, cells of the rim decide, and their ratio means nothing.
-    const double least = 1e-4 * cells;
-    m.correction[i] = overlap > least ? 1.0 + rim * lacking[i] / overlap : exact[i] > 0.0 ? 1.0 : 0.0;
+  m.correction.assign(exact.size(), 0.0);
+  for (int r = 0; r < m.side; ++r) {
+    for (int q = 0; q <= half; ++q) {
+      const std::size_t i = At(r, q, columns);
+      const double overlap = overlapAt(r, q);
+      // Where next to nothing overlaps, cells of the rim decide, and their ratio means nothing.
+      const double least = 1e-4 * cells;
+      m.correction[i] = overlap > least ? 1.0 + rim * lacking[i] / overlap : exact[i] > 0.0 ? 1.0 : 0.0;
+    }
   }
   m.flat = flat;
 }
@@ -142,6 +146,7 @@ void OtfLattice::SetFlat(const Pupil& flat) {
 bool OtfLattice::Compute(const Pupil& pupil, const FrequencyLattice& frequencies, double* re, double* im) {
   Memory& m = *memory_;
   const int side = frequencies.side;
+  const auto width = static_cast<std::size_t>(m.chords.width);
   if (!(frequencies.step > 0.0 && side / 2 * frequencies.step >= 1.0)) return false;
   const SlopeRange slopes = SlopesOf(pupil);
   // In waves a radius; directions have twice the number.
@@ -158,13 +163,30 @@ bool OtfLattice::Compute(const Pupil& pupil, const FrequencyLattice& frequencies
     SetFlat(flat);
   }
   Autocorrelate(pupil);
-  const double total = m.re[0] * m.correction[0];
-  for (int r = 0; r < side; ++r) {
-    for (int c = 0; c < side; ++c) {
-      const std::size_t from = At((r + side / 2) % side, (c + side / 2) % side, side), to = At(r, c, side);
-      const double factor = m.correction[from] / total;
-      re[to] = m.re[from] * factor;
-      im[to] = m.im[from] * factor;
+  const PlaneTransform& transform = m.transforms.Of(m.side);
+  const double* const autocorrelation = m.spectrum.data();
+  const double total = autocorrelation[transform.At(0, 0)] * m.correction[0];
+  const int half = m.side / 2, middle = side / 2, columns = half + 1;
+  std::fill_n(re, At(side, 0, side), 0.0);
+  std::fill_n(im, At(side, 0, side), 0.0);
+  const int farthest = std::min(half, middle);
+  for (int down = -farthest; down <= farthest; ++down) {
+    const int row = down < 0 ? down + m.side : down;
+    if (row == m.side) continue;
+    for (int q = 0; q <= farthest; ++q) {
+      const std::size_t from = transform.At(row, q);
+      const double factor = m.correction[At(row, q, columns)] / total;
+      const double a = autocorrelation[from] * factor, b = autocorrelation[from + width] * factor;
+      if (down < middle && q < middle) {
+        const std::size_t to = At(middle + down, middle + q, side);
+        re[to] = a;
+        im[to] = b;
+      }
+      if (down > -middle) {
+        const std::size_t to = At(middle - down, middle - q, side);
+        re[to] = a;
+        im[to] = -b;
+      }
     }
   }
   return true;

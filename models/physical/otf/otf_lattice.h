@@ -37,7 +37,6 @@ class OtfLattice {
   struct Memory;
 
   void SetFlat(const Pupil& flat);
-  void AddFields(const Pupil& pupil, int firstRow, int firstColumn);
   void Autocorrelate(const Pupil& pupil);
 
   std::unique_ptr<Memory> memory_;

@@ -59,65 +59,78 @@ std::vector<double> MaskOf(const Ellipse& outline, const PupilLattice& lattice) 
   return mask;
 }
 
-const std::vector<double>& Masks::Of(const Ellipse& outline, const PupilLattice& lattice) {
-  constexpr std::size_t kMost = 32;  // one for each line of white light
-  for (const Kept& kept : kept_) {
-    if (kept.outline == outline && kept.lattice == lattice) return kept.mask;
+SampledOutline::SampledOutline(const Ellipse& outline, const PupilLattice& lattice, int density)
+    : outline_(outline), lattice_(lattice), density_(density) {
+  const int side = lattice.side;
+  pitch_ = ((side + density - 1) / density + kChordBlock - 1) / kChordBlock * kChordBlock;
+  places_.resize(At(density, 0, pitch_));
+  shares_.resize(At(side * density, 0, pitch_));
+  const std::vector<double> mask = MaskOf(outline, lattice);
+  for (int c = 0; c < side; ++c) {
+    places_[At(c % density, c / density, pitch_)] = lattice.Place(c);
+    for (int r = 0; r < side; ++r) {
+      shares_[At(r * density + c % density, c / density, pitch_)] = mask[At(r, c, side)];
+    }
   }
-  if (kept_.size() == kMost) kept_.pop_front();
-  kept_.push_back({outline, lattice, MaskOf(outline, lattice)});
-  return kept_.back().mask;
+  for (int i = 0; i < side * density; ++i) {
+    const double* const row = shares_.data() + At(i, 0, pitch_);
+    Range range{0, pitch_};
+    while (range.first < range.end && row[range.first] == 0.0) ++range.first;
+    while (range.first < range.end && row[range.end - 1] == 0.0) --range.end;
+    range.first = range.first / kChordBlock * kChordBlock;
+    range.end = (range.end + kChordBlock - 1) / kChordBlock * kChordBlock;
+    inside_.push_back(range);
+  }
 }
 
-void FieldOnLattice(const Pupil& pupil, const PupilLattice& lattice, const std::vector<double>& mask,
-                    const SubLattice& part, double x, double y, const ChordKernels& kernels, int planeSide, double* re,
-                    double* im) {
-  const int side = lattice.side, density = part.density;
-  std::fill_n(re, At(planeSide, 0, planeSide), 0.0);
-  std::fill_n(im, At(planeSide, 0, planeSide), 0.0);
+double SampledOutline::SumOfShares() const {
+  double sum = 0.0;
+  for (const double share : shares_) sum += share;
+  return sum;
+}
+
+double SampledOutline::SumOfSquaredShares() const {
+  double sum = 0.0;
+  for (const double share : shares_) sum += share * share;
+  return sum;
+}
+
+void SampledOutline::FieldOf(const Pupil& pupil, const SubLattice& part, double x, double y,
+                             const ChordKernels& kernels, double* re, double* im) const {
   constexpr double pi = std::numbers::pi;
   const Attenuation attenuation = AttenuationOf(pupil);
-  // A node of the right half, or of the middle, stands for its mirror image too.
-  std::vector<double> nodes;
-  std::vector<int> columns;
-  for (int c = side / 2; c < side; ++c) {
-    if (c % density != part.firstColumn && (side - 1 - c) % density != part.firstColumn) continue;
-    nodes.push_back(lattice.Place(c));
-    columns.push_back(c);
-  }
-  const std::size_t count = (nodes.size() + kChordBlock - 1) / kChordBlock * kChordBlock;
-  nodes.resize(count, 0.0);
-  const std::vector<double> weights(count, 0.5);
-  std::vector<double> field(4 * count);
-  for (int r = part.firstRow; r < side; r += density) {
-    const double* const shares = mask.data() + At(r, 0, side);
-    if (std::all_of(shares, shares + side, [](double share) { return share == 0.0; })) continue;
-    const double height = -lattice.Place(r);
+  for (int r = part.firstRow; r < lattice_.side; r += density_, re += pitch_, im += pitch_) {
+    const int index = r * density_ + part.firstColumn;
+    const Range range = inside_[static_cast<std::size_t>(index)];
+    std::fill(re, re + range.first, 0.0);
+    std::fill(im, im + range.first, 0.0);
+    std::fill(re + range.end, re + pitch_, 0.0);
+    std::fill(im + range.end, im + pitch_, 0.0);
+    if (range.first == range.end) continue;
+    const double height = -lattice_.Place(r);
     LinePolynomial phase = AlongLine(pupil.wavefrontUm, height);
     for (double& c : phase) c *= 2.0 * pi / pupil.wavelengthUm;
     phase[0] -= pi * y * height;
     phase[1] -= pi * x;
     const std::array<double, 3> logAmplitude = attenuation.AlongLine(0.0, height);
-    ChordField chord{};
-    chord.nodes = nodes.data();
-    chord.weights = weights.data();
-    chord.count = static_cast<int>(count);
-    chord.halfLength = 1.0;
-    chord.weight = 1.0;
-    chord.phase = phase.data();
-    chord.attenuation = attenuation.perSquare == 0.0 ? nullptr : logAmplitude.data();
-    kernels.fieldOnChord(chord, field.data());
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      const int right = columns[i], left = side - 1 - right;
-      for (const int c : {right, left}) {
-        if (c % density != part.firstColumn) continue;
-        const double sign = c == right ? 1.0 : -1.0;
-        const std::size_t to = At(r / density, c / density, planeSide);
-        re[to] = shares[c] * (field[i] + sign * field[2 * count + i]);
-        im[to] = shares[c] * (field[count + i] + sign * field[3 * count + i]);
-      }
-    }
+    RowField row{};
+    row.places = places_.data() + At(part.firstColumn, range.first, pitch_);
+    row.shares = shares_.data() + At(index, range.first, pitch_);
+    row.count = range.end - range.first;
+    row.phase = phase.data();
+    row.attenuation = attenuation.perSquare == 0.0 ? nullptr : logAmplitude.data();
+    kernels.fieldOnRow(row, re + range.first, im + range.first);
   }
+}
+
+const SampledOutline& SampledOutlines::Of(const Ellipse& outline, const PupilLattice& lattice, int density) {
+  constexpr std::size_t kMost = 32;  // one for each line of white light
+  for (const SampledOutline& kept : kept_) {
+    if (kept.outline() == outline && kept.lattice() == lattice && kept.density() == density) return kept;
+  }
+  if (kept_.size() == kMost) kept_.pop_front();
+  kept_.emplace_back(outline, lattice, density);
+  return kept_.back();
 }
 
 }  // namespace orvanel::physical

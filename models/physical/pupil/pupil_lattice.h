@@ -21,34 +21,54 @@ struct PupilLattice {
 // The share of each cell: exact along x, by the midpoint rule over 64 rows of a cell along y.
 std::vector<double> MaskOf(const Ellipse& outline, const PupilLattice& lattice);
 
-// Keeps the masks that were used last.
-class Masks {
- public:
-  const std::vector<double>& Of(const Ellipse& outline, const PupilLattice& lattice);
-
- private:
-  struct Kept {
-    Ellipse outline;
-    PupilLattice lattice;
-    std::vector<double> mask;
-  };
-  std::deque<Kept> kept_;
-};
-
 // Every density-th sample of a lattice in both directions.
 struct SubLattice {
-  int density = 1;
   int firstRow = 0;
   int firstColumn = 0;
 };
 
-// Sets a plane to the field of the sub-lattice: sample (row, column) of it is at planeSide * row + column, and the rest
-// is 0. The field is A exp(i k W - i pi (x, y) . place) by the mask's share.
-//   x, y    a direction in wavelength / diameter, which comes to zero frequency
-//   re, im  planeSide x planeSide doubles
-void FieldOnLattice(const Pupil& pupil, const PupilLattice& lattice, const std::vector<double>& mask,
-                    const SubLattice& part, double x, double y, const ChordKernels& kernels, int planeSide, double* re,
-                    double* im);
+// A lattice over an outline as density^2 sub-lattices.
+class SampledOutline {
+ public:
+  SampledOutline(const Ellipse& outline, const PupilLattice& lattice, int density);
+
+  const Ellipse& outline() const { return outline_; }
+  const PupilLattice& lattice() const { return lattice_; }
+  int density() const { return density_; }
+  int pitch() const { return pitch_; }  // of a row of a sub-lattice
+  int Rows(int firstRow) const { return (lattice_.side - firstRow + density_ - 1) / density_; }
+  double SumOfShares() const;
+  double SumOfSquaredShares() const;
+
+  // The field of a sub-lattice: sample (row, column) of it is at pitch * row + column; the columns beyond its last are
+  // 0. The field is A exp(i k W - i pi (x, y) . place) by the share of the cell.
+  //   x, y    a direction in wavelength / diameter, which comes to zero frequency
+  //   re, im  Rows(part.firstRow) x pitch doubles
+  void FieldOf(const Pupil& pupil, const SubLattice& part, double x, double y, const ChordKernels& kernels, double* re,
+               double* im) const;
+
+ private:
+  struct Range {
+    int first, end;  // columns, whole blocks
+  };
+
+  Ellipse outline_;
+  PupilLattice lattice_;
+  int density_;
+  int pitch_;
+  std::vector<double> places_;  // of the columns of each sub-lattice
+  std::vector<double> shares_;  // for each row of the lattice: of each sub-lattice
+  std::vector<Range> inside_;   // where these are not all 0
+};
+
+// Keeps those that were used last.
+class SampledOutlines {
+ public:
+  const SampledOutline& Of(const Ellipse& outline, const PupilLattice& lattice, int density);
+
+ private:
+  std::deque<SampledOutline> kept_;
+};
 
 }  // namespace orvanel::physical
 

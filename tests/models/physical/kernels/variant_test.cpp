@@ -76,6 +76,41 @@ TEST_P(ChordKernelVariants, GiveTheSameFields) {
   }
 }
 
+// Real parts, then imaginary ones.
+Samples RowOf(const ChordKernels& kernels, bool attenuated) {
+  const Chord chord;
+  const Samples places = Noise(kNodes, 12);
+  Samples field(2 * kNodes);
+  kernels.fieldOnRow({places.data(), chord.weights.data(), kNodes, chord.phase.data(),
+                      attenuated ? chord.attenuation.data() : nullptr},
+                     field.data(), field.data() + kNodes);
+  return field;
+}
+
+TEST_P(ChordKernelVariants, GiveTheFieldOnARow) {
+  const Chord chord;
+  const Samples places = Noise(kNodes, 12);
+  for (const bool attenuated : {false, true}) {
+    const Samples field = RowOf(ChordKernelsOf(*GetParam()), attenuated);
+    for (std::size_t i = 0; i < kNodes; ++i) {
+      long double phase = 0.0L, exponent = 0.0L;
+      for (std::size_t k = 11; k-- > 0;) phase = phase * places[i] + chord.phase[k];
+      for (std::size_t k = 3; k-- > 0;) exponent = exponent * places[i] + chord.attenuation[k];
+      const std::complex<long double> expected =
+          chord.weights[i] * (attenuated ? std::exp(exponent) : 1.0L) * std::polar(1.0L, phase);
+      constexpr double kBound = 1e-12;  // as on chords
+      EXPECT_NEAR(field[i], static_cast<double>(expected.real()), kBound) << i;
+      EXPECT_NEAR(field[kNodes + i], static_cast<double>(expected.imag()), kBound) << i;
+    }
+  }
+}
+
+TEST_P(ChordKernelVariants, GiveTheSameFieldOnARow) {
+  for (const bool attenuated : {false, true}) {
+    ExpectTheSameBits([&](const ChordKernels& kernels) { return RowOf(kernels, attenuated); });
+  }
+}
+
 Samples MomentsOf(const ChordKernels& kernels) {
   const Chord chord;
   const Samples field = Noise(4 * kNodes, 11);

@@ -46,13 +46,28 @@ TEST(PupilLattice, SharesAreThoseOfTheOutline) {
   }
 }
 
-TEST(PupilLattice, KeepsTheMasksOfItsLattices) {
-  Masks masks;
+TEST(PupilLattice, SumsTheSharesOfAllSubLattices) {
+  const PupilLattice lattice{41, 0.05};
+  const std::vector<double> mask = MaskOf(kTurned, lattice);
+  const SampledOutline outline(kTurned, lattice, 3);
+  EXPECT_NEAR(outline.SumOfShares(), std::accumulate(mask.begin(), mask.end(), 0.0), 1e-10);
+  EXPECT_NEAR(outline.SumOfSquaredShares(), std::inner_product(mask.begin(), mask.end(), mask.begin(), 0.0), 1e-10);
+}
+
+TEST(PupilLattice, KeepsTheOutlinesThatWereUsedLast) {
+  SampledOutlines outlines;
   for (int turn = 0; turn < 2; ++turn) {
     for (int side = 10; side < 50; ++side) {
       const PupilLattice lattice{side, 2.0 / side};
-      EXPECT_EQ(masks.Of(kTurned, lattice), MaskOf(kTurned, lattice));
-      EXPECT_EQ(masks.Of({}, lattice), MaskOf({}, lattice));
+      for (const int density : {1, 2}) {
+        for (const Ellipse& ellipse : {kTurned, Ellipse{}}) {
+          const SampledOutline& kept = outlines.Of(ellipse, lattice, density);
+          EXPECT_EQ(kept.outline(), ellipse);
+          EXPECT_EQ(kept.lattice(), lattice);
+          EXPECT_EQ(kept.density(), density);
+          EXPECT_EQ(&kept, &outlines.Of(ellipse, lattice, density));
+        }
+      }
     }
   }
 }
@@ -61,24 +76,30 @@ TEST(PupilLattice, HasTheFieldAtItsSamples) {
   Pupil pupil = PupilOf({0, 0.1, -0.2, 0.15, 0.2, -0.1, 0.05, 0.1, -0.08});
   pupil.stilesCrawford = {0.05, 0.4, -0.3};
   const double x = 1.3, y = -0.7;
-  // Odd and even sides, with middle samples that are their own mirror images, and densities with two of a pair.
+  // Rows that end within a block, and densities that do not divide the side.
   for (const auto& [side, density] : {std::pair{21, 1}, {20, 1}, {20, 2}, {21, 3}, {20, 3}}) {
     const PupilLattice lattice{side, 2.0 / side};
     const std::vector<double> mask = MaskOf(pupil.outline, lattice);
-    constexpr int kPlane = 32;
-    std::vector<double> re(kPlane * kPlane), im(kPlane * kPlane), seen(static_cast<std::size_t>(side * side));
+    const SampledOutline outline(pupil.outline, lattice, density);
+    std::vector<double> seen(static_cast<std::size_t>(side * side));
     for (int row = 0; row < density; ++row) {
       for (int column = 0; column < density; ++column) {
-        re[31 * kPlane + 31] = 42.0;
-        FieldOnLattice(pupil, lattice, mask, {density, row, column}, x, y, ActiveChords(), kPlane, re.data(),
-                       im.data());
-        EXPECT_EQ(re[31 * kPlane + 31], 0.0);
-        for (int r = row; r < side; r += density) {
-          for (int c = column; c < side; c += density) {
+        const int rows = outline.Rows(row), pitch = outline.pitch();
+        std::vector<double> re(static_cast<std::size_t>(rows * pitch), 42.0), im = re;
+        outline.FieldOf(pupil, {row, column}, x, y, ActiveChords(), re.data(), im.data());
+        EXPECT_EQ(rows, (side - row + density - 1) / density);
+        for (int i = 0; i < rows; ++i) {
+          for (int j = 0; j < pitch; ++j) {
+            const int r = i * density + row, c = j * density + column;
+            const auto at = static_cast<std::size_t>(i * pitch + j);
+            if (c >= side) {
+              EXPECT_EQ(re[at], 0.0);
+              EXPECT_EQ(im[at], 0.0);
+              continue;
+            }
             const double u = lattice.Place(c), v = -lattice.Place(r), dx = 3 * u - 0.4, dy = 3 * v + 0.3;
             const double phase = 2 * kPi / 0.55 * At(pupil.wavefrontUm, u, v).value - kPi * (x * u + y * v);
             const double amplitude = std::pow(10.0, -0.025 * (dx * dx + dy * dy));
-            const auto at = static_cast<std::size_t>(r / density * kPlane + c / density);
             const auto place = static_cast<std::size_t>(r * side + c);
             EXPECT_NEAR(re[at], mask[place] * amplitude * std::cos(phase), 1e-13);
             EXPECT_NEAR(im[at], mask[place] * amplitude * std::sin(phase), 1e-13);

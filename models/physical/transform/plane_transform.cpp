@@ -1,0 +1,122 @@
+// Splits the length of a line into small transforms, and computes their factors.
+#include "models/physical/transform/plane_transform.h"
+
+#include <algorithm>
+#include <numbers>
+
+#include "base/elementary.h"
+
+namespace orvanel::physical {
+namespace {
+
+std::size_t Size(long long n) { return static_cast<std::size_t>(n); }
+
+bool HasSmallFactors(int n) {
+  for (const int factor : {2, 3, 5}) {
+    while (n % factor == 0) n /= factor;
+  }
+  return n == 1;
+}
+
+// exp(2 pi i k / n), k at most n, from the first eighth of a turn.
+SineCosine Turn(long long k, long long n) {
+  if (8 * k > 4 * n) {
+    const SineCosine t = Turn(n - k, n);
+    return {-t.sine, t.cosine};
+  }
+  if (8 * k > 2 * n) {
+    const SineCosine t = Turn(n - 2 * k, 2 * n);
+    return {t.sine, -t.cosine};
+  }
+  if (8 * k > n) {
+    const SineCosine t = Turn(n - 4 * k, 4 * n);
+    return {t.cosine, t.sine};
+  }
+  return SineAndCosine(2.0 * std::numbers::pi * static_cast<double>(k) / static_cast<double>(n));
+}
+
+}  // namespace
+
+int PlaneTransform::SideFor(int least) {
+  int side = std::max(kSideUnit, (least + kSideUnit - 1) / kSideUnit * kSideUnit);
+  while (!HasSmallFactors(side)) side += kSideUnit;
+  return side;
+}
+
+PlaneTransform::PlaneTransform(const ChordKernels& kernels, int side) : kernels_(&kernels) {
+  transform_.length = side;
+  int rest = side;
+  const auto split = [&](int radix) {
+    transform_.radices[transform_.passes++] = radix;
+    rest /= radix;
+  };
+  // A half of the line that is empty saves most in the first pass, of radix 16.
+  split(16);
+  for (const int radix : {5, 3}) {
+    while (rest % radix == 0) split(radix);
+  }
+  while (rest % 16 == 0) split(16);
+  for (const int radix : {8, 4, 2}) {
+    if (rest % radix == 0) split(radix);
+  }
+  std::vector<std::size_t> starts;
+  int remaining = side;
+  for (int pass = 0; pass < transform_.passes; ++pass) {
+    const int radix = transform_.radices[pass];
+    starts.push_back(turns_.size());
+    for (int p = 1; p < remaining / radix; ++p) {
+      for (int j = 1; j < radix; ++j) {
+        const SineCosine turn = Turn(static_cast<long long>(p) * j, remaining);
+        turns_.push_back(turn.cosine);
+        turns_.push_back(turn.sine);
+      }
+    }
+    remaining /= radix;
+  }
+  turns_.push_back(0.0);  // so that the last passes, which have none, have an address
+  for (std::size_t pass = 0; pass < starts.size(); ++pass) transform_.turns[pass] = turns_.data() + starts[pass];
+  zeros_.resize(Size(side));
+}
+
+std::size_t PlaneTransform::SpectrumSize() const {
+  const int width = kernels_->width;
+  return Size(2LL * (side() / 2 / width + 1) * width * side());
+}
+
+std::size_t PlaneTransform::At(int row, int q) const {
+  const int width = kernels_->width;
+  return Size((1LL * q / width * side() + row) * 2 * width + q % width);
+}
+
+PlaneMemory PlaneTransform::Prepared(Memory& memory, bool panels) const {
+  if (panels) memory.panels.Reserve(Size(2LL * side() * side()));
+  memory.lines.Reserve(Size(32LL * side()));
+  return {memory.panels.data(), memory.lines.data()};
+}
+
+void PlaneTransform::PowerSpectrum(const FieldPlane& field, double factor, bool add, double* power,
+                                   Memory& memory) const {
+  kernels_->powerSpectrum(field, transform_, Prepared(memory, true), factor, add, power);
+}
+
+void PlaneTransform::HalfSpectrum(const double* samples, long long pitch, int rows, int columns, double* spectrum,
+                                  Memory& memory) const {
+  kernels_->halfSpectrum({samples, pitch, rows, columns, zeros_.data()}, transform_, Prepared(memory, false), spectrum);
+}
+
+double PlaneTransform::PlaneOfSpectrum(double* spectrum, const double* filter, const WantedPlane& wanted,
+                                       Memory& memory) const {
+  return kernels_->planeOfSpectrum(spectrum, filter, transform_, Prepared(memory, false), wanted);
+}
+
+const PlaneTransform& PlaneTransforms::Of(int side) {
+  constexpr std::size_t kMost = 32;
+  for (const PlaneTransform& transform : kept_) {
+    if (transform.side() == side) return transform;
+  }
+  if (kept_.size() == kMost) kept_.pop_front();
+  kept_.emplace_back(*kernels_, side);
+  return kept_.back();
+}
+
+}  // namespace orvanel::physical

@@ -1,0 +1,71 @@
+// Fourier transforms of square planes of any side 2^a 3^b 5^c.
+#ifndef ORVANEL_MODELS_PHYSICAL_TRANSFORM_PLANE_TRANSFORM_H
+#define ORVANEL_MODELS_PHYSICAL_TRANSFORM_PLANE_TRANSFORM_H
+
+#include <cstddef>
+#include <deque>
+#include <vector>
+
+#include "models/physical/kernels/kernels.h"
+#include "models/physical/transform/aligned_memory.h"
+
+namespace orvanel::physical {
+
+// What the kernels need for planes of one side. Several threads may use one.
+class PlaneTransform {
+ public:
+  static constexpr int kLargestSide = 16384;
+
+  // The smallest side from `least` on that has a transform.
+  static int SideFor(int least);
+
+  // Error of a transform: 2^-50 log2(side) of the root of the sum of squares, in the same norm.
+  //   side  one of SideFor, at most kLargestSide
+  PlaneTransform(const ChordKernels& kernels, int side);
+  PlaneTransform(PlaneTransform&&) = default;
+  PlaneTransform(const PlaneTransform&) = delete;
+
+  int side() const { return transform_.length; }
+
+  // Doubles of half a spectrum.
+  std::size_t SpectrumSize() const;
+  // Where its real part at (row, q) is; the imaginary part is kernels.width behind it.
+  std::size_t At(int row, int q) const;
+
+  // Memory of one call and thread.
+  struct Memory {
+    AlignedMemory panels, lines;
+  };
+  // factor |X|^2, as ChordKernels::powerSpectrum.
+  void PowerSpectrum(const FieldPlane& field, double factor, bool add, double* power, Memory& memory) const;
+  // The spectrum of rows x columns real samples, as ChordKernels::halfSpectrum.
+  //   samples  aligned by columns that are a multiple of kChordBlock
+  void HalfSpectrum(const double* samples, long long pitch, int rows, int columns, double* spectrum,
+                    Memory& memory) const;
+  // As ChordKernels::planeOfSpectrum.
+  double PlaneOfSpectrum(double* spectrum, const double* filter, const WantedPlane& wanted, Memory& memory) const;
+
+ private:
+  PlaneMemory Prepared(Memory& memory, bool panels) const;
+
+  const ChordKernels* kernels_;
+  LineTransform transform_{};
+  std::vector<double> turns_;
+  std::vector<double> zeros_;
+};
+
+// The transforms of the sides that were used last.
+class PlaneTransforms {
+ public:
+  explicit PlaneTransforms(const ChordKernels& kernels) : kernels_(&kernels) {}
+  const PlaneTransform& Of(int side);
+  PlaneTransform::Memory memory;
+
+ private:
+  const ChordKernels* kernels_;
+  std::deque<PlaneTransform> kept_;
+};
+
+}  // namespace orvanel::physical
+
+#endif  // ORVANEL_MODELS_PHYSICAL_TRANSFORM_PLANE_TRANSFORM_H
