@@ -2,6 +2,7 @@
 #include "cli/coefficient_report.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "base/number_text.h"
@@ -66,8 +67,11 @@ std::string RmsLines(const Coefficients& osa) {
 std::string EyeLines(const Eye& measured, const std::vector<std::string>& changes) {
   std::string lines = ReportLine(
       "Eye", (measured.name.empty() ? measured.file : measured.name) + ", laterality " + SideText(measured.side));
-  lines += ReportLine("Measured", "over " + NumberText(measured.pupil.value(), 6) + " mm, in " +
-                                      Text(measured.coefficients.convention()));
+  const std::optional<Nanometres> reference = measured.referenceWavelength;
+  lines += ReportLine("Measured",
+                      "over " + NumberText(measured.pupil.value(), 6) + " mm, in " +
+                          Text(measured.coefficients.convention()) +
+                          (reference ? ", reference wavelength " + ShortestText(reference->value()) + " nm" : ""));
   std::string label = "Changes";
   for (const std::string& change : changes) lines += ReportLine(std::exchange(label, ""), change);
   return lines;

@@ -13,6 +13,7 @@
 #include "evaluation/evaluator.h"
 #include "evaluation/rings.h"
 #include "eye/adjustments.h"
+#include "eye/conventions/statement.h"
 #include "models/sampling.h"
 
 namespace orvanel::cli {
@@ -57,6 +58,7 @@ Json EyeJson(const SimulatedEye& simulated) {
                {"simulated_pupil_diameter_mm", simulated.eye.pupil.value()},
                {"coefficients_library_mm", library},
                {"unused_coefficients", "0 to 2: piston and tilts only move the image"}};
+  if (eye.referenceWavelength) json[kReferenceKey] = eye.referenceWavelength->value();
   if (simulated.dropped) {
     json["dropped_orders_above"] = simulated.dropped->above;
     json["dropped_rms_um"] = simulated.dropped->rms.value();

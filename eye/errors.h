@@ -26,13 +26,15 @@ class PupilLargerThanMeasured : public ErrorWithFix {
   Millimetres wanted, measured;
 };
 
-// A term that is not 0 is above the highest radial order of the simulation.
+// A term that is not 0 is above the highest radial order of a model.
 class OrderAboveHighest : public ErrorWithFix {
  public:
-  //   unitText  of the number
-  OrderAboveHighest(ZernikeTerm theTerm, double theNumber, const std::string& unitText, int highestOrder)
+  //   unitText   of the number
+  //   modelText  "classic"
+  OrderAboveHighest(ZernikeTerm theTerm, double theNumber, const std::string& unitText, int highestOrder,
+                    const std::string& modelText)
       : ErrorWithFix("the term " + Symbol(theTerm) + ", " + Name(theTerm) + ", is " + ShortestText(theNumber) + " " +
-                         unitText + ", but the simulation takes the radial orders 0 to " +
+                         unitText + ", but the " + modelText + " model takes the radial orders 0 to " +
                          std::to_string(highestOrder) + "; ",
                      "drop what is above"),
         term(theTerm),

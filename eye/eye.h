@@ -19,7 +19,8 @@ struct Eye {
   Millimetres pupil;  // diameter over which the coefficients are given
   Side side = Side::kUnknown;
   EyeCoefficients coefficients;
-  std::optional<PowerVector> prescription;  // stated beside the coefficients, to be added to them
+  std::optional<Nanometres> referenceWavelength;  // at which the coefficients hold; empty where it is not stated
+  std::optional<PowerVector> prescription;        // stated beside the coefficients, to be added to them
 };
 
 // "OD", "OS", "not stated".

@@ -1,6 +1,7 @@
 // Converts stated coefficients to canonical ones, and both to the conventions of outputs.
 #include "eye/eye_coefficients.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "eye/errors.h"
@@ -35,17 +36,22 @@ void EyeCoefficients::DropFrom(std::size_t index) {
   if (stated_) stated_->resize(index);
 }
 
-LibraryCoefficients ToLibrary(const EyeCoefficients& coefficients) {
-  const Coefficients converted = coefficients.In(kLibraryConvention);
-  LibraryCoefficients library{};
-  for (std::size_t j = 0; j < converted.size(); ++j) {
-    if (j < library.size()) {
-      library[j] = Millimetres(converted[j]);
-    } else if (converted[j] != 0.0) {
-      throw OrderAboveHighest(Term(j), coefficients.AsStated()[j], UnitText(coefficients.convention()),
-                              Term(library.size() - 1).n);
-    }
+void RequireOrdersUpTo(int highest, const EyeCoefficients& coefficients, const std::string& model) {
+  const std::size_t first = OsaIndex({highest, highest}) + 1;
+  if (coefficients.osa().size() <= first) return;
+  const Coefficients stated = coefficients.AsStated();
+  for (std::size_t j = first; j < stated.size(); ++j) {
+    if (stated[j] == 0.0) continue;
+    throw OrderAboveHighest(Term(j), stated[j], UnitText(coefficients.convention()), highest, model);
   }
+}
+
+LibraryCoefficients ToLibrary(const EyeCoefficients& coefficients) {
+  LibraryCoefficients library{};
+  RequireOrdersUpTo(Term(library.size() - 1).n, coefficients, "classic");
+  const Coefficients converted = coefficients.In(kLibraryConvention);
+  const std::size_t count = std::min(converted.size(), library.size());
+  for (std::size_t j = 0; j < count; ++j) library[j] = Millimetres(converted[j]);
   return library;
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 
 #include "base/layers.h"
 #include "eye/conventions/convention.h"
@@ -47,6 +48,10 @@ class EyeCoefficients {
   Coefficients osa_;
   std::optional<Coefficients> stated_ = Coefficients();  // empty once the wavefront has changed
 };
+
+// Throws OrderAboveHighest where a term above this radial order is not 0.
+//   model  whose limit it is, for the message: "classic"
+void RequireOrdersUpTo(int highest, const EyeCoefficients& coefficients, const std::string& model);
 
 // Coefficients as the library takes them. An eye stated in the library's own convention gives the stated numbers to the
 // bit, and others are converted as In() says. Throws Error where a term above order 6 is not 0.

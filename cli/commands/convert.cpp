@@ -97,7 +97,7 @@ std::string FileText(const Eye& eye, const std::string& file) {
   if (KindOf(file) == FileKind::kEyeFile) return EyeFileText(eye);
   std::vector<std::size_t> terms(eye.coefficients.osa().size());
   for (std::size_t j = 0; j < terms.size(); ++j) terms[j] = j;
-  const EyeWriter writer({"name"}, eye.coefficients.convention().order, terms);
+  const EyeWriter writer({"name"}, eye.coefficients.convention().order, terms, eye.referenceWavelength.has_value());
   return writer.Header() + writer.Row(eye, {eye.name});
 }
 
@@ -141,7 +141,8 @@ void ConvertTable(const ConvertCommand& command) {
     throw Error(name + ": the index scheme may differ from row to row; say --to-indexing");
   }
   const EyeWriter writer(table.identifierNames(), *order,
-                         TermsThatMayChange(table.Terms(), command.adjustments, command.input.table.prescription));
+                         TermsThatMayChange(table.Terms(), command.adjustments, command.input.table.prescription),
+                         table.MayStateReference());
   TableOutput output(command.output, command.force);
   output.Write(writer.Header());
   std::size_t count = 0;

@@ -37,7 +37,9 @@ const char* const kEyeNotes =
     "  {\"name\": \"osa\"}      OSA/ANSI Z80.28: um, orthonormal, index scheme osa, y up\n"
     "  {\"name\": \"library\"}  mm, not normalised, index scheme osa, y down\n"
     "Units are mm, um, nm and waves (of wavelength_nm); index schemes are osa (from 0), noll and fringe\n"
-    "(from 1) and named, where each coefficient comes with its term. What is not said is asked for, not guessed.\n";
+    "(from 1) and named, where each coefficient comes with its term. What is not said is asked for, not guessed.\n"
+    "reference_wavelength_nm, 300 to 1200, is the wavelength of light at which the coefficients hold. It is optional,\n"
+    "for any unit; wavelength_nm is only the length of one wave.\n";
 
 const char* const kColumnNotes =
     "Names of columns:\n"
@@ -102,6 +104,8 @@ void AddTableOptions(CLI::App& app, TableOptions& options) {
 void AddStatementOptions(CLI::App& app, Statement& stated) {
   AddStatementOption(app, "--unit", kUnitKey, "WORD", "Unit of the coefficients: " + WordsOf<Unit>(), stated);
   AddStatementOption(app, "--wavelength", kWavelengthKey, "NM", "Wavelength of the unit waves", stated);
+  AddStatementOption(app, "--reference-wavelength", kReferenceKey, "NM",
+                     "Wavelength of light at which the coefficients hold", stated);
   AddStatementOption(app, "--normalisation", kNormalisationKey, "WORD",
                      "Normalisation of the polynomials: " + WordsOf<Normalisation>(), stated);
   AddStatementOption(app, "--indexing,--order", kOrderKey, "WORD",

@@ -95,7 +95,7 @@ void RunPopulation(const PopulationCommand& command) {
   RequireMeans(command, covariance, terms);
   const CovarianceFactors factors = Factorised(command, covariance);
 
-  const EyeWriter writer({"id"}, convention.order, terms);
+  const EyeWriter writer({"id"}, convention.order, terms, mean.referenceWavelength.has_value());
   TableOutput output(command.output, command.force);
   output.Write(writer.Header());
   std::vector<double> independent(factors.rank());

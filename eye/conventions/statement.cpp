@@ -5,6 +5,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "base/wavelength_range.h"
 
 namespace orvanel::eye {
 namespace {
@@ -22,6 +23,15 @@ double Length(std::string_view key, std::string_view text) {
   const double length = ParseNumber(text);
   if (length <= 0.0) throw Error(std::string(key) + " is " + std::string(text) + "; a length is greater than 0");
   return length;
+}
+
+Nanometres ReferenceWavelength(std::string_view key, std::string_view text) {
+  const double length = ParseNumber(text);
+  if (!(length >= kShortestNm && length <= kLongestNm)) {
+    throw Error(std::string(key) + " is " + std::string(text) + "; it is from " + ShortestText(kShortestNm) + " to " +
+                ShortestText(kLongestNm) + " nm. Write it in nanometres, such as 555");
+  }
+  return Nanometres(length);
 }
 
 std::string Said(Unit value) { return std::string(Word(value)); }
@@ -49,6 +59,8 @@ bool State(Statement& statement, std::string_view key, std::string_view text) {
     statement.unit = FromWord<Unit>(key, text);
   } else if (key == kWavelengthKey) {
     statement.wavelength = Nanometres(Length(key, text));
+  } else if (key == kReferenceKey) {
+    statement.reference = ReferenceWavelength(key, text);
   } else if (key == kNormalisationKey) {
     statement.normalisation = FromWord<Normalisation>(key, text);
   } else if (key == kOrderKey) {
@@ -77,6 +89,7 @@ Statement Combined(const Statement& a, const std::string& wider, const Statement
   };
   join(&Statement::unit, kUnitKey);
   join(&Statement::wavelength, kWavelengthKey);
+  join(&Statement::reference, kReferenceKey);
   join(&Statement::normalisation, kNormalisationKey);
   join(&Statement::order, kOrderKey);
   join(&Statement::yAxis, kYAxisKey);
@@ -102,7 +115,8 @@ StatedConvention Complete(const Statement& statement, bool needsOrder) {
   }
   if (statement.wavelength && statement.unit != Unit::kWaves) {
     throw Error(std::string(kWavelengthKey) + " is stated, but the unit is " + Said(*statement.unit) +
-                "; a wavelength belongs to the unit waves alone");
+                "; it is the wavelength of the unit waves alone. State the one at which the coefficients hold as " +
+                kReferenceKey);
   }
   StatedConvention complete{};
   complete.convention.unit = *statement.unit;
@@ -112,6 +126,7 @@ StatedConvention Complete(const Statement& statement, bool needsOrder) {
   complete.convention.yAxis = *statement.yAxis;
   complete.side = *statement.side;
   complete.pupil = *statement.pupil;
+  complete.reference = statement.reference;
   return complete;
 }
 

@@ -14,6 +14,7 @@ namespace orvanel::eye {
 struct Statement {
   std::optional<Unit> unit;
   std::optional<Nanometres> wavelength;  // of the unit "waves"
+  std::optional<Nanometres> reference;   // the wavelength of light at which the coefficients hold
   std::optional<Normalisation> normalisation;
   std::optional<Order> order;
   std::optional<YAxis> yAxis;
@@ -24,6 +25,7 @@ struct Statement {
 // The words for each part, as files and options name them.
 constexpr const char* kUnitKey = "unit";
 constexpr const char* kWavelengthKey = "wavelength_nm";
+constexpr const char* kReferenceKey = "reference_wavelength_nm";
 constexpr const char* kNormalisationKey = "normalisation";
 constexpr const char* kOrderKey = "order";
 constexpr const char* kYAxisKey = "y_axis";
@@ -46,9 +48,11 @@ struct StatedConvention {
   Convention convention;
   Side side;
   Millimetres pupil;
+  std::optional<Nanometres> reference;
 };
 
-// Throws Error with the list of what is missing. A wavelength must be stated with waves, and with nothing else.
+// Throws Error with the list of what is missing. A wavelength must be stated with waves, and with nothing else. The
+// reference wavelength may be missing: it then stays unknown.
 //   needsOrder  false where every coefficient comes with its term
 StatedConvention Complete(const Statement& statement, bool needsOrder);
 

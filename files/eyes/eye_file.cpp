@@ -27,7 +27,8 @@ using Path = std::vector<std::string>;
 
 constexpr std::size_t kLargestFile = 1 << 20;  // bytes; an eye file has about a thousand
 
-constexpr const char* kKeys[] = {"name", "source", "note", kPupilKey, kSideKey, "convention", "coefficients"};
+constexpr const char* kKeys[] = {"name",        "source", "note",       kPupilKey,
+                                 kReferenceKey, kSideKey, "convention", "coefficients"};
 constexpr const char* kConventionKeys[] = {"name", kUnitKey, kWavelengthKey, kNormalisationKey, kOrderKey, kYAxisKey};
 
 // A file with its text, to say where in it something is wrong.
@@ -75,7 +76,9 @@ void RefuseUnknownKeys(const Source& source, const Path& parent, const Json& obj
     path.push_back(key);
     const auto slip = Nearest(key, known, [](std::size_t length) { return std::max<std::size_t>(2, length / 3); });
     std::string remedy;
-    if (slip) {
+    if (!parent.empty() && std::find(std::begin(kKeys), std::end(kKeys), key) != std::end(kKeys)) {
+      remedy = "write it beside " + Quoted(Joined(parent)) + ", not within";
+    } else if (slip) {
       Path meant = parent;
       meant.emplace_back(*slip);
       remedy = "did you mean '" + Joined(meant) + "'?";
@@ -125,6 +128,7 @@ Statement ReadStatement(const Source& source, const Json& object, bool& named) {
   Statement statement;
   named = false;
   StateKey(source, {}, object, kPupilKey, true, statement);
+  StateKey(source, {}, object, kReferenceKey, true, statement);
   StateKey(source, {}, object, kSideKey, false, statement);
   const auto found = object.find("convention");
   if (found == object.end()) return statement;
@@ -284,6 +288,7 @@ Eye EyeOfBytes(const std::string& file, std::string text, const Statement& state
   }
   eye.pupil = complete.pupil;
   eye.side = complete.side;
+  eye.referenceWavelength = complete.reference;
   const Order order = complete.convention.order;
   eye.coefficients = {complete.convention, coefficients.is_array() ? ReadList(source, coefficients, order)
                                                                    : ReadNamed(source, coefficients, order)};
@@ -298,6 +303,7 @@ std::string EyeFileText(const Eye& eye) {
   if (!eye.source.empty()) object["source"] = eye.source;
   if (!eye.note.empty()) object["note"] = eye.note;
   object[kPupilKey] = eye.pupil.value();
+  if (eye.referenceWavelength) object[kReferenceKey] = eye.referenceWavelength->value();
   object[kSideKey] = Word(eye.side);
   convention[kUnitKey] = Word(stated.unit);
   if (stated.unit == Unit::kWaves) convention[kWavelengthKey] = stated.wavelength.value();

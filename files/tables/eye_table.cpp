@@ -14,7 +14,7 @@ namespace orvanel::files {
 namespace {
 
 constexpr const char* kStatementKeys[] = {kUnitKey,  kWavelengthKey, kNormalisationKey, kOrderKey,
-                                          kYAxisKey, kSideKey,       kPupilKey};
+                                          kYAxisKey, kSideKey,       kPupilKey,         kReferenceKey};
 
 // Columns of a clinic's refraction.
 constexpr const char* kPrescriptionNames[3][4] = {
@@ -42,7 +42,10 @@ void AppendColumns(std::string& summary, const char* use, const std::vector<std:
 }
 
 // A column that is nearly one of ours would be taken for the user's own and silently left out.
-std::size_t MostEdits(std::size_t length) { return length < 6 ? 1 : 2; }
+std::size_t MostEdits(std::size_t length) {
+  if (length < 6) return 1;
+  return length < 20 ? 2 : 3;  // "reference_wavelength"
+}
 
 std::size_t Position(Order order) { return static_cast<std::size_t>(order); }
 
@@ -175,10 +178,12 @@ void EyeColumns::Resolve(Order order) {
   }
 }
 
-bool EyeColumns::HasOrderColumn() const {
+bool EyeColumns::HasColumnFor(const char* key) const {
   return std::any_of(statements_.begin(), statements_.end(),
-                     [](const StatementColumn& statement) { return statement.key == kOrderKey; });
+                     [key](const StatementColumn& statement) { return statement.key == key; });
 }
+
+bool EyeColumns::MayStateReference() const { return stated_.reference || HasColumnFor(kReferenceKey); }
 
 std::optional<Order> EyeColumns::CommonOrder() const {
   if (stated_.order || numbered_) return stated_.order;
@@ -188,7 +193,7 @@ std::optional<Order> EyeColumns::CommonOrder() const {
 std::vector<std::size_t> EyeColumns::Terms() const {
   std::set<std::size_t> terms;
   for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) {
-    if (numbered_ && !HasOrderColumn() && stated_.order != order) continue;
+    if (numbered_ && !HasColumnFor(kOrderKey) && stated_.order != order) continue;
     const Resolved& resolved = resolved_[Position(order)];
     terms.insert(resolved.osa.begin(), resolved.osa.end());
   }
@@ -214,7 +219,7 @@ Statement EyeColumns::StatementOfRow(const Record& row) const {
   Statement own;
   for (const auto& [column, key] : statements_) {
     if (Trimmed(row[column]).empty()) continue;  // not stated
-    const bool isNumber = key == kPupilKey || key == kWavelengthKey;
+    const bool isNumber = key == kPupilKey || key == kWavelengthKey || key == kReferenceKey;
     const std::string text = isNumber ? ShortestText(Number(row, column)) : std::string(row[column]);
     try {
       State(own, key, text);
@@ -276,6 +281,7 @@ Eye EyeColumns::Read(const Record& row) const {
   if (nameColumn_) eye.name = VisibleText(row[*nameColumn_]);
   eye.pupil = complete.pupil;
   eye.side = complete.side;
+  eye.referenceWavelength = complete.reference;
   Coefficients numbers(1 + *std::max_element(resolved.osa.begin(), resolved.osa.end()));
   for (std::size_t i = 0; i < coefficients_.size(); ++i) {
     numbers[resolved.osa[i]] = Number(row, coefficients_[i].column);

@@ -28,8 +28,8 @@ struct TableOptions {
 };
 
 // What the columns of a table are. Coefficients are named Z4, Z(2,0) or c[2,-2]; unit, wavelength_nm, normalisation,
-// order, y_axis, eye and pupil_diameter_mm state how they are meant; all other columns are the user's own and identify
-// the row. Blanks around a name do not count, nor does the case of those that state something.
+// order, y_axis, eye, pupil_diameter_mm and reference_wavelength_nm state how they are meant; all other columns are the
+// user's own and identify the row. Blanks around a name do not count, nor does the case of those that state something.
 class EyeColumns {
  public:
   // Throws ErrorAt where a name comes twice, is nearly one of ours, or no column holds coefficients.
@@ -55,6 +55,9 @@ class EyeColumns {
   // An order that can hold all rows; empty where columns have numbers and each row may state what they mean.
   std::optional<Order> CommonOrder() const;
 
+  // Whether a row may have a reference wavelength.
+  bool MayStateReference() const;
+
  private:
   struct CoefficientColumn {
     std::size_t column;
@@ -71,7 +74,7 @@ class EyeColumns {
     const char* key;  // what it states
   };
 
-  bool HasOrderColumn() const;
+  bool HasColumnFor(const char* key) const;
   void Sort(const Record& header);
   bool SortStatement(const Record& header, std::size_t column);
   bool SortPrescription(const Record& header, std::size_t column);
@@ -134,6 +137,9 @@ class EyeTable {
 
   // An order that can hold all rows; empty where columns have numbers and each row may state what they mean.
   std::optional<Order> CommonOrder() const { return columns_->CommonOrder(); }
+
+  // Whether a row may have a reference wavelength. In a table of JSON, by the keys of the first row.
+  bool MayStateReference() const { return columns_->MayStateReference(); }
 
  private:
   void ReadHeader();

@@ -27,8 +27,9 @@ std::string Line(const std::vector<std::string>& fields) {
 
 }  // namespace
 
-EyeWriter::EyeWriter(std::vector<std::string> identifierNames, Order order, const std::vector<std::size_t>& terms)
-    : identifierNames_(std::move(identifierNames)), order_(order) {
+EyeWriter::EyeWriter(std::vector<std::string> identifierNames, Order order, const std::vector<std::size_t>& terms,
+                     bool withReference)
+    : identifierNames_(std::move(identifierNames)), order_(order), withReference_(withReference) {
   for (const std::size_t j : terms) {
     if (order != Order::kFringe || FringeIndex(Term(j))) terms_.push_back(j);
   }
@@ -37,6 +38,7 @@ EyeWriter::EyeWriter(std::vector<std::string> identifierNames, Order order, cons
 std::string EyeWriter::Header() const {
   std::vector<std::string> names = identifierNames_;
   names.insert(names.end(), {kPupilKey, kSideKey, kUnitKey, kWavelengthKey, kNormalisationKey, kOrderKey, kYAxisKey});
+  if (withReference_) names.emplace_back(kReferenceKey);
   for (const std::size_t j : terms_) names.push_back(NameIn(order_, Term(j)));
   return Line(names);
 }
@@ -53,6 +55,9 @@ std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& ident
       throw Error("the term " + Symbol(Term(j)) + " is not 0 and does not stand in the first row; add it there");
     }
   }
+  if (eye.referenceWavelength && !withReference_) {
+    throw Error(std::string(kReferenceKey) + " is stated and does not stand in the first row; add it there");
+  }
   std::vector<std::string> fields = identifiers;
   fields.push_back(ShortestText(eye.pupil.value()));
   fields.emplace_back(Word(eye.side));
@@ -61,6 +66,9 @@ std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& ident
   fields.emplace_back(Word(convention.normalisation));
   fields.emplace_back(Word(order_));
   fields.emplace_back(Word(convention.yAxis));
+  if (withReference_) {
+    fields.push_back(eye.referenceWavelength ? ShortestText(eye.referenceWavelength->value()) : "");
+  }
   for (const std::size_t j : terms_) {
     fields.push_back(ShortestText(j < coefficients.size() ? coefficients[j] : 0.0));
   }

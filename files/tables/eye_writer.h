@@ -15,17 +15,21 @@ class EyeWriter {
   //   identifierNames  the user's own columns, which come first
   //   order            in which all eyes are given
   //   terms            by OSA index, those that may differ from 0; what the order has no place for gets no column
-  EyeWriter(std::vector<std::string> identifierNames, Order order, const std::vector<std::size_t>& terms);
+  //   withReference    adds a column for the reference wavelength
+  EyeWriter(std::vector<std::string> identifierNames, Order order, const std::vector<std::size_t>& terms,
+            bool withReference);
 
   std::string Header() const;
 
-  // The row of an eye whose convention has this order. Throws Error where a term that is not 0 has no column.
+  // The row of an eye whose convention has this order. Throws Error where a term that is not 0 or a reference
+  // wavelength has no column.
   std::string Row(const Eye& eye, const std::vector<std::string>& identifiers) const;
 
  private:
   std::vector<std::string> identifierNames_;
   Order order_;
   std::vector<std::size_t> terms_;
+  bool withReference_;
 };
 
 // The terms that rescaling of the pupil makes of these: those of lower order and the same frequency.

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+#include "base/wavelength_range.h"
+
 namespace orvanel::physical {
 
 struct SpectralLine {
@@ -11,10 +13,6 @@ struct SpectralLine {
   double weight = 0.0;  // share of the light that counts, relative to the other lines
 };
 using Light = std::vector<SpectralLine>;
-
-// Wavelengths for which the chromatic aberration is taken as valid, nm.
-constexpr double kShortestNm = 300.0;
-constexpr double kLongestNm = 1200.0;
 
 // White light: equal energy at 400 to 700 nm in steps of 10 nm, times the photopic sensitivity V of CIE 1924. The steps
 // bring the MTF within 7e-5 of that of the continuous spectrum.

@@ -14,8 +14,8 @@ TEST(ErrorText, NamesTheOptionThatHelps) {
   EXPECT_EQ(TextOf(PupilLargerThanMeasured(Millimetres(6.5), Millimetres(6.0))),
             "the pupil of 6.5 mm is larger than the 6 mm over which the eye was measured; what lies outside is not "
             "known. Ask for a smaller one, or let --extrapolate continue the polynomials");
-  EXPECT_EQ(TextOf(OrderAboveHighest({8, 0}, 0.01, "um", 6)),
-            "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the simulation takes the radial orders "
+  EXPECT_EQ(TextOf(OrderAboveHighest({8, 0}, 0.01, "um", 6, "classic")),
+            "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the classic model takes the radial orders "
             "0 to 6; let --highest-order 6 drop what is above");
   EXPECT_EQ(TextOf(TooFewThreads(3)),
             "this system gives the program no more than 3 threads; ask for so many with --jobs");

@@ -34,7 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::istringstream stream(std::string(reinterpret_cast<const char*>(data) + first, size - first));
   try {
     EyeTable table(stream, "table", choice / 4 % 2 == 0 ? TableKind::kCsv : TableKind::kNdjson, Stated(choice));
-    const EyeWriter writer(table.identifierNames(), table.CommonOrder().value_or(Order::kNamed), table.Terms());
+    const EyeWriter writer(table.identifierNames(), table.CommonOrder().value_or(Order::kNamed), table.Terms(),
+                           table.MayStateReference());
     ORVANEL_REQUIRE(!writer.Header().empty());
     TableEye eye;
     std::size_t rows = 0;

@@ -53,7 +53,38 @@ TEST(Statement, WavesNeedAWavelengthAndNothingElseHasOne) {
   EXPECT_EQ(Complete(statement, true).convention.wavelength, Nanometres(550.0));
   statement.unit = Unit::kNanometres;
   EXPECT_EQ(MessageOf([&] { Complete(statement, true); }),
-            "wavelength_nm is stated, but the unit is nm; a wavelength belongs to the unit waves alone");
+            "wavelength_nm is stated, but the unit is nm; it is the wavelength of the unit waves alone. State the one "
+            "at which the coefficients hold as reference_wavelength_nm");
+}
+
+TEST(Statement, TheReferenceWavelengthIsNeverTakenFromTheUnitWaves) {
+  Statement statement = Whole();
+  statement.unit = Unit::kWaves;
+  statement.wavelength = Nanometres(550.0);
+  EXPECT_EQ(Complete(statement, true).reference, std::nullopt);
+  State(statement, "reference_wavelength_nm", "850");
+  EXPECT_EQ(Complete(statement, true).reference, Nanometres(850.0));
+  EXPECT_EQ(Complete(statement, true).convention.wavelength, Nanometres(550.0));
+  statement.wavelength.reset();
+  EXPECT_NE(MessageOf([&] { Complete(statement, true); }), "");
+}
+
+TEST(Statement, TheReferenceWavelengthBelongsToAnyUnit) {
+  Statement statement = Whole();
+  statement.reference = Nanometres(555.0);
+  EXPECT_EQ(Complete(statement, true).reference, Nanometres(555.0));
+}
+
+TEST(Statement, TheReferenceWavelengthHasLimits) {
+  Statement statement;
+  for (const char* text : {"300", "1200"}) EXPECT_TRUE(State(statement, "reference_wavelength_nm", text)) << text;
+  EXPECT_EQ(statement.reference, Nanometres(1200.0));
+  for (const std::string text : {"299.9", "1200.1", "0.555", "0", "-555"}) {
+    EXPECT_EQ(
+        MessageOf([&] { State(statement, "reference_wavelength_nm", text); }),
+        "reference_wavelength_nm is " + text + "; it is from 300 to 1200 nm. Write it in nanometres, such as 555");
+  }
+  EXPECT_EQ(statement.reference, Nanometres(1200.0));
 }
 
 TEST(Statement, IsCompletedByAnother) {
@@ -72,6 +103,13 @@ TEST(Statement, ThatContradictsIsRefused) {
   State(row, "pupil_diameter_mm", "6");
   EXPECT_EQ(MessageOf([&] { Combined(Whole(), "the command line", row, "the table"); }),
             "pupil_diameter_mm is 6 in the table, which contradicts the command line, where it is 5.5; state it once");
+  Statement infrared, green;
+  infrared.reference = Nanometres(850.0);
+  green.reference = Nanometres(555.0);
+  EXPECT_EQ(MessageOf([&] { Combined(green, "the command line", infrared, "the file"); }),
+            "reference_wavelength_nm is 850 in the file, which contradicts the command line, where it is 555; state "
+            "it once");
+  EXPECT_EQ(Combined(infrared, "", infrared, "").reference, Nanometres(850.0));
 }
 
 TEST(Statement, PartsHaveTheirWords) {

@@ -68,6 +68,21 @@ TEST(EyeFile, TakesAsManyCoefficientsAsTheOrderHas) {
             "check the index scheme");
 }
 
+TEST(EyeFile, MayStateTheReferenceWavelength) {
+  const TemporaryFolder folder;
+  Write(folder / "eye.json", kGood);
+  EXPECT_EQ(ReadEyeFile((folder / "eye.json").string()).referenceWavelength, std::nullopt);
+  Write(folder / "infrared.json", Replaced("5.5,", "5.5, \"reference_wavelength_nm\": 840.5,"));
+  const Eye infrared = ReadEyeFile((folder / "infrared.json").string());
+  EXPECT_EQ(infrared.referenceWavelength, Nanometres(840.5));
+  Write(folder / "again.json", EyeFileText(infrared));
+  EXPECT_EQ(ReadEyeFile((folder / "again.json").string()).referenceWavelength, Nanometres(840.5));
+  Statement stated;
+  stated.reference = Nanometres(555.0);
+  EXPECT_EQ(ReadEyeFile((folder / "eye.json").string(), stated).referenceWavelength, Nanometres(555.0));
+  EXPECT_THROW(ReadEyeFile((folder / "infrared.json").string(), stated), ErrorAt);
+}
+
 constexpr const char* kSpelledOut = R"({
   "pupil_diameter_mm": 5.5, "eye": "OS",
   "convention": {"unit": "waves", "wavelength_nm": 543.5, "normalisation": "none", "order": "fringe", "y_axis": "down"},
@@ -174,8 +189,8 @@ const Fault kFaults[] = {
     {"MisspeltKey", Replaced("pupil_diameter_mm", "pupil_diametre_mm"),
      "line 3, column 3: key 'pupil_diametre_mm' is not known; did you mean 'pupil_diameter_mm'?"},
     {"UnknownKey", Replaced("\"note\"", "\"eyelashes\""),
-     "line 2, column 44: key 'eyelashes' is not known; the keys are name, source, note, pupil_diameter_mm, eye, "
-     "convention, coefficients"},
+     "line 2, column 44: key 'eyelashes' is not known; the keys are name, source, note, pupil_diameter_mm, "
+     "reference_wavelength_nm, eye, convention, coefficients"},
     {"MisspeltKeyOfTheConvention", Replaced("normalisation", "normalization"),
      "line 4, column 47: key 'convention.normalization' is not known; did you mean 'convention.normalisation'?"},
     {"KeyGivenTwice", Replaced("\"note\"", "\"source\""), "line 2, column 44: key 'source' is given twice; keep one"},
@@ -225,7 +240,19 @@ const Fault kFaults[] = {
      "line 4, column 33: key 'convention.wavelength_nm' must be a number, not string; write it without quotes, such as "
      "6.0"},
     {"WavelengthWithoutWaves", Replaced("\"unit\": \"um\"", "\"wavelength_nm\": 550"),
-     "line 4, column 3: wavelength_nm is stated, but the unit is um; a wavelength belongs to the unit waves alone"},
+     "line 4, column 3: wavelength_nm is stated, but the unit is um; it is the wavelength of the unit waves alone. "
+     "State the one at which the coefficients hold as reference_wavelength_nm"},
+    {"ReferenceWavelengthInMicrometres", Replaced("5.5,", "5.5, \"reference_wavelength_nm\": 0.85,"),
+     "line 3, column 29: key reference_wavelength_nm is 0.85; it is from 300 to 1200 nm. Write it in nanometres, such "
+     "as 555"},
+    {"ReferenceWavelengthInQuotes", Replaced("5.5,", "5.5, \"reference_wavelength_nm\": \"850\","),
+     "line 3, column 29: key 'reference_wavelength_nm' must be a number, not string; write it without quotes, such as "
+     "6.0"},
+    {"ReferenceWavelengthMisspelt", Replaced("5.5,", "5.5, \"reference_wavelength\": 850,"),
+     "line 3, column 29: key 'reference_wavelength' is not known; did you mean 'reference_wavelength_nm'?"},
+    {"ReferenceWavelengthInTheConvention", Replaced("\"unit\": \"um\"", "\"reference_wavelength_nm\": 850"),
+     "line 4, column 33: key 'convention.reference_wavelength_nm' is not known; write it beside 'convention', not "
+     "within"},
     {"TermNamedTwice", Replaced("[0, 0.25, -3, 4e-2]", R"json({"Z4": 1, "Z(2,0)": 2})json"),
      "line 5, column 29: key 'coefficients.Z(2,0)' names the term Z(2,0), which is given already; keep one"},
     {"NameOfNoCoefficient", Replaced("[0, 0.25, -3, 4e-2]", R"({"defocus": 1})"),

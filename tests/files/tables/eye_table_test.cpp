@@ -60,6 +60,45 @@ TEST(EyeTable, TheCommandLineMayStateItForAllRows) {
   EXPECT_EQ(opened.Next().eye.coefficients.AsStated(), (Coefficients{0, 0, 0, 0.5, -0.25}));
 }
 
+TEST(EyeTable, RowsMayHaveDifferentReferenceWavelengthsOrNone) {
+  Opened opened("id,Reference_Wavelength_nm,Z4\na,850,1\nb,,1\nc,555,1\nd,85,1\ne,555,1\n", Stated());
+  EXPECT_TRUE(opened.table.MayStateReference());
+  EXPECT_EQ(opened.table.identifierNames(), std::vector<std::string>{"id"});
+  EXPECT_EQ(opened.Next().eye.referenceWavelength, Nanometres(850.0));
+  EXPECT_EQ(opened.Next().eye.referenceWavelength, std::nullopt);
+  EXPECT_EQ(opened.Next().eye.referenceWavelength, Nanometres(555.0));
+  TableEye row;
+  try {
+    opened.table.Next(row);
+    FAIL();
+  } catch (const ErrorAt& error) {
+    EXPECT_STREQ(error.what(),
+                 "t.csv: line 5, column 3: column 'Reference_Wavelength_nm': reference_wavelength_nm is 85; it is from "
+                 "300 to 1200 nm. Write it in nanometres, such as 555");
+  }
+  EXPECT_EQ(opened.Next().eye.referenceWavelength, Nanometres(555.0));
+}
+
+TEST(EyeTable, TheReferenceWavelengthMayBeStatedForAllRows) {
+  EXPECT_FALSE(Opened("Z4\n1\n", Stated()).table.MayStateReference());
+  Statement stated = Stated();
+  stated.reference = Nanometres(555.0);
+  Opened opened(
+      "{\"Z4\": 1}\n{\"Z4\": 1, \"reference_wavelength_nm\": 555}\n"
+      "{\"Z4\": 1, \"reference_wavelength_nm\": 850}\n",
+      stated, TableKind::kNdjson);
+  EXPECT_TRUE(opened.table.MayStateReference());
+  EXPECT_EQ(opened.Next().eye.referenceWavelength, Nanometres(555.0));
+  EXPECT_EQ(opened.Next().eye.referenceWavelength, Nanometres(555.0));
+  TableEye row;
+  EXPECT_THROW(opened.table.Next(row), ErrorAt);
+}
+
+// It would be taken for the user's own column, and silently left out.
+TEST(EyeTable, AReferenceWavelengthWithoutItsUnitIsRefused) {
+  EXPECT_THROW(Opened("reference_wavelength,Z4\n850,1\n", Stated()), ErrorAt);
+}
+
 TEST(EyeTable, NamedTermsAreNamedWhateverARowSays) {
   Opened opened("pupil_diameter_mm,eye,unit,normalisation,order,y_axis,\"Z(2,0)\"\n6,OD,um,orthonormal,named,up,0.5\n");
   EXPECT_EQ(opened.table.CommonOrder(), Order::kNamed);

@@ -24,7 +24,7 @@ const std::vector<std::size_t> kTerms = {3, 4, 6, 9, 12};
 
 TEST(EyeWriter, RowsAreReadBackToTheBit) {
   for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) {
-    const EyeWriter writer({"id", "note"}, order, kTerms);
+    const EyeWriter writer({"id", "note"}, order, kTerms, false);
     const Eye eye = Lopsided(order);
     std::istringstream stream(writer.Header() + writer.Row(eye, {"", "a,\"b\"\nc"}));
     EyeTable table(stream, "t.csv", TableKind::kCsv, {});
@@ -37,8 +37,25 @@ TEST(EyeWriter, RowsAreReadBackToTheBit) {
   }
 }
 
+TEST(EyeWriter, KeepsTheReferenceWavelengthOfEachRow) {
+  Eye infrared = Lopsided(Order::kOsa), unknown = infrared;
+  infrared.referenceWavelength = Nanometres(2550.0 / 3.0);
+  const EyeWriter writer({}, Order::kOsa, kTerms, true);
+  std::istringstream stream(writer.Header() + writer.Row(infrared, {}) + writer.Row(unknown, {}));
+  EyeTable table(stream, "t.csv", TableKind::kCsv, {});
+  TableEye row;
+  ASSERT_TRUE(table.Next(row));
+  EXPECT_EQ(row.eye.referenceWavelength, infrared.referenceWavelength);
+  EXPECT_EQ(row.eye.coefficients, infrared.coefficients);
+  ASSERT_TRUE(table.Next(row));
+  EXPECT_EQ(row.eye.referenceWavelength, std::nullopt);
+  const EyeWriter without({}, Order::kOsa, kTerms, false);
+  EXPECT_NO_THROW(without.Row(unknown, {}));
+  EXPECT_THROW(without.Row(infrared, {}), Error);
+}
+
 TEST(EyeWriter, WhatHasNoColumnIsRefusedUnlessItIsZero) {
-  const EyeWriter writer({}, Order::kOsa, {3, 4});
+  const EyeWriter writer({}, Order::kOsa, {3, 4}, false);
   Eye eye = Lopsided(Order::kOsa);
   EXPECT_THROW(writer.Row(eye, {}), Error);
   eye.coefficients = {eye.coefficients.convention(), {0, 0, 0, 1, 2, 0}};
@@ -47,7 +64,7 @@ TEST(EyeWriter, WhatHasNoColumnIsRefusedUnlessItIsZero) {
 
 TEST(EyeWriter, FringeRefusesTheSixfoldTerms) {
   const std::size_t hexafoil = OsaIndex({6, 6});
-  const EyeWriter writer({}, Order::kFringe, {4, hexafoil});
+  const EyeWriter writer({}, Order::kFringe, {4, hexafoil}, false);
   EXPECT_EQ(writer.Header(), "pupil_diameter_mm,eye,unit,wavelength_nm,normalisation,order,y_axis,Z4\n");
   Eye eye = Lopsided(Order::kFringe);
   eye.coefficients = {eye.coefficients.convention(), Coefficients(hexafoil + 1)};
