@@ -1,9 +1,9 @@
 // Reads the sector star from the constants of the library.
 #include "interface/pattern_asset.h"
-#include "targets/sector_star.h"
+#include "orvanel/sector_star.h"
 
 namespace orvanel {
 
-void LoadPatternAsset(double* pattern) { targets::LoadSectorStar(pattern); }
+void LoadPatternAsset(double* pattern) { DrawSectorStar(pattern); }
 
 }  // namespace orvanel

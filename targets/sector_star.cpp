@@ -1,20 +1,24 @@
 // Decodes the star that is embedded among the constants.
-#include "targets/sector_star.h"
+#include "orvanel/sector_star.h"
 
 #include "orvanel/orvanel.h"
 #include "targets/bitmap.h"
+#include "targets/sector_star.h"
 
 // The bytes of assets/sector_star.dib.
 extern "C" const unsigned char orvanel_sector_star[];
 
-namespace orvanel::targets {
+namespace orvanel {
 
-void LoadSectorStar(double* pattern) { DecodeBitmap(orvanel_sector_star, pattern); }
+void DrawSectorStar(double* plane) { targets::DecodeBitmap(orvanel_sector_star, plane); }
+
+namespace targets {
 
 Plane SectorStar() {
   Plane star(ORVANEL_PLANE_SAMPLES);
-  LoadSectorStar(star.data());
+  DrawSectorStar(star.data());
   return star;
 }
 
-}  // namespace orvanel::targets
+}  // namespace targets
+}  // namespace orvanel

@@ -1,4 +1,4 @@
-// The built-in Siemens star (sector star).
+// Provides the built-in Siemens star (sector star) as a plane.
 #ifndef ORVANEL_TARGETS_SECTOR_STAR_H
 #define ORVANEL_TARGETS_SECTOR_STAR_H
 
@@ -7,10 +7,7 @@
 
 namespace orvanel::targets {
 
-// The star of 40 sectors: 256 x 256 samples, row-major, top row first, 0.0 for black and 1.0 for white.
-void LoadSectorStar(double* pattern);
-
-// The same as a plane of its own.
+// The star of DrawSectorStar.
 Plane SectorStar();
 
 }  // namespace orvanel::targets

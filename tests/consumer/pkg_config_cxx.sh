@@ -22,3 +22,6 @@ builds engine_and_matrix "$here/engine_and_matrix/main.cpp"
 "$scratch/engine_and_matrix"
 builds tables_and_transforms "$here/tables_and_transforms.cpp"
 "$scratch/tables_and_transforms"
+builds objects_and_sampling "$here/objects_and_sampling.cpp"
+printed=$("$scratch/objects_and_sampling") || { echo "$printed"; exit 1; }
+[ "$(wc -l <<<"$printed")" -eq 1 ] || { echo "a function prints: $printed"; exit 1; }

@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <numeric>
+#include <vector>
 
 #include "orvanel/orvanel.h"
+#include "orvanel/sector_star.h"
 
 namespace orvanel::targets {
 namespace {
@@ -16,6 +18,12 @@ TEST(SectorStar, IsBlackAndWhiteAndHasItsLight) {
   ASSERT_EQ(star.size(), static_cast<std::size_t>(ORVANEL_PLANE_SAMPLES));
   EXPECT_TRUE(std::all_of(star.begin(), star.end(), [](double v) { return v == 0.0 || v == 1.0; }));
   EXPECT_EQ(std::accumulate(star.begin(), star.end(), 0.0), 32402.0);
+}
+
+TEST(SectorStar, AsAPlaneIsThePublicOne) {
+  std::vector<double> drawn(ORVANEL_PLANE_SAMPLES, -1.0);
+  DrawSectorStar(drawn.data());
+  EXPECT_EQ(SectorStar(), drawn);
 }
 
 }  // namespace
