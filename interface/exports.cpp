@@ -12,8 +12,19 @@
 #include "orvanel/orvanel.h"
 #include "orvanel/sampling.h"
 
-namespace orvanel {
 namespace {
+
+using orvanel::ActiveKernels;
+using orvanel::CutSections;
+using orvanel::DiffractionLimit;
+using orvanel::FrequencyRange;
+using orvanel::GridPlane;
+using orvanel::kWavelength;
+using orvanel::LoadPatternAsset;
+using orvanel::ModuleState;
+using orvanel::Store;
+using orvanel::StoreAll;
+using orvanel::WhyNoKernels;
 
 constexpr int kDone = 1;
 constexpr int kRefused = 0;
@@ -32,10 +43,7 @@ bool Once(std::atomic<bool>& made, bool (*make)()) {
 }
 
 bool HasEngine() {
-  return Once(module.hasEngine, [] {
-    module.engine = OpticsEngine::Make(std::nothrow, ORVANEL_GRID_SIZE);
-    return module.engine.has_value();
-  });
+  return Once(module.hasEngine, [] { return module.MakeEngine(); });
 }
 
 // Refuses a call without an engine. Reports once if no call can have one.
@@ -66,13 +74,7 @@ bool HasPattern() {
   });
 }
 
-// Created at load; if that fails, the first eye tries again.
-[[maybe_unused]] const bool engineMade = HasEngine();
-
 }  // namespace
-}  // namespace orvanel
-
-using namespace orvanel;
 
 void OrvanelInputPupil(double pupilDiameter) noexcept {
   module.pupilDiameter = pupilDiameter;

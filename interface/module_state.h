@@ -4,14 +4,23 @@
 
 #include <array>
 #include <atomic>
+#include <new>
 #include <optional>
 
 #include "orvanel/optics_engine.h"
+#include "orvanel/orvanel.h"
 
 namespace orvanel {
 
 // Constructed when the library is loaded, destroyed when it is unloaded.
 struct ModuleState {
+  // If there is no memory for the engine at load, the first eye tries again.
+  ModuleState() { hasEngine = MakeEngine(); }
+  bool MakeEngine() {
+    engine = OpticsEngine::Make(std::nothrow, ORVANEL_GRID_SIZE);
+    return engine.has_value();
+  }
+
   std::optional<OpticsEngine> engine;                // none while there is no memory for one, or no kernels
   std::array<double, kCoefficients> coefficients{};  // as last given to OrvanelInputZer
   double wavelength = 0.0;                           // mm; set together with the pupil
