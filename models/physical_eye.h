@@ -1,0 +1,18 @@
+// Converts the canonical eye to the eye of the physical model.
+#ifndef ORVANEL_MODELS_PHYSICAL_EYE_CONVERSION_H
+#define ORVANEL_MODELS_PHYSICAL_EYE_CONVERSION_H
+
+#include "base/layers.h"
+#include "eye/eye.h"
+#include "models/physical/eye.h"
+
+namespace orvanel::models {
+
+// The same modes in micrometres over the same pupil, with a prescription stated beside them added, and the reference
+// wavelength where it is known. Whether the model accepts the pupil and the wavelengths, it says itself. Throws
+// OrderAboveHighest where a term above radial order 10 is not 0.
+physical::Eye PhysicalEyeOf(const Eye& eye);
+
+}  // namespace orvanel::models
+
+#endif  // ORVANEL_MODELS_PHYSICAL_EYE_CONVERSION_H
