@@ -26,7 +26,7 @@ constexpr double kBarHeight = 84.0;
 // The window of a ring, with room for its blur.
 Window RingWindow(const Ring& ring) {
   constexpr int kLeastRoom = 24;
-  return WindowFor(ring.diameter + std::max(ring.diameter / 2, kLeastRoom));
+  return WindowFor(ring.diameter + std::max(ring.diameter / 2, kLeastRoom), ring.seen);
 }
 
 // The cells of the rings, and the magnification, which is the same for all rings.
@@ -62,8 +62,8 @@ Grid GridOf(const std::vector<ShownRing>& rings) {
 
 // Describes the part of the field that the panel shows, on both scales.
 std::string PanelText(const Ring& ring, Window window, const Scales& scales) {
-  if (ring.diameter > ORVANEL_GRID_SIZE) {
-    return std::to_string(ring.diameter) + " samples across a field of 256";
+  if (ring.diameter > ring.seen.columns()) {
+    return std::to_string(ring.diameter) + " samples across a field of " + std::to_string(ring.seen.columns());
   }
   return std::to_string(window.count) + " samples, " + NumberText(window.count * scales.library.pitch.value(), 3) +
          "\u2032 (" + NumberText(window.count * scales.optical.pitch.value(), 3) + "\u2032 optical scale)";

@@ -37,18 +37,18 @@ std::string SampleNote(const Results& results, Quantity library, Quantity optica
 // The window that contains every sample brighter than a hundredth of the peak.
 Window BrightWindow(const Plane& psf) {
   int reach = 0;
-  for (int row = 0; row < ORVANEL_GRID_SIZE; ++row) {
-    for (int column = 0; column < ORVANEL_GRID_SIZE; ++column) {
-      if (psf[static_cast<std::size_t>(row * ORVANEL_GRID_SIZE + column)] < 0.01) continue;
-      reach = std::max({reach, std::abs(row - ORVANEL_GRID_SIZE / 2), std::abs(column - ORVANEL_GRID_SIZE / 2)});
+  for (int row = 0; row < psf.rows(); ++row) {
+    for (int column = 0; column < psf.columns(); ++column) {
+      if (psf.At(row, column) < 0.01) continue;
+      reach = std::max({reach, std::abs(row - psf.rows() / 2), std::abs(column - psf.columns() / 2)});
     }
   }
-  return WindowFor(2 * reach + 1);
+  return WindowFor(2 * reach + 1, psf);
 }
 
-std::string WindowText(Window window) {
-  if (window.count == ORVANEL_GRID_SIZE) return "whole plane";
-  return "central " + std::to_string(window.count) + " of 256 samples";
+std::string WindowText(Window window, const Plane& plane) {
+  if (window.count == plane.columns()) return "whole plane";
+  return "central " + std::to_string(window.count) + " of " + std::to_string(plane.columns()) + " samples";
 }
 
 PlaneFigure PsfBase(const Results& results, Side side, Window window) {
@@ -86,9 +86,10 @@ PlaneFigure WavefrontFigure(const Results& results, Side side) {
   figure.view = View::kPupil;
   figure.side = side;
   figure.high = kLeastRange;
-  for (const double w : wavefront.map) {
-    figure.values.push_back(ToMicrometres(Millimetres(w)).value());
-    if (std::abs(figure.values.back()) > figure.high) figure.high = std::abs(figure.values.back());
+  figure.values = wavefront.map;
+  for (double& value : figure.values) {
+    value = ToMicrometres(Millimetres(value)).value();
+    if (std::abs(value) > figure.high) figure.high = std::abs(value);
   }
   figure.low = -figure.high;
   figure.map = &kDiverging;
@@ -100,7 +101,7 @@ PlaneFigure WavefrontFigure(const Results& results, Side side) {
 PlaneFigure PsfFigure(const Results& results, Side side) {
   PlaneFigure figure = PsfBase(results, side, BrightWindow(results.psf));
   figure.title = "Point spread function";
-  figure.subtitle = "Strehl ratio " + NumberText(results.strehl, 3) + "; " + WindowText(figure.window);
+  figure.subtitle = "Strehl ratio " + NumberText(results.strehl, 3) + "; " + WindowText(figure.window, results.psf);
   figure.values = results.psf;
   figure.low = 0.0;
   figure.high = 1.0;
@@ -110,10 +111,11 @@ PlaneFigure PsfFigure(const Results& results, Side side) {
 }
 
 PlaneFigure PsfLogFigure(const Results& results, Side side) {
-  PlaneFigure figure = PsfBase(results, side, kWholePlane);
+  PlaneFigure figure = PsfBase(results, side, WholeOf(results.psf));
   figure.title = "Point spread function, logarithmic";
-  figure.subtitle = WindowText(figure.window);
-  for (const double v : results.psf) figure.values.push_back(v > 0.0 ? Logarithm(v) / std::numbers::ln10 : -kDecades);
+  figure.subtitle = WindowText(figure.window, results.psf);
+  figure.values = results.psf;
+  for (double& v : figure.values) v = v > 0.0 ? Logarithm(v) / std::numbers::ln10 : -kDecades;
   figure.low = -kDecades;
   figure.high = 0.0;
   for (int exponent = 0; exponent >= -static_cast<int>(kDecades); --exponent) {
@@ -126,13 +128,14 @@ PlaneFigure PsfLogFigure(const Results& results, Side side) {
 PlaneFigure MtfFigure(const Results& results) {
   PlaneFigure figure;
   figure.title = "Modulation transfer function";
-  figure.subtitle = WindowText(kWholePlane) + "; colours by square roots";
+  figure.subtitle = WindowText(WholeOf(results.mtf), results.mtf) + "; colours by square roots";
   // Square roots, since most values of an eye's MTF are far below 1.
-  for (const double v : results.mtf) figure.values.push_back(std::sqrt(v));
-  figure.window = kWholePlane;
+  figure.values = results.mtf;
+  for (double& v : figure.values) v = std::sqrt(v);
+  figure.window = WholeOf(results.mtf);
   const double step = results.scales.library.step.value();
-  figure.x = WindowAxis(kWholePlane, step, "horizontal (cycles/degree, library scale)");
-  figure.y = Upwards(WindowAxis(kWholePlane, step, "vertical, up (cycles/degree)"));
+  figure.x = WindowAxis(figure.window, step, "horizontal (cycles/degree, library scale)");
+  figure.y = Upwards(WindowAxis(figure.window, step, "vertical, up (cycles/degree)"));
   figure.view = View::kRetina;
   figure.side = Side::kUnknown;  // frequencies have no nasal side
   figure.note = SampleNote(results, results.scales.library.step, results.scales.optical.step);

@@ -99,22 +99,26 @@ void DrawStar(Canvas& canvas, double top, const SimulatedEye& simulated) {
   const double upper = kCaptionHeight, lower = kCaptionHeight + kPanel + kPanelLabelHeight;
   const Point first = CellCorner(top, 0), second = CellCorner(top, 1);
   DrawTitle(canvas, first, kPanel, "Sector star", "40 sectors, whole field");
-  DrawPanel(canvas, PanelBox(first.x, first.y + upper), GreyWindow(results.star.original, kWholePlane), "original",
-            side);
-  DrawPanel(canvas, PanelBox(first.x, first.y + lower), GreyWindow(results.star.stretched, kWholePlane),
+  DrawPanel(canvas, PanelBox(first.x, first.y + upper),
+            GreyWindow(results.star.original, WholeOf(results.star.original)), "original", side);
+  DrawPanel(canvas, PanelBox(first.x, first.y + lower),
+            GreyWindow(results.star.stretched, WholeOf(results.star.stretched)),
             "retinal image, stretched from black to white", side);
   DrawScaleNote(canvas, {second.x, second.y + upper}, results);
-  DrawPanel(canvas, PanelBox(second.x, second.y + lower), GreyWindow(results.star.totalLight, kWholePlane),
-            "retinal image, total light kept", side);
+  DrawPanel(canvas, PanelBox(second.x, second.y + lower),
+            GreyWindow(results.star.totalLight, WholeOf(results.star.totalLight)), "retinal image, total light kept",
+            side);
 }
 
 void DrawRings(Canvas& canvas, double top, const SimulatedEye& simulated, const std::vector<ShownRing>& rings) {
+  if (rings.empty()) return;
+  const Plane& field = rings.front().ring->seen;
   int largest = 0;
-  for (const ShownRing& shown : rings) largest = std::max(largest, std::min(shown.ring->diameter, ORVANEL_GRID_SIZE));
-  const Window window = WindowFor(largest + largest / 2);
-  const std::string part = window.count == ORVANEL_GRID_SIZE
-                               ? std::string(", whole field")
-                               : ", central " + std::to_string(window.count) + " of 256 samples";
+  for (const ShownRing& shown : rings) largest = std::max(largest, std::min(shown.ring->diameter, field.columns()));
+  const Window window = WindowFor(largest + largest / 2, field);
+  const std::string part = window.count == field.columns() ? std::string(", whole field")
+                                                           : ", central " + std::to_string(window.count) + " of " +
+                                                                 std::to_string(field.columns()) + " samples";
   int cell = 2;
   for (const ShownRing& shown : rings) {
     const Ring& ring = *shown.ring;

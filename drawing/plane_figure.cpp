@@ -19,7 +19,7 @@ ColourPicture Coloured(const Plane& plane, Window window, const Pixel& pixel) {
   ColourPicture picture{window.count, window.count, {}};
   for (int row = window.first; row < window.first + window.count; ++row) {
     for (int column = window.first; column < window.first + window.count; ++column) {
-      picture.pixels.push_back(pixel(plane[static_cast<std::size_t>(row * ORVANEL_GRID_SIZE + column)]));
+      picture.pixels.push_back(pixel(plane.At(row, column)));
     }
   }
   return picture;
@@ -33,11 +33,14 @@ ColourPicture Bar(const std::uint32_t (&map)[256]) {
 
 }  // namespace
 
-Window WindowFor(int count) {
+Window WholeOf(const Plane& plane) { return {0, plane.columns()}; }
+
+Window WindowFor(int count, const Plane& plane) {
+  const int whole = plane.columns();
   for (const int side : {32, 48, 64, 96, 128, 192}) {
-    if (side >= count) return {ORVANEL_GRID_SIZE / 2 - side / 2, side};
+    if (side >= count && side < whole) return {whole / 2 - side / 2, side};
   }
-  return kWholePlane;
+  return WholeOf(plane);
 }
 
 ColourPicture GreyWindow(const Plane& plane, Window window) {
@@ -45,7 +48,7 @@ ColourPicture GreyWindow(const Plane& plane, Window window) {
   ColourPicture picture{window.count, window.count, {}};
   for (int row = window.first; row < window.first + window.count; ++row) {
     for (int column = window.first; column < window.first + window.count; ++column) {
-      const std::uint8_t level = grey.pixels[static_cast<std::size_t>(row * ORVANEL_GRID_SIZE + column)];
+      const std::uint8_t level = grey.pixels[static_cast<std::size_t>(row * plane.columns() + column)];
       picture.pixels.push_back({level, level, level});
     }
   }

@@ -10,20 +10,19 @@
 #include "drawing/canvas/canvas.h"
 #include "drawing/canvas/colour_map.h"
 #include "eye/view.h"
-#include "orvanel/orvanel.h"
 #include "targets/plane.h"
 
 namespace orvanel::drawing {
 
-// The central samples of a plane, `count` on each side of the square.
+// The central samples of a square plane, `count` on each side.
 struct Window {
   int first, count;
 };
 
-constexpr Window kWholePlane{0, ORVANEL_GRID_SIZE};
+Window WholeOf(const Plane& plane);
 
-// The smallest of a few windows that contains `count` samples around the centre.
-Window WindowFor(int count);
+// The smallest of a few windows of a square plane that contains `count` samples around the centre.
+Window WindowFor(int count, const Plane& plane);
 
 struct PlaneFigure {
   std::string title, subtitle, note;

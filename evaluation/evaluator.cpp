@@ -10,14 +10,14 @@ namespace {
 void Clear(Results& results, Needs gone) {
   if (gone.empty()) return;
   if (gone.Has(Need::kUndersampled)) results.undersampled = 0.0;
-  if (gone.Has(Need::kWavefront)) results.wavefront.map.clear();
+  if (gone.Has(Need::kWavefront)) results.wavefront.map.Clear();
   if (gone.Has(Need::kWavefrontRange)) {
     results.wavefront.rms = results.wavefront.peakToValley = results.wavefront.steepestStep = Micrometres(0.0);
   }
   if (gone.Has(Need::kStrehl)) results.strehl = 0.0;
   if (gone.Has(Need::kStrehlPeak)) results.strehlPeak = 0.0;
-  if (gone.Has(Need::kPsf)) results.psf.clear();
-  if (gone.Has(Need::kMtf)) results.mtf.clear();
+  if (gone.Has(Need::kPsf)) results.psf.Clear();
+  if (gone.Has(Need::kMtf)) results.mtf.Clear();
   if (gone.Has(Need::kSections)) results.rowSection = results.columnSection = results.diffractionLimit = {};
   if (gone.Has(Need::kLineSpreads)) results.lineSpreads = {};
 }

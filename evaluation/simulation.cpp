@@ -30,7 +30,7 @@ StarImages StarSeenBy(Evaluator& evaluator) {
 }
 
 Ring RingSeenBy(Evaluator& evaluator, Millimetres pupil, const RingRequest& request) {
-  Ring ring{request, RingDiameter(pupil, request.acuity), 0.0, Plane(ORVANEL_PLANE_SAMPLES), {}};
+  Ring ring{request, RingDiameter(pupil, request.acuity), 0.0, Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE), {}};
   ring.effectiveAcuity = EffectiveAcuity(pupil, ring.diameter);
   DrawRing(ring.original.data(), ORVANEL_GRID_SIZE, ring.diameter, static_cast<int>(request.gap));
   ring.seen = evaluator.ImageOf(ring.original, ImageKind::kTotalLight);

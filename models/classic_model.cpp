@@ -26,7 +26,7 @@ Millimetres HeightBound(const LibraryCoefficients& coefficients) {
 }
 
 void CopyMap(const GridPlane& wavefront, Plane& map) {
-  map.resize(ORVANEL_PLANE_SAMPLES);
+  map.Resize(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   std::replace_copy(wavefront.begin(), wavefront.end(), map.begin(), kWavefrontOutside,
                     std::numeric_limits<double>::quiet_NaN());
 }
@@ -72,7 +72,7 @@ void ClassicModel::Compute(const Eye& eye, Needs needs, Results& results) {
 void ClassicModel::ComputePlanes(Needs needs, Results& results) {
   const auto plane = [this, needs](Need need, Plane& wanted) {
     Plane& written = needs.Has(need) ? wanted : spare_;
-    written.resize(ORVANEL_PLANE_SAMPLES);
+    written.Resize(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
     return written.data();
   };
   double step = 0.0, strehl = 0.0;
@@ -83,7 +83,7 @@ void ClassicModel::ComputePlanes(Needs needs, Results& results) {
                        sections ? results.columnSection.data() : nullptr,
                        sections ? results.diffractionLimit.data() : nullptr, ORVANEL_GRID_SIZE);
     if (needs.Has(Need::kPsf)) {
-      results.psf.resize(ORVANEL_PLANE_SAMPLES);
+      results.psf.Resize(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
       engine_.psfPlane.CopyTo(results.psf.data());
     }
   } else {
@@ -96,7 +96,7 @@ void ClassicModel::ComputePlanes(Needs needs, Results& results) {
 }
 
 void ClassicModel::ImageOf(const Plane& object, ImageKind kind, Plane& image) {
-  image.resize(ORVANEL_PLANE_SAMPLES);
+  image.Resize(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   engine_.normaliseOutput = kind == ImageKind::kStretched ? 1 : 0;
   if (kind != ImageKind::kLinear) {
     engine_.PatternRetinalImage(image.data(), object.data(), ORVANEL_GRID_SIZE);
@@ -117,7 +117,7 @@ void ClassicModel::ImageOf(const Plane& object, ImageKind kind, Plane& image) {
 }
 
 void ClassicModel::ImageOf(PrecomputedObject object, ImageKind kind, Plane& image) {
-  image.resize(ORVANEL_PLANE_SAMPLES);
+  image.Resize(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   engine_.normaliseOutput = kind == ImageKind::kStretched ? 1 : 0;
   engine_.PreparedRetinalImage(image.data(), objects_.at(object.index));
 }

@@ -73,7 +73,7 @@ ObjectPicture FitToField(const DecodedPicture& picture, const PictureRequest& re
   const auto stored = static_cast<std::size_t>(picture.channels);
   const bool opacity = stored % 2 == 0;
   const std::size_t channels = opacity ? stored - 1 : stored;
-  object.channels.assign(channels, Plane(ORVANEL_PLANE_SAMPLES));
+  object.channels.assign(channels, Plane(kSide, kSide));
 
   const std::vector<double> light = LightOfLevels(request.linear);
   const Field field = FieldOf(request.fit, picture.width, picture.height);

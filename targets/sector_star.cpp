@@ -15,7 +15,7 @@ void DrawSectorStar(double* plane) { targets::DecodeBitmap(orvanel_sector_star, 
 namespace targets {
 
 Plane SectorStar() {
-  Plane star(ORVANEL_PLANE_SAMPLES);
+  Plane star(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   DrawSectorStar(star.data());
   return star;
 }

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 
-#include "orvanel/orvanel.h"
 #include "targets/srgb.h"
 
 namespace orvanel::files {
@@ -20,15 +19,15 @@ Level LevelOf(double light, bool linear) {
 
 template <class Level>
 Picture<Level> GreyPixels(const Plane& plane, bool linear) {
-  Picture<Level> picture{ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, {}};
+  Picture<Level> picture{plane.columns(), plane.rows(), {}};
   for (const double light : plane) picture.pixels.push_back(LevelOf<Level>(light, linear));
   return picture;
 }
 
 template <class Level>
 Picture<Rgb<Level>> ColourPixels(const std::vector<Plane>& channels, bool linear) {
-  Picture<Rgb<Level>> picture{ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, {}};
   const Plane &red = channels.front(), &green = channels[channels.size() / 2], &blue = channels.back();
+  Picture<Rgb<Level>> picture{red.columns(), red.rows(), {}};
   for (std::size_t i = 0; i < red.size(); ++i) {
     picture.pixels.push_back(
         {LevelOf<Level>(red[i], linear), LevelOf<Level>(green[i], linear), LevelOf<Level>(blue[i], linear)});

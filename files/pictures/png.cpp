@@ -8,7 +8,6 @@
 #include <cstdlib>
 
 #include "base/error.h"
-#include "orvanel/orvanel.h"
 
 namespace orvanel::files {
 namespace {
@@ -158,8 +157,8 @@ std::string Encode(const Picture<Pixel>& picture, Pixels kind, std::uint8_t colo
 
 }  // namespace
 
-GreyPicture GreyPictureOf(const std::vector<double>& plane) {
-  GreyPicture picture{ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, {}};
+GreyPicture GreyPictureOf(const Plane& plane) {
+  GreyPicture picture{plane.columns(), plane.rows(), {}};
   picture.pixels.reserve(plane.size());
   for (const double v : plane) {
     const double clipped = v > 0.0 ? std::min(v, 1.0) : 0.0;

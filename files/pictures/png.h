@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/layers.h"
+#include "targets/plane.h"
 
 namespace orvanel::files {
 
@@ -30,7 +31,7 @@ using DeepGreyPicture = Picture<std::uint16_t>;
 using DeepColourPicture = Picture<Rgb<std::uint16_t>>;
 
 // A plane of 256 x 256 values as grey pixels: round(255 v). Values outside 0 to 1, and NaN, are clipped.
-GreyPicture GreyPictureOf(const std::vector<double>& plane);
+GreyPicture GreyPictureOf(const Plane& plane);
 
 // The meaning of pixels: colours for the screen, or numbers that viewers must not change.
 enum class Pixels { kSrgb, kNumbers };

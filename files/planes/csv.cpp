@@ -4,16 +4,16 @@
 #include <cmath>
 
 #include "base/number_text.h"
-#include "orvanel/orvanel.h"
 
 namespace orvanel::files {
 
 std::string EncodeCsv(const PlaneSet& set) {
   std::string text;
-  std::size_t column = 0;
-  for (const double value : *set.planes.at(0).samples) {
+  const Plane& samples = *set.planes.at(0).samples;
+  int column = 0;
+  for (const double value : samples) {
     text += std::isnan(value) ? "NaN" : ShortestText(value);
-    column = (column + 1) % ORVANEL_GRID_SIZE;
+    column = (column + 1) % samples.columns();
     text += column == 0 ? '\n' : ',';
   }
   return text;

@@ -4,7 +4,6 @@
 #include <hdf5.h>
 
 #include "files/planes/hdf5_handle.h"
-#include "orvanel/orvanel.h"
 
 namespace orvanel::files {
 namespace {
@@ -25,12 +24,12 @@ void WriteFact(hid_t place, const Fact& fact) {
 
 // One chunk, compressed.
 void WritePlane(hid_t file, const NamedPlane& plane) {
-  constexpr hsize_t kShape[] = {ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE};
+  const hsize_t shape[] = {static_cast<hsize_t>(plane.samples->rows()), static_cast<hsize_t>(plane.samples->columns())};
   constexpr unsigned kLevel = 6;
-  const Handle space(H5Screate_simple(2, kShape, nullptr), H5Sclose);
+  const Handle space(H5Screate_simple(2, shape, nullptr), H5Sclose);
   const Handle properties(H5Pcreate(H5P_DATASET_CREATE), H5Pclose);
   Require(H5Pset_obj_track_times(properties, false));
-  Require(H5Pset_chunk(properties, 2, kShape));
+  Require(H5Pset_chunk(properties, 2, shape));
   Require(H5Pset_shuffle(properties));
   Require(H5Pset_deflate(properties, kLevel));
   const Handle dataset(

@@ -7,35 +7,32 @@
 
 #include <zlib.h>
 
+#include <array>
 #include <bit>
 #include <limits>
 #include <list>
 
 #include "files/planes/hdf5_handle.h"
-#include "orvanel/orvanel.h"
 
 namespace orvanel::files {
 namespace {
 
-constexpr hsize_t kSide = ORVANEL_GRID_SIZE;
 constexpr unsigned kLevel = 6;
 
 }  // namespace
 
 // HDF5's filters: shuffle (all first bytes, then all second bytes, ...) and deflate.
-std::string CompressedPlane(const double* samples) {
+std::string CompressedPlane(const Plane& plane) {
   static_assert(std::endian::native == std::endian::little);
-  constexpr std::size_t kBytes = sizeof(double) * ORVANEL_PLANE_SAMPLES;
-  std::vector<unsigned char> shuffled(kBytes);
-  const auto* const bytes = reinterpret_cast<const unsigned char*>(samples);
+  const std::size_t samples = plane.size();
+  std::vector<unsigned char> shuffled(sizeof(double) * samples);
+  const auto* const bytes = reinterpret_cast<const unsigned char*>(plane.data());
   for (std::size_t b = 0; b < sizeof(double); ++b) {
-    for (std::size_t i = 0; i < ORVANEL_PLANE_SAMPLES; ++i) {
-      shuffled[b * ORVANEL_PLANE_SAMPLES + i] = bytes[sizeof(double) * i + b];
-    }
+    for (std::size_t i = 0; i < samples; ++i) shuffled[b * samples + i] = bytes[sizeof(double) * i + b];
   }
-  uLongf size = compressBound(kBytes);
+  uLongf size = compressBound(shuffled.size());
   std::string compressed(size, '\0');
-  if (compress2(reinterpret_cast<Bytef*>(compressed.data()), &size, shuffled.data(), kBytes, kLevel) != Z_OK) {
+  if (compress2(reinterpret_cast<Bytef*>(compressed.data()), &size, shuffled.data(), shuffled.size(), kLevel) != Z_OK) {
     throw Error("cannot compress a plane: zlib refuses");
   }
   compressed.resize(size);
@@ -46,20 +43,23 @@ std::string CompressedPlane(const double* samples) {
 struct Hdf5Stack::State {
   Handle file = CreateInMemory();
   std::list<Handle> planes;
+  std::vector<std::array<hsize_t, 2>> shapes;  // of each kind: rows, columns
   hsize_t eyes = 0;
 };
 
 Hdf5Stack::Hdf5Stack(const std::vector<StackedPlane>& kinds) : state_(std::make_unique<State>()) {
   for (const StackedPlane& kind : kinds) {
-    constexpr hsize_t kNone[] = {0, kSide, kSide}, kMost[] = {H5S_UNLIMITED, kSide, kSide}, kOne[] = {1, kSide, kSide};
+    const auto rows = static_cast<hsize_t>(kind.rows), columns = static_cast<hsize_t>(kind.columns);
+    const hsize_t none[] = {0, rows, columns}, most[] = {H5S_UNLIMITED, rows, columns}, one[] = {1, rows, columns};
     const double missing = std::numeric_limits<double>::quiet_NaN();
-    const Handle space(H5Screate_simple(3, kNone, kMost), H5Sclose);
+    const Handle space(H5Screate_simple(3, none, most), H5Sclose);
     const Handle properties(H5Pcreate(H5P_DATASET_CREATE), H5Pclose);
     Require(H5Pset_obj_track_times(properties, false));
-    Require(H5Pset_chunk(properties, 3, kOne));
+    Require(H5Pset_chunk(properties, 3, one));
     Require(H5Pset_shuffle(properties));
     Require(H5Pset_deflate(properties, kLevel));
     Require(H5Pset_fill_value(properties, H5T_NATIVE_DOUBLE, &missing));
+    state_->shapes.push_back({rows, columns});
     state_->planes.emplace_back(
         H5Dcreate2(state_->file, kind.name.c_str(), H5T_IEEE_F64LE, space, H5P_DEFAULT, properties, H5P_DEFAULT),
         H5Dclose);
@@ -72,12 +72,15 @@ Hdf5Stack::Hdf5Stack(const std::vector<StackedPlane>& kinds) : state_(std::make_
 Hdf5Stack::~Hdf5Stack() = default;
 
 void Hdf5Stack::Add(const std::vector<std::string>& compressed) {
-  const hsize_t offset[] = {state_->eyes, 0, 0}, shape[] = {++state_->eyes, kSide, kSide};
+  const hsize_t offset[] = {state_->eyes, 0, 0};
+  ++state_->eyes;
   std::size_t i = 0;
   for (const Handle& plane : state_->planes) {
+    const hsize_t shape[] = {state_->eyes, state_->shapes[i][0], state_->shapes[i][1]};
     Require(H5Dset_extent(plane, shape));
-    if (compressed.empty()) continue;
-    Require(H5Dwrite_chunk(plane, H5P_DEFAULT, 0, offset, compressed[i].size(), compressed[i].data()));
+    if (!compressed.empty()) {
+      Require(H5Dwrite_chunk(plane, H5P_DEFAULT, 0, offset, compressed[i].size(), compressed[i].data()));
+    }
     ++i;
   }
 }
@@ -107,7 +110,7 @@ namespace orvanel::files {
 
 struct Hdf5Stack::State {};
 
-std::string CompressedPlane(const double* /*samples*/) { throw Error("made without libhdf5"); }
+std::string CompressedPlane(const Plane& /*plane*/) { throw Error("made without libhdf5"); }
 Hdf5Stack::Hdf5Stack(const std::vector<StackedPlane>& /*kinds*/) { throw Error("made without libhdf5"); }
 Hdf5Stack::~Hdf5Stack() = default;
 void Hdf5Stack::Add(const std::vector<std::string>& /*compressed*/) {}

@@ -7,19 +7,21 @@
 #include <vector>
 
 #include "base/layers.h"
+#include "targets/plane.h"
 
 namespace orvanel::files {
 
 // A kind of plane; each eye has one.
 struct StackedPlane {
   std::string name, description, unit, view;
+  int columns, rows;
 };
 
 // A plane compressed as the file stores it. Thread-safe.
-std::string CompressedPlane(const double* samples);
+std::string CompressedPlane(const Plane& plane);
 
-// A dataset of eyes x 256 x 256 doubles for each kind of plane, and datasets of one number per eye. The format has the
-// oldest version and no times, so that the same planes give the same bytes. One thread at a time uses the library.
+// A dataset of eyes x rows x columns doubles for each kind of plane, and datasets of one number per eye. The format has
+// the oldest version and no times, so that the same planes give the same bytes. One thread at a time uses the library.
 class Hdf5Stack {
  public:
   // All members throw Error if the library reports one.

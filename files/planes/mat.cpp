@@ -16,7 +16,6 @@
 namespace orvanel::files {
 namespace {
 
-constexpr std::size_t kSide = ORVANEL_GRID_SIZE;
 constexpr std::size_t kHeaderText = 115;  // bytes of text at the beginning of a file, without the last
 
 [[noreturn]] void Refuse(const std::string& reason) { throw Error("cannot make a MAT file: " + reason); }
@@ -77,11 +76,14 @@ Variable Text(const std::string& name, const std::string& text) {
 }
 
 Variable PlaneVariable(const NamedPlane& plane) {
-  std::vector<double> byColumns(kSide * kSide);
-  for (std::size_t r = 0; r < kSide; ++r) {
-    for (std::size_t c = 0; c < kSide; ++c) byColumns[kSide * c + r] = (*plane.samples)[kSide * r + c];
+  const Plane& samples = *plane.samples;
+  std::vector<double> byColumns;
+  byColumns.reserve(samples.size());
+  for (int c = 0; c < samples.columns(); ++c) {
+    for (int r = 0; r < samples.rows(); ++r) byColumns.push_back(samples.At(r, c));
   }
-  return Numbers(Identifier(plane.name), kSide, kSide, byColumns.data());
+  return Numbers(Identifier(plane.name), static_cast<std::size_t>(samples.rows()),
+                 static_cast<std::size_t>(samples.columns()), byColumns.data());
 }
 
 Variable FactVariable(const Fact& fact) {

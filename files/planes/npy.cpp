@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include "orvanel/orvanel.h"
-
 namespace orvanel::files {
 namespace {
 
@@ -17,10 +15,10 @@ void AppendLittleEndian(std::string& bytes, Integer value) {
 }  // namespace
 
 std::string EncodeNpy(const PlaneSet& set) {
-  const std::vector<double>& samples = *set.planes.at(0).samples;
+  const Plane& samples = *set.planes.at(0).samples;
   constexpr std::size_t kPreamble = 10, kAlignment = 64;
-  const std::string length = std::to_string(ORVANEL_GRID_SIZE);
-  std::string header = "{'descr': '<f8', 'fortran_order': False, 'shape': (" + length + ", " + length + "), }";
+  std::string header = "{'descr': '<f8', 'fortran_order': False, 'shape': (" + std::to_string(samples.rows()) + ", " +
+                       std::to_string(samples.columns()) + "), }";
   while ((kPreamble + header.size() + 1) % kAlignment != 0) header += ' ';
   header += '\n';
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/layers.h"
+#include "targets/plane.h"
 
 namespace orvanel::files {
 
@@ -17,12 +18,11 @@ struct Fact {
   std::variant<double, std::string, std::vector<double>> value;
 };
 
-// 256 x 256 samples, row-major, row 0 at the top.
 struct NamedPlane {
   std::string name;         // the beginning of a file's name
   std::string description;  // one line
   std::string unit;         // of the samples; "1" if they have none
-  const std::vector<double>* samples;
+  const Plane* samples;
   double samplesPerCm;         // the resolution in a picture file, on retina or pupil; 0 if there is none
   std::vector<Fact> spacings;  // between neighbouring samples, on each scale
   std::vector<Fact> view;      // texts: the view and, if known, the nasal side

@@ -25,9 +25,10 @@ std::string Description(const NamedPlane& plane) {
 }
 
 void WriteTags(TIFF* tiff, const NamedPlane& plane) {
-  const auto side = static_cast<std::uint32_t>(ORVANEL_GRID_SIZE);
-  Require(TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, side) && TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, side) &&
-          TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, side) && TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 32) &&
+  const auto width = static_cast<std::uint32_t>(plane.samples->columns());
+  const auto height = static_cast<std::uint32_t>(plane.samples->rows());
+  Require(TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width) && TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height) &&
+          TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, height) && TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 32) &&
           TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 1) &&
           TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_IEEEFP) &&
           TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK) &&
@@ -49,12 +50,12 @@ std::string EncodeTiff(const PlaneSet& set) {
     const TiffHandle tiff = OpenTiff(file, "wl");  // little-endian everywhere
     Require(tiff != nullptr);
     WriteTags(tiff.get(), plane);
-    std::vector<float> row(ORVANEL_GRID_SIZE);
-    for (std::uint32_t r = 0; r < ORVANEL_GRID_SIZE; ++r) {
-      std::transform(plane.samples->begin() + r * ORVANEL_GRID_SIZE,
-                     plane.samples->begin() + (r + 1) * ORVANEL_GRID_SIZE, row.begin(),
-                     [](double v) { return static_cast<float>(v); });
-      Require(TIFFWriteScanline(tiff.get(), row.data(), r, 0) == 1);
+    const Plane& samples = *plane.samples;
+    std::vector<float> row(static_cast<std::size_t>(samples.columns()));
+    for (int r = 0; r < samples.rows(); ++r) {
+      const auto first = samples.begin() + static_cast<std::ptrdiff_t>(r) * samples.columns();
+      std::transform(first, first + samples.columns(), row.begin(), [](double v) { return static_cast<float>(v); });
+      Require(TIFFWriteScanline(tiff.get(), row.data(), static_cast<std::uint32_t>(r), 0) == 1);
     }
     Require(TIFFFlush(tiff.get()) == 1);
   }

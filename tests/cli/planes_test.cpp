@@ -16,7 +16,7 @@ const Request kRequest = {Millimetres(4.5), {{0.7, Gap::kLeft}, {1.9, Gap::kDown
 SimulatedEye WithPicture() {
   SimulatedEye simulated = Simulated(AsymmetricEye(), kRequest.rings);
   ObjectPicture object;
-  for (const double light : {0.2, 0.4, 0.8}) object.channels.emplace_back(ORVANEL_PLANE_SAMPLES, light);
+  for (const double light : {0.2, 0.4, 0.8}) object.channels.emplace_back(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, light);
   simulated.results.picture = PictureSeenBy(simulated.eye, object);
   return simulated;
 }

@@ -26,7 +26,7 @@ TEST(Summary, ValuesAreThoseThatTheLibraryGives) {
 
   OrvanelInputPupil(simulated.results.pupil.value());
   ASSERT_EQ(OrvanelInputZer(Bare(ToLibrary(simulated.eye.coefficients)).data()), 1);
-  Plane plane(ORVANEL_PLANE_SAMPLES);
+  Plane plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   double strehl, halfWidth, range, acuity;
   OrvanelInputPupil(simulated.results.pupil.value());
   ASSERT_EQ(OrvanelInputZer(Bare(ToLibrary(simulated.eye.coefficients)).data()), 1);

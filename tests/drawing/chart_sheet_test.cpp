@@ -43,7 +43,7 @@ TEST(ChartSheet, DrawsAllRingsAtOneMagnification) {
   constexpr int kSides[] = {60, 20};
   for (std::size_t i = 0; i < 2; ++i) {
     Plane& seen = simulated.results.rings[i].seen;
-    seen.assign(ORVANEL_PLANE_SAMPLES, 1.0);
+    seen = Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 1.0);
     const int first = 128 - kSides[i] / 2;
     for (int row = first; row < first + kSides[i]; ++row) {
       for (int column = first; column < first + kSides[i]; ++column) {

@@ -104,7 +104,7 @@ TEST(Figures, NameTheirViewAndMarkTheNoseWhereItHasAMeaning) {
 
 TEST(Figures, RowZeroIsAtTheTop) {
   PlaneFigure figure = MtfFigure(Simulated(AsymmetricEye(), {{1.0, Gap::kUp}}).results);
-  figure.values.assign(ORVANEL_PLANE_SAMPLES, 0.0);
+  figure.values = Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   std::fill_n(figure.values.begin(), 100 * ORVANEL_GRID_SIZE, 1.0);
   Canvas canvas(kPlaneFigureWidth, kFigureHeight, 1.0);
   Draw(canvas, {0, 0}, figure);
@@ -131,12 +131,13 @@ TEST(Figures, LinearPointSpreadShowsAllThatIsBrighterThanAHundredth) {
 }
 
 TEST(Figures, WindowsAreCentredAndLargeEnough) {
+  const Plane plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   for (int count = 1; count <= ORVANEL_GRID_SIZE; ++count) {
-    const Window window = WindowFor(count);
+    const Window window = WindowFor(count, plane);
     EXPECT_GE(window.count, count);
     EXPECT_EQ(window.first + window.count / 2, 128);
   }
-  EXPECT_EQ(WindowFor(1000).count, ORVANEL_GRID_SIZE);
+  EXPECT_EQ(WindowFor(1000, plane).count, ORVANEL_GRID_SIZE);
 }
 
 constexpr int kSides = 56, kEnds = 24;  // of a sheet's margin, which is 60 wide and 30 high

@@ -65,7 +65,8 @@ TEST(PictureSheet, ShowsThePictureInItsColours) {
   const SimulatedEye simulated = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
   const ColourPicture sheet =
       Sheet(simulated, true,
-            {Plane(ORVANEL_PLANE_SAMPLES, 0.2), Plane(ORVANEL_PLANE_SAMPLES, 0.4), Plane(ORVANEL_PLANE_SAMPLES, 0.8)});
+            {Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.2), Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.4),
+             Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.8)});
   const auto count = std::count_if(sheet.pixels.begin(), sheet.pixels.end(),
                                    [](const Colour& c) { return c.red == 51 && c.green == 102 && c.blue == 204; });
   EXPECT_EQ(count, 2 * 512 * 512);  // even light is seen as it is, as given and with contrast kept; its square is not

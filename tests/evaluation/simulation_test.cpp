@@ -29,7 +29,7 @@ TEST(Simulation, PointSpreadAndTransferAreThoseOfTheLibrary) {
   const SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
   const Results& s = simulated.results;
   Enter(simulated);
-  Plane plane(ORVANEL_PLANE_SAMPLES);
+  Plane plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   double strehl, halfWidth, range;
   ASSERT_EQ(OrvanelGetPSF(plane.data(), &strehl, &halfWidth), 1);
   EXPECT_EQ(s.psf, plane);
@@ -48,7 +48,7 @@ TEST(Simulation, PointSpreadAndTransferAreThoseOfTheLibrary) {
 TEST(Simulation, RingsAreThoseOfTheLibrary) {
   const SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
   Enter(simulated);
-  Plane seen(ORVANEL_PLANE_SAMPLES), original(ORVANEL_PLANE_SAMPLES);
+  Plane seen(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE), original(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   for (const auto& [index, direction] : {std::pair<std::size_t, int>{0, 4}, {1, 1}}) {
     const Ring& ring = simulated.results.rings.at(index);
     double acuity;

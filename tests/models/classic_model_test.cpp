@@ -83,7 +83,7 @@ TEST(ClassicModel, ImagesDoNotDependOnWhatElseIsNeeded) {
 }
 
 TEST(ClassicModel, APrecomputedObjectHasTheImagesOfItsPlane) {
-  const Plane star = SectorStar(), grey(ORVANEL_PLANE_SAMPLES, 0.5);
+  const Plane star = SectorStar(), grey(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.5);
   ClassicModel model;
   Results results;
   model.Compute(AsymmetricEye(), {Need::kImages}, results);

@@ -26,7 +26,7 @@ SeenPicture See(const Eye& eye, std::vector<Plane> channels) {
 }
 
 Plane RingPlane() {
-  Plane plane(ORVANEL_PLANE_SAMPLES);
+  Plane plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   DrawRing(plane.data(), ORVANEL_GRID_SIZE, 60, 2);
   return plane;
 }
@@ -49,7 +49,7 @@ TEST(SeenPicture, APointIsSeenAsThePsfWithRowsMirrored) {
   ClassicModel().Compute(eye, {Need::kPsf}, results);
   const Plane& psf = results.psf;
   const double total = Sum(psf);
-  Plane point(ORVANEL_PLANE_SAMPLES, 0.0);
+  Plane point(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.0);
   point[256 * 90 + 150] = 0.75;
   const Plane image = See(eye, {point}).contrastKept[0];
   for (int row = 0; row < 256; ++row) {
@@ -63,7 +63,7 @@ TEST(SeenPicture, APointIsSeenAsThePsfWithRowsMirrored) {
 
 TEST(SeenPicture, EvenLightStaysAsItIs) {
   const Eye eye = AsymmetricEye();
-  const SeenPicture picture = See(eye, {Plane(ORVANEL_PLANE_SAMPLES, 0.3)});
+  const SeenPicture picture = See(eye, {Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.3)});
   for (std::size_t k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) {
     ASSERT_NEAR(picture.seen[0][k], 0.3, kRounding);
     ASSERT_NEAR(picture.contrastKept[0][k], 0.3, kRounding);
@@ -72,8 +72,8 @@ TEST(SeenPicture, EvenLightStaysAsItIs) {
 
 TEST(SeenPicture, ContrastKeptHasTheObjectsLightAndIsTheRootOfWhatIsSeen) {
   const Eye eye = AsymmetricEye();
-  Plane ramp;
-  for (int k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) ramp.push_back((k * 37 % 256) / 512.0);
+  Plane ramp(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
+  for (std::size_t k = 0; k < ramp.size(); ++k) ramp[k] = static_cast<double>(k * 37 % 256) / 512.0;
   const SeenPicture picture = See(eye, {ramp});
   const Plane &seen = picture.seen[0], &kept = picture.contrastKept[0];
   EXPECT_NEAR(Sum(kept) / Sum(ramp), 1.0, kRounding);
@@ -83,9 +83,9 @@ TEST(SeenPicture, ContrastKeptHasTheObjectsLightAndIsTheRootOfWhatIsSeen) {
 
 TEST(SeenPicture, BlackIsSeenBlackAndNotAsNoNumber) {
   const Eye eye = AsymmetricEye();
-  const SeenPicture picture = See(eye, {Plane(ORVANEL_PLANE_SAMPLES, 0.0)});
-  EXPECT_EQ(picture.seen[0], Plane(ORVANEL_PLANE_SAMPLES, 0.0));
-  EXPECT_EQ(picture.contrastKept[0], Plane(ORVANEL_PLANE_SAMPLES, 0.0));
+  const SeenPicture picture = See(eye, {Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.0)});
+  EXPECT_EQ(picture.seen[0], Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.0));
+  EXPECT_EQ(picture.contrastKept[0], Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.0));
 }
 
 TEST(SeenPicture, EachChannelIsBlurredAsIfItWereAlone) {
@@ -99,7 +99,7 @@ TEST(SeenPicture, EachChannelIsBlurredAsIfItWereAlone) {
 
 // Half grey, half strong red.
 std::vector<Plane> HalfRed() {
-  std::vector<Plane> channels(3, Plane(ORVANEL_PLANE_SAMPLES, 0.4));
+  std::vector<Plane> channels(3, Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.4));
   for (std::size_t k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) {
     if (k % 256 >= 128) {
       channels[0][k] = 0.9;

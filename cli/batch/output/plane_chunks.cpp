@@ -17,6 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int kSide = ORVANEL_GRID_SIZE;
+
 struct KindWords {
   PlaneKind kind;
   Need need;
@@ -29,11 +31,13 @@ const std::vector<KindWords>& Kinds() {
   static const std::vector<KindWords> kKinds = {
       {PlaneKind::kWavefront,
        Need::kWavefront,
-       {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Text(View::kPupil)}},
-      {PlaneKind::kPsf, Need::kPsf, {"psf", "point spread function, 1 at its peak", "1", Text(View::kRetina)}},
+       {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Text(View::kPupil), kSide, kSide}},
+      {PlaneKind::kPsf,
+       Need::kPsf,
+       {"psf", "point spread function, 1 at its peak", "1", Text(View::kRetina), kSide, kSide}},
       {PlaneKind::kMtf,
        Need::kMtf,
-       {"mtf", "modulation transfer function, 1 at zero frequency", "1", Text(View::kRetina)}}};
+       {"mtf", "modulation transfer function, 1 at zero frequency", "1", Text(View::kRetina), kSide, kSide}}};
   return kKinds;
 }
 
@@ -64,13 +68,13 @@ std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, c
   for (const PlaneKind kind : kinds) {
     switch (kind) {
       case PlaneKind::kWavefront:
-        planes.push_back(CompressedPlane(results.wavefront.map.data()));
+        planes.push_back(CompressedPlane(results.wavefront.map));
         break;
       case PlaneKind::kPsf:
-        planes.push_back(CompressedPlane(results.psf.data()));
+        planes.push_back(CompressedPlane(results.psf));
         break;
       case PlaneKind::kMtf:
-        planes.push_back(CompressedPlane(results.mtf.data()));
+        planes.push_back(CompressedPlane(results.mtf));
         break;
     }
   }

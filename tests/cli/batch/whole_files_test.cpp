@@ -32,17 +32,17 @@ void ExpectNoneIsWholeBut(const std::string& bytes, bool (*isWhole)(const std::f
 }
 
 TEST(WholeFiles, APictureIsWholeWithItsEnd) {
-  const Plane ramp(ORVANEL_PLANE_SAMPLES, 0.25);
+  const Plane ramp(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.25);
   ExpectNoneIsWholeBut(EncodePng(GreyPictureOf(ramp), Pixels::kNumbers), IsWholePng);
 }
 
 #if ORVANEL_WITH_HDF5
 TEST(WholeFiles, AStackOfPlanesIsWholeWithAllItsBytes) {
-  std::vector<double> plane(ORVANEL_PLANE_SAMPLES);
+  Plane plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   for (std::size_t i = 0; i < plane.size(); ++i) plane[i] = 0.001 * static_cast<double>(i % 77);
   for (const int eyes : {0, 1, 5}) {
-    Hdf5Stack stack({{"psf", "point spread function", "1", "retina"}});
-    for (int i = 0; i < eyes; ++i) stack.Add({CompressedPlane(plane.data())});
+    Hdf5Stack stack({{"psf", "point spread function", "1", "retina", ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE}});
+    for (int i = 0; i < eyes; ++i) stack.Add({CompressedPlane(plane)});
     stack.AddNumbers("row", "number of the row", std::vector<double>(static_cast<std::size_t>(eyes), 2.0));
     ExpectNoneIsWholeBut(stack.Finish(), IsWholeHdf5);
   }

@@ -26,8 +26,8 @@ std::vector<int> Decoded(const std::string& bytes, int& channels) {
 }
 
 Plane Ramp(double first) {
-  Plane plane;
-  for (int k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) plane.push_back(first + k / 131072.0);
+  Plane plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
+  for (std::size_t k = 0; k < plane.size(); ++k) plane[k] = first + static_cast<double>(k) / 131072.0;
   return plane;
 }
 
@@ -44,14 +44,14 @@ TEST(PicturePixels, OneChannelIsGreyAndThreeAreInOrder) {
 
 TEST(PicturePixels, LightIsWrittenAsSrgbUnlessItIsWantedAsItIs) {
   int channels = 0;
-  const Plane plane(ORVANEL_PLANE_SAMPLES, 0.2);
+  const Plane plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.2);
   EXPECT_EQ(Decoded(EncodePicture({plane}, false, 16), channels)[9], std::lround(65535.0 * SrgbOfLight(0.2)));
   EXPECT_EQ(Decoded(EncodePicture({plane}, true, 16), channels)[9], 13107);
   EXPECT_EQ(Decoded(EncodePicture({plane}, false, 8), channels)[9], 257 * std::lround(255.0 * SrgbOfLight(0.2)));
 }
 
 TEST(PicturePixels, WhatLiesOutsideIsClipped) {
-  Plane plane(ORVANEL_PLANE_SAMPLES, 1.5);
+  Plane plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 1.5);
   plane[1] = -0.5;
   plane[2] = std::numeric_limits<double>::quiet_NaN();
   const ColourPicture pixels = PicturePixels({plane}, false);

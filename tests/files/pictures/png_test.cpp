@@ -159,7 +159,7 @@ TEST(Png, WithoutPixelsIsRefused) {
 }
 
 TEST(Png, PictureOfAPlaneRoundsClipsAndKeepsRowZeroAtTheTop) {
-  std::vector<double> plane(65536, 0.2);
+  Plane plane(256, 256, 0.2);
   plane[0] = 0.5;  // 127.5 rounds away from 0
   plane[1] = 1.0;
   plane[2] = 7.0;

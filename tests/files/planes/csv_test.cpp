@@ -11,7 +11,7 @@ namespace orvanel::files {
 namespace {
 
 TEST(Csv, HasALineForEachRowAndNoHeader) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   const std::string text = EncodeCsv(SetOfOne(samples));
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 256);
   EXPECT_EQ(std::count(text.begin(), text.end(), ','), 256 * 255);
@@ -21,7 +21,7 @@ TEST(Csv, HasALineForEachRowAndNoHeader) {
 }
 
 TEST(Csv, NumbersReadBackTheSame) {
-  std::vector<double> samples = Ramp();
+  Plane samples = Ramp();
   samples[1] = 0.1 + 0.2;
   EXPECT_EQ(EncodeCsv(SetOfOne(samples)).substr(4, 20), "0.30000000000000004,");
 }

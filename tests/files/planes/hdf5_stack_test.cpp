@@ -16,7 +16,7 @@ namespace orvanel::files {
 namespace {
 
 std::string Stack(const std::string& plane) {
-  Hdf5Stack stack({{"psf", "point spread function", "1", "retina"}});
+  Hdf5Stack stack({{"psf", "point spread function", "1", "retina", ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE}});
   stack.Add({plane});
   stack.Add({});
   stack.Add({plane});
@@ -25,7 +25,7 @@ std::string Stack(const std::string& plane) {
 }
 
 TEST(Hdf5Stack, TheSamePlanesGiveTheSameBytesInTheNextSecond) {
-  const std::string plane = CompressedPlane(Ramp().data());
+  const std::string plane = CompressedPlane(Ramp());
   const std::string first = Stack(plane);
   EXPECT_TRUE(first.starts_with(std::string("\x89HDF\r\n\x1a\n\0", 9)));
   std::this_thread::sleep_for(std::chrono::milliseconds(1100));
@@ -34,8 +34,8 @@ TEST(Hdf5Stack, TheSamePlanesGiveTheSameBytesInTheNextSecond) {
 
 TEST(Hdf5Stack, AnEyeWithoutPlanesHasNoNumbers) {
   const TemporaryFolder folder;
-  const std::vector<double> ramp = Ramp();
-  Write(folder / "stack.h5", Stack(CompressedPlane(ramp.data())));
+  const Plane ramp = Ramp();
+  Write(folder / "stack.h5", Stack(CompressedPlane(ramp)));
   const hid_t file = H5Fopen((folder / "stack.h5").c_str(), H5F_ACC_RDONLY, H5P_DEFAULT);
   const hid_t dataset = H5Dopen2(file, "psf", H5P_DEFAULT);
   std::vector<double> samples(3 * ORVANEL_PLANE_SAMPLES);

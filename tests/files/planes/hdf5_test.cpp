@@ -12,19 +12,19 @@ namespace orvanel::files {
 namespace {
 
 TEST(Hdf5, BeginsWithTheSignatureOfTheOldestVersion) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   EXPECT_TRUE(EncodeHdf5(SetOfOne(samples)).starts_with(std::string("\x89HDF\r\n\x1a\n\0", 9)));
 }
 
 TEST(Hdf5, TheSamePlanesGiveTheSameBytesInTheNextSecond) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   const std::string first = EncodeHdf5(SetOfOne(samples));
   std::this_thread::sleep_for(std::chrono::milliseconds(1100));
   EXPECT_EQ(EncodeHdf5(SetOfOne(samples)), first);
 }
 
 TEST(Hdf5, TextMayBeOfAnyLength) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   PlaneSet set = SetOfOne(samples);
   set.facts[0].value = std::string(300000, 'n');
   EXPECT_NE(EncodeHdf5(set).find(std::string(300000, 'n')), std::string::npos);

@@ -9,7 +9,7 @@ namespace orvanel::files {
 namespace {
 
 TEST(Mat, HeaderIsThatOfVersionFiveWithoutADate) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   const std::string bytes = EncodeMat(SetOfOne(samples));
   const std::string text = "MATLAB 5.0 MAT-file, created by orvanel " ORVANEL_VERSION;
   EXPECT_EQ(bytes.substr(0, 116), text + std::string(115 - text.size(), ' ') + '\0');
@@ -17,7 +17,7 @@ TEST(Mat, HeaderIsThatOfVersionFiveWithoutADate) {
 }
 
 TEST(Mat, TheSamePlanesGiveTheSameBytes) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   EXPECT_EQ(EncodeMat(SetOfOne(samples)), EncodeMat(SetOfOne(samples)));
 }
 

@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kHeader = 128;
 
 TEST(Npy, HeaderIsThatOfFormatOneAndEndsOnAMultipleOf64) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   const std::string bytes = EncodeNpy(SetOfOne(samples));
   ASSERT_EQ(bytes.size(), kHeader + 65536 * 8U);
   EXPECT_EQ(bytes.substr(0, 10), std::string("\x93NUMPY\x01\x00\x76\x00", 10));  // 0x76 = 128 - 10
@@ -23,7 +23,7 @@ TEST(Npy, HeaderIsThatOfFormatOneAndEndsOnAMultipleOf64) {
 }
 
 TEST(Npy, NumbersAreLittleEndianInTheOrderOfThePlane) {
-  std::vector<double> samples = Ramp();
+  Plane samples = Ramp();
   samples[1] = -2.0;
   samples[256] = 3.0;
   const std::string bytes = EncodeNpy(SetOfOne(samples));

@@ -11,15 +11,15 @@
 namespace orvanel::files {
 
 // 0 to 1, different in every sample; the first is not a number.
-inline std::vector<double> Ramp() {
-  std::vector<double> samples;
-  for (int k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) samples.push_back(k / 65536.0);
+inline Plane Ramp() {
+  Plane samples(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
+  for (std::size_t k = 0; k < samples.size(); ++k) samples[k] = static_cast<double>(k) / 65536.0;
   samples[0] = std::numeric_limits<double>::quiet_NaN();
   return samples;
 }
 
 // One plane of these samples, which must outlive it.
-inline PlaneSet SetOfOne(const std::vector<double>& samples) {
+inline PlaneSet SetOfOne(const Plane& samples) {
   return {{{"ramp-0.5", "a ramp", "mm", &samples, 400.0, {{"sample_spacing_mm", 0.025}}, {{"view", "pupil"}}}},
           {{"name", "\u00c5sa"}, {"pupil_diameter_mm", 4.5}, {"coefficients", std::vector<double>{0.25, -0.5}}}};
 }

@@ -10,7 +10,7 @@ namespace orvanel::files {
 namespace {
 
 TEST(Png16, SamplesAreRoundedToSixteenBitsAndClipped) {
-  std::vector<double> samples = Ramp();
+  Plane samples = Ramp();
   samples[1] = 1.0 + 0x1p-52;
   samples[2] = -0.25;
   const std::string bytes = EncodePng16(SetOfOne(samples));

@@ -33,7 +33,7 @@ std::map<std::uint32_t, std::uint32_t> Tags(const std::string& bytes) {
 }
 
 TEST(Tiff, HoldsFloatsWithResolutionAndNoDate) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   const std::string bytes = EncodeTiff(SetOfOne(samples));
   ASSERT_TRUE(bytes.starts_with("II*"));
   auto tags = Tags(bytes);
@@ -47,14 +47,14 @@ TEST(Tiff, HoldsFloatsWithResolutionAndNoDate) {
 }
 
 TEST(Tiff, DescriptionHasUnitAndSpacing) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   const std::string bytes = EncodeTiff(SetOfOne(samples));
   const std::string description = bytes.c_str() + Tags(bytes)[270];
   EXPECT_EQ(description, "ramp-0.5: a ramp\nunit: mm\nsample_spacing_mm: 0.025\nview: pupil");
 }
 
 TEST(Tiff, SamplesStandInOneStripInTheOrderOfThePlane) {
-  const std::vector<double> samples = Ramp();
+  const Plane samples = Ramp();
   const std::string bytes = EncodeTiff(SetOfOne(samples));
   std::vector<float> strip(samples.size());
   std::memcpy(strip.data(), bytes.data() + Tags(bytes)[273], strip.size() * sizeof(float));
