@@ -26,5 +26,10 @@ TEST(Csv, NumbersReadBackTheSame) {
   EXPECT_EQ(EncodeCsv(SetOfOne(samples)).substr(4, 20), "0.30000000000000004,");
 }
 
+TEST(Csv, LinesHaveAsManyNumbersAsThePlaneHasColumns) {
+  const Plane samples(3, 2, {1.0, 2.0, 3.0, 4.0, 5.0, 6.0});
+  EXPECT_EQ(EncodeCsv(SetOfOne(samples)), "1,2,3\n4,5,6\n");
+}
+
 }  // namespace
 }  // namespace orvanel::files

@@ -2,8 +2,13 @@
 #include "files/planes/mat.h"
 
 #include <gtest/gtest.h>
+#include <matio.h>
+
+#include <memory>
+#include <vector>
 
 #include "tests/files/planes/plane_sets.h"
+#include "tests/support/temporary_files.h"
 
 namespace orvanel::files {
 namespace {
@@ -19,6 +24,21 @@ TEST(Mat, HeaderIsThatOfVersionFiveWithoutADate) {
 TEST(Mat, TheSamePlanesGiveTheSameBytes) {
   const Plane samples = Ramp();
   EXPECT_EQ(EncodeMat(SetOfOne(samples)), EncodeMat(SetOfOne(samples)));
+}
+
+TEST(Mat, AWidePlaneKeepsItsRows) {
+  const TemporaryFolder folder;
+  const Plane samples(3, 2, {1.0, 2.0, 3.0, 4.0, 5.0, 6.0});
+  Write(folder / "planes.mat", EncodeMat(SetOfOne(samples)));
+  const std::unique_ptr<mat_t, int (*)(mat_t*)> file(Mat_Open((folder / "planes.mat").c_str(), MAT_ACC_RDONLY),
+                                                     Mat_Close);
+  ASSERT_NE(file, nullptr);
+  const std::unique_ptr<matvar_t, void (*)(matvar_t*)> plane(Mat_VarRead(file.get(), "ramp_0_5"), Mat_VarFree);
+  ASSERT_NE(plane, nullptr);
+  EXPECT_EQ(plane->dims[0], 2U);
+  EXPECT_EQ(plane->dims[1], 3U);
+  const auto* const byColumns = static_cast<const double*>(plane->data);
+  EXPECT_EQ(std::vector<double>(byColumns, byColumns + 6), (std::vector<double>{1.0, 4.0, 2.0, 5.0, 3.0, 6.0}));
 }
 
 }  // namespace

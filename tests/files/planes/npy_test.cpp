@@ -32,5 +32,12 @@ TEST(Npy, NumbersAreLittleEndianInTheOrderOfThePlane) {
   EXPECT_EQ(bytes.substr(kHeader + 8 * 256, 8), std::string("\0\0\0\0\0\0\x08\x40", 8));
 }
 
+TEST(Npy, ShapeIsRowsThenColumns) {
+  const Plane samples(3, 2, 1.0);
+  const std::string bytes = EncodeNpy(SetOfOne(samples));
+  EXPECT_NE(bytes.find("'shape': (2, 3), }"), std::string::npos) << bytes.substr(10, 80);
+  EXPECT_EQ(bytes.size(), kHeader + 6 * 8U);
+}
+
 }  // namespace
 }  // namespace orvanel::files

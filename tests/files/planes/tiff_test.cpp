@@ -62,5 +62,16 @@ TEST(Tiff, SamplesStandInOneStripInTheOrderOfThePlane) {
   for (std::size_t k = 1; k < strip.size(); ++k) ASSERT_EQ(strip[k], samples[k]) << k;
 }
 
+TEST(Tiff, AWidePlaneKeepsItsRows) {
+  const Plane samples(3, 2, {1.0, 2.0, 3.0, 4.0, 5.0, 6.0});
+  const std::string bytes = EncodeTiff(SetOfOne(samples));
+  auto tags = Tags(bytes);
+  EXPECT_EQ(tags[256], 3U);  // width
+  EXPECT_EQ(tags[257], 2U);  // height
+  std::vector<float> strip(samples.size());
+  std::memcpy(strip.data(), bytes.data() + tags[273], strip.size() * sizeof(float));
+  EXPECT_EQ(strip, (std::vector<float>{1.0F, 2.0F, 3.0F, 4.0F, 5.0F, 6.0F}));
+}
+
 }  // namespace
 }  // namespace orvanel::files
