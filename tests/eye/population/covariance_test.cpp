@@ -59,6 +59,28 @@ TEST(Covariance, AMatrixWithoutFullRankHasFactorsToo) {
   ExpectProduct({aa, ab, ac, ab, bb, bc, ac, bc, cc}, {"a", "b", "c"}, 2);
 }
 
+// The 66 terms up to radial order 10, with variances that fall by a factor of 1e8.
+TEST(Covariance, SixtySixTermsOfFullRankAndOfLess) {
+  constexpr std::size_t kTerms = 66;
+  for (const std::size_t rank : {kTerms, std::size_t{20}}) {
+    std::vector<double> matrix(kTerms * kTerms);
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < kTerms; ++i) {
+      names.push_back("Z" + std::to_string(i));
+      for (std::size_t j = 0; j < kTerms; ++j) {
+        for (std::size_t k = 0; k < rank; ++k) {
+          const auto factor = [k](std::size_t row) {
+            return NormalNumber(1, row, static_cast<std::uint32_t>(k)) *
+                   std::pow(10.0, -4.0 * static_cast<double>(row) / static_cast<double>(kTerms));
+          };
+          matrix[i * kTerms + j] += factor(i) * factor(j);
+        }
+      }
+    }
+    ExpectProduct(matrix, names, rank);
+  }
+}
+
 TEST(Covariance, ATermWithoutVarianceStaysWhereItIs) {
   ExpectProduct({0.0, 0.0, 0.0, 0.0, 2.0, 0.5, 0.0, 0.5, 1.0}, {"a", "b", "c"}, 2);
   ExpectProduct({0.0, 0.0, 0.0, 0.0}, {"a", "b"}, 0);
