@@ -139,8 +139,10 @@ double PlaneOfSpectrum(double* spectrum, const double* filter, const LineTransfo
     const Complex* const lines = TransformLines(transform, buffers.second, side, buffers.first, buffers.second);
     for (int k = 0; k < side; ++k) panel[k] = {lines[k].im, lines[k].re};
   }
+  // Zero frequency of each row is its mean.
   double total = 0.0;
   for (int k = 0; k < side; ++k) total += PanelOf(spectrum, 0, side)[k].re[0];
+  total *= side;
 
   const auto wrapped = [side](int i) __attribute__((always_inline)) { return i < side ? i : i - side; };
   for (int first = 0; first < wanted.rows; first += 2 * kWidth) {
