@@ -21,7 +21,7 @@ TEST(SectorStar, IsBlackAndWhiteAndHasItsLight) {
 }
 
 TEST(SectorStar, AsAPlaneIsThePublicOne) {
-  std::vector<double> drawn(ORVANEL_PLANE_SAMPLES, -1.0);
+  Plane drawn(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, -1.0);
   DrawSectorStar(drawn.data());
   EXPECT_EQ(SectorStar(), drawn);
 }
