@@ -49,8 +49,8 @@ void SilenceStandardOutput() {
 
 // Leaves nothing behind but what was there the first time.
 void Unload() {
-  std::destroy_at(&orvanel::module);
-  std::construct_at(&orvanel::module);
+  std::destroy_at(&module);
+  std::construct_at(&module);
   static const std::size_t stays = orvanel::fuzz::GuardedBlocksInUse();
   ORVANEL_REQUIRE(orvanel::fuzz::GuardedBlocksInUse() == stays);
 }
@@ -59,7 +59,7 @@ void StartAnew(int kernels) {
   const auto& runnable = orvanel::RunnableKernels();
   orvanel::UseKernels(*runnable[static_cast<std::size_t>(kernels) % runnable.size()]);
   Unload();
-  ORVANEL_REQUIRE(orvanel::HasEngine());
+  ORVANEL_REQUIRE(HasEngine());
 }
 
 bool IsImage(const GuardedBuffer& plane) {
