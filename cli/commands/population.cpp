@@ -36,7 +36,8 @@ constexpr const char* kPopulationNotes =
     "a\n"
     "row and a column for each coefficient that varies, under their names, in the square of the unit; terms without a\n"
     "column stay at their mean. It may lack full rank, but no combination of terms may have a negative variance. Eye\n"
-    "number i of a seed is the same whatever N is, and on every machine.\n";
+    "number i of a seed is the same whatever N is, and on every machine. Mean and covariance hold at one reference\n"
+    "wavelength, which either table may state in the column reference_wavelength_nm.\n";
 
 struct PopulationCommand {
   std::string mean, covariance, output;
@@ -74,6 +75,19 @@ void RequireMeans(const PopulationCommand& command, const CovarianceTable& covar
   }
 }
 
+// Mean and covariance hold at one wavelength; either may state it.
+std::optional<Nanometres> ReferenceOf(const PopulationCommand& command, const Eye& mean,
+                                      const CovarianceTable& covariance) {
+  Statement ofMean, ofCovariance;
+  ofMean.reference = mean.referenceWavelength;
+  ofCovariance.reference = covariance.reference;
+  try {
+    return Combined(ofMean, "the mean", ofCovariance, "the covariance").reference;
+  } catch (const Error& error) {
+    throw Error(command.covariance + ": " + error.what());
+  }
+}
+
 CovarianceFactors Factorised(const PopulationCommand& command, const CovarianceTable& covariance) {
   try {
     return {covariance.matrix, covariance.names};
@@ -85,11 +99,12 @@ CovarianceFactors Factorised(const PopulationCommand& command, const CovarianceT
 void RunPopulation(const PopulationCommand& command) {
   InputFile meanStream(command.mean);
   EyeTable table(meanStream, InputName(command.mean), TableKindOf(KindOf(command.mean)), command.stated, command.table);
-  const Eye mean = ReadMean(command, table);
+  Eye mean = ReadMean(command, table);
   const Convention& convention = mean.coefficients.convention();
   InputFile stream(command.covariance);
   const CovarianceTable covariance =
       ReadCovariance(stream, command.covariance, convention.order, command.table.decimalComma);
+  mean.referenceWavelength = ReferenceOf(command, mean, covariance);
   std::vector<std::size_t> terms = table.Terms(convention.order);
   std::sort(terms.begin(), terms.end());
   RequireMeans(command, covariance, terms);

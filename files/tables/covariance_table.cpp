@@ -6,6 +6,7 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "eye/conventions/column_name.h"
+#include "eye/conventions/statement.h"
 #include "files/tables/csv.h"
 
 namespace orvanel::files {
@@ -19,6 +20,7 @@ class Reader {
   CovarianceTable Read() {
     if (!csv_.Next(row_)) throw ErrorAt(file_, {1, 1}, "the table is empty; its first row names the coefficients");
     ReadNames();
+    if (table_.names.empty()) Refuse(0, "no column names a coefficient; it is like Z4, Z(2,0) or c[2,-2]");
     while (csv_.Next(row_)) ReadRow();
     if (rows_ != table_.names.size()) {
       throw Error(file_ + ": has " + std::to_string(rows_) + " rows below its " + std::to_string(table_.names.size()) +
@@ -37,6 +39,10 @@ class Reader {
       try {
         const auto name = ParseCoefficientName(row_[field]);
         if (!name) {
+          if (Folded(row_[field]) == kReferenceKey && !referenceColumn_) {
+            referenceColumn_ = field;
+            continue;
+          }
           if (field == 0 && row_.size() > 1) {
             labels_ = 1;
             continue;
@@ -47,6 +53,7 @@ class Reader {
         if (std::find(table_.terms.begin(), table_.terms.end(), term) != table_.terms.end()) {
           throw Error("the term " + Symbol(Term(term)) + " has a column already; keep one");
         }
+        columns_.push_back(field);
         table_.terms.push_back(term);
         table_.names.emplace_back(row_[field]);
       } catch (const Error& error) {
@@ -56,7 +63,7 @@ class Reader {
   }
 
   void ReadRow() {
-    const std::size_t width = labels_ + table_.names.size();
+    const std::size_t width = labels_ + table_.names.size() + (referenceColumn_ ? 1 : 0);
     if (row_.size() != width) {
       Refuse(width,
              "the row has " + std::to_string(row_.size()) + " fields where the header has " + std::to_string(width));
@@ -68,12 +75,25 @@ class Reader {
     }
     for (std::size_t i = 0; i < table_.names.size(); ++i) {
       try {
-        table_.matrix.push_back(ParseNumber(row_[labels_ + i], point_));
+        table_.matrix.push_back(ParseNumber(row_[columns_[i]], point_));
       } catch (const Error& error) {
-        Refuse(labels_ + i, "column " + Quoted(table_.names[i]) + ": " + error.what());
+        Refuse(columns_[i], "column " + Quoted(table_.names[i]) + ": " + error.what());
       }
     }
+    if (referenceColumn_) ReadReference(*referenceColumn_);
     ++rows_;
+  }
+
+  void ReadReference(std::size_t column) {
+    if (Trimmed(row_[column]).empty()) return;
+    try {
+      Statement above, row;
+      above.reference = table_.reference;
+      State(row, kReferenceKey, ShortestText(ParseNumber(row_[column], point_)));
+      table_.reference = Combined(above, "a row above", row, "this row").reference;
+    } catch (const Error& error) {
+      Refuse(column, error.what());
+    }
   }
 
   const std::string& file_;
@@ -82,6 +102,8 @@ class Reader {
   CsvReader csv_;
   Record row_;
   CovarianceTable table_;
+  std::vector<std::size_t> columns_;  // of the coefficients
+  std::optional<std::size_t> referenceColumn_;
   std::size_t labels_ = 0, rows_ = 0;
 };
 

@@ -13,13 +13,15 @@
 namespace orvanel::files {
 
 struct CovarianceTable {
-  std::vector<std::string> names;  // of the columns, as they stand there
-  std::vector<std::size_t> terms;  // the same by OSA index
-  std::vector<double> matrix;      // row by row
+  std::vector<std::string> names;       // of the columns, as they stand there
+  std::vector<std::size_t> terms;       // the same by OSA index
+  std::vector<double> matrix;           // row by row
+  std::optional<Nanometres> reference;  // the wavelength of light at which the coefficients hold, where it is stated
 };
 
 // Reads CSV: the first row names the coefficients, each further row is one of the matrix. A first column without the
-// name of a coefficient labels the rows, with the same names in the same order. Throws ErrorAt.
+// name of a coefficient labels the rows, with the same names in the same order. A column reference_wavelength_nm states
+// one number, in one row or more. Throws ErrorAt.
 //   order  of columns that are named by numbers
 CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order,
                                bool decimalComma = false);

@@ -1,5 +1,4 @@
-// Zernike polynomials in long double from their definition, and exact integrals, for tests; shares nothing with the
-// code.
+// Zernike polynomials in long double from their definition, and exact integrals, for tests; shares no code with ours.
 #ifndef ORVANEL_TESTS_EYE_ZERNIKE_TRUTH_H
 #define ORVANEL_TESTS_EYE_ZERNIKE_TRUTH_H
 
