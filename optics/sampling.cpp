@@ -25,9 +25,9 @@ Pair LoadPair(const double* samples) {
   return pair;
 }
 
-Mask IsLarger(Pair step, double limit) {
+Pair Magnitude(Pair step) {
   constexpr std::int64_t kAllButSign = std::numeric_limits<std::int64_t>::max();
-  return reinterpret_cast<Pair>(reinterpret_cast<Mask>(step) & kAllButSign) > limit;
+  return reinterpret_cast<Pair>(reinterpret_cast<Mask>(step) & kAllButSign);
 }
 
 // A row of the pupil, and the one below it.
@@ -51,7 +51,9 @@ struct Row {
     Mask both{};  // counts downwards
     for (; c + 1 <= std::min(last - 1, lastBelow); c += 2) {
       const Pair here = LoadPair(samples + c);
-      both += IsLarger(LoadPair(samples + c + 1) - here, limit) | IsLarger(LoadPair(below + c) - here, limit);
+      const Pair right = Magnitude(LoadPair(samples + c + 1) - here);
+      const Pair down = Magnitude(LoadPair(below + c) - here);
+      both += (right > limit ? right : down) > limit;  // GCC splits an "or" of two comparisons into scalars
     }
     alone(last);
     return count - both[0] - both[1];
