@@ -8,6 +8,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "base/split.h"
 
 namespace orvanel::eye {
 namespace {
@@ -115,16 +116,6 @@ Refraction ParseClinical(std::string_view text) {
   return {Dioptres(*sphere), Dioptres(*cylinder), Degrees(*axis)};
 }
 
-std::vector<std::string_view> Parts(std::string_view text) {
-  std::vector<std::string_view> parts;
-  for (std::size_t start = 0; start <= text.size();) {
-    const std::size_t comma = std::min(text.find(',', start), text.size());
-    parts.push_back(text.substr(start, comma - start));
-    start = comma + 1;
-  }
-  return parts;
-}
-
 Millimetres ParseVertex(std::string_view text) {
   constexpr double kLeast = 1.0, kMost = 30.0;
   Scanner scanner(text);
@@ -156,7 +147,7 @@ Refraction AtCornea(const Lens& lens) {
 }
 
 Refraction ParseRefraction(std::string_view text) {
-  const std::vector<std::string_view> parts = Parts(text);
+  const std::vector<std::string_view> parts = Split(text);
   if (parts.size() > 1 && text.find_first_of("/xX") != std::string_view::npos) {
     throw Error(Quoted(text) + " mixes commas with the clinic's writing; write -2.25,-0.75,170 or -2.25/-0.75x170");
   }
@@ -175,7 +166,7 @@ Refraction ParseRefraction(std::string_view text) {
 }
 
 Lens ParseLens(std::string_view text) {
-  const std::vector<std::string_view> parts = Parts(text);
+  const std::vector<std::string_view> parts = Split(text);
   const bool apart = parts.size() == 4 || (parts.size() > 1 && parts.back().find("mm") != std::string_view::npos) ||
                      (parts.size() == 2 && IsClinical(parts.front()));
   if (!apart) {

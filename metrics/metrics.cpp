@@ -6,6 +6,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "base/split.h"
 #include "eye/refraction.h"
 #include "eye/rms.h"
 #include "models/sampling.h"
@@ -162,9 +163,7 @@ std::span<const Metric> Metrics() { return Table(); }
 
 std::vector<const Metric*> MetricsNamed(std::string_view list) {
   std::vector<const Metric*> chosen;
-  for (std::size_t start = 0; start <= list.size();) {
-    const std::size_t comma = std::min(list.find(',', start), list.size());
-    const std::string_view word = list.substr(start, comma - start);
+  for (const std::string_view word : Split(list)) {
     const auto found =
         std::find_if(Table().begin(), Table().end(), [word](const Metric& metric) { return metric.word == word; });
     if (found == Table().end()) {
@@ -173,7 +172,6 @@ std::vector<const Metric*> MetricsNamed(std::string_view list) {
       throw Error(Quoted(word) + " is no metric; it is one of " + words);
     }
     if (std::find(chosen.begin(), chosen.end(), &*found) == chosen.end()) chosen.push_back(&*found);
-    start = comma + 1;
   }
   return chosen;
 }

@@ -7,6 +7,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "base/split.h"
 #include "cli/batch/run.h"
 #include "cli/batch/statistics.h"
 #include "cli/commands/options.h"
@@ -70,13 +71,10 @@ std::string MetricNotes() {
 
 std::vector<double> PositiveNumbers(const std::string& list) {
   std::vector<double> numbers;
-  for (std::size_t start = 0; start <= list.size();) {
-    const std::size_t comma = std::min(list.find(',', start), list.size());
-    const std::string part = list.substr(start, comma - start);
+  for (const std::string_view part : Split(list)) {
     const double number = ParseNumber(part);
     if (number <= 0.0) throw Error(Quoted(part) + " is not above 0");
     if (std::find(numbers.begin(), numbers.end(), number) == numbers.end()) numbers.push_back(number);
-    start = comma + 1;
   }
   return numbers;
 }

@@ -7,6 +7,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "base/split.h"
 #include "cli/commands/options.h"
 #include "cli/console/report.h"
 #include "cli/console/terminal.h"
@@ -81,21 +82,9 @@ struct SimulateWords {
   bool npy = false;
 };
 
-std::vector<std::string> Split(const std::string& list) {
-  std::vector<std::string> parts(1);
-  for (const char c : list) {
-    if (c == ',') {
-      parts.emplace_back();
-    } else {
-      parts.back() += c;
-    }
-  }
-  return parts;
-}
-
 std::vector<double> PositiveNumbers(const std::string& list, const char* option) {
   std::vector<double> numbers;
-  for (const std::string& part : Split(list)) {
+  for (const std::string_view part : Split(list)) {
     double number = 0.0;
     try {
       number = ParseNumber(part);
@@ -110,12 +99,12 @@ std::vector<double> PositiveNumbers(const std::string& list, const char* option)
 std::vector<Gap> Gaps(const std::string& list) {
   constexpr Gap kAll[] = {Gap::kDown, Gap::kUp, Gap::kRight, Gap::kLeft};
   std::vector<Gap> gaps;
-  for (const std::string& part : Split(list)) {
+  for (const std::string_view part : Split(list)) {
     if (part == "all") {
       gaps.insert(gaps.end(), std::begin(kAll), std::end(kAll));
       continue;
     }
-    const auto* const gap = std::find_if(std::begin(kAll), std::end(kAll), [&part](Gap g) { return part == Word(g); });
+    const auto* const gap = std::find_if(std::begin(kAll), std::end(kAll), [part](Gap g) { return part == Word(g); });
     if (gap == std::end(kAll)) {
       throw CLI::ValidationError("--gap", Quoted(part) + " is not one of down, up, right, left, all");
     }
@@ -143,7 +132,7 @@ std::vector<RingRequest> RingRequests(const std::string& acuities, const std::st
 
 std::vector<const Format*> FormatsOf(const std::string& list) {
   std::vector<const Format*> formats;
-  for (const std::string& part : Split(list)) {
+  for (const std::string_view part : Split(list)) {
     if (part == kPictures) continue;
     try {
       const Format* const format = &FormatNamed(part);

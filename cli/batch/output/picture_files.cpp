@@ -8,6 +8,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "base/split.h"
 #include "files/new_file.h"
 #include "files/path_of.h"
 #include "files/pictures/png.h"
@@ -24,14 +25,11 @@ constexpr std::pair<PictureKind, std::string_view> kKinds[] = {
 
 std::vector<PictureKind> PictureKindsNamed(std::string_view list) {
   std::vector<PictureKind> chosen;
-  for (std::size_t start = 0; start <= list.size();) {
-    const std::size_t comma = std::min(list.find(',', start), list.size());
-    const std::string_view word = list.substr(start, comma - start);
+  for (const std::string_view word : Split(list)) {
     const auto* const found =
         std::find_if(std::begin(kKinds), std::end(kKinds), [word](const auto& kind) { return kind.second == word; });
     if (found == std::end(kKinds)) throw Error(Quoted(word) + " is not one of psf, mtf, star");
     if (std::find(chosen.begin(), chosen.end(), found->first) == chosen.end()) chosen.push_back(found->first);
-    start = comma + 1;
   }
   return chosen;
 }

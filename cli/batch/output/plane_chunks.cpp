@@ -7,6 +7,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "base/split.h"
 #include "eye/view.h"
 #include "files/new_file.h"
 #include "files/path_of.h"
@@ -45,14 +46,11 @@ const std::vector<KindWords>& Kinds() {
 
 std::vector<PlaneKind> PlaneKindsNamed(std::string_view list) {
   std::vector<PlaneKind> chosen;
-  for (std::size_t start = 0; start <= list.size();) {
-    const std::size_t comma = std::min(list.find(',', start), list.size());
-    const std::string_view word = list.substr(start, comma - start);
+  for (const std::string_view word : Split(list)) {
     const auto found = std::find_if(Kinds().begin(), Kinds().end(),
                                     [word](const KindWords& words) { return words.plane.name == word; });
     if (found == Kinds().end()) throw Error(Quoted(word) + " is not one of wavefront, psf, mtf");
     if (std::find(chosen.begin(), chosen.end(), found->kind) == chosen.end()) chosen.push_back(found->kind);
-    start = comma + 1;
   }
   return chosen;
 }
