@@ -137,10 +137,10 @@ TEST_P(PlaneTransformVariants, FilterAPlaneAndKeepItsSum) {
     Samples image(Index(rows, 0, columns), 42.0);
     const double sum = transform.PlaneOfSpectrum(spectrum.data(), filter.data(),
                                                  {image.data(), columns, firstRow, firstColumn, rows, columns}, memory);
-    double expectedSum = 0.0;
+    long double expectedSum = 0.0L;
     for (const double sample : plane.re) expectedSum += sample;
     const double error = 3 * BoundOf(side) * plane.Size();
-    EXPECT_NEAR(sum, expectedSum, error * side) << side;
+    EXPECT_NEAR(sum, static_cast<double>(expectedSum), error * side) << side;
     for (int r = 0; r < rows; ++r) {
       for (int c = 0; c < std::min(columns, side); ++c) {
         const int row = (firstRow + r - kDown + side) % side, column = (firstColumn + c - kRight + side) % side;
