@@ -89,7 +89,7 @@ std::function<void(int)> Images(double pixelArcmin, const Kernels& kernels) {
       const ObjectSize size{kSide, kSide, pixelArcmin, 0};
       filter = filters->emplace(eye, Checked(ImageFilter::Of(EyeAt(eye), Monochromatic(), size, *workspace))).first;
     }
-    benchmark::DoNotOptimize(Checked(filter->second.ImageOf(object.data(), 0.5)).outside);
+    benchmark::DoNotOptimize(Checked(filter->second.ImageOf(object.data(), 0.5, View::kPatient, *workspace)).outside);
   };
 }
 

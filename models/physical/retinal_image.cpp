@@ -1,14 +1,18 @@
-// Samples the OTF on the frequencies of a padded plane, with those that pixels fold onto each other.
+// Splits the image of a point. The near part is a filter on a periodic lattice with a guard band. The smooth part that
+// goes far is a filter on a coarse grid.
 #include "models/physical/retinal_image.h"
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <limits>
 #include <numbers>
 #include <optional>
 
 #include "base/elementary.h"
-#include "orvanel/transforms.h"
+#include "models/physical/image/far_light.h"
+#include "models/physical/image/spline_grid.h"
+#include "models/physical/pupil/perfect_pupil.h"
 
 namespace orvanel::physical {
 namespace {
@@ -19,13 +23,6 @@ std::size_t At(int row, int column, int columns) {
   return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
 }
 bool IsFinite(double x) { return std::fabs(x) <= std::numeric_limits<double>::max(); }
-
-// The smallest power of two from `least`, or more than the largest lattice.
-int PowerOfTwo(double least) {
-  int power = 4;
-  while (power < least && power <= ImageFilter::kLargestLattice) power *= 2;
-  return power;
-}
 
 std::optional<Refusal> CheckSize(const ObjectSize& size) {
   constexpr double kLargestPixel = 60.0;
@@ -46,107 +43,169 @@ std::optional<Refusal> CheckSize(const ObjectSize& size) {
 
 // ---- How far the next period has to be
 
-// A rectangle, or a place in it.
-struct Extent {
-  double x, y;
+// The light of each beam that goes far, and the lattice that has room for the rest.
+struct Layout {
+  int side = 0;  // of the lattice
+  int step = 0;  // of the coarse grid, in pixels
+  std::vector<FarLight> far;
 };
 
-// Far from its middle, the mean over rings of a pupil's PSF is strength / distance^3, per squared wavelength /
-// diameter: 1/pi^3 for a round pupil (Airy). Rims send light across themselves, the more the less they are curved;
-// those of an ellipse up to a/b^2 times as much.
-double TailStrength(const Pupil& pupil) {
-  const Ellipse& outline = pupil.outline;
-  const double large = std::max(outline.semiAxisA, outline.semiAxisB);
-  const double small = std::min(outline.semiAxisA, outline.semiAxisB);
-  return large / (small * small) / (kPi * kPi * kPi);
-}
-
-// What an object of luminance 1 on a dark surround sends from the neighbouring periods to the edge of the image. All
-// lengths are in wavelength / diameter.
-//   blur  the farthest that rays go
-double WrappedLight(Extent object, Extent image, double period, double blur, double strength) {
-  constexpr int kCells = 12, kNeighbours = 3;
-  const double area = object.x * object.y / (kCells * kCells);
-  double worst = 0.0;
-  for (const Extent place : {Extent{image.x / 2, 0}, Extent{0, image.y / 2}, Extent{image.x / 2, image.y / 2}}) {
-    double sum = 0.0;
-    for (int row = -kNeighbours; row <= kNeighbours; ++row) {
-      for (int column = -kNeighbours; column <= kNeighbours; ++column) {
-        if (row == 0 && column == 0) continue;
-        for (int i = 0; i < kCells * kCells; ++i) {
-          const double x = column * period + ((i % kCells + 0.5) / kCells - 0.5) * object.x - place.x;
-          const double y = row * period + ((i / kCells + 0.5) / kCells - 0.5) * object.y - place.y;
-          const double distance = std::sqrt(x * x + y * y) - blur;
-          if (!(distance > 2.0)) return std::numeric_limits<double>::infinity();
-          sum += area * strength / (distance * distance * distance);
-        }
-      }
-    }
-    worst = std::max(worst, sum);
-  }
-  // The periods beyond, whose inverse cubes add up to less than 2.2.
-  constexpr double kBeyond = 2.2;
-  return worst + kBeyond * object.x * object.y * strength / (period * period * period);
-}
-
-double WrappedLight(const std::vector<Beam>& beams, const ObjectSize& size, int side) {
+// What an object of luminance 1 on a dark surround sends from the next periods to the worst place of the image, in the
+// corner of two sides.
+double WrappedLight(const std::vector<Beam>& beams, const ObjectSize& size, const Layout& layout, int guard) {
   double sum = 0.0;
-  for (const Beam& beam : beams) {
-    const double pixel = size.pixelArcmin / beam.unitArcmin;
-    const SlopeRange slopes = SlopesOf(beam.pupil);
-    const double blurX = std::max(-slopes.lowX, slopes.highX), blurY = std::max(-slopes.lowY, slopes.highY);
-    const double blur = std::sqrt(blurX * blurX + blurY * blurY);
-    const Extent object{size.columns * pixel, size.rows * pixel};
-    const Extent image{(size.columns + 2 * size.margin) * pixel, (size.rows + 2 * size.margin) * pixel};
-    sum += beam.share * WrappedLight(object, image, side * pixel, blur, TailStrength(beam.pupil));
+  for (std::size_t i = 0; i < beams.size(); ++i) {
+    const double pixel = size.pixelArcmin / beams[i].unitArcmin;
+    const FarLight::Difference difference = layout.far[i].Beyond(guard * pixel);
+    const double area = size.columns * pixel * size.rows * pixel;
+    sum += beams[i].share * 2.0 * std::min(difference.ofHalfPlane, difference.ofUnitArea * area);
   }
   return sum;
 }
 
-// The side of the lattice; above kLargestLattice where that is too small.
-int SideFor(const std::vector<Beam>& beams, const ObjectSize& size) {
-  constexpr double kMostWrapped = 3e-5;
-  int side = PowerOfTwo(std::max(size.columns, size.rows) + 2 * size.margin);
-  while (side <= ImageFilter::kLargestLattice && !(WrappedLight(beams, size, side) <= kMostWrapped)) side *= 2;
-  return side;
+// The smallest lattice; its side is above kLargestLattice where that is too small.
+Layout LayoutFor(const std::vector<Beam>& beams, const ObjectSize& size, ChordQuadrature& quadrature) {
+  constexpr double kMostWrapped = 7e-5;
+  constexpr int kSmoothness = 12;  // pixels
+  std::vector<double> lights;
+  for (const Beam& beam : beams) lights.push_back(PerfectPupilOf(beam.pupil, quadrature).light);
+  const int larger = std::max(size.columns, size.rows);
+  Layout layout;
+  for (int least = larger + 2 * size.margin;; least = layout.side + 1) {
+    layout.side = PlaneTransform::SideFor(least);
+    if (layout.side > ImageFilter::kLargestLattice) return layout;
+    const int guard = layout.side - larger - size.margin;
+    layout.far.clear();
+    double narrowest = std::numeric_limits<double>::infinity();
+    for (std::size_t i = 0; i < beams.size(); ++i) {
+      const double pixel = size.pixelArcmin / beams[i].unitArcmin;
+      layout.far.emplace_back(beams[i].pupil, lights[i], guard * pixel, kSmoothness * pixel);
+      narrowest = std::min(narrowest, layout.far.back().narrowest() / pixel);
+    }
+    if (!(WrappedLight(beams, size, layout, guard) <= kMostWrapped)) continue;
+    constexpr double kNodes = 3.0, kMost = 1024.0;  // in the width of the density
+    layout.step = static_cast<int>(std::min(kMost, narrowest / kNodes));
+    return layout;
+  }
 }
 
 FrequencyLattice FrequenciesOf(const Beam& beam, double periodArcmin) {
   const double step = beam.unitArcmin / periodArcmin;
-  return {PowerOfTwo(2.0 * std::ceil(1.0 / step)), step};
+  const double side = 2.0 * std::ceil(1.0 / step);
+  return {side <= ImageFilter::kLargestLattice ? static_cast<int>(side) : ImageFilter::kLargestLattice + 1, step};
 }
 
-// The transform of a pixel's area at k / side cycles a pixel, k = -frequencies/2 and so on.
-std::vector<double> PixelSpectrum(int frequencies, int side) {
-  std::vector<double> spectrum(static_cast<std::size_t>(frequencies));
-  for (int i = 0; i < frequencies; ++i) {
-    const double angle = kPi * (i - frequencies / 2) / side;
-    spectrum[static_cast<std::size_t>(i)] = angle == 0.0 ? 1.0 : SineAndCosine(angle).sine / angle;
-  }
-  return spectrum;
+// sin(pi f) / (pi f): the transform of a pixel's length at f cycles a pixel.
+double PixelSpectrum(double f) { return f == 0.0 ? 1.0 : SineAndCosine(kPi * f).sine / (kPi * f); }
+
+// Those at k / side, k = -frequencies/2 and so on.
+std::vector<double> PixelSpectra(int frequencies, int side) {
+  std::vector<double> spectra;
+  for (int i = 0; i < frequencies; ++i) spectra.push_back(PixelSpectrum((i - frequencies / 2) * 1.0 / side));
+  return spectra;
 }
+
+// In lanes, which the compiler may add up side by side.
+double SumOf(const double* samples, int wholeBlocks) {
+  double sum[kChordBlock] = {};
+  for (int i = 0; i < wholeBlocks; i += kChordBlock) {
+    for (int l = 0; l < kChordBlock; ++l) sum[l] += samples[i + l];
+  }
+  return ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7]));
+}
+
+int WholeBlocks(int n) { return (n + kChordBlock - 1) / kChordBlock * kChordBlock; }
 
 }  // namespace
 
-ImageFilter::ImageFilter(const ObjectSize& size, int side)
-    : size_(size), side_(side), re_(At(side, 0, side)), im_(At(side, 0, side)) {}
+struct ImageFilter::Tables {
+  Tables(const ChordKernels& kernels, const ObjectSize& objectSize, int side, int step)
+      : size(objectSize),
+        width(static_cast<std::size_t>(kernels.width)),
+        grid(kernels, size.columns + 2 * size.margin, size.rows + 2 * size.margin, step),
+        near(kernels, side),
+        far(kernels, PlaneTransform::SideFor(2 * std::max(grid.columns(), grid.rows()) + kSpare)),
+        nearFilter(near.SpectrumSize()),
+        farFilter(far.SpectrumSize()) {
+    std::fill_n(nearFilter.data(), nearFilter.size(), 0.0);
+  }
+  static constexpr int kSpare = 16;  // nodes, for the ends of the filter
 
-// Adds the OTF of one beam. Frequencies that differ by a whole number of cycles a pixel have the same samples at the
-// pixels' distance; all of them fold onto one.
-void ImageFilter::Add(const Beam& beam, const FrequencyLattice& frequencies, const std::vector<double>& re,
-                      const std::vector<double>& im) {
-  const int half = frequencies.side / 2;
-  const std::vector<double> pixel = PixelSpectrum(frequencies.side, side_);
-  const auto folded = [this](int k) { return (k % side_ + side_) % side_; };
+  void AddNear(const Beam& beam, const FrequencyLattice& frequencies, const std::vector<double>& re,
+               const std::vector<double>& im);
+  void SubtractFar(const Beam& beam, const FarLight& light);
+  void SetFar(const std::vector<Beam>& beams, const Layout& layout);
+
+  ObjectSize size;
+  std::size_t width;
+  SplineGrid grid;
+  PlaneTransform near, far;
+  AlignedMemory nearFilter, farFilter;  // half spectra, of the images' coordinates, over the number of samples
+  double farShare = 0.0;                // of the light
+};
+
+// The pixels have the directions of the slopes, both the other way round. Frequencies that differ by a whole number of
+// cycles a pixel have the same samples at the pixels' distance; all of them fold onto one.
+void ImageFilter::Tables::AddNear(const Beam& beam, const FrequencyLattice& frequencies, const std::vector<double>& re,
+                                  const std::vector<double>& im) {
+  const int side = near.side(), half = frequencies.side / 2;
+  const std::vector<double> pixel = PixelSpectra(frequencies.side + 1, side);
+  const auto folded = [side](int k) { return (k % side + side) % side; };
+  const double scale = beam.share / side / side;
   for (int r = 0; r < frequencies.side; ++r) {
-    const double weight = beam.share * pixel[static_cast<std::size_t>(r)];
+    const double weight = scale * pixel[static_cast<std::size_t>(r)];
     const int row = folded(r - half);
     for (int c = 0; c < frequencies.side; ++c) {
-      // The person sees x the other way round.
-      const std::size_t from = At(r, c, frequencies.side), to = At(row, folded(half - c), side_);
+      const int q = folded(half - c);
+      if (q > side / 2) continue;
+      const std::size_t from = At(r, c, frequencies.side), to = near.At(row, q);
       const double area = weight * pixel[static_cast<std::size_t>(c)];
-      re_[to] += area * re[from];
-      im_[to] += area * im[from];
+      nearFilter.data()[to] += area * re[from];
+      nearFilter.data()[to + width] -= area * im[from];
+    }
+  }
+}
+
+void ImageFilter::Tables::SubtractFar(const Beam& beam, const FarLight& light) {
+  const int side = near.side(), half = side / 2;
+  const std::vector<double> pixel = PixelSpectra(side + 1, side);
+  const double scale = beam.share / side / side;
+  const double step = beam.unitArcmin / (side * size.pixelArcmin);
+  for (int r = -half; r < half; ++r) {
+    for (int q = 0; q <= half; ++q) {
+      const double weight =
+          scale * pixel[static_cast<std::size_t>(r + half)] * pixel[static_cast<std::size_t>(q + half)];
+      const std::complex<double> spectrum = light.Spectrum(-q * step, -r * step);
+      const std::size_t to = near.At(r < 0 ? r + side : r, q);
+      nearFilter.data()[to] -= weight * spectrum.real();
+      nearFilter.data()[to + width] += weight * spectrum.imag();
+    }
+  }
+  farShare += beam.share * light.total();
+}
+
+void ImageFilter::Tables::SetFar(const std::vector<Beam>& beams, const Layout& layout) {
+  const int side = far.side(), half = side / 2;
+  std::vector<double> density(At(side, 0, side));
+  for (std::size_t i = 0; i < beams.size(); ++i) {
+    const double pixel = size.pixelArcmin / beams[i].unitArcmin, step = layout.step * pixel;
+    for (int r = -half; r < half; ++r) {
+      for (int c = -half; c < half; ++c) {
+        density[At(r < 0 ? r + side : r, c < 0 ? c + side : c, side)] +=
+            beams[i].share * pixel * pixel * layout.far[i].Density(-c * step, -r * step);
+      }
+    }
+  }
+  PlaneTransform::Memory memory;
+  far.HalfSpectrum(density.data(), side, side, side, farFilter.data(), memory);
+  for (int r = 0; r < side; ++r) {
+    for (int q = 0; q <= half; ++q) {
+      const double spline = SplineGrid::Spectrum(r, side) * SplineGrid::Spectrum(q, side);
+      const double cycles = 1.0 / (1.0 * side * layout.step);  // a pixel, of one step of frequencies
+      const double pixel = PixelSpectrum((r < half ? r : r - side) * cycles) * PixelSpectrum(q * cycles);
+      const double factor = pixel / (spline * spline) / side / side;
+      farFilter.data()[far.At(r, q)] *= factor;
+      farFilter.data()[far.At(r, q) + width] *= factor;
     }
   }
 }
@@ -155,58 +214,88 @@ Outcome<ImageFilter> ImageFilter::Of(const Eye& eye, const Light& light, const O
   if (const std::optional<Refusal> refusal = CheckSize(size)) return *refusal;
   const Outcome<std::vector<Beam>> beams = BeamsOf(eye, light);
   if (!beams) return beams.refusal();
-  const int side = SideFor(*beams, size);
-  int largest = side;
-  for (const Beam& beam : *beams) largest = std::max(largest, FrequenciesOf(beam, side * size.pixelArcmin).side);
+  const Layout layout = LayoutFor(*beams, size, workspace.quadrature);
+  int largest = layout.side;
+  for (const Beam& beam : *beams) largest = std::max(largest, FrequenciesOf(beam, layout.side * size.pixelArcmin).side);
   if (largest > kLargestLattice) {
     return Refusal{Problem::kFieldTooLarge, static_cast<double>(largest), 0.0, static_cast<double>(kLargestLattice)};
   }
-  ImageFilter filter(size, side);
-  for (const Beam& beam : *beams) {
-    const FrequencyLattice frequencies = FrequenciesOf(beam, side * size.pixelArcmin);
+  const auto tables = std::make_shared<Tables>(workspace.chords, size, layout.side, layout.step);
+  for (std::size_t i = 0; i < beams->size(); ++i) {
+    const Beam& beam = (*beams)[i];
+    const FrequencyLattice frequencies = FrequenciesOf(beam, layout.side * size.pixelArcmin);
     const std::size_t samples = At(frequencies.side, 0, frequencies.side);
     std::vector<double> re(samples), im(samples);
     if (!workspace.otf.Compute(beam.pupil, frequencies, re.data(), im.data())) {
       return Refusal{Problem::kTooSteep, 0.0, 0.0, 0.0, beam.line};
     }
-    filter.Add(beam, frequencies, re, im);
+    tables->AddNear(beam, frequencies, re, im);
+    tables->SubtractFar(beam, layout.far[i]);
   }
-  return filter;
+  tables->SetFar(*beams, layout);
+  return ImageFilter(tables);
 }
 
-Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surround, View view) const {
+int ImageFilter::side() const { return tables_->near.side(); }
+
+Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surround, View view,
+                                           Workspace& workspace) const {
   if (!IsFinite(surround)) return Refusal{Problem::kLuminance, surround};
-  const std::size_t samples = re_.size();
-  std::vector<double> re(samples), im(samples);
-  for (int r = 0; r < size_.rows; ++r) {
-    for (int c = 0; c < size_.columns; ++c) {
-      const std::size_t from = At(r, c, size_.columns);
-      if (!IsFinite(luminance[from]))
-        return Refusal{Problem::kLuminance, luminance[from], 0.0, 0.0, static_cast<int>(from)};
-      re[At(r, c, side_)] = luminance[from] - surround;
+  const Tables& t = *tables_;
+  const ObjectSize& size = t.size;
+  // The difference from the surround, in whole blocks of columns.
+  const int pitch = WholeBlocks(size.columns);
+  workspace.re.Reserve(At(size.rows, 0, pitch));
+  double* const object = workspace.re.data();
+  double light = 0.0;
+  for (int r = 0; r < size.rows; ++r) {
+    const double* const from = luminance + At(r, 0, size.columns);
+    double* const to = object + At(r, 0, pitch);
+    for (int c = 0; c < size.columns; ++c) to[c] = from[c] - surround;
+    std::fill(to + size.columns, to + pitch, 0.0);
+    const double sum = SumOf(to, pitch);
+    if (!IsFinite(sum)) {
+      const double* const bad = std::find_if_not(from, from + size.columns, IsFinite);
+      if (bad != from + size.columns) {
+        return Refusal{Problem::kLuminance, *bad, 0.0, 0.0, static_cast<int>(bad - luminance)};
+      }
     }
+    light += sum;
   }
-  Zfft2dc(re.data(), im.data(), side_, side_, -1);
-  for (std::size_t i = 0; i < samples; ++i) {
-    const double a = re[i], b = im[i];
-    re[i] = a * re_[i] - b * im_[i];
-    im[i] = a * im_[i] + b * re_[i];
-  }
-  Zfft2dc(re.data(), im.data(), side_, side_, 1);
 
   RetinalImage image;
-  image.columns = size_.columns + 2 * size_.margin;
-  image.rows = size_.rows + 2 * size_.margin;
+  image.columns = size.columns + 2 * size.margin;
+  image.rows = size.rows + 2 * size.margin;
   image.view = view;
-  image.luminance.resize(At(image.rows, 0, image.columns));
-  for (const double sample : re) image.outside += sample;
+  const int imagePitch = WholeBlocks(image.columns), corner = (t.near.side() - size.margin) % t.near.side();
+  image.luminance.resize(At(image.rows, 0, imagePitch));
+  double* const plane = image.luminance.data();
+  const double nearLight =
+      t.near.Filter(object, pitch, size.rows, pitch, t.nearFilter.data(),
+                    {plane, imagePitch, corner, corner, image.rows, imagePitch}, workspace.transforms.memory);
+
+  const int nodePitch = WholeBlocks(t.grid.columns());
+  workspace.im.Reserve(At(t.grid.rows(), 0, nodePitch));
+  double* const nodes = workspace.im.data();
+  t.grid.Gather(object, size.columns, size.rows, pitch, size.margin, nodes, nodePitch);
+  t.far.Filter(nodes, nodePitch, t.grid.rows(), nodePitch, t.farFilter.data(),
+               {nodes, nodePitch, 0, 0, t.grid.rows(), nodePitch}, workspace.transforms.memory);
+  t.grid.AddTo(nodes, nodePitch, plane, imagePitch);
+
+  // Rows without their last block's rest, which may overlap those before.
+  image.outside = nearLight + t.farShare * light;
   for (int r = 0; r < image.rows; ++r) {
-    const int to = view == View::kPatient ? r : image.rows - 1 - r;
-    const int from = (r - size_.margin + side_) % side_;
-    for (int c = 0; c < image.columns; ++c) {
-      const double sample = re[At(from, (c - size_.margin + side_) % side_, side_)];
-      image.luminance[At(to, c, image.columns)] = surround + sample;
-      image.outside -= sample;
+    double* const from = plane + At(r, 0, imagePitch);
+    std::fill(from + image.columns, from + imagePitch, 0.0);
+    image.outside -= SumOf(from, imagePitch);
+    double* const to = plane + At(r, 0, image.columns);
+    for (int c = 0; c < image.columns; ++c) to[c] = surround + from[c];
+  }
+  image.luminance.resize(At(image.rows, 0, image.columns));
+  if (view == View::kRetina) {
+    for (int r = 0; r < image.rows / 2; ++r) {
+      double* const row = plane + At(r, 0, image.columns);
+      std::swap_ranges(row, row + image.columns, plane + At(image.rows - 1 - r, 0, image.columns));
     }
   }
   return image;

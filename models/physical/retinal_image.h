@@ -2,6 +2,8 @@
 #ifndef ORVANEL_MODELS_PHYSICAL_RETINAL_IMAGE_H
 #define ORVANEL_MODELS_PHYSICAL_RETINAL_IMAGE_H
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "models/physical/eye.h"
@@ -27,31 +29,30 @@ struct RetinalImage {
   double outside = 0.0;           // sum over the pixels beyond the image, of the difference from the surround
 };
 
-// The eye as a filter of objects of one size. Owns what it needs; one may be used by several threads.
+// The eye as a filter of objects of one size. Copies share their tables; several threads may use one.
 class ImageFilter {
  public:
-  // Error of an image: 1e-4 of the largest difference from the surround. Nothing wraps round: the filter's lattice is
-  // so much larger than object and image that light from its next period is below 3e-5. Light is conserved to 1e-12.
-  // Refuses sizes whose lattices have more than kLargestLattice a side.
-  // Memory: 2 planes of the lattice, and those of OtfLattice while it is made.
+  // Error of an image: 1e-4 of the largest difference from the surround. Nothing wraps round: the lattice has a guard
+  // band, chosen from the rays of this eye, behind which the next period sends less than 7e-5 to any pixel. The
+  // smooth light that goes farther is filtered on a coarse grid without period. Light is conserved to 1e-12.
+  // Refuses sizes whose lattices, of pixels or of frequencies up to the cut-off, have more than kLargestLattice a side.
+  // Memory: a plane of the lattice; while it is made, 2 planes of the frequencies and those of OtfLattice.
   //   workspace  keeps its tables
   static Outcome<ImageFilter> Of(const Eye& eye, const Light& light, const ObjectSize& size, Workspace& workspace);
   static constexpr int kLargestLattice = 8192;
 
   // The image of an object in linear light. In the view of the retina it is upside down.
   //   luminance  size.rows x size.columns, as the person sees it, row 0 at the top
-  Outcome<RetinalImage> ImageOf(const double* luminance, double surround, View view = View::kPatient) const;
+  //   workspace  for memory: that of the calling thread, with the kernels of the one that made the filter
+  Outcome<RetinalImage> ImageOf(const double* luminance, double surround, View view, Workspace& workspace) const;
 
-  int side() const { return side_; }  // of the lattice, in pixels
+  int side() const;  // of the lattice, in pixels
 
  private:
-  ImageFilter(const ObjectSize& size, int side);
-  void Add(const Beam& beam, const FrequencyLattice& frequencies, const std::vector<double>& re,
-           const std::vector<double>& im);
+  struct Tables;
+  explicit ImageFilter(std::shared_ptr<const Tables> tables) : tables_(std::move(tables)) {}
 
-  ObjectSize size_;
-  int side_ = 0;
-  std::vector<double> re_, im_;  // zero frequency at (0, 0), rows downwards
+  std::shared_ptr<const Tables> tables_;
 };
 
 }  // namespace orvanel::physical

@@ -57,6 +57,8 @@ struct RowField {
 // The passes of a line's transform. Sides of planes are multiples of kSideUnit.
 constexpr int kMostPasses = 14;
 constexpr int kSideUnit = 16;
+constexpr int kSpareRows =
+    8;  // between panels, which keep one row of all panels out of the same sets of the first cache
 struct LineTransform {
   int length;  // 2^a 3^b 5^c
   int passes;
@@ -66,7 +68,7 @@ struct LineTransform {
 
 // For the length of one call, aligned to 64 bytes; for the widest register, in doubles.
 struct PlaneMemory {
-  double* panels;  // 2 side^2
+  double* panels;  // 2 side (side + kSpareRows)
   double* lines;   // 32 side
 };
 
@@ -97,8 +99,8 @@ struct WantedPlane {
 };
 
 // Half a spectrum has the columns 0 to side/2, the rest of a real plane's are their mirrored conjugates. Columns are in
-// panels of `width`: the real part at (row, q) is at (q / width * side + row) * 2 width + q % width, the imaginary part
-// `width` behind it. The last panel has some more columns.
+// panels of `width`: the real part at (row, q) is at (q / width * (side + kSpareRows) + row) * 2 width + q % width, the
+// imaginary part `width` behind it. The last panel has some more columns.
 
 struct ChordKernels {
   const char* name;
@@ -138,10 +140,19 @@ struct ChordKernels {
   void (*halfSpectrum)(const RealPlane& plane, const LineTransform& transform, const PlaneMemory& memory,
                        double* spectrum);
 
-  // Multiplies half a spectrum by that of a filter and transforms it with the opposite sign. Computes only the wanted
-  // part of the plane, and returns the sum over all of it. Overwrites the spectrum.
-  double (*planeOfSpectrum)(double* spectrum, const double* filter, const LineTransform& transform,
-                            const PlaneMemory& memory, const WantedPlane& wanted);
+  // The transform with the opposite sign of half a plane's spectrum times that of a filter. Computes only the wanted
+  // part of the result, and returns the sum over all of it.
+  double (*filteredPlane)(const RealPlane& plane, const double* filter, const LineTransform& transform,
+                          const PlaneMemory& memory, const WantedPlane& wanted);
+
+  // Adds to four rows of nodes the sum of `count` rows, with four weights each.
+  //   columns  a multiple of kChordBlock
+  void (*gatherRows)(const double* rows, long long pitch, int count, const double* weights, int columns, double* nodes,
+                     long long nodePitch);
+
+  // Adds to each of `count` rows the sum of four rows of nodes, with its weights.
+  void (*addSplines)(const double* nodes, long long nodePitch, int count, const double* weights, int columns,
+                     double* rows, long long pitch);
 };
 
 }  // namespace orvanel::physical

@@ -21,7 +21,9 @@ const physical::ChordKernels kChordKernels = {
     .fieldOnRow = FieldOnRow,
     .powerSpectrum = PowerSpectrum,
     .halfSpectrum = HalfSpectrumOf,
-    .planeOfSpectrum = PlaneOfSpectrum,
+    .filteredPlane = FilteredPlane,
+    .gatherRows = GatherRows,
+    .addSplines = AddSplines,
 };
 
 }  // namespace orvanel::ORVANEL_KERNELS

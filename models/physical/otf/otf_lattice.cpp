@@ -31,22 +31,6 @@ PupilLattice LatticeOf(const FrequencyLattice& frequencies, int density) {
   return {density * AcrossOf(frequencies), 2.0 * frequencies.step / density};
 }
 
-// The mean transmission at the rim: of the intensity.
-double RimTransmission(const Ellipse& outline, const Attenuation& attenuation) {
-  if (attenuation.perSquare == 0.0) return 1.0;
-  constexpr int kPlaces = 64;
-  const SineCosine turn = SineAndCosine(outline.angle);
-  double sum = 0.0;
-  for (int i = 0; i < kPlaces; ++i) {
-    const SineCosine t = SineAndCosineOfTurn(i, kPlaces);
-    const double a = outline.semiAxisA * t.cosine, b = outline.semiAxisB * t.sine;
-    const double x = outline.centreX + a * turn.cosine - b * turn.sine - attenuation.x;
-    const double y = outline.centreY + a * turn.sine + b * turn.cosine - attenuation.y;
-    sum += Exponential(2.0 * attenuation.perSquare * (x * x + y * y));
-  }
-  return sum / kPlaces;
-}
-
 // The OTF of a flat pupil at v cut-offs.
 double DiffractionLimit(double v) {
   return v < 1.0 ? 2.0 / kPi * (ArcCosine(v) - v * std::sqrt((1.0 - v) * (1.0 + v))) : 0.0;
@@ -128,7 +112,7 @@ void OtfLattice::SetFlat(const Pupil& flat) {
     }
   }
   const Attenuation attenuation = AttenuationOf(flat);
-  const double rim = RimTransmission(ellipse, attenuation);
+  const double rim = RimTransmission(flat);
   if (attenuation.perSquare != 0.0) Autocorrelate(flat);
   m.correction.assign(exact.size(), 0.0);
   for (int r = 0; r < m.side; ++r) {

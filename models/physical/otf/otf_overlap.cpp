@@ -19,13 +19,6 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 std::size_t Size(int n) { return static_cast<std::size_t>(n); }
 
-// From the unit disc to the outline.
-AffineMap MapOf(const Ellipse& e) {
-  const SineCosine turn = SineAndCosine(e.angle);
-  return {e.semiAxisA * turn.cosine, -e.semiAxisB * turn.sine,  e.centreX,
-          e.semiAxisA * turn.sine,   e.semiAxisB * turn.cosine, e.centreY};
-}
-
 // Without the shift.
 AffineMap Inverse(const AffineMap& m) {
   const double determinant = m.xx * m.yy - m.xy * m.yx;

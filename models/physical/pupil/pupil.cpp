@@ -40,6 +40,27 @@ Attenuation AttenuationOf(const Pupil& pupil) {
           effect.centreYmm / pupil.radiusMm};
 }
 
+AffineMap MapOf(const Ellipse& outline) {
+  const SineCosine turn = SineAndCosine(outline.angle);
+  return {outline.semiAxisA * turn.cosine, -outline.semiAxisB * turn.sine,  outline.centreX,
+          outline.semiAxisA * turn.sine,   outline.semiAxisB * turn.cosine, outline.centreY};
+}
+
+double RimTransmission(const Pupil& pupil) {
+  const Attenuation attenuation = AttenuationOf(pupil);
+  if (attenuation.perSquare == 0.0) return 1.0;
+  constexpr int kPlaces = 64;
+  const AffineMap map = MapOf(pupil.outline);
+  double sum = 0.0;
+  for (int i = 0; i < kPlaces; ++i) {
+    const SineCosine t = SineAndCosineOfTurn(i, kPlaces);
+    const double x = map.xx * t.cosine + map.xy * t.sine + map.x0 - attenuation.x;
+    const double y = map.yx * t.cosine + map.yy * t.sine + map.y0 - attenuation.y;
+    sum += Exponential(2.0 * attenuation.perSquare * (x * x + y * y));
+  }
+  return sum / kPlaces;
+}
+
 SlopeRange SlopesOf(const Pupil& pupil) {
   constexpr int kSteps = 24;
   const Chords chords = ChordsOf(pupil.outline);

@@ -55,6 +55,12 @@ struct Attenuation {
 };
 Attenuation AttenuationOf(const Pupil& pupil);
 
+// The mean transmission at the rim: of the intensity.
+double RimTransmission(const Pupil& pupil);
+
+// From the unit disc to the outline.
+AffineMap MapOf(const Ellipse& outline);
+
 // The directions to which rays from all places of the pupil go, in wavelength / diameter, sampled; not a number where
 // the wavefront is none.
 struct SlopeRange {

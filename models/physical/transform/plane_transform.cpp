@@ -80,16 +80,16 @@ PlaneTransform::PlaneTransform(const ChordKernels& kernels, int side) : kernels_
 
 std::size_t PlaneTransform::SpectrumSize() const {
   const int width = kernels_->width;
-  return Size(2LL * (side() / 2 / width + 1) * width * side());
+  return Size(2LL * (side() / 2 / width + 1) * width * (side() + kSpareRows));
 }
 
 std::size_t PlaneTransform::At(int row, int q) const {
   const int width = kernels_->width;
-  return Size((1LL * q / width * side() + row) * 2 * width + q % width);
+  return Size((1LL * (q / width) * (side() + kSpareRows) + row) * 2 * width + q % width);
 }
 
 PlaneMemory PlaneTransform::Prepared(Memory& memory, bool panels) const {
-  if (panels) memory.panels.Reserve(Size(2LL * side() * side()));
+  if (panels) memory.panels.Reserve(Size(2LL * side() * (side() + kSpareRows)));
   memory.lines.Reserve(Size(32LL * side()));
   return {memory.panels.data(), memory.lines.data()};
 }
@@ -104,9 +104,10 @@ void PlaneTransform::HalfSpectrum(const double* samples, long long pitch, int ro
   kernels_->halfSpectrum({samples, pitch, rows, columns, zeros_.data()}, transform_, Prepared(memory, false), spectrum);
 }
 
-double PlaneTransform::PlaneOfSpectrum(double* spectrum, const double* filter, const WantedPlane& wanted,
-                                       Memory& memory) const {
-  return kernels_->planeOfSpectrum(spectrum, filter, transform_, Prepared(memory, false), wanted);
+double PlaneTransform::Filter(const double* samples, long long pitch, int rows, int columns, const double* filter,
+                              const WantedPlane& wanted, Memory& memory) const {
+  return kernels_->filteredPlane({samples, pitch, rows, columns, zeros_.data()}, filter, transform_,
+                                 Prepared(memory, true), wanted);
 }
 
 const PlaneTransform& PlaneTransforms::Of(int side) {

@@ -42,8 +42,9 @@ class PlaneTransform {
   //   samples  aligned by columns that are a multiple of kChordBlock
   void HalfSpectrum(const double* samples, long long pitch, int rows, int columns, double* spectrum,
                     Memory& memory) const;
-  // As ChordKernels::planeOfSpectrum.
-  double PlaneOfSpectrum(double* spectrum, const double* filter, const WantedPlane& wanted, Memory& memory) const;
+  // As ChordKernels::filteredPlane; the wanted part may be where the samples are.
+  double Filter(const double* samples, long long pitch, int rows, int columns, const double* filter,
+                const WantedPlane& wanted, Memory& memory) const;
 
  private:
   PlaneMemory Prepared(Memory& memory, bool panels) const;

@@ -27,7 +27,7 @@ RetinalImage ImageOf(const Eye& eye, const Light& light, const ObjectSize& size,
   Workspace workspace(*ActiveKernels());
   const Outcome<ImageFilter> filter = ImageFilter::Of(eye, light, size, workspace);
   EXPECT_TRUE(filter);
-  return *filter->ImageOf(object.data(), surround, view);
+  return *filter->ImageOf(object.data(), surround, view, workspace);
 }
 
 // The share of a pixel's light that comes to a sample so many pixels away: the PSF over the pixel's area, by Simpson's
@@ -132,6 +132,48 @@ TEST(RetinalImage, KeepsAllLight) {
   EXPECT_GT(std::fabs(image.outside), 1e-6);
 }
 
+// What the margin of one pixel does not show: all light of the object, less that of the convolution in it.
+TEST(RetinalImage, SumsTheLightOutside) {
+  const ObjectSize size{7, 5, 0.6, 1};
+  const std::vector<double> object = reference::Noise(35, 9);
+  const RetinalImage image = ImageOf(kAsymmetricEye, Monochromatic(560), size, object, 0.0);
+  constexpr int kReach = 8;
+  const std::vector<double> spread = PixelSpread(kAsymmetricEye, Monochromatic(560), 0.6, kReach, View::kPatient);
+  double outside = 0.0;
+  for (int i = 0; i < 35; ++i) {
+    double inside = 0.0;
+    for (int r = -1; r < 6; ++r) {
+      for (int c = -1; c < 8; ++c) {
+        inside += spread[static_cast<std::size_t>((r - i / 7 + kReach) * (2 * kReach + 1) + c - i % 7 + kReach)];
+      }
+    }
+    outside += object[static_cast<std::size_t>(i)] * (1 - inside);
+  }
+  EXPECT_NEAR(image.outside, outside, 63 * kBound);
+  EXPECT_GT(std::fabs(outside), 1.0);
+}
+
+// Objects that are as wide as a real one, whose light reaches the next periods: against a lattice with room for all.
+TEST(RetinalImage, OfAWideFieldIsThatOfALatticeWithMoreRoom) {
+  for (const double pixel : {0.25, 0.7}) {
+    SCOPED_TRACE(pixel);
+    constexpr int kSide = 96, kMargin = 200;
+    const std::vector<double> white(kSide * kSide, 1.0);
+    const RetinalImage image = ImageOf(kAsymmetricEye, Monochromatic(560), {kSide, kSide, pixel, 0}, white, 0.0);
+    const RetinalImage wide = ImageOf(kAsymmetricEye, Monochromatic(560), {kSide, kSide, pixel, kMargin}, white, 0.0);
+    double worst = 0.0;
+    for (int r = 0; r < kSide; ++r) {
+      for (int c = 0; c < kSide; ++c) {
+        const auto i = static_cast<std::size_t>(r * kSide + c);
+        const auto j = static_cast<std::size_t>((r + kMargin) * wide.columns + c + kMargin);
+        worst = std::max(worst, std::fabs(image.luminance[i] - wide.luminance[j]));
+      }
+    }
+    EXPECT_LE(worst, 7e-5);
+    testing::Test::RecordProperty("difference", std::to_string(worst));
+  }
+}
+
 TEST(RetinalImage, OfAPlainFieldIsPlain) {
   const ObjectSize size{12, 7, 0.8, 3};
   const RetinalImage image = ImageOf(kAsymmetricEye, Monochromatic(600), size, std::vector<double>(84, 0.37), 0.37);
@@ -178,8 +220,9 @@ TEST(RetinalImage, IsLinear) {
   const std::vector<double> first = reference::Noise(256, 5), second = reference::Noise(256, 6);
   std::vector<double> sum;
   for (std::size_t i = 0; i < 256; ++i) sum.push_back(first[i] + 2 * second[i]);
-  const RetinalImage a = *filter.ImageOf(first.data(), 0.1), b = *filter.ImageOf(second.data(), 0.2);
-  const RetinalImage both = *filter.ImageOf(sum.data(), 0.5);
+  const RetinalImage a = *filter.ImageOf(first.data(), 0.1, View::kPatient, workspace);
+  const RetinalImage b = *filter.ImageOf(second.data(), 0.2, View::kPatient, workspace);
+  const RetinalImage both = *filter.ImageOf(sum.data(), 0.5, View::kPatient, workspace);
   for (std::size_t i = 0; i < 256; ++i) EXPECT_NEAR(both.luminance[i], a.luminance[i] + 2 * b.luminance[i], 1e-14);
 }
 
@@ -205,9 +248,9 @@ TEST(RetinalImage, RefusesWhatHasNoImage) {
 
   const ImageFilter filter = *ImageFilter::Of(eye, Monochromatic(560), {2, 2, 0.5, 0}, workspace);
   const std::vector<double> dark(4), bad = {0, 0, std::numeric_limits<double>::infinity(), 0};
-  EXPECT_EQ(filter.ImageOf(bad.data(), 0.0).refusal().problem, Problem::kLuminance);
-  EXPECT_EQ(filter.ImageOf(bad.data(), 0.0).refusal().index, 2);
-  EXPECT_EQ(filter.ImageOf(dark.data(), std::nan("")).refusal().index, -1);
+  EXPECT_EQ(filter.ImageOf(bad.data(), 0.0, View::kPatient, workspace).refusal().problem, Problem::kLuminance);
+  EXPECT_EQ(filter.ImageOf(bad.data(), 0.0, View::kPatient, workspace).refusal().index, 2);
+  EXPECT_EQ(filter.ImageOf(dark.data(), std::nan(""), View::kPatient, workspace).refusal().index, -1);
 }
 
 }  // namespace

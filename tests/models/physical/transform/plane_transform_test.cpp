@@ -126,17 +126,16 @@ TEST_P(PlaneTransformVariants, FilterAPlaneAndKeepItsSum) {
     const PlaneTransform transform(ActiveChords(), side);
     PlaneTransform::Memory memory;
     const Corner plane(side);
-    AlignedMemory spectrum(transform.SpectrumSize()), filter(transform.SpectrumSize());
+    AlignedMemory filter(transform.SpectrumSize());
     constexpr int kDown = 5, kRight = 3;
     Samples point(Index(kDown + 1, 0, 8));
     point[Index(kDown, kRight, 8)] = 1.0 / side / side;
     transform.HalfSpectrum(point.data(), 8, kDown + 1, 8, filter.data(), memory);
-    transform.HalfSpectrum(plane.re.data(), plane.pitch, plane.rows, plane.pitch, spectrum.data(), memory);
     // From beyond the edges: the last rows and columns of the period come first.
     const int rows = plane.rows + 3, columns = plane.pitch + 8, firstRow = side - 4, firstColumn = side - 1;
     Samples image(Index(rows, 0, columns), 42.0);
-    const double sum = transform.PlaneOfSpectrum(spectrum.data(), filter.data(),
-                                                 {image.data(), columns, firstRow, firstColumn, rows, columns}, memory);
+    const double sum = transform.Filter(plane.re.data(), plane.pitch, plane.rows, plane.pitch, filter.data(),
+                                        {image.data(), columns, firstRow, firstColumn, rows, columns}, memory);
     long double expectedSum = 0.0L;
     for (const double sample : plane.re) expectedSum += sample;
     const double error = 3 * BoundOf(side) * plane.Size();
@@ -170,8 +169,8 @@ Samples Everything(const ChordKernels& kernels, int side) {
     }
   }
   Samples image(Index(11, 0, 16));
-  all.push_back(
-      transform.PlaneOfSpectrum(spectrum.data(), filter.data(), {image.data(), 16, side - 2, 3, 11, 16}, memory));
+  all.push_back(transform.Filter(plane.re.data(), plane.pitch, plane.rows, plane.pitch, filter.data(),
+                                 {image.data(), 16, side - 2, 3, 11, 16}, memory));
   all.insert(all.end(), image.begin(), image.end());
   return all;
 }
