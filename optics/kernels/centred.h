@@ -8,7 +8,7 @@
 
 #include "optics/kernels/lines.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 struct CentredTables {
@@ -84,26 +84,23 @@ ORVANEL_INLINE void CentredRows(const double* re, const double* im, CentredTable
   for (int first = 0; first < kLength; first += kWidth) {
     for (int c = 0; c < kLength; c += kWidth) {
       V a[kWidth];
-      const auto load = [&](const double* plane, V Complex::*part) __attribute__((always_inline)) {
-        LoadTransposed(
-            [&](int l) __attribute__((always_inline)) { return plane + (first + l) * kLength + c; }, a);
+      const auto load = [&](const double* plane, V Complex::*part) ORVANEL_INLINED {
+        LoadTransposed([&](int l) ORVANEL_INLINED { return plane + (first + l) * kLength + c; }, a);
         ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) lines[c + l].*part = l % 2 == 0 ? a[l] : -a[l];
       };
       load(re, &Complex::re);
       load(im, &Complex::im);
     }
     CentredBundle(
-        lines, t, [&](int n) __attribute__((always_inline)) { return lines[n]; },
-        [&](int place, Complex v, double sign) __attribute__((always_inline)) {
+        lines, t, [&](int n) ORVANEL_INLINED { return lines[n]; },
+        [&](int place, Complex v, double sign) ORVANEL_INLINED {
           lines[place] = {v.re * (scale * sign), v.im * (scale * sign)};
         });
     for (int column = 0; column < kLength; column += kWidth) {
       Complex* const block = Panel(scratch, column) + first;
       V a[kWidth], b[kWidth];
-      LoadTransposed(
-          [&](int l) __attribute__((always_inline)) { return Samples(lines[PlaceOfResult(column + l)].re); }, a);
-      LoadTransposed(
-          [&](int l) __attribute__((always_inline)) { return Samples(lines[PlaceOfResult(column + l)].im); }, b);
+      LoadTransposed([&](int l) ORVANEL_INLINED { return Samples(lines[PlaceOfResult(column + l)].re); }, a);
+      LoadTransposed([&](int l) ORVANEL_INLINED { return Samples(lines[PlaceOfResult(column + l)].im); }, b);
       ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) block[l] = {a[l], b[l]};
     }
   }
@@ -116,8 +113,8 @@ void CentredTransform(double* re, double* im, int direction, const Tables& table
   for (int column = 0; column < kLength; column += kWidth) {
     const Complex* const panel = Panel(scratch, column);
     CentredBundle(
-        Lines(scratch), t, [&](int n) __attribute__((always_inline)) { return panel[n]; },
-        [&](int place, Complex v, double odd) __attribute__((always_inline)) {
+        Lines(scratch), t, [&](int n) ORVANEL_INLINED { return panel[n]; },
+        [&](int place, Complex v, double odd) ORVANEL_INLINED {
           Store(re + ResultAt(place) * kLength + column, v.re * (odd * kUnitary));
           Store(im + ResultAt(place) * kLength + column, v.im * (odd * kUnitary));
         });
@@ -125,6 +122,6 @@ void CentredTransform(double* re, double* im, int direction, const Tables& table
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_CENTRED_H

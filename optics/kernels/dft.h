@@ -5,7 +5,7 @@
 
 #include "optics/kernels/vectors.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 // Four-point transform in place; those of inputs a, b alone, c = d = 0, cost half.
@@ -45,10 +45,8 @@ ORVANEL_INLINE void Dft16(Complex* x) {
     }
   }
   // Element 4 k1 + n2 turns by n2 k1 sixteenths.
-  const auto turnByEighth = [](Complex a) __attribute__((always_inline)) {
-    return Complex{(a.re - a.im) * h, (a.re + a.im) * h};
-  };
-  const auto turnByThreeEighths = [](Complex a) __attribute__((always_inline)) {
+  const auto turnByEighth = [](Complex a) ORVANEL_INLINED { return Complex{(a.re - a.im) * h, (a.re + a.im) * h}; };
+  const auto turnByThreeEighths = [](Complex a) ORVANEL_INLINED {
     return Complex{(a.re + a.im) * -h, (a.re - a.im) * h};
   };
   x[5] = Times(x[5], Splat(c1), Splat(s1));
@@ -114,6 +112,6 @@ ORVANEL_INLINE void Dft8(Complex* x) {
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_DFT_H

@@ -9,7 +9,7 @@
 #include "optics/kernels/pupil.h"
 #include "optics/kernels/spectrum.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 void Transform(double* re, double* im, double scale, const Tables& tables, const Scratch& scratch) {
@@ -24,14 +24,12 @@ void Transform(double* re, double* im, double scale, const Tables& tables, const
   for (int first = 0; first < kLength; first += kWidth) {
     LoadRows(scratch, first, kLength, lines);
     TransformInPlace(lines, tables);
-    StoreRows(
-        lines, &Complex::re, [&](int row, int column, V v) __attribute__((always_inline)) {
-          Store(re + (first + row) * kLength + column, v * factor);
-        });
-    StoreRows(
-        lines, &Complex::im, [&](int row, int column, V v) __attribute__((always_inline)) {
-          Store(im + (first + row) * kLength + column, v * factor);
-        });
+    StoreRows(lines, &Complex::re, [&](int row, int column, V v) ORVANEL_INLINED {
+      Store(re + (first + row) * kLength + column, v * factor);
+    });
+    StoreRows(lines, &Complex::im, [&](int row, int column, V v) ORVANEL_INLINED {
+      Store(im + (first + row) * kLength + column, v * factor);
+    });
   }
 }
 
@@ -78,7 +76,7 @@ ORVANEL_INLINE double FilteredColumns(const ObjectSpectrum& object, const Otf& o
   for (int column = 0; column < 128; column += kWidth) {
     if (object.pending != nullptr) CompleteColumns(column, tables, scratch, *object.pending);
     V& sum = sums[column / kWidth % (8 / kWidth)];
-    const auto product = [&](Complex o, Complex h) __attribute__((always_inline)) {
+    const auto product = [&](Complex o, Complex h) ORVANEL_INLINED {
       const Complex v = {o.re * h.im + h.re * o.im, h.re * o.re - o.im * h.im};
       sum = sum + Norm(v);
       return v;
@@ -101,8 +99,7 @@ ORVANEL_INLINE double FilteredColumns(const ObjectSpectrum& object, const Otf& o
 ORVANEL_INLINE void LoadFilteredRows(const Scratch& scratch, int first, Complex* x) {
   LoadRows(scratch, first, 128, x);
   for (int c = 0; c < 128; c += kWidth) {
-    Transpose(
-        Panel(scratch, 128 + c) + first, x, [&](int l) __attribute__((always_inline)) { return kLength - c - l; });
+    Transpose(Panel(scratch, 128 + c) + first, x, [&](int l) ORVANEL_INLINED { return kLength - c - l; });
   }
   x[128] = x[kLength];  // the place of column 0 was that of column 128
 }
@@ -116,13 +113,11 @@ ORVANEL_INLINE void ImageRows(const Tables& tables, const Scratch& scratch, doub
     double* const rows = image + (first + 128) % kLength * kLength;
     for (int k = 0; k < kWidth * kLength; k += 8) __builtin_prefetch(rows + k, 1);
     TransformBundle<false>(
-        lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
-        [&](int place, int, Complex v)
-            __attribute__((always_inline)) { lines[place].re = finish(v.re * v.re + v.im * v.im); });
-    StoreRows(
-        lines, &Complex::re, [&](int row, int column, V v) __attribute__((always_inline)) {
-          Store(rows + row * kLength + (column + 128) % kLength, v);
-        });
+        lines, tables, [&](int n) ORVANEL_INLINED { return lines[n]; },
+        [&](int place, int, Complex v) ORVANEL_INLINED { lines[place].re = finish(v.re * v.re + v.im * v.im); });
+    StoreRows(lines, &Complex::re, [&](int row, int column, V v) ORVANEL_INLINED {
+      Store(rows + row * kLength + (column + 128) % kLength, v);
+    });
   }
 }
 
@@ -130,24 +125,22 @@ ORVANEL_INLINE void ImageRows(const Tables& tables, const Scratch& scratch, doub
 [[gnu::noinline]] void WriteClipped(double scale, const Tables& tables, const Scratch& scratch, double* image) {
   const V factor = Splat(scale);
   const V one = Splat(1.0);
-  ImageRows(
-      tables, scratch, image, [&](V v) __attribute__((always_inline)) {
-        const V scaled = v * factor;
-        const V clipped = Select(scaled > one, one, scaled);
-        return Select(clipped >= V{}, clipped, V{});
-      });
+  ImageRows(tables, scratch, image, [&](V v) ORVANEL_INLINED {
+    const V scaled = v * factor;
+    const V clipped = Select(scaled > one, one, scaled);
+    return Select(clipped >= V{}, clipped, V{});
+  });
 }
 
 // The same, stretched.
 [[gnu::noinline]] void WriteStretched(const Tables& tables, const Scratch& scratch, double* image) {
   V largest = Splat(-__builtin_inf());
   V smallest = Splat(__builtin_inf());
-  ImageRows(
-      tables, scratch, image, [&](V v) __attribute__((always_inline)) {
-        largest = Larger(largest, v);
-        smallest = Select(v < smallest, v, smallest);
-        return v;
-      });
+  ImageRows(tables, scratch, image, [&](V v) ORVANEL_INLINED {
+    largest = Larger(largest, v);
+    smallest = Select(v < smallest, v, smallest);
+    return v;
+  });
   double most = largest[0], least = smallest[0];
   for (int l = 1; l < kWidth; ++l) {
     most = largest[l] > most ? largest[l] : most;
@@ -202,6 +195,6 @@ void DrawRing(double* plane, double centre, double innerSquared, double outerSqu
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_IMAGE_H

@@ -9,7 +9,7 @@
 #include "optics/kernels/dft.h"
 #include "optics/kernels/kernels.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 constexpr int kLength = kKernelGrid;
@@ -63,18 +63,18 @@ ORVANEL_INLINE void TransformBundle(Complex* between, const Tables& tables, Load
 // of one copy of the code leave room in the first cache for instructions.
 [[gnu::noinline]] void TransformPanel(const Complex* from, Complex* between, const Tables& tables, Complex* to) {
   TransformBundle<false>(
-      between, tables, [&](int n) __attribute__((always_inline)) { return from[n]; },
-      [&](int, int k, Complex v) __attribute__((always_inline)) { to[k] = v; });
+      between, tables, [&](int n) ORVANEL_INLINED { return from[n]; },
+      [&](int, int k, Complex v) ORVANEL_INLINED { to[k] = v; });
 }
 
 // The same in place, results at their places.
 [[gnu::noinline]] void TransformInPlace(Complex* lines, const Tables& tables) {
   TransformBundle<false>(
-      lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
-      [&](int place, int, Complex v) __attribute__((always_inline)) { lines[place] = v; });
+      lines, tables, [&](int n) ORVANEL_INLINED { return lines[n]; },
+      [&](int place, int, Complex v) ORVANEL_INLINED { lines[place] = v; });
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_LINES_H

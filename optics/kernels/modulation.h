@@ -7,7 +7,7 @@
 
 #include "optics/kernels/spectrum.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 // Error of Angle in units in the last place. The worst is a / b just above 0.236, where the result is below 1/4. In
@@ -117,14 +117,14 @@ ORVANEL_INLINE void CentredPlane(double* plane, Make make, Mirror mirror) {
 }
 
 void Modulation(const HalfSpectrum& spectrum, double* mtf) {
-  const auto modulus = [&](int p, int column) __attribute__((always_inline)) {
+  const auto modulus = [&](int p, int column) ORVANEL_INLINED {
     const Complex v = HalfPanel(spectrum, column)[p];
     return Sqrt(v.re * v.re + v.im * v.im);
   };
   const Divisor zeroFrequency(modulus(0, 0)[0]);
   CentredPlane(
-      mtf, [&](int p, int column) __attribute__((always_inline)) { return modulus(p, column) / zeroFrequency; },
-      [](V v) __attribute__((always_inline)) { return v; });
+      mtf, [&](int p, int column) ORVANEL_INLINED { return modulus(p, column) / zeroFrequency; },
+      [](V v) ORVANEL_INLINED { return v; });
 }
 
 // The centred transform has the other sign in its exponent, and its origin in the middle of the plane.
@@ -134,15 +134,15 @@ void Phase(const HalfSpectrum& spectrum, double* phase) {
   for (int l = 1; l < kWidth; l += 2) oddLanes[l] = signBit;
   CentredPlane(
       phase,
-      [&](int p, int column) __attribute__((always_inline)) {
+      [&](int p, int column) ORVANEL_INLINED {
         const Complex v = HalfPanel(spectrum, column)[p];
         const Mask odd = p % 2 == 0 ? oddLanes : oddLanes ^ signBit;
         return Angle(Bits(Bits(V{} - v.im) ^ odd), Bits(Bits(v.re) ^ odd));
       },
-      [](V v) __attribute__((always_inline)) { return -v; });
+      [](V v) ORVANEL_INLINED { return -v; });
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_MODULATION_H

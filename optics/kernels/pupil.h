@@ -10,7 +10,7 @@
 #include "optics/kernels/sine_cosine.h"
 #include "orvanel/constants.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 // exp(i 2 pi W / wavelength) inside the pupil, zero outside.
@@ -38,9 +38,9 @@ constexpr int kLast = kFirst + kHalf;  // its last row and column
 
 // Whether no sample outside the middle belongs to the pupil.
 ORVANEL_INLINE bool IsInTheMiddle(const double* wavefront) {
-  const auto outsideIn = [](const double* from, int count) __attribute__((always_inline)) {
+  const auto outsideIn = [](const double* from, int count) ORVANEL_INLINED {
     Mask inside{};
-    for (int c = 0; c < count; c += kWidth) inside |= ::orvanel::ORVANEL_KERNELS::Load(from + c) <= kLargestInside;
+    for (int c = 0; c < count; c += kWidth) inside |= ::orvanel::ORVANEL_VARIANT::Load(from + c) <= kLargestInside;
     return !Any(inside);
   };
   for (int r = 0; r < kLength; ++r) {
@@ -65,8 +65,8 @@ ORVANEL_INLINE void MiddleColumns(const double* wavefront, V wavelength, const T
     }
     Complex* const panel = Panel(scratch, group);
     TransformBundle<true>(
-        lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
-        [&](int, int k, Complex v) __attribute__((always_inline)) { panel[k] = v; });
+        lines, tables, [&](int n) ORVANEL_INLINED { return lines[n]; },
+        [&](int, int k, Complex v) ORVANEL_INLINED { panel[k] = v; });
   }
 }
 
@@ -84,8 +84,7 @@ ORVANEL_INLINE void AllColumns(const double* wavefront, V wavelength, const Tabl
 // The first `count` samples of rows first .. first + kWidth - 1 of scratch, side by side.
 ORVANEL_INLINE void LoadRows(const Scratch& scratch, int first, int count, Complex* x) {
   for (int c = 0; c < count; c += kWidth) {
-    Transpose(
-        Panel(scratch, c) + first, x, [&](int l) __attribute__((always_inline)) { return c + l; });
+    Transpose(Panel(scratch, c) + first, x, [&](int l) ORVANEL_INLINED { return c + l; });
   }
 }
 
@@ -95,8 +94,7 @@ ORVANEL_INLINE void StoreRows(const Complex* x, V Complex::*part, Put put) {
   for (int k2 = 0; k2 < 16; ++k2) {
     for (int k1 = 0; k1 < 16; k1 += kWidth) {
       V a[kWidth];
-      LoadTransposed(
-          [&](int l) __attribute__((always_inline)) { return Samples(x[16 * (k1 + l) + k2].*part); }, a);
+      LoadTransposed([&](int l) ORVANEL_INLINED { return Samples(x[16 * (k1 + l) + k2].*part); }, a);
       ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) put(l, 16 * k2 + k1, a[l]);
     }
   }
@@ -120,20 +118,19 @@ ORVANEL_INLINE void IntensityRows(const Scratch& scratch, int first, const Table
   }
   V maximum{};
   TransformBundle<halfEmpty>(
-      lines, tables, [&](int n) __attribute__((always_inline)) { return lines[n]; },
-      [&](int place, int, Complex v) __attribute__((always_inline)) {
+      lines, tables, [&](int n) ORVANEL_INLINED { return lines[n]; },
+      [&](int place, int, Complex v) ORVANEL_INLINED {
         const V power = Norm(v);
         if constexpr (keep) lines[place].re = power;
         maximum = Larger(maximum, power);
       });
   Store(rowMaxima + first, maximum);
   if constexpr (keep) {
-    StoreRows(
-        lines, &Complex::re, [&](int row, int column, V v) __attribute__((always_inline)) {
-          double* const to = intensity + (first + row) * kIntensityPitch;
-          Store(to + column, v);
-          if (column < kIntensityPitch - kLength) Store(to + kLength + column, v);
-        });
+    StoreRows(lines, &Complex::re, [&](int row, int column, V v) ORVANEL_INLINED {
+      double* const to = intensity + (first + row) * kIntensityPitch;
+      Store(to + column, v);
+      if (column < kIntensityPitch - kLength) Store(to + kLength + column, v);
+    });
   }
 }
 
@@ -181,6 +178,6 @@ void Recentre(const Recentring& from, double* psf) {
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_PUPIL_H

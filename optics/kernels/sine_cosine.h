@@ -4,7 +4,7 @@
 
 #include "optics/kernels/vectors.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 // Absolute error of SineAndCosine. The worst case is an x that is reduced to 1/2 .. pi/4. In units of 2^-53:
@@ -52,6 +52,6 @@ ORVANEL_INLINE SinCos SineAndCosine(V x) {
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_SINE_COSINE_H

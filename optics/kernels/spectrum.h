@@ -8,7 +8,7 @@
 #include "optics/kernels/lines.h"
 #include "optics/kernels/pupil.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 // The panel of a column. Half a spectrum has columns 0 to 128, in panels of kWidth columns. A copy of a panel's first
@@ -81,10 +81,8 @@ ORVANEL_INLINE void PutConstantRows(At at, Scale scale, int first, HalfSpectrum&
       b[0].im = middle.im * (2.0 * half);
     }
     Complex* const panel = HalfPanel(spectrum, q);
-    Transpose(
-        a, panel, [&](int l) __attribute__((always_inline)) { return first + l; });
-    Transpose(
-        b, panel, [&](int l) __attribute__((always_inline)) { return kLength - 1 - first - l; });
+    Transpose(a, panel, [&](int l) ORVANEL_INLINED { return first + l; });
+    Transpose(b, panel, [&](int l) ORVANEL_INLINED { return kLength - 1 - first - l; });
   }
 }
 
@@ -101,11 +99,9 @@ ORVANEL_INLINE double HalfRows(At at, Scale scale, const Tables& tables, const S
     }
     for (int c = 0; c < kLength; c += kWidth) {
       V v[kWidth];
-      LoadTransposed(
-          [&](int l) __attribute__((always_inline)) { return at(first + l, c); }, v);
+      LoadTransposed([&](int l) ORVANEL_INLINED { return at(first + l, c); }, v);
       ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) lines[c + i].re = scale(v[i]);
-      LoadTransposed(
-          [&](int l) __attribute__((always_inline)) { return at(kLength - 1 - first - l, c); }, v);
+      LoadTransposed([&](int l) ORVANEL_INLINED { return at(kLength - 1 - first - l, c); }, v);
       ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) lines[c + i].im = scale(v[i]);
     }
     TransformInPlace(lines, tables);
@@ -149,9 +145,8 @@ ORVANEL_INLINE void CompleteColumns(const Tables& tables, const Scratch& scratch
 }
 
 double RealRows(const double* plane, const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum) {
-  return HalfRows(
-      [&](int row, int column) __attribute__((always_inline)) { return plane + row * kLength + column; },
-      [](V v) __attribute__((always_inline)) { return v; }, tables, scratch, spectrum);
+  return HalfRows([&](int row, int column) ORVANEL_INLINED { return plane + row * kLength + column; },
+                  [](V v) ORVANEL_INLINED { return v; }, tables, scratch, spectrum);
 }
 
 double RealTransform(const double* plane, const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum) {
@@ -162,9 +157,8 @@ double RealTransform(const double* plane, const Tables& tables, const Scratch& s
 
 void TransferFunction(const Recentring& from, const Tables& tables, const Scratch& scratch, HalfSpectrum& spectrum) {
   const V factor = Splat(from.factor);
-  HalfRows(
-      [&](int row, int column) __attribute__((always_inline)) { return SamplesAt(RowOf(from, row), column); },
-      [&](V v) __attribute__((always_inline)) { return factor * v; }, tables, scratch, spectrum);
+  HalfRows([&](int row, int column) ORVANEL_INLINED { return SamplesAt(RowOf(from, row), column); },
+           [&](V v) ORVANEL_INLINED { return factor * v; }, tables, scratch, spectrum);
   CompleteColumns(tables, scratch, spectrum);
 }
 
@@ -189,6 +183,6 @@ void Unfold(const HalfSpectrum& spectrum, double* re, double* im) {
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_SPECTRUM_H

@@ -1,4 +1,4 @@
-// Defines one table of kernels. Compiled once for each instruction set, with ORVANEL_KERNELS as its name. Only the
+// Defines one table of kernels. Compiled once for each instruction set, with ORVANEL_VARIANT as its name. Only the
 // table has external linkage.
 #include "optics/kernels/centred.h"
 #include "optics/kernels/image.h"
@@ -11,11 +11,11 @@
 #define ORVANEL_STRING(name) #name
 #define ORVANEL_NAME(name) ORVANEL_STRING(name)
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 
 extern const Kernels kKernels;
 const Kernels kKernels = {
-    .name = ORVANEL_NAME(ORVANEL_KERNELS),
+    .name = ORVANEL_NAME(ORVANEL_VARIANT),
     .synthesize = Synthesize,
     .intensity = Intensity,
     .recentre = Recentre,
@@ -32,4 +32,4 @@ const Kernels kKernels = {
     .drawRing = DrawRing,
 };
 
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT

@@ -8,7 +8,9 @@
 #include <immintrin.h>
 #endif
 
-#define ORVANEL_INLINE_MEMBER inline __attribute__((always_inline))
+// For lambdas and constructors, for other members, and for functions.
+#define ORVANEL_INLINED __attribute__((always_inline))
+#define ORVANEL_INLINE_MEMBER inline ORVANEL_INLINED
 #define ORVANEL_INLINE static ORVANEL_INLINE_MEMBER
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(coverage_sanitizer)
@@ -23,7 +25,7 @@
 #define ORVANEL_UNROLL _Pragma("GCC unroll 16")
 #endif
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 #if defined(__AVX512F__)
@@ -151,9 +153,9 @@ ORVANEL_INLINE void LoadTransposed(At at, V* v) {
 // Copied part by part: GCC copies the whole through memory otherwise, at many times the cost.
 struct Complex {
   Complex() = default;
-  __attribute__((always_inline)) Complex(V a, V b) : re(a), im(b) {}
-  __attribute__((always_inline)) Complex(const Complex& other) : re(other.re), im(other.im) {}
-  __attribute__((always_inline)) Complex& operator=(const Complex& other) {
+  ORVANEL_INLINED Complex(V a, V b) : re(a), im(b) {}
+  ORVANEL_INLINED Complex(const Complex& other) : re(other.re), im(other.im) {}
+  ORVANEL_INLINED Complex& operator=(const Complex& other) {
     re = other.re;
     im = other.im;
     return *this;
@@ -174,15 +176,13 @@ ORVANEL_INLINE const double* Samples(const V& v) { return reinterpret_cast<const
 template <class Place>
 ORVANEL_INLINE void Transpose(const Complex* block, Complex* x, Place place) {
   V a[kWidth];
-  LoadTransposed(
-      [&](int l) __attribute__((always_inline)) { return Samples(block[l].re); }, a);
+  LoadTransposed([&](int l) ORVANEL_INLINED { return Samples(block[l].re); }, a);
   ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) x[place(l)].re = a[l];
-  LoadTransposed(
-      [&](int l) __attribute__((always_inline)) { return Samples(block[l].im); }, a);
+  LoadTransposed([&](int l) ORVANEL_INLINED { return Samples(block[l].im); }, a);
   ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) x[place(l)].im = a[l];
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_VECTORS_H

@@ -8,7 +8,7 @@
 #include "optics/kernels/vectors.h"
 #include "orvanel/constants.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 constexpr int kRadius = 64;
@@ -122,6 +122,6 @@ void Synthesize(const double* coefficients, int firstOrder, double* wavefront) {
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_OPTICS_KERNELS_WAVEFRONT_H

@@ -9,7 +9,7 @@
 #include "models/physical/kernels/kernels.h"
 #include "optics/kernels/sine_cosine.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 using physical::ChordField;
@@ -205,6 +205,6 @@ void RowsFromSums(const RowSums& job) {
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_MODELS_PHYSICAL_KERNELS_CHORDS_H

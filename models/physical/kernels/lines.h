@@ -8,7 +8,7 @@
 #include "models/physical/kernels/kernels.h"
 #include "optics/kernels/dft.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 using physical::LineTransform;
@@ -94,6 +94,6 @@ ORVANEL_INLINE Complex* TransformLines(const LineTransform& transform, Complex* 
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_MODELS_PHYSICAL_KERNELS_LINES_H

@@ -8,7 +8,7 @@
 
 #include "models/physical/kernels/lines.h"
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 namespace {
 
 using physical::FieldPlane;
@@ -76,7 +76,7 @@ void PowerSpectrum(const FieldPlane& field, const LineTransform& transform, cons
     for (int k = 0; k < side; ++k) {
       double* const to = power + static_cast<long long>(k) * side + c;
       const V value = (lines[k].im * lines[k].im + lines[k].re * lines[k].re) * scale;
-      Store(to, add ? ::orvanel::ORVANEL_KERNELS::Load(to) + value : value);
+      Store(to, add ? ::orvanel::ORVANEL_VARIANT::Load(to) + value : value);
     }
   }
 }
@@ -239,6 +239,6 @@ void AddSplines(const double* nodes, long long nodePitch, int count, const doubl
 }
 
 }  // namespace
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT
 
 #endif  // ORVANEL_MODELS_PHYSICAL_KERNELS_PLANES_H

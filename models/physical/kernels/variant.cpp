@@ -1,4 +1,4 @@
-// One table of the physical model's kernels. Compiled once for each instruction set, with ORVANEL_KERNELS its name; the
+// One table of the physical model's kernels. Compiled once for each instruction set, with ORVANEL_VARIANT its name; the
 // table is all that this file shows.
 #include "models/physical/kernels/chords.h"
 #include "models/physical/kernels/kernels.h"
@@ -7,11 +7,11 @@
 #define ORVANEL_STRING(name) #name
 #define ORVANEL_NAME(name) ORVANEL_STRING(name)
 
-namespace orvanel::ORVANEL_KERNELS {
+namespace orvanel::ORVANEL_VARIANT {
 
 extern const physical::ChordKernels kChordKernels;
 const physical::ChordKernels kChordKernels = {
-    .name = ORVANEL_NAME(ORVANEL_KERNELS),
+    .name = ORVANEL_NAME(ORVANEL_VARIANT),
     .width = kWidth,
     .fieldOnChord = FieldOnChord,
     .chordMoments = ChordMoments,
@@ -26,4 +26,4 @@ const physical::ChordKernels kChordKernels = {
     .addSplines = AddSplines,
 };
 
-}  // namespace orvanel::ORVANEL_KERNELS
+}  // namespace orvanel::ORVANEL_VARIANT

@@ -3,7 +3,7 @@
 #ifndef ORVANEL_TESTS_OPTICS_KERNELS_UNDER_TEST_H
 #define ORVANEL_TESTS_OPTICS_KERNELS_UNDER_TEST_H
 
-#define ORVANEL_KERNELS under_test
+#define ORVANEL_VARIANT under_test
 // Whole kernels go unused here.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wunused-function"
