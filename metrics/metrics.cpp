@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/error.h"
 #include "base/number_text.h"
 #include "base/split.h"
 #include "eye/refraction.h"
 #include "eye/rms.h"
+#include "metrics/errors.h"
 #include "models/sampling.h"
 
 namespace orvanel::metrics {
@@ -169,7 +169,7 @@ std::vector<const Metric*> MetricsNamed(std::string_view list) {
     if (found == Table().end()) {
       std::string words;
       for (const Metric& metric : Table()) words += (words.empty() ? "" : ", ") + std::string(metric.word);
-      throw Error(Quoted(word) + " is no metric; it is one of " + words);
+      throw UnknownMetric(word, words);
     }
     if (std::find(chosen.begin(), chosen.end(), &*found) == chosen.end()) chosen.push_back(&*found);
   }
@@ -225,7 +225,7 @@ double ValueOf(std::string_view column, const MetricInput& input) {
     metric.compute(input, values);
     return values.at(static_cast<std::size_t>(found - metric.columns.begin()));
   }
-  throw Error(Quoted(column) + " is no column of a metric");
+  throw UnknownColumn(column);
 }
 
 std::vector<double> Values(const MetricChoice& choice, const MetricInput& input) {
@@ -237,9 +237,9 @@ std::vector<double> Values(const MetricChoice& choice, const MetricInput& input)
   }
   for (const double acuity : choice.acuities) AddRing(input, acuity, values);
   if (choice.doubts) values.push_back(static_cast<double>(input.doubts));
-  if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); })) {
-    throw Error("is so far from an eye that nothing can be computed; check the units of pupil and coefficients");
-  }
+  const auto invalid = std::find_if(values.begin(), values.end(), [](double value) { return !std::isfinite(value); });
+  if (invalid != values.end())
+    throw ValueNotFinite(Columns(choice)[static_cast<std::size_t>(invalid - values.begin())]);
   for (double& value : values) value += 0.0;  // so that 0 has no sign
   return values;
 }

@@ -12,6 +12,7 @@
 
 #include "base/error.h"
 #include "eye/refraction.h"
+#include "metrics/errors.h"
 
 namespace orvanel::metrics {
 namespace {
@@ -22,6 +23,13 @@ TEST(Metrics, AreChosenByName) {
   EXPECT_STREQ(chosen[0]->word, "rms");
   EXPECT_THROW(MetricsNamed("rms,"), Error);
   EXPECT_THROW(MetricsNamed("strehls"), Error);
+  try {
+    MetricsNamed("strehl,foo");
+    ADD_FAILURE() << "foo is a metric";
+  } catch (const UnknownMetric& error) {
+    EXPECT_EQ(error.wanted, "foo");
+    EXPECT_EQ(error.known.substr(0, 19), "strehl, strehl_peak");
+  }
 }
 
 TEST(Metrics, ColumnsNameUnitAndScaleAndAreAllDifferent) {
@@ -73,7 +81,7 @@ TEST(Metrics, AColumnOfTheTableHasItsValueByName) {
   EXPECT_EQ(ValueOf("strehl_ratio", input), 0.25);
   EXPECT_DOUBLE_EQ(ValueOf("rms_um_orders_2_and_above", input), 0.5);
   EXPECT_DOUBLE_EQ(ValueOf("rms_um_orders_3_and_above", input), 0.4);
-  EXPECT_THROW(ValueOf("rms", input), Error);
+  EXPECT_THROW(ValueOf("rms", input), UnknownColumn);
 }
 
 TEST(Metrics, TheUndersampledShareIsAddedOnce) {
@@ -105,7 +113,12 @@ TEST(Metrics, ZeroHasNoSign) {
 TEST(Metrics, WhatIsNoNumberIsAnError) {
   Results results;
   results.strehl = std::numeric_limits<double>::quiet_NaN();
-  EXPECT_THROW(Values({MetricsNamed("strehl"), {}, {}}, {results, {}}), Error);
+  try {
+    Values({MetricsNamed("rms,strehl"), {}, {}}, {results, {}});
+    ADD_FAILURE() << "not a number is a value";
+  } catch (const ValueNotFinite& error) {
+    EXPECT_EQ(error.column, "strehl_ratio");
+  }
 }
 
 TEST(Metrics, WhatIsTheSameInAllRowsIsLeftOutUnlessAskedFor) {

@@ -1,0 +1,48 @@
+// Defines the errors of metrics. Each has its subject as a field, for hosts with sentences of their own.
+#ifndef ORVANEL_METRICS_ERRORS_H
+#define ORVANEL_METRICS_ERRORS_H
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "base/error.h"
+#include "base/layers.h"
+#include "base/number_text.h"
+
+namespace orvanel::metrics {
+
+// No metric has this name.
+class UnknownMetric : public Error {
+ public:
+  //   knownNames  with commas
+  UnknownMetric(std::string_view wantedName, const std::string& knownNames)
+      : Error(Quoted(wantedName) + " is not a metric; use one of " + knownNames),
+        wanted(wantedName),
+        known(knownNames) {}
+
+  std::string wanted, known;
+};
+
+// No metric has a column of this name.
+class UnknownColumn : public Error {
+ public:
+  explicit UnknownColumn(std::string_view wantedColumn)
+      : Error(Quoted(wantedColumn) + " is not a column of a metric"), wanted(wantedColumn) {}
+
+  std::string wanted;
+};
+
+// The value of a column is not finite, because the eye is too far from a real one.
+class ValueNotFinite : public Error {
+ public:
+  explicit ValueNotFinite(std::string theColumn)
+      : Error("cannot be computed, since it is too far from a real eye; check the units of pupil and coefficients"),
+        column(std::move(theColumn)) {}
+
+  std::string column;
+};
+
+}  // namespace orvanel::metrics
+
+#endif  // ORVANEL_METRICS_ERRORS_H
