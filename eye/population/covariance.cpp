@@ -22,13 +22,22 @@ namespace {
 CovarianceFactors::CovarianceFactors(std::vector<double> matrix, const std::vector<std::string>& names)
     : size_(names.size()), order_(size_), factor_(std::move(matrix)), deviation_(size_) {
   std::iota(order_.begin(), order_.end(), std::size_t{0});
+  TakeDeviations(names);
+  ToCorrelations(names);
+  Factorise();
+  RequireNothingLeft(names);
+}
+
+void CovarianceFactors::TakeDeviations(const std::vector<std::string>& names) {
   for (std::size_t i = 0; i < size_; ++i) {
     if (at(i, i) < 0.0) {
       throw Error("is no covariance: the variance of " + names[i] + " is " + ShortestText(at(i, i)) + ", below 0");
     }
     deviation_[i] = std::sqrt(at(i, i));
   }
-  // To correlations, so that small terms count as much as large ones.
+}
+
+void CovarianceFactors::ToCorrelations(const std::vector<std::string>& names) {
   for (std::size_t i = 0; i < size_; ++i) {
     for (std::size_t j = 0; j < i; ++j) {
       const double scale = deviation_[i] * deviation_[j];
@@ -44,13 +53,15 @@ CovarianceFactors::CovarianceFactors(std::vector<double> matrix, const std::vect
     }
     at(i, i) = deviation_[i] == 0.0 ? 0.0 : 1.0;
   }
-  const double tolerance = kCovarianceTolerance * static_cast<double>(size_);
+}
+
+void CovarianceFactors::Factorise() {
   for (std::size_t k = 0; k < size_; ++k) {
     std::size_t pivot = k;
     for (std::size_t i = k + 1; i < size_; ++i) {
       if (at(i, i) > at(pivot, pivot)) pivot = i;
     }
-    if (!(at(pivot, pivot) > tolerance)) break;
+    if (!(at(pivot, pivot) > Tolerance())) break;
     if (pivot != k) {
       std::swap(order_[k], order_[pivot]);
       for (std::size_t j = 0; j < size_; ++j) std::swap(at(k, j), at(pivot, j));
@@ -64,9 +75,12 @@ CovarianceFactors::CovarianceFactors(std::vector<double> matrix, const std::vect
     }
     rank_ = k + 1;
   }
+}
+
+void CovarianceFactors::RequireNothingLeft(const std::vector<std::string>& names) const {
   for (std::size_t i = rank_; i < size_; ++i) {
     for (std::size_t j = rank_; j <= i; ++j) {
-      if (std::abs(at(i, j)) <= tolerance) continue;
+      if (std::abs(at(i, j)) <= Tolerance()) continue;
       RefuseIndefinite(names[order_[i]],
                        "a share of " + NumberText(at(i, j), 3) + " of a variance remains where none may");
     }

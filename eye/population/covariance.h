@@ -32,6 +32,16 @@ class CovarianceFactors {
   std::size_t rank() const { return rank_; }
 
  private:
+  // The standard deviation of each variable.
+  void TakeDeviations(const std::vector<std::string>& names);
+  // Divides by the deviations, so that small terms count as much as large ones.
+  void ToCorrelations(const std::vector<std::string>& names);
+  // Up to the rank.
+  void Factorise();
+  // Behind the last pivot.
+  void RequireNothingLeft(const std::vector<std::string>& names) const;
+  double Tolerance() const { return kCovarianceTolerance * static_cast<double>(size_); }
+
   double& at(std::size_t row, std::size_t column) { return factor_[row * size_ + column]; }
   double at(std::size_t row, std::size_t column) const { return factor_[row * size_ + column]; }
 
