@@ -11,21 +11,21 @@ namespace {
 const char* OptionFor(FileFix fix) {
   switch (fix) {
     case FileFix::kChooseRow:
-      return "say which with --row";
+      return "choose one with --row";
     case FileFix::kAskForNoRow:
-      return "leave --row away";
+      return "remove --row";
     case FileFix::kReadAsEyeFile:
-      return "leave --prescription-columns and --decimal-comma away";
+      return "remove --prescription-columns and --decimal-comma";
     case FileFix::kReplaceFile:
       return "let --force replace it";
     case FileFix::kReplaceFolder:
       return "let --force replace those of an earlier run";
     case FileFix::kReadNoPrescription:
-      return "leave --prescription-columns away";
+      return "remove --prescription-columns";
     case FileFix::kReadDecimalCommas:
-      return "say --decimal-comma, or write it with a point";
+      return "add --decimal-comma, or write it with a point";
     case FileFix::kReadDecimalPoints:
-      return "leave --decimal-comma away";
+      return "remove --decimal-comma";
   }
   return "";
 }
@@ -34,13 +34,13 @@ const char* OptionFor(FileFix fix) {
 
 std::string TextOf(const Error& error) {
   if (const auto* const pupil = dynamic_cast<const PupilLargerThanMeasured*>(&error)) {
-    return pupil->fact + "Ask for a smaller one, or let --extrapolate continue the polynomials";
+    return pupil->fact + "Use a smaller one, or let --extrapolate continue the polynomials";
   }
   if (const auto* const order = dynamic_cast<const OrderAboveHighest*>(&error)) {
     return order->fact + "let --highest-order " + std::to_string(order->highest) + " drop what is above";
   }
   if (const auto* const threads = dynamic_cast<const TooFewThreads*>(&error)) {
-    return threads->fact + "ask for so many with --jobs";
+    return threads->fact + "request fewer with --jobs";
   }
   if (const auto* const file = dynamic_cast<const FileError*>(&error)) return file->fact + OptionFor(file->fix);
   if (const auto* const at = dynamic_cast<const ErrorAt*>(&error); at != nullptr && at->cause) {

@@ -1,4 +1,4 @@
-// Words errors for the command line: with the options that avoid them.
+// Adds to errors the options of the command line that avoid them.
 #ifndef ORVANEL_CLI_ERROR_TEXT_H
 #define ORVANEL_CLI_ERROR_TEXT_H
 
@@ -9,10 +9,10 @@
 
 namespace orvanel::cli {
 
-// The error's own sentence where no option helps.
+// Returns the error's own message if no option helps.
 std::string TextOf(const Error& error);
 
-// The same without file and place.
+// Returns the same without file and place.
 std::string ReasonOf(const ErrorAt& error);
 
 }  // namespace orvanel::cli

@@ -1,4 +1,4 @@
-// The list of planes, in the order of the light.
+// Lists the planes of a run from the pupil to the retina, with their descriptions and spacings.
 #include "cli/planes.h"
 
 #include <set>
@@ -13,13 +13,13 @@ using Domain = PlaneSource::Domain;
 
 constexpr double kMmPerCm = 10.0;
 
-// Spacings on both scales, in a unit that ends the names.
+// Spacings on both scales; the names end with the unit.
 std::vector<Fact> Spacings(const std::string& unit, double library, double optical) {
   return {{"sample_spacing_" + unit + "_library_scale", library},
           {"sample_spacing_" + unit + "_optical_scale", optical}};
 }
 
-// Requests for which the same ring is drawn share its planes.
+// Requests that draw the same ring share its planes.
 void AddRings(std::vector<PlaneSource>& sources, Millimetres pupil, const std::vector<RingRequest>& rings) {
   std::set<std::string> stems;
   for (std::size_t i = 0; i < rings.size(); ++i) {
@@ -46,10 +46,11 @@ void AddPicture(std::vector<PlaneSource>& sources, std::size_t channels) {
     sources.push_back({"picture_seen" + ending, "retinal image of " + light + ", total light kept, clipped at 1", "1",
                        Domain::kRetina, View::kPatient, false,
                        [c](const SimulatedEye& r) -> const Plane& { return r.results.picture->seen[c]; }});
-    sources.push_back({"picture_contrast_kept" + ending,
-                       "retinal image of " + light + ", without the library's square: near to light that adds up", "1",
-                       Domain::kRetina, View::kPatient, false,
-                       [c](const SimulatedEye& r) -> const Plane& { return r.results.picture->contrastKept[c]; }});
+    sources.push_back(
+        {"picture_contrast_kept" + ending,
+         "retinal image of " + light + ", without the library's square: close to incoherent addition of light", "1",
+         Domain::kRetina, View::kPatient, false,
+         [c](const SimulatedEye& r) -> const Plane& { return r.results.picture->contrastKept[c]; }});
   }
 }
 
@@ -63,11 +64,11 @@ std::vector<PlaneSource> PlaneSources(const Request& request) {
        [](const SimulatedEye& r) -> const Plane& { return r.results.psf; }},
       {"mtf", "modulation transfer function, 1 at zero frequency", "1", Domain::kFrequency, View::kRetina, true,
        [](const SimulatedEye& r) -> const Plane& { return r.results.mtf; }},
-      {"star_original", "sector star of 40 sectors: 0 black, 1 white", "1", Domain::kRetina, View::kPatient, true,
-       [](const SimulatedEye& r) -> const Plane& { return r.results.star.original; }},
-      {"star_seen_stretched", "retinal image of the sector star, stretched to span 0 to 1", "1", Domain::kRetina,
+      {"star_original", "Siemens star (sector star) of 40 sectors: 0 black, 1 white", "1", Domain::kRetina,
+       View::kPatient, true, [](const SimulatedEye& r) -> const Plane& { return r.results.star.original; }},
+      {"star_seen_stretched", "retinal image of the Siemens star, stretched to span 0 to 1", "1", Domain::kRetina,
        View::kPatient, true, [](const SimulatedEye& r) -> const Plane& { return r.results.star.stretched; }},
-      {"star_seen_total_light", "retinal image of the sector star, total light kept, clipped at 1", "1",
+      {"star_seen_total_light", "retinal image of the Siemens star, total light kept, clipped at 1", "1",
        Domain::kRetina, View::kPatient, true,
        [](const SimulatedEye& r) -> const Plane& { return r.results.star.totalLight; }}};
   AddRings(sources, request.pupil, request.rings);

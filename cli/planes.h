@@ -1,4 +1,4 @@
-// The planes of a run: what each of them is, in which unit, and how its samples are spaced.
+// Declares the planes of a run: name, description, unit and spacing of the samples.
 #ifndef ORVANEL_CLI_PLANES_H
 #define ORVANEL_CLI_PLANES_H
 
@@ -13,20 +13,20 @@
 
 namespace orvanel::cli {
 
-// A plane before anything is computed.
+// The description of a plane, known before the computation.
 struct PlaneSource {
   std::string name;
   std::string description;
   std::string unit;
   enum class Domain { kPupil, kRetina, kFrequency } domain;
   View view;
-  bool grey;  // makes a grey picture: lies in 0 to 1, and is not a channel of a picture in colours of its own
+  bool grey;  // has values from 0 to 1 and is written as a grey picture; not so the channels of the user's picture
   std::function<const Plane&(const SimulatedEye&)> samples;
 };
 
 std::vector<PlaneSource> PlaneSources(const Request& request);
 
-// The plane with its scales.
+// Returns the plane with its scales.
 NamedPlane PlaneOf(const PlaneSource& source, const SimulatedEye& simulated);
 
 }  // namespace orvanel::cli

@@ -1,4 +1,4 @@
-// The plan of the files.
+// Lists the files of a run, each with the function that encodes it.
 #include "cli/result_files.h"
 
 #include <algorithm>
@@ -18,9 +18,9 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr double kFigureScale = 2.0;  // pixels in a unit, for figures that stand alone
+constexpr double kFigureScale = 2.0;  // pixels in a unit, for figures in separate files
 
-// A figure of its own.
+// A file with one figure.
 template <class Figure>
 ResultFile FigureFile(const std::string& name, double width, Figure draw) {
   return {name, [width, draw](const SimulatedEye& simulated) {
@@ -50,7 +50,7 @@ void AddFigures(std::vector<ResultFile>& files) {
                  [](Canvas& canvas, Point corner, const SimulatedEye& r) { DrawSections(canvas, corner, r.results); }));
 }
 
-// The planes that are pictures in themselves, as grey PNG files.
+// Adds the planes that are written as grey PNG files.
 void AddGreyPictures(std::vector<ResultFile>& files, const std::vector<PlaneSource>& sources) {
   for (const PlaneSource& source : sources) {
     // PSF and MTF have figures instead.
@@ -61,7 +61,7 @@ void AddGreyPictures(std::vector<ResultFile>& files, const std::vector<PlaneSour
   }
 }
 
-// The user's picture in its own colours, with as many bits as it has or as are asked for.
+// Adds the user's picture in colour, with the bits of its file, or 16 if `deep`.
 void AddPicture(std::vector<ResultFile>& files, bool deep) {
   using Channels = const std::vector<Plane>& (*)(const SeenPicture&);
   const auto add = [&files, deep](const std::string& name, Channels channels) {
@@ -83,7 +83,7 @@ PlaneSet SetOf(const std::vector<PlaneSource>& sources, const SimulatedEye& simu
   return set;
 }
 
-// The planes in a format: in one file, or each in its own.
+// Adds the planes in a format: in one file, or one file for each plane.
 void AddFormat(std::vector<ResultFile>& files, const Format& format, const std::vector<PlaneSource>& sources) {
   const auto add = [&files, &format](const std::string& name, const std::vector<PlaneSource>& planes) {
     files.push_back(

@@ -1,4 +1,4 @@
-// The files of a run: their names, known before anything is computed, and their contents.
+// Declares the files of a run: their names, known before the computation, and functions that encode them.
 #ifndef ORVANEL_CLI_RESULT_FILES_H
 #define ORVANEL_CLI_RESULT_FILES_H
 
@@ -12,12 +12,12 @@
 
 namespace orvanel::cli {
 
-// What decides on the files.
+// Determines which files a run has.
 struct Request {
   Millimetres pupil;                   // as simulated
   std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
-  std::vector<const Format*> formats;  // beside the PNG pictures; each once
-  std::size_t pictureChannels = 0;     // of the user's picture, 0 where there is none
+  std::vector<const Format*> formats;  // in addition to the PNG pictures; each once
+  std::size_t pictureChannels = 0;     // of the user's picture, 0 without one
 };
 
 struct ResultFile {
@@ -29,7 +29,7 @@ constexpr const char* kOverviewFile = "overview.png";
 constexpr const char* kChartFile = "chart.png";
 constexpr const char* kPictureFile = "picture.png";
 
-// All files, the summary among them.
+// Returns all files, including the summary.
 std::vector<ResultFile> ResultFiles(const Request& request);
 
 }  // namespace orvanel::cli

@@ -11,7 +11,7 @@
 namespace orvanel::cli {
 
 // "ring_acuity-0.4951_gap-right", the beginning of the names of a ring's files and planes, by the acuity drawn. Rings
-// of less than 5000 samples have names of their own.
+// of less than 5000 samples have unique names.
 std::string RingStem(double drawnAcuity, Gap gap);
 
 // The same before the ring is drawn. Throws RingTooSmall.

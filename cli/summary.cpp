@@ -1,4 +1,4 @@
-// Units stand in the names of the keys; so does the scale where a number has one.
+// Formats the summary. Names of keys contain the unit, and the scale if the number depends on it.
 #include "cli/summary.h"
 
 #include <cmath>
@@ -93,10 +93,10 @@ Json MtfJson(const SimulatedEye& simulated) {
   return json;
 }
 
-// To the hundredths in which the wavelength is defined.
+// Rounds to hundredths, since the wavelength is defined with two decimals.
 double RoundNanometres(Millimetres length) { return std::round(ToNanometres(length).value() * 100.0) / 100.0; }
 
-// The metrics of the table have the names of its columns.
+// Metrics are looked up by their column names.
 Json ScalarsJson(const SimulatedEye& simulated) {
   const auto metric = [&simulated](const char* column) { return ValueOf(simulated.eye, simulated.results, column); };
   const Results& s = simulated.results;
@@ -140,7 +140,7 @@ Json RingsJson(const SimulatedEye& simulated) {
   return rings;
 }
 
-// From where each plane is looked at, and where nasal is.
+// States the view of each plane and its nasal side.
 Json ViewsJson(const SimulatedEye& simulated) {
   Json json;
   for (const View view : {View::kPupil, View::kRetina, View::kPatient})
@@ -157,7 +157,7 @@ Json ViewsJson(const SimulatedEye& simulated) {
   return json;
 }
 
-// What is said about the user's picture wherever results are.
+// Describes the user's picture in all formats of results.
 Json PictureJson(const SeenPicture& picture, const Scales& scales) {
   const ObjectPicture& object = picture.object;
   return {{"file", object.request.file},
@@ -199,7 +199,7 @@ std::string RingLines(const std::vector<Ring>& rings, const Scales& scales) {
                    "acuity " + NumberText(ring.request.acuity, 4) + " drawn as " + NumberText(ring.effectiveAcuity, 3) +
                        " (library scale), which is " + NumberText(OpticalAcuity(ring.effectiveAcuity, scales), 3) +
                        " (optical scale), " + std::to_string(ring.diameter) + " samples, gap " + gaps +
-                       (IsFarOff(ring) ? "; " + DeviationText(ring) + " what was asked for" : ""));
+                       (IsFarOff(ring) ? "; " + DeviationText(ring) + " the acuity requested" : ""));
   }
   return lines;
 }
@@ -236,7 +236,7 @@ std::string PictureLines(const SeenPicture& picture, const Scales& scales) {
 std::vector<Fact> FactsOf(const SimulatedEye& simulated) {
   Json facts = {{"program", "orvanel " ORVANEL_VERSION}};
   Json eye = EyeJson(simulated);
-  // As numbers and text alone: named coefficients as a list from (0,0) on, changes in one line.
+  // Facts are only numbers and text: named coefficients become a list from (0,0) on, changes one line.
   if (simulated.measured.coefficients.convention().order == Order::kNamed) {
     eye["coefficients_as_given"] = simulated.measured.coefficients.AsStated();
   }
@@ -248,7 +248,7 @@ std::vector<Fact> FactsOf(const SimulatedEye& simulated) {
   facts["refraction"] = RefractionsJson(simulated.eye);
   if (simulated.results.picture) facts["picture"] = PictureJson(*simulated.results.picture, simulated.results.scales);
   std::vector<Fact> list;
-  // Once through text, because a file's name need not be UTF-8.
+  // Converted through text, because the name of a file may not be UTF-8.
   AppendFacts(list, "", Json::parse(facts.dump(-1, ' ', false, Json::error_handler_t::replace)));
   return list;
 }
@@ -260,16 +260,19 @@ std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::st
       {"eye", EyeJson(simulated)},
       {"scales",
        {{"library_scale",
-         "the library takes the pupil value so that frequencies, retinal lengths and ring sizes are those of a pupil "
-         "of twice the diameter"},
-        {"optical_scale", "those of the pupil as stated; its cut-off is pupil diameter / wavelength"}}},
+         "frequencies, retinal lengths and ring sizes are those of a pupil of twice the diameter, since the library "
+         "counts the pupil value twice"},
+        {"optical_scale",
+         "frequencies, retinal lengths and ring sizes are those of the pupil as stated; the cut-off is pupil diameter "
+         "/ "
+         "wavelength"}}},
       {"results", ScalarsJson(simulated)},
       {"refraction", RefractionsJson(simulated.eye)},
       {"mtf", MtfJson(simulated)},
       {"rings", RingsJson(simulated)},
       {"planes",
        "256 x 256, row 0 at the top, centre at row 128, column 128; wavefront in mm, not a number outside the pupil, "
-       "all others without unit; those of the user's picture hold light, its PNG files as the file given does"},
+       "all others without unit; planes of the user's picture hold light, its PNG files are coded like the given file"},
       {"views", ViewsJson(simulated)},
       {"files", files},
       {"warnings", simulated.warnings}};
@@ -279,7 +282,7 @@ std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::st
     summary["picture"]["seen_file"] = "picture_seen.png";
     summary["picture"]["contrast_kept_file"] = "picture_contrast_kept.png";
   }
-  if (files.empty()) {  // the numbers alone
+  if (files.empty()) {  // only the numbers
     summary.erase("planes");
     summary.erase("files");
     for (Json& ring : summary["rings"]) {
@@ -287,7 +290,7 @@ std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::st
       ring.erase("seen_file");
     }
   }
-  // A file's name need not be UTF-8.
+  // The name of a file may not be UTF-8.
   return summary.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 

@@ -1,4 +1,4 @@
-// The numbers of a run: as JSON for programs and as text for people.
+// Formats the numbers of a run as JSON, as text and as facts for files of planes.
 #ifndef ORVANEL_CLI_SUMMARY_H
 #define ORVANEL_CLI_SUMMARY_H
 
@@ -12,13 +12,13 @@
 namespace orvanel::cli {
 
 // Contents of summary.json.
-//   files  the names of all files of the run; where there are none, nothing is said of files
+//   files  the names of all files of the run; if empty, the summary does not mention files
 std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::string>& files);
 
-// A dozen lines; the last says where the files are.
+// Formats about a dozen lines of text. The last line names the folder of the files.
 std::string SummaryText(const SimulatedEye& simulated, const std::string& folder, std::size_t fileCount);
 
-// The same about the eye and the results, without the rings, for files that hold planes.
+// Lists the same facts about the eye and the results, without the rings, for files of planes.
 std::vector<Fact> FactsOf(const SimulatedEye& simulated);
 
 }  // namespace orvanel::cli

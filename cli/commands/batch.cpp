@@ -1,4 +1,4 @@
-// Options of a batch, and its report.
+// Implements "orvanel batch": its options, and the report of a run.
 #include "cli/commands/batch.h"
 
 #include <CLI/App.hpp>
@@ -30,21 +30,19 @@ constexpr const char* kBatchExamples =
     "  orvanel batch my_eye.json assets/eyes/*.json -o files.csv";
 
 constexpr const char* kBatchNotes =
-    "A table has an eye a row (.csv, .ndjson), with columns Z4, Z(2,0) or c[2,-2], and others that say how they are "
-    "meant;\n"
-    "all further columns are carried through. Each row becomes one row of results, in the same order. A row that is "
-    "at\n"
-    "fault has its line and the reason in the last column, 'error'; the exit status then is 3. The column\n"
-    "'implausible' counts what is unlike a human eye: a pupil outside 0.5 to 12 mm, a refraction beyond 30 D.\n"
-    "\n"
-    "Instead of a table there can be eye files (.json): each becomes one row, in the order of the command line, with "
-    "its\n"
-    "name in the column 'file'. One that cannot be read or is not valid is a row at fault.\n"
-    "\n"
-    "A run that was stopped, in whatever way, goes on with --resume to the same bytes. What it was is remembered in\n"
-    "RESULTS.orvanel. Shards take turns in chunks of rows; 'orvanel merge' joins them.\n";
+    R"(A table (.csv, .ndjson) has one eye in each row. Columns such as Z4, Z(2,0) or c[2,-2] hold coefficients, others
+state the convention, and all further ones are copied. Each row gives one row of results, in the same order. For an
+invalid row, the last column, 'error', has the line and the reason, and the exit status is 3. The column 'implausible'
+counts values unlike those of a human eye: a pupil outside 0.5 to 12 mm, a refraction beyond 30 D.
 
-constexpr std::size_t kMostJobs = 1024;
+Instead of a table there can be eye files (.json). Each gives one row, in the order of the command line, with its name
+in the column 'file'. A file that is invalid or cannot be read gives an invalid row.
+
+An interrupted run continues with --resume and gives the same bytes. Its settings are stored in RESULTS.orvanel.
+Chunks of rows are assigned to the shards in turn (round-robin); 'orvanel merge' joins the shards.
+)";
+
+constexpr std::size_t kMaxJobs = 1024;
 
 struct BatchCommand {
   std::vector<std::string> eyes;  // a table, or eye files
@@ -54,14 +52,13 @@ struct BatchCommand {
   bool summary = false;
 };
 
-std::size_t UsualJobs() { return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostJobs); }
+std::size_t UsualJobs() { return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMaxJobs); }
 
 std::string MetricNotes() {
   std::string notes =
-      "Metrics, of which those with a star are computed without --metrics; where --pupil or --measured-pupil states "
-      "one\n"
-      "pupil for all rows, half_width and frequency_range then stand in the record and the report instead of each "
-      "row:\n";
+      "Metrics. Those with a star are computed without --metrics. If --pupil or --measured-pupil states one pupil for "
+      "all\n"
+      "rows, half_width and frequency_range are in the record and the report, not in each row:\n";
   for (const Metric& metric : Metrics()) {
     const std::string word = metric.word;
     notes += (metric.usual ? "* " : "  ") + word + std::string(17 - word.size(), ' ') + metric.description + "\n";
@@ -79,8 +76,8 @@ std::vector<double> PositiveNumbers(const std::string& list) {
   return numbers;
 }
 
-// Options that do not decide on the bytes of the results.
-bool IsOfNoImportance(const std::string& name) {
+// Options that do not change the bytes of the results.
+bool DoesNotAffectResults(const std::string& name) {
   constexpr const char* kNames[] = {"--help",  "EYES",      "--output", "--jobs",  "--strict",          "--resume",
                                     "--force", "--summary", "--shard",  "--chunk", "--max-undersampled"};
   return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
@@ -92,7 +89,7 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const CLI::App& app)
     const std::string name = option->get_single_name().starts_with("-") || option->get_positional()
                                  ? option->get_single_name()
                                  : "--" + option->get_single_name();
-    if (option->count() == 0 || IsOfNoImportance(name)) continue;
+    if (option->count() == 0 || DoesNotAffectResults(name)) continue;
     std::string text;
     for (const std::string& part : option->results()) text += (text.empty() ? "" : " ") + part;
     settings.emplace_back(name, text);
@@ -123,8 +120,8 @@ void RunCommand(const BatchCommand& command) {
   const std::string samples = UndersampledText(undersampled, request.maxUndersampled);
   if (undersampled > 0) report += ReportLine("Undersampled", samples);
   if (result.again > 0) {
-    report += ReportLine("Made again", "planes and pictures of " + std::to_string(result.again) +
-                                           " rows, some of which were missing or cut short");
+    report += ReportLine("Repeated", "planes and pictures of " + std::to_string(result.again) +
+                                         " rows, since some were missing or incomplete");
   }
   if (command.summary) report += "\n" + StatisticsText(request.results, ResultColumns(request));
   if (toFile) {
@@ -136,76 +133,77 @@ void RunCommand(const BatchCommand& command) {
   if (result.errors > 0) {
     throw FaultyRows((request.eyeFiles.empty() ? InputName(request.table) : "eye files") + ": " +
                      std::to_string(result.errors) + " of " + std::to_string(result.rows) +
-                     " rows are at fault; the column '" + kErrorColumn + "' of " + results + " says why");
+                     " rows are invalid; the column '" + kErrorColumn + "' of " + results + " has the reasons");
   }
 }
 
 void AddOutputOptions(CLI::App& batch, BatchCommand& command) {
-  constexpr const char* kGroup = "What is computed";
+  constexpr const char* kGroup = "Results";
   BatchRequest& request = command.request;
-  AddParsedOption(batch, "--metrics", "LIST", "The metrics below that are wanted, with commas",
+  AddParsedOption(batch, "--metrics", "LIST", "Metrics to compute, of those below, separated by commas",
                   [&request](const std::string& text) { request.choice.metrics = MetricsNamed(text); })
       ->group(kGroup);
-  AddParsedOption(batch, "--mtf-at", "LIST", "The MTF at these frequencies too, in cycles/degree on the library scale",
+  AddParsedOption(batch, "--mtf-at", "LIST",
+                  "Also compute the MTF at these frequencies, in cycles/degree on the library scale",
                   [&request](const std::string& text) {
                     request.choice.mtfAt.clear();
                     for (const double number : PositiveNumbers(text)) request.choice.mtfAt.emplace_back(number);
                   })
       ->group(kGroup);
   AddParsedOption(batch, "--acuity", "LIST",
-                  "The effective acuity too of rings that are drawn for these acuities, on the library scale",
+                  "Also compute the effective acuity of rings drawn for these acuities, on the library scale",
                   [&request](const std::string& text) { request.choice.acuities = PositiveNumbers(text); })
       ->group(kGroup);
   batch.add_flag("--summary", command.summary, "Print mean, standard deviation and percentiles of each column")
       ->group(kGroup);
   batch
       .add_option(kPlanesOption, request.planes,
-                  "Planes of all eyes as HDF5, a file FILE-000001 for each chunk of rows")
+                  "Write planes of all eyes as HDF5, one file for each chunk of rows, as FILE-000001")
       ->type_name("FILE")
       ->group(kGroup);
   AddParsedOption(batch, "--planes-of", "LIST", "Which planes: wavefront, psf, mtf [psf,mtf]",
                   [&request](const std::string& text) { request.planeKinds = PlaneKindsNamed(text); })
       ->group(kGroup);
-  batch.add_option(kPicturesOption, request.pictures, "Grey PNG pictures of each eye, in this folder")
+  batch.add_option(kPicturesOption, request.pictures, "Write grey PNG pictures of each eye to this folder")
       ->type_name("FOLDER")
       ->group(kGroup);
   AddParsedOption(batch, "--pictures-of", "LIST",
-                  "Which pictures, the star as its retinal image: psf, mtf, star [psf,star]",
+                  "Which pictures; star is its retinal image: psf, mtf, star [psf,star]",
                   [&request](const std::string& text) { request.pictureKinds = PictureKindsNamed(text); })
       ->group(kGroup);
 }
 
 void AddRunOptions(CLI::App& batch, BatchCommand& command) {
-  constexpr const char* kGroup = "How it runs";
+  constexpr const char* kGroup = "The run";
   BatchRequest& request = command.request;
-  AddParsedOption(batch, "-j,--jobs", "N", "Threads, with an engine each [as many as there are cores]",
-                  [&request](const std::string& text) { request.jobs = ParseCount(text, 1, kMostJobs); })
+  AddParsedOption(batch, "-j,--jobs", "N", "Number of threads, each with an engine [number of cores]",
+                  [&request](const std::string& text) { request.jobs = ParseCount(text, 1, kMaxJobs); })
       ->group(kGroup);
-  batch.add_flag("--strict", request.strict, "Stop at the first row that is at fault or undersampled")->group(kGroup);
+  batch.add_flag("--strict", request.strict, "Stop at the first row that is invalid or undersampled")->group(kGroup);
   AddParsedOption(batch, "--max-undersampled", "SHARE",
-                  "The share of the pupil, 0 to 1, above which a row counts as undersampled [0.01]",
+                  "Share of the pupil, 0 to 1, above which a row counts as undersampled [0.01]",
                   [&request](const std::string& text) {
                     request.maxUndersampled = ParseNumber(text);
                     if (!(request.maxUndersampled >= 0.0 && request.maxUndersampled <= 1.0)) {
-                      throw Error("a share is from 0 to 1");
+                      throw Error("a share must be from 0 to 1");
                     }
                   })
       ->group(kGroup);
   const auto* const force =
-      batch.add_flag("--force", request.force, "Begin anew where results are there already")->group(kGroup);
-  batch.add_flag("--resume", request.resume, "Go on with results that are there already; begin where there are none")
+      batch.add_flag("--force", request.force, "Start over and replace existing results")->group(kGroup);
+  batch.add_flag("--resume", request.resume, "Continue existing results; start if there are none")
       ->excludes(const_cast<CLI::Option*>(force))
       ->group(kGroup);
-  AddParsedOption(batch, "--shard", "K/N", "Only the K-th of N parts of the table",
+  AddParsedOption(batch, "--shard", "K/N", "Compute only the K-th of N parts of the table",
                   [&request](const std::string& text) { request.record.shard = ParseShard(text); })
       ->group(kGroup);
   AddParsedOption(
-      batch, "--chunk", "N", "Rows of a chunk, which shards take in turn and files of planes hold [64]",
+      batch, "--chunk", "N", "Rows in a chunk, the unit of shards and of files of planes [64]",
       [&request](const std::string& text) { request.record.chunkRows = ParseCount(text, 1, kMostChunkRows); })
       ->group(kGroup);
 }
 
-// One table, or eye files alone.
+// Accepts one table, or only eye files.
 void ChooseEyes(BatchCommand& command) {
   BatchRequest& request = command.request;
   const std::vector<std::string>& eyes = command.eyes;
@@ -214,7 +212,7 @@ void ChooseEyes(BatchCommand& command) {
   if (table == eyes.end()) {
     if (request.tableOptions.prescription || request.tableOptions.decimalComma) {
       throw CLI::ValidationError(
-          "EYES", eyes.front() + " is an eye file, no table; leave --prescription-columns and --decimal-comma away");
+          "EYES", eyes.front() + " is an eye file, not a table; remove --prescription-columns and --decimal-comma");
     }
     request.eyeFiles = eyes;
     return;
@@ -224,7 +222,7 @@ void ChooseEyes(BatchCommand& command) {
     throw CLI::ValidationError("EYES", InputName(*table) +
                                            (eyeFile == eyes.end() ? " is not the only table"
                                                                   : " is a table, and " + *eyeFile + " an eye file") +
-                                           "; give one table, or eye files alone");
+                                           "; give one table, or only eye files");
   }
   request.table = *table;
   request.kind = TableKindOf(KindOf(*table, command.kind));
@@ -237,13 +235,13 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
     throw CLI::ValidationError("--resume", "needs files; standard input and output cannot be continued");
   }
   if (command.summary && request.results == kStandardStream) {
-    throw CLI::ValidationError("--summary", "reads the results once more; give --output a file");
+    throw CLI::ValidationError("--summary", "reads the results again; --output must name a file");
   }
   if (KindOf(request.results) != FileKind::kCsv) throw CLI::ValidationError("--output", "results are written as .csv");
   if (request.choice.metrics.empty()) {
     const std::optional<Millimetres> pupil =
         request.adjustments.pupil ? request.adjustments.pupil : request.stated.pupil;
-    // Standard output has no record to hold what is the same in all rows.
+    // Standard output has no record for the values that all rows share.
     const bool samePupil = pupil && request.results != kStandardStream;
     if (samePupil) request.record.constants = ConstantsOf(*pupil);
     request.choice.metrics = UsualMetrics(samePupil);
@@ -265,11 +263,11 @@ Run DefineBatch(CLI::App& app) {
   request.jobs = UsualJobs();
   constexpr std::size_t kUsualChunk = 64;
   request.record.chunkRows = kUsualChunk;
-  CLI::App& batch = *app.add_subcommand("batch", "Compute the numbers of every eye of a table, or of many eye files.");
-  batch.add_option("EYES", command->eyes, "A table of eyes, - is standard input; or eye files, any number of them")
+  CLI::App& batch = *app.add_subcommand("batch", "Compute metrics of every eye of a table, or of many eye files.");
+  batch.add_option("EYES", command->eyes, "A table of eyes, - for standard input; or any number of eye files")
       ->required()
       ->type_name("FILE");
-  batch.add_option("-o,--output", request.results, "The table of results, .csv; - is standard output")
+  batch.add_option("-o,--output", request.results, "The table of results, .csv; - for standard output")
       ->required()
       ->type_name("FILE");
   AddOutputOptions(batch, *command);

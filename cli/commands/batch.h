@@ -1,4 +1,4 @@
-// "orvanel batch": every eye of a table to a row of results.
+// Defines the subcommand "orvanel batch": a row of results for every eye of a table.
 #ifndef ORVANEL_CLI_COMMANDS_BATCH_H
 #define ORVANEL_CLI_COMMANDS_BATCH_H
 

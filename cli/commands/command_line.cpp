@@ -1,4 +1,4 @@
-// The program's subcommands, and what happens before one runs.
+// Parses the command line and prints help, version and errors of usage.
 #include "cli/commands/command_line.h"
 
 #include <CLI/CLI.hpp>
@@ -22,7 +22,8 @@ namespace {
 constexpr const char* kDescription = "Shows what an eye with a measured aberration sees.";
 
 constexpr const char* kProgramNotes =
-    "'orvanel SUBCOMMAND --help' tells more, with examples; so do the manual pages, as 'man orvanel-simulate'.\n"
+    "'orvanel SUBCOMMAND --help' describes a subcommand, with examples, as do the manual pages: 'man "
+    "orvanel-simulate'.\n"
     "\n"
     "Examples:\n"
     "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"
@@ -39,8 +40,8 @@ Program DefineProgram() {
   app.set_version_flag("--version", VersionText, "Print the version and exit");
   app.add_flag_callback(
       "--licenses", [] { throw CLI::CallForVersion(LicensesText(), CLI::ExitCodes::Success); },
-      "Print the terms of use, also of what others wrote, and exit");
-  app.allow_windows_style_options(false);  // a file's place may begin with a slash everywhere
+      "Print the licences of the program and of third-party parts, and exit");
+  app.allow_windows_style_options(false);  // a path may begin with a slash on every system
   app.require_subcommand(1);
   app.footer(kProgramNotes);
   for (Run (*const define)(CLI::App&) :
@@ -55,7 +56,7 @@ std::optional<Run> ReadCommandLine(std::vector<std::string> arguments, ExitStatu
   const Program program = DefineProgram();
   CLI::App& app = *program.app;
   try {
-    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
+    std::reverse(arguments.begin(), arguments.end());  // the order that the parser expects
     app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {  // help or version
@@ -64,9 +65,9 @@ std::optional<Run> ReadCommandLine(std::vector<std::string> arguments, ExitStatu
     } else {
       const auto chosen = app.get_subcommands();
       const std::vector<std::string> unknown = app.remaining();
-      PrintError(chosen.empty() && !unknown.empty() ? Quoted(unknown.front()) + " is no subcommand" : error.what());
+      PrintError(chosen.empty() && !unknown.empty() ? Quoted(unknown.front()) + " is not a subcommand" : error.what());
       std::cerr << "Run 'orvanel " << (chosen.empty() ? "" : chosen.front()->get_name() + " ")
-                << "--help' to see how it is used.\n";
+                << "--help' for its use.\n";
       status = kUsage;
     }
     return std::nullopt;

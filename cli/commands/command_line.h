@@ -1,4 +1,4 @@
-// The command line: what the program is asked to do.
+// Declares the command line of the program and its parser.
 #ifndef ORVANEL_CLI_COMMANDS_COMMAND_LINE_H
 #define ORVANEL_CLI_COMMANDS_COMMAND_LINE_H
 
@@ -16,10 +16,10 @@ namespace orvanel::cli {
 
 enum ExitStatus { kDone = 0, kFailed = 1, kUsage = 2, kSomeRowsFaulty = 3 };
 
-// What a subcommand does once the command line is read.
+// The action of a subcommand, which runs after the command line is parsed.
 using Run = std::function<void()>;
 
-// The program's definition, from which help, manual pages and completion are made.
+// The definition of the program. Help, manual pages and completion are generated from it.
 struct Program {
   std::unique_ptr<CLI::App> app;
   std::vector<std::pair<CLI::App*, Run>> subcommands;
@@ -27,8 +27,8 @@ struct Program {
 
 Program DefineProgram();
 
-// Reads the arguments behind the program's name. Where there is nothing to run, because help or the version was asked
-// for and is printed, or because the use was wrong and a message says so, the result is empty and `status` is set.
+// Parses the arguments after the program's name. Prints help, the version, or a message about wrong use if there is
+// nothing to run; then the result is empty and `status` is set.
 std::optional<Run> ReadCommandLine(std::vector<std::string> arguments, ExitStatus& status);
 
 }  // namespace orvanel::cli

@@ -1,4 +1,4 @@
-// One eye to a report or file, a table to a table.
+// Implements "orvanel convert": converts one eye to a report or file, and a table to a table.
 #include "cli/commands/convert.h"
 
 #include <CLI/App.hpp>
@@ -35,10 +35,11 @@ constexpr const char* kConvertExamples =
     "    --measured-pupil 6 --to-indexing named";
 
 constexpr const char* kConvertNotes =
-    "What is not asked for stays as it is. Of a single eye the coefficients are reported with their names, root mean\n"
-    "squares and refraction, and written where -o names a file; of a table each row is converted, to standard output\n"
-    "where there is no -o. A term that is not 0 and that the wanted index scheme cannot hold is refused: the 37\n"
-    "terms of fringe lack (6,-6), (6,6) and most of the radial orders above.\n";
+    R"(Parts of the convention without an option stay as they are. For a single eye, a report shows the coefficients with
+their names, root mean squares and refraction, and -o names the file for the converted eye. For a table, every row is
+converted and written to the file of -o, or to standard output. A term that is not 0 and does not exist in the wanted
+index scheme is refused: the 37 terms of fringe lack (6,-6), (6,6) and most of the radial orders above.
+)";
 
 struct ConvertCommand {
   InputOptions input;
@@ -48,22 +49,22 @@ struct ConvertCommand {
   bool force = false, plusCylinder = false;
 };
 
-// Whether all eyes of a table are converted.
+// True if all eyes of a table are converted.
 bool IsTable(const ConvertCommand& command) {
   return KindOf(command.input.file, command.input.kind) != FileKind::kEyeFile && !command.input.row;
 }
 
-// The convention of an eye, with all that is asked for.
+// The convention of an eye, changed by the options.
 Convention Target(Convention convention, const Statement& wanted) {
   if (wanted.unit) {
     if (*wanted.unit != Unit::kWaves) convention.wavelength = Nanometres();
     if (*wanted.unit == Unit::kWaves && convention.unit != Unit::kWaves && !wanted.wavelength) {
-      throw Error("the unit waves needs a wavelength; say --to-wavelength, in nm");
+      throw Error("the unit waves needs a wavelength; add --to-wavelength, in nm");
     }
     convention.unit = *wanted.unit;
   }
   if (wanted.wavelength) {
-    if (convention.unit != Unit::kWaves) throw Error("--to-wavelength belongs to --to-unit waves alone");
+    if (convention.unit != Unit::kWaves) throw Error("--to-wavelength needs --to-unit waves");
     convention.wavelength = *wanted.wavelength;
   }
   if (wanted.normalisation) convention.normalisation = *wanted.normalisation;
@@ -78,7 +79,7 @@ Eye ConvertedEye(Eye measured, const ConvertCommand& command, std::optional<Drop
   return eye;
 }
 
-//   prescription  whether rows bring a refraction of their own
+//   prescription  true if rows have columns with a refraction
 std::vector<std::size_t> TermsThatMayChange(std::vector<std::size_t> terms, const Adjustments& adjustments,
                                             bool prescription) {
   if (adjustments.refraction || adjustments.lens || prescription) {
@@ -137,8 +138,8 @@ void ConvertTable(const ConvertCommand& command) {
   const std::optional<Order> order = command.wanted.order ? command.wanted.order : table.CommonOrder();
   if (!order) {
     TableEye first;
-    table.Next(first);  // says what is missing, should the index scheme be
-    throw Error(name + ": the index scheme may differ from row to row; say --to-indexing");
+    table.Next(first);  // throws a better message if the index scheme is missing
+    throw Error(name + ": the index scheme may differ from row to row; add --to-indexing");
   }
   const EyeWriter writer(table.identifierNames(), *order,
                          TermsThatMayChange(table.Terms(), command.adjustments, command.input.table.prescription),
@@ -164,7 +165,7 @@ void ConvertTable(const ConvertCommand& command) {
   }
   if (droppedOfAll.losers > 0) PrintWarning(Text(droppedOfAll, *command.adjustments.highestOrder));
   if (!doubts.Summary().empty()) PrintWarning(doubts.Summary());
-  stream.Close();  // Windows puts no file in the place of one that is open
+  stream.Close();  // Windows cannot replace an open file
   output.Finish();
   if (!output.isFile()) return;
   PrintOutput(ReportLine("Written", command.output + ", " + std::to_string(count) + " eyes"),
@@ -172,7 +173,7 @@ void ConvertTable(const ConvertCommand& command) {
 }
 
 void AddTargetOptions(CLI::App& app, Statement& wanted) {
-  constexpr const char* kGroup = "The convention wanted";
+  constexpr const char* kGroup = "Convention of the result";
   const auto add = [&](const char* option, const char* key, const char* type, const std::string& description) {
     AddParsedOption(app, option, type, description, [key, &wanted](const std::string& text) {
       State(wanted, key, text);
@@ -180,7 +181,7 @@ void AddTargetOptions(CLI::App& app, Statement& wanted) {
   };
   AddParsedOption(app, "--to", "NAME", "Short form: osa, library", [&wanted](const std::string& text) {
     const auto convention = ConventionNamed(text);
-    if (!convention) throw Error(Quoted(text) + " is no short form; it is osa or library");
+    if (!convention) throw Error(Quoted(text) + " is not a short form; use osa or library");
     wanted = Combined(StatementOf(*convention), "--to " + text, wanted, "the command line");
   })->group(kGroup);
   add("--to-unit", kUnitKey, "WORD", "Unit: " + WordsOf<Unit>());
@@ -198,9 +199,9 @@ Run DefineConvert(CLI::App& app) {
   AddInputOptions(convert, command->input);
   convert
       .add_option("-o,--output", command->output,
-                  "The file to write: .json, or .csv for a table; - is standard output, a table")
+                  "The file to write: .json, or .csv for a table; - writes a table to standard output")
       ->type_name("FILE");
-  convert.add_flag("--force", command->force, "Replace the file where it is there already");
+  convert.add_flag("--force", command->force, "Replace an existing file");
   convert.add_flag("--plus-cylinder", command->plusCylinder, "Report refraction with a positive cylinder");
   AddTargetOptions(convert, command->wanted);
   AddAdjustmentOptions(convert, command->adjustments);

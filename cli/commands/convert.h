@@ -1,4 +1,4 @@
-// "orvanel convert": coefficients in another convention, for another pupil or refraction.
+// Defines the subcommand "orvanel convert": coefficients in another convention, for another pupil or refraction.
 #ifndef ORVANEL_CLI_COMMANDS_CONVERT_H
 #define ORVANEL_CLI_COMMANDS_CONVERT_H
 

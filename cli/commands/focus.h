@@ -1,4 +1,4 @@
-// "orvanel focus": the second-order terms with which an eye sees best.
+// Defines the subcommand "orvanel focus": the second-order terms with the best image quality.
 #ifndef ORVANEL_CLI_COMMANDS_FOCUS_H
 #define ORVANEL_CLI_COMMANDS_FOCUS_H
 

@@ -1,4 +1,4 @@
-// Shards in, one table out.
+// Implements "orvanel merge": joins shards to one table and reports it.
 #include "cli/commands/merge.h"
 
 #include <CLI/App.hpp>
@@ -20,9 +20,10 @@ constexpr const char* kMergeExamples =
     "  orvanel merge shard_*.csv -o all.csv --summary";
 
 constexpr const char* kMergeNotes =
-    "Each shard is a table of 'orvanel batch --shard', with its record beside it (.orvanel). Their order\n"
-    "does not matter. All must exist, be complete, and be of one table with the same settings. The result has the\n"
-    "bytes of a run without shards.\n";
+    R"(Each shard is a table of 'orvanel batch --shard', with its record beside it (.orvanel). The shards may come in any
+order. All must exist, be complete, and come from one table with the same settings. The result has the same bytes as
+a run without shards.
+)";
 
 struct MergeCommand {
   std::vector<std::string> shards;

@@ -1,4 +1,4 @@
-// "orvanel merge": the shards of a batch to one table.
+// Defines the subcommand "orvanel merge": joins the shards of a batch to one table.
 #ifndef ORVANEL_CLI_COMMANDS_MERGE_H
 #define ORVANEL_CLI_COMMANDS_MERGE_H
 

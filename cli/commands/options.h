@@ -1,4 +1,4 @@
-// Options that several subcommands share.
+// Declares the options that several subcommands share.
 #ifndef ORVANEL_CLI_COMMANDS_OPTIONS_H
 #define ORVANEL_CLI_COMMANDS_OPTIONS_H
 
@@ -23,35 +23,35 @@ struct InputOptions {
   TableOptions table;
 };
 
-// EYE, --row, --table-format, and the options of statements.
+// Adds EYE, --row, --table-format, and the options of the convention.
 void AddInputOptions(CLI::App& app, InputOptions& options);
 
-// --table-format.
+// Adds --table-format.
 void AddTableFormatOption(CLI::App& app, std::optional<FileKind>& kind);
 
-// --prescription-columns and --decimal-comma.
+// Adds --prescription-columns and --decimal-comma.
 void AddTableOptions(CLI::App& app, TableOptions& options);
 
-// One option for each thing that a file may leave unsaid.
+// Adds one option for each part of the convention that a file may leave open.
 void AddStatementOptions(CLI::App& app, Statement& stated);
 
-// --pupil, --extrapolate, --refraction and --mirror.
+// Adds the options that adjust an eye: its pupil, refraction, lens, laterality and radial orders.
 void AddAdjustmentOptions(CLI::App& app, Adjustments& adjustments);
 
-// An option whose text `parse` takes; what it throws as Error becomes an error of usage.
+// Adds an option whose text `parse` reads. An Error that it throws becomes an error of usage.
 CLI::Option* AddParsedOption(CLI::App& app, const std::string& name, const std::string& type,
                              const std::string& description, std::function<void(const std::string&)> parse);
 
-// The eye that the options name. Of a table, tells on the error output what its columns are read as.
+// Reads the eye that the options name. For a table, prints on the error output how its columns are read.
 Eye ReadEye(const InputOptions& options);
 
-// Tells on the error output what the columns of a table are read as.
+// Prints on the error output how the columns of a table are read.
 void PrintColumns(const std::string& file, const std::string& summary);
 
-// The names of columns, for the help of subcommands that read tables.
+// Describes the names of columns, for the help of subcommands that read tables.
 extern const char* const kColumnNotes;
 
-// The eye file and conventions in a few lines, for the help of subcommands that read eyes.
+// Describes eye files and conventions, for the help of subcommands that read eyes.
 extern const char* const kEyeNotes;
 
 }  // namespace orvanel::cli

@@ -1,4 +1,4 @@
-// The mean eye, and as many around it as are asked for.
+// Implements "orvanel population": draws eyes around a mean eye and writes them as a table.
 #include "cli/commands/population.h"
 
 #include <CLI/App.hpp>
@@ -32,12 +32,12 @@ constexpr const char* kPopulationExamples =
     "  orvanel population --mean mean.csv --cov covariance.csv -n 3 --seed 7";
 
 constexpr const char* kPopulationNotes =
-    "The mean is a table of eyes with one row; what it does not say of its convention is asked for. The covariance has "
-    "a\n"
-    "row and a column for each coefficient that varies, under their names, in the square of the unit; terms without a\n"
-    "column stay at their mean. It may lack full rank, but no combination of terms may have a negative variance. Eye\n"
-    "number i of a seed is the same whatever N is, and on every machine. Mean and covariance hold at one reference\n"
-    "wavelength, which either table may state in the column reference_wavelength_nm.\n";
+    R"(The mean is a table of eyes with one row. Options state the parts of its convention that the table does not state.
+The covariance has a row and a column for each coefficient that varies, with its name, in the square of the unit. Terms
+without a column keep their mean. The matrix may lack full rank, but no combination of terms may have a negative
+variance. Eye number i of a seed is the same for every N and on every machine. Mean and covariance hold at one reference
+wavelength, which either table may state in the column reference_wavelength_nm.
+)";
 
 struct PopulationCommand {
   std::string mean, covariance, output;
@@ -51,16 +51,16 @@ std::uint64_t WholeNumber(const std::string& text, std::uint64_t least) {
   std::uint64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size() || number < least) {
-    throw Error(Quoted(text) + " is no whole number from " + std::to_string(least) + " to 18446744073709551615");
+    throw Error(Quoted(text) + " is not a whole number from " + std::to_string(least) + " to 18446744073709551615");
   }
   return number;
 }
 
 Eye ReadMean(const PopulationCommand& command, EyeTable& table) {
   TableEye mean, another;
-  if (!table.Next(mean)) throw Error(command.mean + ": has no row below its header; the mean is one row");
+  if (!table.Next(mean)) throw Error(command.mean + ": has no row below its header; the mean must be one row");
   if (table.Next(another)) {
-    throw ErrorAt(command.mean, {another.line, 1}, "a second row; the mean is one eye, without the single ones");
+    throw ErrorAt(command.mean, {another.line, 1}, "a second row; the table must have only the mean eye");
   }
   return mean.eye;
 }
@@ -70,7 +70,7 @@ void RequireMeans(const PopulationCommand& command, const CovarianceTable& covar
   for (std::size_t i = 0; i < covariance.terms.size(); ++i) {
     if (std::find(terms.begin(), terms.end(), covariance.terms[i]) == terms.end()) {
       throw Error(command.covariance + ": " + covariance.names[i] + " has no mean; add the column to " + command.mean +
-                  ", with 0 if that is its mean");
+                  ", with 0 if its mean is 0");
     }
   }
 }
@@ -141,30 +141,28 @@ void RunPopulation(const PopulationCommand& command) {
 Run DefinePopulation(CLI::App& app) {
   const auto command = std::make_shared<PopulationCommand>();
   CLI::App& population = *app.add_subcommand("population", "Draw eyes from a mean and a covariance.");
-  population.add_option("--mean", command->mean, "Table with the mean eye; - is standard input")
+  population.add_option("--mean", command->mean, "Table with the mean eye; - for standard input")
       ->required()
       ->type_name("FILE");
   population
-      .add_option("--cov", command->covariance, "Table with the covariance of the coefficients; - is standard input")
+      .add_option("--cov", command->covariance, "Table with the covariance of the coefficients; - for standard input")
       ->required()
       ->type_name("FILE");
-  AddParsedOption(population, "-n,--count", "N", "How many eyes", [command](const std::string& text) {
+  AddParsedOption(population, "-n,--count", "N", "Number of eyes", [command](const std::string& text) {
     command->count = WholeNumber(text, 1);
   })->required();
-  AddParsedOption(population, "--seed", "S", "The same seed gives the same eyes", [command](const std::string& text) {
-    command->seed = WholeNumber(text, 0);
-  })->required();
-  population
-      .add_option("-o,--output", command->output,
-                  "The table to write, .csv; standard output where it is - or not given")
+  AddParsedOption(population, "--seed", "S", "Seed of the random numbers; the same seed gives the same eyes",
+                  [command](const std::string& text) { command->seed = WholeNumber(text, 0); })
+      ->required();
+  population.add_option("-o,--output", command->output, "The table to write, .csv; - or nothing for standard output")
       ->type_name("FILE");
-  population.add_flag("--force", command->force, "Replace the file where it is there already");
-  population.add_flag("--decimal-comma", command->table.decimalComma, "Numbers of the tables are written as 0,12");
+  population.add_flag("--force", command->force, "Replace an existing file");
+  population.add_flag("--decimal-comma", command->table.decimalComma, "The tables have decimal commas, as in 0,12");
   AddStatementOptions(population, command->stated);
   population.footer(std::string(kPopulationNotes) + "\n" + kPopulationExamples);
   population.final_callback([command] {
     if (command->mean == kStandardStream && command->covariance == kStandardStream) {
-      throw CLI::ValidationError("--cov", "standard input cannot be mean and covariance at once");
+      throw CLI::ValidationError("--cov", "standard input cannot be both mean and covariance");
     }
     if (!command->output.empty() && KindOf(command->output) != FileKind::kCsv) {
       throw CLI::ValidationError("--output", "tables are written as .csv");

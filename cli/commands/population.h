@@ -1,4 +1,4 @@
-// "orvanel population": a table of eyes drawn from a mean and a covariance.
+// Defines the subcommand "orvanel population": a table of eyes drawn from a mean and a covariance.
 #ifndef ORVANEL_CLI_COMMANDS_POPULATION_H
 #define ORVANEL_CLI_COMMANDS_POPULATION_H
 

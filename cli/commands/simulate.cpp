@@ -1,4 +1,4 @@
-// One run from an eye to a folder.
+// Implements "orvanel simulate": reads an eye, computes its results and writes their files to a folder.
 #include "cli/commands/simulate.h"
 
 #include <CLI/App.hpp>
@@ -26,7 +26,7 @@
 namespace orvanel::cli {
 namespace {
 
-// Two tenths of a logarithmic unit apart, from a ring that the shipped aberrated eyes show clearly to one they smear.
+// Two tenths of a logarithmic unit apart: the shipped aberrated eyes show the first ring clearly and blur the last.
 constexpr const char* kUsualAcuities = "0.4,0.63,1,1.6,2.5";
 
 constexpr const char* kSimulateExamples =
@@ -38,37 +38,40 @@ constexpr const char* kSimulateExamples =
     "  orvanel simulate my_eye.json -o my_eye_reads --picture photograph.jpg";
 
 constexpr const char* kScaleNotes =
-    "The half extent of the PSF window, frequencies, ring sizes and acuities are on the library scale, that of a "
-    "pupil\n"
-    "of twice the diameter. Beside each is the optical scale, that of the pupil as stated.\n"
-    "Rings have a multiple of 5 samples, so that the acuity drawn differs from the one asked for: by more than a "
-    "tenth,\n"
-    "a warning tells it. Files of rings are named by the acuity drawn.\n";
+    R"(Objects are the Siemens star (sector star), Landolt rings (broken rings) and your own picture.
+The half extent of the PSF window, frequencies, ring sizes and acuities are on the library scale, that of a pupil of
+twice the diameter. The values on the optical scale, that of the pupil as stated, are beside them.
+The diameter of a ring is a multiple of 5 samples. So the acuity drawn differs from the one requested; a difference of
+more than a tenth gives a warning. Names of ring files contain the acuity drawn.
+)";
 
 constexpr const char* kPictureNotes =
-    "Your own picture (--picture) is a PNG, JPEG or TIFF file of at most 64 million pixels, grey or in colour:\n"
-    "  --fit crop    the central square, scaled to the 256 x 256 samples that an eye is shown\n"
-    "  --fit pad     all of it, scaled, with white beside it\n"
-    "  --fit pixels  the central 256 x 256 pixels as they are, with white around a smaller picture\n"
-    "Its values are taken as sRGB, turned into light before the eye sees them, and back in PNG files; --linear\n"
-    "takes and writes them as light. 16 bits stay 16 bits. Transparent parts get white under them. Each channel\n"
-    "goes through the eye by itself, and nothing is stretched. There are two results, side by side in picture.png:\n"
-    "  picture_contrast_kept  blurred, with the contrast and colours of light; each channel keeps its total light\n"
-    "  picture_seen           the library's image, as of the star with total light kept: the square of that,\n"
-    "                         steeper and stronger in colour, brought back to the total light, clipped at white\n"
-    "The results tell which angle the 256 samples span. It is small: 43 minutes of arc for a pupil of 3 mm.\n";
+    R"(Your own picture (--picture) is a PNG, JPEG or TIFF file of at most 64 million pixels, grey or in colour.
+It is brought to the 256 x 256 samples of an object:
+  --fit crop    the central square, scaled
+  --fit pad     the whole picture, scaled, with white beside it
+  --fit pixels  the central 256 x 256 pixels, not scaled, with white around a smaller picture
+Its values are read as sRGB and converted to light, and back in PNG files. With --linear they are read and written as
+light. 16 bits stay 16 bits. Transparent parts are drawn on white. Each channel is computed separately, and no image is
+stretched. There are two retinal images, side by side in picture.png:
+  picture_contrast_kept  blurred, with the contrast and colours of light; each channel keeps its total light
+  picture_seen           the library's image, as of the star with total light kept: the square of that image,
+                         with more contrast and colour, scaled to the total light and clipped at white
+The results state the angle that the 256 samples span. It is small: 43 minutes of arc for a pupil of 3 mm.
+)";
 
 constexpr const char* kFormatNotes =
-    "Formats of the planes (--format), beside the PNG pictures of 8 bits that are always there:\n"
-    "  png16  grey pictures of 16 bits, of all planes from 0 to 1; your picture's own PNG files get 16 bits\n"
-    "  npy    doubles, for NumPy            csv   text, 256 lines of 256 numbers\n"
-    "  tiff   32-bit floating point         mat   all planes in planes.mat, for MATLAB, Octave and SciPy\n"
-    "  hdf5   all planes in planes.h5 with units, scales and the eye as attributes\n";
+    R"(Formats of the planes (--format). PNG pictures of 8 bits are always written:
+  png16  grey pictures of 16 bits, of all planes from 0 to 1; the PNG files of your own picture get 16 bits
+  npy    doubles, for NumPy            csv   text, 256 lines of 256 numbers
+  tiff   32-bit floating point         mat   all planes in planes.mat, for MATLAB, Octave and SciPy
+  hdf5   all planes in planes.h5 with units, scales and the eye as attributes
+)";
 
 struct SimulateCommand {
   InputOptions input;
   Adjustments adjustments;
-  PictureRequest picture;  // without a file where there is none
+  PictureRequest picture;  // without a file if no picture is given
   std::string folder;
   std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
   std::vector<const Format*> formats;  // each once
@@ -76,7 +79,7 @@ struct SimulateCommand {
   bool force = false, json = false;
 };
 
-// Options as they stand on the command line.
+// Options as text of the command line.
 struct SimulateWords {
   std::string acuities = kUsualAcuities, gaps = "right", frequencies, formats = kPictures, fit{Word(Fit::kCrop)};
   bool npy = false;
@@ -122,10 +125,10 @@ std::vector<RingRequest> RingRequests(const std::string& acuities, const std::st
       if (std::none_of(requests.begin(), requests.end(), same)) requests.push_back({acuity, gap});
     }
   }
-  constexpr std::size_t kMost = 64;  // more would make an overview that no viewer opens
-  if (requests.size() > kMost) {
-    throw CLI::ValidationError("--acuity", "with --gap asks for " + std::to_string(requests.size()) +
-                                               " rings; at most " + std::to_string(kMost) + " can be drawn at a time");
+  constexpr std::size_t kMaxRings = 64;  // viewers refuse the overview of more
+  if (requests.size() > kMaxRings) {
+    throw CLI::ValidationError("--acuity", "with --gap requests " + std::to_string(requests.size()) +
+                                               " rings; one run draws at most " + std::to_string(kMaxRings));
   }
   return requests;
 }
@@ -208,39 +211,41 @@ Run DefineSimulate(CLI::App& app) {
   const auto words = std::make_shared<SimulateWords>();
   CLI::App& simulate = *app.add_subcommand("simulate", "Write all pictures and numbers of one eye into a folder.");
   AddInputOptions(simulate, command->input);
-  const CLI::Option* const output =
-      simulate
-          .add_option("-o,--output", command->folder, "The folder to write, made if need be; REQUIRED but for --json")
-          ->type_name("FOLDER");
+  const CLI::Option* const output = simulate
+                                        .add_option("-o,--output", command->folder,
+                                                    "The folder to write, created if missing; REQUIRED without --json")
+                                        ->type_name("FOLDER");
   simulate.add_flag("--json", command->json, "Print all numbers as JSON, as in summary.json, and write no files");
   simulate
       .add_option("--acuity,--acuities", words->acuities,
-                  "Decimal acuities of the rings, with commas, on the library scale")
+                  "Decimal acuities of the Landolt rings on the library scale, separated by commas")
       ->capture_default_str()
       ->type_name("LIST");
   simulate
-      .add_option("--gap,--gaps", words->gaps, "Directions of the rings' gaps, with commas: down, up, right, left, all")
+      .add_option("--gap,--gaps", words->gaps,
+                  "Directions of the rings' gaps, separated by commas: down, up, right, left, all")
       ->capture_default_str()
       ->type_name("LIST");
   simulate
       .add_option("--mtf-at", words->frequencies,
-                  "Frequencies at which to print the MTF, in cycles/degree on the library scale, with commas")
+                  "Frequencies of the printed MTF, in cycles/degree on the library scale, separated by commas")
       ->type_name("LIST");
   CLI::Option* const picture =
-      simulate.add_option("--picture", command->picture.file, "Your own picture, whose retinal image is simulated too")
+      simulate.add_option("--picture", command->picture.file, "Your own picture, to compute its retinal image too")
           ->type_name("FILE");
-  simulate.add_option("--fit", words->fit, "How it comes to 256 x 256 samples: crop, pad, pixels")
+  simulate.add_option("--fit", words->fit, "How the picture is brought to 256 x 256 samples: crop, pad, pixels")
       ->capture_default_str()
       ->type_name("WORD")
       ->needs(picture);
-  simulate.add_flag("--linear", command->picture.linear, "Its values are light, not sRGB")->needs(picture);
+  simulate.add_flag("--linear", command->picture.linear, "The values of the picture are light, not sRGB")
+      ->needs(picture);
   simulate
       .add_option("--format", words->formats,
-                  "Files for the planes, with commas: png8, png16, npy, csv, tiff, mat, hdf5")
+                  "Formats of the planes, separated by commas: png8, png16, npy, csv, tiff, mat, hdf5")
       ->capture_default_str()
       ->type_name("LIST");
-  simulate.add_flag("--npy", words->npy, "Short for npy among the formats");
-  simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; others stay");
+  simulate.add_flag("--npy", words->npy, "Add npy to the formats");
+  simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; other files stay");
   AddAdjustmentOptions(simulate, command->adjustments);
   simulate.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kScaleNotes + "\n" + kPictureNotes + "\n" +
                   kFormatNotes + "\n" + kSimulateExamples);
@@ -248,7 +253,7 @@ Run DefineSimulate(CLI::App& app) {
     if (command->json) {
       for (const char* const name : {"--output", "--picture", "--format", "--npy", "--force"}) {
         if (simulate.get_option(name)->count() > 0) {
-          throw CLI::ValidationError("--json", std::string("writes no files; leave ") + name + " away");
+          throw CLI::ValidationError("--json", std::string("writes no files; remove ") + name);
         }
       }
     } else if (output->count() == 0) {

@@ -1,4 +1,4 @@
-// "orvanel simulate": all pictures and numbers of one eye.
+// Defines the subcommand "orvanel simulate": all pictures and numbers of one eye.
 #ifndef ORVANEL_CLI_COMMANDS_SIMULATE_H
 #define ORVANEL_CLI_COMMANDS_SIMULATE_H
 
