@@ -61,7 +61,7 @@ std::size_t ParseCount(std::string_view text, std::size_t least, std::size_t mos
   std::size_t count = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
   if (error != std::errc() || end != text.data() + text.size() || count < least || count > most) {
-    throw Error(Quoted(text) + " is no whole number from " + std::to_string(least) + " to " + std::to_string(most));
+    throw Error(Quoted(text) + " is not a whole number from " + std::to_string(least) + " to " + std::to_string(most));
   }
   return count;
 }

@@ -1,4 +1,4 @@
-// Decodes UTF-8 strictly and escapes what is no plain character.
+// Decodes UTF-8 strictly and escapes control and other special characters.
 #include "base/visible_text.h"
 
 #include <cstddef>

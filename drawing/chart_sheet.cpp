@@ -75,7 +75,7 @@ void DrawRing(Canvas& canvas, Point corner, double width, const Grid& grid, cons
   const Window window = RingWindow(ring);
   const double panel = grid.Panel(ring);
   DrawTitle(canvas, corner, width, "Acuity " + NumberText(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
-            AskedText(shown) + "; optical scale " +
+            RequestedText(shown) + "; optical scale " +
                 NumberText(OpticalAcuity(ring.effectiveAcuity, simulated.results.scales), 3),
             IsFarOff(ring) ? kWarningInk : kFaintInk);
   DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight, panel, panel}, GreyWindow(ring.seen, window),

@@ -125,7 +125,7 @@ void DrawRings(Canvas& canvas, double top, const SimulatedEye& simulated, const 
     const Point corner = CellCorner(top, cell++);
     DrawTitle(canvas, corner, kPanel,
               "Acuity " + NumberText(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
-              AskedText(shown) + "; " + std::to_string(ring.diameter) + " samples; optical scale " +
+              RequestedText(shown) + "; " + std::to_string(ring.diameter) + " samples; optical scale " +
                   NumberText(OpticalAcuity(ring.effectiveAcuity, simulated.results.scales), 3),
               IsFarOff(ring) ? kWarningInk : kFaintInk);
     DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight), GreyWindow(ring.original, window),

@@ -1,4 +1,4 @@
-// Lists the errors of this layer that a host words itself.
+// Defines the errors of this layer. Their fields describe the problem, so that a host can name its own fix.
 #ifndef ORVANEL_EVALUATION_ERRORS_H
 #define ORVANEL_EVALUATION_ERRORS_H
 
@@ -14,8 +14,8 @@ namespace orvanel::evaluation {
 class TooFewThreads : public ErrorWithFix {
  public:
   explicit TooFewThreads(std::size_t startedThreads)
-      : ErrorWithFix("this system gives the program no more than " + std::to_string(startedThreads) + " threads; ",
-                     "ask for fewer"),
+      : ErrorWithFix("this system allows the program at most " + std::to_string(startedThreads) + " threads; ",
+                     "request fewer"),
         started(startedThreads) {}
 
   std::size_t started;

@@ -6,7 +6,7 @@
 namespace orvanel::evaluation {
 namespace {
 
-// Keeps the memory of planes.
+// Resets the results that are no longer needed; their planes keep their memory.
 void Clear(Results& results, Needs gone) {
   if (gone.empty()) return;
   if (gone.Has(Need::kUndersampled)) results.undersampled = 0.0;
@@ -51,7 +51,7 @@ double ValueOf(const Eye& eye, const Results& results, std::string_view column) 
 
 std::vector<std::pair<std::string, double>> ConstantsOf(Millimetres pupil) {
   MetricChoice choice;
-  choice.doubts = false;  // those about an eye's refraction differ from row to row
+  choice.doubts = false;  // the number of warnings differs from row to row
   for (const Metric* const metric : UsualMetrics(false)) {
     if (metric->of == Of::kPupil) choice.metrics.push_back(metric);
   }

@@ -1,4 +1,4 @@
-// Work on many threads, with results in the order of the tasks.
+// Runs tasks on many threads and returns the results in the order of the tasks.
 #ifndef ORVANEL_EVALUATION_IN_ORDER_H
 #define ORVANEL_EVALUATION_IN_ORDER_H
 
@@ -18,18 +18,19 @@
 
 namespace orvanel::evaluation {
 
-// A ring of tasks on their way: the calling thread fills it at one end and empties it at the other, the workers take
-// from between. So memory is bounded by the ring, and one slow task holds up no more than that.
+// A ring buffer of tasks in flight. The calling thread adds tasks at its end and takes results from its beginning; the
+// workers process the tasks between. So memory is bounded, and a slow task delays at most the tasks in the ring.
 template <class Task, class Result>
 class InOrder {
  public:
   using Work = std::function<Result(Task&)>;
 
-  // One worker for each element of `work`.
-  InOrder(std::vector<Work> work, std::size_t most) : ring_(most) {
+  // Starts one worker for each element of `work`.
+  //   maxInFlight  places of the ring
+  InOrder(std::vector<Work> work, std::size_t maxInFlight) : ring_(maxInFlight) {
     try {
       for (Work& its : work) threads_.emplace_back([this, its = std::move(its)] { Run(its); });
-    } catch (const std::system_error&) {  // no more threads to be had
+    } catch (const std::system_error&) {  // the system starts no more threads
       Stop();
       throw TooFewThreads(threads_.size());
     } catch (...) {
@@ -41,9 +42,10 @@ class InOrder {
   InOrder& operator=(const InOrder&) = delete;
   ~InOrder() { Stop(); }
 
-  // Runs to the end of the tasks. What next, the work or take throw ends it; the work's comes when its turn is.
+  // Runs all tasks. An exception of `next`, `take` or the work ends the run; that of the work is thrown in the place of
+  // its result.
   //   next  makes a task; false at the end
-  //   take  gets the results, in the order of the tasks
+  //   take  receives the results in the order of the tasks
   void Run(const std::function<bool(Task&)>& next, const std::function<void(Result&)>& take) {
     for (bool more = true;;) {
       while (more && end_ - first_ < ring_.size()) {
@@ -114,9 +116,9 @@ class InOrder {
   std::vector<Place> ring_;
   std::mutex mutex_;
   std::condition_variable given_, done_;
-  std::size_t first_ = 0;    // to be taken next; the calling thread's alone
-  std::size_t claimed_ = 0;  // to be worked on next
-  std::size_t end_ = 0;      // to be given next; written by the calling thread alone
+  std::size_t first_ = 0;    // the next result to take; used only by the calling thread
+  std::size_t claimed_ = 0;  // the next task to process
+  std::size_t end_ = 0;      // the next task to add; written only by the calling thread
   bool stopped_ = false;
   std::vector<std::thread> threads_;
 };

@@ -1,4 +1,4 @@
-// Compares rings as drawn with those asked for.
+// Compares the rings drawn with those requested.
 #include "evaluation/rings.h"
 
 #include <algorithm>
@@ -11,8 +11,8 @@ namespace orvanel::evaluation {
 double Deviation(const Ring& ring) { return ring.effectiveAcuity / ring.request.acuity - 1.0; }
 
 bool IsFarOff(const Ring& ring) {
-  constexpr double kMost = 0.1;
-  return std::abs(Deviation(ring)) > kMost;
+  constexpr double kMaxDeviation = 0.1;
+  return std::abs(Deviation(ring)) > kMaxDeviation;
 }
 
 std::string DeviationText(const Ring& ring) {
@@ -29,15 +29,15 @@ std::vector<ShownRing> ShownRings(const std::vector<Ring>& rings) {
     if (same == shown.end()) {
       shown.push_back({&ring, {ring.request.acuity}});
     } else {
-      same->asked.push_back(ring.request.acuity);
+      same->requested.push_back(ring.request.acuity);
     }
   }
   return shown;
 }
 
-std::string AskedText(const ShownRing& shown) {
+std::string RequestedText(const ShownRing& shown) {
   std::string text;
-  for (const double acuity : shown.asked) text += (text.empty() ? "asked for " : ", ") + NumberText(acuity, 4);
+  for (const double acuity : shown.requested) text += (text.empty() ? "requested " : ", ") + NumberText(acuity, 4);
   return text;
 }
 

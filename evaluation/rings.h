@@ -1,4 +1,4 @@
-// Rings as they are drawn, beside what was asked for: diameters are multiples of 5 samples, and acuities follow them.
+// Compares the rings drawn with those requested, since a diameter is a multiple of 5 samples.
 #ifndef ORVANEL_EVALUATION_RINGS_H
 #define ORVANEL_EVALUATION_RINGS_H
 
@@ -10,26 +10,26 @@
 
 namespace orvanel::evaluation {
 
-// How far the acuity drawn is above the one asked for, as a share of it.
+// The acuity drawn divided by the one requested, minus 1.
 double Deviation(const Ring& ring);
 
-// Whether that is more than a tenth, above or below.
+// True if the deviation is more than a tenth, above or below.
 bool IsFarOff(const Ring& ring);
 
 // "12.5 % above" or "12.5 % below".
 std::string DeviationText(const Ring& ring);
 
-// A ring, and the acuities for which it is drawn.
+// A ring, and the requested acuities for which it is drawn.
 struct ShownRing {
   const Ring* ring;
-  std::vector<double> asked;
+  std::vector<double> requested;
 };
 
 // Each ring once, in the order of the first request for it.
 std::vector<ShownRing> ShownRings(const std::vector<Ring>& rings);
 
-// "asked for 2.4, 2.5".
-std::string AskedText(const ShownRing& shown);
+// "requested 2.4, 2.5".
+std::string RequestedText(const ShownRing& shown);
 
 }  // namespace orvanel::evaluation
 

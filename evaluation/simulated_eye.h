@@ -1,4 +1,4 @@
-// Holds one eye with what was done to it, its results, and what is doubtful about them.
+// Holds one eye with its adjustments, results and warnings.
 #ifndef ORVANEL_EVALUATION_SIMULATED_EYE_H
 #define ORVANEL_EVALUATION_SIMULATED_EYE_H
 
@@ -14,12 +14,12 @@
 namespace orvanel::evaluation {
 
 struct SimulatedEye {
-  Eye measured;                      // as its file gives it
-  Eye eye;                           // as it is simulated
-  std::vector<std::string> changes;  // what was done to the first to make the second, a sentence each
-  std::optional<Dropped> dropped;    // among the changes
+  Eye measured;                      // as read from its file
+  Eye eye;                           // after the adjustments
+  std::vector<std::string> changes;  // describes each adjustment
+  std::optional<Dropped> dropped;    // the radial orders that were dropped
   Results results;
-  std::vector<CyclesPerDegree> mtfAt;  // frequencies of interest, on the library scale
+  std::vector<CyclesPerDegree> mtfAt;  // frequencies of the report, on the library scale
   std::vector<std::string> warnings;
 };
 

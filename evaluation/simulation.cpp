@@ -1,4 +1,4 @@
-// Evaluates an eye with all needs, then makes its images.
+// Evaluates an eye with all needs, then computes its images.
 #include "evaluation/simulation.h"
 
 #include <cmath>
@@ -22,14 +22,14 @@ void RequireFinite(const Results& results) {
   }
 }
 
-StarImages StarSeenBy(Evaluator& evaluator) {
+StarImages ImagesOfStar(Evaluator& evaluator) {
   StarImages star{SectorStar(), {}, {}};
   star.stretched = evaluator.ImageOf(star.original, ImageKind::kStretched);
   star.totalLight = evaluator.ImageOf(star.original, ImageKind::kTotalLight);
   return star;
 }
 
-Ring RingSeenBy(Evaluator& evaluator, Millimetres pupil, const RingRequest& request) {
+Ring ImageOfRing(Evaluator& evaluator, Millimetres pupil, const RingRequest& request) {
   Ring ring{request, RingDiameter(pupil, request.acuity), 0.0, Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE), {}};
   ring.effectiveAcuity = EffectiveAcuity(pupil, ring.diameter);
   DrawRing(ring.original.data(), ORVANEL_GRID_SIZE, ring.diameter, static_cast<int>(request.gap));
@@ -42,8 +42,8 @@ Ring RingSeenBy(Evaluator& evaluator, Millimetres pupil, const RingRequest& requ
 Results Simulate(Evaluator& evaluator, const Eye& eye, const std::vector<RingRequest>& rings) {
   Results results = evaluator.Evaluate(eye, kEverything);
   RequireFinite(results);
-  results.star = StarSeenBy(evaluator);
-  for (const RingRequest& request : rings) results.rings.push_back(RingSeenBy(evaluator, eye.pupil, request));
+  results.star = ImagesOfStar(evaluator);
+  for (const RingRequest& request : rings) results.rings.push_back(ImageOfRing(evaluator, eye.pupil, request));
   return results;
 }
 

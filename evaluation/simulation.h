@@ -9,8 +9,8 @@
 
 namespace orvanel::evaluation {
 
-// Leaves the evaluator ready for further images of the same eye. Throws Error where the numbers are so far from any
-// eye's that the results would mean nothing, and RingTooSmall.
+// Afterwards the evaluator can compute further images of the same eye. Throws RingTooSmall, and Error if pupil or
+// coefficients are so large that the results would be meaningless.
 Results Simulate(Evaluator& evaluator, const Eye& eye, const std::vector<RingRequest>& rings);
 
 }  // namespace orvanel::evaluation

@@ -1,4 +1,4 @@
-// Words the doubts about wavefronts and ring sizes.
+// Finds undersampled wavefronts, and rings of a wrong size, and words the warnings.
 #include "evaluation/warnings.h"
 
 #include <cmath>
@@ -11,7 +11,7 @@
 namespace orvanel::evaluation {
 namespace {
 
-constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;  // samples; leaves the blur some room at the edges
+constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;  // samples; leaves space for the blur at the edges
 
 }  // namespace
 
@@ -22,27 +22,26 @@ std::vector<std::string> Warnings(const Results& results) {
         "in " + NumberText(100.0 * results.undersampled, 2) +
         " % of the pupil the wavefront changes by more than half a wave from one sample to the next, by " +
         NumberText(results.wavefront.steepestStep / ToMicrometres(Wavelength()), 3) +
-        " waves at most: the light from there comes out in wrong places in all results");
+        " waves at most: all results show the light from there in wrong places");
   }
-  double warned = 0.0;  // rings of one acuity follow each other
+  double warned = 0.0;  // rings of the same acuity are adjacent
   for (const Ring& ring : results.rings) {
     if (!IsFarOff(ring) || ring.request.acuity == warned) continue;
     warned = ring.request.acuity;
-    warnings.push_back("the ring asked for with acuity " + ShortestText(warned) + " is drawn with acuity " +
+    warnings.push_back("the ring requested with acuity " + ShortestText(warned) + " is drawn with acuity " +
                        NumberText(ring.effectiveAcuity, 3) + ", " + DeviationText(ring) +
-                       " that: rings have a multiple of 5 samples, this one " + std::to_string(ring.diameter) +
-                       ", and its files are named by the acuity drawn");
+                       " that: the diameter of a ring is a multiple of 5 samples, here " +
+                       std::to_string(ring.diameter) + "; the names of its files have the acuity drawn");
   }
-  constexpr int kFits = kLargestRing - 5;  // a ring's diameter is rounded to fives
-  double reported = 0.0;                   // rings of one acuity follow each other
+  constexpr int kFits = kLargestRing - 5;  // diameters are rounded to multiples of 5
+  double reported = 0.0;                   // rings of the same acuity are adjacent
   for (const Ring& ring : results.rings) {
     if (ring.diameter <= kLargestRing || ring.request.acuity == reported) continue;
     reported = ring.request.acuity;
-    warnings.push_back(
-        "the ring of acuity " + ShortestText(reported) + " is " + std::to_string(ring.diameter) +
-        " samples wide in a field of 256: it is cut off or its light wraps round at the edges; rings fit "
-        "from acuity " +
-        ShortestText(std::ceil(100.0 * ring.effectiveAcuity * ring.diameter / kFits) / 100.0) + " on");
+    warnings.push_back("the ring of acuity " + ShortestText(reported) + " is " + std::to_string(ring.diameter) +
+                       " samples wide in a field of 256: it is cut off, or its light wraps around the edges; use an "
+                       "acuity of at least " +
+                       ShortestText(std::ceil(100.0 * ring.effectiveAcuity * ring.diameter / kFits) / 100.0));
   }
   return warnings;
 }

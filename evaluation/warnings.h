@@ -1,4 +1,4 @@
-// Warnings about results: what was computed but is probably not what the user means.
+// Warns of results that were computed but are probably not what the user wants.
 #ifndef ORVANEL_EVALUATION_WARNINGS_H
 #define ORVANEL_EVALUATION_WARNINGS_H
 
@@ -10,8 +10,8 @@
 
 namespace orvanel::evaluation {
 
-// One sentence for each doubt: wavefronts too steep for the samples, rings far from what was asked for, rings that fill
-// the field. Those about the eye by itself are EyeWarnings.
+// One sentence for each problem: undersampled wavefronts, rings far from the requested acuity, rings that fill the
+// field. EyeWarnings returns the warnings about the eye itself.
 std::vector<std::string> Warnings(const Results& results);
 
 }  // namespace orvanel::evaluation

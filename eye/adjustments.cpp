@@ -1,4 +1,4 @@
-// Applies the adjustments one after the other; refraction is added over the measured pupil.
+// Applies the adjustments one after the other. Refraction is added over the measured pupil.
 #include "eye/adjustments.h"
 
 #include <algorithm>
@@ -25,24 +25,24 @@ void Check(const Eye& eye, const Adjustments& adjustments) {
     throw PupilLargerThanMeasured(*adjustments.pupil, eye.pupil);
   }
   if (adjustments.mirror && eye.side == Side::kUnknown) {
-    throw Error("whether the eye is OD or OS is not known, so that it cannot be brought to " +
-                std::string(Word(*adjustments.mirror)) + "; state the eye");
+    throw Error("the eye cannot be mirrored to " + std::string(Word(*adjustments.mirror)) +
+                ", since its laterality is not known; state the eye");
   }
 }
 
-// Refuses values that only a wrong unit explains, before they become infinities. Also refuses NaN.
+// Refuses NaN, and values that only a wrong unit explains, before they become infinite.
 void RequirePlausible(const Eye& eye) {
   constexpr Millimetres kSmallest(1e-3), kLargest(1e3);
   if (!(eye.pupil >= kSmallest && eye.pupil <= kLargest)) {
-    throw Error("a pupil of " + ShortestText(eye.pupil.value()) + " mm is no eye's; check its unit");
+    throw Error("a pupil of " + ShortestText(eye.pupil.value()) + " mm is not that of an eye; check its unit");
   }
   constexpr Micrometres kMetre(1e6);
   if (!(Rms(eye.coefficients.osa(), 0) < kMetre)) {
-    throw Error("the wavefront would be a metre high and more; check the unit of the coefficients");
+    throw Error("the wavefront would be higher than a metre; check the unit of the coefficients");
   }
 }
 
-// After a change of pupil, which makes lower orders of higher ones.
+// Applied after a change of pupil, which turns higher orders into lower ones.
 Dropped DropOrdersAbove(int highest, Eye& eye) {
   const Coefficients& osa = eye.coefficients.osa();
   const Dropped dropped{highest, Rms(osa, highest + 1), Rms(osa, kLowestOrderThatBlurs)};
@@ -98,7 +98,7 @@ void DroppedOfMany::Add(const Dropped& dropped) {
 
 std::string Text(const DroppedOfMany& dropped, int above) {
   return "radial orders above " + std::to_string(above) + " dropped: " + std::to_string(dropped.losers) + " of " +
-         std::to_string(dropped.eyes) + " eyes have lost something, at most " + NumberText(dropped.most.value(), 3) +
+         std::to_string(dropped.eyes) + " eyes had such terms, at most " + NumberText(dropped.most.value(), 3) +
          " um RMS";
 }
 

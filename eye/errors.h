@@ -1,4 +1,4 @@
-// Lists the errors of this layer that a host words itself: their fields say what is wrong, the host says what to do.
+// Defines the errors of this layer. Their fields describe the problem, so that a host can name its own fix.
 #ifndef ORVANEL_EYE_ERRORS_H
 #define ORVANEL_EYE_ERRORS_H
 
@@ -12,14 +12,14 @@
 
 namespace orvanel::eye {
 
-// A pupil is wanted that is larger than the measured one, and extrapolation is not allowed.
+// The requested pupil is larger than the measured one, and extrapolation is not allowed.
 class PupilLargerThanMeasured : public ErrorWithFix {
  public:
   PupilLargerThanMeasured(Millimetres wantedPupil, Millimetres measuredPupil)
       : ErrorWithFix("the pupil of " + ShortestText(wantedPupil.value()) + " mm is larger than the " +
                          ShortestText(measuredPupil.value()) +
-                         " mm over which the eye was measured; what lies outside is not known. ",
-                     "Ask for a smaller one, or allow extrapolation"),
+                         " mm over which the eye was measured; the wavefront outside is not known. ",
+                     "Use a smaller one, or allow extrapolation"),
         wanted(wantedPupil),
         measured(measuredPupil) {}
 
@@ -29,14 +29,14 @@ class PupilLargerThanMeasured : public ErrorWithFix {
 // A term that is not 0 is above the highest radial order of a model.
 class OrderAboveHighest : public ErrorWithFix {
  public:
-  //   unitText   of the number
-  //   modelText  "classic"
+  //   unitText   the unit of the number
+  //   modelText  the name of the model: "classic"
   OrderAboveHighest(ZernikeTerm theTerm, double theNumber, const std::string& unitText, int highestOrder,
                     const std::string& modelText)
       : ErrorWithFix("the term " + Symbol(theTerm) + ", " + Name(theTerm) + ", is " + ShortestText(theNumber) + " " +
-                         unitText + ", but the " + modelText + " model takes the radial orders 0 to " +
+                         unitText + ", but the " + modelText + " model accepts radial orders 0 to " +
                          std::to_string(highestOrder) + "; ",
-                     "drop what is above"),
+                     "drop the orders above"),
         term(theTerm),
         number(theNumber),
         highest(highestOrder) {}

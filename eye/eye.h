@@ -1,4 +1,4 @@
-// Holds one eye: its pupil, laterality and coefficients, and what its file or row says of it.
+// Holds one eye: its pupil, laterality and coefficients, and the texts of its file or row.
 #ifndef ORVANEL_EYE_EYE_H
 #define ORVANEL_EYE_EYE_H
 
@@ -19,8 +19,8 @@ struct Eye {
   Millimetres pupil;  // diameter over which the coefficients are given
   Side side = Side::kUnknown;
   EyeCoefficients coefficients;
-  std::optional<Nanometres> referenceWavelength;  // at which the coefficients hold; empty where it is not stated
-  std::optional<PowerVector> prescription;        // stated beside the coefficients, to be added to them
+  std::optional<Nanometres> referenceWavelength;  // at which the coefficients hold; empty if it is not stated
+  std::optional<PowerVector> prescription;        // stated in addition to the coefficients, and added to them
 };
 
 // "OD", "OS", "not stated".

@@ -1,4 +1,4 @@
-// Holds one eye's Zernike coefficients: canonical numbers, and beside them the numbers that a file or row states.
+// Holds the Zernike coefficients of one eye: canonical numbers, and the numbers that its file or row states.
 #ifndef ORVANEL_EYE_EYE_COEFFICIENTS_H
 #define ORVANEL_EYE_EYE_COEFFICIENTS_H
 
@@ -25,19 +25,19 @@ class EyeCoefficients {
   // The convention that the file or row states.
   const Convention& convention() const { return convention_; }
 
-  // The coefficients in a convention, for output. While the stated numbers hold, they are the source, so that the
-  // stated convention returns them to the bit. Otherwise the canonical numbers are.
+  // The coefficients in a convention, for output. They are converted from the stated numbers while these are valid. So
+  // the stated convention returns the same bits. Otherwise they are converted from the canonical numbers.
   Coefficients In(const Convention& convention) const;
   Coefficients AsStated() const { return In(convention_); }
 
-  // Another wavefront. The stated numbers hold no longer; their convention stays.
+  // Sets another wavefront. The stated numbers become invalid; their convention stays.
   void Replace(Coefficients osa);
 
-  // The same wavefront, stated in another convention from now on.
+  // Keeps the wavefront and changes the stated convention.
   void Restate(const Convention& convention);
 
-  // The eye in a mirror, and the wavefront without the terms from this OSA index on. Both round nothing in any
-  // convention, so that the stated numbers follow and hold.
+  // Mirrors the eye left to right, and drops the terms from this OSA index on. Both are exact in every convention, so
+  // the stated numbers stay valid.
   void Mirror();
   void DropFrom(std::size_t index);
 
@@ -49,12 +49,12 @@ class EyeCoefficients {
   std::optional<Coefficients> stated_ = Coefficients();  // empty once the wavefront has changed
 };
 
-// Throws OrderAboveHighest where a term above this radial order is not 0.
-//   model  whose limit it is, for the message: "classic"
+// Throws OrderAboveHighest if a term above this radial order is not 0.
+//   model  the name of the model with this limit, for the message: "classic"
 void RequireOrdersUpTo(int highest, const EyeCoefficients& coefficients, const std::string& model);
 
-// Coefficients as the library takes them. An eye stated in the library's own convention gives the stated numbers to the
-// bit, and others are converted as In() says. Throws Error where a term above order 6 is not 0.
+// Coefficients in the convention of the library. An eye stated in that convention returns the stated bits; others are
+// converted as by In(). Throws Error if a term above order 6 is not 0.
 LibraryCoefficients ToLibrary(const EyeCoefficients& coefficients);
 
 }  // namespace orvanel::eye

@@ -1,4 +1,4 @@
-// Doubts about pupils and refractions.
+// Compares pupils and refractions with the ranges of human eyes.
 #include "eye/plausibility.h"
 
 #include <cmath>
@@ -9,7 +9,7 @@
 namespace orvanel::eye {
 namespace {
 
-constexpr Millimetres kSmallestPupil{0.5}, kLargestPupil{12.0};  // no living human eye's lies outside
+constexpr Millimetres kSmallestPupil{0.5}, kLargestPupil{12.0};  // no living human eye is outside
 constexpr double kLargestRefraction = 30.0;                      // dioptres, of mean sphere or any meridian
 
 }  // namespace
@@ -18,7 +18,7 @@ std::vector<std::string> EyeWarnings(const Eye& eye) {
   std::vector<std::string> warnings;
   if (eye.pupil < kSmallestPupil || eye.pupil > kLargestPupil) {
     warnings.push_back("the pupil of " + NumberText(eye.pupil.value(), 6) +
-                       " mm is unlike a human eye's, which measures 2 to 8 mm");
+                       " mm is unlike that of a human eye, which is 2 to 8 mm");
   }
   const PowerVector powers = LeastSquaresRefraction(eye.coefficients.osa(), eye.pupil);
   const double m = powers.m.value(), j0 = powers.j0.value(), j45 = powers.j45.value();
@@ -42,7 +42,7 @@ void TableDoubts::Add(const Eye& eye, const std::string& place) {
 std::string TableDoubts::Summary() const {
   if (doubtful_ == 0) return {};
   return std::to_string(doubtful_) + " of " + std::to_string(eyes_) + (eyes_ == 1 ? " eye is" : " eyes are") +
-         " unlike a human's; the first in " + first_;
+         " unlike a human eye; the first in " + first_;
 }
 
 }  // namespace orvanel::eye

@@ -1,4 +1,4 @@
-// What can be computed but is probably not what the user means.
+// Warns of eyes that can be computed but are unlike human eyes.
 #ifndef ORVANEL_EYE_PLAUSIBILITY_H
 #define ORVANEL_EYE_PLAUSIBILITY_H
 
@@ -11,16 +11,16 @@
 
 namespace orvanel::eye {
 
-// One sentence for each doubt about an eye by itself, its pupil and its refraction; none for a usual eye.
+// Returns one sentence for each unusual value of an eye, its pupil or refraction; none for a usual eye.
 std::vector<std::string> EyeWarnings(const Eye& eye);
 
-// Doubts about many eyes, in one sentence.
+// Summarises the warnings about many eyes in one sentence.
 class TableDoubts {
  public:
   //   place  of the eye in its table, such as "line 7"
   void Add(const Eye& eye, const std::string& place);
 
-  // Empty where there are none.
+  // Empty if there are none.
   std::string Summary() const;
 
  private:

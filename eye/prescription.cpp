@@ -1,4 +1,4 @@
-// Reads and writes prescriptions, and brings lenses to the cornea.
+// Implements a scanner for clinical notation, and formats prescriptions.
 #include "eye/prescription.h"
 
 #include <algorithm>
@@ -21,7 +21,7 @@ std::string Signed(double value) {
   return value > 0.0 && text != "0.00" ? "+" + text : text;
 }
 
-// A whole number above 0 and up to 180; a cylinder that rounds to nothing has no axis to speak of.
+// A whole number from 1 to 180. A cylinder that rounds to 0 gets the axis 180.
 std::string AxisText(const Refraction& refraction) {
   const std::string axis = FixedText(refraction.axis.value(), 0);
   return axis == "0" || Signed(refraction.cylinder.value()) == "0.00" ? "180" : axis;
@@ -29,7 +29,7 @@ std::string AxisText(const Refraction& refraction) {
 
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-// Reads a text piece by piece, with blanks before each.
+// Reads a text piece by piece, and skips blanks before each piece.
 class Scanner {
  public:
   explicit Scanner(std::string_view text) : rest_(text) {}
@@ -39,7 +39,7 @@ class Scanner {
     return rest_.empty();
   }
 
-  // Takes the first of these that comes next, whatever the case of its letters.
+  // Takes the first of these words that the text continues with, in upper or lower case.
   bool Take(std::initializer_list<std::string_view> words) {
     SkipBlanks();
     for (const std::string_view word : words) {
@@ -59,7 +59,7 @@ class Scanner {
     return rest_.starts_with('-') || rest_.starts_with('+') || rest_.starts_with(kMinusSign);
   }
 
-  // Takes a number without exponent, where one comes next.
+  // Takes a number without exponent, if one is next.
   std::optional<double> TakeNumber() {
     SkipBlanks();
     std::string number;
@@ -86,13 +86,13 @@ class Scanner {
 
 [[noreturn]] void RefuseText(std::string_view text) {
   throw Error(Quoted(text) +
-              " is no prescription; write sphere, or sphere,cylinder,axis as -2.25,-0.75,170 or -2.25/-0.75x170");
+              " is not a prescription; write sphere, or sphere,cylinder,axis as -2.25,-0.75,170 or -2.25/-0.75x170");
 }
 
-// Whether a text has more than the numbers of a list.
+// True if a text has characters that a list of numbers does not have.
 bool IsClinical(std::string_view text) { return text.find_first_not_of("+-0123456789.,eE") != std::string_view::npos; }
 
-// "-2.25/-0.75x170" and the like, or the sphere alone.
+// "-2.25/-0.75x170" and similar, or only the sphere.
 Refraction ParseClinical(std::string_view text) {
   if (!IsClinical(text)) return {Dioptres(ParseNumber(text)), Dioptres(), Degrees(180.0)};
   Scanner scanner(text);
@@ -117,12 +117,12 @@ Refraction ParseClinical(std::string_view text) {
 }
 
 Millimetres ParseVertex(std::string_view text) {
-  constexpr double kLeast = 1.0, kMost = 30.0;
+  constexpr double kMin = 1.0, kMax = 30.0;
   Scanner scanner(text);
   const std::optional<double> vertex = scanner.TakeNumber();
   scanner.Take({"mm"});
-  if (!vertex || !scanner.IsAtEnd()) throw Error(Quoted(text) + " is no vertex distance; write it in mm, as 12");
-  if (*vertex != 0.0 && !(*vertex >= kLeast && *vertex <= kMost)) {
+  if (!vertex || !scanner.IsAtEnd()) throw Error(Quoted(text) + " is not a vertex distance; write it in mm, as 12");
+  if (*vertex != 0.0 && !(*vertex >= kMin && *vertex <= kMax)) {
     throw Error("the vertex distance " + ShortestText(*vertex) +
                 " is neither 0, for a contact lens, nor from 1 to 30 mm; write it in mm, as 12");
   }
@@ -137,7 +137,7 @@ Refraction AtCornea(const Lens& lens) {
     const double rest = 1.0 - metres * power.value();
     if (!(rest > 0.0)) {
       throw Error("a lens of " + Signed(power.value()) + " D at " + ShortestText(lens.vertex.value()) +
-                  " mm has its focus before the cornea; check its power and its vertex distance");
+                  " mm has its focus in front of the cornea; check its power and its vertex distance");
     }
     return power / rest;
   };
@@ -149,7 +149,7 @@ Refraction AtCornea(const Lens& lens) {
 Refraction ParseRefraction(std::string_view text) {
   const std::vector<std::string_view> parts = Split(text);
   if (parts.size() > 1 && text.find_first_of("/xX") != std::string_view::npos) {
-    throw Error(Quoted(text) + " mixes commas with the clinic's writing; write -2.25,-0.75,170 or -2.25/-0.75x170");
+    throw Error(Quoted(text) + " mixes commas with clinical notation; write -2.25,-0.75,170 or -2.25/-0.75x170");
   }
   Refraction refraction;
   if (parts.size() == 1) {

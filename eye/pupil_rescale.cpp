@@ -1,4 +1,4 @@
-// R(n, m)(e r) is the sum over k = m, m + 2, .. n of (R(n, k)(e) - R(n, k + 2)(e)) R(k, m)(r).
+// Rescales by the formula R(n, m)(e r) = sum over k = m, m + 2, .. n of (R(n, k)(e) - R(n, k + 2)(e)) R(k, m)(r).
 #include "eye/pupil_rescale.h"
 
 #include <array>
@@ -7,11 +7,11 @@
 namespace orvanel::eye {
 namespace {
 
-// R(n, m)(rho) for all n and m >= 0, 0 where there is no such polynomial.
+// R(n, m)(rho) for all n and m >= 0; 0 if there is no such polynomial.
 class RadialTable {
  public:
-  // By R(n, m) = rho (R(n - 1, |m - 1|) + R(n - 1, m + 1)) - R(n - 2, m), which loses no digits where the powers' sum
-  // would cancel. Source: Shakibaei and Paramesran (2013).
+  // Uses the recurrence R(n, m) = rho (R(n - 1, |m - 1|) + R(n - 1, m + 1)) - R(n - 2, m). It avoids the cancellation
+  // in the sum of powers. Source: Shakibaei and Paramesran (2013).
   explicit RadialTable(double rho) {
     at(0, 0) = 1.0;
     for (int n = 1; n <= kLargestOrder; ++n) {

@@ -1,4 +1,4 @@
-// The same wavefront over a smaller or larger concentric pupil.
+// Rescales the coefficients of a wavefront to a smaller or larger concentric pupil.
 #ifndef ORVANEL_EYE_PUPIL_RESCALE_H
 #define ORVANEL_EYE_PUPIL_RESCALE_H
 
@@ -7,9 +7,9 @@
 
 namespace orvanel::eye {
 
-// Coefficients c' with sum c'_j Z_j(rho) = sum c_j Z_j(ratio rho), exactly but for rounding.
+// Coefficients c' with sum c'_j Z_j(rho) = sum c_j Z_j(ratio rho), exact except for rounding.
 //   orthonormal  coefficients of orthonormal polynomials
-//   ratio        new diameter over old; above 1 the polynomials are continued beyond what was measured
+//   ratio        new diameter over old; above 1 the polynomials are continued beyond the measurement
 // Source: Janssen and Dirksen (2006), Concise formula for the Zernike coefficients of scaled pupils.
 Coefficients Rescaled(const Coefficients& orthonormal, double ratio);
 

@@ -1,4 +1,5 @@
-// Second-order terms and power vectors. A lens of 1 dioptre bends by rho^2 r^2 / 2 micrometres, r in millimetres.
+// Converts between coefficients and power vectors. A lens of 1 dioptre changes the wavefront by rho^2 r^2 / 2
+// micrometres, r in millimetres.
 #include "eye/refraction.h"
 
 #include <cmath>
@@ -16,7 +17,7 @@ double At(const Coefficients& coefficients, std::size_t j) { return j < coeffici
 
 double SquaredRadius(Millimetres pupil) { return pupil.value() * pupil.value() / 4.0; }
 
-// What multiplies rho^2 in the orthonormal polynomial (n, m), m = 0 or +-2.
+// The factor of rho^2 in the orthonormal polynomial (n, m), m = 0 or +-2.
 double QuadraticPart(int n, int m) {
   const int half = n / 2;
   const int bare = m == 0 ? half * (half + 1) : half * (half + 1) / 2;

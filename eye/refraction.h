@@ -1,8 +1,8 @@
-// Refraction, the lens that corrects an eye, from its wavefront and into it.
+// Computes refraction, the lens that corrects an eye, from a wavefront, and adds refraction to a wavefront.
 //
 // Signs: a short-sighted eye has a negative sphere and a positive coefficient of defocus. Axes are those of trial
-// frames (TABO): counter-clockwise from the examiner's right, for both eyes alike, which is the angle of OSA/ANSI
-// Z80.28 with y upwards.
+// frames (TABO), counter-clockwise from the examiner's right for both eyes. This is the angle of OSA/ANSI Z80.28 with y
+// up.
 #ifndef ORVANEL_EYE_REFRACTION_H
 #define ORVANEL_EYE_REFRACTION_H
 
@@ -20,7 +20,7 @@ struct Refraction {
   Degrees axis;
 };
 
-// The same as independent parts: mean sphere, and the two crossed cylinders at 0 and 45 degrees.
+// The same as a power vector: mean sphere, and the two crossed cylinders at 0 and 45 degrees.
 struct PowerVector {
   Dioptres m, j0, j45;
 };
@@ -34,18 +34,19 @@ enum class CylinderSign { kMinus, kPlus };
 
 PowerVector ToPowerVector(const Refraction& refraction);
 
-// With an axis above 0 and up to 180 degrees; 180 where there is no cylinder.
+// The axis is above 0 and at most 180 degrees; it is 180 without a cylinder.
 Refraction ToRefraction(const PowerVector& powers, CylinderSign sign);
 
-// The sphere and cylinder whose wavefront is nearest to the eye's over the whole pupil: of the second order alone.
-//   osa  orthonormal, micrometres, y upwards
+// The sphere and cylinder whose wavefront is closest to that of the eye over the whole pupil, by least squares. Only
+// the second order contributes.
+//   osa  orthonormal, micrometres, y up
 PowerVector LeastSquaresRefraction(const Coefficients& osa, Millimetres pupil);
 
-// The curvature of the wavefront at the centre of the pupil, to which every even order contributes.
+// The curvature of the wavefront at the centre of the pupil. Every even order contributes.
 // Source: Thibos, Hong, Bradley and Applegate (2004), Accuracy and precision of objective refraction.
 PowerVector ParaxialRefraction(const Coefficients& osa, Millimetres pupil);
 
-// The eye with this much more error of refraction: its least-squares and its paraxial refraction grow by it.
+// Adds a refractive error: the least-squares and the paraxial refraction increase by it.
 Coefficients WithRefraction(Coefficients osa, Millimetres pupil, const PowerVector& powers);
 
 }  // namespace orvanel::eye

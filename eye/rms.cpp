@@ -1,4 +1,4 @@
-// Sums of squares.
+// Sums the squares of orthonormal coefficients.
 #include "eye/rms.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// Root mean squares of a wavefront from its coefficients.
+// Computes the root mean square (RMS) of a wavefront from its coefficients.
 #ifndef ORVANEL_EYE_RMS_H
 #define ORVANEL_EYE_RMS_H
 
@@ -7,12 +7,12 @@
 
 namespace orvanel::eye {
 
-// Of the radial orders first to last, both included: the root of the sum of squares.
+// The RMS of the radial orders first to last, both included: the root of the sum of squares.
 //   osa  orthonormal, micrometres
 Micrometres Rms(const Coefficients& osa, int first, int last = kLargestOrder);
 
 constexpr int kLowestOrderThatBlurs = 2;  // piston and tilt only move the image
-constexpr int kLowestHigherOrder = 3;     // what spectacles do not correct
+constexpr int kLowestHigherOrder = 3;     // spectacles do not correct these orders
 
 }  // namespace orvanel::eye
 

@@ -1,4 +1,4 @@
-// The words, and the geometry of two people who face each other.
+// Words the views, and finds the nasal side. Examiner and patient face each other.
 #include "eye/view.h"
 
 namespace orvanel::eye {
@@ -39,8 +39,8 @@ std::string_view Description(View view) {
   return "";
 }
 
-// The examiner has the nose of the person to the right of the right eye. The person has it to the left of that eye, and
-// sees the nasal half of its visual field there.
+// For the examiner, the nose of the patient is to the right of the right eye. For the patient, it is to the left of
+// that eye, as is the nasal half of its visual field.
 std::string_view NasalSide(View view, Side side) {
   if (side == Side::kUnknown) return "";
   const bool rightEye = side == Side::kOd, examiner = view != View::kPatient;

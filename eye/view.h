@@ -1,4 +1,4 @@
-// From where a plane is looked at, and on which side of it nose and temple are.
+// Describes the view of a plane: its orientation, and its nasal and temporal sides.
 #ifndef ORVANEL_EYE_VIEW_H
 #define ORVANEL_EYE_VIEW_H
 
@@ -11,27 +11,27 @@
 
 namespace orvanel::eye {
 
-// Row 0 is at the top of all of them. The view of the patient is that of the retina mirrored top to bottom.
+// Row 0 is at the top in all views. The view of the patient is that of the retina, mirrored top to bottom.
 enum class View {
   kPupil,    // the pupil as the examiner sees it
   kRetina,   // the retina as the examiner sees it through the pupil: PSF and MTF
-  kPatient,  // what the person sees: images and the objects that they are of
+  kPatient,  // the visual field of the patient: objects and their retinal images
 };
 
 // "pupil", "retina", "patient".
 std::string_view Word(View view);
 
-// What stands below a panel: "view: retina, as the examiner sees it".
+// The caption below a panel: "view: retina, as the examiner sees it".
 std::string_view Caption(View view);
 
 // The same with the directions of the axes.
 std::string_view Description(View view);
 
-// "left" or "right"; empty where the side of the eye is not known. For the patient it is that of the visual field.
+// "left" or "right"; empty if the laterality is unknown. For the patient it is the nasal side of the visual field.
 std::string_view NasalSide(View view, Side side);
 
-// What to write at the left and right of a panel: "nasal" and "temporal", or for the patient "nasal field" and
-// "temporal field"; empty where the side of the eye is not known.
+// The labels at the left and right of a panel: "nasal" and "temporal", or for the patient "nasal field" and "temporal
+// field". Empty if the laterality is unknown.
 std::pair<std::string, std::string> SideWords(View view, Side side);
 
 }  // namespace orvanel::eye

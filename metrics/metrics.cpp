@@ -1,4 +1,4 @@
-// The table of metrics, and the columns of frequencies and rings.
+// Defines the table of metrics, and the columns of frequencies and rings.
 #include "metrics/metrics.h"
 
 #include <algorithm>
@@ -21,7 +21,7 @@ void AddRefraction(const PowerVector& powers, Numbers& values) {
   values.insert(values.end(), {refraction.sphere.value(), refraction.cylinder.value(), refraction.axis.value()});
 }
 
-// Under the straight lines between the samples, the last of which goes to 0 at the cut-off.
+// The area by the trapezoidal rule; the MTF is 0 at the cut-off, after the last sample.
 double Area(const Section& section) {
   double sum = section[0] / 2.0;
   for (std::size_t i = 1; i < section.size(); ++i) sum += section[i];
@@ -62,7 +62,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
          values.push_back(eye.results.scales.optical.halfWidth.value());
        }},
       {"frequency_range",
-       "where the MTF ends, both scales",
+       "frequency at which the MTF ends, both scales",
        {},
        Of::kPupil,
        true,
@@ -129,7 +129,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
          values.insert(values.end(), {powers.m.value(), powers.j0.value(), powers.j45.value()});
        }},
       {"mtf_area",
-       "area under the mean of both sections of the MTF, and its share of the diffraction limit's",
+       "area under the mean of both sections of the MTF, and its ratio to the diffraction limit",
        {Need::kSections},
        Of::kEye,
        true,
@@ -240,7 +240,7 @@ std::vector<double> Values(const MetricChoice& choice, const MetricInput& input)
   const auto invalid = std::find_if(values.begin(), values.end(), [](double value) { return !std::isfinite(value); });
   if (invalid != values.end())
     throw ValueNotFinite(Columns(choice)[static_cast<std::size_t>(invalid - values.begin())]);
-  for (double& value : values) value += 0.0;  // so that 0 has no sign
+  for (double& value : values) value += 0.0;  // removes the sign of 0
   return values;
 }
 

@@ -1,4 +1,4 @@
-// Lists the metrics of an eye: names, units, what they need, and their values as functions of results.
+// Lists the metrics of an eye: names, units, needs, and values as functions of results.
 #ifndef ORVANEL_METRICS_METRICS_H
 #define ORVANEL_METRICS_METRICS_H
 
@@ -14,16 +14,16 @@
 
 namespace orvanel::metrics {
 
-// What metrics are computed from.
+// The input of all metrics.
 struct MetricInput {
   const Results& results;
-  const Coefficients& osa;  // of the eye: orthonormal, micrometres, y upwards
-  std::size_t doubts = 0;   // how many EyeWarnings the eye has
+  const Coefficients& osa;  // of the eye: orthonormal, micrometres, y up
+  std::size_t doubts = 0;   // the number of EyeWarnings
 };
 
 struct Column {
   const char* name;  // with unit and scale
-  const char* unit;  // "1" where it has none
+  const char* unit;  // "1" for pure numbers
 };
 
 enum class Of { kPupil, kEye };
@@ -31,16 +31,16 @@ enum class Of { kPupil, kEye };
 struct Metric {
   const char* word;         // on the command line
   const char* description;  // for help
-  Needs needs;              // of the results, beside pupil and scales
-  Of of;                    // a function of the pupil alone, or of more
-  bool usual;               // computed where nothing else is asked for
+  Needs needs;              // of the results, in addition to pupil and scales
+  Of of;                    // kPupil: depends only on the pupil
+  bool usual;               // computed by default
   std::vector<Column> columns;
-  void (*compute)(const MetricInput& eye, std::vector<double>& values);  // appends as many as there are columns
+  void (*compute)(const MetricInput& eye, std::vector<double>& values);  // appends one value for each column
 };
 
 std::span<const Metric> Metrics();
 
-// What is asked for.
+// The metrics and columns that a host requests.
 struct MetricChoice {
   std::vector<const Metric*> metrics;
   std::vector<CyclesPerDegree> mtfAt;  // on the library scale
@@ -48,29 +48,29 @@ struct MetricChoice {
   bool doubts = true;                  // the column "implausible"
 };
 
-// "strehl,rms": each once, in the order asked for. Throws Error.
+// Parses "strehl,rms": each metric once, in this order. Throws Error.
 std::vector<const Metric*> MetricsNamed(std::string_view list);
 
-// The metrics where nothing is asked for.
-//   samePupil  all rows have one pupil; metrics of the pupil alone, the same in all rows, are left out then
+// The default metrics.
+//   samePupil  true if all rows have the same pupil; then metrics that depend only on the pupil are left out
 std::vector<const Metric*> UsualMetrics(bool samePupil);
 
-// Adds the undersampled share where it is not chosen: what comes from the grid is worth nothing without it.
+// Adds the undersampled share if it is missing, since it shows whether results of the grid are valid.
 void AddUndersampled(MetricChoice& choice);
 
 constexpr const char* kUndersampledColumn = "undersampled";
 
-// The names of all columns, with unit and scale. "implausible", the last, counts what of pupil and refraction is
-// unlike a human eye's.
+// The names of all columns, with unit and scale. The last, "implausible", counts values of pupil and refraction that
+// are unlike those of a human eye.
 std::vector<std::string> Columns(const MetricChoice& choice);
 
-// What the results must have for these columns.
+// The results that these columns need.
 Needs NeedsOf(const MetricChoice& choice);
 
 // The value of one column of the table.
 double ValueOf(std::string_view column, const MetricInput& input);
 
-// The values of all columns. Throws Error where one of them is no number.
+// The values of all columns. Throws Error if one of them is not a finite number.
 std::vector<double> Values(const MetricChoice& choice, const MetricInput& input);
 
 }  // namespace orvanel::metrics

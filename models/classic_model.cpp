@@ -1,4 +1,4 @@
-// Chooses the engine's calls by what is needed, as few as possible.
+// Computes the needed results with as few calls of the engine as possible.
 #include "models/classic_model.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@ constexpr Needs kOfPsf = {Need::kPsf, Need::kStrehlPeak, Need::kLineSpreads, Nee
 
 double Sum(const Plane& plane) { return std::accumulate(plane.begin(), plane.end(), 0.0); }
 
-// No polynomial exceeds 1.
+// An upper bound, since no polynomial exceeds 1.
 Millimetres HeightBound(const LibraryCoefficients& coefficients) {
   double bound = 0.0;
   for (const Millimetres c : coefficients) bound += std::abs(c.value());
@@ -105,8 +105,7 @@ void ClassicModel::ImageOf(const Plane& object, ImageKind kind, Plane& image) {
   const double total = Sum(object);
   image = object;
   if (total <= 0.0) return;
-  // An object whose samples add up to 1 has an image that is not clipped. Its roots are then brought to the object's
-  // light.
+  // The image of an object with the sum 1 is not clipped. Its roots are then scaled to the light of the object.
   Plane& share = spare_;
   share = object;
   for (double& v : share) v /= total;

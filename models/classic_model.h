@@ -1,4 +1,4 @@
-// Computes results by the engine of the classic model.
+// Declares the classic model, which computes results by the engine.
 #ifndef ORVANEL_MODELS_CLASSIC_MODEL_H
 #define ORVANEL_MODELS_CLASSIC_MODEL_H
 
@@ -21,18 +21,18 @@ class ClassicModel : public Model {
   // coefficients.
   void Compute(const Eye& eye, Needs needs, Results& results) override;
 
-  // The square of the filtered object. ImageKind::kLinear takes the root, which is the convolution with the PSF but for
-  // the phase by which the chain turns the PSF's samples; the wider the PSF, the larger it is.
+  // The square of the filtered object. ImageKind::kLinear takes the root of it. This is the convolution with the PSF,
+  // except for a phase of the PSF samples in the engine, which grows with the width of the PSF.
   void ImageOf(const Plane& object, ImageKind kind, Plane& image) override;
   void ImageOf(PrecomputedObject object, ImageKind kind, Plane& image) override;  // kStretched or kTotalLight
 
   PrecomputedObject Precompute(const Plane& object) override;
 
-  // With contrast kept, each channel keeps its total light. As shown with total light kept, three channels keep the
-  // light that they have together, so that grey stays grey.
+  // With contrast kept, each channel keeps its total light. Otherwise three channels keep the sum of their light, so
+  // that grey stays grey.
   SeenPicture SeePicture(ObjectPicture object) override;
 
-  // By OptimiseFocus, WalkByPsf and WalkByFit of the engine.
+  // Uses OptimiseFocus, WalkByPsf and WalkByFit of the engine.
   BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) override;
   static std::span<const FocusMethod> FocusMethods();
 
@@ -42,7 +42,7 @@ class ClassicModel : public Model {
   void ComputePlanes(Needs needs, Results& results);
 
   OpticsEngine engine_;
-  Plane spare_;  // receives a plane that the engine writes and nobody needs
+  Plane spare_;  // receives planes that the engine writes but are not needed
   std::vector<PreparedObject> objects_;
 };
 

@@ -1,4 +1,4 @@
-// Defines the errors of models. Each has its numbers as fields, for hosts with sentences of their own.
+// Defines the errors of models. Their fields have the numbers, so that a host can word its own messages.
 #ifndef ORVANEL_MODELS_ERRORS_H
 #define ORVANEL_MODELS_ERRORS_H
 
@@ -9,18 +9,18 @@
 
 namespace orvanel::models {
 
-// A Landolt ring of this acuity has no samples at the pupil.
+// A Landolt ring of this acuity is smaller than the samples at this pupil.
 class RingTooSmall : public Error {
  public:
   explicit RingTooSmall(double itsAcuity)
       : Error("a ring of acuity " + ShortestText(itsAcuity) +
-              " would be too small for the samples at this pupil; ask for a lower acuity"),
+              " would be too small for the samples at this pupil; use a lower acuity"),
         acuity(itsAcuity) {}
 
   double acuity;  // on the library scale
 };
 
-// The bound of a wavefront's height is beyond what a model computes with.
+// The bound of the height of a wavefront is too large for a model.
 class WavefrontTooHigh : public Error {
  public:
   explicit WavefrontTooHigh(Millimetres itsBound)
@@ -29,11 +29,12 @@ class WavefrontTooHigh : public Error {
   Millimetres bound;
 };
 
-// A result is not finite, because the pupil is so far from that of an eye.
+// A result is not finite, because the pupil is too far from that of an eye.
 class PupilOutOfRange : public Error {
  public:
   explicit PupilOutOfRange(Millimetres itsPupil)
-      : Error("the pupil is so far from an eye's that nothing can be computed; check its unit"), pupil(itsPupil) {}
+      : Error("the results cannot be computed, since the pupil is too far from that of an eye; check its unit"),
+        pupil(itsPupil) {}
 
   Millimetres pupil;
 };

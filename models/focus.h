@@ -1,4 +1,4 @@
-// Defines the search for the focus with which an eye sees best, as a model offers it.
+// Defines requests and results of searches for the best focus, and the methods that a model offers.
 #ifndef ORVANEL_MODELS_FOCUS_H
 #define ORVANEL_MODELS_FOCUS_H
 
@@ -13,14 +13,14 @@ namespace orvanel::models {
 
 // How a search changes the eye.
 enum class FocusStrategy {
-  kOptimise,  // defocus, and astigmatism if the request allows it, within bounds that the model chooses
-  kWalk,      // steps of defocus from where the eye is, as long as the measure gets better
+  kOptimise,  // varies defocus, and astigmatism if the request allows it, within bounds that the model chooses
+  kWalk,      // changes defocus in steps, as long as the measure improves
 };
 
-// What a search makes best.
+// The quantity that a search optimises.
 enum class FocusMeasure { kStrehl, kCircle };
 
-// What hosts write of a measure.
+// The words for a measure in reports.
 struct FocusMeasureText {
   std::string_view label;  // "Deviation"
   std::string_view name;   // "the deviation from a circle"
@@ -30,7 +30,7 @@ struct FocusMeasureText {
 };
 const FocusMeasureText& TextOf(FocusMeasure measure);
 
-// A search by a measure, under the name that selects it.
+// A search by a measure, and the name that selects it.
 struct FocusMethod {
   std::string_view name;
   FocusStrategy strategy = FocusStrategy::kOptimise;
@@ -40,7 +40,7 @@ struct FocusMethod {
 struct FocusRequest {
   FocusMethod method;                  // one that the model offers
   Micrometres step{0.01};              // of a walk, on the orthonormal defocus coefficient
-  bool astigmatism = false;            // kOptimise varies the two terms of astigmatism too
+  bool astigmatism = false;            // kOptimise also varies the two terms of astigmatism
   bool withoutAstigmatism = false;     // a walk evaluates the eye without its astigmatism
   std::int64_t maximumTrials = 10000;  // of a walk
 };
@@ -55,7 +55,7 @@ struct BestFocus {
   Eye eye;  // the eye in focus; terms that the search does not change keep their bits
   FocusQuality before, after;
   std::int64_t trials = 0;  // wavefronts tried
-  bool converged = true;    // false if the search ended before its end was reached
+  bool converged = true;    // false if the search reached its limit first
 };
 
 }  // namespace orvanel::models

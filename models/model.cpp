@@ -1,4 +1,4 @@
-// Makes models.
+// Creates models by their kind.
 #include "models/model.h"
 
 #include "models/classic_model.h"

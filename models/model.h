@@ -19,15 +19,15 @@ enum class ModelKind { kClassic };
 enum class ImageKind {
   kStretched,   // scaled to span exactly 0 to 1
   kTotalLight,  // the object's total light is kept; clipped at 1
-  kLinear,      // the same, and near to blurred light that adds up
+  kLinear,      // the same, and close to incoherent addition of light
 };
 
-// An object whose spectrum a model has computed in advance, for the images of many eyes. Valid for that model only.
+// An object with a precomputed spectrum, for the images of many eyes. Valid only for the model that computed it.
 struct PrecomputedObject {
   std::size_t index;
 };
 
-// A model keeps its memory between eyes. It serves one thread at a time; different ones share no mutable data.
+// A model reuses its memory. Use a model in one thread at a time; different models share no mutable data.
 class Model {
  public:
   Model() = default;
@@ -35,8 +35,8 @@ class Model {
   Model& operator=(const Model&) = delete;
   virtual ~Model() = default;
 
-  // Writes pupil, scales and what is needed into the results, and leaves the rest of them alone. Throws Error where the
-  // model cannot represent the eye.
+  // Writes pupil, scales and the needed results; leaves the others unchanged. Throws Error if the model cannot
+  // represent the eye.
   virtual void Compute(const Eye& eye, Needs needs, Results& results) = 0;
 
   // Write the retinal image of an object for the eye of the last Compute, which must have had Need::kImages.
@@ -45,10 +45,10 @@ class Model {
 
   virtual PrecomputedObject Precompute(const Plane& object) = 0;
 
-  // The retinal images of a picture, each channel by itself, under the conditions of ImageOf.
+  // The retinal images of a picture, each channel separately, under the conditions of ImageOf.
   virtual SeenPicture SeePicture(ObjectPicture object) = 0;
 
-  // The eye with the second-order terms with which it sees best. Afterwards, no eye counts as computed.
+  // Searches the second-order terms with the best image quality. Call Compute again before computing images.
   virtual BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) = 0;
 };
 

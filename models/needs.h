@@ -1,4 +1,4 @@
-// Names the results that a model computes on request, and makes sets of them.
+// Defines sets of results that a model computes on request.
 #ifndef ORVANEL_MODELS_NEEDS_H
 #define ORVANEL_MODELS_NEEDS_H
 
@@ -18,7 +18,7 @@ enum class Need : unsigned {
   kMtf = 1U << 6U,             // the plane
   kSections = 1U << 7U,        // through the MTF, and its diffraction limit
   kLineSpreads = 1U << 8U,
-  kImages = 1U << 9U,  // images of objects, which the model makes afterwards
+  kImages = 1U << 9U,  // images of objects, computed afterwards
 };
 
 class Needs {

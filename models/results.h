@@ -18,7 +18,7 @@ namespace orvanel::models {
 
 struct Wavefront {
   Plane map;                 // millimetres, not a number outside the pupil
-  Micrometres rms;           // of the coefficients of radial orders 2 and above, without samples
+  Micrometres rms;           // of radial orders 2 and above, from the coefficients
   Micrometres peakToValley;  // over the pupil's samples
   Micrometres steepestStep;  // the largest change between neighbouring samples of the pupil
 };
@@ -37,17 +37,17 @@ struct Ring {
 // The user's picture and its retinal images, one plane for each channel; light, 0 to 1.
 struct SeenPicture {
   ObjectPicture object;
-  std::vector<Plane> seen;          // as the model shows its star with total light kept
-  std::vector<Plane> contrastKept;  // near to blurred light that adds up
+  std::vector<Plane> seen;          // with total light kept, as the image of the star
+  std::vector<Plane> contrastKept;  // close to incoherent addition of light
 };
 
-// Pupil and scales are always there, everything else where it was needed. A plane that was not needed is empty, a
-// number that was not needed is 0.
+// Pupil and scales are always set, other results only if they were needed. Otherwise planes are empty and numbers are
+// 0.
 struct Results {
   Millimetres pupil;
   Scales scales;
-  double undersampled = 0.0;  // share of the pupil's samples that differ by more than half a wave from the next, so
-                              // that the transform takes the direction of their light for another one
+  double undersampled = 0.0;  // share of the pupil's samples that differ by more than half a wave from the next; the
+                              // transform aliases the direction of their light
   Wavefront wavefront;
   double strehl = 0.0;      // of the brightest sample
   double strehlPeak = 0.0;  // of the peak between samples

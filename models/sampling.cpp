@@ -1,4 +1,4 @@
-// Calls the library's functions of sampling with the one grid and the one wavelength.
+// Calls the sampling functions of the library with its grid and wavelength.
 #include "models/sampling.h"
 
 #include "models/errors.h"

@@ -1,4 +1,4 @@
-// The sampling of an eye's results by its pupil, in types with units.
+// Computes the sampling of results from the pupil, in types with units.
 #ifndef ORVANEL_MODELS_SAMPLING_H
 #define ORVANEL_MODELS_SAMPLING_H
 
@@ -7,13 +7,13 @@
 
 namespace orvanel::models {
 
-// The library's one wavelength.
+// The wavelength of the library.
 Millimetres Wavelength();
 
-// Half the side of the PSF on the retina, on the library scale.
+// The half extent of the PSF window on the retina, on the library scale.
 Millimetres PsfHalfWidth(Millimetres pupil);
 
-// Where the sections of the MTF end, on the library scale.
+// The frequency at which the sections of the MTF end, on the library scale.
 CyclesPerDegree FrequencyRange(Millimetres pupil);
 
 // The outer diameter in samples of the ring that is drawn for an acuity, on the library scale. Throws RingTooSmall.

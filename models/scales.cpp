@@ -1,4 +1,4 @@
-// The scales, from the library's numbers and from the pupil and wavelength alone.
+// Computes the library scale by the formulas of the library, and the optical scale from pupil and wavelength.
 #include "models/scales.h"
 
 #include <numbers>
@@ -12,8 +12,8 @@ Scales ScalesOf(Millimetres pupil) {
   constexpr double kDegree = std::numbers::pi / 180.0;   // radians
   constexpr double kHalfSide = ORVANEL_GRID_SIZE / 2.0;  // samples
 
-  // The padded pupil plane is two pupils wide, so that neighbouring samples of the PSF stand wavelength / (2 pupil)
-  // apart and the cut-off falls on MTF sample 128.
+  // The padded pupil plane is two pupils wide. So the spacing of the PSF samples is wavelength / (2 pupil), and the
+  // cut-off is at MTF sample 128.
   const double pupilInWaves = pupil / Wavelength();
   const Millimetres halfWidth = PsfHalfWidth(pupil);
   Scales scales;

@@ -1,4 +1,4 @@
-// A section through the MTF.
+// Defines a section through the MTF.
 #ifndef ORVANEL_MODELS_SECTION_H
 #define ORVANEL_MODELS_SECTION_H
 

@@ -1,4 +1,4 @@
-// Decodes bitmaps.
+// Decodes bitmaps with a palette, bottom row first.
 #include "targets/bitmap.h"
 
 #include <cstddef>

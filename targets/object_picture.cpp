@@ -1,4 +1,4 @@
-// From pixels to the light on 256 x 256 samples.
+// Resamples pictures to 256 x 256 samples of light.
 #include "targets/object_picture.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ struct Field {
 };
 
 Field FieldOf(Fit fit, int width, int height) {
-  if (fit == Fit::kPixels) {  // an odd row or column goes to the right and below
+  if (fit == Fit::kPixels) {  // an odd row or column is added at the right and bottom
     return {static_cast<double>((width + kSide) / 2 - kSide), static_cast<double>((height + kSide) / 2 - kSide), 1.0};
   }
   const int side = fit == Fit::kCrop ? std::min(width, height) : std::max(width, height);
@@ -80,7 +80,8 @@ ObjectPicture FitToField(const DecodedPicture& picture, const PictureRequest& re
   const auto columns = FieldShares(field.left, field.step, picture.width);
   const auto rows = FieldShares(field.top, field.step, picture.height);
   for (std::size_t sample = 0; sample < ORVANEL_PLANE_SAMPLES; ++sample) {
-    // White less what the picture takes from it, so that white stays around and under it.
+    // Computes white minus the light that the picture removes, so that its surroundings and transparent parts are
+    // white.
     std::vector<double> missing(channels, 0.0);
     for (const Share& row : rows[sample / kSide]) {
       for (const Share& column : columns[sample % kSide]) {

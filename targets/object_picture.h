@@ -1,4 +1,4 @@
-// The user's picture brought to the field that an eye is shown.
+// Converts the user's picture to an object: planes of light on 256 x 256 samples.
 #ifndef ORVANEL_TARGETS_OBJECT_PICTURE_H
 #define ORVANEL_TARGETS_OBJECT_PICTURE_H
 
@@ -14,11 +14,11 @@ namespace orvanel::targets {
 
 enum class Fit {
   kCrop,    // the central square, scaled
-  kPad,     // all of it, scaled, with white beside it
-  kPixels,  // the central 256 x 256 pixels as they are, with white around a smaller picture
+  kPad,     // the whole picture, scaled, with white beside it
+  kPixels,  // the central 256 x 256 pixels, not scaled, with white around a smaller picture
 };
 
-// As the command line has it, and in words for results.
+// The word of the command line, and the description in results.
 std::string_view Word(Fit fit);
 std::string_view Description(Fit fit);
 
@@ -31,15 +31,15 @@ struct PictureRequest {
 struct ObjectPicture {
   PictureRequest request;
   int width = 0, height = 0, bits = 0;  // of the file
-  bool transparent = false;             // some of it was, and has white under it
+  bool transparent = false;             // has transparent parts, drawn on white
   std::vector<Plane> channels;          // one, or red, green and blue; light, 0 to 1
 };
 
-// Scaling averages the light that falls on a sample, so that thin lines keep theirs; where one pixel covers several
-// samples it stays a square.
+// Scaling averages the light over the area of a sample, so that thin lines keep their light. A pixel that covers
+// several samples stays a square.
 ObjectPicture FitToField(const DecodedPicture& picture, const PictureRequest& request);
 
-// "red" and so on; empty for the one channel of a grey picture.
+// "red", "green", "blue"; empty for the channel of a grey picture.
 std::string_view ChannelWord(std::size_t channel, std::size_t channels);
 
 }  // namespace orvanel::targets

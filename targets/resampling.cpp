@@ -1,4 +1,4 @@
-// Overlaps of intervals.
+// Computes the overlap of an interval with each sample.
 #include "targets/resampling.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What a sample of a picture of another size takes from the samples of the original, along one side.
+// Computes the weights of area resampling along one side of a picture.
 #ifndef ORVANEL_TARGETS_RESAMPLING_H
 #define ORVANEL_TARGETS_RESAMPLING_H
 
@@ -9,14 +9,14 @@
 
 namespace orvanel::targets {
 
-// One sample of the original and the part of the new sample's extent that it covers.
+// A sample of the original, and the share of the new sample that it covers.
 struct Share {
   std::size_t source;
   double weight;
 };
 
-// The samples of the original that lie between two positions. They add up to 1 where the extent lies within the
-// original, and to less where it does not.
+// The samples of the original between two positions. Their weights sum to 1 if the extent is inside the original, and
+// to less otherwise.
 //   first, last  the extent, in samples of the original from its edge
 //   count        samples of the original
 std::vector<Share> Shares(double first, double last, int count);

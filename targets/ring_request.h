@@ -1,4 +1,4 @@
-// A Landolt ring, the broken ring of acuity charts, as it is asked for.
+// Defines a request for a Landolt ring (broken ring), the target of acuity charts.
 #ifndef ORVANEL_TARGETS_RING_REQUEST_H
 #define ORVANEL_TARGETS_RING_REQUEST_H
 

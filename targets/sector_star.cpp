@@ -1,4 +1,4 @@
-// Decodes the star that is embedded among the constants.
+// Decodes the star from the constants of the program.
 #include "orvanel/sector_star.h"
 
 #include "orvanel/orvanel.h"

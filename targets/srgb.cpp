@@ -1,4 +1,4 @@
-// A straight piece near black, then a power.
+// Computes the sRGB curve: linear near black, then a power.
 #include "targets/srgb.h"
 
 #include "base/elementary.h"

@@ -1,4 +1,4 @@
-// The sRGB curve between the values of a picture file and light. Source: IEC 61966-2-1.
+// Converts between the sRGB values of a picture file and light. Source: IEC 61966-2-1.
 #ifndef ORVANEL_TARGETS_SRGB_H
 #define ORVANEL_TARGETS_SRGB_H
 
@@ -6,7 +6,7 @@
 
 namespace orvanel::targets {
 
-// Both take and give 0 to 1 and leave 0 and 1 as they are.
+// Both map 0 to 1 onto 0 to 1, and 0 and 1 exactly to themselves.
 double LightOfSrgb(double value);
 double SrgbOfLight(double light);
 

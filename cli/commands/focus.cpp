@@ -1,4 +1,4 @@
-// One search, reported with what was made best, before and after.
+// Implements "orvanel focus": searches the best focus and reports the measures before and after.
 #include "cli/commands/focus.h"
 
 #include <CLI/App.hpp>
@@ -31,16 +31,16 @@ constexpr const char* kFocusExamples =
     "  orvanel focus my_eye.json --method psf --step 0.02 --pupil 4";
 
 constexpr const char* kFocusNotes = R"(Methods:
-  optimise  the highest Strehl ratio within two waves and more of where the eye stands; with --astigmatism the two
-            terms of astigmatism are varied too
-  psf       steps of defocus as long as the Strehl ratio grows; ends on the first hill
-  fit       steps of defocus as long as the wavefront comes nearer to a circle whose radius at the edge is the pupil
-            value; for most eyes that goes on far beyond focus
-psf and fit stop with an error after 10000 wavefronts; larger steps then help.
-Wavefronts that change by more than half a wave from one sample to the next, in more than 1 % of the pupil, have no
-Strehl ratio that can be trusted: optimise passes over them, and a walk that ends there is an error.
-The change is told in dioptres of mean sphere: the refraction that the eye at its best has less. The prescription
-is the lens at the cornea with which the measured eye becomes the one at its best.
+  optimise  maximises the Strehl ratio within bounds of at least two waves around the given defocus; with
+            --astigmatism, also varies the two terms of astigmatism
+  psf       changes defocus in steps while the Strehl ratio grows; stops at the first local maximum
+  fit       changes defocus in steps while the deviation of the wavefront from a circle decreases, whose radius at
+            the edge is the pupil value; for most eyes it continues far beyond the best focus
+psf and fit stop with an error after 10000 wavefronts; then use larger steps.
+The Strehl ratio is not reliable if the wavefront changes by more than half a wave from one sample to the next, in more
+than 1 % of the pupil. optimise skips such wavefronts. If psf or fit ends at one, this is an error.
+The change is given in dioptres of mean sphere, by which the refraction of the eye decreases. The prescription is the
+lens at the cornea that brings the measured eye to its best focus.
 )";
 
 std::span<const FocusMethod> FocusMethods() { return FocusMethodsOf(ModelKind::kClassic); }
@@ -74,12 +74,11 @@ std::string SearchText(const FocusCommand& command, const BestFocus& best) {
   return measure + ", in steps of " + ShortestText(command.request.step.value()) + " um (orthonormal)" + trials;
 }
 
-// A walk that is stopped in the middle has found nothing.
+// A walk that reached its limit has no result.
 void RequireEnd(const FocusCommand& command, const BestFocus& best) {
   if (!Walks(command) || best.converged) return;
-  throw Error("the walk in steps of " + ShortestText(command.request.step.value()) +
-              " um has not come to an end after " + std::to_string(best.trials) +
-              " wavefronts; give a larger --step, or let --method optimise search");
+  throw Error("the walk in steps of " + ShortestText(command.request.step.value()) + " um has not ended after " +
+              std::to_string(best.trials) + " wavefronts; use a larger --step or --method optimise");
 }
 
 bool FocusIsUndersampled(const FocusQuality& quality) { return quality.undersampled > kLargestUndersampledShare; }
@@ -90,15 +89,15 @@ std::string FocusUndersampledText(const FocusQuality& quality) {
          NumberText(100.0 * quality.undersampled, 2) + " % of the pupil";
 }
 
-// No answer is given whose Strehl ratio is that of another wavefront with the same samples.
+// Refuses an undersampled result, since other wavefronts have the same samples.
 void RequireSampled(const FocusCommand& command, const BestFocus& best) {
   if (!FocusIsUndersampled(best.after)) return;
   if (!Walks(command)) {
-    throw Error("no focus is found that can be trusted: " + FocusUndersampledText(best.after) +
-                "; a smaller --pupil has more samples for each change");
+    throw Error("no reliable focus was found: " + FocusUndersampledText(best.after) +
+                "; use a smaller --pupil, which has more samples for the same change");
   }
   throw Error("the walk ends where " + FocusUndersampledText(best.after) +
-              ", so that nothing is known of what the eye sees; let --method optimise search");
+              ", so the result is not reliable; use --method optimise");
 }
 
 std::string StrehlText(const FocusQuality& quality) {
@@ -127,7 +126,7 @@ std::string TermLine(const Eye& before, const Eye& after, std::size_t j) {
 // The Strehl ratio, and the measure of the search if it is another one.
 std::string MeasureLines(FocusMeasure measure, const BestFocus& best) {
   const FocusMeasureText& text = TextOf(measure);
-  const std::string made = text.smallIsBest ? "  <- made small" : "  <- made large";
+  const std::string made = text.smallIsBest ? "  <- minimised" : "  <- maximised";
   const std::string strehl = BeforeAfter(StrehlText(best.before), StrehlText(best.after), "");
   const std::string label(TextOf(FocusMeasure::kStrehl).label);
   if (measure == FocusMeasure::kStrehl) return ReportLine(label, strehl + made);
@@ -142,7 +141,7 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
   std::string text = EyeLines(measured, Changes(measured, command.adjustments));
   text += ReportLine("Pupil", NumberText(before.pupil.value(), 6) + " mm");
   text += ReportLine("Search", SearchText(command, best));
-  if (command.request.withoutAstigmatism) text += ReportLine("", "judged without the terms of astigmatism");
+  if (command.request.withoutAstigmatism) text += ReportLine("", "evaluated without the terms of astigmatism");
   text += MeasureLines(command.request.method.measure, best);
   text += TermLine(before, after, kDefocus);
   if (command.request.astigmatism) text += TermLine(before, after, 3) + TermLine(before, after, 5);
@@ -151,7 +150,7 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
   text += ReportLine("", lens(refraction(after)) + " after (least squares)");
   const double change = (refraction(after).m - refraction(before).m).value();
   text += ReportLine("Change", NumberText(change, 4) + " D of mean sphere");
-  // The eye's refraction becomes less by the lens that it wears.
+  // A lens decreases the refraction of the eye by its own power.
   const PowerVector worn = refraction(before) - refraction(after);
   return text +
          ReportLine("Prescription", PrescriptionText(ToRefraction(worn, CylinderSign::kMinus)) +
@@ -196,12 +195,12 @@ void RunFocus(const FocusCommand& command) {
 void Check(FocusCommand& command) {
   const bool walks = Walks(command);
   if (walks && command.request.astigmatism) {
-    throw CLI::ValidationError("--astigmatism", "belongs to --method optimise; the walks vary defocus alone");
+    throw CLI::ValidationError("--astigmatism", "needs --method optimise; psf and fit vary only defocus");
   }
   if (!walks && command.request.withoutAstigmatism) {
-    throw CLI::ValidationError("--without-astigmatism", "belongs to --method psf and fit");
+    throw CLI::ValidationError("--without-astigmatism", "needs --method psf or fit");
   }
-  if (!walks && command.stepGiven) throw CLI::ValidationError("--step", "belongs to --method psf and fit");
+  if (!walks && command.stepGiven) throw CLI::ValidationError("--step", "needs --method psf or fit");
   if (KindOf(command.output) != FileKind::kEyeFile) {
     throw CLI::ValidationError("--output", "one eye is written, as .json");
   }
@@ -211,21 +210,22 @@ void Check(FocusCommand& command) {
 
 Run DefineFocus(CLI::App& app) {
   const auto command = std::make_shared<FocusCommand>();
-  CLI::App& focus = *app.add_subcommand("focus", "Find the defocus with which one eye sees best.");
+  CLI::App& focus = *app.add_subcommand("focus", "Find the defocus with the best image quality of one eye.");
   AddInputOptions(focus, command->input);
-  AddParsedOption(focus, "--method", "WORD", "How to search, by the first where it is not said: optimise, psf, fit",
+  AddParsedOption(focus, "--method", "WORD", "Method of the search: optimise, psf, fit [optimise]",
                   [command](const std::string& text) { command->request.method = FocusMethodNamed(text); });
-  AddParsedOption(focus, "--step", "UM", "Step of the walks, on the orthonormal coefficient; 0.01 unless said",
+  AddParsedOption(focus, "--step", "UM", "Step of psf and fit, on the orthonormal coefficient [0.01]",
                   [command](const std::string& text) {
                     command->request.step = Micrometres(ParseNumber(text));
-                    if (command->request.step <= Micrometres(0.0)) throw Error("a step is greater than 0");
+                    if (command->request.step <= Micrometres(0.0)) throw Error("a step must be greater than 0");
                     command->stepGiven = true;
                   });
-  focus.add_flag("--astigmatism", command->request.astigmatism, "Vary both terms of astigmatism too");
+  focus.add_flag("--astigmatism", command->request.astigmatism, "Also vary both terms of astigmatism");
   focus.add_flag("--without-astigmatism", command->request.withoutAstigmatism,
-                 "Walk as if the eye had no astigmatism, as behind a cylinder that corrects it");
-  focus.add_option("-o,--output", command->output, "The eye file to write, of the eye at its best")->type_name("FILE");
-  focus.add_flag("--force", command->force, "Replace the file where it is there already");
+                 "Search as if the eye had no astigmatism, as with a cylinder that corrects it");
+  focus.add_option("-o,--output", command->output, "The eye file to write, of the eye in its best focus")
+      ->type_name("FILE");
+  focus.add_flag("--force", command->force, "Replace an existing file");
   AddAdjustmentOptions(focus, command->adjustments);
   focus.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kFocusNotes + "\n" + kFocusExamples);
   focus.final_callback([command] { Check(*command); });

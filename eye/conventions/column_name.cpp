@@ -1,4 +1,4 @@
-// Parsing of coefficient names, letter by letter.
+// Parses the names of coefficients from left to right.
 #include "eye/conventions/column_name.h"
 
 #include <charconv>
@@ -13,7 +13,7 @@ constexpr const char* kSpellings = "write Z4, Z(2,0) or c[2,-2]";
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// In lower case, with the blanks and minus signs of all keyboards in their plain form, and without blanks around it.
+// Converts to lower case, replaces special blanks and minus signs by plain ones, and trims blanks.
 std::string Plain(std::string_view text) {
   std::string plain;
   for (std::size_t at = 0; at < text.size();) {
@@ -45,7 +45,7 @@ void SkipBlanks(std::string_view& text) {
   }
 }
 
-// Blanks and lines between the parts of a name; whether there are any.
+// Skips blanks and underscores between the parts of a name. True if there are any.
 bool SkipGap(std::string_view& text) {
   const std::size_t before = text.size();
   while (Take(text, " ") || Take(text, "_")) {
@@ -53,7 +53,7 @@ bool SkipGap(std::string_view& text) {
   return text.size() < before;
 }
 
-// Takes an integer with its sign from the front.
+// Takes an integer with an optional sign from the beginning.
 bool TakeInteger(std::string_view& text, int& value) {
   SkipBlanks(text);
   if (text.starts_with('+') && text.size() > 1 && text[1] != '-') text.remove_prefix(1);
@@ -66,8 +66,8 @@ bool TakeInteger(std::string_view& text, int& value) {
 
 ZernikeTerm Checked(std::string_view whole, ZernikeTerm term) {
   if (IsTerm(term)) return term;
-  throw Error(Quoted(whole) + " is no Zernike term; write the radial order n (0 to " + std::to_string(kLargestOrder) +
-              ") first and then m, from -n to n in steps of 2");
+  throw Error(Quoted(whole) + " is not a Zernike term; write the radial order n (0 to " +
+              std::to_string(kLargestOrder) + ") first and then m, from -n to n in steps of 2");
 }
 
 ZernikeTerm TakeTerm(std::string_view whole, std::string_view inner, std::string_view closing) {
@@ -75,13 +75,13 @@ ZernikeTerm TakeTerm(std::string_view whole, std::string_view inner, std::string
   if (!TakeInteger(inner, term.n) || !Take(inner, ",") || !TakeInteger(inner, term.m) || !Take(inner, closing) ||
       !inner.empty()) {
     throw Error(Quoted(whole) +
-                " looks like a coefficient but is none; write Z(2,0) or c[2,-2] with radial order and frequency, in "
-                "quotes where commas separate the columns");
+                " looks like a coefficient but is not one; write Z(2,0) or c[2,-2] with radial order and azimuthal "
+                "frequency, in quotes if commas separate the columns");
   }
   return Checked(whole, term);
 }
 
-// What follows the number n where it is a term: a gap or comma, and the number m.
+// Parses the rest of a term after its number n: a gap or comma, and the number m.
 std::optional<ZernikeTerm> TermBehind(std::string_view n, std::string_view rest) {
   ZernikeTerm term{};
   if (!TakeInteger(n, term.n)) return std::nullopt;
@@ -94,7 +94,7 @@ std::optional<ZernikeTerm> TermBehind(std::string_view n, std::string_view rest)
   return term;
 }
 
-// Whether letters behind a number say in what unit it is: "um", "(um)", "_waves".
+// True if the letters after a number name a unit: "um", "(um)", "_waves".
 bool IsUnit(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" _-([");
   if (first == std::string_view::npos) return false;
@@ -116,7 +116,7 @@ std::optional<CoefficientName> ParseCoefficientName(std::string_view text) {
   if (Take(rest, "(") || Take(rest, "[")) {
     const std::string_view closing = plain[plain.size() - rest.size() - 1] == '(' ? ")" : "]";
     const bool isNumber = rest.find_first_of("0123456789") == rest.find_first_not_of(" +-");
-    // Brackets behind a C may hold a unit.
+    // Brackets after a C may contain a unit.
     if (isC && (rest.empty() || !isNumber)) return std::nullopt;
     return TakeTerm(text, rest, closing);
   }
@@ -125,7 +125,7 @@ std::optional<CoefficientName> ParseCoefficientName(std::string_view text) {
     if (digit == std::string_view::npos || !IsDigit(rest[digit])) return std::nullopt;
     if (isC && rest.find_first_not_of("+-., _0123456789") != std::string_view::npos) return std::nullopt;
     throw Error(Quoted(text) + " may be a coefficient or a term with a sign; " + kSpellings +
-                ", or give a column of your own another name");
+                ", or rename the column if it is your own");
   }
   const std::string_view digits = rest.substr(0, rest.find_first_not_of("0123456789"));
   const bool hasDigit = rest.find_first_of("0123456789") != std::string_view::npos;
@@ -134,17 +134,17 @@ std::optional<CoefficientName> ParseCoefficientName(std::string_view text) {
   if (rest.empty() && !digits.empty()) {
     std::size_t number = 0;
     if (std::from_chars(digits.data(), digits.data() + digits.size(), number).ec == std::errc()) return number;
-    throw Error(Quoted(text) + " looks like a coefficient but is none: its number is too large; " + kSpellings);
+    throw Error(Quoted(text) + " looks like a coefficient but is not one: its number is too large; " + kSpellings);
   }
   if (const auto term = TermBehind(digits, rest)) return Checked(text, *term);
   if (IsUnit(rest)) {
     throw Error(Quoted(text) + " is a coefficient with a unit in its name; " + kSpellings +
                 ", and state the unit for all of them");
   }
-  // C and a number begin other names as well, such as "C1_visit".
+  // Other names also begin with C and a number, such as "C1_visit".
   if (isC && rest.find_first_not_of(" _-+.,;:^/()[]{}0123456789") != std::string_view::npos) return std::nullopt;
-  throw Error(Quoted(text) + " looks like a coefficient but is none; " + kSpellings +
-              ", or give a column of your own another name");
+  throw Error(Quoted(text) + " looks like a coefficient but is not one; " + kSpellings +
+              ", or rename the column if it is your own");
 }
 
 ZernikeTerm TermNamed(const CoefficientName& name, std::optional<Order> order) {

@@ -1,4 +1,4 @@
-// Words, places and factors of the conventions.
+// Defines the words and index schemes of the conventions, and converts between them.
 #include "eye/conventions/convention.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ constexpr Wording<Order> kOrders[] = {
 constexpr Wording<YAxis> kYAxes[] = {{YAxis::kUp, "up"}, {YAxis::kDown, "down"}};
 constexpr Wording<Side> kSides[] = {{Side::kOd, "OD"}, {Side::kOs, "OS"}, {Side::kUnknown, "unknown"}};
 
-// What others write for the same, in lower case. The first sign of "um" is the micro sign, the second the Greek letter.
+// Synonyms in lower case. The first form of "um" has the micro sign, the second the Greek letter.
 constexpr Wording<Unit> kOtherUnits[] = {{Unit::kMillimetres, "millimetres"},
                                          {Unit::kMillimetres, "millimeters"},
                                          {Unit::kMicrometres, "\u00b5m"},
@@ -148,7 +148,7 @@ Coefficients FromList(Order order, const std::vector<double>& list) {
     const std::optional<ZernikeTerm> term = TermOf(order, position);
     if (!term) {
       throw Error(std::to_string(list.size()) + " coefficients in the index scheme " + std::string(Word(order)) +
-                  ", of at most " + std::to_string(position) + "; check the index scheme");
+                  ", which has " + std::to_string(position) + "; check the index scheme");
     }
     const std::size_t j = OsaIndex(*term);
     if (j >= coefficients.size()) coefficients.resize(j + 1);
@@ -177,7 +177,7 @@ std::vector<double> ToList(Order order, const Coefficients& coefficients) {
     const std::size_t j = OsaIndex(*term);
     list.push_back(j < coefficients.size() ? coefficients[j] : 0.0);
   }
-  // Trailing zeros say nothing more.
+  // Trailing zeros are not needed.
   while (list.size() > 1 && list.back() == 0.0) list.pop_back();
   return list;
 }
@@ -192,7 +192,7 @@ Coefficients Converted(Coefficients coefficients, const Convention& from, const 
       c = from.normalisation == Normalisation::kOrthonormal ? c * norm : c / norm;
     }
     if (given != wanted) c = c * given / wanted;
-    // Sines are odd in y. Subtracted, so that zero keeps its sign.
+    // Sines are odd in y. The subtraction keeps the sign of zero.
     if (from.yAxis != to.yAxis && term.m < 0) c = 0.0 - c;
   }
   return coefficients;

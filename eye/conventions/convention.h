@@ -1,4 +1,4 @@
-// The conventions in which Zernike coefficients are published, and the way from each to any other.
+// Declares the conventions of published Zernike coefficients, and converts between them.
 #ifndef ORVANEL_EYE_CONVENTIONS_CONVENTION_H
 #define ORVANEL_EYE_CONVENTIONS_CONVENTION_H
 
@@ -21,9 +21,10 @@ enum class Order { kOsa, kNoll, kFringe, kNamed };  // kNamed: each coefficient 
 enum class YAxis { kUp, kDown };
 enum class Side { kOd, kOs, kUnknown };  // right eye, left eye
 
-// The word of a value in files and on the command line, the value of a word, and all words: "mm, um, nm, waves". Words
-// are read in letters of either case, with blanks around them, and as others write them too: "OS" as "L" and "left",
-// "um" as "\u00b5m" and "microns".
+// The word of a value in files and on the command line, the value of a word, and the list of words: "mm, um, nm,
+// waves". Words are read in upper and lower case, with blanks around them, and with synonyms: "OS" as "L" and "left",
+// "um" as
+// "\u00b5m" and "microns".
 template <class Value>
 std::string_view Word(Value value);
 template <class Value>
@@ -31,51 +32,51 @@ std::optional<Value> ValueOf(std::string_view word);
 template <class Value>
 std::string WordsOf();
 
-// How coefficients are meant.
+// The convention of coefficients.
 struct Convention {
   Unit unit = Unit::kMicrometres;
-  Nanometres wavelength;  // of waves, else 0
+  Nanometres wavelength;  // of the unit waves; 0 for other units
   Normalisation normalisation = Normalisation::kOrthonormal;
   Order order = Order::kOsa;
   YAxis yAxis = YAxis::kUp;
   friend bool operator==(const Convention&, const Convention&) = default;
 };
 
-// The two conventions with a name: that of OSA/ANSI Z80.28, and the library's own.
+// The two conventions with a name: that of OSA/ANSI Z80.28, and that of the library.
 constexpr Convention kOsaConvention{Unit::kMicrometres, Nanometres(), Normalisation::kOrthonormal, Order::kOsa,
                                     YAxis::kUp};
 constexpr Convention kLibraryConvention{Unit::kMillimetres, Nanometres(), Normalisation::kNone, Order::kOsa,
                                         YAxis::kDown};
 std::optional<Convention> ConventionNamed(std::string_view name);  // "osa" or "library", in either case
 
-// "um, orthonormal, order osa, y up"; "waves of 550 nm, ...".
+// "um, orthonormal, index scheme osa, y up"; "waves of 550 nm, ...".
 std::string Text(const Convention& convention);
 
 // "um", "waves of 550 nm".
 std::string UnitText(const Convention& convention);
 
-// One number for each term by OSA index; those behind the last are 0. At most kMostTerms.
+// One number for each term by OSA index; missing ones at the end are 0. At most kMostTerms.
 using Coefficients = std::vector<double>;
 
-// From a list in one of the orders osa, noll and fringe, from its first number on, and back. Both throw Error naming
-// the term where the target has no place for one that is not 0.
+// Converts from a list in the index scheme osa, noll or fringe, which begins with the first index, and back. Both throw
+// Error if the target does not contain a term that is not 0; the message names the term.
 Coefficients FromList(Order order, const std::vector<double>& list);
 std::vector<double> ToList(Order order, const Coefficients& coefficients);
 
-// The first term that is not 0 and that has no number in this order.
+// The first term that is not 0 and has no number in this index scheme.
 std::optional<ZernikeTerm> TermWithoutPlace(Order order, const Coefficients& coefficients);
 
-// The same wavefront in another unit, normalisation and direction of y; with neither changed, the same bits. A wave
-// counts as what its convention says.
+// The same wavefront in another unit, normalisation and direction of y; the same bits if none of them changes. The
+// length of a wave is that of its convention.
 Coefficients Converted(Coefficients coefficients, const Convention& from, const Convention& to);
 
-// The eye in a mirror, left and right exchanged: terms that are odd in x change their sign.
+// Mirrors an eye left to right: terms that are odd in x change their sign.
 Coefficients Mirrored(Coefficients coefficients);
 
-// Coefficients as the library takes them: millimetres, not normalised, by OSA index, y down.
+// Coefficients in the convention of the library: millimetres, not normalised, by OSA index, y down.
 using LibraryCoefficients = std::array<Millimetres, ORVANEL_COEFFICIENTS>;
 
-// The numbers that the library's calls take, millimetres.
+// The numbers for calls of the library, in millimetres.
 std::array<double, ORVANEL_COEFFICIENTS> Bare(const LibraryCoefficients& coefficients);
 
 }  // namespace orvanel::eye

@@ -1,4 +1,4 @@
-// Numbers by their published rules, names by what they have in common.
+// Computes indices by the published rules, and composes names from their common parts.
 #include "eye/conventions/mode.h"
 
 #include <cmath>
@@ -43,14 +43,14 @@ std::size_t OsaIndex(ZernikeTerm term) { return static_cast<std::size_t>((term.n
 
 std::size_t NollIndex(ZernikeTerm term) {
   const auto [n, m] = term;
-  const bool low = n % 4 <= 1;  // orders in which, of a pair, the cosine comes first
+  const bool low = n % 4 <= 1;  // radial orders in which the cosine of a pair comes first
   const int later = m > 0 ? !low : m < 0 ? low : 1;
   return static_cast<std::size_t>(n * (n + 1) / 2 + std::abs(m) + later);
 }
 
 std::optional<ZernikeTerm> TermOfNoll(std::size_t number) {
   if (number < 1 || number > kMostTerms) return std::nullopt;
-  const int n = Term(number - 1).n;  // both numberings fill one order after the other
+  const int n = Term(number - 1).n;  // both schemes number one radial order after the other
   for (int m = -n; m <= n; m += 2) {
     if (NollIndex({n, m}) == number) return ZernikeTerm{n, m};
   }
@@ -83,7 +83,7 @@ std::string Name(ZernikeTerm term) {
     const std::string rank = n == 4 ? "primary " : Multiplicity(n - 4, 0);
     return rank + "spherical aberration";
   }
-  // Coma of order 3 is the first that has its shape.
+  // Coma of radial order 3 is the primary one.
   return Multiplicity(std::abs(m) == 1 ? n - 2 : n, m) + Direction(m) + Figure(m);
 }
 

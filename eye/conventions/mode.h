@@ -1,4 +1,4 @@
-// The terms of a Zernike expansion: how they are numbered, called and normalised.
+// Declares the terms of a Zernike expansion: their indices, names and normalisation.
 #ifndef ORVANEL_EYE_CONVENTIONS_MODE_H
 #define ORVANEL_EYE_CONVENTIONS_MODE_H
 
@@ -17,10 +17,10 @@ struct ZernikeTerm {
   friend constexpr auto operator<=>(const ZernikeTerm&, const ZernikeTerm&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
-constexpr int kLargestOrder = 20;  // radial; beyond what any instrument reports
+constexpr int kLargestOrder = 20;  // radial order; no instrument reports higher ones
 constexpr std::size_t kMostTerms = (kLargestOrder + 1) * (kLargestOrder + 2) / 2;
 
-// Whether there is such a term: |m| at most n, n - m even, n within kLargestOrder.
+// True if the term exists: |m| at most n, n - m even, n within kLargestOrder.
 bool IsTerm(ZernikeTerm term);
 
 // OSA/ANSI Z80.28: j = (n(n + 2) + m) / 2, from 0.
@@ -43,7 +43,7 @@ std::string Name(ZernikeTerm term);
 // "Z(3,-1)".
 std::string Symbol(ZernikeTerm term);
 
-// The orthonormal polynomial is the bare one times this.
+// The orthonormal polynomial divided by the unnormalised one.
 double NormFactor(ZernikeTerm term);
 
 }  // namespace orvanel::eye

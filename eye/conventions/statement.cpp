@@ -1,4 +1,4 @@
-// Reading, joining and completing of statements.
+// Reads, combines and completes partial conventions.
 #include "eye/conventions/statement.h"
 
 #include <cmath>
@@ -21,7 +21,7 @@ std::optional<Value> FromWord(std::string_view key, std::string_view text) {
 
 double Length(std::string_view key, std::string_view text) {
   const double length = ParseNumber(text);
-  if (length <= 0.0) throw Error(std::string(key) + " is " + std::string(text) + "; a length is greater than 0");
+  if (length <= 0.0) throw Error(std::string(key) + " is " + std::string(text) + "; a length must be greater than 0");
   return length;
 }
 
@@ -111,11 +111,11 @@ StatedConvention Complete(const Statement& statement, bool needsOrder) {
   require(statement.side.has_value(), kSideKey, WordsOf<Side>());
   require(statement.pupil.has_value(), kPupilKey, "over which the eye was measured");
   if (!missing.empty()) {
-    throw Error("it is not said how the coefficients are meant; missing: " + missing);
+    throw Error("the convention of the coefficients is incomplete; missing: " + missing);
   }
   if (statement.wavelength && statement.unit != Unit::kWaves) {
     throw Error(std::string(kWavelengthKey) + " is stated, but the unit is " + Said(*statement.unit) +
-                "; it is the wavelength of the unit waves alone. State the one at which the coefficients hold as " +
+                "; only the unit waves has a wavelength. State the one at which the coefficients hold as " +
                 kReferenceKey);
   }
   StatedConvention complete{};

@@ -1,5 +1,5 @@
-// What a file, a row or the command line states about how coefficients are meant; two such statements become one, and
-// what neither of them says is listed, never guessed.
+// Collects the parts of a convention that a file, a row or the command line states. Combines two such partial
+// conventions, and reports the missing parts; nothing is guessed.
 #ifndef ORVANEL_EYE_CONVENTIONS_STATEMENT_H
 #define ORVANEL_EYE_CONVENTIONS_STATEMENT_H
 
@@ -22,7 +22,7 @@ struct Statement {
   std::optional<Millimetres> pupil;  // over which the eye was measured
 };
 
-// The words for each part, as files and options name them.
+// The names of the parts in files and options.
 constexpr const char* kUnitKey = "unit";
 constexpr const char* kWavelengthKey = "wavelength_nm";
 constexpr const char* kReferenceKey = "reference_wavelength_nm";
@@ -32,18 +32,18 @@ constexpr const char* kYAxisKey = "y_axis";
 constexpr const char* kSideKey = "eye";
 constexpr const char* kPupilKey = "pupil_diameter_mm";
 
-// All that a named convention states.
+// All parts of a named convention.
 Statement StatementOf(const Convention& convention);
 
-// Takes one part from the text of a file or option. Throws Error with what it may be. False where the key names no
-// part.
+// Reads one part from the text of a file or option. Throws Error with the valid words. False if the key is not the name
+// of a part.
 bool State(Statement& statement, std::string_view key, std::string_view text);
 
-// What either states. Throws Error where they state different things.
-//   wider, narrower  who states it, for the message: "the command line", "the table"
+// Combines two partial conventions. Throws Error if they contradict each other.
+//   wider, narrower  their sources, for the message: "the command line", "the table"
 Statement Combined(const Statement& a, const std::string& wider, const Statement& b, const std::string& narrower);
 
-// What a complete statement says.
+// A convention without missing parts.
 struct StatedConvention {
   Convention convention;
   Side side;
@@ -51,9 +51,9 @@ struct StatedConvention {
   std::optional<Nanometres> reference;
 };
 
-// Throws Error with the list of what is missing. A wavelength must be stated with waves, and with nothing else. The
-// reference wavelength may be missing: it then stays unknown.
-//   needsOrder  false where every coefficient comes with its term
+// Throws Error with a list of the missing parts. The unit waves needs a wavelength; other units must not have one. The
+// reference wavelength may be missing; then it is unknown.
+//   needsOrder  false if every coefficient comes with its term
 StatedConvention Complete(const Statement& statement, bool needsOrder);
 
 }  // namespace orvanel::eye

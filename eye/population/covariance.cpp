@@ -1,4 +1,4 @@
-// Outer products, the largest remaining variance first.
+// Factorises by outer products, with the largest remaining variance as the pivot.
 #include "eye/population/covariance.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace orvanel::eye {
 namespace {
 
 [[noreturn]] void RefuseIndefinite(const std::string& name, const std::string& how) {
-  throw Error("is no covariance: it is not positive semi-definite, for " + how + " at " + name +
+  throw Error("is not a covariance: it is not positive semi-definite, for " + how + " at " + name +
               "; check its signs and digits");
 }
 
@@ -31,7 +31,7 @@ CovarianceFactors::CovarianceFactors(std::vector<double> matrix, const std::vect
 void CovarianceFactors::TakeDeviations(const std::vector<std::string>& names) {
   for (std::size_t i = 0; i < size_; ++i) {
     if (at(i, i) < 0.0) {
-      throw Error("is no covariance: the variance of " + names[i] + " is " + ShortestText(at(i, i)) + ", below 0");
+      throw Error("is not a covariance: the variance of " + names[i] + " is " + ShortestText(at(i, i)) + ", below 0");
     }
     deviation_[i] = std::sqrt(at(i, i));
   }
@@ -69,7 +69,7 @@ void CovarianceFactors::Factorise() {
     }
     for (std::size_t i = k + 1; i < size_; ++i) {
       const double share = at(i, k) / at(k, k);
-      // Row k still holds what column k held before it was divided.
+      // Row k still holds the values of column k before the division.
       for (std::size_t j = k + 1; j <= i; ++j) at(i, j) = at(j, i) = at(i, j) - share * at(k, j);
       at(i, k) = share;
     }
@@ -82,7 +82,7 @@ void CovarianceFactors::RequireNothingLeft(const std::vector<std::string>& names
     for (std::size_t j = rank_; j <= i; ++j) {
       if (std::abs(at(i, j)) <= Tolerance()) continue;
       RefuseIndefinite(names[order_[i]],
-                       "a share of " + NumberText(at(i, j), 3) + " of a variance remains where none may");
+                       "a share of " + NumberText(at(i, j), 3) + " of a variance remains instead of 0");
     }
   }
 }

@@ -1,4 +1,4 @@
-// A covariance as a recipe for drawing: its triangular factors.
+// Factorises a covariance matrix, and correlates independent random numbers by its factors.
 #ifndef ORVANEL_EYE_POPULATION_COVARIANCE_H
 #define ORVANEL_EYE_POPULATION_COVARIANCE_H
 
@@ -10,22 +10,22 @@
 
 namespace orvanel::eye {
 
-// How far a correlation may be from what it must be; tables with ten digits are nearer.
+// The tolerance of a correlation. Tables with ten digits are more precise.
 constexpr double kCovarianceTolerance = 1e-9;
 
-// Factorised as P^T L D L^T P with pivots, so that a matrix without full rank has factors too. The order of operations
-// is fixed, so that the factors are the same bits everywhere.
+// Factorises as P^T L D L^T P with pivots, so that a matrix without full rank also has factors. The order of operations
+// is fixed, so that the factors have the same bits on every machine.
 // Source: Higham (2002), Accuracy and stability of numerical algorithms, 10.3.
 class CovarianceFactors {
  public:
-  // Throws Error where the matrix is no covariance: elements (i, j) and (j, i) differ, or a linear combination of the
-  // variables has a negative variance. Counted in correlations, (i, j) and (j, i) may differ by kCovarianceTolerance,
-  // and what is left behind the last pivot may be `size` times as much.
+  // Throws Error if the matrix is not a covariance: elements (i, j) and (j, i) differ, or a linear combination of the
+  // variables has a negative variance. As correlations, (i, j) and (j, i) may differ by kCovarianceTolerance. The
+  // remainder after the last pivot may be `size` times as large.
   //   matrix  size x size, row by row
   //   names   of the variables, for messages
   CovarianceFactors(std::vector<double> matrix, const std::vector<std::string>& names);
 
-  // From independent standard normal numbers, as many as the rank, numbers with this covariance.
+  // Converts independent standard normal numbers, as many as the rank, to numbers with this covariance.
   std::vector<double> Correlate(const std::vector<double>& independent) const;
 
   std::size_t size() const { return size_; }

@@ -1,4 +1,4 @@
-// Integers by Philox, the normal distribution by its quantile function.
+// Computes integers by Philox, and normal numbers by the quantile function.
 #include "eye/population/random.h"
 
 #include <cmath>
@@ -10,7 +10,7 @@
 namespace orvanel::eye {
 namespace {
 
-// The polynomial of these coefficients, the constant one first.
+// A polynomial; the constant coefficient comes first.
 double Polynomial(std::span<const double> coefficients, double x) {
   double sum = 0.0;
   for (std::size_t i = coefficients.size(); i > 0; --i) sum = sum * x + coefficients[i - 1];
@@ -29,7 +29,7 @@ constexpr Rational kCentre = {
     {1.0, 4.2313330701600911252e+1, 6.8718700749205790830e+2, 5.3941960214247511077e+3, 2.1213794301586595867e+4,
      3.9307895800092710610e+4, 2.8729085735721942674e+4, 5.2264952788528545610e+3}};
 
-// Behind it, in r - 1.6 with r = sqrt(-log(min(p, 1 - p))) up to 5, and in r - 5 from there.
+// Outside this range, in r - 1.6 with r = sqrt(-log(min(p, 1 - p))) up to 5, and in r - 5 above.
 constexpr Rational kFlank = {
     {1.42343711074968357734e0, 4.63033784615654529590e0, 5.76949722146069140550e0, 3.64784832476320460504e0,
      1.27045825245236838258e0, 2.41780725177450611770e-1, 2.27238449892691845833e-2, 7.74545014278341407640e-4},
@@ -41,7 +41,7 @@ constexpr Rational kTail = {
     {1.0, 5.99832206555887937690e-1, 1.36929880922735805310e-1, 1.48753612908506148525e-2, 7.86869131145613259100e-4,
      1.84631831751005468180e-5, 1.42151175831644588870e-7, 2.04426310338993978564e-15}};
 
-// The middles of 2^52 equal parts of 0 to 1.
+// The centres of 2^52 equal intervals of 0 to 1.
 double Uniform(std::uint32_t high, std::uint32_t low) {
   const std::uint64_t part = (static_cast<std::uint64_t>(high) << 32U | low) >> 12U;
   return (static_cast<double>(part) + 0.5) * 0x1p-52;

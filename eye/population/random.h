@@ -1,4 +1,4 @@
-// Random numbers that are the same on every platform and in any order: each is a function of seed, row and place.
+// Computes random numbers as functions of seed, row and place, so that every platform and order gives the same ones.
 #ifndef ORVANEL_EYE_POPULATION_RANDOM_H
 #define ORVANEL_EYE_POPULATION_RANDOM_H
 
@@ -14,8 +14,8 @@ namespace orvanel::eye {
 using PhiloxCounter = std::array<std::uint32_t, 4>;
 PhiloxCounter Philox(PhiloxCounter counter, std::array<std::uint32_t, 2> key);
 
-// The number below which a share p of a standard normal distribution lies, 0 < p < 1. Relative error below 1e-15, and
-// absolute error below 1e-15 near p = 1/2; made of + - * / and the square root alone.
+// The quantile function of the standard normal distribution, 0 < p < 1. The relative error is below 1e-15, near p = 1/2
+// the absolute error. Uses only + - * / and the square root.
 // Source: Wichura (1988), Algorithm AS 241: The percentage points of the normal distribution, PPND16.
 double NormalQuantile(double p);
 

@@ -1,4 +1,4 @@
-// Endings, and the choice of a row.
+// Chooses the reader by the ending of the name, and reads one row of a table.
 #include "files/eyes/any_eye.h"
 
 #include <algorithm>
@@ -24,11 +24,10 @@ Eye ReadRow(const std::string& place, FileKind kind, const Statement& stated, st
     try {
       if (table.Next(eye)) continue;
     } catch (const ErrorAt&) {
-      if (at < wanted) continue;  // another row's fault
+      if (at < wanted) continue;  // only the wanted row must be valid
       throw;
     }
-    throw Error(file + ": holds " + std::to_string(at - 1) + " eyes, so that there is no row " +
-                std::to_string(wanted));
+    throw Error(file + ": holds " + std::to_string(at - 1) + " eyes; there is no row " + std::to_string(wanted));
   }
   if (!row) {
     TableEye another;
@@ -67,10 +66,10 @@ Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std:
   if (KindOf(file, kind) != FileKind::kEyeFile) {
     return ReadRow(file, KindOf(file, kind), stated, row, options, columns);
   }
-  if (row) throw FileError(FileFix::kAskForNoRow, file + ": is an eye file with one eye; ", "ask for no row");
+  if (row) throw FileError(FileFix::kAskForNoRow, file + ": is an eye file with one eye; ", "request no row");
   if (options.prescription || options.decimalComma) {
-    throw FileError(FileFix::kReadAsEyeFile, file + ": is an eye file, no table; ",
-                    "ask for no columns of a prescription and no decimal commas");
+    throw FileError(FileFix::kReadAsEyeFile, file + ": is an eye file, not a table; ",
+                    "request no prescription columns and no decimal commas");
   }
   return ReadEyeFile(file, stated);
 }

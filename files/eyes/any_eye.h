@@ -1,4 +1,4 @@
-// Eyes from whatever kind of file the user names.
+// Reads an eye from an eye file or from a row of a table.
 #ifndef ORVANEL_FILES_EYES_ANY_EYE_H
 #define ORVANEL_FILES_EYES_ANY_EYE_H
 
@@ -15,18 +15,18 @@ namespace orvanel::files {
 
 enum class FileKind { kEyeFile, kCsv, kNdjson };
 
-// By the ending of the name: .csv, .tsv and .txt are tables, .ndjson and .jsonl tables of JSON, all others eye files;
-// "-" is a table.
-//   stated  what the command line states, which goes before the name
+// The kind of a file by its ending: .csv, .tsv and .txt are tables, .ndjson and .jsonl tables of JSON, all others eye
+// files; "-" is a table.
+//   stated  the kind on the command line, which overrides the ending
 FileKind KindOf(const std::string& file, std::optional<FileKind> stated = std::nullopt);
 
-// Of a table.
+// The kind of a table.
 TableKind TableKindOf(FileKind kind);
 
-// One eye: that of an eye file, or of a table's row. Throws Error where a table holds several and no row is given.
-//   row      of the table, the first eye being 1
+// Reads the eye of an eye file, or of one row of a table. Throws Error if a table has several and no row is given.
+//   row      in the table; the first eye is 1
 //   options  how a table is read; an eye file takes none
-//   columns  where it is not null and the file a table, gets what its columns are read as
+//   columns  if not null, receives a summary of how the columns of a table are read
 Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row,
             std::optional<FileKind> kind = std::nullopt, TableOptions options = {}, std::string* columns = nullptr);
 

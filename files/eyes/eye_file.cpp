@@ -1,4 +1,4 @@
-// Reading and writing of eye files. Nothing is guessed: what is not exactly right is refused with a word on how to mend
+// Reads and writes eye files. Nothing is guessed: a file that is not exactly right is refused with a hint on how to fix
 // it.
 #include "files/eyes/eye_file.h"
 
@@ -31,7 +31,7 @@ constexpr const char* kKeys[] = {"name",        "source", "note",       kPupilKe
                                  kReferenceKey, kSideKey, "convention", "coefficients"};
 constexpr const char* kConventionKeys[] = {"name", kUnitKey, kWavelengthKey, kNormalisationKey, kOrderKey, kYAxisKey};
 
-// A file with its text, to say where in it something is wrong.
+// A file with its text, for the places in messages.
 struct Source {
   const std::string& file;
   const std::string& text;
@@ -48,7 +48,7 @@ std::string Joined(const Path& path) {
   return joined;
 }
 
-// The key in the words of a message: "key 'convention.unit'".
+// The key as in messages: "key 'convention.unit'".
 std::string Key(const Path& path) { return "key " + Quoted(Joined(path)); }
 
 void CheckText(const std::string& file, std::string& text) {
@@ -66,7 +66,7 @@ Json Parse(const Source& source) {
   return std::move(json.value);
 }
 
-// Refuses keys that are not among the known ones, and names the nearest where it is near enough to be a slip.
+// Refuses unknown keys, and suggests the nearest known one if it may be a typing error.
 void RefuseUnknownKeys(const Source& source, const Path& parent, const Json& object,
                        std::span<const char* const> known) {
   for (const auto& [key, value] : object.items()) {
@@ -89,7 +89,7 @@ void RefuseUnknownKeys(const Source& source, const Path& parent, const Json& obj
   }
 }
 
-// A line of text, empty where the key is absent.
+// A line of text; empty if the key is absent.
 std::string OptionalLine(const Source& source, const Json& object, const char* key) {
   const auto found = object.find(key);
   if (found == object.end()) return {};
@@ -97,7 +97,7 @@ std::string OptionalLine(const Source& source, const Json& object, const char* k
     source.Refuse({key}, Key({key}) + " must be a string, not " + found->type_name() + "; put it in quotes");
   }
   std::string line = found->get<std::string>();
-  // Control characters would reach the terminal.
+  // Control characters must not reach the terminal.
   const auto control = [](unsigned char c) { return c < 0x20 || c == 0x7f; };
   if (std::any_of(line.begin(), line.end(), control)) {
     source.Refuse({key}, Key({key}) + " holds a line break or control character; write it in one line");
@@ -105,7 +105,7 @@ std::string OptionalLine(const Source& source, const Json& object, const char* k
   return line;
 }
 
-// States one part where the key is there.
+// Reads one part of the convention, if the key exists.
 void StateKey(const Source& source, const Path& parent, const Json& object, const char* key, bool isNumber,
               Statement& statement) {
   const auto found = object.find(key);
@@ -123,7 +123,7 @@ void StateKey(const Source& source, const Path& parent, const Json& object, cons
   }
 }
 
-// What the file states; `named` tells whether by the name of a convention.
+// Reads the parts of the convention that the file states; `named` is true if it names a convention.
 Statement ReadStatement(const Source& source, const Json& object, bool& named) {
   Statement statement;
   named = false;
@@ -134,7 +134,7 @@ Statement ReadStatement(const Source& source, const Json& object, bool& named) {
   if (found == object.end()) return statement;
   if (!found->is_object()) {
     source.Refuse({"convention"}, std::string("key 'convention' must be an object, not ") + found->type_name() +
-                                      R"(; say {"name": "osa"} or {"name": "library"}, or spell it out)");
+                                      R"(; write {"name": "osa"} or {"name": "library"}, or state its parts)");
   }
   const Path parent = {"convention"};
   RefuseUnknownKeys(source, parent, *found, kConventionKeys);
@@ -147,10 +147,10 @@ Statement ReadStatement(const Source& source, const Json& object, bool& named) {
   if (name == found->end()) return statement;
   const auto convention = ConventionNamed(name->is_string() ? name->get<std::string>() : "");
   if (!convention) {
-    source.Refuse(
-        {"convention", "name"},
-        "key 'convention.name' is " + (name->is_string() ? Quoted(name->get<std::string>()) : name->type_name()) +
-            R"(; it is "osa" or "library", or absent where unit, normalisation, order and y_axis are stated)");
+    source.Refuse({"convention", "name"},
+                  "key 'convention.name' is " +
+                      (name->is_string() ? Quoted(name->get<std::string>()) : name->type_name()) +
+                      R"(; write "osa" or "library", or state unit, normalisation, order and y_axis without a name)");
   }
   named = true;
   try {
@@ -161,7 +161,7 @@ Statement ReadStatement(const Source& source, const Json& object, bool& named) {
   }
 }
 
-// Where nothing is wrong, nobody asks for the place, which takes a search of the text.
+// The place is a function, since it needs a search of the text and only errors use it.
 template <class PlaceOf>
 double Number(const Source& source, PlaceOf place, const Path& path, const Json& value) {
   if (!value.is_number()) {
@@ -181,7 +181,7 @@ Coefficients ReadList(const Source& source, const Json& array, Order order) {
   if (list.empty()) source.Refuse({"coefficients"}, "key 'coefficients' holds no numbers; give at least one");
   if (order == Order::kNamed) {
     source.Refuse({"coefficients"},
-                  R"json(key 'coefficients' is an array, but the order is "named"; give an object )json"
+                  R"json(key 'coefficients' is an array, but the index scheme is "named"; write an object )json"
                   R"json(such as {"Z(2,0)": 0.1})json");
   }
   try {
@@ -199,7 +199,7 @@ std::optional<CoefficientName> NameOf(const Source& source, const std::string& k
   } catch (const Error& error) {
     source.Refuse(path, "key " + std::string(error.what()));
   }
-  if (!name) source.Refuse(path, Key(path) + " names no coefficient; write Z4, Z(2,0) or c[2,-2]");
+  if (!name) source.Refuse(path, Key(path) + " is not a name of a coefficient; write Z4, Z(2,0) or c[2,-2]");
   return name;
 }
 
@@ -227,7 +227,7 @@ Coefficients ReadNamed(const Source& source, const Json& object, Order order) {
   return coefficients;
 }
 
-// Whether an order must be stated to understand the coefficients.
+// True if the coefficients need a stated index scheme.
 bool NeedsOrder(const Source& source, const Json& coefficients) {
   if (coefficients.is_array()) return true;
   const auto items = coefficients.items();
@@ -278,7 +278,7 @@ Eye EyeOfBytes(const std::string& file, std::string text, const Statement& state
   StatedConvention complete{};
   try {
     Statement statement = Combined(stated, "the command line", own, "the file");
-    // A file with the short form of a convention may be silent about the side.
+    // A file that names a convention may leave out the laterality.
     if (named && !statement.side) statement.side = Side::kUnknown;
     complete = Complete(statement, NeedsOrder(source, coefficients));
   } catch (const ErrorAt&) {

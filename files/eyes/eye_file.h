@@ -1,4 +1,4 @@
-// The eye file: JSON that gives one eye's pupil, Zernike coefficients and their convention.
+// Reads and writes eye files: JSON with the pupil, the Zernike coefficients and the convention of one eye.
 #ifndef ORVANEL_FILES_EYES_EYE_FILE_H
 #define ORVANEL_FILES_EYES_EYE_FILE_H
 
@@ -10,17 +10,18 @@
 
 namespace orvanel::files {
 
-// The bytes of an eye file; of one that is too large, enough to tell. Throws as InputFile does.
+// Reads the bytes of an eye file, at most one more than are allowed. Throws as InputFile does.
 std::string ReadEyeBytes(const std::string& file);
 
-// Checks the bytes of an eye file. Throws Error with file, line, column, key, reason and remedy.
-//   stated  what the command line states, which the file must not contradict and need not repeat
+// Parses the bytes of an eye file. Throws Error with file, line, column, key, reason and fix.
+//   stated  the convention on the command line, which the file may repeat but must not contradict
 Eye EyeOfBytes(const std::string& file, std::string text, const Statement& stated = {});
 
-// Reads and checks an eye file. Throws Error with file, line, column, key, reason and remedy.
+// Reads and parses an eye file. Throws Error with file, line, column, key, reason and fix.
 Eye ReadEyeFile(const std::string& file, const Statement& stated = {});
 
-// The text of an eye file in the eye's convention. Throws Error where its order has no place for a term that is not 0.
+// The text of an eye file in the convention of the eye. Throws Error if its index scheme does not contain a term that
+// is not 0.
 std::string EyeFileText(const Eye& eye);
 
 }  // namespace orvanel::files

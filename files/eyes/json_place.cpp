@@ -1,4 +1,5 @@
-// Quotes within strings are escaped in JSON, so that a bare "key" followed by a colon is always a key.
+// Searches the text for keys. Quotes inside strings are escaped in JSON, so a quoted name before a colon is always a
+// key.
 #include "files/eyes/json_place.h"
 
 #include <algorithm>
@@ -8,7 +9,7 @@ namespace {
 
 constexpr const char* kBlanks = " \t\r\n";
 
-// The byte at which the key's quotes open, at or behind `from`.
+// The byte of the opening quote of the key, at or after `from`.
 std::size_t FindKey(std::string_view text, const std::string& key, std::size_t from) {
   const std::string quoted = "\"" + key + "\"";
   for (std::size_t at = text.find(quoted, from); at != std::string_view::npos; at = text.find(quoted, at + 1)) {
@@ -28,7 +29,7 @@ Place PlaceOfByte(std::string_view text, std::size_t byte) {
 }
 
 std::size_t CharacterCount::Before(std::size_t byte) {
-  // The second and later bytes of a character in UTF-8 are none.
+  // Continuation bytes of UTF-8 are not characters.
   for (; byte_ < byte; ++byte_) characters_ += (line_[byte_] & 0xc0) != 0x80 ? 1 : 0;
   return characters_;
 }

@@ -1,4 +1,4 @@
-// Where a key stands in a text of JSON, for messages.
+// Finds line and column of keys in a text of JSON, for messages.
 #ifndef ORVANEL_FILES_EYES_JSON_PLACE_H
 #define ORVANEL_FILES_EYES_JSON_PLACE_H
 
@@ -11,7 +11,7 @@
 
 namespace orvanel::files {
 
-// Line and column of a byte; the end of the text has a place too.
+// Line and column of a byte, or of the end of the text.
 Place PlaceOfByte(std::string_view text, std::size_t byte);
 
 // Counts the characters of a line from left to right.
@@ -19,7 +19,7 @@ class CharacterCount {
  public:
   explicit CharacterCount(std::string_view line) : line_(line) {}
 
-  // Those before a byte, which is not before the last one asked for.
+  // The number of characters before a byte. Bytes of successive calls must not decrease.
   std::size_t Before(std::size_t byte);
 
  private:
@@ -27,11 +27,11 @@ class CharacterCount {
   std::size_t byte_ = 0, characters_ = 0;
 };
 
-// Where the last key of a path such as {"convention", "unit"} stands; where it cannot be found, as when it is written
-// with escapes, the nearest key around it, and in the end the text's beginning.
+// The place of the last key of a path such as {"convention", "unit"}. A key that is written with escapes cannot be
+// found; then the place is that of the nearest enclosing key, or the beginning of the text.
 Place PlaceOfKey(std::string_view text, const std::vector<std::string>& path);
 
-// Where the element of the array behind a key stands.
+// The place of an element of the array at a key.
 Place PlaceOfElement(std::string_view text, const std::string& key, std::size_t element);
 
 }  // namespace orvanel::files

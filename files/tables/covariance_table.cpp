@@ -1,4 +1,4 @@
-// A square of numbers under a row of names.
+// Reads a row of names, then a square matrix of numbers.
 #include "files/tables/covariance_table.h"
 
 #include <algorithm>
@@ -24,7 +24,7 @@ class Reader {
     while (csv_.Next(row_)) ReadRow();
     if (rows_ != table_.names.size()) {
       throw Error(file_ + ": has " + std::to_string(rows_) + " rows below its " + std::to_string(table_.names.size()) +
-                  " names; a covariance is square");
+                  " names; a covariance must be square");
     }
     return table_;
   }
@@ -47,7 +47,7 @@ class Reader {
             labels_ = 1;
             continue;
           }
-          throw Error(Quoted(row_[field]) + " names no coefficient; it is like Z4, Z(2,0) or c[2,-2]");
+          throw Error(Quoted(row_[field]) + " is not a name of a coefficient; write Z4, Z(2,0) or c[2,-2]");
         }
         const std::size_t term = OsaIndex(TermNamed(*name, order_));
         if (std::find(table_.terms.begin(), table_.terms.end(), term) != table_.terms.end()) {
@@ -66,12 +66,13 @@ class Reader {
     const std::size_t width = labels_ + table_.names.size() + (referenceColumn_ ? 1 : 0);
     if (row_.size() != width) {
       Refuse(width,
-             "the row has " + std::to_string(row_.size()) + " fields where the header has " + std::to_string(width));
+             "the row has " + std::to_string(row_.size()) + " fields, but the header has " + std::to_string(width));
     }
-    if (rows_ == table_.names.size()) Refuse(0, "the matrix has a row for each column already; a covariance is square");
+    if (rows_ == table_.names.size())
+      Refuse(0, "the matrix has a row for each column already; a covariance must be square");
     if (labels_ == 1 && row_[0] != table_.names[rows_]) {
-      Refuse(0, "the row is labelled " + Quoted(row_[0]) + " where " + Quoted(table_.names[rows_]) +
-                    " is due; rows stand in the order of the columns");
+      Refuse(0, "the row is labelled " + Quoted(row_[0]) + ", but " + Quoted(table_.names[rows_]) +
+                    " is expected; rows must have the order of the columns");
     }
     for (std::size_t i = 0; i < table_.names.size(); ++i) {
       try {

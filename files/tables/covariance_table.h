@@ -1,4 +1,4 @@
-// A covariance of Zernike coefficients from a table.
+// Reads a covariance of Zernike coefficients from a CSV table.
 #ifndef ORVANEL_FILES_TABLES_COVARIANCE_TABLE_H
 #define ORVANEL_FILES_TABLES_COVARIANCE_TABLE_H
 
@@ -13,16 +13,16 @@
 namespace orvanel::files {
 
 struct CovarianceTable {
-  std::vector<std::string> names;       // of the columns, as they stand there
+  std::vector<std::string> names;       // of the columns, as written there
   std::vector<std::size_t> terms;       // the same by OSA index
   std::vector<double> matrix;           // row by row
-  std::optional<Nanometres> reference;  // the wavelength of light at which the coefficients hold, where it is stated
+  std::optional<Nanometres> reference;  // the wavelength of light at which the coefficients hold, if it is stated
 };
 
-// Reads CSV: the first row names the coefficients, each further row is one of the matrix. A first column without the
-// name of a coefficient labels the rows, with the same names in the same order. A column reference_wavelength_nm states
-// one number, in one row or more. Throws ErrorAt.
-//   order  of columns that are named by numbers
+// The first row names the coefficients; each further row is a row of the matrix. If the name of the first column is not
+// that of a coefficient, this column labels the rows, with the same names in the same order. A column
+// reference_wavelength_nm states one number, in one row or more. Throws ErrorAt.
+//   order  the index scheme of columns that are named by numbers
 CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order,
                                bool decimalComma = false);
 

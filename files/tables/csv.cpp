@@ -1,4 +1,4 @@
-// A reader of one character at a time.
+// Parses CSV one character at a time.
 #include "files/tables/csv.h"
 
 #include <utility>
@@ -8,8 +8,8 @@ namespace {
 
 constexpr int kEnd = -1;
 constexpr std::size_t kBlock = 1 << 16;
-constexpr std::size_t kLongestRow = 1 << 26;     // bytes; a million columns have a quarter of it
-constexpr std::size_t kMostColumns = 2'000'000;  // each costs some 200 bytes
+constexpr std::size_t kLongestRow = 1 << 26;    // bytes; a million columns have a quarter of it
+constexpr std::size_t kMaxColumns = 2'000'000;  // each costs some 200 bytes
 
 const char* NameOf(char separator) {
   return separator == ',' ? "commas" : separator == ';' ? "semicolons" : "tabulators";
@@ -20,7 +20,7 @@ const char* NameOf(char separator) {
 CsvReader::CsvReader(std::istream& stream, std::string file, bool decimalComma)
     : stream_(stream), file_(std::move(file)), decimalComma_(decimalComma) {}
 
-// Reads another block behind what is left.
+// Appends a block to the bytes that are not read yet.
 bool CsvReader::Fill() {
   buffer_.erase(0, next_);
   next_ = 0;
@@ -43,7 +43,7 @@ int CsvReader::Take() {
   ++next_;
   if (c == '\n') {
     place_ = {place_.line + 1, 1};
-  } else if ((c & 0xc0) != 0x80) {  // not within a character of several bytes
+  } else if ((c & 0xc0) != 0x80) {  // the first byte of a character
     ++place_.column;
   }
   return c;
@@ -64,14 +64,14 @@ void CsvReader::SkipMark() {
   if (start.starts_with("\xEF\xBB\xBF")) next_ = 3;
 }
 
-// Looks at the first row that is not empty, which stays unread. A separator within brackets belongs to a name, as in
-// Z(2,0), as long as there is another one.
+// Determines the separator from the first row that is not empty, without consuming the row. A separator inside brackets
+// is part of a name, as in Z(2,0), if there is another one.
 void CsvReader::FindSeparator() {
   constexpr std::string_view kSeparators = ",;\t";
   bool quoted = false, empty = true;
-  bool bare = false;  // some field is without quotes
+  bool bare = false;  // a field is without quotes
   int depth = 0;
-  std::string outside, anywhere;  // separators seen
+  std::string outside, anywhere;  // separators found
   for (std::size_t i = next_;; ++i) {
     if (i == buffer_.size()) {
       const std::size_t read = i - next_;
@@ -96,10 +96,10 @@ void CsvReader::FindSeparator() {
   if (decimalComma_) {
     if (outside == "," && bare) {
       throw ErrorAt(file_, place_,
-                    "commas separate the columns, so that they cannot be decimal commas as well; save the table with "
+                    "commas separate the columns, so they cannot be decimal commas; save the table with "
                     "semicolons or tabulators, or with every field in quotes");
     }
-    if (outside.size() > 1) std::erase(outside, ',');  // it belongs to a name
+    if (outside.size() > 1) std::erase(outside, ',');  // it is part of a name
   }
   if (outside.size() > 1) {
     throw ErrorAt(file_, place_,
@@ -127,7 +127,7 @@ void CsvReader::ReadQuoted(Record& record) {
   }
   const int after = Peek();
   if (after != kEnd && after != separator_ && after != '\r' && after != '\n') {
-    Refuse(place_, "text stands behind closing quotes; double quotes that belong to the text");
+    Refuse(place_, "text follows closing quotes; double the quotes that belong to the text");
   }
 }
 
@@ -140,7 +140,7 @@ void CsvReader::ReadField(Record& record) {
   for (;;) {
     const int c = Peek();
     if (c == kEnd || c == separator_ || c == '\r' || c == '\n') return;
-    if (c == '"') Refuse(place_, "quotes stand inside a field; put the whole field in quotes and double those inside");
+    if (c == '"') Refuse(place_, "a quote is inside a field; put the whole field in quotes and double those inside");
     if (c == 0) Refuse(place_, "holds a byte of value 0; save the table as UTF-8 text");
     record.Add(static_cast<char>(Take()));
     if (record.bytes() > kLongestRow) Refuse(place_, "the row is longer than 64 MiB; is this a table?");
@@ -159,7 +159,7 @@ bool CsvReader::ReadRow(Record& record) {
     const Place place = place_;
     const int c = Take();
     if (c == separator_) {
-      if (record.size() == kMostColumns) Refuse(place, "the row has more than 2 million fields; is this a table?");
+      if (record.size() == kMaxColumns) Refuse(place, "the row has more than 2 million fields; is this a table?");
       continue;
     }
     if (c == '\r' && Peek() != kEnd && Take() != '\n') {

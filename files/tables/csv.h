@@ -1,4 +1,4 @@
-// Tables as text: RFC 4180, and what spreadsheets make of it.
+// Reads and writes CSV by RFC 4180, with the variants that spreadsheets write.
 #ifndef ORVANEL_FILES_TABLES_CSV_H
 #define ORVANEL_FILES_TABLES_CSV_H
 
@@ -11,19 +11,18 @@
 
 namespace orvanel::files {
 
-// Reads a stream row by row. Lines end with LF or CRLF; a byte order mark is skipped; so are rows without a single
-// character but separators. Fields may be quoted, with quotes doubled and line breaks inside. The separator, a comma, a
-// semicolon or a tabulator, is the one that stands in the first row outside of quotes and brackets; two of them there
-// are refused.
+// Reads a stream row by row. Lines end with LF or CRLF. A byte order mark, and rows that have only separators, are
+// skipped. Fields may be quoted, with quotes doubled and line breaks inside. The separator is a comma, a semicolon or a
+// tabulator. It is the one in the first row outside quotes and brackets; two different ones there are refused.
 class CsvReader {
  public:
   // The stream must outlive the reader.
-  //   file          as messages name it
-  //   decimalComma  numbers have commas, so that commas separate columns only where all fields are in quotes
+  //   file          its name in messages
+  //   decimalComma  numbers have decimal commas; then commas separate columns only if all fields are in quotes
   CsvReader(std::istream& stream, std::string file, bool decimalComma = false);
 
-  // The next row; false at the end. Throws ErrorAt for a row that is not well formed, with the fields up to the one at
-  // fault, and then goes on with the next line. No more of a row is read than the 64 MiB that it may have.
+  // Reads the next row; false at the end. Throws ErrorAt for a malformed row. Then the record has the fields up to the
+  // invalid one, and the next call continues with the next line. Reads at most 64 MiB of a row, its limit.
   bool Next(Record& record);
 
   char separator() const { return separator_; }
@@ -46,11 +45,11 @@ class CsvReader {
   std::size_t next_ = 0;  // in buffer_
   Place place_{1, 1};     // of the next character
   bool started_ = false;
-  bool isWithinRow_ = false;  // of which something was refused
+  bool isWithinRow_ = false;  // the rest of a refused row is not read yet
   char separator_ = ',';
 };
 
-// A field as it must stand in a row with commas: in quotes where it has to.
+// Formats a field of a row with commas; in quotes if necessary.
 std::string CsvField(std::string_view text);
 
 }  // namespace orvanel::files

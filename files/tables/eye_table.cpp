@@ -1,4 +1,4 @@
-// The header is understood once, each row only converted.
+// Parses the header once, and converts each row by it.
 #include "files/tables/eye_table.h"
 
 #include <algorithm>
@@ -16,11 +16,11 @@ namespace {
 constexpr const char* kStatementKeys[] = {kUnitKey,  kWavelengthKey, kNormalisationKey, kOrderKey,
                                           kYAxisKey, kSideKey,       kPupilKey,         kReferenceKey};
 
-// Columns of a clinic's refraction.
+// Names of the columns of a prescription.
 constexpr const char* kPrescriptionNames[3][4] = {
     {"sphere", "sph", "s", "sphere_d"}, {"cylinder", "cyl", "c", "cylinder_d"}, {"axis", "ax", "a", "axis_deg"}};
 
-// Which of the three a name means.
+// The part that a name stands for.
 std::optional<std::size_t> PrescriptionPart(const std::string& folded) {
   for (std::size_t part = 0; part < 3; ++part) {
     const auto& names = kPrescriptionNames[part];
@@ -29,20 +29,20 @@ std::optional<std::size_t> PrescriptionPart(const std::string& folded) {
   return std::nullopt;
 }
 
-// "carried through: id, visit and 60 more" behind what the summary has; nothing where there is no column.
+// Appends "copied: id, visit and 60 more" to the summary; nothing without columns.
 void AppendColumns(std::string& summary, const char* use, const std::vector<std::string>& names,
                    const std::vector<std::size_t>& columns) {
-  constexpr std::size_t kMost = 40, kLongest = 40;
+  constexpr std::size_t kMaxNames = 40, kMaxLength = 40;
   if (columns.empty()) return;
   summary += (summary.empty() ? "" : "; ") + std::string(use) + ": ";
-  for (std::size_t i = 0; i < columns.size() && i < kMost; ++i) {
-    summary += (i == 0 ? "" : ", ") + Shortened(Trimmed(names[columns[i]]), kLongest);
+  for (std::size_t i = 0; i < columns.size() && i < kMaxNames; ++i) {
+    summary += (i == 0 ? "" : ", ") + Shortened(Trimmed(names[columns[i]]), kMaxLength);
   }
-  if (columns.size() > kMost) summary += " and " + std::to_string(columns.size() - kMost) + " more";
+  if (columns.size() > kMaxNames) summary += " and " + std::to_string(columns.size() - kMaxNames) + " more";
 }
 
-// A column that is nearly one of ours would be taken for the user's own and silently left out.
-std::size_t MostEdits(std::size_t length) {
+// A misspelt name of a known column would otherwise be read as the user's own column.
+std::size_t MaxEdits(std::size_t length) {
   if (length < 6) return 1;
   return length < 20 ? 2 : 3;  // "reference_wavelength"
 }
@@ -58,7 +58,7 @@ EyeColumns::EyeColumns(const Record& header, std::string file, const Statement& 
     names_.emplace_back(header[column]);
     const auto [earlier, isNew] = seen.emplace(names_.back(), column);
     if (!isNew) {
-      Refuse(header, column, "the column " + Quoted(names_.back()) + " stands in the header twice; keep one");
+      Refuse(header, column, "the column " + Quoted(names_.back()) + " is in the header twice; keep one");
     }
   }
   Sort(header);
@@ -100,7 +100,7 @@ void EyeColumns::Sort(const Record& header) {
   }
 }
 
-// False where the column states nothing.
+// False if the column does not state a part of the convention.
 bool EyeColumns::SortStatement(const Record& header, std::size_t column) {
   const std::string folded = Folded(names_[column]);
   const auto same = [&folded](const char* key) { return folded == key; };
@@ -108,21 +108,21 @@ bool EyeColumns::SortStatement(const Record& header, std::size_t column) {
   if (key != std::end(kStatementKeys)) {
     const auto again = [key](const StatementColumn& earlier) { return earlier.key == *key; };
     if (std::any_of(statements_.begin(), statements_.end(), again)) {
-      Refuse(header, column, "the column '" + folded + "' stands in the header twice; keep one");
+      Refuse(header, column, "the column '" + folded + "' is in the header twice; keep one");
     }
     statements_.push_back({column, *key});
     return true;
   }
-  if (PrescriptionPart(folded)) return false;  // "axis" is near to "y_axis"
-  if (const auto slip = Nearest(folded, kStatementKeys, MostEdits)) {
+  if (PrescriptionPart(folded)) return false;  // "axis" is similar to "y_axis"
+  if (const auto slip = Nearest(folded, kStatementKeys, MaxEdits)) {
     Refuse(header, column,
            "the column " + Quoted(names_[column]) + " is not known; did you mean '" + std::string(*slip) +
-               "'? If it is your own, give it another name");
+               "'? If it is your own column, rename it");
   }
   return false;
 }
 
-// False where the column holds no part of a refraction, or is the user's own.
+// False if the column is not part of a prescription.
 bool EyeColumns::SortPrescription(const Record& header, std::size_t column) {
   if (!options_.prescription) return false;
   const std::optional<std::size_t> part = PrescriptionPart(Folded(names_[column]));
@@ -158,7 +158,7 @@ std::string EyeColumns::Summary() const {
   std::string summary;
   AppendColumns(summary, "read as coefficients", names_, coefficients);
   AppendColumns(summary, "added as refraction", names_, prescription);
-  AppendColumns(summary, "carried through", names_, identifiers_);
+  AppendColumns(summary, "copied", names_, identifiers_);
   return summary;
 }
 
@@ -243,7 +243,7 @@ std::optional<PowerVector> EyeColumns::PrescriptionOfRow(const Record& row) cons
   if (empty) {
     Refuse(row, *empty,
            "column " + Quoted(names_[*empty]) + " is empty and column " + Quoted(names_[*filled]) +
-               " is not; write 0 for none, or leave the whole refraction empty");
+               " is not; write 0, or leave all three empty");
   }
   Refraction refraction{Dioptres(Number(row, *prescription_[0])), Dioptres(), Degrees(180.0)};
   if (prescription_[1]) {
@@ -251,7 +251,7 @@ std::optional<PowerVector> EyeColumns::PrescriptionOfRow(const Record& row) cons
     refraction.axis = Degrees(Number(row, *prescription_[2]));
     if (!(refraction.axis >= Degrees() && refraction.axis <= Degrees(180.0))) {
       Refuse(row, *prescription_[2],
-             "column " + Quoted(names_[*prescription_[2]]) + ": an axis is from 0 to 180 degrees");
+             "column " + Quoted(names_[*prescription_[2]]) + ": an axis must be from 0 to 180 degrees");
     }
   }
   return ToPowerVector(refraction);
@@ -260,7 +260,7 @@ std::optional<PowerVector> EyeColumns::PrescriptionOfRow(const Record& row) cons
 Eye EyeColumns::Read(const Record& row) const {
   if (row.size() != names_.size()) {
     Refuse(row, names_.size(),
-           "the row has " + std::to_string(row.size()) + " fields where the header has " +
+           "the row has " + std::to_string(row.size()) + " fields, but the header has " +
                std::to_string(names_.size()) +
                (row.size() > names_.size() ? "; are there decimal commas? Write numbers with a point"
                                            : "; is the row cut off?"));
@@ -298,7 +298,7 @@ EyeTable::EyeTable(std::istream& stream, std::string file, TableKind kind, const
     csv_.emplace(stream, file_, options.decimalComma);
   } else if (options.decimalComma) {
     throw FileError(FileFix::kReadDecimalPoints, file_ + ": numbers of JSON have a decimal point; ",
-                    "expect no commas");
+                    "expect no decimal commas");
   } else {
     ndjson_.emplace(stream, file_);
   }
@@ -321,7 +321,7 @@ bool EyeTable::NextRow() {
   if (csv_) return csv_->Next(row_);
   if (std::exchange(firstRowRead_, false)) return true;
   if (!ndjson_->Next(header_, row_)) return false;
-  // Understood anew only where the keys have changed.
+  // Parsed again only if the keys differ from the last row.
   bool same = header_.size() == columns_->names().size();
   for (std::size_t i = 0; same && i < header_.size(); ++i) same = header_[i] == columns_->names()[i];
   if (!same) UnderstandKeys();
@@ -336,7 +336,7 @@ void EyeTable::UnderstandKeys() {
     const auto found = slotOf_.find(name);
     if (found == slotOf_.end()) {
       throw ErrorAt(file_, row_.place(column),
-                    "key " + Quoted(name) + " does not stand in the first row; add it there, if it is to be kept");
+                    "key " + Quoted(name) + " is not in the first row; add it there to keep it");
     }
     slots.push_back(found->second);
   }
@@ -344,8 +344,7 @@ void EyeTable::UnderstandKeys() {
   slots_ = std::move(slots);
 }
 
-// What could be read of a row that is not well formed, or whose keys are wrong. Of CSV, the last field is the one at
-// fault.
+// Copies the identifiers that could be read from an invalid row. In CSV, the last field is the invalid one.
 void EyeTable::IdentifyFaulty(TableEye& eye) const {
   for (std::size_t i = 0; csv_ && i < slots_.size(); ++i) {
     const std::size_t column = columns_->identifiers()[i];

@@ -1,4 +1,4 @@
-// Tables of eyes, one a row: which column holds what, and the eye of each row.
+// Reads tables of eyes: classifies the columns, and converts each row to an eye.
 #ifndef ORVANEL_FILES_TABLES_EYE_TABLE_H
 #define ORVANEL_FILES_TABLES_EYE_TABLE_H
 
@@ -21,38 +21,39 @@
 
 namespace orvanel::files {
 
-// How a table is read, where its columns do not say it.
+// Properties of a table that its columns do not show.
 struct TableOptions {
-  bool prescription = false;  // columns such as sphere, cylinder and axis hold a refraction to be added to the eye
-  bool decimalComma = false;  // numbers of CSV are written as 0,12
+  bool prescription = false;  // columns such as sphere, cylinder and axis hold a refraction that is added to the eye
+  bool decimalComma = false;  // numbers of CSV have decimal commas, as in 0,12
 };
 
-// What the columns of a table are. Coefficients are named Z4, Z(2,0) or c[2,-2]; unit, wavelength_nm, normalisation,
-// order, y_axis, eye, pupil_diameter_mm and reference_wavelength_nm state how they are meant; all other columns are the
-// user's own and identify the row. Blanks around a name do not count, nor does the case of those that state something.
+// The columns of a table. Coefficients are named Z4, Z(2,0) or c[2,-2]. The columns unit, wavelength_nm, normalisation,
+// order, y_axis, eye, pupil_diameter_mm and reference_wavelength_nm state their convention. All other columns are the
+// user's own and identify the row. Blanks around names are ignored, as is the case of the columns of the convention.
 class EyeColumns {
  public:
-  // Throws ErrorAt where a name comes twice, is nearly one of ours, or no column holds coefficients.
-  //   stated  what the command line states for every row
+  // Throws ErrorAt if a name is repeated, if it is almost a known one, or if no column holds coefficients.
+  //   stated  the parts of the convention on the command line, for every row
   EyeColumns(const Record& header, std::string file, const Statement& stated, TableOptions options = {});
 
-  // The eye of a row. Throws ErrorAt with the column and its name.
+  // Converts a row to an eye. Throws ErrorAt with the column and its name.
   Eye Read(const Record& row) const;
 
   // Positions and names of the user's own columns.
   const std::vector<std::size_t>& identifiers() const { return identifiers_; }
   const std::vector<std::string>& names() const { return names_; }
 
-  // Which columns are read as what: "read as coefficients: Z4, Z7; carried through: id".
+  // Lists how the columns are read: "read as coefficients: Z4, Z7; copied: id".
   std::string Summary() const;
 
   // Every term that a row may have, by OSA index, in ascending order.
   std::vector<std::size_t> Terms() const;
 
-  // Those of the rows in one order, as the columns stand.
+  // The terms of the columns, from left to right, if their numbers are those of an index scheme.
   const std::vector<std::size_t>& Terms(Order order) const;
 
-  // An order that can hold all rows; empty where columns have numbers and each row may state what they mean.
+  // An index scheme that contains the terms of all rows. Empty if columns have numbers and each row may state another
+  // scheme.
   std::optional<Order> CommonOrder() const;
 
   // Whether a row may have a reference wavelength.
@@ -63,15 +64,15 @@ class EyeColumns {
     std::size_t column;
     CoefficientName name;
   };
-  struct Resolved {  // the columns' terms in one order
+  struct Resolved {  // the terms of the columns in one index scheme
     std::vector<std::size_t> osa;
-    std::optional<std::size_t> faulty;  // the column that has no term, or that of an earlier one
+    std::optional<std::size_t> faulty;  // a column without a term, or with the term of an earlier column
     std::string fault;
   };
 
   struct StatementColumn {
     std::size_t column;
-    const char* key;  // what it states
+    const char* key;  // the part of the convention
   };
 
   bool HasColumnFor(const char* key) const;
@@ -96,7 +97,7 @@ class EyeColumns {
   std::vector<StatementColumn> statements_;
   std::array<std::optional<std::size_t>, 3> prescription_;  // sphere, cylinder and axis
   std::vector<std::size_t> identifiers_;
-  bool numbered_ = false;  // some column is named by a number, so that an order must be stated
+  bool numbered_ = false;  // a column is named by a number and needs an index scheme
   std::array<Resolved, 4> resolved_;
   std::optional<std::size_t> nameColumn_;
 };
@@ -109,36 +110,37 @@ struct TableEye {
 
 enum class TableKind { kCsv, kNdjson };
 
-// Reads eyes from a stream, row by row; memory does not grow with the number of rows.
+// Reads eyes from a stream row by row. The memory does not depend on the number of rows.
 class EyeTable {
  public:
-  // The stream must outlive the table. Reads the header; throws ErrorAt where it is at fault.
+  // Reads the header; throws ErrorAt if it is invalid. The stream must outlive the table.
   EyeTable(std::istream& stream, std::string file, TableKind kind, const Statement& stated, TableOptions options = {});
 
-  // The next eye; false at the end. Throws ErrorAt for a row that is at fault, and then goes on with the next; what
-  // identifies the row is there all the same, as far as the row can be read.
+  // Reads the next eye; false at the end. Throws ErrorAt for an invalid row; its identifiers are set as far as they
+  // could be read. The next call continues with the next row.
   bool Next(TableEye& eye);
 
-  // Passes over the next eye; false at the end. Throws ErrorAt only where the row is not well formed.
+  // Skips the next eye; false at the end. Throws ErrorAt only if the row is malformed.
   bool Skip();
 
-  // Names of the user's own columns. In a table of JSON they are those of the first row; later rows may lack some, but
-  // have no others.
+  // Names of the user's own columns. In a table of JSON they are those of the first row. Later rows may lack some, but
+  // must not have others.
   const std::vector<std::string>& identifierNames() const { return identifierNames_; }
 
-  // Which columns are read as what; in a table of JSON, the keys of the first row.
+  // Lists how the columns are read. In a table of JSON, these are the keys of the first row.
   std::string Summary() const { return columns_->Summary(); }
 
   // Every term that a row may have, by OSA index. In a table of JSON those of the first row.
   std::vector<std::size_t> Terms() const { return columns_->Terms(); }
 
-  // Those of the rows in one order, as the columns stand.
+  // The terms of the columns, from left to right, if their numbers are those of an index scheme.
   const std::vector<std::size_t>& Terms(Order order) const { return columns_->Terms(order); }
 
-  // An order that can hold all rows; empty where columns have numbers and each row may state what they mean.
+  // An index scheme that contains the terms of all rows. Empty if columns have numbers and each row may state another
+  // scheme.
   std::optional<Order> CommonOrder() const { return columns_->CommonOrder(); }
 
-  // Whether a row may have a reference wavelength. In a table of JSON, by the keys of the first row.
+  // True if a row may have a reference wavelength. In a table of JSON, by the keys of the first row.
   bool MayStateReference() const { return columns_->MayStateReference(); }
 
  private:
@@ -152,12 +154,12 @@ class EyeTable {
   TableOptions options_;
   std::optional<CsvReader> csv_;
   std::optional<NdjsonReader> ndjson_;
-  bool firstRowRead_ = false;  // of JSON, for its keys
+  bool firstRowRead_ = false;  // row_ is the first row of JSON, read for its keys
   Record header_, row_;
   std::unique_ptr<EyeColumns> columns_;
   std::vector<std::string> identifierNames_;
-  std::unordered_map<std::string, std::size_t> slotOf_;  // position of each of these names
-  std::vector<std::size_t> slots_;                       // of the current row's own columns among the names
+  std::unordered_map<std::string, std::size_t> slotOf_;  // position of each name
+  std::vector<std::size_t> slots_;                       // positions of the current identifiers among the names
 };
 
 }  // namespace orvanel::files

@@ -52,7 +52,7 @@ std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& ident
   }
   for (std::size_t j = 0; j < coefficients.size(); ++j) {
     if (coefficients[j] != 0.0 && !std::binary_search(terms_.begin(), terms_.end(), j)) {
-      throw Error("the term " + Symbol(Term(j)) + " is not 0 and does not stand in the first row; add it there");
+      throw Error("the term " + Symbol(Term(j)) + " is not 0 and is not in the first row; add it there");
     }
   }
   if (eye.referenceWavelength && !withReference_) {

@@ -1,4 +1,4 @@
-// Rows of a table of eyes, as EyeTable reads them.
+// Writes eyes as rows of a CSV table, which EyeTable can read.
 #ifndef ORVANEL_FILES_TABLES_EYE_WRITER_H
 #define ORVANEL_FILES_TABLES_EYE_WRITER_H
 
@@ -13,16 +13,16 @@ namespace orvanel::files {
 class EyeWriter {
  public:
   //   identifierNames  the user's own columns, which come first
-  //   order            in which all eyes are given
-  //   terms            by OSA index, those that may differ from 0; what the order has no place for gets no column
+  //   order            the index scheme of all eyes
+  //   terms            by OSA index, those that may differ from 0; terms outside the index scheme get no column
   //   withReference    adds a column for the reference wavelength
   EyeWriter(std::vector<std::string> identifierNames, Order order, const std::vector<std::size_t>& terms,
             bool withReference);
 
   std::string Header() const;
 
-  // The row of an eye whose convention has this order. Throws Error where a term that is not 0 or a reference
-  // wavelength has no column.
+  // The row of an eye in this index scheme. Throws Error if a term that is not 0 or a reference wavelength has no
+  // column.
   std::string Row(const Eye& eye, const std::vector<std::string>& identifiers) const;
 
  private:
@@ -32,7 +32,8 @@ class EyeWriter {
   bool withReference_;
 };
 
-// The terms that rescaling of the pupil makes of these: those of lower order and the same frequency.
+// The terms that can differ from 0 after rescaling the pupil: also those of lower radial order and the same azimuthal
+// frequency.
 std::vector<std::size_t> WithLowerOrders(const std::vector<std::size_t>& terms);
 
 }  // namespace orvanel::files

@@ -21,7 +21,7 @@ void NdjsonReader::Refuse(std::size_t column, const std::string& reason) const {
   throw ErrorAt(file_, {line_, column}, reason);
 }
 
-// Takes the next piece of a line, without the line feed; false where the line ends with it.
+// Reads the next piece of a line, without the line feed; false at the end of the line.
 bool NdjsonReader::TakePiece(std::string& piece) {
   piece.resize(kPiece);
   stream_.getline(piece.data(), kPiece);
@@ -39,7 +39,7 @@ bool NdjsonReader::TakePiece(std::string& piece) {
 
 bool NdjsonReader::TakeLine() {
   std::string piece;
-  // What is too long has been refused already.
+  // Skips the rest of a line that was refused as too long.
   if (std::exchange(isWithinLine_, false)) {
     while (TakePiece(piece)) {
     }
@@ -52,7 +52,7 @@ bool NdjsonReader::TakeLine() {
     text_ += piece;
     if (text_.size() <= kLongestLine) continue;
     isWithinLine_ = more;
-    Refuse(1, "the line is longer than 64 MiB; is this a table of one object a line?");
+    Refuse(1, "the line is longer than 64 MiB; is this a table with one object in each line?");
   }
   if (line_ == 1) {
     try {
@@ -93,8 +93,8 @@ bool NdjsonReader::Next(Record& keys, Record& values) {
   }
   if (json.fault) Refuse(PlaceOfByte(text_, json.fault->byte).column, json.fault->reason);
   if (!json.value.is_object()) {
-    Refuse(1,
-           std::string("must be a JSON object, not ") + json.value.type_name() + "; write one eye a line, in braces");
+    Refuse(1, std::string("must be a JSON object, not ") + json.value.type_name() +
+                  "; write one eye in each line, in braces");
   }
   if (fault) throw ErrorAt(*fault);
   return true;

@@ -1,4 +1,4 @@
-// Tables of one JSON object a line.
+// Reads tables with one JSON object in each line (NDJSON).
 #ifndef ORVANEL_FILES_TABLES_NDJSON_H
 #define ORVANEL_FILES_TABLES_NDJSON_H
 
@@ -10,15 +10,15 @@
 
 namespace orvanel::files {
 
-// Reads a stream line by line: objects of numbers and strings, no key twice. Empty lines are skipped.
+// Reads a stream line by line: objects of numbers and strings, without repeated keys. Empty lines are skipped.
 class NdjsonReader {
  public:
   // The stream must outlive the reader.
   NdjsonReader(std::istream& stream, std::string file);
 
-  // The keys and values of the next line, values as text; false at the end. Throws ErrorAt for a line that is not well
-  // formed, with the keys and values that could be read, and then goes on with the next. No more of a line is read than
-  // the 64 MiB that it may have.
+  // Reads keys and values of the next line, values as text; false at the end. Throws ErrorAt for a malformed line. Then
+  // keys and values have what could be read, and the next call continues with the next line. Reads at most 64 MiB of a
+  // line, its limit.
   bool Next(Record& keys, Record& values);
 
  private:
@@ -32,7 +32,7 @@ class NdjsonReader {
   std::string file_;
   std::size_t line_ = 0;
   std::string text_;
-  bool isWithinLine_ = false;  // behind the beginning of a line that is too long
+  bool isWithinLine_ = false;  // the rest of a line that is too long is not read yet
   bool ended_ = false;
 };
 

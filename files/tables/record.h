@@ -1,4 +1,4 @@
-// One row of a table: its texts and where they stand.
+// Holds one row of a table: its texts and their places.
 #ifndef ORVANEL_FILES_TABLES_RECORD_H
 #define ORVANEL_FILES_TABLES_RECORD_H
 
@@ -11,7 +11,7 @@
 
 namespace orvanel::files {
 
-// Reused from row to row, so that a million rows cost no million allocations.
+// Reused for all rows to avoid allocations.
 class Record {
  public:
   std::size_t size() const { return fields_.size(); }
@@ -30,7 +30,7 @@ class Record {
   void Add(std::string_view text) { text_ += text; }
   std::size_t bytes() const { return text_.size(); }
 
-  // Whether every field is empty.
+  // True if every field is empty.
   bool IsBlank() const { return text_.empty(); }
 
  private:
@@ -43,7 +43,7 @@ class Record {
     return field + 1 < fields_.size() ? fields_[field + 1].first : text_.size();
   }
 
-  std::string text_;  // all fields, one behind the other
+  std::string text_;  // all fields, one after the other
   std::vector<Field> fields_;
 };
 

@@ -12,13 +12,12 @@ namespace {
 
 TEST(ErrorText, NamesTheOptionThatHelps) {
   EXPECT_EQ(TextOf(PupilLargerThanMeasured(Millimetres(6.5), Millimetres(6.0))),
-            "the pupil of 6.5 mm is larger than the 6 mm over which the eye was measured; what lies outside is not "
-            "known. Ask for a smaller one, or let --extrapolate continue the polynomials");
+            "the pupil of 6.5 mm is larger than the 6 mm over which the eye was measured; the wavefront outside is not "
+            "known. Use a smaller one, or let --extrapolate continue the polynomials");
   EXPECT_EQ(TextOf(OrderAboveHighest({8, 0}, 0.01, "um", 6, "classic")),
-            "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the classic model takes the radial orders "
-            "0 to 6; let --highest-order 6 drop what is above");
-  EXPECT_EQ(TextOf(TooFewThreads(3)),
-            "this system gives the program no more than 3 threads; ask for so many with --jobs");
+            "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the classic model accepts radial orders 0 "
+            "to 6; let --highest-order 6 drop what is above");
+  EXPECT_EQ(TextOf(TooFewThreads(3)), "this system allows the program at most 3 threads; request fewer with --jobs");
 }
 
 TEST(ErrorText, NamesTheOptionAtAPlaceInATable) {
@@ -26,9 +25,9 @@ TEST(ErrorText, NamesTheOptionAtAPlaceInATable) {
       "eyes.csv", {3, 14}, "column 'Z4': ",
       std::make_shared<FileError>(FileFix::kReadDecimalCommas, "'0,1' has a decimal comma; ", "write it with a point"));
   EXPECT_EQ(TextOf(error),
-            "eyes.csv: line 3, column 14: column 'Z4': '0,1' has a decimal comma; say --decimal-comma, or write it "
+            "eyes.csv: line 3, column 14: column 'Z4': '0,1' has a decimal comma; add --decimal-comma, or write it "
             "with a point");
-  EXPECT_EQ(ReasonOf(error), "column 'Z4': '0,1' has a decimal comma; say --decimal-comma, or write it with a point");
+  EXPECT_EQ(ReasonOf(error), "column 'Z4': '0,1' has a decimal comma; add --decimal-comma, or write it with a point");
   EXPECT_STREQ(error.what(),
                "eyes.csv: line 3, column 14: column 'Z4': '0,1' has a decimal comma; write it with a point");
   EXPECT_EQ(ReasonOf(ErrorAt("eyes.csv", {3, 14}, "is empty")), "is empty");
@@ -38,9 +37,9 @@ TEST(ErrorText, OtherErrorsKeepTheirSentence) { EXPECT_EQ(TextOf(Error("is empty
 
 TEST(ErrorText, TheLayersNameNoOption) {
   EXPECT_STREQ(PupilLargerThanMeasured(Millimetres(6.5), Millimetres(6.0)).what(),
-               "the pupil of 6.5 mm is larger than the 6 mm over which the eye was measured; what lies outside is not "
-               "known. Ask for a smaller one, or allow extrapolation");
-  EXPECT_STREQ(TooFewThreads(3).what(), "this system gives the program no more than 3 threads; ask for fewer");
+               "the pupil of 6.5 mm is larger than the 6 mm over which the eye was measured; the wavefront outside is "
+               "not known. Use a smaller one, or allow extrapolation");
+  EXPECT_STREQ(TooFewThreads(3).what(), "this system allows the program at most 3 threads; request fewer");
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ SimulatedEye WithPicture() {
   SimulatedEye simulated = Simulated(AsymmetricEye(), kRequest.rings);
   ObjectPicture object;
   for (const double light : {0.2, 0.4, 0.8}) object.channels.emplace_back(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, light);
-  simulated.results.picture = PictureSeenBy(simulated.eye, object);
+  simulated.results.picture = RetinalPictureOf(simulated.eye, object);
   return simulated;
 }
 

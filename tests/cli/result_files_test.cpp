@@ -94,7 +94,7 @@ TEST(Results, FormatsOfPixelsLeaveOutTheWavefrontAndDeepenThePicture) {
   ObjectPicture object;
   object.bits = 8;
   object.channels = {simulated.results.star.original};
-  simulated.results.picture = PictureSeenBy(simulated.eye, object);
+  simulated.results.picture = RetinalPictureOf(simulated.eye, object);
   for (const Format* format : {&FormatNamed("npy"), &FormatNamed("png16")}) {
     for (const ResultFile& file : ResultFiles({kPupil, kRings, {format}, 1})) {
       if (file.name != "picture_seen.png") continue;

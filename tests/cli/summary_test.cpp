@@ -66,7 +66,7 @@ TEST(Summary, HasOneRatioOfTheScalesThroughout) {
   simulated.mtfAt = {CyclesPerDegree(7.5)};
   ObjectPicture object;
   object.channels.push_back(simulated.results.star.original);
-  simulated.results.picture = PictureSeenBy(simulated.eye, object);
+  simulated.results.picture = RetinalPictureOf(simulated.eye, object);
   const auto summary = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}));
   const double ratio = 2.0 / (17.0 * std::atan(1.0 / 17.0));
   // Half width in two units, sample of PSF and MTF, a frequency, the picture's field, and acuity and size of each ring.
@@ -119,7 +119,7 @@ TEST(Summary, HasTheRingDrawnForEachAcuityAskedFor) {
   EXPECT_EQ(rings[1]["seen_file"], rings[0]["seen_file"]);
   EXPECT_NEAR(rings[2]["acuity_drawn_above_requested_percent"].get<double>(), 11.4, 0.05);
   const std::string text = SummaryText(simulated, "out", 1);
-  EXPECT_NE(text.find("20 samples, gap up; 11.4 % above what was asked for"), std::string::npos);
+  EXPECT_NE(text.find("20 samples, gap up; 11.4 % above the acuity requested"), std::string::npos);
 }
 
 TEST(Summary, TellsOfThePictureAndTheAngleThatItSpans) {
@@ -131,7 +131,7 @@ TEST(Summary, TellsOfThePictureAndTheAngleThatItSpans) {
   object.bits = 16;
   object.transparent = true;
   object.channels.push_back(simulated.results.star.original);
-  simulated.results.picture = PictureSeenBy(simulated.eye, object);
+  simulated.results.picture = RetinalPictureOf(simulated.eye, object);
   const auto picture = nlohmann::json::parse(SummaryJson(simulated, {"summary.json"}))["picture"];
   EXPECT_EQ(picture["file"], "photograph.png");
   EXPECT_EQ(picture["fit"], "pad");

@@ -16,7 +16,7 @@ namespace {
 
 ColourPicture Sheet(SimulatedEye simulated, bool linear, std::vector<Plane> channels) {
   ObjectPicture object{{std::string(500, 'W'), Fit::kPad, linear}, 32768, 32768, 16, true, std::move(channels)};
-  simulated.results.picture = PictureSeenBy(simulated.eye, std::move(object));
+  simulated.results.picture = RetinalPictureOf(simulated.eye, std::move(object));
   return DrawPictureSheet(simulated);
 }
 
@@ -37,7 +37,7 @@ TEST(PictureSheet, TheNoteAtItsFootIsWhole) {
   eye.pupil = Millimetres(5.0);
   SimulatedEye simulated = Simulated(eye, {{1.0, Gap::kUp}});
   ObjectPicture object{{"photograph.jpg", Fit::kPad, false}, 4032, 3024, 8, false, {simulated.results.star.original}};
-  simulated.results.picture = PictureSeenBy(simulated.eye, std::move(object));
+  simulated.results.picture = RetinalPictureOf(simulated.eye, std::move(object));
   const ColourPicture sheet = DrawPictureSheet(simulated);
   const Paragraph note("4032 \u00d7 3024 pixels, all of it, white beside it. The 256 samples span " +
                            NumberText(FieldOf(simulated.results.scales.library).value(), 4) +

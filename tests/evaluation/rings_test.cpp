@@ -25,8 +25,8 @@ TEST(Rings, ThoseOfOneDiameterAndGapAreShownOnce) {
   const std::vector<ShownRing> shown = ShownRings(rings);
   ASSERT_EQ(shown.size(), 3U);
   EXPECT_EQ(shown[0].ring, &rings[0]);
-  EXPECT_EQ(AskedText(shown[0]), "asked for 2.4, 2.5");
-  EXPECT_EQ(AskedText(shown[1]), "asked for 2.4");
+  EXPECT_EQ(RequestedText(shown[0]), "requested 2.4, 2.5");
+  EXPECT_EQ(RequestedText(shown[1]), "requested 2.4");
   EXPECT_EQ(shown[2].ring, &rings[2]);
 }
 

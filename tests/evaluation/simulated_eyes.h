@@ -24,7 +24,7 @@ inline SimulatedEye Simulated(Eye eye, const std::vector<RingRequest>& rings) {
   return simulated;
 }
 
-inline SeenPicture PictureSeenBy(const Eye& eye, ObjectPicture object) {
+inline SeenPicture RetinalPictureOf(const Eye& eye, ObjectPicture object) {
   Evaluator evaluator;
   evaluator.Evaluate(eye, {Need::kImages});
   return evaluator.SeePicture(std::move(object));

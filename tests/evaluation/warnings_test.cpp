@@ -25,9 +25,9 @@ TEST(Warnings, RingsThatFillTheFieldAreDoubtedOnceForAnAcuity) {
       WarningsOf(AsymmetricEye(), {{0.1, Gap::kUp}, {0.1, Gap::kLeft}, {0.8, Gap::kLeft}});
   ASSERT_EQ(warnings.size(), 1U);
   EXPECT_TRUE(warnings[0].starts_with("the ring of acuity 0.1 is 445 samples wide")) << warnings[0];
-  EXPECT_TRUE(warnings[0].ends_with("rings fit from acuity 0.21 on")) << warnings[0];
+  EXPECT_TRUE(warnings[0].ends_with("use an acuity of at least 0.21")) << warnings[0];
   EXPECT_TRUE(WarningsOf(AsymmetricEye(), {{0.21, Gap::kUp}}).empty());
-  EXPECT_TRUE(WarningsOf(AsymmetricEye(), {{1e-9, Gap::kUp}}).back().ends_with("rings fit from acuity 0.21 on"));
+  EXPECT_TRUE(WarningsOf(AsymmetricEye(), {{1e-9, Gap::kUp}}).back().ends_with("use an acuity of at least 0.21"));
 }
 
 TEST(Warnings, RingsFarFromWhatWasAskedForAreDoubtedOnceForAnAcuity) {
@@ -37,8 +37,8 @@ TEST(Warnings, RingsFarFromWhatWasAskedForAreDoubtedOnceForAnAcuity) {
       WarningsOf(AsymmetricEye(), {{2.0, Gap::kUp}, {2.0, Gap::kLeft}, {2.5, Gap::kUp}});
   ASSERT_EQ(warnings.size(), 2U);
   EXPECT_EQ(warnings[0],
-            "the ring asked for with acuity 2 is drawn with acuity 2.23, 11.4 % above that: rings have a multiple of 5 "
-            "samples, this one 20, and its files are named by the acuity drawn");
+            "the ring requested with acuity 2 is drawn with acuity 2.23, 11.4 % above that: the diameter of a ring is "
+            "a multiple of 5 samples, here 20; the names of its files have the acuity drawn");
   EXPECT_NE(warnings[1].find("acuity 2.5 is drawn with acuity 2.97, 18.8 % above that"), std::string::npos)
       << warnings[1];
 }

@@ -121,7 +121,7 @@ TEST(Adjustments, OrdersAreDroppedOverThePupilWanted) {
 TEST(Adjustments, WhatWentInManyEyesIsCounted) {
   DroppedOfMany many;
   for (const double rms : {0.0, 0.25, 0.125}) many.Add({6, Micrometres(rms), Micrometres(1.0)});
-  EXPECT_EQ(Text(many, 6), "radial orders above 6 dropped: 2 of 3 eyes have lost something, at most 0.25 um RMS");
+  EXPECT_EQ(Text(many, 6), "radial orders above 6 dropped: 2 of 3 eyes had such terms, at most 0.25 um RMS");
 }
 
 TEST(Adjustments, ARefractionStatedBesideTheEyeIsAddedOnce) {

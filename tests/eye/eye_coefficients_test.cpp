@@ -70,8 +70,8 @@ TEST(EyeCoefficients, TheLibraryRefusesOrdersAboveSixUnlessTheyAreZero) {
     FAIL();
   } catch (const Error& error) {
     EXPECT_EQ(std::string(error.what()),
-              "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the classic model takes the radial "
-              "orders 0 to 6; drop what is above");
+              "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the classic model accepts radial orders "
+              "0 to 6; drop the orders above");
   }
 }
 

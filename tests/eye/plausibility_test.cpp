@@ -12,7 +12,7 @@ namespace {
 
 TEST(Plausibility, PupilsUnlikeAnEyesAreDoubted) {
   EXPECT_EQ(EyeWarnings(PerfectEye(Millimetres(12.5))),
-            std::vector<std::string>{"the pupil of 12.5 mm is unlike a human eye's, which measures 2 to 8 mm"});
+            std::vector<std::string>{"the pupil of 12.5 mm is unlike that of a human eye, which is 2 to 8 mm"});
   EXPECT_EQ(EyeWarnings(PerfectEye(Millimetres(0.49))).size(), 1U);
   EXPECT_TRUE(EyeWarnings(PerfectEye(Millimetres(0.51))).empty());
   EXPECT_TRUE(EyeWarnings(PerfectEye(Millimetres(11.5))).empty());
@@ -44,8 +44,8 @@ TEST(Plausibility, OfATableIsOneSentence) {
   doubts.Add(PerfectEye(Millimetres(13.0)), "line 3");
   doubts.Add(EyeOf(-40.0, 0.5, 0.0), "line 4");
   EXPECT_EQ(doubts.Summary(),
-            "2 of 3 eyes are unlike a human's; the first in line 3: the pupil of 13 mm is unlike a human eye's, which "
-            "measures 2 to 8 mm");
+            "2 of 3 eyes are unlike a human eye; the first in line 3: the pupil of 13 mm is unlike that of a human "
+            "eye, which is 2 to 8 mm");
 }
 
 }  // namespace

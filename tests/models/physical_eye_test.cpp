@@ -77,7 +77,7 @@ TEST(PhysicalEye, AnOrderAboveTenIsRefusedUnlessItIsZero) {
     EXPECT_EQ(error.term, (ZernikeTerm{11, -11}));
     EXPECT_EQ(error.number, 0.25);
     EXPECT_EQ(error.highest, 10);
-    EXPECT_NE(std::string(error.what()).find("the physical model takes the radial orders 0 to 10"), std::string::npos)
+    EXPECT_NE(std::string(error.what()).find("the physical model accepts radial orders 0 to 10"), std::string::npos)
         << error.what();
   }
 }

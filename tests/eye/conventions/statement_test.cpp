@@ -28,13 +28,13 @@ Statement Whole() {
 
 TEST(Statement, WhatIsMissingIsListed) {
   EXPECT_EQ(MessageOf([] { Complete({}, true); }),
-            "it is not said how the coefficients are meant; missing: unit (mm, um, nm, waves); normalisation "
+            "the convention of the coefficients is incomplete; missing: unit (mm, um, nm, waves); normalisation "
             "(orthonormal, none); order (osa, noll, fringe, named); y_axis (up, down); eye (OD, OS, unknown); "
             "pupil_diameter_mm (over which the eye was measured)");
   Statement statement = Whole();
   statement.yAxis.reset();
   EXPECT_EQ(MessageOf([&] { Complete(statement, true); }),
-            "it is not said how the coefficients are meant; missing: y_axis (up, down)");
+            "the convention of the coefficients is incomplete; missing: y_axis (up, down)");
 }
 
 TEST(Statement, AnOrderIsNeededOnlyByNumbers) {
@@ -48,13 +48,13 @@ TEST(Statement, WavesNeedAWavelengthAndNothingElseHasOne) {
   Statement statement = Whole();
   statement.unit = Unit::kWaves;
   EXPECT_EQ(MessageOf([&] { Complete(statement, true); }),
-            "it is not said how the coefficients are meant; missing: wavelength_nm (of one wave)");
+            "the convention of the coefficients is incomplete; missing: wavelength_nm (of one wave)");
   statement.wavelength = Nanometres(550.0);
   EXPECT_EQ(Complete(statement, true).convention.wavelength, Nanometres(550.0));
   statement.unit = Unit::kNanometres;
   EXPECT_EQ(MessageOf([&] { Complete(statement, true); }),
-            "wavelength_nm is stated, but the unit is nm; it is the wavelength of the unit waves alone. State the one "
-            "at which the coefficients hold as reference_wavelength_nm");
+            "wavelength_nm is stated, but the unit is nm; only the unit waves has a wavelength. State the one at which "
+            "the coefficients hold as reference_wavelength_nm");
 }
 
 TEST(Statement, TheReferenceWavelengthIsNeverTakenFromTheUnitWaves) {
@@ -117,9 +117,9 @@ TEST(Statement, PartsHaveTheirWords) {
   EXPECT_EQ(MessageOf([&] { State(statement, "unit", "inch"); }), "unit is 'inch'; it is one of mm, um, nm, waves");
   EXPECT_EQ(MessageOf([&] { State(statement, "eye", "third"); }), "eye is 'third'; it is one of OD, OS, unknown");
   EXPECT_EQ(MessageOf([&] { State(statement, "pupil_diameter_mm", "-6"); }),
-            "pupil_diameter_mm is -6; a length is greater than 0");
+            "pupil_diameter_mm is -6; a length must be greater than 0");
   EXPECT_EQ(MessageOf([&] { State(statement, "wavelength_nm", "0"); }),
-            "wavelength_nm is 0; a length is greater than 0");
+            "wavelength_nm is 0; a length must be greater than 0");
   EXPECT_FALSE(State(statement, "colour", "green"));
 }
 

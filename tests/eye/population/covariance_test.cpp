@@ -112,7 +112,7 @@ TEST(Covariance, BothTrianglesCountWhereTheirLastDigitsDiffer) {
 }
 
 TEST(Covariance, OneWithANegativeVarianceIsRefused) {
-  EXPECT_EQ(Refusal({1.0, 0.0, 0.0, -0.5}, {"Z3", "Z4"}), "is no covariance: the variance of Z4 is -0.5, below 0");
+  EXPECT_EQ(Refusal({1.0, 0.0, 0.0, -0.5}, {"Z3", "Z4"}), "is not a covariance: the variance of Z4 is -0.5, below 0");
   EXPECT_NE(Refusal({1.0, 1.5, 1.5, 1.0}, {"Z3", "Z4"}).find("not positive semi-definite"), std::string::npos);
   // Each pair may be, the three together may not.
   EXPECT_NE(Refusal({1, 0.9, 0.9, 0.9, 1, -0.9, 0.9, -0.9, 1}, {"a", "b", "c"}).find("not positive semi-definite"),

@@ -64,8 +64,8 @@ TEST(EyeFile, TakesAsManyCoefficientsAsTheOrderHas) {
   for (int i = 1; i < 231; ++i) many += ", " + std::to_string(i);
   EXPECT_EQ(Refusal(Replaced("[0, 0.25, -3, 4e-2]", many + "]")), "");
   EXPECT_EQ(Refusal(Replaced("[0, 0.25, -3, 4e-2]", many + ", 231]")),
-            "line 5, column 3: key 'coefficients' holds 232 coefficients in the index scheme osa, of at most 231; "
-            "check the index scheme");
+            "line 5, column 3: key 'coefficients' holds 232 coefficients in the index scheme osa, which has 231; check "
+            "the index scheme");
 }
 
 TEST(EyeFile, MayStateTheReferenceWavelength) {
@@ -116,7 +116,7 @@ TEST(EyeFile, OfManyCoefficientsIsRefusedAtOnce) {
     names += ",\"Z(" + std::to_string(i) + "\":0";
   }
   EXPECT_EQ(Refusal(Replaced("[0, 0.25, -3, 4e-2]", list + "]")),
-            "line 5, column 3: key 'coefficients' holds 60000 coefficients in the index scheme osa, of at most 231; "
+            "line 5, column 3: key 'coefficients' holds 60000 coefficients in the index scheme osa, which has 231; "
             "check the index scheme");
   EXPECT_TRUE(Refusal(Replaced("[0, 0.25, -3, 4e-2]", names + "}")).starts_with("line 5, column 28: key 'Z(1' looks"));
 }
@@ -197,15 +197,16 @@ const Fault kFaults[] = {
     {"KeyOfTheConventionGivenTwice", Replaced("\"unit\": \"um\"", "\"name\": \"osa\""),
      "line 4, column 33: key 'convention.name' is given twice; keep one"},
     {"PupilMissing", Replaced("\"pupil_diameter_mm\": 5.5,", ""),
-     "line 4, column 3: it is not said how the coefficients are meant; missing: pupil_diameter_mm (over which the eye "
-     "was measured)"},
+     "line 4, column 3: the convention of the coefficients is incomplete; missing: pupil_diameter_mm (over which the "
+     "eye was measured)"},
     {"PupilInQuotes", Replaced("5.5", "\"5.5\""),
      "line 3, column 3: key 'pupil_diameter_mm' must be a number, not string; write it without quotes, such as 6.0"},
     {"PupilTrue", Replaced("5.5", "true"),
      "line 3, column 3: key 'pupil_diameter_mm' must be a number, not boolean; write it without quotes, such as 6.0"},
-    {"PupilZero", Replaced("5.5", "0.0"), "line 3, column 3: key pupil_diameter_mm is 0.0; a length is greater than 0"},
+    {"PupilZero", Replaced("5.5", "0.0"),
+     "line 3, column 3: key pupil_diameter_mm is 0.0; a length must be greater than 0"},
     {"PupilNegative", Replaced("5.5", "-5.5"),
-     "line 3, column 3: key pupil_diameter_mm is -5.5; a length is greater than 0"},
+     "line 3, column 3: key pupil_diameter_mm is -5.5; a length must be greater than 0"},
     {"PupilBeyondDoubles", Replaced("5.5", "1e999"),
      "line 3, column 3: key 'pupil_diameter_mm' holds a number too large to be finite; check its exponent"},
     {"CoefficientBeyondDoubles", Replaced("4e-2", "-1e999"),
@@ -220,17 +221,17 @@ const Fault kFaults[] = {
     {"CoefficientsAnObject", Replaced("[0, 0.25, -3, 4e-2]", "{}"),
      "line 5, column 3: key 'coefficients' holds no numbers; give at least one"},
     {"ConventionMissing", R"({"pupil_diameter_mm": 4, "coefficients": [0]})",
-     "line 1, column 1: it is not said how the coefficients are meant; missing: unit (mm, um, nm, waves); "
+     "line 1, column 1: the convention of the coefficients is incomplete; missing: unit (mm, um, nm, waves); "
      "normalisation (orthonormal, none); order (osa, noll, fringe, named); y_axis (up, down); eye (OD, OS, unknown)"},
     {"ConventionAString", R"({"pupil_diameter_mm": 4, "convention": "osa", "coefficients": [0]})",
-     "line 1, column 26: key 'convention' must be an object, not string; say {\"name\": \"osa\"} or {\"name\": "
-     "\"library\"}, or spell it out"},
+     "line 1, column 26: key 'convention' must be an object, not string; write {\"name\": \"osa\"} or {\"name\": "
+     "\"library\"}, or state its parts"},
     {"ConventionWithoutName", Replaced("\"name\": \"osa\", ", ""),
-     "line 4, column 3: it is not said how the coefficients are meant; missing: order (osa, noll, fringe, named); eye "
-     "(OD, OS, unknown)"},
+     "line 4, column 3: the convention of the coefficients is incomplete; missing: order (osa, noll, fringe, named); "
+     "eye (OD, OS, unknown)"},
     {"SpelledOutWithGaps", R"({"pupil_diameter_mm": 4,
  "convention": {"unit": "waves", "y_axis": "up"}, "coefficients": [0]})",
-     "line 2, column 2: it is not said how the coefficients are meant; missing: wavelength_nm (of one wave); "
+     "line 2, column 2: the convention of the coefficients is incomplete; missing: wavelength_nm (of one wave); "
      "normalisation (orthonormal, none); order (osa, noll, fringe, named); eye (OD, OS, unknown)"},
     {"UnitUnknown", Replaced("\"um\"", "\"inch\""),
      "line 4, column 33: key unit is 'inch'; it is one of mm, um, nm, waves"},
@@ -240,8 +241,8 @@ const Fault kFaults[] = {
      "line 4, column 33: key 'convention.wavelength_nm' must be a number, not string; write it without quotes, such as "
      "6.0"},
     {"WavelengthWithoutWaves", Replaced("\"unit\": \"um\"", "\"wavelength_nm\": 550"),
-     "line 4, column 3: wavelength_nm is stated, but the unit is um; it is the wavelength of the unit waves alone. "
-     "State the one at which the coefficients hold as reference_wavelength_nm"},
+     "line 4, column 3: wavelength_nm is stated, but the unit is um; only the unit waves has a wavelength. State the "
+     "one at which the coefficients hold as reference_wavelength_nm"},
     {"ReferenceWavelengthInMicrometres", Replaced("5.5,", "5.5, \"reference_wavelength_nm\": 0.85,"),
      "line 3, column 29: key reference_wavelength_nm is 0.85; it is from 300 to 1200 nm. Write it in nanometres, such "
      "as 555"},
@@ -256,17 +257,18 @@ const Fault kFaults[] = {
     {"TermNamedTwice", Replaced("[0, 0.25, -3, 4e-2]", R"json({"Z4": 1, "Z(2,0)": 2})json"),
      "line 5, column 29: key 'coefficients.Z(2,0)' names the term Z(2,0), which is given already; keep one"},
     {"NameOfNoCoefficient", Replaced("[0, 0.25, -3, 4e-2]", R"({"defocus": 1})"),
-     "line 5, column 20: key 'coefficients.defocus' names no coefficient; write Z4, Z(2,0) or c[2,-2]"},
+     "line 5, column 20: key 'coefficients.defocus' is not a name of a coefficient; write Z4, Z(2,0) or c[2,-2]"},
     {"NameOfNoTerm", Replaced("[0, 0.25, -3, 4e-2]", R"json({"Z(2,1)": 1})json"),
-     "line 5, column 20: key 'Z(2,1)' is no Zernike term; write the radial order n (0 to 20) first and then m, from -n "
+     "line 5, column 20: key 'Z(2,1)' is not a Zernike term; write the radial order n (0 to 20) first and then m, from "
+     "-n "
      "to n in steps of 2"},
     {"NamedOrderWithAList",
      Replaced("\"name\": \"osa\",", "\"order\": \"named\",").replace(2, 0, "  \"eye\": \"OD\",\n"),
-     "line 6, column 3: key 'coefficients' is an array, but the order is \"named\"; give an object such as "
+     "line 6, column 3: key 'coefficients' is an array, but the index scheme is \"named\"; write an object such as "
      "{\"Z(2,0)\": 0.1}"},
     {"ConventionUnknown", Replaced("\"osa\"", "\"noll\""),
-     "line 4, column 18: key 'convention.name' is 'noll'; it is \"osa\" or \"library\", or absent where unit, "
-     "normalisation, order and y_axis are stated"},
+     "line 4, column 18: key 'convention.name' is 'noll'; write \"osa\" or \"library\", or state unit, "
+     "normalisation, order and y_axis without a name"},
     {"UnitContradictsTheConvention", Replaced("\"um\"", "\"mm\""),
      "line 4, column 3: unit is mm in the convention, which contradicts its name 'osa', where it is um; state it "
      "once"},
@@ -291,8 +293,8 @@ const Fault kFaults[] = {
      "line 5, column 33: is not valid JSON: syntax error while parsing value - invalid literal; last read: '-3, N'"},
     {"Utf16", "\xFF\xFE" + std::string(kGood), "line 1, column 1: the file is UTF-16; save it as UTF-8"},
     {"NameOfAConventionAnArray", Replaced("\"osa\"", "[\"osa\"]"),
-     "line 4, column 18: key 'convention.name' is array; it is \"osa\" or \"library\", or absent where unit, "
-     "normalisation, order and y_axis are stated"},
+     "line 4, column 18: key 'convention.name' is array; write \"osa\" or \"library\", or state unit, "
+     "normalisation, order and y_axis without a name"},
     {"NestedDeeply", Replaced("\"osa\"", std::string(100'000, '[') + std::string(100'000, ']')),
      "line 4, column 56: has brackets nested more than 32 deep; remove them"},
     {"TooLarge", std::string(kGood) + std::string(1 << 20, ' '), "is larger than 1 MiB; an eye file holds one eye"},

@@ -62,15 +62,15 @@ TEST(CovarianceTable, MayStateTheReferenceWavelength) {
 
 TEST(CovarianceTable, TellsWhatIsWrong) {
   EXPECT_EQ(Refusal("Z4,Z4\n1,0\n0,1\n"), "cov.csv: line 1, column 4: the term Z(2,0) has a column already; keep one");
-  EXPECT_EQ(Refusal("Z4,Z5\n1,0\n"), "cov.csv: has 1 rows below its 2 names; a covariance is square");
+  EXPECT_EQ(Refusal("Z4,Z5\n1,0\n"), "cov.csv: has 1 rows below its 2 names; a covariance must be square");
   EXPECT_EQ(Refusal("Z4\n1\n2\n"),
-            "cov.csv: line 3, column 1: the matrix has a row for each column already; a covariance is square");
+            "cov.csv: line 3, column 1: the matrix has a row for each column already; a covariance must be square");
   EXPECT_EQ(Refusal("t,Z4,Z5\nZ5,1,0\nZ4,0,1\n"),
-            "cov.csv: line 2, column 1: the row is labelled 'Z5' where 'Z4' is due; rows stand in the order of the "
-            "columns");
+            "cov.csv: line 2, column 1: the row is labelled 'Z5', but 'Z4' is expected; rows must have the order of "
+            "the columns");
   EXPECT_EQ(Refusal("Z4\nnan\n"), "cov.csv: line 2, column 1: column 'Z4': 'nan' is not finite; give a number");
-  EXPECT_EQ(Refusal("Z4,Z5\n1\n"), "cov.csv: line 2, column 1: the row has 1 fields where the header has 2");
-  EXPECT_NE(Refusal("Z4,foo\n1,0\n0,1\n").find("'foo' names no coefficient"), std::string::npos);
+  EXPECT_EQ(Refusal("Z4,Z5\n1\n"), "cov.csv: line 2, column 1: the row has 1 fields, but the header has 2");
+  EXPECT_NE(Refusal("Z4,foo\n1,0\n0,1\n").find("'foo' is not a name of a coefficient"), std::string::npos);
   EXPECT_NE(Refusal("").find("the table is empty"), std::string::npos);
 }
 

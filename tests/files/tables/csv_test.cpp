@@ -109,10 +109,10 @@ TEST(Csv, WhatIsNotWellFormedIsRefusedWhereItStands) {
       "t.csv: line 2, column 3: the quotes that open here are never closed; close them, or double those that belong "
       "to the text");
   EXPECT_EQ(Refusal("id,Z4\na,\"0.5\"x\n"),
-            "t.csv: line 2, column 8: text stands behind closing quotes; double quotes that belong to the text");
+            "t.csv: line 2, column 8: text follows closing quotes; double the quotes that belong to the text");
   EXPECT_EQ(
       Refusal("id,Z4\n5\",1\n"),
-      "t.csv: line 2, column 2: quotes stand inside a field; put the whole field in quotes and double those inside");
+      "t.csv: line 2, column 2: a quote is inside a field; put the whole field in quotes and double those inside");
   EXPECT_EQ(Refusal("id,Z4\ra,1\r"),
             "t.csv: line 1, column 6: a carriage return without line feed; save the table with line ends LF or CRLF");
   EXPECT_EQ(Refusal(std::string("id,Z4\na\0b,1\n", 12)),
@@ -187,8 +187,8 @@ TEST(Csv, WithDecimalCommasOnlyQuotesLetCommasSeparate) {
       ADD_FAILURE() << text;
     } catch (const ErrorAt& error) {
       EXPECT_EQ(error.reason,
-                "commas separate the columns, so that they cannot be decimal commas as well; save the table with "
-                "semicolons or tabulators, or with every field in quotes");
+                "commas separate the columns, so they cannot be decimal commas; save the table with semicolons or "
+                "tabulators, or with every field in quotes");
     }
   }
 }

@@ -157,12 +157,12 @@ TEST(EyeTable, NamesMayHaveBlanksAndOtherLetters) {
   EXPECT_EQ(row.eye.side, Side::kOd);
   EXPECT_EQ(row.eye.pupil, Millimetres(6.0));
   EXPECT_EQ(opened.table.identifierNames(), (std::vector<std::string>{"zone", " C1_visit"}));
-  EXPECT_EQ(opened.table.Summary(), "read as coefficients: Z12, z 4, Z_3_-1; carried through: zone, C1_visit");
+  EXPECT_EQ(opened.table.Summary(), "read as coefficients: Z12, z 4, Z_3_-1; copied: zone, C1_visit");
 }
 
 TEST(EyeTable, SaysWhatKeysOfTheFirstRowAreReadAs) {
   EXPECT_EQ(Opened("{\" Z4\": 1, \"eye\": \"R\", \"id\": 3}\n", Stated(), TableKind::kNdjson).table.Summary(),
-            "read as coefficients: Z4; carried through: id");
+            "read as coefficients: Z4; copied: id");
   std::string many = "Z4";
   for (int i = 0; i < 100; ++i) many += ",own" + std::to_string(i);
   const std::string summary = Opened(many + "\n", Stated()).table.Summary();
@@ -225,8 +225,7 @@ TEST(EyeTable, ColumnsOfARefractionAreCarriedThroughUnlessAskedFor) {
   EXPECT_EQ(eye.eye.prescription->j0, expected.j0);
   EXPECT_EQ(eye.eye.prescription->j45, expected.j45);
   EXPECT_EQ(eye.eye.coefficients.AsStated(), (Coefficients{0, 0, 0, 0, 0.5}));
-  EXPECT_EQ(read.table.Summary(),
-            "read as coefficients: Z4; added as refraction: sphere, cylinder, axis; carried through: id");
+  EXPECT_EQ(read.table.Summary(), "read as coefficients: Z4; added as refraction: sphere, cylinder, axis; copied: id");
 }
 
 TEST(EyeTable, ARefractionMayBeEmptyOrASphereAlone) {
@@ -249,10 +248,10 @@ TEST(EyeTable, ARefractionThatIsHalfThereIsRefused) {
     return {};
   };
   EXPECT_EQ(reason("sphere,cylinder,axis,Z4\n-2,-0.75,,1\n"),
-            "t.csv: line 2, column 10: column 'axis' is empty and column 'cylinder' is not; write 0 for none, or leave "
-            "the whole refraction empty");
+            "t.csv: line 2, column 10: column 'axis' is empty and column 'cylinder' is not; write 0, or leave all "
+            "three empty");
   EXPECT_EQ(reason("sphere,cylinder,axis,Z4\n-2,-0.75,181,1\n"),
-            "t.csv: line 2, column 10: column 'axis': an axis is from 0 to 180 degrees");
+            "t.csv: line 2, column 10: column 'axis': an axis must be from 0 to 180 degrees");
   EXPECT_EQ(reason("sphere,cylinder,Z4\n"),
             "t.csv: line 1, column 8: cylinder and axis belong together; add the column that is missing");
   EXPECT_EQ(reason("sphere,sph,Z4\n"),
@@ -307,37 +306,33 @@ TEST_P(EyeTableFault, IsRefusedWithPlaceReasonAndRemedy) {
 
 const Fault kFaults[] = {
     {"Empty", "", "t.csv: line 1, column 1: the table is empty; its first row names the columns"},
-    {"ColumnTwice", "id,Z4,id\n", "t.csv: line 1, column 7: the column 'id' stands in the header twice; keep one"},
+    {"ColumnTwice", "id,Z4,id\n", "t.csv: line 1, column 7: the column 'id' is in the header twice; keep one"},
     {"TermTwice", "Z4,\"Z(2,0)\"\n1,2\n",
      "t.csv: line 2, column 3: column 'Z(2,0)': the term Z(2,0) has a column already; keep one"},
     {"NearlyOneOfOurs", "units,Z4\n",
-     "t.csv: line 1, column 1: the column 'units' is not known; did you mean 'unit'? If it is your own, give it "
-     "another "
-     "name"},
+     "t.csv: line 1, column 1: the column 'units' is not known; did you mean 'unit'? If it is your own column, rename "
+     "it"},
     {"NoCoefficients", "id,sphere\n",
      "t.csv: line 1, column 1: no column holds coefficients; name them Z4, Z(2,0) or c[2,-2] in the first row"},
     {"NameWithoutQuotes", "id,Z(2,0)\n",
-     "t.csv: line 1, column 4: the column 'Z(2' looks like a coefficient but is none; write Z(2,0) or c[2,-2] with "
-     "radial "
-     "order and frequency, in quotes where commas separate the columns"},
+     "t.csv: line 1, column 4: the column 'Z(2' looks like a coefficient but is not one; write Z(2,0) or c[2,-2] with "
+     "radial order and azimuthal frequency, in quotes if commas separate the columns"},
     {"DecimalComma", "id;Z4\na;0,5\n",
      "t.csv: line 2, column 3: column 'Z4': '0,5' has a decimal comma; write it with a point"},
-    {"StatementTwice", "unit,Unit,Z4\n",
-     "t.csv: line 1, column 6: the column 'unit' stands in the header twice; keep one"},
+    {"StatementTwice", "unit,Unit,Z4\n", "t.csv: line 1, column 6: the column 'unit' is in the header twice; keep one"},
     {"MayBeACoefficient", "id,Z-12,Z4\n",
      "t.csv: line 1, column 4: the column 'Z-12' may be a coefficient or a term with a sign; write Z4, Z(2,0) or "
-     "c[2,-2], or give a column of your own another name"},
+     "c[2,-2], or rename the column if it is your own"},
     {"CoefficientWithAUnit", "id,Z4_um\n",
      "t.csv: line 1, column 4: the column 'Z4_um' is a coefficient with a unit in its name; write Z4, Z(2,0) or "
      "c[2,-2], and state the unit for all of them"},
     {"DecimalCommaInQuotes", "id,Z4\na,\"0,5\"\n",
      "t.csv: line 2, column 3: column 'Z4': '0,5' has a decimal comma; write it with a point"},
     {"DecimalCommaBetweenCommas", "id,Z4\na,0,5\n",
-     "t.csv: line 2, column 5: the row has 3 fields where the header has 2; are there decimal commas? Write numbers "
-     "with "
-     "a point"},
+     "t.csv: line 2, column 5: the row has 3 fields, but the header has 2; are there decimal commas? Write numbers "
+     "with a point"},
     {"RowCutOff", "id,Z4,Z5\na,1\n",
-     "t.csv: line 2, column 3: the row has 2 fields where the header has 3; is the row cut off?"},
+     "t.csv: line 2, column 3: the row has 2 fields, but the header has 3; is the row cut off?"},
     {"CoefficientEmpty", "id,Z4\na,\n",
      "t.csv: line 2, column 3: column 'Z4': is empty; write a number, 0 for a term that is absent"},
     {"CoefficientNotFinite", "id,Z4\na,inf\n",
@@ -367,15 +362,15 @@ TEST(EyeTable, APupilOfNothingIsRefused) {
     opened.table.Next(row);
     FAIL();
   } catch (const ErrorAt& error) {
-    EXPECT_EQ(error.reason, "column 'pupil_diameter_mm': pupil_diameter_mm is 0; a length is greater than 0");
+    EXPECT_EQ(error.reason, "column 'pupil_diameter_mm': pupil_diameter_mm is 0; a length must be greater than 0");
   }
   try {
     opened.table.Next(row);
     FAIL();
   } catch (const ErrorAt& error) {
-    EXPECT_EQ(
-        error.reason,
-        "it is not said how the coefficients are meant; missing: pupil_diameter_mm (over which the eye was measured)");
+    EXPECT_EQ(error.reason,
+              "the convention of the coefficients is incomplete; missing: pupil_diameter_mm (over which the eye was "
+              "measured)");
   }
 }
 

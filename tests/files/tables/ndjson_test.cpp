@@ -52,7 +52,7 @@ TEST(Ndjson, NumbersKeepEveryBit) {
 
 TEST(Ndjson, WhatIsNoRowIsRefusedWhereItStands) {
   EXPECT_EQ(Refusal("{\"a\": 1}\n[1]\n"),
-            "t.ndjson: line 2, column 1: must be a JSON object, not array; write one eye a line, in braces");
+            "t.ndjson: line 2, column 1: must be a JSON object, not array; write one eye in each line, in braces");
   EXPECT_EQ(Refusal("{\"a\": 1, \"a\": 2}\n"), "t.ndjson: line 1, column 10: key 'a' is given twice; keep one");
   EXPECT_EQ(Refusal("{\"b\": 1, \"a\": null}\n"),
             "t.ndjson: line 1, column 10: key 'a' must be a number or a string, not null");
@@ -151,7 +151,7 @@ TEST(Ndjson, OfALineThatIsTooLongNoMoreIsReadThanItsLimit) {
     reader.Next(keys, values);
     FAIL();
   } catch (const ErrorAt& error) {
-    EXPECT_EQ(error.reason, "the line is longer than 64 MiB; is this a table of one object a line?");
+    EXPECT_EQ(error.reason, "the line is longer than 64 MiB; is this a table with one object in each line?");
   }
   EXPECT_LE(blanks.taken(), kLimit + (1 << 17));
   EXPECT_FALSE(reader.Next(keys, values));  // the rest of it is passed over
