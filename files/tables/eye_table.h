@@ -56,7 +56,7 @@ class EyeColumns {
   // scheme.
   std::optional<Order> CommonOrder() const;
 
-  // Whether a row may have a reference wavelength.
+  // True if a row may have a reference wavelength.
   bool MayStateReference() const;
 
  private:

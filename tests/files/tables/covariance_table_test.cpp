@@ -53,11 +53,12 @@ TEST(CovarianceTable, MayStateTheReferenceWavelength) {
             "cov.csv: line 2, column 3: reference_wavelength_nm is 0.85; it is from 300 to 1200 nm. Write it in "
             "nanometres, such as 555");
   EXPECT_EQ(Refusal("Z4,reference_wavelength_nm\n1\n"),
-            "cov.csv: line 2, column 1: the row has 1 fields where the header has 2");
+            "cov.csv: line 2, column 1: the row has 1 fields, but the header has 2");
   EXPECT_EQ(Refusal("reference_wavelength_nm\n850\n"),
             "cov.csv: line 1, column 1: no column names a coefficient; it is like Z4, Z(2,0) or c[2,-2]");
-  EXPECT_NE(Refusal("Z4,reference_wavelength_nm,reference_wavelength_nm\n1,850,850\n").find("names no coefficient"),
-            std::string::npos);
+  EXPECT_NE(
+      Refusal("Z4,reference_wavelength_nm,reference_wavelength_nm\n1,850,850\n").find("is not a name of a coefficient"),
+      std::string::npos);
 }
 
 TEST(CovarianceTable, TellsWhatIsWrong) {
