@@ -1,4 +1,4 @@
-// Defines the errors of metrics. Each has its subject as a field, for hosts with sentences of their own.
+// Defines the errors of metrics. Their fields have the subject, so that a host can word its own messages.
 #ifndef ORVANEL_METRICS_ERRORS_H
 #define ORVANEL_METRICS_ERRORS_H
 
@@ -15,7 +15,7 @@ namespace orvanel::metrics {
 // No metric has this name.
 class UnknownMetric : public Error {
  public:
-  //   knownNames  with commas
+  //   knownNames  separated by commas
   UnknownMetric(std::string_view wantedName, const std::string& knownNames)
       : Error(Quoted(wantedName) + " is not a metric; use one of " + knownNames),
         wanted(wantedName),
