@@ -109,12 +109,8 @@ std::vector<Result> Results(const Kernels& kernels) {
          benchmark::DoNotOptimize(Checked(TransferFunctionOf(EyeAt(turn), Monochromatic(), grid, *workspace)).re[0]);
        }},
       {"WhitePointSpread", "PSF 256 x 256 over +-10', 31 wavelengths", PointSpreads(WhiteLight(), kernels)},
+      {"Image", "retinal image 512 x 512 of pixels of 0.5', eye known", Images(0.5, kernels)},
   };
-  for (const double pixel : {0.5, 0.25, 0.1}) {
-    char title[80];
-    std::snprintf(title, sizeof title, "retinal image 512 x 512 of pixels of %.2f', eye known", pixel);
-    results.push_back({"Image" + std::to_string(pixel), title, Images(pixel, kernels)});
-  }
   return results;
 }
 

@@ -56,9 +56,9 @@ double WrappedLight(const std::vector<Beam>& beams, const ObjectSize& size, cons
   double sum = 0.0;
   for (std::size_t i = 0; i < beams.size(); ++i) {
     const double pixel = size.pixelArcmin / beams[i].unitArcmin;
-    const FarLight::Difference difference = layout.far[i].Beyond(guard * pixel);
+    const FarLight::Difference difference = layout.far[i].Beyond(guard * pixel, pixel);
     const double area = size.columns * pixel * size.rows * pixel;
-    sum += beams[i].share * 2.0 * std::min(difference.ofHalfPlane, difference.ofUnitArea * area);
+    sum += beams[i].share * std::min(difference.ofHalfPlanes, 2.0 * difference.ofUnitArea * area);
   }
   return sum;
 }

@@ -58,7 +58,8 @@ std::array<double, kPlaces> OddPartOf(const RimSlopes& slopes) {
 
 }  // namespace
 
-FarLight::FarLight(const Pupil& pupil, double lightOfPupil, double guard, double smoothness) {
+FarLight::FarLight(const Pupil& pupil, double lightOfPupil, double guard, double smoothness)
+    : slopes_(SlopesOf(pupil)) {
   const Ellipse& outline = pupil.outline;
   const SineCosine turn = SineAndCosine(outline.angle);
   toDisc_ = {turn.cosine / outline.semiAxisA, turn.sine / outline.semiAxisA,   0.0,
@@ -89,6 +90,8 @@ FarLight::FarLight(const Pupil& pupil, double lightOfPupil, double guard, double
     along -= shiftY_ * t.cosine - shiftX_ * t.sine;
     square += (across * across + along * along / 2.0) / kPlaces;
     farthest_ = std::max(farthest_, std::sqrt(across * across + along * along));
+    slopeX_[static_cast<std::size_t>(i)] = across * t.cosine - along * t.sine;
+    slopeY_[static_cast<std::size_t>(i)] = across * t.sine + along * t.cosine;
   }
   const std::array<double, kPlaces> odd = OddPartOf(slopes);
   odd_ = 0.0;
@@ -120,21 +123,48 @@ double FarLight::Density(double x, double y) const {
   return perArea_ * total_ / (2.0 * kPi) * (cubic + correction);
 }
 
-// Each term bounds a term of the difference: its integral over half a plane, or its value. The next odd power after the
-// two that agree is at most 4.4 width^4/q^7, and as much for the slopes. The mean over rings lacks odd/q^4 cos 3 angle
-// and even/q^5 cos 2 angle. It also lacks the rings themselves, sin(2 pi q)/q^3. Half a plane of a grating in step with
-// the rings has 0.7 q^-1.5 of them, at half contrast.
-FarLight::Difference FarLight::Beyond(double distance) const {
-  const double q = distance * shrinking_ - std::sqrt(shiftX_ * shiftX_ + shiftY_ * shiftY_);
-  if (!(q > 2.0 * farthest_ + 2.0)) {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    return {infinity, infinity};
+// Each place of the rim sends 1/(2 pi^3 t^2) of the light along its normal, to both sides, t from where its ray goes.
+// The rays that reach the half plane behind `distance` in the direction (x, y), less the density there.
+double FarLight::HalfPlaneDifference(double x, double y, double distance) const {
+  const double u = toDisc_.xx * x + toDisc_.xy * y, v = toDisc_.yx * x + toDisc_.yy * y;
+  const double size = std::sqrt(u * u + v * v), normalX = u / size, normalY = v / size;
+  const double far = distance / size - (shiftX_ * normalX + shiftY_ * normalY);
+  double rays = 0.0;
+  for (int i = 0; i < kPlaces; ++i) {
+    const SineCosine t = SineAndCosineOfTurn(i, kPlaces);
+    const auto at = static_cast<std::size_t>(i);
+    const double left = far - (slopeX_[at] * normalX + slopeY_[at] * normalY);
+    rays += std::fabs(t.cosine * normalX + t.sine * normalY) / left;
   }
-  const double factor = strength_ / (kPi * kPi * kPi), square = q * q;
+  const double square = far * far + width_ * width_;
+  const double density = ArcTangent2(width_, far) - curvature_ / (2.0 * kPi * kPi) * width_ * far / (square * square);
+  return std::fabs(strength_ * rays / (kPi * kPi * kPlaces) - total_ / kPi * density);
+}
+
+// Of half a plane the rays count, and the rings sin(2 pi q)/q^3, which no ray has. A grating in step with them has
+// 0.7 q^-1.5 of them, at half contrast; pixels average over them. Of a small place, bounds of all terms count. The next
+// odd power after the two that agree is at most 4.4 width^4/q^7, and as much for the slopes. The density lacks
+// odd/q^4 cos 3 angle, even/q^5 cos 2 angle, and the rings.
+FarLight::Difference FarLight::Beyond(double distance, double pixel) const {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  Difference difference{infinity, infinity};
+  const double farthest = std::max({slopes_.highX, -slopes_.lowX, slopes_.highY, -slopes_.lowY});
+  constexpr double kClear = 8.0;
+  if (!(distance > 1.2 * farthest + kClear)) return difference;
+  const double factor = strength_ / (kPi * kPi * kPi);
+  const double clear = (distance - farthest) * shrinking_;
+  const double averaged = std::min(1.0, 1.0 / (kPi * pixel * shrinking_));
+  difference.ofHalfPlanes =
+      std::max(HalfPlaneDifference(1.0, 0.0, distance), HalfPlaneDifference(-1.0, 0.0, distance)) +
+      std::max(HalfPlaneDifference(0.0, 1.0, distance), HalfPlaneDifference(0.0, -1.0, distance)) +
+      2.0 * 0.35 * averaged * factor / (clear * std::sqrt(clear));
+  const double q = distance * shrinking_ - std::sqrt(shiftX_ * shiftX_ + shiftY_ * shiftY_);
+  if (!(q > 2.0 * farthest_ + 2.0)) return difference;
+  const double square = q * q;
   const double next = (4.4 * width_ * width_ * width_ * width_ + 10.0 * farthest_ * farthest_ * farthest_ * farthest_) /
                       (square * square);
-  return {factor * (0.22 * next / q + 0.14 * odd_ / square + 0.27 * even_ / (square * q) + 0.35 / (q * std::sqrt(q))),
-          factor * perArea_ * (next + odd_ / q + even_ / square + 1.0) / (square * q)};
+  difference.ofUnitArea = factor * perArea_ * (next + odd_ / q + even_ / square + 1.0) / (square * q);
+  return difference;
 }
 
 }  // namespace orvanel::physical

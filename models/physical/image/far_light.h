@@ -2,6 +2,7 @@
 #ifndef ORVANEL_MODELS_PHYSICAL_IMAGE_FAR_LIGHT_H
 #define ORVANEL_MODELS_PHYSICAL_IMAGE_FAR_LIGHT_H
 
+#include <array>
 #include <complex>
 
 #include "models/physical/pupil/pupil.h"
@@ -31,14 +32,20 @@ class FarLight {
   // The density per squared wavelength / diameter, x and y in the sense of DirectionGrid.
   double Density(double x, double y) const;
 
-  // Bounds of the difference from the PSF, for an object of luminance 1 whose nearest place is `distance` away. The
-  // object fills half the plane, or one squared wavelength / diameter.
+  // Bounds of the difference from the PSF, for an object of luminance 1 whose nearest place is `distance` away along x
+  // or y. The object fills two half planes, one beyond x and one beyond y, or one squared wavelength / diameter.
+  // Infinite where rays come close to it.
+  //   pixel  side of the object's squares
   struct Difference {
-    double ofHalfPlane, ofUnitArea;
+    double ofHalfPlanes, ofUnitArea;
   };
-  Difference Beyond(double distance) const;
+  Difference Beyond(double distance, double pixel) const;
 
  private:
+  static constexpr int kPlaces = 64;  // on the rim
+
+  double HalfPlaneDifference(double x, double y, double distance) const;
+
   AffineMap toDisc_;   // of frequencies: to cut-offs of the outline
   AffineMap toRound_;  // of directions: to units in which the outline is the unit disc
   double perArea_;     // of the density, by that map
@@ -47,6 +54,8 @@ class FarLight {
   double total_, width_, narrowest_, curvature_;
   double shiftX_, shiftY_;        // of its middle, in the units of toRound_
   double odd_, even_, farthest_;  // of the rim's slopes, from the middle
+  std::array<double, kPlaces> slopeX_, slopeY_;
+  SlopeRange slopes_;  // of the whole pupil
 };
 
 }  // namespace orvanel::physical

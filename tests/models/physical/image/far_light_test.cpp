@@ -85,9 +85,9 @@ TEST(FarLight, IsLessNearADimRim) {
 TEST(FarLight, HasABoundThatFallsWithTheDistance) {
   const Pupil pupil = PupilOf({0, 0, 0, 0.1, 0.2, -0.1, 0.1, 0.03});
   const FarLight light(pupil, 1.0, 100.0, 1.0);
-  EXPECT_TRUE(std::isinf(light.Beyond(2.0).ofHalfPlane));
-  EXPECT_GT(light.Beyond(100.0).ofHalfPlane, light.Beyond(200.0).ofHalfPlane);
-  EXPECT_GT(light.Beyond(100.0).ofUnitArea, light.Beyond(200.0).ofUnitArea);
+  EXPECT_TRUE(std::isinf(light.Beyond(2.0, 1.0).ofHalfPlanes));
+  EXPECT_GT(light.Beyond(100.0, 1.0).ofHalfPlanes, light.Beyond(200.0, 1.0).ofHalfPlanes);
+  EXPECT_GT(light.Beyond(100.0, 1.0).ofUnitArea, light.Beyond(200.0, 1.0).ofUnitArea);
 }
 
 }  // namespace
