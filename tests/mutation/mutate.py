@@ -108,7 +108,7 @@ def check(mutations):
     folders = ("optics", "optics/pipeline", "optics/kernels", "models/classic")
     sources = [path.relative_to(ROOT).as_posix() for folder in folders
                for path in sorted((ROOT / folder).glob("*.cpp"))]
-    sources += [f"optics/kernels/{name}.h" for name in ("centred", "image", "lines", "modulation",
+    sources += [f"optics/kernels/{name}.h" for name in ("centred", "dft", "image", "lines", "modulation",
                                                          "pupil", "spectrum", "vectors", "wavefront")]
     least = {source: LEAST_IN_A_FILE for source in sources + [EXPORTS, "targets/bitmap.cpp"]}
     least |= {source: LEAST_IN_A_FILE_OF_THE_PROGRAM for source in PROGRAM_FILES}
