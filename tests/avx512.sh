@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The kernels for AVX-512 on a machine that has none: Debian's kernel boots in Bochs, which emulates such a CPU, and runs
-# the tests of bits and kernels instead of a system.
+# Runs the tests of bits and kernels for AVX-512 on a machine without it. Debian's kernel boots in Bochs, which emulates
+# such a CPU, and runs these tests.
 # Usage: avx512.sh FOLDER_OF_PROGRAMS UNPACKED_KERNEL SCRATCH
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What the tests have reached, by folder; branches without those of exceptions that no test can throw.
+# Reports the coverage of the tests by folder. Branches of exceptions that no test can throw are excluded.
 # Usage: coverage.sh BUILD_FOLDER
 set -euo pipefail
 build=$1 report=$1/report

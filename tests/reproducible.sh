@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the archives from copies of the sources in two folders, from nothing, and compares them byte by byte.
+# Builds the archives from copies of the sources in two folders, and compares them byte by byte.
 # Usage: reproducible.sh SCRATCH
 set -euo pipefail
 mkdir -p "$1"

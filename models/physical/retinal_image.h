@@ -1,4 +1,4 @@
-// What the eye makes of an object plane: the exact convolution with the image of a point, in light of any spectrum.
+// Computes the retinal image of an object plane: the exact convolution with the image of a point, in any light.
 #ifndef ORVANEL_MODELS_PHYSICAL_RETINAL_IMAGE_H
 #define ORVANEL_MODELS_PHYSICAL_RETINAL_IMAGE_H
 

@@ -1,4 +1,5 @@
-// The error budget: how far the library's numbers are from those of a circular pupil without samples.
+// Defines the error budget: the allowed difference between results of the library and those of a circular pupil without
+// samples.
 //
 // The library samples the pupil at the 12,853 points of a 129 x 129 lattice that lie in a disc, each with full weight,
 // so that its edge is a staircase. What that costs is not derived but measured, over the cases named beside each

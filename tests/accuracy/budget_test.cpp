@@ -1,4 +1,4 @@
-// Holds the library to the error budget.
+// Tests that the library keeps the error budget.
 #include "tests/accuracy/budget.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Circular pupils without samples.
+// Computes closed forms for circular pupils without samples.
 #include "tests/accuracy/closed_forms.h"
 
 #include <algorithm>

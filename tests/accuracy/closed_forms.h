@@ -1,5 +1,4 @@
-// What optics says of a circular pupil without samples: closed forms, and quadrature to the last digit of a long
-// double.
+// Declares closed forms for a circular pupil without samples, and quadrature to the precision of long double.
 //
 // Pupil coordinates run to 1 at the edge; frequencies are fractions of the cut-off; places in the image are in
 // wavelengths over pupil diameters; the RMS and all wavefronts here are in waves.

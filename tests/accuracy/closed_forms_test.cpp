@@ -1,4 +1,4 @@
-// The closed forms against published values, and against each other by other ways.
+// Tests the closed forms against published values, and against other methods.
 #include "tests/accuracy/closed_forms.h"
 
 #include <gtest/gtest.h>

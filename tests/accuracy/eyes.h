@@ -1,4 +1,4 @@
-// Two published eyes, as they are and seen through smaller pupils.
+// Defines two published eyes, also with smaller pupils.
 #ifndef ORVANEL_TESTS_ACCURACY_EYES_H
 #define ORVANEL_TESTS_ACCURACY_EYES_H
 

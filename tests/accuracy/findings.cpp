@@ -1,4 +1,4 @@
-// The comparisons.
+// Computes the comparisons.
 #include "tests/accuracy/findings.h"
 
 #include <algorithm>

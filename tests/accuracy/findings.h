@@ -1,4 +1,5 @@
-// The comparisons, each one a number: the page prints them, the tests hold them to the bounds of budget.h.
+// Declares the comparisons, each with one number. The page prints them, and the tests compare them with the bounds of
+// budget.h.
 #ifndef ORVANEL_TESTS_ACCURACY_FINDINGS_H
 #define ORVANEL_TESTS_ACCURACY_FINDINGS_H
 

@@ -1,4 +1,4 @@
-// What the library makes of an eye.
+// Computes the results of the library for an eye.
 #include "tests/accuracy/sampled.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What the library makes of an eye, and the same samples summed up plainly in long double.
+// Declares the results of the library for an eye, and direct sums over the same samples in long double.
 #ifndef ORVANEL_TESTS_ACCURACY_SAMPLED_H
 #define ORVANEL_TESTS_ACCURACY_SAMPLED_H
 

@@ -1,4 +1,4 @@
-// The ways by which the comparisons read the library's results.
+// Tests how the comparisons read the results of the library.
 #include "tests/accuracy/sampled.h"
 
 #include <gtest/gtest.h>

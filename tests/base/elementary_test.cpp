@@ -1,4 +1,4 @@
-// Elementary functions against the C library's in long double, and at their special points.
+// Tests elementary functions against the C library in long double, and at their special points.
 #include "base/elementary.h"
 
 #include <gtest/gtest.h>

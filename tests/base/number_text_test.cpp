@@ -1,4 +1,4 @@
-// Numbers as text.
+// Tests the conversion between numbers and text.
 #include "base/number_text.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Reduced angles put together again.
+// Tests reduced angles by reconstructing the angle.
 #include "base/reduced_angle.h"
 
 #include <gtest/gtest.h>

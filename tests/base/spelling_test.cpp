@@ -1,4 +1,4 @@
-// Distances of words.
+// Tests the edit distance of words.
 #include "base/spelling.h"
 
 #include <gtest/gtest.h>

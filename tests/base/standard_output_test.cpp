@@ -1,4 +1,5 @@
-// Bytes reach standard output as they are, in order with what the host prints, and the host's stream stays as it was.
+// Tests that bytes reach standard output unchanged, in order with the host's output, without changing the host's
+// stream.
 #include "base/standard_output.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Quantities: their arithmetic, and that mixing units does not compile.
+// Tests the arithmetic of quantities, and that mixing units does not compile.
 #include "base/units.h"
 
 #include <gtest/gtest.h>

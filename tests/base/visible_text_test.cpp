@@ -1,4 +1,4 @@
-// Control characters made visible, and nothing else touched.
+// Tests that control characters become visible, and that other text stays unchanged.
 #include "base/visible_text.h"
 
 #include <gtest/gtest.h>

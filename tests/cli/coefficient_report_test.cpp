@@ -1,4 +1,4 @@
-// What the report on coefficients says.
+// Tests the text of the report on coefficients.
 #include "cli/coefficient_report.h"
 
 #include <gtest/gtest.h>

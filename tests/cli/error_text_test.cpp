@@ -1,4 +1,4 @@
-// The program's wording of errors has its options; the layers' own wording has none.
+// Tests that the program adds its options to errors, and that errors of the layers do not name options.
 #include "cli/error_text.h"
 
 #include <gtest/gtest.h>

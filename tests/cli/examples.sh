@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs every example of every help, as it stands there, in a folder with the files that they name.
+# Runs every example of every help text, unchanged, in a folder with the files that they name.
 # Usage: examples.sh PROGRAM ASSETS EXAMPLES PHOTOGRAPH
 set -euo pipefail
 program=$1 assets=$2 examples=$3 photograph=$4

@@ -1,4 +1,4 @@
-// What --licenses prints: our terms, and those of all that others wrote.
+// Tests that --licenses prints the terms of the program and of all third-party parts.
 #include "cli/licenses.h"
 
 #include <gtest/gtest.h>

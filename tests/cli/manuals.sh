@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Manual pages are good roff and name every option and example of the help; completion offers every option and word.
+# Tests that manual pages are valid roff with every option and example of the help, and that completion has every option
+# and word.
 # Usage: manuals.sh PROGRAM FOLDER
 set -euo pipefail
 program=$1 folder=$2

@@ -1,4 +1,4 @@
-// What is said about each plane.
+// Tests the descriptions of the planes.
 #include "cli/planes.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What the documents quote of the program's output is what it prints.
+# Tests that the documents quote the output of the program correctly.
 # Usage: quotes.sh PROGRAM SOURCE_FOLDER
 set -euo pipefail
 program=$1 source=$2

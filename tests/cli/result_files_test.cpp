@@ -1,4 +1,4 @@
-// The plan of the files.
+// Tests the list of files of a run.
 #include "cli/result_files.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Rings have names by the acuity drawn, no two alike.
+// Tests that names of rings have the acuity drawn and are unique.
 #include "cli/ring_files.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,8 @@
 #!/bin/sh
-# run_case.sh CASE PROGRAM EYES: runs CASE/command and compares; a command that ends with 77 cannot be run here, for a
-# reason that tests/guards/skips.txt has.
-# With ORVANEL_RENEW_CASES=1 it writes what it has seen into CASE instead, to be read before it is committed.
+# Runs the command of a case and compares its output, errors and exit status with the files in the case. A command that
+# exits with 77 cannot run here, for a reason in tests/guards/skips.txt. With ORVANEL_RENEW_CASES=1 it writes the
+# results into the case instead; read them before you commit.
+# Usage: run_case.sh CASE PROGRAM EYES
 set -u
 case=$1
 ORVANEL=$2

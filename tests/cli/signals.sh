@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# One SIGINT or SIGTERM ends the program while it waits for input or reads without end, and leaves no temporary files.
+# Tests that one SIGINT or SIGTERM ends the program while it waits for input or reads an endless file, without temporary
+# files left.
 # Usage: signals.sh PROGRAM EYES
 set -euo pipefail
 program=$1 eyes=$2

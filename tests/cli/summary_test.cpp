@@ -1,4 +1,4 @@
-// The summary: its numbers are those of the library.
+// Tests that the numbers of the summary are those of the library.
 #include "cli/summary.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Behaviour in a terminal: colours, none where NO_COLOR or a pipe asks for it, and a progress bar that goes away.
+# Tests the program in a terminal: colours, no colours with NO_COLOR or a pipe, and a progress bar that is removed.
 # Usage: terminal.sh PROGRAM EYES
 set -euo pipefail
 program=$1 eyes=$2

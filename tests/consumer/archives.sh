@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the archives twice, at different times, compares them byte for byte, and unpacks the .deb into SCRATCH/root.
+# Builds the archives twice at different times, compares them byte for byte, and unpacks the .deb into SCRATCH/root.
 # Usage: archives.sh BUILD_FOLDER SCRATCH
 set -euo pipefail
 build=$1 scratch=$2

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Strangers' CMake projects: the examples, and one of engine and matrix that checks itself.
+# Builds other CMake projects: the examples, and a project of engine and matrix that checks itself.
 # Usage: CC=compiler CXX=compiler cmake.sh EXAMPLES PREFIX SCRATCH
 set -euo pipefail
 examples=$1 prefix=$2 scratch=$3

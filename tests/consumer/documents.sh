@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The installed documents: what has to be there is, and every link in a page leads to a file of the prefix.
+# Tests that the installed documents are complete, and that every link in them leads to a file of the prefix.
 # Usage: documents.sh PREFIX
 set -euo pipefail
 prefix=$1

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs a build into a fresh prefix and, given a third argument, moves it there.
+# Installs a build into an empty prefix, and moves it if there is a third argument.
 # Usage: install.sh BUILD_FOLDER PREFIX [LATER_PREFIX]
 set -euo pipefail
 rm -rf "${@:2}"

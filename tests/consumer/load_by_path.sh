@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A host that has neither header nor flags of ours, and loads the library by its path at run time.
+# Builds a host without our header and flags, which loads the library by its path at run time.
 # Usage: CC=compiler load_by_path.sh PREFIX SCRATCH
 set -euo pipefail
 prefix=$1 scratch=$2

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# No installed file names a folder of the build, which is where all of these prefixes lie, too.
+# Tests that no installed file names a folder of the build. All of these prefixes are in that folder.
 # Usage: no_path_inside.sh PREFIX SOURCE_FOLDER
 set -euo pipefail
 [ -d "$1/include" ]

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A stranger's C99 project: the C example, built by nothing but what orvanel.pc says.
+# Builds another C99 project, the C example, with only the flags of orvanel.pc.
 # Usage: CC=compiler pkg_config.sh EXAMPLES PREFIX SCRATCH
 set -euo pipefail
 examples=$1 prefix=$2 scratch=$3

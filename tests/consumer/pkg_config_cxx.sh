@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Strangers' C++17 programs, built by nothing but what orvanel-optics.pc says.
+# Builds other C++17 programs with only the flags of orvanel-optics.pc.
 # Usage: CXX=compiler pkg_config_cxx.sh EXAMPLES PREFIX SCRATCH
 set -euo pipefail
 examples=$1 prefix=$2 scratch=$3

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The program runs from its prefix, needs no library of ours, and simulates an eye.
+# Tests that the program runs from its prefix, needs no library of ours, and simulates an eye.
 # Usage: program.sh PREFIX SCRATCH EYES
 set -euo pipefail
 prefix=$1 scratch=$2 eyes=$3

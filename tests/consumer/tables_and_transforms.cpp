@@ -1,5 +1,5 @@
-// What a stranger can call beside the engine: the table of terms, the general transform, the kernel of the resampling,
-// and a matrix as a number.
+// Tests further public functions from another project: the table of terms, the general transform, the kernel of
+// resampling, and a matrix as a number.
 #include <orvanel/matrix.h>
 #include <orvanel/resampling.h>
 #include <orvanel/transforms.h>

@@ -1,4 +1,4 @@
-// Whether a drawing keeps to its area.
+// Checks that a drawing stays inside its area.
 #ifndef ORVANEL_TESTS_DRAWING_BLANK_MARGIN_H
 #define ORVANEL_TESTS_DRAWING_BLANK_MARGIN_H
 

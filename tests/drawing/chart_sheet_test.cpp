@@ -1,4 +1,4 @@
-// The chart keeps to its area, and grows with its rings.
+// Tests that the chart stays inside its area and grows with its rings.
 #include "drawing/chart_sheet.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Figures and the sheet: nothing is cut off, and axes run as the planes do.
+// Tests that figures and the overview are not cut off, and that axes have the direction of the planes.
 #include "drawing/figures.h"
 
 #include <gtest/gtest.h>

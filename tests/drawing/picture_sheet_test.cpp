@@ -1,4 +1,4 @@
-// The sheet of a picture keeps to its area and shows the picture's own pixels.
+// Tests that the picture sheet stays inside its area and shows the pixels of the picture.
 #include "drawing/picture_sheet.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Heads of sheets: what they say, and that they keep to their area.
+// Tests the text of the heads of sheets, and that they stay inside their area.
 #include "drawing/sheet.h"
 
 #include <gtest/gtest.h>

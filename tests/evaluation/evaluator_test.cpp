@@ -1,4 +1,4 @@
-// The numbers of a batch are those of a simulation of the same eye.
+// Tests that the numbers of a batch are those of a simulation of the same eye.
 #include "evaluation/evaluator.h"
 
 #include <gtest/gtest.h>

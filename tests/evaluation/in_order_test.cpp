@@ -1,4 +1,4 @@
-// Order, bounds, and failures in each of the three places.
+// Tests order, bounds, and failures of each of the three functions.
 #include "evaluation/in_order.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Rings beside what was asked for.
+// Tests the comparison of drawn and requested rings.
 #include "evaluation/rings.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Results for tests: an eye with asymmetric aberrations, and others.
+// Makes results for tests: of an eye with asymmetric aberrations, and of others.
 #ifndef ORVANEL_TESTS_EVALUATION_SIMULATED_EYES_H
 #define ORVANEL_TESTS_EVALUATION_SIMULATED_EYES_H
 

@@ -1,4 +1,4 @@
-// The run through the library: every value is the one that the exports give.
+// Tests that every value of a simulation is that of the exports.
 #include "evaluation/simulation.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Which results are doubted, and which are not.
+// Tests which results give warnings.
 #include "evaluation/warnings.h"
 
 #include <gtest/gtest.h>

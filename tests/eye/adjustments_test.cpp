@@ -1,4 +1,4 @@
-// What is done to an eye, in which order.
+// Tests the adjustments of an eye and their order.
 #include "eye/adjustments.h"
 
 #include <gtest/gtest.h>

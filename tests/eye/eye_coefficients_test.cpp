@@ -1,4 +1,5 @@
-// Conversion on reading, against polynomials evaluated here from their definition, and how long stated numbers hold.
+// Tests the conversion on reading against polynomials evaluated from their definition, and when stated numbers become
+// invalid.
 #include "eye/eye_coefficients.h"
 
 #include <gtest/gtest.h>

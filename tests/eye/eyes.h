@@ -1,4 +1,4 @@
-// Eyes for tests.
+// Makes eyes for tests.
 #ifndef ORVANEL_TESTS_EYE_EYES_H
 #define ORVANEL_TESTS_EYE_EYES_H
 

@@ -1,4 +1,4 @@
-// Which inputs are doubted, and which are not.
+// Tests which eyes give warnings.
 #include "eye/plausibility.h"
 
 #include <gtest/gtest.h>

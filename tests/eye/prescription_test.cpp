@@ -1,4 +1,4 @@
-// Prescriptions from text and back, and lenses at a distance.
+// Tests reading and writing prescriptions, and lenses at a distance.
 #include "eye/prescription.h"
 
 #include <gtest/gtest.h>

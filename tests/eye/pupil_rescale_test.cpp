@@ -1,4 +1,4 @@
-// Rescaled pupils, against the polynomials themselves in long double.
+// Tests rescaled pupils against the polynomials in long double.
 #include "eye/pupil_rescale.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Refraction, against worked values and the wavefront's own curvature.
+// Tests refraction against values computed by hand and the curvature of the wavefront.
 #include "eye/refraction.h"
 
 #include <gtest/gtest.h>

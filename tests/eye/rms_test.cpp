@@ -1,4 +1,4 @@
-// Root mean squares by hand, and against the mean of the squared wavefront over the pupil.
+// Tests root mean squares against values computed by hand.
 #include "eye/rms.h"
 
 #include <gtest/gtest.h>

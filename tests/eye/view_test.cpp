@@ -1,4 +1,4 @@
-// Where nose and temple are.
+// Tests the nasal and temporal sides of the views.
 #include "eye/view.h"
 
 #include <gtest/gtest.h>

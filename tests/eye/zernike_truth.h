@@ -1,4 +1,4 @@
-// Zernike polynomials in long double from their definition, and exact integrals, for tests; shares no code with ours.
+// Computes Zernike polynomials in long double from their definition, for tests. Shares no code with the library.
 #ifndef ORVANEL_TESTS_EYE_ZERNIKE_TRUTH_H
 #define ORVANEL_TESTS_EYE_ZERNIKE_TRUTH_H
 

@@ -1,4 +1,4 @@
-// Streams of bytes from files and pipes.
+// Tests reading bytes from files and pipes.
 #include "files/input_file.h"
 
 #include <gtest/gtest.h>

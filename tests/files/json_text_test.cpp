@@ -1,4 +1,4 @@
-// JSON of any origin: what is read, what is refused, and that long and deep texts cost no more than their length.
+// Tests which JSON is read and refused, and that the cost of long and deep texts is proportional to their length.
 #include "files/json_text.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Files that are there whole or not at all.
+// Tests that a new file is complete or absent.
 #include "files/new_file.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The output folder: complete or absent, and nobody else's file touched.
+// Tests that an output folder is complete or absent, and that files of other programs stay unchanged.
 #include "files/output_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The decoder of the built-in bitmap: whatever its bytes, only they are read, and every sample is a byte of a colour.
+// Fuzzes the decoder of the built-in bitmap: it reads only its bytes, and every sample is a byte of a colour.
 #include "targets/bitmap.h"
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// The eight exports in any order, with whatever a host may hand in: every output has guards on both sides, a refused
-// call writes nothing, and what is promised of each result holds.
+// Fuzzes the eight exports in any order with any arguments. Every output has guards on both sides, a refused call
+// writes nothing, and every result has its promised properties.
 #include <unistd.h>
 
 #include <array>

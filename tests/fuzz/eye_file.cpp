@@ -1,4 +1,4 @@
-// Eye files: an eye or a message, and what is written of an eye is read as the same eye.
+// Fuzzes eye files: the result is an eye or a message, and a written eye is read back as the same eye.
 #include "files/eyes/eye_file.h"
 
 #include <cmath>

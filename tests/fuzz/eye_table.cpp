@@ -1,4 +1,4 @@
-// Tables of eyes, CSV and a JSON object a line: every row an eye or a message, and an end after all of them.
+// Fuzzes tables of eyes in CSV and NDJSON: every row is an eye or a message, and the reader ends.
 #include "files/tables/eye_table.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// A host's buffer with pages on both sides that nobody may touch.
+// Allocates a host's buffer between two inaccessible pages.
 #ifndef ORVANEL_TESTS_FUZZ_GUARDED_BUFFER_H
 #define ORVANEL_TESTS_FUZZ_GUARDED_BUFFER_H
 

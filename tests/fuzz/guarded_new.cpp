@@ -1,5 +1,5 @@
-// Aligned allocations between guard pages. The kernels are not instrumented in the fuzzer's build, so that these pages
-// are what stops them; and a fresh engine for each input would otherwise spend its time in page faults.
+// Implements aligned allocations between guard pages. Kernels are not instrumented in the fuzzing build, so only these
+// pages detect their errors. Blocks are reused, since a new engine for each input would spend its time in page faults.
 #include "tests/fuzz/guarded_new.h"
 
 #include <sys/mman.h>

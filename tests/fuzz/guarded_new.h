@@ -1,5 +1,5 @@
-// The engine's own planes between pages that nobody may touch: allocations with an alignment, which are those of the
-// engine, come from blocks that are mapped once and used again and again.
+// Places the planes of the engine between inaccessible pages. It replaces aligned allocations, which only the engine
+// uses, by blocks that are mapped once and reused.
 #ifndef ORVANEL_TESTS_FUZZ_GUARDED_NEW_H
 #define ORVANEL_TESTS_FUZZ_GUARDED_NEW_H
 

@@ -1,4 +1,4 @@
-// Taking a fuzzer's bytes apart: numbers from the front, until none are left.
+// Reads numbers from the bytes of a fuzzer, from the front until none are left.
 #ifndef ORVANEL_TESTS_FUZZ_INPUT_H
 #define ORVANEL_TESTS_FUZZ_INPUT_H
 

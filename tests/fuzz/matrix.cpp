@@ -1,4 +1,4 @@
-// Operations on vectors and matrices of any sizes, fitting or not: results have the promised shapes, or are neutral.
+// Fuzzes operations on vectors and matrices of any sizes: results have the promised shapes, or are neutral.
 #include "orvanel/matrix.h"
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// A file in memory, for readers that want a name.
+// Makes a file in memory, for readers that need a name.
 #ifndef ORVANEL_TESTS_FUZZ_MEMORY_FILE_H
 #define ORVANEL_TESTS_FUZZ_MEMORY_FILE_H
 

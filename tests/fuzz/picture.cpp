@@ -1,4 +1,4 @@
-// Pictures of the user's: PNG, JPEG and TIFF files become light between 0 and 1, or a message.
+// Fuzzes picture files: PNG, JPEG and TIFF give light between 0 and 1, or a message.
 #include <cstddef>
 #include <cstdint>
 #include <string>

@@ -1,4 +1,4 @@
-// Runs a fuzzing target on files and folders of inputs, without a fuzzer, so that every compiler can.
+// Runs a fuzzing target on files and folders of inputs without a fuzzer, for every compiler.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What must hold for every input: a fuzzer keeps the input that ends the program.
+// Checks properties that hold for every input. A fuzzer keeps an input that ends the program.
 #ifndef ORVANEL_TESTS_FUZZ_REQUIRE_H
 #define ORVANEL_TESTS_FUZZ_REQUIRE_H
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Feeds hostile inputs to fuzzing targets, side by side, as many at a time as there are cores. Inputs that reach something
-# new stay in FOLDER/found/TARGET, and what each run executed in FOLDER/found/runs.txt.
+# Runs fuzzing targets side by side, one for each core. Inputs with new coverage stay in FOLDER/found/TARGET;
+# FOLDER/found/runs.txt has what each run executed.
 # Usage: run.sh FOLDER SECONDS TARGET...
 set -euo pipefail
 export FUZZ_FOLDER=$1 FUZZ_SECONDS=$2 FUZZ_CORPUS

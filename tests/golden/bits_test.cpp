@@ -1,5 +1,5 @@
-// Whether any result has changed: one hash for each result of each eye, the same for every compiler, optimisation level
-// and instruction set. Says nothing about whether results are right; that is what the other tests are for.
+// Tests that no result has changed: one hash for each result of each eye, equal for every compiler, optimisation level
+// and instruction set. Other tests check whether the results are right.
 #include <gtest/gtest.h>
 
 #include <array>

@@ -1,4 +1,5 @@
-// The library against truth/truth.txt, which an independent script computed to 30 digits; truth/README.md tells how.
+// Tests the library against truth/truth.txt, which an independent script computed to 30 digits; truth/README.md
+// describes how.
 #include "tests/support/truth.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# The library computes nothing with the C library's mathematics, whose results differ between platforms, and fuses no
-# multiplication with an addition. In a library that is linked statically the names that it asks for are seen in its
-# parts alone.
+# Tests that the library calls no mathematics of the C library, whose results differ between platforms, and has no fused
+# multiply-add. Names that a static library needs are visible only in its parts.
 # Usage: arithmetic.sh OBJDUMP NM LIBRARY STATIC_LIBRARY...
 set -euo pipefail
 objdump=$1 nm=$2 library=$3

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# docs/benchmarks.md shows the tables of a kept run, all of one, and the README its microseconds.
+# Tests that docs/benchmarks.md shows the tables of one kept run, and the README its microseconds.
 # Usage: benchmarks_quoted.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"

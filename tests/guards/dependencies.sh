@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The library needs the C++ standard library and nothing else.
+# Tests that the library needs only the C++ standard library.
 # Usage: dependencies.sh LIBRARY
 set -euo pipefail
 status=0

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# From any source file its test is one substitution away: optics/psf.cpp, tests/optics/psf_test.cpp; and guards have
-# tests that break their rule.
+# Tests that each source has a test of the same name, as optics/psf.cpp has tests/optics/psf_test.cpp, and that each
+# guard has a test that breaks its rule.
 # Usage: every_source_has_a_test.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"

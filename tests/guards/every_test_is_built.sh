@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Every file of tests holds a test and is built.
+# Tests that every test file contains a test and is built.
 # Usage: every_test_is_built.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The library exports the eight functions of its header and nothing else.
+# Tests that the library exports exactly the eight functions of its header.
 # Usage: exported_names.sh LIBRARY HEADER
 set -euo pipefail
 exported=$(nm -D --defined-only "$1" | awk '{print $NF}' | sort)

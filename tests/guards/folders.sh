@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A folder of sources has at most 25 files, so that a newcomer sees at once what is in it.
+# Tests that a folder of sources has at most 25 files, so that a newcomer can survey it.
 # Usage: folders.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Each public header compiles alone: the C header as C99, C++98 and C++20, the others as the C++17 that they promise and
-# the C++20 that we build with.
+# Tests that each public header compiles alone: the C header as C99, C++98 and C++20, the others as C++17, which they
+# promise, and as C++20, which we use.
 # Usage: headers_alone.sh C_COMPILER CXX_COMPILER INCLUDE_FOLDER
 set -euo pipefail
 cc=$1 cxx=$2 include=$3

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What is compiled for one instruction set includes nothing of the C++ library, whose functions would then be compiled
-# for it too, and kept by the linker for everybody.
+# Tests that code for one instruction set includes nothing of the C++ library. Otherwise its functions would be compiled
+# for that instruction set, and the linker could keep them for all callers.
 # Usage: kernel_includes.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"

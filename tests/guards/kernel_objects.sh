@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Kernels compiled for one instruction set leave nothing that others could run: no name but their table's, nothing weak
-# that the linker might keep for everybody, nothing that runs before main. And they fuse no multiplication with an
-# addition; those of the baseline use no wide registers.
+# Tests that the objects of kernels define only the name of their table. They have no weak symbols, which the linker
+# could keep for all callers, and run no code before main. They have no fused multiply-add, and the baseline has no wide
+# registers.
 # Usage: kernel_objects.sh OBJDUMP NM NAME TABLE OBJECT
 set -euo pipefail
 objdump=$1 nm=$2 name=$3 table=$4 object=$5

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Text has the same bytes in every checkout: .gitattributes asks for it, and no source ends its lines otherwise.
+# Tests that text has the same bytes in every checkout: .gitattributes sets line ends, and sources have no others.
 # Usage: line_ends.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The layers below the program name none of its options in their texts: the program adds them (cli/error_text.cpp).
+# Tests that messages of the layers below the program name none of its options. The program adds them
+# (cli/error_text.cpp).
 # Usage: option_names.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The program's own code calls no function of the C library whose results differ between platforms. Left out are the
-# parts that are somebody else's, which fill letters and read pictures without these functions, but have them too.
+# Tests that the program calls no functions of the C library whose results differ between platforms. Third-party code
+# that draws glyphs and reads pictures is excluded; it contains such functions but does not need them.
 # Usage: program_arithmetic.sh NM STATIC_LIBRARY...
 set -euo pipefail
 nm=$1

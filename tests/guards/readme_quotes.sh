@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Every piece of C and C++ in the README stands in an example, and every output of an example stands in the README.
+# Tests that every piece of C and C++ in the README is in an example, and every output of an example is in the README.
 # Usage: readme_quotes.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Names the tests that were skipped, with their reasons. One that skips.txt does not list fails.
+# Lists the skipped tests with their reasons. Fails for a test that skips.txt does not list.
 # Usage: skips.sh RESULTS PRESET, with RESULTS as ctest writes them by --output-junit
 set -euo pipefail
 results=$1 preset=$2

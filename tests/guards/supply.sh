@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Nothing is fetched but Debian packages, by name, in one place: the functions `need` and `unpack` of ./dev.
+# Tests that only Debian packages are fetched, by name, and only by the functions `need` and `unpack` of ./dev.
 # Usage: supply.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"

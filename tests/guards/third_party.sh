@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What is built of others' work stands in the table of THIRD-PARTY-NOTICES: the headers that were compiled in, the files
-# that were embedded, the libraries that were linked in or are loaded; and what stands there is built.
+# Tests that the table of THIRD-PARTY-NOTICES has exactly the third-party parts that are built: included headers,
+# embedded files, and libraries that are linked or loaded.
 # Usage: third_party.sh BUILD_FOLDER TABLE linux|windows OBJECT...
 #   OBJECT  the program and the libraries, whose dynamic entries are read; none where there are no such entries
 set -euo pipefail

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The Windows library imports from Windows alone, exports the eight functions of its header under their plain names and
-# nothing else, and carries its version and the star.
+# Tests that the Windows library imports only from Windows, exports exactly the eight functions of its header under
+# their plain names, and has its version and the star.
 # Usage: windows_tables.sh OBJDUMP LIBRARY HEADER
 set -euo pipefail
 status=0

@@ -1,6 +1,6 @@
-// Random sequences of calls, each from a fresh load, against a small model of what the library remembers. Every result
-// is compared, sample by sample, with what a new engine makes of the eye that the model says is held.
-// ORVANEL_SEQUENCES is how many; the first that goes wrong is printed.
+// Tests random sequences of calls, each after a new load, against a small model of the state of the library. Every
+// result is compared, sample by sample, with that of a new engine for the eye in the model. ORVANEL_SEQUENCES is the
+// number of sequences; the first that fails is printed.
 #include <gtest/gtest.h>
 
 #include <array>

@@ -1,5 +1,5 @@
-// A host that calls from several threads at once, which the manual forbids: its numbers may be wrong, but every call
-// ends.
+// Tests a host that calls from several threads at once, which the manual forbids. Its numbers may be wrong, but every
+// call returns.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-// The eight exports: what each refuses, what order of calls does, what is written and what is not.
+// Tests the eight exports: refusals, effects of the order of calls, and which outputs are written.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Hosts that do what few do: one buffer for two outputs, a thread for each call, a fork after the load.
+// Tests unusual hosts: one buffer for two outputs, a thread for each call, a fork after the load.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>

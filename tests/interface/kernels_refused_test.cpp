@@ -1,4 +1,4 @@
-// Hosts whose ORVANEL_KERNELS is empty, or names what there is not.
+// Tests hosts whose ORVANEL_KERNELS is empty or unknown.
 #include <gtest/gtest.h>
 #include <stdlib.h>
 

@@ -1,4 +1,4 @@
-// Loading and unloading, a thousand times.
+// Tests loading and unloading, a thousand times.
 #include <gtest/gtest.h>
 #ifdef _WIN32
 #include <windows.h>

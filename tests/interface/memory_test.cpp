@@ -1,5 +1,5 @@
-// Memory that runs out, at any allocation: a load, an eye and a star without memory are refused, and the next try is as
-// if nothing had happened.
+// Tests exhausted memory at any allocation. A load, an eye and a star are refused, and the next call works as if
+// nothing had happened.
 #include <gtest/gtest.h>
 #include <malloc.h>
 

@@ -1,4 +1,4 @@
-// The embedded sector star: its bytes and what is made of them.
+// Tests the embedded Siemens star (sector star): its bytes and the samples decoded from them.
 #include "interface/pattern_asset.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Determinant, minors and trace.
+// Tests determinant, minors and trace.
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// Eigenvalues against closed forms and against an independent implementation.
+// Tests eigenvalues against closed forms and against an independent implementation.
 #include <gtest/gtest.h>
 
 #include <algorithm>

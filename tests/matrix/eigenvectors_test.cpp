@@ -1,4 +1,4 @@
-// Eigenvectors by what they promise: residual, length, direction, and how many there are.
+// Tests properties of eigenvectors: residual, length, direction, and their number.
 #include <gtest/gtest.h>
 
 #include <Eigen/Dense>

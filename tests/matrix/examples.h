@@ -1,4 +1,4 @@
-// Matrices to try things on, and how to measure them.
+// Makes matrices for tests, and measures them.
 #ifndef ORVANEL_TESTS_MATRIX_EXAMPLES_H
 #define ORVANEL_TESTS_MATRIX_EXAMPLES_H
 

@@ -1,4 +1,4 @@
-// The upper Hessenberg form, and where its floor costs the similarity.
+// Tests the upper Hessenberg form, and where its floor breaks the similarity.
 #include <gtest/gtest.h>
 
 #include <cmath>

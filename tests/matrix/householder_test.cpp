@@ -1,4 +1,4 @@
-// The reflection of a row, and the tridiagonal form.
+// Tests the reflection of a row, and the tridiagonal form.
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// Eigen's eigenvalues, determinants and factors.
+// Calls the eigenvalues, determinants and factors of Eigen.
 #include "tests/matrix/independent.h"
 
 #include <Eigen/Dense>

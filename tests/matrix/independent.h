@@ -1,5 +1,5 @@
-// What an independent implementation, Eigen, computes. Its templates are compiled once, in independent.cpp: they take
-// longer than all tests of matrices.
+// Declares results of an independent implementation, Eigen. Its templates are compiled once, in independent.cpp, since
+// they compile longer than all tests of matrices.
 #ifndef ORVANEL_TESTS_MATRIX_INDEPENDENT_H
 #define ORVANEL_TESTS_MATRIX_INDEPENDENT_H
 

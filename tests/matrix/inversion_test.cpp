@@ -1,4 +1,4 @@
-// The two inverses and the limits at which they give up.
+// Tests the two inverses and the limits at which they fail.
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// Matrices: construction, value semantics, arithmetic and the order of the virtual operations.
+// Tests matrices: construction, value semantics, arithmetic and the order of the virtual operations.
 #include "orvanel/matrix.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Every message, byte for byte, with its sizes and in its order.
+// Tests every message byte for byte, with its sizes and in its order.
 #include "matrix/messages.h"
 
 #include <gtest/gtest.h>

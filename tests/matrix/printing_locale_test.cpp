@@ -1,4 +1,4 @@
-// The host's locale does not reach the library's output.
+// Tests that the locale of the host does not change the output of the library.
 #include <gtest/gtest.h>
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// Numbers look as printf's "%10.4f" shows them.
+// Tests that numbers are printed as by "%10.4f" of printf.
 #include "matrix/printing.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// One step of the plain QR iteration, and the iteration that prints itself.
+// Tests one step of the plain QR iteration, and the iteration that prints each step.
 #include <gtest/gtest.h>
 
 #include <algorithm>

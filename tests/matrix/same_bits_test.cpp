@@ -1,5 +1,5 @@
-// Every result has the same bits whatever compiler, optimisation and C library are used. Whether they are right is for
-// the other tests; a number here changes only together with a line in the change log on results.
+// Tests that every result has the same bits for every compiler, optimisation and C library. Other tests check whether
+// they are right. A number changes only together with a line about results in the change log.
 #include <gtest/gtest.h>
 
 #include <bit>

@@ -1,4 +1,4 @@
-// The orthogonal transform from a matrix to its form, in long double.
+// Computes the orthogonal transform from a matrix to its form, in long double.
 #include "tests/matrix/similarity.h"
 
 #include <Eigen/Dense>

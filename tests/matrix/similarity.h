@@ -1,4 +1,4 @@
-// Whether a Hessenberg form is similar to its matrix by an orthogonal transform.
+// Measures whether a Hessenberg form is similar to its matrix by an orthogonal transform.
 #ifndef ORVANEL_TESTS_MATRIX_SIMILARITY_H
 #define ORVANEL_TESTS_MATRIX_SIMILARITY_H
 

@@ -1,4 +1,4 @@
-// Which slot of its class's table a virtual operation has.
+// Finds the slot of a virtual operation in the table of its class.
 #ifndef ORVANEL_TESTS_MATRIX_SLOTS_H
 #define ORVANEL_TESTS_MATRIX_SLOTS_H
 

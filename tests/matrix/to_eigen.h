@@ -1,4 +1,4 @@
-// A matrix as one of Eigen's.
+// Converts a matrix to one of Eigen.
 #ifndef ORVANEL_TESTS_MATRIX_TO_EIGEN_H
 #define ORVANEL_TESTS_MATRIX_TO_EIGEN_H
 

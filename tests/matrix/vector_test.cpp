@@ -1,4 +1,4 @@
-// Vectors: construction, value semantics, arithmetic and the order of the virtual operations.
+// Tests vectors: construction, value semantics, arithmetic and the order of the virtual operations.
 #include <gtest/gtest.h>
 
 #include <limits>

@@ -1,4 +1,4 @@
-// Names, columns and needs of the metrics.
+// Tests names, columns and needs of the metrics.
 #include "metrics/metrics.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The model's searches are the engine's, end, and leave nothing behind.
+// Tests that the searches of the model are those of the engine, end, and do not change later results.
 #include <gtest/gtest.h>
 
 #include <array>

@@ -1,4 +1,4 @@
-// Each result has the engine's bits, with any other needs beside it.
+// Tests that each result has the bits of the engine, with any other needs.
 #include "models/classic_model.h"
 
 #include <gtest/gtest.h>

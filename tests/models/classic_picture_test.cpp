@@ -1,4 +1,4 @@
-// What an eye makes of a picture.
+// Tests the retinal images of pictures.
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// Every method of every model has a name of its own, and its measure has a text.
+// Tests that every method of every model has a unique name, and its measure a text.
 #include "models/focus.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Models are made by their kind.
+// Tests creating models by their kind.
 #include "models/model.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The sampling by pupil, bit by bit what the engine's results have.
+// Tests that the sampling by pupil has the bits of the results of the engine.
 #include "models/sampling.h"
 
 #include <gtest/gtest.h>

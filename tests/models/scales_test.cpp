@@ -1,4 +1,4 @@
-// The two scales, against numbers worked out by hand.
+// Tests the two scales against numbers computed by hand.
 #include "models/scales.h"
 
 #include <gtest/gtest.h>

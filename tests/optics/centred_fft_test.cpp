@@ -1,4 +1,4 @@
-// The centred transform: direct sums around the centre, its steps to the bit, closed forms.
+// Tests the centred transform: direct sums around the centre, its steps to the bit, closed forms.
 #include <gtest/gtest.h>
 
 #include <cmath>

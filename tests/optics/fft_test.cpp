@@ -1,4 +1,4 @@
-// The general transform and the power spectrum: direct sums, identities, and what bad arguments do.
+// Tests the general transform and the power spectrum: direct sums, identities, and invalid arguments.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Ownership and layout of planes.
+// Tests ownership and layout of planes.
 #include "orvanel/grid_plane.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The MTF between its samples, against sums in long double, closed forms, and the sections.
+// Tests the MTF between its samples against sums in long double, closed forms and the sections.
 #include "orvanel/line_spread.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Sections of an MTF, and the MTF of a perfect pupil.
+// Tests the sections of an MTF, and the MTF of a perfect pupil.
 #include "optics/mtf.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Pipelines with memory of their own, for tests without an engine.
+// Makes pipelines with memory, for tests without an engine.
 #ifndef ORVANEL_TESTS_OPTICS_PIPELINES_H
 #define ORVANEL_TESTS_OPTICS_PIPELINES_H
 

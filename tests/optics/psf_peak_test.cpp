@@ -1,4 +1,4 @@
-// The highest place of the PSF, against closed forms and sums over the pupil in long double.
+// Tests the peak of the PSF against closed forms and sums over the pupil in long double.
 #include "optics/psf_peak.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The steps from wavefront to point spread function, each by itself.
+// Tests each step from wavefront to point spread function separately.
 #include "optics/psf.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Resampling against the convolution written out.
+// Tests resampling against the convolution written out.
 #include "orvanel/resampling.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The steps from object to image, on planes of four samples.
+// Tests the steps from object to image on planes of four samples.
 #include "optics/retinal_image.h"
 
 #include <gtest/gtest.h>

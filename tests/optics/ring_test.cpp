@@ -1,4 +1,4 @@
-// The broken ring: its size, its samples, its gap.
+// Tests the Landolt ring (broken ring): its size, its samples, its gap.
 #include "optics/ring.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Memory without exceptions: alignment, counted users, and what there is not.
+// Tests memory without exceptions: alignment, counted users, and refused sizes.
 #include "optics/samples_memory.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Indices of samples, and buffers of any alignment.
+// Tests indices of samples, and buffers of any alignment.
 #include "optics/samples.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The spacing of samples: worked out by hand, the order of evaluation, and what the engine's results have.
+// Tests the spacing of samples against values computed by hand, the order of evaluation, and the results of the engine.
 #include "orvanel/sampling.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Views of planes.
+// Tests views of planes.
 #include "optics/view.h"
 
 #include <gtest/gtest.h>

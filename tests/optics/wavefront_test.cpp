@@ -1,4 +1,4 @@
-// Wavefront synthesis without kernels, the selection of terms, and the coordinates of the pupil.
+// Tests wavefront synthesis without kernels, the selection of terms, and the coordinates of the pupil.
 #include "optics/wavefront.h"
 
 #include <gtest/gtest.h>

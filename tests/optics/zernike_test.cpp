@@ -1,4 +1,4 @@
-// The 45 polynomials against the formula of factorials, and at the points where they are known by heart.
+// Tests the 45 polynomials against the formula of factorials, and at points with known values.
 #include "orvanel/zernike.h"
 
 #include <gtest/gtest.h>

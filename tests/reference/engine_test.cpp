@@ -1,4 +1,4 @@
-// The engine step by step, each from the engine's own input to that step.
+// Tests the engine step by step, each step from the engine's input to it.
 #include <gtest/gtest.h>
 #include <orvanel/optics_engine.h>
 

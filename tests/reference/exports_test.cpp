@@ -1,4 +1,4 @@
-// The exports, from coefficients to results.
+// Tests the exports, from coefficients to results, against the reference.
 #include <gtest/gtest.h>
 #include <orvanel/optics_engine.h>
 #include <orvanel/orvanel.h>

@@ -1,4 +1,4 @@
-// Broad and lopsided eyes, so that a mirrored, transposed or rotated result cannot pass for the right one.
+// Defines asymmetric eyes with many terms, so that mirrored, transposed or rotated results fail.
 #ifndef ORVANEL_TESTS_REFERENCE_EYES_H
 #define ORVANEL_TESTS_REFERENCE_EYES_H
 

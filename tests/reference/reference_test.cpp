@@ -1,4 +1,4 @@
-// The reference itself, against closed forms and values worked out by hand.
+// Tests the reference against closed forms and values computed by hand.
 #include "tests/support/reference.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What code writes to standard output.
+// Captures what code writes to standard output.
 #ifndef ORVANEL_TESTS_SUPPORT_CAPTURED_STDOUT_H
 #define ORVANEL_TESTS_SUPPORT_CAPTURED_STDOUT_H
 

@@ -1,4 +1,4 @@
-// A host that has chosen a locale with a decimal comma.
+// Sets a locale with a decimal comma, as a host may.
 #ifndef ORVANEL_TESTS_SUPPORT_COMMA_LOCALE_H
 #define ORVANEL_TESTS_SUPPORT_COMMA_LOCALE_H
 

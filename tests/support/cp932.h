@@ -1,4 +1,4 @@
-// UTF-8 text in the bytes of code page 932, by the system's own converter.
+// Converts UTF-8 text to code page 932 by the converter of the system.
 #ifndef ORVANEL_TESTS_SUPPORT_CP932_H
 #define ORVANEL_TESTS_SUPPORT_CP932_H
 

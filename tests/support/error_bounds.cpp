@@ -1,4 +1,4 @@
-// Error bounds and measured differences.
+// Computes error bounds and measured differences.
 #include "tests/support/error_bounds.h"
 
 #include <gtest/gtest.h>

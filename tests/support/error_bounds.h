@@ -1,4 +1,4 @@
-// How far the library may be from the exact result, derived step by step; and the differences measured.
+// Declares bounds of the difference between library and exact results, derived step by step, and measures differences.
 //
 // All are worst cases: errors that all point the same way, gathered in one sample. What is measured is some thousand
 // times smaller, and any misreading is larger by as much.

@@ -1,4 +1,4 @@
-// Tests that run once for each table of kernels that this CPU can run, and are named so.
+// Runs tests once for each table of kernels that this CPU supports, with the table in their names.
 #ifndef ORVANEL_TESTS_SUPPORT_EVERY_KERNEL_H
 #define ORVANEL_TESTS_SUPPORT_EVERY_KERNEL_H
 

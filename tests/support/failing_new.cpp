@@ -1,5 +1,5 @@
-// The program's own operator new takes the place of the C++ library's everywhere, and its posix_memalign that of the C
-// library's. Aligned and plain blocks alike come from one function.
+// Replaces operator new of the C++ library and posix_memalign of the C library in the whole process. Aligned and plain
+// blocks come from one function.
 #include "tests/support/failing_new.h"
 
 #include <atomic>

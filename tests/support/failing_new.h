@@ -1,5 +1,4 @@
-// Memory that runs out: operator new and posix_memalign of the whole process, also for libraries that it loads, can be
-// made to fail.
+// Makes allocations fail: operator new and posix_memalign of the whole process, also in libraries that it loads.
 #ifndef ORVANEL_TESTS_SUPPORT_FAILING_NEW_H
 #define ORVANEL_TESTS_SUPPORT_FAILING_NEW_H
 

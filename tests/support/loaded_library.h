@@ -1,4 +1,4 @@
-// The shared library as a host loads it: by name, at run time, again and again.
+// Loads the shared library as a host does: by name, at run time, repeatedly.
 #ifndef ORVANEL_TESTS_SUPPORT_LOADED_LIBRARY_H
 #define ORVANEL_TESTS_SUPPORT_LOADED_LIBRARY_H
 

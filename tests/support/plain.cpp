@@ -1,4 +1,4 @@
-// The engine's steps, one sample after the other.
+// Computes the steps of the engine, one sample after the other.
 #include "tests/support/plain.h"
 
 #include <algorithm>

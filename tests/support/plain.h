@@ -1,6 +1,6 @@
-// The engine's steps as they are meant, one sample after the other in double precision: what the kernels are compared
-// with, to the bit where a step says how its bits come about, and the plain peer of the benchmarks. Shares the sine and
-// cosine, and the table of Zernike polynomials, with the engine, and nothing else.
+// Declares the steps of the engine in double precision, one sample after the other. Kernels are compared with them, to
+// the bit where a step fixes its bits, and the benchmarks use them as a peer. Shares only sine, cosine and the table of
+// Zernike polynomials with the engine.
 //
 // PLANES are n x n, row-major, row 0 at the top; n is a power of two. LENGTHS are millimetres.
 #ifndef ORVANEL_TESTS_SUPPORT_PLAIN_H

@@ -1,4 +1,4 @@
-// Planes in long double and what tests ask of them.
+// Defines planes in long double, and functions on them for tests.
 #ifndef ORVANEL_TESTS_SUPPORT_PLANES_H
 #define ORVANEL_TESTS_SUPPORT_PLANES_H
 

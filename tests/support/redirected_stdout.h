@@ -1,4 +1,4 @@
-// Standard output led into a file at the file descriptor, so that it holds whichever way it is written.
+// Redirects the file descriptor of standard output to a file, for every way of writing.
 #ifndef ORVANEL_TESTS_SUPPORT_REDIRECTED_STDOUT_H
 #define ORVANEL_TESTS_SUPPORT_REDIRECTED_STDOUT_H
 

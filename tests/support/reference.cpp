@@ -1,4 +1,4 @@
-// The independent reference of the optics engine.
+// Computes the independent reference of the optics engine.
 #include "tests/support/reference.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// An independent reference of the optics engine: every step written out in long double, slowly and plainly.
+// Declares an independent reference of the optics engine: every step in long double, by direct sums.
 //
 // PLANES are n x n, row-major, row 0 at the top. LENGTHS are millimetres, frequencies cycles per degree.
 // CONSTANTS are the engine's own doubles, also where the arithmetic around them has more precision.

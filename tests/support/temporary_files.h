@@ -1,4 +1,4 @@
-// A temporary folder, and what is in its files.
+// Makes a temporary folder, and reads and writes files in it.
 #ifndef ORVANEL_TESTS_SUPPORT_TEMPORARY_FILES_H
 #define ORVANEL_TESTS_SUPPORT_TEMPORARY_FILES_H
 

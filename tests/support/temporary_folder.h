@@ -1,4 +1,4 @@
-// A folder that a test may fill and that vanishes with it.
+// Makes a folder that is removed after the test.
 #ifndef ORVANEL_TESTS_SUPPORT_TEMPORARY_FOLDER_H
 #define ORVANEL_TESTS_SUPPORT_TEMPORARY_FOLDER_H
 

@@ -1,4 +1,4 @@
-// The library against an independent script's results.
+// Compares the library with the results of an independent script.
 #include "tests/support/truth.h"
 
 #include <algorithm>

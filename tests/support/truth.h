@@ -1,4 +1,4 @@
-// The eyes of tests/golden/truth/truth.txt, and how far the library is from what it says of them.
+// Declares the eyes of tests/golden/truth/truth.txt, and the differences between library and script.
 #ifndef ORVANEL_TESTS_SUPPORT_TRUTH_H
 #define ORVANEL_TESTS_SUPPORT_TRUTH_H
 

@@ -1,4 +1,4 @@
-// Distance between a double and a more exact value, in units in the last place.
+// Measures the distance between a double and a more exact value in units in the last place.
 #ifndef ORVANEL_TESTS_SUPPORT_ULPS_H
 #define ORVANEL_TESTS_SUPPORT_ULPS_H
 

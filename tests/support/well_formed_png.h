@@ -1,4 +1,4 @@
-// What libpng, where the tests have it, finds wrong with a PNG file: it checks order, sums and lengths of the chunks.
+// Checks a PNG file by libpng, if it is available: order, checksums and lengths of the chunks.
 #ifndef ORVANEL_TESTS_SUPPORT_WELL_FORMED_PNG_H
 #define ORVANEL_TESTS_SUPPORT_WELL_FORMED_PNG_H
 

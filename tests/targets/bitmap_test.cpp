@@ -1,4 +1,4 @@
-// Decoding of bitmaps whose pixels and colours are asymmetric.
+// Tests decoding bitmaps with asymmetric pixels and colours.
 #include "targets/bitmap.h"
 
 #include <gtest/gtest.h>

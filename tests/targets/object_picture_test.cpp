@@ -1,4 +1,4 @@
-// Pictures of any size on 256 x 256 samples.
+// Tests resampling pictures of any size to 256 x 256 samples.
 #include "targets/object_picture.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Overlaps of a new sample with the old ones.
+// Tests the overlaps of new and original samples.
 #include "targets/resampling.h"
 
 #include <gtest/gtest.h>

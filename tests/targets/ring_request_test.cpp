@@ -1,4 +1,4 @@
-// The words of a ring's gap.
+// Tests the words for the gap of a ring.
 #include "targets/ring_request.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The star that the program shows.
+// Tests the built-in Siemens star (sector star).
 #include "targets/sector_star.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The sRGB curve.
+// Tests the sRGB curve.
 #include "targets/srgb.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The archive for Windows, unpacked: the program makes its pictures, the host of the README prints what the README says,
-# the C example links to the import library, and no file names a folder of the build.
+# Tests the unpacked Windows archive: the program makes its pictures, the host of the README prints the output of the
+# README, and the C example links to the import library. No file names a folder of the build.
 # Usage: package.sh BUILD_TREE SOURCE_FOLDER WINE C_COMPILER SCRATCH
 set -euo pipefail
 build=$1 source=$2 wine=$3 cc=$4 scratch=$5

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The Windows program as a command of this system: line ends of one byte, names in UTF-8.
+# Runs the Windows program as a command of this system: with line ends of one byte and names in UTF-8.
 # Usage: program.sh WINE PROGRAM [ARGUMENT]...
 set -uo pipefail
 export LC_ALL=C.UTF-8

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The trace line on a redirected standard output: a newline alone ends it, where the host's own lines end as the host has
-# them, and it stands in its place among them.
+# Tests the trace line on redirected standard output: it ends with a newline, while lines of the host keep their ends,
+# and it is in its place among them.
 # Usage: trace_line.sh WINE HOST LIBRARY
 set -euo pipefail
 # The host prints 1e-5 as its C runtime does; the library prints it as C has it everywhere.

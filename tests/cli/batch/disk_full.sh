@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# A batch whose file may not grow beyond a limit: whole rows are kept, and with room it goes on to the same bytes.
+# Tests a batch whose file cannot grow beyond a limit: whole rows are kept, and with space the run continues to the same
+# bytes.
 # Usage: disk_full.sh PROGRAM MEAN COVARIANCE
 set -euo pipefail
 program=$1 mean=$2 covariance=$3

@@ -1,4 +1,4 @@
-// Eyes of tables and of lists of files, and what happens where these change.
+// Tests reading eyes from tables and lists of files, also if these change.
 #include "cli/batch/eye_source.h"
 
 #include <gtest/gtest.h>

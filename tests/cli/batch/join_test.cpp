@@ -1,4 +1,4 @@
-// Shards of small runs, joined.
+// Tests joining the shards of small runs.
 #include "cli/batch/join.h"
 
 #include <gtest/gtest.h>

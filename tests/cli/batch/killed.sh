@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# A batch that is killed at random moments, again and again: what is there are whole rows and whole files, and in the
-# end the bytes of a run that nobody killed.
+# Kills a batch at random moments, repeatedly. Rows and files are always whole, and the final bytes are those of an
+# uninterrupted run.
 # Usage: killed.sh PROGRAM MEAN COVARIANCE
 set -euo pipefail
 program=$1 mean=$2 covariance=$3

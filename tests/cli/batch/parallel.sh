@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The example with GNU parallel in docs/batch.md, as it stands there, and that it gives the bytes of a single run.
+# Runs the example with GNU parallel in docs/batch.md, and tests that it gives the bytes of a single run.
 # Usage: parallel.sh PROGRAM SOURCE_FOLDER
 set -euo pipefail
 program=$1 source=$2

@@ -1,4 +1,4 @@
-// Places that one run has at a time.
+// Tests that only one run at a time holds the lock of a place.
 #include "cli/batch/place_lock.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The line that a terminal shows.
+// Tests the line of progress in a terminal.
 #include "cli/batch/rate.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Records, written and read, and what tells two runs apart.
+// Tests writing and reading records, and comparing the settings of two runs.
 #include "cli/batch/run_record.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Rows of results for rows of eyes, whoever computes them and however often it is begun.
+// Tests the rows of results, for any number of threads, and for runs that are resumed.
 #include "cli/batch/run.h"
 
 #include <gtest/gtest.h>

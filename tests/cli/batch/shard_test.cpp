@@ -1,4 +1,4 @@
-// Every row is in one shard.
+// Tests that every row is in exactly one shard.
 #include "cli/batch/shard.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Statistics of small tables, by hand.
+// Tests statistics of small tables against values computed by hand.
 #include "cli/batch/statistics.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# A table that changes while a batch reads it: the run says so, is not complete, and no run goes on with its results.
-# One that is touched, or replaced by its like, is no other.
+# Changes a table while a batch reads it. The run reports this and is incomplete, and no run continues its results. A
+# table with a new time, or replaced by an equal one, has not changed.
 # Usage: table_changes.sh PROGRAM MEAN COVARIANCE
 set -euo pipefail
 program=$1 mean=$2 covariance=$3

@@ -1,4 +1,4 @@
-// Small tables of eyes, and runs over them.
+// Writes small tables of eyes for tests, and runs batches over them.
 #ifndef ORVANEL_TESTS_CLI_BATCH_TABLES_OF_EYES_H
 #define ORVANEL_TESTS_CLI_BATCH_TABLES_OF_EYES_H
 

@@ -1,4 +1,4 @@
-// Files cut short anywhere.
+// Tests files truncated at any byte.
 #include "cli/batch/whole_files.h"
 
 #include <gtest/gtest.h>

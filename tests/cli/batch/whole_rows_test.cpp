@@ -1,4 +1,4 @@
-// Rows, torn and whole.
+// Tests reading whole and truncated rows.
 #include "cli/batch/whole_rows.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Tables to files and to standard output.
+// Tests writing tables to files and to standard output.
 #include "cli/console/table_output.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// Small aberrations cost their variance: how the Strehl ratio falls with the square of the phase, measured with the
-// engine and the matrix library, against the variance of the same phase over the pupil's samples.
+// Tests engine and matrix library together: for small aberrations, the Strehl ratio decreases by the variance of the
+// phase over the pupil.
 #include <orvanel/matrix.h>
 #include <orvanel/optics_engine.h>
 

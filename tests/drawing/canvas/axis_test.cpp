@@ -1,4 +1,4 @@
-// Ticks at round values.
+// Tests that ticks are at round values.
 #include "drawing/canvas/axis.h"
 
 #include <gtest/gtest.h>

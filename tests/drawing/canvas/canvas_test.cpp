@@ -1,4 +1,4 @@
-// Drawing: where shapes, pictures and text come to lie.
+// Tests the positions of shapes, pictures and text.
 #include "drawing/canvas/canvas.h"
 
 #include <gtest/gtest.h>

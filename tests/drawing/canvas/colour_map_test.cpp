@@ -1,4 +1,4 @@
-// The colour maps: their ends and their even lightness.
+// Tests the ends of the colour maps and their even lightness.
 #include "drawing/canvas/colour_map.h"
 
 #include <gtest/gtest.h>

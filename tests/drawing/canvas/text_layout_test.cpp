@@ -1,4 +1,4 @@
-// Lines keep to their width and lose nothing; what the typeface does not have is found.
+// Tests that lines keep their width without losing text, and that missing glyphs are found.
 #include "drawing/canvas/text_layout.h"
 
 #include <gtest/gtest.h>

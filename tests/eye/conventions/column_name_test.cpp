@@ -1,4 +1,4 @@
-// Names of coefficients, good and bad.
+// Tests valid and invalid names of coefficients.
 #include "eye/conventions/column_name.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Conversion of coefficients, against polynomials evaluated here from their definition.
+// Tests the conversion of coefficients against polynomials evaluated from their definition.
 #include "eye/conventions/convention.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Numbers of terms against the published tables, and names.
+// Tests indices of terms against the published tables, and their names.
 #include "eye/conventions/mode.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Statements: what is missing is listed, what contradicts is refused.
+// Tests partial conventions: missing parts are listed, contradictions are refused.
 #include "eye/conventions/statement.h"
 
 #include <gtest/gtest.h>

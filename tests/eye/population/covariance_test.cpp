@@ -1,4 +1,4 @@
-// Factors that multiply to what they were made of, and matrices that are no covariances.
+// Tests that the product of the factors is the matrix, and that matrices that are not covariances are refused.
 #include "eye/population/covariance.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-// Published vectors of the generator, the quantile against the distribution, and the shape of what is drawn.
+// Tests published vectors of the generator, the quantile function against the distribution, and the distribution of the
+// numbers.
 #include "eye/population/random.h"
 
 #include <gtest/gtest.h>

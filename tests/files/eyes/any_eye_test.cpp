@@ -1,4 +1,4 @@
-// Which file is read how, and which eye of a table is meant.
+// Tests which reader a file gets, and which eye of a table is read.
 #include "files/eyes/any_eye.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Eye files: what a good one says, and that each refusal names file, key and reason.
+// Tests reading eye files, and that each refusal names file, key and reason.
 #include "files/eyes/eye_file.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Places of keys and elements.
+// Tests the places of keys and elements.
 #include "files/eyes/json_place.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The eyes that ship are read, and nothing about them is doubted.
+// Tests that the shipped eyes can be read without warnings.
 #include <gtest/gtest.h>
 
 #include "files/eyes/eye_file.h"

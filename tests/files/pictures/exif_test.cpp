@@ -1,4 +1,4 @@
-// How cameras were held.
+// Tests the orientation of pictures in EXIF data.
 #include "files/pictures/exif.h"
 
 #include <gtest/gtest.h>

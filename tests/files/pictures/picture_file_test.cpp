@@ -1,4 +1,4 @@
-// Reading of pictures: every kind that is read, and everything that is refused.
+// Tests every kind of picture that is read, and every one that is refused.
 #include "files/pictures/picture_file.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Light as pixels.
+// Tests the conversion of light to pixels.
 #include "files/pictures/picture_pixels.h"
 
 #include <gtest/gtest.h>

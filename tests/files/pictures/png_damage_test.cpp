@@ -1,4 +1,4 @@
-// Cut and damaged PNG files.
+// Tests truncated and damaged PNG files.
 #include "files/pictures/png_damage.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// PNG files: what an independent decoder reads back is what was drawn, and libpng finds nothing wrong with the file.
+// Tests that an independent decoder reads the drawn pixels of a PNG file, and that libpng finds no errors.
 #include "files/pictures/png.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// CSV files as text.
+// Tests the text of CSV files of planes.
 #include "files/planes/csv.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The table of formats.
+// Tests the table of formats.
 #include "files/planes/format.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Stacks of planes: what shows from outside. read_back.py tests the rest.
+// Tests stacks of planes from outside. read_back.py tests their contents.
 #include "files/planes/hdf5_stack.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// HDF5 files: what shows from outside. read_back.py tests the rest.
+// Tests HDF5 files from outside. read_back.py tests their contents.
 #include "files/planes/hdf5.h"
 
 #include <gtest/gtest.h>

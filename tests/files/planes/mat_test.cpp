@@ -1,4 +1,4 @@
-// MAT files: what shows without decompressing them. read_back.py tests the rest.
+// Tests the parts of MAT files that are not compressed. read_back.py tests their contents.
 #include "files/planes/mat.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// NPY files byte by byte.
+// Tests NPY files byte by byte.
 #include "files/planes/npy.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// A small eye's worth of planes for the tests of formats.
+// Makes a small set of planes for the tests of formats.
 #ifndef ORVANEL_TESTS_FILES_PLANES_PLANE_SETS_H
 #define ORVANEL_TESTS_FILES_PLANES_PLANE_SETS_H
 

@@ -1,4 +1,4 @@
-// 16-bit PNG files, read by a decoder that is not ours.
+// Tests 16-bit PNG files with an independent decoder.
 #include "files/planes/png16.h"
 
 #include <gtest/gtest.h>

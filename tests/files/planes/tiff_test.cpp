@@ -1,4 +1,4 @@
-// TIFF files: their tags one by one, without the library that wrote them.
+// Tests TIFF files tag by tag, without the library that wrote them.
 #include "files/planes/tiff.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Squares of numbers with names.
+// Tests reading covariance tables.
 #include "files/tables/covariance_table.h"
 
 #include <gtest/gtest.h>

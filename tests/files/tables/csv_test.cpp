@@ -1,4 +1,4 @@
-// The reader of tables: what RFC 4180 allows, what spreadsheets make of it, and where it says that something is wrong.
+// Tests the CSV reader: RFC 4180, the variants of spreadsheets, and the places of errors.
 #include "files/tables/csv.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Eyes of tables: what each column means, and what is refused.
+// Tests how the columns of a table of eyes are read, and what is refused.
 #include "files/tables/eye_table.h"
 
 #include <gtest/gtest.h>

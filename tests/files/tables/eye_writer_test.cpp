@@ -1,4 +1,4 @@
-// Rows of eyes: what is written is read back the same.
+// Tests that written rows of eyes are read back unchanged.
 #include "files/tables/eye_writer.h"
 
 #include <gtest/gtest.h>

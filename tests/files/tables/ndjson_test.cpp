@@ -1,4 +1,4 @@
-// Tables of one JSON object a line.
+// Tests tables with one JSON object in each line.
 #include "files/tables/ndjson.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Libraries of the size of real ones, with one instruction or one call too many.
+# Tests the guard with libraries of realistic size that have one forbidden instruction or call.
 # Usage: arithmetic.sh CC OBJDUMP NM
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Two documents that show a kept run, which has changed.
+# Tests the guard with two documents whose kept run has changed.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

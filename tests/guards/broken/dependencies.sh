@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A library that needs the C library, and one that needs another.
+# Tests the guard with a library that needs the C library, and one that needs another library.
 # Usage: dependencies.sh CC
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"

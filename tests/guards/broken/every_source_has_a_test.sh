@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The sources' own names, without what stands in them, and one test or source that is missing.
+# Tests the guard with empty files of the names of all sources, and one missing test or source.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 # shellcheck disable=SC2154

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A tree with one test, which is emptied, or left out of the build.
+# Tests the guard with a tree whose test is empty or missing from the build.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

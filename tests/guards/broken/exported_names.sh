@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A library of eight functions, with one more, one fewer, and a header that declares others.
+# Tests the guard with libraries of seven, eight and nine functions, and a header that declares others.
 # Usage: exported_names.sh CC
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A folder with as many files as it may have, and with one more.
+# Tests the guard with a folder of the maximum number of files, and of one more.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 mkdir -p tree/{include,base,matrix,optics,eye,targets,models,interface,metrics,evaluation,files,drawing,cli,bench}

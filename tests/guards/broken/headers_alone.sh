@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Two headers that compile alone, and lines that need more than their language or their own includes give.
+# Tests the guard with two headers that compile alone, and with lines that need another language or a missing include.
 # Usage: headers_alone.sh CC CXX
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"

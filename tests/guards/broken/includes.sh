@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A small tree whose dependencies point one way, and ways to turn one round.
+# Tests the guard with a small tree of layers, and includes against its arrows.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Kernels that include one another and the compiler's vectors, and one that includes more.
+# Tests the guard with kernels that include kernels and compiler vectors, and one that includes more.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

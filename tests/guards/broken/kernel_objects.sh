@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# An object with a table and much code, and what would leak out of it.
+# Tests the guard with an object of a table and code, and with symbols that leak from it.
 # Usage: kernel_objects.sh CXX OBJDUMP NM
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Attributes that lack a line, and a source with carriage returns.
+# Tests the guard with attributes that lack a line, and with a source that has carriage returns.
 # Usage: line_ends.sh
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Listed mistakes whose quoted line has changed, that are too few for a source, or that are listed twice.
+# Tests the guard with mistakes whose quoted line has changed, that are listed twice, or are too few for a source.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Texts below the program that name one of its options.
+# Tests the guard with texts of lower layers that name an option of the program.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Parts of a program with one call too many.
+# Tests the guard with parts of a program that have one forbidden call.
 # Usage: program_arithmetic.sh CC NM
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sentences that are too long and words that have a plainer one, in documents, in comments, and where neither counts.
+# Tests the guard with long sentences and listed words, in documents, in comments, and in text that is not checked.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A README with one example and its output, either of which has changed.
+# Tests the guard with a README whose example or output has changed.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

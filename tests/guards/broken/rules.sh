@@ -1,5 +1,5 @@
-# What tests of guards share: a folder to work in, and what a guard has to say of what it is shown. Sourced; $guard is the
-# script beside this folder that has the test's name.
+# Defines functions for tests of guards: a folder to work in, and checks of the guard's findings. Sourced; $guard is the
+# script in the folder above that has the name of the test.
 # shellcheck shell=bash
 set -euo pipefail
 guard=$(cd "$(dirname "${BASH_SOURCE[1]}")/.." && pwd)/$(basename "${BASH_SOURCE[1]}")

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Results of tests, some of which were skipped.
+# Tests the guard with results of tests that were partly skipped.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A small tree that fetches Debian packages in ./dev alone, and ways to fetch something else.
+# Tests the guard with a small tree that fetches Debian packages only in ./dev, and with other ways to fetch.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
 

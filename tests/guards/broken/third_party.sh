@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Tables of THIRD-PARTY-NOTICES that lack what is built, or have what is not.
+# Tests the guard with tables of THIRD-PARTY-NOTICES that lack a built part or have one that is not built.
 # Usage: third_party.sh BUILD_FOLDER TABLE linux OBJECT...
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"

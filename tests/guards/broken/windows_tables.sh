@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The library that is shipped against another header, and libraries that lack something or need more.
+# Tests the guard with the shipped library and another header, and with libraries that lack a name or need more.
 # Usage: windows_tables.sh CC OBJDUMP LIBRARY HEADER
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"

@@ -1,4 +1,4 @@
-// The two walks: their steps, what they return, what they leave behind.
+// Tests the two walks: their steps, their results, and the state of the engine after them.
 #include "models/classic/best_focus.h"
 
 #include <gtest/gtest.h>

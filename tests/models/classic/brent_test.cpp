@@ -1,4 +1,4 @@
-// Maxima whose places are known.
+// Tests maxima at known places.
 #include "models/classic/brent.h"
 
 #include <gtest/gtest.h>

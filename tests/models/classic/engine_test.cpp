@@ -1,4 +1,4 @@
-// Life of an engine.
+// Tests construction, moves and destruction of engines.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,5 @@
-// What an engine keeps from one call to the next never shows: results are those of an engine that keeps nothing.
+// Tests that results that an engine keeps between calls are never visible: results are those of an engine that keeps
+// nothing.
 #include <gtest/gtest.h>
 
 #include <algorithm>

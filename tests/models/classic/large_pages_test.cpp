@@ -1,4 +1,4 @@
-// Memory that lies in large pages.
+// Tests memory in large pages.
 #include "models/classic/large_pages.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Planes that are written when somebody looks: what is read is what the engine last put there, whoever read before.
+// Tests lazily computed planes: a host always reads the last results of the engine, whatever was read before.
 #include "orvanel/lazy_plane.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// Engines are independent values: what one thread computes does not depend on what others do. Also run under the
-// thread sanitizer.
+// Tests that engines are independent: results of one thread do not depend on other threads. Also run under the thread
+// sanitizer.
 #include <gtest/gtest.h>
 
 #include <array>

@@ -1,4 +1,4 @@
-// What engines allocate, and when. A program of its own: it counts every allocation.
+// Tests what engines allocate, and when. It is a separate program, since it counts every allocation.
 #include <gtest/gtest.h>
 
 #include <array>

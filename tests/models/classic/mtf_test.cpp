@@ -1,4 +1,4 @@
-// Modulation and phase transfer function against direct sums over the PSF, and the graph's scales.
+// Tests the modulation and phase transfer function against direct sums over the PSF, and the scales of the sections.
 #include "optics/mtf.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The practical optimiser against dense scans and known optima.
+// Tests the optimiser against dense scans and known optima.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Any picture through the eye.
+// Tests the retinal image of any picture.
 #include <gtest/gtest.h>
 
 #include <algorithm>

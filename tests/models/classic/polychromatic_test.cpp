@@ -1,4 +1,4 @@
-// The white-light PSF against its three parts.
+// Tests the white-light PSF against its three parts.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Point spread function: closed forms, identities, and what is left behind.
+// Tests the point spread function: closed forms, identities, and the state of the engine after it.
 #include "optics/psf.h"
 
 #include <gtest/gtest.h>

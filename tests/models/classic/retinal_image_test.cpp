@@ -1,4 +1,4 @@
-// Image formation with point-like objects and PSFs, whose images are known in closed form.
+// Tests images of point-like objects and PSFs, which have closed forms.
 #include "optics/retinal_image.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The ring drawn for the PSF that an engine holds, and its trace line.
+// Tests the Landolt ring (broken ring) drawn for the PSF of an engine, and its trace line.
 #include "optics/ring.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// Which way round PSF and images are: rays traced through the wavefront, prism, coma, oblique cylinder, and the rule
-// of 30.
+// Tests the orientation of PSF and images: rays traced through the wavefront, prism, coma, oblique cylinder, and the
+// rule of 30.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Wavefront synthesis: which terms count, where they lie, which way is up.
+// Tests wavefront synthesis: the terms in use, their positions, and the direction of y.
 #include <gtest/gtest.h>
 
 #include <algorithm>

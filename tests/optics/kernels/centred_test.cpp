@@ -1,4 +1,4 @@
-// The centred transform against its steps taken one sample after the other.
+// Tests the centred transform against its steps for one sample after the other.
 #include <gtest/gtest.h>
 
 #include <utility>

@@ -1,4 +1,4 @@
-// Choosing kernels, and refusing to.
+// Tests choosing and refusing kernels.
 #include "optics/kernels/dispatch.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-// General transforms, half spectra and images against plain ones; short ways against long ones to the bit.
+// Tests general transforms, half spectra and images against plain ones, and fused forms against separate steps to the
+// bit.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// Modulation and phase from a half spectrum: the plain formulas on every sample, their mirrored halves, and the
-// quotient and the angle they are made of.
+// Tests modulation and phase from a half spectrum: the plain formulas on every sample, mirrored halves, and their
+// quotient and angle.
 #include <gtest/gtest.h>
 
 #include <algorithm>

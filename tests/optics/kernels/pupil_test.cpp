@@ -1,4 +1,5 @@
-// From the wavefront to the intensity: sine and cosine, pupils anywhere in the plane, what is not a number.
+// Tests the step from wavefront to intensity: sine and cosine, pupils at any position, and samples that are not a
+// number.
 #include <gtest/gtest.h>
 #ifdef _WIN32
 #include <quadmath.h>

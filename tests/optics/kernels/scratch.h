@@ -1,4 +1,4 @@
-// Scratch memory for tests that call kernels without an engine.
+// Provides scratch memory for tests that call kernels without an engine.
 #ifndef ORVANEL_TESTS_OPTICS_KERNELS_SCRATCH_H
 #define ORVANEL_TESTS_OPTICS_KERNELS_SCRATCH_H
 

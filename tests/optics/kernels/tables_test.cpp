@@ -1,4 +1,4 @@
-// The constants of the transforms.
+// Tests the constants of the transforms.
 #include "optics/kernels/tables.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// The parts that kernels are made of, compiled as the tests are: what has no table is tested through these. That all
-// tables have their bits is for variant_test.cpp to show.
+// Compiles the parts of the kernels with the flags of the tests. Parts that are not in a table are tested through
+// these; variant_test.cpp tests that all tables have their bits.
 #ifndef ORVANEL_TESTS_OPTICS_KERNELS_UNDER_TEST_H
 #define ORVANEL_TESTS_OPTICS_KERNELS_UNDER_TEST_H
 

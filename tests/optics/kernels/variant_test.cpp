@@ -1,4 +1,4 @@
-// Every table of kernels gives the bits of the plainest, whatever it is given.
+// Tests that every table of kernels gives the bits of the baseline for any input.
 #include <gtest/gtest.h>
 
 #include <algorithm>

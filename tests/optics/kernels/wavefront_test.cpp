@@ -1,4 +1,4 @@
-// The synthesis by quadrants against the synthesis sample by sample.
+// Tests the synthesis by quadrants against the synthesis sample by sample.
 #include <gtest/gtest.h>
 
 #include <array>

@@ -1,4 +1,4 @@
-// The kernel pipeline holds its PSF and both transfer functions through every other operation.
+// Tests that the kernel pipeline keeps its PSF and both transfer functions during every other operation.
 #include "optics/pipeline/kernel_pipeline.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Both pipelines on the 256 grid give the same results to rounding, whatever they fuse.
+// Tests that both pipelines on the 256 grid give the same results to rounding.
 #include "optics/pipeline/pipeline.h"
 
 #include <gtest/gtest.h>

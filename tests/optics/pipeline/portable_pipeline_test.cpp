@@ -1,4 +1,4 @@
-// The portable pipeline on grids that have no kernels.
+// Tests the portable pipeline on grids without kernels.
 #include "optics/pipeline/portable_pipeline.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Names with numbers.
+// Tests file names with numbers.
 #include "cli/batch/output/numbered_files.h"
 
 #include <gtest/gtest.h>

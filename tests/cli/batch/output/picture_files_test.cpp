@@ -1,4 +1,4 @@
-// Pictures of the eyes of a batch.
+// Tests the pictures of the eyes of a batch.
 #include "cli/batch/output/picture_files.h"
 
 #include <gtest/gtest.h>

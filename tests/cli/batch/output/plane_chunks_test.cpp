@@ -1,4 +1,4 @@
-// Chunks of planes, from runs over small tables.
+// Tests the files of planes in chunks, by runs over small tables.
 #include "cli/batch/output/plane_chunks.h"
 
 #include <gtest/gtest.h>

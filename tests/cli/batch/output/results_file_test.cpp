@@ -1,4 +1,4 @@
-// Whole rows at the end, or nothing.
+// Tests that the file of results gets whole rows or nothing.
 #include "cli/batch/output/results_file.h"
 
 #include <gtest/gtest.h>
