@@ -40,8 +40,7 @@ template <class Row>
 ORVANEL_INLINE void LoadPart(Row row, int columns, V Complex::*part, Complex* lines) {
   for (int c = 0; c < columns; c += kWidth) {
     V v[kWidth];
-    LoadTransposed(
-        [&](int l) __attribute__((always_inline)) { return row(l) + c; }, v);
+    LoadTransposed([&](int l) ORVANEL_INLINED { return row(l) + c; }, v);
     ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) lines[c + i].*part = v[i];
   }
 }
@@ -52,21 +51,16 @@ void PowerSpectrum(const FieldPlane& field, const LineTransform& transform, cons
   const LineBuffers buffers = BuffersOf(memory, side);
   for (int first = 0; first < field.rows; first += kWidth) {
     // Rows beyond the last are its copies, which go nowhere.
-    const auto at = [&](int l) __attribute__((always_inline)) {
+    const auto at = [&](int l) ORVANEL_INLINED {
       const int row = first + l < field.rows ? first + l : field.rows - 1;
       return static_cast<long long>(row) * field.pitch;
     };
-    LoadPart(
-        [&](int l) __attribute__((always_inline)) { return field.re + at(l); }, field.columns, &Complex::re,
-        buffers.second);
-    LoadPart(
-        [&](int l) __attribute__((always_inline)) { return field.im + at(l); }, field.columns, &Complex::im,
-        buffers.second);
+    LoadPart([&](int l) ORVANEL_INLINED { return field.re + at(l); }, field.columns, &Complex::re, buffers.second);
+    LoadPart([&](int l) ORVANEL_INLINED { return field.im + at(l); }, field.columns, &Complex::im, buffers.second);
     const Complex* const lines =
         TransformLines(transform, buffers.second, field.columns, buffers.first, buffers.second);
     for (int k = 0; k < side; k += kWidth) {
-      Transpose(
-          lines + k, PanelOf(memory.panels, k, side), [&](int l) __attribute__((always_inline)) { return first + l; });
+      Transpose(lines + k, PanelOf(memory.panels, k, side), [&](int l) ORVANEL_INLINED { return first + l; });
     }
   }
   const V scale = Splat(factor);
@@ -88,15 +82,12 @@ ORVANEL_INLINE void HalfRows(const RealPlane& plane, const LineTransform& transf
   const int side = transform.length;
   const int half = side / 2;
   for (int first = 0; first < plane.rows; first += 2 * kWidth) {
-    const auto row = [&](int r) __attribute__((always_inline)) {
+    const auto row = [&](int r) ORVANEL_INLINED {
       return r < plane.rows ? plane.samples + static_cast<long long>(r) * plane.pitch : plane.zeros;
     };
-    LoadPart(
-        [&](int l) __attribute__((always_inline)) { return row(first + 2 * l); }, plane.columns, &Complex::re,
-        buffers.second);
-    LoadPart(
-        [&](int l) __attribute__((always_inline)) { return row(first + 2 * l + 1); }, plane.columns, &Complex::im,
-        buffers.second);
+    LoadPart([&](int l) ORVANEL_INLINED { return row(first + 2 * l); }, plane.columns, &Complex::re, buffers.second);
+    LoadPart([&](int l) ORVANEL_INLINED { return row(first + 2 * l + 1); }, plane.columns, &Complex::im,
+             buffers.second);
     const Complex* const lines =
         TransformLines(transform, buffers.second, plane.columns, buffers.first, buffers.second);
     for (int q = 0; q <= half; q += kWidth) {
@@ -110,10 +101,8 @@ ORVANEL_INLINE void HalfRows(const RealPlane& plane, const LineTransform& transf
         b[i] = {(z.im + mirrored.im) * 0.5, (mirrored.re - z.re) * 0.5};
       }
       Complex* const panel = PanelOf(spectrum, q, side) + first;
-      Transpose(
-          a, panel, [&](int l) __attribute__((always_inline)) { return 2 * l; });
-      Transpose(
-          b, panel, [&](int l) __attribute__((always_inline)) { return 2 * l + 1; });
+      Transpose(a, panel, [&](int l) ORVANEL_INLINED { return 2 * l; });
+      Transpose(b, panel, [&](int l) ORVANEL_INLINED { return 2 * l + 1; });
     }
   }
 }
@@ -138,7 +127,7 @@ ORVANEL_INLINE void RowsOfHalf(const double* spectrum, const LineTransform& tran
   const int half = side / 2;
   for (int first = 0; first < wanted.rows; first += 2 * kWidth) {
     // Rows beyond the last come from anywhere and go nowhere.
-    const auto row = [&](int r) __attribute__((always_inline)) { return (wanted.firstRow + r) % side; };
+    const auto row = [&](int r) ORVANEL_INLINED { return (wanted.firstRow + r) % side; };
     int evenRow[kWidth];
     int oddRow[kWidth];
     for (int l = 0; l < kWidth; ++l) {
@@ -154,10 +143,8 @@ ORVANEL_INLINE void RowsOfHalf(const double* spectrum, const LineTransform& tran
       Complex odd[kWidth];
       ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) even[l] = panel[evenRow[l]];
       ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) odd[l] = panel[oddRow[l]];
-      Transpose(
-          even, a, [](int l) __attribute__((always_inline)) { return l; });
-      Transpose(
-          odd, b, [](int l) __attribute__((always_inline)) { return l; });
+      Transpose(even, a, [](int l) ORVANEL_INLINED { return l; });
+      Transpose(odd, b, [](int l) ORVANEL_INLINED { return l; });
       if (q == half) {
         z[half] = {a[0].im + b[0].re, a[0].re - b[0].im};
         continue;
@@ -175,8 +162,7 @@ ORVANEL_INLINE void RowsOfHalf(const double* spectrum, const LineTransform& tran
       ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) {
         block[i] = lines[column + i < side ? column + i : column + i - side];
       }
-      Transpose(
-          block, rows, [](int l) __attribute__((always_inline)) { return l; });
+      Transpose(block, rows, [](int l) ORVANEL_INLINED { return l; });
       ORVANEL_UNROLL for (int l = 0; l < kWidth; ++l) {
         double* const to = wanted.samples + static_cast<long long>(first + 2 * l) * wanted.pitch + c;
         if (first + 2 * l < wanted.rows) Store(to, rows[l].im);
