@@ -90,7 +90,8 @@ void Opening(Page& page) {
 
 This page compares the library's numbers with exact optics. The reference is a closed form, an integral with far more
 digits, or a sum in more precision. None of these shares code with the library. `./dev accuracy` computes every number of
-this page and draws every plot. The tests in `tests/accuracy/` and `tests/golden/` check every bound.
+this page and draws every plot. The tests in `tests/accuracy/` and `tests/golden/` check every bound. All of this is about
+the classic model; the last chapter is about [the physical model](#the-physical-model).
 
 )"
             << "This page was made on " << page.date << " with " << kCompiler << ", kernels `" << KernelVariant()

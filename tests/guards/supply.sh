@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Tests that only Debian packages are fetched, by name, and only by the functions `need` and `unpack` of ./dev.
+# Tests that only Debian packages are fetched, by name, and only by the functions `need` and `unpack` of ./dev. Its
+# function `peers_environment` installs the peers of a benchmark, each pinned by its hash.
 # Usage: supply.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"
@@ -15,7 +16,7 @@ files=$( { find . -name build -prune -o -name .git -prune -o -type f \( -name '*
 
 # lines_of FILE: with their numbers, but those of the functions that may fetch.
 lines_of() {
-  awk -v file="${1#./}" 'file == "dev" && /^(need|unpack)\(\) \{/ {inside = 1}
+  awk -v file="${1#./}" 'file == "dev" && /^(need|unpack|peers_environment)\(\) \{/ {inside = 1}
     !inside {print file ":" NR ":" $0}
     file == "dev" && inside && /^}/ {inside = 0}' "$1"
 }
@@ -39,4 +40,10 @@ refuse 'Python' '\burllib|\burlopen|\bhttp\.client|\bftplib|\b(import|from) +(re
 lines=$(grep -vE ':[0-9]+: *"[^"]*"[^"]*$' <<<"$lines")
 refuse 'Debian packages' \
   "$(word 'apt|apt-get|aptitude|dpkg')[^|;&]*$(word 'install|reinstall|update|upgrade|source|download|build-dep|-i|--install|--unpack')"
+# What peers_environment installs has hashes.
+peers=$(sed -n '/^peers_environment() {/,/^}/p' dev)
+if grep 'pip install' <<<"$peers" | grep -v -e '--require-hashes .*-r [$]wanted$'; then
+  echo "The line above installs something without a hash, or not from bench/peers/requirements.txt."
+  status=1
+fi
 exit $status

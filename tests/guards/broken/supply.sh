@@ -11,6 +11,9 @@ need() {
 unpack() {
   apt-get -qq download "$1"
 }
+peers_environment() {
+  build/peers/bin/pip install --require-hashes --no-deps -r $wanted
+}
 git ls-files --cached'
 put tree/tests/run.sh '#!/bin/sh
 echo \
@@ -51,6 +54,12 @@ breach tests/x.py 'import requests'
 breach tests/x.py 'subprocess.run(["git", "clone", "x"])'
 breach tests/x.py 'subprocess.run(["apt-get", "-y", "install", "x"])'
 breach Makefile '	wget x'
+cp -r tree unpinned
+sed -i 's/--require-hashes //' unpinned/dev
+breaks 'a peer without a hash' 'installs something without a hash' unpinned
+cp -r tree unlisted
+sed -i 's/-r [$]wanted/x/' unlisted/dev
+breaks 'a peer that the list lacks' 'installs something without a hash' unlisted
 mkdir bare
 breaks 'a tree without scripts' 'no scripts found' bare
 finish

@@ -453,7 +453,9 @@ def check(path):
         kind = Digits30 if one else LongDouble  # 31 wavelengths take too long in 30 digits
         # The sample nearest to the axis needs fewer nodes than the rim of the field.
         r, c, x, y = min(samples_of(eye), key=lambda s: s[2]**2 + s[3]**2)
-        truth = Truth(eye, *counts_of(eye, np.hypot(x, y)), kind)
+        radial, angular = counts_of(eye, np.hypot(x, y))
+        # A phase of cos(m angle) has harmonics of many times m.
+        truth = Truth(eye, radial, angular + 24 * max((abs(m) for n, m in eye.modes), default=0), kind)
         row, column, fx, fy = list(frequencies_of(eye))[5]
         re, im = truth.otf(fx, fy)
         zero = kind.number(0)
