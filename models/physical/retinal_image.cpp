@@ -280,16 +280,20 @@ Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surro
   t.grid.Gather(object, size.columns, size.rows, pitch, size.margin, nodes, nodePitch);
   t.far.Filter(nodes, nodePitch, t.grid.rows(), nodePitch, t.farFilter.data(),
                {nodes, nodePitch, 0, 0, t.grid.rows(), nodePitch}, workspace.transforms.memory);
-  t.grid.AddTo(nodes, nodePitch, plane, imagePitch);
-
-  // Rows without their last block's rest, which may overlap those before.
+  // By cells of the grid, while their rows are in the cache. Rows lose the rest of their last block, and so may move
+  // onto those before.
+  const std::vector<double> far = t.grid.Rows(nodes, nodePitch);
   image.outside = nearLight + t.farShare * light;
-  for (int r = 0; r < image.rows; ++r) {
-    double* const from = plane + At(r, 0, imagePitch);
-    std::fill(from + image.columns, from + imagePitch, 0.0);
-    image.outside -= SumOf(from, imagePitch);
-    double* const to = plane + At(r, 0, image.columns);
-    for (int c = 0; c < image.columns; ++c) to[c] = surround + from[c];
+  for (int first = 0; first < image.rows; first += t.grid.step()) {
+    const int count = std::min(t.grid.step(), image.rows - first);
+    t.grid.AddTo(far, first, count, plane + At(first, 0, imagePitch), imagePitch);
+    for (int r = first; r < first + count; ++r) {
+      double* const from = plane + At(r, 0, imagePitch);
+      std::fill(from + image.columns, from + imagePitch, 0.0);
+      image.outside -= SumOf(from, imagePitch);
+      double* const to = plane + At(r, 0, image.columns);
+      for (int c = 0; c < image.columns; ++c) to[c] = surround + from[c];
+    }
   }
   image.luminance.resize(At(image.rows, 0, image.columns));
   if (view == View::kRetina) {

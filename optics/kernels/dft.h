@@ -61,7 +61,7 @@ ORVANEL_INLINE void Dft16(Complex* x) {
   ORVANEL_UNROLL for (int k = 0; k < 4; ++k) Dft4(x[4 * k], x[4 * k + 1], x[4 * k + 2], x[4 * k + 3]);
 }
 
-// Two, three, five and eight samples, in place and in natural order.
+// Two, three, five, eight and nine samples, in place and in natural order.
 ORVANEL_INLINE void Dft2(Complex* x) {
   const Complex a = x[0];
   x[0] = a + x[1];
@@ -108,6 +108,26 @@ ORVANEL_INLINE void Dft8(Complex* x) {
   ORVANEL_UNROLL for (int k = 0; k < 4; ++k) {
     x[k] = even[k] + odd[k];
     x[k + 4] = even[k] - odd[k];
+  }
+}
+
+ORVANEL_INLINE void Dft9(Complex* x) {
+  constexpr double c1 = 0x1.8836fa2cf5039p-1, c2 = 0x1.63a1a7e0b738ap-3, c4 = -0x1.e11f642522d1cp-1;  // of ninths
+  constexpr double s1 = 0x1.491b7523c161dp-1, s2 = 0x1.f838b8c811c17p-1, s4 = 0x1.5e3a8748a0bf5p-2;
+  Complex y[9];
+  ORVANEL_UNROLL for (int n = 0; n < 3; ++n) {
+    Complex t[3] = {x[n], x[n + 3], x[n + 6]};
+    Dft3(t);
+    ORVANEL_UNROLL for (int k = 0; k < 3; ++k) y[3 * k + n] = t[k];
+  }
+  // Element 3 k + n turns by n k ninths.
+  y[4] = Times(y[4], Splat(c1), Splat(s1));
+  y[5] = Times(y[5], Splat(c2), Splat(s2));
+  y[7] = Times(y[7], Splat(c2), Splat(s2));
+  y[8] = Times(y[8], Splat(c4), Splat(s4));
+  ORVANEL_UNROLL for (int k = 0; k < 3; ++k) {
+    Dft3(y + 3 * k);
+    ORVANEL_UNROLL for (int j = 0; j < 3; ++j) x[k + 3 * j] = y[3 * k + j];
   }
 }
 

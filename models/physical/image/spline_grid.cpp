@@ -56,7 +56,7 @@ void SplineGrid::Gather(const double* samples, int sampleColumns, int sampleRows
   }
 }
 
-void SplineGrid::AddTo(const double* nodes, int pitch, double* plane, int planePitch) const {
+std::vector<double> SplineGrid::Rows(const double* nodes, int pitch) const {
   const int wide = WholeBlocks(columns_);
   std::vector<double> lines(At(rows(), 0, wide));  // nodes along columns
   for (int n = 0; n < rows(); ++n) {
@@ -72,10 +72,12 @@ void SplineGrid::AddTo(const double* nodes, int pitch, double* plane, int planeP
       }
     }
   }
-  for (int r = 0; r < rows_; r += step_) {
-    kernels_->addSplines(lines.data() + At(r / step_, 0, wide), wide, std::min(step_, rows_ - r), weights_.data(), wide,
-                         plane + At(r, 0, planePitch), planePitch);
-  }
+  return lines;
+}
+
+void SplineGrid::AddTo(const std::vector<double>& lines, int first, int count, double* rows, int pitch) const {
+  const int wide = WholeBlocks(columns_);
+  kernels_->addSplines(lines.data() + At(first / step_, 0, wide), wide, count, weights_.data(), wide, rows, pitch);
 }
 
 double SplineGrid::Spectrum(int k, int side) {

@@ -16,6 +16,7 @@ class SplineGrid {
 
   int columns() const { return NodesFor(columns_); }
   int rows() const { return NodesFor(rows_); }
+  int step() const { return step_; }
 
   // For each node the sum of its spline times the samples.
   //   samples  rows x columns pixels that begin `margin` pixels behind the plane's corner in both directions; those
@@ -24,8 +25,12 @@ class SplineGrid {
   void Gather(const double* samples, int sampleColumns, int sampleRows, int samplePitch, int margin, double* nodes,
               int pitch) const;
 
-  // The sum of splines with these factors, added to a plane of whole blocks of columns.
-  void AddTo(const double* nodes, int pitch, double* plane, int planePitch) const;
+  // Splines with these factors along rows of pixels: rows() x columns, in whole blocks.
+  std::vector<double> Rows(const double* nodes, int pitch) const;
+
+  // The sum of splines along columns, added to `count` rows of pixels from row `first` on; `first` is a multiple of the
+  // step, and they belong to one cell.
+  void AddTo(const std::vector<double>& lines, int first, int count, double* rows, int pitch) const;
 
   // The transform of a spline's samples at the nodes, at k / side cycles a node; dividing by it interpolates.
   static double Spectrum(int k, int side);

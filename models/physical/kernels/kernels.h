@@ -62,7 +62,7 @@ constexpr int kSpareRows =
 struct LineTransform {
   int length;  // 2^a 3^b 5^c
   int passes;
-  int radices[kMostPasses];          // 2, 3, 4, 5, 8 or 16; their product is the length
+  int radices[kMostPasses];          // 2, 3, 4, 5, 8, 9 or 16; their product is the length
   const double* turns[kMostPasses];  // cosine and sine, for each but the first group of a pass and result of its radix
 };
 

@@ -27,6 +27,7 @@ ORVANEL_INLINE void DftOf(Complex* x) {
   if constexpr (radix == 4) Dft4(x[0], x[1], x[2], x[3]);
   if constexpr (radix == 5) Dft5(x);
   if constexpr (radix == 8) Dft8(x);
+  if constexpr (radix == 9) Dft9(x);
   if constexpr (radix == 16) Dft16<halfEmpty>(x);
 }
 
@@ -75,6 +76,8 @@ ORVANEL_INLINE Complex* TransformLines(const LineTransform& transform, Complex* 
       Pass<16, true>(from, to, length, stride, turns);
     } else if (radix == 16) {
       Pass<16, false>(from, to, length, stride, turns);
+    } else if (radix == 9) {
+      Pass<9, false>(from, to, length, stride, turns);
     } else if (radix == 8) {
       Pass<8, false>(from, to, length, stride, turns);
     } else if (radix == 5) {

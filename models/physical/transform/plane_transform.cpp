@@ -52,7 +52,7 @@ PlaneTransform::PlaneTransform(const ChordKernels& kernels, int side) : kernels_
   };
   // A half of the line that is empty saves most in the first pass, of radix 16.
   split(16);
-  for (const int radix : {5, 3}) {
+  for (const int radix : {9, 5, 3}) {
     while (rest % radix == 0) split(radix);
   }
   while (rest % 16 == 0) split(16);

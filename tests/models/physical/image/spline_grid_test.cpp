@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -55,7 +56,10 @@ TEST_P(SplineGrids, AddTheSumOfTheirSplines) {
   const SplineGrid grid(ActiveChords(), kColumns, kRows, kStep);
   const std::vector<double> nodes = reference::Noise(grid.rows() * 16, 2), before = reference::Noise(kRows * kPitch, 3);
   std::vector<double> plane = before;
-  grid.AddTo(nodes.data(), 16, plane.data(), kPitch);
+  const std::vector<double> lines = grid.Rows(nodes.data(), 16);
+  for (int first = 0; first < kRows; first += kStep) {
+    grid.AddTo(lines, first, std::min(kStep, kRows - first), plane.data() + first * kPitch, kPitch);
+  }
   for (int r = 0; r < kRows; ++r) {
     for (int c = 0; c < kColumns; ++c) {
       double sum = before[static_cast<std::size_t>(r * kPitch + c)];
