@@ -41,17 +41,12 @@ std::optional<Refusal> CheckFrequency(double frequency, std::size_t index) {
 
 // The lattice of all frequencies of one beam; its side is 0 where that is too large.
 FrequencyLattice LatticeOf(const Beam& beam, double step) {
-  FrequencyLattice lattice{4, step * CutOffs(beam)};
-  while (lattice.side < 2.0 * std::ceil(1.0 / lattice.step)) {
-    if (lattice.side == kMostFrequencies) return {0, lattice.step};
-    lattice.side *= 2;
-  }
-  return lattice;
+  const double lattice = step * CutOffs(beam), side = 2.0 * std::ceil(1.0 / lattice);
+  return {side <= kMostFrequencies ? static_cast<int>(side) : 0, lattice};
 }
 
 // Adds one beam's OTF, which is 0 beyond its lattice.
-void Add(const Beam& beam, const FrequencyLattice& lattice, const std::vector<double>& re,
-         const std::vector<double>& im, TransferFunction& sum) {
+void Add(const Beam& beam, const FrequencyLattice& lattice, const double* re, const double* im, TransferFunction& sum) {
   const auto [step, side, view] = sum.grid;
   const int half = lattice.side / 2;
   const auto isInside = [half](int k) { return k > -half && k < half; };
@@ -138,8 +133,10 @@ Outcome<TransferFunction> TransferFunctionOf(const Eye& eye, const Light& light,
                        std::vector<double>(At(grid.side, 0, grid.side))};
   for (const Beam& beam : *beams) {
     const FrequencyLattice lattice = LatticeOf(beam, grid.step);
-    std::vector<double> re(At(lattice.side, 0, lattice.side)), im(re.size());
-    if (!workspace.otf.Compute(beam.pupil, lattice, re.data(), im.data())) {
+    workspace.re.Reserve(At(lattice.side, 0, lattice.side));
+    workspace.im.Reserve(At(lattice.side, 0, lattice.side));
+    double *const re = workspace.re.data(), *const im = workspace.im.data();
+    if (!workspace.otf.Compute(beam.pupil, lattice, re, im)) {
       return Refusal{Problem::kTooSteep, 0.0, 0.0, 0.0, beam.line};
     }
     Add(beam, lattice, re, im, sum);

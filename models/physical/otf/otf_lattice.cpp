@@ -151,8 +151,11 @@ bool OtfLattice::Compute(const Pupil& pupil, const FrequencyLattice& frequencies
   const double* const autocorrelation = m.spectrum.data();
   const double total = autocorrelation[transform.At(0, 0)] * m.correction[0];
   const int half = m.side / 2, middle = side / 2, columns = half + 1;
-  std::fill_n(re, At(side, 0, side), 0.0);
-  std::fill_n(im, At(side, 0, side), 0.0);
+  if (half < middle) {
+    // Frequencies beyond the transform.
+    std::fill_n(re, At(side, 0, side), 0.0);
+    std::fill_n(im, At(side, 0, side), 0.0);
+  }
   const int farthest = std::min(half, middle);
   for (int down = -farthest; down <= farthest; ++down) {
     const int row = down < 0 ? down + m.side : down;

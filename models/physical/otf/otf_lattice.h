@@ -11,7 +11,7 @@ namespace orvanel::physical {
 
 // Column c is the frequency (c - side/2) step along x, row r that of (side/2 - r) step along y.
 struct FrequencyLattice {
-  int side = 256;             // a power of two, at least 2 ceil(1/step)
+  int side = 256;             // even, at least 2 ceil(1/step)
   double step = 1.0 / 128.0;  // of the cut-off of the reference radius
   bool operator==(const FrequencyLattice&) const = default;
 };
