@@ -22,9 +22,9 @@ Character FirstOf(std::string_view text) {
     if ((byte(i) & 0xc0U) != 0x80U) return {0, 0};
     point = point << 6U | (byte(i) & 0x3fU);
   }
-  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+  constexpr char32_t kMin[] = {0, 0, 0x80, 0x800, 0x10000};
   const bool isSurrogate = point >= 0xd800 && point <= 0xdfff;
-  if (point < kLeast[bytes] || point > 0x10ffff || isSurrogate) return {0, 0};
+  if (point < kMin[bytes] || point > 0x10ffff || isSurrogate) return {0, 0};
   return {point, bytes};
 }
 

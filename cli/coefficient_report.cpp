@@ -22,14 +22,14 @@ std::string RightAligned(const std::string& text, std::size_t width) {
 }
 
 // Modes in the order of their numbers.
-std::vector<std::size_t> InOrder(Order order, std::size_t count) {
+std::vector<std::size_t> InOrder(IndexScheme scheme, std::size_t count) {
   std::vector<std::size_t> terms;
   for (std::size_t j = 0; j < count; ++j) {
-    if (order != Order::kFringe || FringeIndex(Term(j))) terms.push_back(j);
+    if (scheme != IndexScheme::kFringe || FringeIndex(Term(j))) terms.push_back(j);
   }
-  const auto number = [order](std::size_t j) {
-    if (order == Order::kNoll) return NollIndex(Term(j));
-    return order == Order::kFringe ? *FringeIndex(Term(j)) : j;
+  const auto number = [scheme](std::size_t j) {
+    if (scheme == IndexScheme::kNoll) return NollIndex(Term(j));
+    return scheme == IndexScheme::kFringe ? *FringeIndex(Term(j)) : j;
   };
   std::sort(terms.begin(), terms.end(), [&](std::size_t a, std::size_t b) { return number(a) < number(b); });
   return terms;
@@ -42,9 +42,9 @@ std::string TermLine(const std::string& name, const std::string& n, const std::s
 
 std::string TermLines(const Convention& convention, const Coefficients& coefficients) {
   std::string lines = TermLine("term", "n", "m", UnitText(convention), "name");
-  for (const std::size_t j : InOrder(convention.order, coefficients.size())) {
+  for (const std::size_t j : InOrder(convention.scheme, coefficients.size())) {
     const ZernikeTerm term = Term(j);
-    lines += TermLine(NameIn(convention.order, term), std::to_string(term.n), std::to_string(term.m),
+    lines += TermLine(NameIn(convention.scheme, term), std::to_string(term.n), std::to_string(term.m),
                       ShortestText(coefficients[j]), Name(term));
   }
   return lines;
@@ -88,7 +88,7 @@ std::string CoefficientReport(const Eye& eye, CylinderSign sign) {
   const Convention& convention = eye.coefficients.convention();
   const Coefficients stated = eye.coefficients.AsStated();
   // Throws if a mode has no number.
-  if (convention.order != Order::kNamed) ToList(convention.order, stated);
+  if (convention.scheme != IndexScheme::kNamed) ToList(convention.scheme, stated);
   return ReportLine("Coefficients", "over " + NumberText(eye.pupil.value(), 6) + " mm, laterality " +
                                         SideText(eye.side) + ", in " + Text(convention)) +
          TermLines(convention, stated) + RmsLines(eye.coefficients.osa()) + RefractionLines(eye, sign);

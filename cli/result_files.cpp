@@ -63,7 +63,7 @@ void AddGreyPictures(std::vector<ResultFile>& files, const std::vector<PlaneSour
 
 // Adds the user's picture in colour, with the bits of its file, or 16 if `deep`.
 void AddPicture(std::vector<ResultFile>& files, bool deep) {
-  using Channels = const std::vector<Plane>& (*)(const SeenPicture&);
+  using Channels = const std::vector<Plane>& (*)(const RetinalPicture&);
   const auto add = [&files, deep](const std::string& name, Channels channels) {
     files.push_back({name + ".png", [deep, channels](const SimulatedEye& simulated) {
                        const ObjectPicture& object = simulated.results.picture->object;
@@ -71,9 +71,9 @@ void AddPicture(std::vector<ResultFile>& files, bool deep) {
                                             deep ? 16 : object.bits);
                      }});
   };
-  add("picture_original", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.object.channels; });
-  add("picture_seen", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.seen; });
-  add("picture_contrast_kept", [](const SeenPicture& p) -> const std::vector<Plane>& { return p.contrastKept; });
+  add("picture_original", [](const RetinalPicture& p) -> const std::vector<Plane>& { return p.object.channels; });
+  add("picture_seen", [](const RetinalPicture& p) -> const std::vector<Plane>& { return p.seen; });
+  add("picture_contrast_kept", [](const RetinalPicture& p) -> const std::vector<Plane>& { return p.contrastKept; });
   files.push_back({kPictureFile, [](const SimulatedEye& simulated) { return EncodePng(DrawPictureSheet(simulated)); }});
 }
 

@@ -25,15 +25,15 @@ Json ConventionJson(const Convention& convention) {
   Json json = {{"unit", Word(convention.unit)}};
   if (convention.unit == Unit::kWaves) json["wavelength_nm"] = convention.wavelength.value();
   json["normalisation"] = Word(convention.normalisation);
-  json["order"] = Word(convention.order);
+  json["order"] = Word(convention.scheme);
   json["y_axis"] = Word(convention.yAxis);
   return json;
 }
 
 Json GivenJson(const Eye& eye) {
   const Coefficients given = eye.coefficients.AsStated();
-  const Order order = eye.coefficients.convention().order;
-  if (order != Order::kNamed) return ToList(order, given);
+  const IndexScheme scheme = eye.coefficients.convention().scheme;
+  if (scheme != IndexScheme::kNamed) return ToList(scheme, given);
   Json named = Json::object();
   for (std::size_t j = 0; j < given.size(); ++j) named[Symbol(Term(j))] = given[j];
   return named;
@@ -158,7 +158,7 @@ Json ViewsJson(const SimulatedEye& simulated) {
 }
 
 // Describes the user's picture in all formats of results.
-Json PictureJson(const SeenPicture& picture, const Scales& scales) {
+Json PictureJson(const RetinalPicture& picture, const Scales& scales) {
   const ObjectPicture& object = picture.object;
   return {{"file", object.request.file},
           {"width_pixels", object.width},
@@ -218,7 +218,7 @@ std::string MtfLines(const SimulatedEye& simulated) {
   return lines;
 }
 
-std::string PictureLines(const SeenPicture& picture, const Scales& scales) {
+std::string PictureLines(const RetinalPicture& picture, const Scales& scales) {
   const ObjectPicture& object = picture.object;
   std::string text = object.request.file + ", " + std::to_string(object.width) + " x " + std::to_string(object.height) +
                      " pixels, " + (object.channels.size() == 1 ? "grey" : "colour") + " of " +
@@ -237,7 +237,7 @@ std::vector<Fact> FactsOf(const SimulatedEye& simulated) {
   Json facts = {{"program", "orvanel " ORVANEL_VERSION}};
   Json eye = EyeJson(simulated);
   // Facts are only numbers and text: named coefficients become a list from (0,0) on, changes one line.
-  if (simulated.measured.coefficients.convention().order == Order::kNamed) {
+  if (simulated.measured.coefficients.convention().scheme == IndexScheme::kNamed) {
     eye["coefficients_as_given"] = simulated.measured.coefficients.AsStated();
   }
   std::string changes;

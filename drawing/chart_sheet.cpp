@@ -20,13 +20,13 @@ constexpr double kMargin = 60.0;
 constexpr double kLargestPanel = 512.0;
 constexpr double kCaptionHeight = 70.0;
 constexpr double kGutter = 28.0;
-constexpr double kLeastContent = 1600.0;
+constexpr double kMinContent = 1600.0;
 constexpr double kBarHeight = 84.0;
 
 // The window of a ring, with room for its blur.
 Window RingWindow(const Ring& ring) {
-  constexpr int kLeastRoom = 24;
-  return WindowFor(ring.diameter + std::max(ring.diameter / 2, kLeastRoom), ring.seen);
+  constexpr int kMinRoom = 24;
+  return WindowFor(ring.diameter + std::max(ring.diameter / 2, kMinRoom), ring.seen);
 }
 
 // The cells of the rings, and the magnification, which is the same for all rings.
@@ -39,10 +39,10 @@ struct Grid {
 };
 
 std::size_t Columns(const std::vector<ShownRing>& rings) {
-  constexpr std::size_t kMostOfOneGap = 5;
+  constexpr std::size_t kMaxOfOneGap = 5;
   const auto first = [&rings](const ShownRing& shown) { return shown.ring->diameter == rings[0].ring->diameter; };
   const auto gaps = static_cast<std::size_t>(std::count_if(rings.begin(), rings.end(), first));
-  return gaps > 1 ? gaps : std::min(rings.size(), kMostOfOneGap);
+  return gaps > 1 ? gaps : std::min(rings.size(), kMaxOfOneGap);
 }
 
 Grid GridOf(const std::vector<ShownRing>& rings) {
@@ -107,7 +107,7 @@ ColourPicture DrawChart(const SimulatedEye& simulated) {
   double content = -kGutter, below = 0.0;
   for (const double width : grid.widths) content += width + kGutter;
   for (const double height : grid.heights) below += height;
-  content = std::max(content, kLeastContent);
+  content = std::max(content, kMinContent);
 
   const SheetHead head(simulated, content);
   const Paragraph note(

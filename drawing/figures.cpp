@@ -72,7 +72,7 @@ std::string PowerOfTen(int exponent) {
 }  // namespace
 
 PlaneFigure WavefrontFigure(const Results& results, Side side) {
-  constexpr double kLeastRange = 0.05;  // um; for a flat wavefront, whose range is 0
+  constexpr double kMinRange = 0.05;  // um; for a flat wavefront, whose range is 0
   const Wavefront& wavefront = results.wavefront;
   const double pitch = results.pupil.value() / 2.0 / (ORVANEL_GRID_SIZE / 4);
   PlaneFigure figure;
@@ -85,7 +85,7 @@ PlaneFigure WavefrontFigure(const Results& results, Side side) {
   figure.y = Upwards(WindowAxis(kPupilWindow, pitch, "pupil y, up (mm)"));
   figure.view = View::kPupil;
   figure.side = side;
-  figure.high = kLeastRange;
+  figure.high = kMinRange;
   figure.values = wavefront.map;
   for (double& value : figure.values) {
     value = ToMicrometres(Millimetres(value)).value();

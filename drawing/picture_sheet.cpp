@@ -33,7 +33,7 @@ void DrawSight(Canvas& canvas, Point corner, const std::string& title, const std
   DrawView(canvas, box, 78.0, View::kPatient, simulated.eye.side);
 }
 
-std::string NoteText(const SeenPicture& picture, const Scales& scales) {
+std::string NoteText(const RetinalPicture& picture, const Scales& scales) {
   const ObjectPicture& object = picture.object;
   return std::to_string(object.width) + " \u00d7 " + std::to_string(object.height) + " pixels, " +
          std::string(Description(object.request.fit)) + ". The 256 samples span " +
@@ -48,7 +48,7 @@ std::string NoteText(const SeenPicture& picture, const Scales& scales) {
 }  // namespace
 
 ColourPicture DrawPictureSheet(const SimulatedEye& simulated) {
-  const SeenPicture& picture = *simulated.results.picture;
+  const RetinalPicture& picture = *simulated.results.picture;
   const SheetHead head(simulated, kContent);
   const Paragraph note(NoteText(picture, simulated.results.scales), {18.0, kInk}, kContent);
   const double top = head.height(), notes = top + kCaptionHeight + kPanel + kAxisHeight;

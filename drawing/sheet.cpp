@@ -107,13 +107,13 @@ HeadTexts HeadTextsOf(const SimulatedEye& simulated) {
 }
 
 SheetHead::SheetHead(const SimulatedEye& simulated, double width) : width_(width) {
-  constexpr std::size_t kMostNameLines = 2, kMostOriginLines = 3;
+  constexpr std::size_t kMaxNameLines = 2, kMaxOriginLines = 3;
   const HeadTexts texts = HeadTextsOf(simulated);
   const double nameWidth = width - kVersionWidth;
-  paragraphs_.emplace_back(texts.name, NameStyle(texts.name, nameWidth), nameWidth, kMostNameLines);
+  paragraphs_.emplace_back(texts.name, NameStyle(texts.name, nameWidth), nameWidth, kMaxNameLines);
   paragraphs_.emplace_back(texts.numbers, TextStyle{28.0, kInk}, width);
   paragraphs_.emplace_back(texts.lens, TextStyle{23.0, kInk}, width);
-  paragraphs_.emplace_back(texts.origin, TextStyle{19.0, kFaintInk}, width, kMostOriginLines);
+  paragraphs_.emplace_back(texts.origin, TextStyle{19.0, kFaintInk}, width, kMaxOriginLines);
 }
 
 double SheetHead::height() const {

@@ -39,7 +39,7 @@ class Evaluator {
   void ImageOf(PrecomputedObject object, ImageKind kind, Plane& image) { model_->ImageOf(object, kind, image); }
 
   // The same for the channels of a picture.
-  SeenPicture SeePicture(ObjectPicture object) { return model_->SeePicture(std::move(object)); }
+  RetinalPicture RetinalPictureOf(ObjectPicture object) { return model_->RetinalPictureOf(std::move(object)); }
 
   // Searches by a method of FocusMethodsOf(kind). Afterwards, evaluate an eye again before its images.
   BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) { return model_->FindBestFocus(eye, request); }

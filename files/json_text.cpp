@@ -12,7 +12,7 @@
 namespace orvanel::files {
 namespace {
 
-constexpr std::size_t kMostKeys = 2'000'000;  // each costs some 100 bytes
+constexpr std::size_t kMaxKeys = 2'000'000;  // each costs some 100 bytes
 
 // Iterates over a text and records the position.
 class Cursor {
@@ -93,7 +93,7 @@ class Builder : public nlohmann::json_sax<Json> {
     } else if (open_.size() == 1) {
       result_.keys.push_back(level.byte);
     }
-    if (++keys_ <= kMostKeys) return true;
+    if (++keys_ <= kMaxKeys) return true;
     Fault(level.byte, "has more than 2 million keys; is this a file of eyes?");
     return false;
   }

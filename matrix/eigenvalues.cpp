@@ -12,7 +12,7 @@
 namespace orvanel {
 namespace {
 
-constexpr int kMostSteps = 100;        // for one eigenvalue
+constexpr int kMaxSteps = 100;         // for one eigenvalue
 constexpr int kExceptionalEvery = 10;  // steps; a shift of another kind breaks a cycle
 
 // The input of a double shift from the trailing 2 x 2 block: its diagonal, the last element first, and the product of
@@ -153,7 +153,7 @@ bool Iterate(Matrix h, Eigenvalues& values) {
       steps = 0;
       continue;
     }
-    if (steps > kMostSteps) return false;
+    if (steps > kMaxSteps) return false;
     const bool exceptional = steps > 0 && steps % kExceptionalEvery == 0;
     const Shift shift = exceptional ? ExceptionalShift(h, last, t) : ShiftOf(h, last);
     ++steps;

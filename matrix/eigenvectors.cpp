@@ -20,7 +20,7 @@ constexpr double kResidual = 1e-10;       // largest residual of an eigenvector
 constexpr double kCluster = 1e-5;         // eigenvalues closer to each other get orthogonal vectors
 constexpr double kSmallestPivot = 1e-30;  // replaces smaller pivots: A - lambda I is singular
 constexpr double kTooLong = 1e100;        // a solution with larger elements is scaled down, far below overflow
-constexpr int kMostSteps = 100;
+constexpr int kMaxSteps = 100;
 
 double Length(const Vector& x) { return std::sqrt(x * x); }
 
@@ -140,7 +140,7 @@ double ResidualOf(const Matrix& m, const Vector& w) {
 Candidate Iterate(const Matrix& m, const Factors& factors, const std::vector<Vector>& orthogonal_to) {
   Candidate best;
   Vector w = StartVector(m.rows() / 2, orthogonal_to.size());
-  for (int step = 0; step < kMostSteps; ++step) {
+  for (int step = 0; step < kMaxSteps; ++step) {
     w = WithoutPartAlong(orthogonal_to, factors.Solve(w));
     const double residual = ResidualOf(m, w);
     const bool settled = !(residual < 0.5 * best.residual);  // or not a number

@@ -30,7 +30,7 @@ class ClassicModel : public Model {
 
   // With contrast kept, each channel keeps its total light. Otherwise three channels keep the sum of their light, so
   // that grey stays grey.
-  SeenPicture SeePicture(ObjectPicture object) override;
+  RetinalPicture RetinalPictureOf(ObjectPicture object) override;
 
   // Uses OptimiseFocus, WalkByPsf and WalkByFit of the engine.
   BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) override;

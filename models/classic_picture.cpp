@@ -28,8 +28,8 @@ std::vector<Plane> SquaredTogether(std::vector<Plane> channels, const std::vecto
 
 }  // namespace
 
-SeenPicture ClassicModel::SeePicture(ObjectPicture object) {
-  SeenPicture picture;
+RetinalPicture ClassicModel::RetinalPictureOf(ObjectPicture object) {
+  RetinalPicture picture;
   for (const Plane& channel : object.channels)
     ImageOf(channel, ImageKind::kLinear, picture.contrastKept.emplace_back());
   if (object.channels.size() == 1) {

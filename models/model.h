@@ -46,7 +46,7 @@ class Model {
   virtual PrecomputedObject Precompute(const Plane& object) = 0;
 
   // The retinal images of a picture, each channel separately, under the conditions of ImageOf.
-  virtual SeenPicture SeePicture(ObjectPicture object) = 0;
+  virtual RetinalPicture RetinalPictureOf(ObjectPicture object) = 0;
 
   // Searches the second-order terms with the best image quality. Call Compute again before computing images.
   virtual BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) = 0;

@@ -35,7 +35,7 @@ struct Ring {
 };
 
 // The user's picture and its retinal images, one plane for each channel; light, 0 to 1.
-struct SeenPicture {
+struct RetinalPicture {
   ObjectPicture object;
   std::vector<Plane> seen;          // with total light kept, as the image of the star
   std::vector<Plane> contrastKept;  // close to incoherent addition of light
@@ -56,7 +56,7 @@ struct Results {
   LineSpreads lineSpreads{};
   StarImages star;
   std::vector<Ring> rings;
-  std::optional<SeenPicture> picture;
+  std::optional<RetinalPicture> picture;
 };
 
 }  // namespace orvanel::models

@@ -54,10 +54,10 @@ ShardFiles OpenAll(const std::vector<std::string>& names) {
   std::size_t next = 0, missing = 0;
   for (std::size_t number = 1; number <= first.record.shard.of; ++number) {
     if (next == shards.size() || shards[next]->record.shard.number != number) {
-      constexpr std::size_t kMostNamed = 10;
+      constexpr std::size_t kMaxNamed = 10;
       ++missing;
-      if (missing <= kMostNamed) named += (missing == 1 ? "" : ", ") + std::to_string(number);
-      if (missing == kMostNamed + 1) named += " and more";
+      if (missing <= kMaxNamed) named += (missing == 1 ? "" : ", ") + std::to_string(number);
+      if (missing == kMaxNamed + 1) named += " and more";
       continue;
     }
     ++next;

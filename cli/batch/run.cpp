@@ -66,7 +66,7 @@ class Worker {
         columns_(ResultColumns(request).size()),
         needs_((request.planes.empty() ? Needs() : NeedsOf(request.planeKinds)) |
                (pictures ? NeedsOf(request.pictureKinds) : Needs())) {
-    if (pictures) painter_.emplace(*pictures, evaluator_, star);
+    if (pictures) pictureWriter_.emplace(*pictures, evaluator_, star);
   }
 
   Worker(const Worker&) = delete;
@@ -95,7 +95,7 @@ class Worker {
     // From here on, a failure is not an error of the eye and ends the run.
     if (row.error.empty()) {
       if (!request_.planes.empty()) row.planes = CompressedPlanes(request_.planeKinds, evaluator_.results());
-      if (painter_) painter_->Paint(row.row);
+      if (pictureWriter_) pictureWriter_->Paint(row.row);
     }
     for (const std::string& identifier : row.eye.identifiers) row.line += CsvField(identifier) + ",";
     for (std::size_t i = 0; i < columns_; ++i) row.line += (row.error.empty() ? ShortestText(values[i]) : "") + ",";
@@ -113,7 +113,7 @@ class Worker {
   std::size_t columns_;
   Needs needs_;  // beside those of the metrics
   Evaluator evaluator_;
-  std::optional<Painter> painter_;
+  std::optional<PictureWriter> pictureWriter_;
 };
 
 class Batch {
@@ -152,8 +152,8 @@ class Batch {
           [worker = std::make_shared<Worker>(request_, pictures_, star)](Rows& rows) { return (*worker)(rows); });
     }
     try {
-      constexpr std::size_t kMostOnTheirWay = 4;  // for each worker
-      InOrder<Rows, Rows>(std::move(workers), kMostOnTheirWay * request_.jobs)
+      constexpr std::size_t kMaxInFlight = 4;  // for each worker
+      InOrder<Rows, Rows>(std::move(workers), kMaxInFlight * request_.jobs)
           .Run([this](Rows& rows) { return Read(rows); }, [this](Rows& rows) { Take(rows); });
       RequireSameTable();
       if (record_.tableHash.empty()) record_.tableHash = source_.tableHash();  // a pipe

@@ -35,7 +35,7 @@ std::size_t Count(const Json& json, const char* key, std::size_t least, std::siz
   return value;
 }
 
-std::string Said(const std::string& text) { return text.empty() ? "not given" : Quoted(text); }
+std::string WordOf(const std::string& text) { return text.empty() ? "not given" : Quoted(text); }
 
 std::string Setting(const RunRecord& record, const std::string& name) {
   for (const auto& [its, text] : record.settings) {
@@ -49,7 +49,7 @@ std::string DifferenceOfSettings(const RunRecord& before, const RunRecord& now, 
     for (const auto& [name, text] : record->settings) {
       if (anyFiles && (name == kPlanesOption || name == kPicturesOption)) continue;
       const std::string was = Setting(before, name), is = Setting(now, name);
-      if (was != is) return name + " was " + Said(was) + " and is " + Said(is);
+      if (was != is) return name + " was " + WordOf(was) + " and is " + WordOf(is);
     }
   }
   return "";
@@ -111,9 +111,9 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
     for (const Json& file : json.value("eye_files", Json::array())) {
       record.eyeFiles.push_back({file.at("file"), file.at("hash")});
     }
-    record.shard.of = Count(json, "shards", 1, kMostShards);
+    record.shard.of = Count(json, "shards", 1, kMaxShards);
     record.shard.number = Count(json, "shard", 1, record.shard.of);
-    record.chunkRows = Count(json, "chunk_rows", 1, kMostChunkRows);
+    record.chunkRows = Count(json, "chunk_rows", 1, kMaxChunkRows);
     if (!json.contains("results_hash")) {
       throw OlderVersion(name + ": is of version " + record.version +
                          ", whose records cannot show whether rows were changed; start over with --force");

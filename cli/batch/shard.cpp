@@ -15,7 +15,7 @@ Shard ParseShard(std::string_view text) {
     throw Error(Quoted(text) + " is not a shard; write its number and the number of shards, as 2/8");
   }
   Shard shard;
-  shard.of = ParseCount(text.substr(slash + 1), 1, kMostShards);
+  shard.of = ParseCount(text.substr(slash + 1), 1, kMaxShards);
   shard.number = ParseCount(text.substr(0, slash), 1, shard.of);
   return shard;
 }

@@ -16,7 +16,7 @@ struct Shard {
   friend bool operator==(const Shard&, const Shard&) = default;
 };
 
-constexpr std::size_t kMostShards = 1000000, kMostChunkRows = 1000000;
+constexpr std::size_t kMaxShards = 1000000, kMaxChunkRows = 1000000;
 
 // Parses "2/8". Throws Error.
 Shard ParseShard(std::string_view text);

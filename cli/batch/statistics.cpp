@@ -14,7 +14,7 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr std::size_t kMostBytes = 100U << 20U;  // of numbers in memory at a time
+constexpr std::size_t kMaxBytes = 100U << 20U;  // of numbers in memory at a time
 
 bool IsAxis(const std::string& column) { return column.find("_axis_deg") != std::string::npos; }
 
@@ -115,7 +115,7 @@ std::string StatisticsText(const std::string& results, const std::vector<std::st
   }
   text += '\n';
   const std::size_t rows = CountRows(results);
-  const std::size_t together = std::max<std::size_t>(1, kMostBytes / (sizeof(double) * std::max<std::size_t>(1, rows)));
+  const std::size_t together = std::max<std::size_t>(1, kMaxBytes / (sizeof(double) * std::max<std::size_t>(1, rows)));
   for (std::size_t first = 0; first < chosen.size(); first += together) {
     const std::span part =
         std::span<const std::string>(chosen).subspan(first, std::min(together, chosen.size() - first));

@@ -199,7 +199,7 @@ void AddRunOptions(CLI::App& batch, BatchCommand& command) {
       ->group(kGroup);
   AddParsedOption(
       batch, "--chunk", "N", "Rows in a chunk, the unit of shards and of files of planes [64]",
-      [&request](const std::string& text) { request.record.chunkRows = ParseCount(text, 1, kMostChunkRows); })
+      [&request](const std::string& text) { request.record.chunkRows = ParseCount(text, 1, kMaxChunkRows); })
       ->group(kGroup);
 }
 

@@ -68,7 +68,7 @@ Convention Target(Convention convention, const Statement& wanted) {
     convention.wavelength = *wanted.wavelength;
   }
   if (wanted.normalisation) convention.normalisation = *wanted.normalisation;
-  if (wanted.order) convention.order = *wanted.order;
+  if (wanted.scheme) convention.scheme = *wanted.scheme;
   if (wanted.yAxis) convention.yAxis = *wanted.yAxis;
   return convention;
 }
@@ -98,7 +98,7 @@ std::string FileText(const Eye& eye, const std::string& file) {
   if (KindOf(file) == FileKind::kEyeFile) return EyeFileText(eye);
   std::vector<std::size_t> terms(eye.coefficients.osa().size());
   for (std::size_t j = 0; j < terms.size(); ++j) terms[j] = j;
-  const EyeWriter writer({"name"}, eye.coefficients.convention().order, terms, eye.referenceWavelength.has_value());
+  const EyeWriter writer({"name"}, eye.coefficients.convention().scheme, terms, eye.referenceWavelength.has_value());
   return writer.Header() + writer.Row(eye, {eye.name});
 }
 
@@ -135,13 +135,13 @@ void ConvertTable(const ConvertCommand& command) {
   EyeTable table(stream, name, TableKindOf(KindOf(command.input.file, command.input.kind)), command.input.stated,
                  command.input.table);
   PrintColumns(name, table.Summary());
-  const std::optional<Order> order = command.wanted.order ? command.wanted.order : table.CommonOrder();
-  if (!order) {
+  const std::optional<IndexScheme> scheme = command.wanted.scheme ? command.wanted.scheme : table.CommonScheme();
+  if (!scheme) {
     TableEye first;
     table.Next(first);  // throws a better message if the index scheme is missing
     throw Error(name + ": the index scheme may differ from row to row; add --to-indexing");
   }
-  const EyeWriter writer(table.identifierNames(), *order,
+  const EyeWriter writer(table.identifierNames(), *scheme,
                          TermsThatMayChange(table.Terms(), command.adjustments, command.input.table.prescription),
                          table.MayStateReference());
   TableOutput output(command.output, command.force);
@@ -187,7 +187,7 @@ void AddTargetOptions(CLI::App& app, Statement& wanted) {
   add("--to-unit", kUnitKey, "WORD", "Unit: " + WordsOf<Unit>());
   add("--to-wavelength", kWavelengthKey, "NM", "Wavelength of the unit waves");
   add("--to-normalisation", kNormalisationKey, "WORD", "Normalisation: " + WordsOf<Normalisation>());
-  add("--to-indexing,--to-order", kOrderKey, "WORD", "Index scheme: " + WordsOf<Order>());
+  add("--to-indexing,--to-order", kOrderKey, "WORD", "Index scheme: " + WordsOf<IndexScheme>());
   add("--to-y-axis", kYAxisKey, "WORD", "Where y grows: " + WordsOf<YAxis>());
 }
 

@@ -107,7 +107,7 @@ void AddStatementOptions(CLI::App& app, Statement& stated) {
   AddStatementOption(app, "--normalisation", kNormalisationKey, "WORD",
                      "Normalisation of the polynomials: " + WordsOf<Normalisation>(), stated);
   AddStatementOption(app, "--indexing,--order", kOrderKey, "WORD",
-                     "Index scheme of the coefficients: " + WordsOf<Order>(), stated);
+                     "Index scheme of the coefficients: " + WordsOf<IndexScheme>(), stated);
   AddStatementOption(app, "--y-axis", kYAxisKey, "WORD", "Where y grows: " + WordsOf<YAxis>(), stated);
   AddStatementOption(app, "--eye", kSideKey, "WORD", "Laterality, the right or left eye: " + WordsOf<Side>(), stated);
   AddStatementOption(app, "--measured-pupil", kPupilKey, "MM", "Pupil diameter of the measurement", stated);

@@ -103,14 +103,14 @@ void RunPopulation(const PopulationCommand& command) {
   const Convention& convention = mean.coefficients.convention();
   InputFile stream(command.covariance);
   const CovarianceTable covariance =
-      ReadCovariance(stream, command.covariance, convention.order, command.table.decimalComma);
+      ReadCovariance(stream, command.covariance, convention.scheme, command.table.decimalComma);
   mean.referenceWavelength = ReferenceOf(command, mean, covariance);
-  std::vector<std::size_t> terms = table.Terms(convention.order);
+  std::vector<std::size_t> terms = table.Terms(convention.scheme);
   std::sort(terms.begin(), terms.end());
   RequireMeans(command, covariance, terms);
   const CovarianceFactors factors = Factorised(command, covariance);
 
-  const EyeWriter writer({"id"}, convention.order, terms, mean.referenceWavelength.has_value());
+  const EyeWriter writer({"id"}, convention.scheme, terms, mean.referenceWavelength.has_value());
   TableOutput output(command.output, command.force);
   output.Write(writer.Header());
   std::vector<double> independent(factors.rank());

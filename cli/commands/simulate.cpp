@@ -178,7 +178,7 @@ void RunSimulate(const SimulateCommand& command) {
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
   }
-  if (object) simulated.results.picture = evaluator.SeePicture(std::move(*object));
+  if (object) simulated.results.picture = evaluator.RetinalPictureOf(std::move(*object));
   simulated.mtfAt = command.mtfAt;
   std::vector<std::string>& warnings = simulated.warnings;
   warnings = EyeWarnings(simulated.eye);

@@ -147,36 +147,36 @@ std::optional<CoefficientName> ParseCoefficientName(std::string_view text) {
               ", or rename the column if it is your own");
 }
 
-ZernikeTerm TermNamed(const CoefficientName& name, std::optional<Order> order) {
+ZernikeTerm TermNamed(const CoefficientName& name, std::optional<IndexScheme> scheme) {
   if (const auto* term = std::get_if<ZernikeTerm>(&name)) return *term;
   const std::size_t number = std::get<std::size_t>(name);
   const std::string text = Numbered(number);
-  if (!order || *order == Order::kNamed) {
+  if (!scheme || *scheme == IndexScheme::kNamed) {
     throw Error(text + " is a number without an index scheme; state it as osa, noll or fringe, or write " +
                 "the term as Z(2,0)");
   }
   std::optional<ZernikeTerm> term;
-  if (*order == Order::kOsa && number < kMostTerms) term = Term(number);
-  if (*order == Order::kNoll) term = TermOfNoll(number);
-  if (*order == Order::kFringe) term = TermOfFringe(number);
+  if (*scheme == IndexScheme::kOsa && number < kMaxTerms) term = Term(number);
+  if (*scheme == IndexScheme::kNoll) term = TermOfNoll(number);
+  if (*scheme == IndexScheme::kFringe) term = TermOfFringe(number);
   if (!term) {
-    const std::size_t first = *order == Order::kOsa ? 0 : 1;
-    const std::size_t count = *order == Order::kFringe ? kFringeTerms : kMostTerms;
-    throw Error(text + " is not in the index scheme " + std::string(Word(*order)) + ", whose numbers are " +
+    const std::size_t first = *scheme == IndexScheme::kOsa ? 0 : 1;
+    const std::size_t count = *scheme == IndexScheme::kFringe ? kFringeTerms : kMaxTerms;
+    throw Error(text + " is not in the index scheme " + std::string(Word(*scheme)) + ", whose numbers are " +
                 std::to_string(first) + " to " + std::to_string(first + count - 1));
   }
   return *term;
 }
 
-std::string NameIn(Order order, ZernikeTerm term) {
-  switch (order) {
-    case Order::kOsa:
+std::string NameIn(IndexScheme scheme, ZernikeTerm term) {
+  switch (scheme) {
+    case IndexScheme::kOsa:
       return Numbered(OsaIndex(term));
-    case Order::kNoll:
+    case IndexScheme::kNoll:
       return Numbered(NollIndex(term));
-    case Order::kFringe:
+    case IndexScheme::kFringe:
       return Numbered(FringeIndex(term).value());
-    case Order::kNamed:
+    case IndexScheme::kNamed:
       break;
   }
   return Symbol(term);

@@ -24,10 +24,10 @@ using CoefficientName = std::variant<std::size_t, ZernikeTerm>;
 std::optional<CoefficientName> ParseCoefficientName(std::string_view text);
 
 // The term of a name. Throws Error if a number needs an index scheme, or does not exist in it.
-ZernikeTerm TermNamed(const CoefficientName& name, std::optional<Order> order);
+ZernikeTerm TermNamed(const CoefficientName& name, std::optional<IndexScheme> scheme);
 
 // The name of a term in an index scheme: "Z4", "Z(2,0)". The scheme must contain the term.
-std::string NameIn(Order order, ZernikeTerm term);
+std::string NameIn(IndexScheme scheme, ZernikeTerm term);
 
 }  // namespace orvanel::eye
 

@@ -18,8 +18,10 @@ constexpr Wording<Unit> kUnits[] = {
     {Unit::kMillimetres, "mm"}, {Unit::kMicrometres, "um"}, {Unit::kNanometres, "nm"}, {Unit::kWaves, "waves"}};
 constexpr Wording<Normalisation> kNormalisations[] = {{Normalisation::kOrthonormal, "orthonormal"},
                                                       {Normalisation::kNone, "none"}};
-constexpr Wording<Order> kOrders[] = {
-    {Order::kOsa, "osa"}, {Order::kNoll, "noll"}, {Order::kFringe, "fringe"}, {Order::kNamed, "named"}};
+constexpr Wording<IndexScheme> kOrders[] = {{IndexScheme::kOsa, "osa"},
+                                            {IndexScheme::kNoll, "noll"},
+                                            {IndexScheme::kFringe, "fringe"},
+                                            {IndexScheme::kNamed, "named"}};
 constexpr Wording<YAxis> kYAxes[] = {{YAxis::kUp, "up"}, {YAxis::kDown, "down"}};
 constexpr Wording<Side> kSides[] = {{Side::kOd, "OD"}, {Side::kOs, "OS"}, {Side::kUnknown, "unknown"}};
 
@@ -35,19 +37,19 @@ constexpr Wording<Unit> kOtherUnits[] = {{Unit::kMillimetres, "millimetres"},
                                          {Unit::kNanometres, "nanometres"},
                                          {Unit::kNanometres, "nanometers"},
                                          {Unit::kWaves, "wave"}};
-constexpr Wording<Order> kOtherOrders[] = {{Order::kOsa, "ansi"}, {Order::kOsa, "osa/ansi"}};
+constexpr Wording<IndexScheme> kOtherOrders[] = {{IndexScheme::kOsa, "ansi"}, {IndexScheme::kOsa, "osa/ansi"}};
 constexpr Wording<Side> kOtherSides[] = {{Side::kOd, "r"}, {Side::kOd, "right"}, {Side::kOd, "re"},
                                          {Side::kOs, "l"}, {Side::kOs, "left"},  {Side::kOs, "le"}};
 
 constexpr std::span<const Wording<Unit>> OtherWordings(Unit) { return kOtherUnits; }
 constexpr std::span<const Wording<Normalisation>> OtherWordings(Normalisation) { return {}; }
-constexpr std::span<const Wording<Order>> OtherWordings(Order) { return kOtherOrders; }
+constexpr std::span<const Wording<IndexScheme>> OtherWordings(IndexScheme) { return kOtherOrders; }
 constexpr std::span<const Wording<YAxis>> OtherWordings(YAxis) { return {}; }
 constexpr std::span<const Wording<Side>> OtherWordings(Side) { return kOtherSides; }
 
 constexpr std::span<const Wording<Unit>> Wordings(Unit) { return kUnits; }
 constexpr std::span<const Wording<Normalisation>> Wordings(Normalisation) { return kNormalisations; }
-constexpr std::span<const Wording<Order>> Wordings(Order) { return kOrders; }
+constexpr std::span<const Wording<IndexScheme>> Wordings(IndexScheme) { return kOrders; }
 constexpr std::span<const Wording<YAxis>> Wordings(YAxis) { return kYAxes; }
 constexpr std::span<const Wording<Side>> Wordings(Side) { return kSides; }
 
@@ -65,21 +67,23 @@ double NanometresOf(const Convention& convention) {
   return convention.wavelength.value();
 }
 
-std::optional<ZernikeTerm> TermOf(Order order, std::size_t position) {
-  switch (order) {
-    case Order::kOsa:
-      return position < kMostTerms ? std::optional(Term(position)) : std::nullopt;
-    case Order::kNoll:
+std::optional<ZernikeTerm> TermOf(IndexScheme scheme, std::size_t position) {
+  switch (scheme) {
+    case IndexScheme::kOsa:
+      return position < kMaxTerms ? std::optional(Term(position)) : std::nullopt;
+    case IndexScheme::kNoll:
       return TermOfNoll(position + 1);
-    case Order::kFringe:
+    case IndexScheme::kFringe:
       return TermOfFringe(position + 1);
-    case Order::kNamed:
+    case IndexScheme::kNamed:
       break;
   }
   return std::nullopt;
 }
 
-bool HasPlace(Order order, ZernikeTerm term) { return order != Order::kFringe || FringeIndex(term).has_value(); }
+bool HasPlace(IndexScheme scheme, ZernikeTerm term) {
+  return scheme != IndexScheme::kFringe || FringeIndex(term).has_value();
+}
 
 }  // namespace
 
@@ -110,17 +114,17 @@ std::string WordsOf() {
 
 template std::string_view Word(Unit);
 template std::string_view Word(Normalisation);
-template std::string_view Word(Order);
+template std::string_view Word(IndexScheme);
 template std::string_view Word(YAxis);
 template std::string_view Word(Side);
 template std::optional<Unit> ValueOf(std::string_view);
 template std::optional<Normalisation> ValueOf(std::string_view);
-template std::optional<Order> ValueOf(std::string_view);
+template std::optional<IndexScheme> ValueOf(std::string_view);
 template std::optional<YAxis> ValueOf(std::string_view);
 template std::optional<Side> ValueOf(std::string_view);
 template std::string WordsOf<Unit>();
 template std::string WordsOf<Normalisation>();
-template std::string WordsOf<Order>();
+template std::string WordsOf<IndexScheme>();
 template std::string WordsOf<YAxis>();
 template std::string WordsOf<Side>();
 
@@ -139,15 +143,15 @@ std::string UnitText(const Convention& convention) {
 std::string Text(const Convention& convention) {
   const bool orthonormal = convention.normalisation == Normalisation::kOrthonormal;
   return UnitText(convention) + (orthonormal ? ", orthonormal" : ", not normalised") + ", index scheme " +
-         std::string(Word(convention.order)) + ", y " + std::string(Word(convention.yAxis));
+         std::string(Word(convention.scheme)) + ", y " + std::string(Word(convention.yAxis));
 }
 
-Coefficients FromList(Order order, const std::vector<double>& list) {
+Coefficients FromList(IndexScheme scheme, const std::vector<double>& list) {
   Coefficients coefficients;
   for (std::size_t position = 0; position < list.size(); ++position) {
-    const std::optional<ZernikeTerm> term = TermOf(order, position);
+    const std::optional<ZernikeTerm> term = TermOf(scheme, position);
     if (!term) {
-      throw Error(std::to_string(list.size()) + " coefficients in the index scheme " + std::string(Word(order)) +
+      throw Error(std::to_string(list.size()) + " coefficients in the index scheme " + std::string(Word(scheme)) +
                   ", which has " + std::to_string(position) + "; check the index scheme");
     }
     const std::size_t j = OsaIndex(*term);
@@ -157,22 +161,22 @@ Coefficients FromList(Order order, const std::vector<double>& list) {
   return coefficients;
 }
 
-std::optional<ZernikeTerm> TermWithoutPlace(Order order, const Coefficients& coefficients) {
+std::optional<ZernikeTerm> TermWithoutPlace(IndexScheme scheme, const Coefficients& coefficients) {
   for (std::size_t j = 0; j < coefficients.size(); ++j) {
-    if (coefficients[j] != 0.0 && !HasPlace(order, Term(j))) return Term(j);
+    if (coefficients[j] != 0.0 && !HasPlace(scheme, Term(j))) return Term(j);
   }
   return std::nullopt;
 }
 
-std::vector<double> ToList(Order order, const Coefficients& coefficients) {
-  if (const auto term = TermWithoutPlace(order, coefficients)) {
+std::vector<double> ToList(IndexScheme scheme, const Coefficients& coefficients) {
+  if (const auto term = TermWithoutPlace(scheme, coefficients)) {
     throw Error("the term " + Symbol(*term) + ", " + Name(*term) + ", is " +
                 ShortestText(coefficients[OsaIndex(*term)]) + " and has no number in the index scheme " +
-                std::string(Word(order)) + "; convert to another, such as named");
+                std::string(Word(scheme)) + "; convert to another, such as named");
   }
   std::vector<double> list;
   for (std::size_t position = 0;; ++position) {
-    const std::optional<ZernikeTerm> term = TermOf(order, position);
+    const std::optional<ZernikeTerm> term = TermOf(scheme, position);
     if (!term) break;
     const std::size_t j = OsaIndex(*term);
     list.push_back(j < coefficients.size() ? coefficients[j] : 0.0);

@@ -17,7 +17,7 @@ namespace orvanel::eye {
 
 enum class Unit { kMillimetres, kMicrometres, kNanometres, kWaves };
 enum class Normalisation { kOrthonormal, kNone };
-enum class Order { kOsa, kNoll, kFringe, kNamed };  // kNamed: each coefficient comes with its term, as Z(2,0)
+enum class IndexScheme { kOsa, kNoll, kFringe, kNamed };  // kNamed: each coefficient comes with its term, as Z(2,0)
 enum class YAxis { kUp, kDown };
 enum class Side { kOd, kOs, kUnknown };  // right eye, left eye
 
@@ -37,15 +37,15 @@ struct Convention {
   Unit unit = Unit::kMicrometres;
   Nanometres wavelength;  // of the unit waves; 0 for other units
   Normalisation normalisation = Normalisation::kOrthonormal;
-  Order order = Order::kOsa;
+  IndexScheme scheme = IndexScheme::kOsa;
   YAxis yAxis = YAxis::kUp;
   friend bool operator==(const Convention&, const Convention&) = default;
 };
 
 // The two conventions with a name: that of OSA/ANSI Z80.28, and that of the library.
-constexpr Convention kOsaConvention{Unit::kMicrometres, Nanometres(), Normalisation::kOrthonormal, Order::kOsa,
+constexpr Convention kOsaConvention{Unit::kMicrometres, Nanometres(), Normalisation::kOrthonormal, IndexScheme::kOsa,
                                     YAxis::kUp};
-constexpr Convention kLibraryConvention{Unit::kMillimetres, Nanometres(), Normalisation::kNone, Order::kOsa,
+constexpr Convention kLibraryConvention{Unit::kMillimetres, Nanometres(), Normalisation::kNone, IndexScheme::kOsa,
                                         YAxis::kDown};
 std::optional<Convention> ConventionNamed(std::string_view name);  // "osa" or "library", in either case
 
@@ -55,16 +55,16 @@ std::string Text(const Convention& convention);
 // "um", "waves of 550 nm".
 std::string UnitText(const Convention& convention);
 
-// One number for each term by OSA index; missing ones at the end are 0. At most kMostTerms.
+// One number for each term by OSA index; missing ones at the end are 0. At most kMaxTerms.
 using Coefficients = std::vector<double>;
 
 // Converts from a list in the index scheme osa, noll or fringe, which begins with the first index, and back. Both throw
 // Error if the target does not contain a term that is not 0; the message names the term.
-Coefficients FromList(Order order, const std::vector<double>& list);
-std::vector<double> ToList(Order order, const Coefficients& coefficients);
+Coefficients FromList(IndexScheme scheme, const std::vector<double>& list);
+std::vector<double> ToList(IndexScheme scheme, const Coefficients& coefficients);
 
 // The first term that is not 0 and has no number in this index scheme.
-std::optional<ZernikeTerm> TermWithoutPlace(Order order, const Coefficients& coefficients);
+std::optional<ZernikeTerm> TermWithoutPlace(IndexScheme scheme, const Coefficients& coefficients);
 
 // The same wavefront in another unit, normalisation and direction of y; the same bits if none of them changes. The
 // length of a wave is that of its convention.

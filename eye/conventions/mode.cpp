@@ -49,7 +49,7 @@ std::size_t NollIndex(ZernikeTerm term) {
 }
 
 std::optional<ZernikeTerm> TermOfNoll(std::size_t number) {
-  if (number < 1 || number > kMostTerms) return std::nullopt;
+  if (number < 1 || number > kMaxTerms) return std::nullopt;
   const int n = Term(number - 1).n;  // both schemes number one radial order after the other
   for (int m = -n; m <= n; m += 2) {
     if (NollIndex({n, m}) == number) return ZernikeTerm{n, m};

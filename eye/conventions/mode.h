@@ -18,7 +18,7 @@ struct ZernikeTerm {
 };
 
 constexpr int kLargestOrder = 20;  // radial order; no instrument reports higher ones
-constexpr std::size_t kMostTerms = (kLargestOrder + 1) * (kLargestOrder + 2) / 2;
+constexpr std::size_t kMaxTerms = (kLargestOrder + 1) * (kLargestOrder + 2) / 2;
 
 // True if the term exists: |m| at most n, n - m even, n within kLargestOrder.
 bool IsTerm(ZernikeTerm term);

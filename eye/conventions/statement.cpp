@@ -34,13 +34,13 @@ Nanometres ReferenceWavelength(std::string_view key, std::string_view text) {
   return Nanometres(length);
 }
 
-std::string Said(Unit value) { return std::string(Word(value)); }
-std::string Said(Normalisation value) { return std::string(Word(value)); }
-std::string Said(Order value) { return std::string(Word(value)); }
-std::string Said(YAxis value) { return std::string(Word(value)); }
-std::string Said(Side value) { return std::string(Word(value)); }
-std::string Said(Nanometres value) { return ShortestText(value.value()); }
-std::string Said(Millimetres value) { return ShortestText(value.value()); }
+std::string WordOf(Unit value) { return std::string(Word(value)); }
+std::string WordOf(Normalisation value) { return std::string(Word(value)); }
+std::string WordOf(IndexScheme value) { return std::string(Word(value)); }
+std::string WordOf(YAxis value) { return std::string(Word(value)); }
+std::string WordOf(Side value) { return std::string(Word(value)); }
+std::string WordOf(Nanometres value) { return ShortestText(value.value()); }
+std::string WordOf(Millimetres value) { return ShortestText(value.value()); }
 
 }  // namespace
 
@@ -49,7 +49,7 @@ Statement StatementOf(const Convention& convention) {
   statement.unit = convention.unit;
   if (convention.unit == Unit::kWaves) statement.wavelength = convention.wavelength;
   statement.normalisation = convention.normalisation;
-  statement.order = convention.order;
+  statement.scheme = convention.scheme;
   statement.yAxis = convention.yAxis;
   return statement;
 }
@@ -64,7 +64,7 @@ bool State(Statement& statement, std::string_view key, std::string_view text) {
   } else if (key == kNormalisationKey) {
     statement.normalisation = FromWord<Normalisation>(key, text);
   } else if (key == kOrderKey) {
-    statement.order = FromWord<Order>(key, text);
+    statement.scheme = FromWord<IndexScheme>(key, text);
   } else if (key == kYAxisKey) {
     statement.yAxis = FromWord<YAxis>(key, text);
   } else if (key == kSideKey) {
@@ -82,8 +82,8 @@ Statement Combined(const Statement& a, const std::string& wider, const Statement
   const auto join = [&](auto Statement::*part, const char* key) {
     if (!(b.*part)) return;
     if (both.*part && *(both.*part) != *(b.*part)) {
-      throw Error(std::string(key) + " is " + Said(*(b.*part)) + " in " + narrower + ", which contradicts " + wider +
-                  ", where it is " + Said(*(both.*part)) + "; state it once");
+      throw Error(std::string(key) + " is " + WordOf(*(b.*part)) + " in " + narrower + ", which contradicts " + wider +
+                  ", where it is " + WordOf(*(both.*part)) + "; state it once");
     }
     both.*part = b.*part;
   };
@@ -91,7 +91,7 @@ Statement Combined(const Statement& a, const std::string& wider, const Statement
   join(&Statement::wavelength, kWavelengthKey);
   join(&Statement::reference, kReferenceKey);
   join(&Statement::normalisation, kNormalisationKey);
-  join(&Statement::order, kOrderKey);
+  join(&Statement::scheme, kOrderKey);
   join(&Statement::yAxis, kYAxisKey);
   join(&Statement::side, kSideKey);
   join(&Statement::pupil, kPupilKey);
@@ -106,7 +106,7 @@ StatedConvention Complete(const Statement& statement, bool needsOrder) {
   require(statement.unit.has_value(), kUnitKey, WordsOf<Unit>());
   if (statement.unit == Unit::kWaves) require(statement.wavelength.has_value(), kWavelengthKey, "of one wave");
   require(statement.normalisation.has_value(), kNormalisationKey, WordsOf<Normalisation>());
-  if (needsOrder) require(statement.order.has_value(), kOrderKey, WordsOf<Order>());
+  if (needsOrder) require(statement.scheme.has_value(), kOrderKey, WordsOf<IndexScheme>());
   require(statement.yAxis.has_value(), kYAxisKey, WordsOf<YAxis>());
   require(statement.side.has_value(), kSideKey, WordsOf<Side>());
   require(statement.pupil.has_value(), kPupilKey, "over which the eye was measured");
@@ -114,7 +114,7 @@ StatedConvention Complete(const Statement& statement, bool needsOrder) {
     throw Error("the convention of the coefficients is incomplete; missing: " + missing);
   }
   if (statement.wavelength && statement.unit != Unit::kWaves) {
-    throw Error(std::string(kWavelengthKey) + " is stated, but the unit is " + Said(*statement.unit) +
+    throw Error(std::string(kWavelengthKey) + " is stated, but the unit is " + WordOf(*statement.unit) +
                 "; only the unit waves has a wavelength. State the one at which the coefficients hold as " +
                 kReferenceKey);
   }
@@ -122,7 +122,7 @@ StatedConvention Complete(const Statement& statement, bool needsOrder) {
   complete.convention.unit = *statement.unit;
   complete.convention.wavelength = statement.wavelength.value_or(Nanometres());
   complete.convention.normalisation = *statement.normalisation;
-  complete.convention.order = statement.order.value_or(Order::kNamed);
+  complete.convention.scheme = statement.scheme.value_or(IndexScheme::kNamed);
   complete.convention.yAxis = *statement.yAxis;
   complete.side = *statement.side;
   complete.pupil = *statement.pupil;

@@ -16,7 +16,7 @@ struct Statement {
   std::optional<Nanometres> wavelength;  // of the unit "waves"
   std::optional<Nanometres> reference;   // the wavelength of light at which the coefficients hold
   std::optional<Normalisation> normalisation;
-  std::optional<Order> order;
+  std::optional<IndexScheme> scheme;
   std::optional<YAxis> yAxis;
   std::optional<Side> side;
   std::optional<Millimetres> pupil;  // over which the eye was measured

@@ -171,7 +171,7 @@ double Number(const Source& source, PlaceOf place, const Path& path, const Json&
   return value.get<double>();
 }
 
-Coefficients ReadList(const Source& source, const Json& array, Order order) {
+Coefficients ReadList(const Source& source, const Json& array, IndexScheme scheme) {
   std::vector<double> list;
   for (const Json& value : array) {
     const std::size_t element = list.size();
@@ -179,13 +179,13 @@ Coefficients ReadList(const Source& source, const Json& array, Order order) {
     list.push_back(Number(source, place, {"coefficients[" + std::to_string(element) + "]"}, value));
   }
   if (list.empty()) source.Refuse({"coefficients"}, "key 'coefficients' holds no numbers; give at least one");
-  if (order == Order::kNamed) {
+  if (scheme == IndexScheme::kNamed) {
     source.Refuse({"coefficients"},
                   R"json(key 'coefficients' is an array, but the index scheme is "named"; write an object )json"
                   R"json(such as {"Z(2,0)": 0.1})json");
   }
   try {
-    return FromList(order, list);
+    return FromList(scheme, list);
   } catch (const Error& error) {
     source.Refuse({"coefficients"}, "key 'coefficients' holds " + std::string(error.what()));
   }
@@ -203,14 +203,14 @@ std::optional<CoefficientName> NameOf(const Source& source, const std::string& k
   return name;
 }
 
-Coefficients ReadNamed(const Source& source, const Json& object, Order order) {
+Coefficients ReadNamed(const Source& source, const Json& object, IndexScheme scheme) {
   Coefficients coefficients;
   std::set<std::size_t> seen;
   for (const auto& [key, value] : object.items()) {
     const Path path = {"coefficients", key};
     std::size_t j = 0;
     try {
-      j = OsaIndex(TermNamed(*NameOf(source, key), order));
+      j = OsaIndex(TermNamed(*NameOf(source, key), scheme));
     } catch (const ErrorAt&) {
       throw;
     } catch (const Error& error) {
@@ -289,9 +289,9 @@ Eye EyeOfBytes(const std::string& file, std::string text, const Statement& state
   eye.pupil = complete.pupil;
   eye.side = complete.side;
   eye.referenceWavelength = complete.reference;
-  const Order order = complete.convention.order;
-  eye.coefficients = {complete.convention, coefficients.is_array() ? ReadList(source, coefficients, order)
-                                                                   : ReadNamed(source, coefficients, order)};
+  const IndexScheme scheme = complete.convention.scheme;
+  eye.coefficients = {complete.convention, coefficients.is_array() ? ReadList(source, coefficients, scheme)
+                                                                   : ReadNamed(source, coefficients, scheme)};
   return eye;
 }
 
@@ -308,15 +308,15 @@ std::string EyeFileText(const Eye& eye) {
   convention[kUnitKey] = Word(stated.unit);
   if (stated.unit == Unit::kWaves) convention[kWavelengthKey] = stated.wavelength.value();
   convention[kNormalisationKey] = Word(stated.normalisation);
-  convention[kOrderKey] = Word(stated.order);
+  convention[kOrderKey] = Word(stated.scheme);
   convention[kYAxisKey] = Word(stated.yAxis);
   object["convention"] = convention;
-  if (stated.order == Order::kNamed) {
+  if (stated.scheme == IndexScheme::kNamed) {
     auto named = Json::object();
     for (std::size_t j = 0; j < coefficients.size(); ++j) named[Symbol(Term(j))] = coefficients[j];
     object["coefficients"] = named;
   } else {
-    object["coefficients"] = ToList(stated.order, coefficients);
+    object["coefficients"] = ToList(stated.scheme, coefficients);
   }
   return object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

@@ -23,7 +23,7 @@ namespace {
 // Above the files of cameras; decoding takes up to 16 bytes per pixel.
 constexpr std::size_t kLargestFile = std::size_t{256} << 20;  // bytes
 constexpr int kLongestSide = 32768;
-constexpr std::int64_t kMostPixels = 64'000'000;
+constexpr std::int64_t kMaxPixels = 64'000'000;
 
 [[noreturn]] void Refuse(const std::string& file, const std::string& reason) { throw Error(file + ": " + reason); }
 
@@ -102,7 +102,7 @@ Kind KindOf(const std::string& file, const std::string& bytes) {
 
 void RefuseLarge(const std::string& file, const DecodedPicture& header) {
   if (header.width <= kLongestSide && header.height <= kLongestSide &&
-      std::int64_t{header.width} * header.height <= kMostPixels) {
+      std::int64_t{header.width} * header.height <= kMaxPixels) {
     return;
   }
   Refuse(file, "has " + std::to_string(header.width) + " x " + std::to_string(header.height) +

@@ -14,8 +14,8 @@ namespace {
 
 class Reader {
  public:
-  Reader(std::istream& stream, const std::string& file, std::optional<Order> order, bool decimalComma)
-      : file_(file), order_(order), point_(decimalComma ? ',' : '.'), csv_(stream, file, decimalComma) {}
+  Reader(std::istream& stream, const std::string& file, std::optional<IndexScheme> scheme, bool decimalComma)
+      : file_(file), scheme_(scheme), point_(decimalComma ? ',' : '.'), csv_(stream, file, decimalComma) {}
 
   CovarianceTable Read() {
     if (!csv_.Next(row_)) throw ErrorAt(file_, {1, 1}, "the table is empty; its first row names the coefficients");
@@ -49,7 +49,7 @@ class Reader {
           }
           throw Error(Quoted(row_[field]) + " is not a name of a coefficient; write Z4, Z(2,0) or c[2,-2]");
         }
-        const std::size_t term = OsaIndex(TermNamed(*name, order_));
+        const std::size_t term = OsaIndex(TermNamed(*name, scheme_));
         if (std::find(table_.terms.begin(), table_.terms.end(), term) != table_.terms.end()) {
           throw Error("the term " + Symbol(Term(term)) + " has a column already; keep one");
         }
@@ -98,7 +98,7 @@ class Reader {
   }
 
   const std::string& file_;
-  std::optional<Order> order_;
+  std::optional<IndexScheme> scheme_;
   char point_;
   CsvReader csv_;
   Record row_;
@@ -110,9 +110,9 @@ class Reader {
 
 }  // namespace
 
-CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order,
+CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<IndexScheme> scheme,
                                bool decimalComma) {
-  return Reader(stream, file, order, decimalComma).Read();
+  return Reader(stream, file, scheme, decimalComma).Read();
 }
 
 }  // namespace orvanel::files

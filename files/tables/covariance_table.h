@@ -22,8 +22,8 @@ struct CovarianceTable {
 // The first row names the coefficients; each further row is a row of the matrix. If the name of the first column is not
 // that of a coefficient, this column labels the rows, with the same names in the same order. A column
 // reference_wavelength_nm states one number, in one row or more. Throws ErrorAt.
-//   order  the index scheme of columns that are named by numbers
-CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<Order> order,
+//   scheme  the index scheme of columns that are named by numbers
+CovarianceTable ReadCovariance(std::istream& stream, const std::string& file, std::optional<IndexScheme> scheme,
                                bool decimalComma = false);
 
 }  // namespace orvanel::files

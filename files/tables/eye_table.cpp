@@ -47,7 +47,7 @@ std::size_t MaxEdits(std::size_t length) {
   return length < 20 ? 2 : 3;  // "reference_wavelength"
 }
 
-std::size_t Position(Order order) { return static_cast<std::size_t>(order); }
+std::size_t Position(IndexScheme scheme) { return static_cast<std::size_t>(scheme); }
 
 }  // namespace
 
@@ -66,7 +66,8 @@ EyeColumns::EyeColumns(const Record& header, std::string file, const Statement& 
   if (coefficients_.empty()) {
     Refuse(header, 0, "no column holds coefficients; name them Z4, Z(2,0) or c[2,-2] in the first row");
   }
-  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) Resolve(order);
+  for (const IndexScheme scheme : {IndexScheme::kOsa, IndexScheme::kNoll, IndexScheme::kFringe, IndexScheme::kNamed})
+    Resolve(scheme);
 }
 
 Place EyeColumns::PlaceOf(const Record& row, std::size_t column) {
@@ -162,12 +163,12 @@ std::string EyeColumns::Summary() const {
   return summary;
 }
 
-void EyeColumns::Resolve(Order order) {
-  Resolved& resolved = resolved_[Position(order)];
+void EyeColumns::Resolve(IndexScheme scheme) {
+  Resolved& resolved = resolved_[Position(scheme)];
   std::set<std::size_t> seen;
   for (const CoefficientColumn& coefficient : coefficients_) {
     try {
-      const std::size_t j = OsaIndex(TermNamed(coefficient.name, order));
+      const std::size_t j = OsaIndex(TermNamed(coefficient.name, scheme));
       if (!seen.insert(j).second) throw Error("the term " + Symbol(Term(j)) + " has a column already; keep one");
       resolved.osa.push_back(j);
     } catch (const Error& error) {
@@ -185,22 +186,22 @@ bool EyeColumns::HasColumnFor(const char* key) const {
 
 bool EyeColumns::MayStateReference() const { return stated_.reference || HasColumnFor(kReferenceKey); }
 
-std::optional<Order> EyeColumns::CommonOrder() const {
-  if (stated_.order || numbered_) return stated_.order;
-  return Order::kNamed;
+std::optional<IndexScheme> EyeColumns::CommonScheme() const {
+  if (stated_.scheme || numbered_) return stated_.scheme;
+  return IndexScheme::kNamed;
 }
 
 std::vector<std::size_t> EyeColumns::Terms() const {
   std::set<std::size_t> terms;
-  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) {
-    if (numbered_ && !HasColumnFor(kOrderKey) && stated_.order != order) continue;
-    const Resolved& resolved = resolved_[Position(order)];
+  for (const IndexScheme scheme : {IndexScheme::kOsa, IndexScheme::kNoll, IndexScheme::kFringe, IndexScheme::kNamed}) {
+    if (numbered_ && !HasColumnFor(kOrderKey) && stated_.scheme != scheme) continue;
+    const Resolved& resolved = resolved_[Position(scheme)];
     terms.insert(resolved.osa.begin(), resolved.osa.end());
   }
   return {terms.begin(), terms.end()};
 }
 
-const std::vector<std::size_t>& EyeColumns::Terms(Order order) const { return resolved_[Position(order)].osa; }
+const std::vector<std::size_t>& EyeColumns::Terms(IndexScheme scheme) const { return resolved_[Position(scheme)].osa; }
 
 double EyeColumns::Number(const Record& row, std::size_t column) const {
   if (!options_.decimalComma && HasDecimalComma(row[column])) {
@@ -273,7 +274,7 @@ Eye EyeColumns::Read(const Record& row) const {
   } catch (const Error& error) {
     Refuse(row, 0, error.what());
   }
-  const Resolved& resolved = resolved_[Position(complete.convention.order)];
+  const Resolved& resolved = resolved_[Position(complete.convention.scheme)];
   if (resolved.faulty)
     Refuse(row, *resolved.faulty, "column " + Quoted(names_[*resolved.faulty]) + ": " + resolved.fault);
   Eye eye;

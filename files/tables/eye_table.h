@@ -50,11 +50,11 @@ class EyeColumns {
   std::vector<std::size_t> Terms() const;
 
   // The terms of the columns, from left to right, if their numbers are those of an index scheme.
-  const std::vector<std::size_t>& Terms(Order order) const;
+  const std::vector<std::size_t>& Terms(IndexScheme scheme) const;
 
   // An index scheme that contains the terms of all rows. Empty if columns have numbers and each row may state another
   // scheme.
-  std::optional<Order> CommonOrder() const;
+  std::optional<IndexScheme> CommonScheme() const;
 
   // True if a row may have a reference wavelength.
   bool MayStateReference() const;
@@ -80,7 +80,7 @@ class EyeColumns {
   bool SortStatement(const Record& header, std::size_t column);
   bool SortPrescription(const Record& header, std::size_t column);
   void CheckPrescription(const Record& header) const;
-  void Resolve(Order order);
+  void Resolve(IndexScheme scheme);
   double Number(const Record& row, std::size_t column) const;
   Statement StatementOfRow(const Record& row) const;
   std::optional<PowerVector> PrescriptionOfRow(const Record& row) const;
@@ -134,11 +134,11 @@ class EyeTable {
   std::vector<std::size_t> Terms() const { return columns_->Terms(); }
 
   // The terms of the columns, from left to right, if their numbers are those of an index scheme.
-  const std::vector<std::size_t>& Terms(Order order) const { return columns_->Terms(order); }
+  const std::vector<std::size_t>& Terms(IndexScheme scheme) const { return columns_->Terms(scheme); }
 
   // An index scheme that contains the terms of all rows. Empty if columns have numbers and each row may state another
   // scheme.
-  std::optional<Order> CommonOrder() const { return columns_->CommonOrder(); }
+  std::optional<IndexScheme> CommonScheme() const { return columns_->CommonScheme(); }
 
   // True if a row may have a reference wavelength. In a table of JSON, by the keys of the first row.
   bool MayStateReference() const { return columns_->MayStateReference(); }

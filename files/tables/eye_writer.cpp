@@ -27,11 +27,11 @@ std::string Line(const std::vector<std::string>& fields) {
 
 }  // namespace
 
-EyeWriter::EyeWriter(std::vector<std::string> identifierNames, Order order, const std::vector<std::size_t>& terms,
-                     bool withReference)
-    : identifierNames_(std::move(identifierNames)), order_(order), withReference_(withReference) {
+EyeWriter::EyeWriter(std::vector<std::string> identifierNames, IndexScheme scheme,
+                     const std::vector<std::size_t>& terms, bool withReference)
+    : identifierNames_(std::move(identifierNames)), scheme_(scheme), withReference_(withReference) {
   for (const std::size_t j : terms) {
-    if (order != Order::kFringe || FringeIndex(Term(j))) terms_.push_back(j);
+    if (scheme != IndexScheme::kFringe || FringeIndex(Term(j))) terms_.push_back(j);
   }
 }
 
@@ -39,16 +39,16 @@ std::string EyeWriter::Header() const {
   std::vector<std::string> names = identifierNames_;
   names.insert(names.end(), {kPupilKey, kSideKey, kUnitKey, kWavelengthKey, kNormalisationKey, kOrderKey, kYAxisKey});
   if (withReference_) names.emplace_back(kReferenceKey);
-  for (const std::size_t j : terms_) names.push_back(NameIn(order_, Term(j)));
+  for (const std::size_t j : terms_) names.push_back(NameIn(scheme_, Term(j)));
   return Line(names);
 }
 
 std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& identifiers) const {
   const Convention& convention = eye.coefficients.convention();
   const Coefficients coefficients = eye.coefficients.AsStated();
-  if (const auto term = TermWithoutPlace(order_, coefficients)) {
+  if (const auto term = TermWithoutPlace(scheme_, coefficients)) {
     throw Error("the term " + Symbol(*term) + ", " + Name(*term) + ", is not 0 and has no number in the index scheme " +
-                std::string(Word(order_)) + "; convert to another, such as named");
+                std::string(Word(scheme_)) + "; convert to another, such as named");
   }
   for (std::size_t j = 0; j < coefficients.size(); ++j) {
     if (coefficients[j] != 0.0 && !std::binary_search(terms_.begin(), terms_.end(), j)) {
@@ -64,7 +64,7 @@ std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& ident
   fields.emplace_back(Word(convention.unit));
   fields.push_back(convention.unit == Unit::kWaves ? ShortestText(convention.wavelength.value()) : "");
   fields.emplace_back(Word(convention.normalisation));
-  fields.emplace_back(Word(order_));
+  fields.emplace_back(Word(scheme_));
   fields.emplace_back(Word(convention.yAxis));
   if (withReference_) {
     fields.push_back(eye.referenceWavelength ? ShortestText(eye.referenceWavelength->value()) : "");

@@ -13,10 +13,10 @@ namespace orvanel::files {
 class EyeWriter {
  public:
   //   identifierNames  the user's own columns, which come first
-  //   order            the index scheme of all eyes
+  //   scheme           the index scheme of all eyes
   //   terms            by OSA index, those that may differ from 0; terms outside the index scheme get no column
   //   withReference    adds a column for the reference wavelength
-  EyeWriter(std::vector<std::string> identifierNames, Order order, const std::vector<std::size_t>& terms,
+  EyeWriter(std::vector<std::string> identifierNames, IndexScheme scheme, const std::vector<std::size_t>& terms,
             bool withReference);
 
   std::string Header() const;
@@ -27,7 +27,7 @@ class EyeWriter {
 
  private:
   std::vector<std::string> identifierNames_;
-  Order order_;
+  IndexScheme scheme_;
   std::vector<std::size_t> terms_;
   bool withReference_;
 };

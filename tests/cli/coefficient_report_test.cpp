@@ -43,7 +43,7 @@ TEST(CoefficientReport, NamesTermsAndSumsThemUp) {
 TEST(CoefficientReport, ListsTermsInTheirOrder) {
   Eye eye = Lopsided();
   Convention convention = kOsaConvention;
-  convention.order = Order::kNoll;
+  convention.scheme = IndexScheme::kNoll;
   eye.coefficients.Restate(convention);
   const std::string report = CoefficientReport(eye, CylinderSign::kMinus);
   EXPECT_LT(report.find("Z7          3   -1  -0.3"), report.find("Z8          3    1  0.4"));
@@ -53,7 +53,7 @@ TEST(CoefficientReport, ListsTermsInTheirOrder) {
 TEST(CoefficientReport, RefusesATermWithoutANumber) {
   Eye eye = Lopsided();
   Convention convention = kOsaConvention;
-  convention.order = Order::kFringe;
+  convention.scheme = IndexScheme::kFringe;
   eye.coefficients.Restate(convention);
   EXPECT_NO_THROW(CoefficientReport(eye, CylinderSign::kMinus));
   SetTerm(eye, 27, 0.1);

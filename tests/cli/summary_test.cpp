@@ -157,7 +157,7 @@ TEST(Summary, FactsAreItsNumbersInOneList) {
 TEST(Summary, GivesFactsOfNamedCoefficientsAndChangesToo) {
   SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
   Convention convention = kOsaConvention;
-  convention.order = Order::kNamed;
+  convention.scheme = IndexScheme::kNamed;
   simulated.measured.coefficients.Restate(convention);
   simulated.changes = {"mirrored from OS to OD", "rescaled from 6 to 4.5 mm"};
   bool coefficients = false, changes = false;

@@ -24,10 +24,10 @@ inline SimulatedEye Simulated(Eye eye, const std::vector<RingRequest>& rings) {
   return simulated;
 }
 
-inline SeenPicture RetinalPictureOf(const Eye& eye, ObjectPicture object) {
+inline RetinalPicture RetinalPictureOf(const Eye& eye, ObjectPicture object) {
   Evaluator evaluator;
   evaluator.Evaluate(eye, {Need::kImages});
-  return evaluator.SeePicture(std::move(object));
+  return evaluator.RetinalPictureOf(std::move(object));
 }
 
 }  // namespace orvanel::evaluation

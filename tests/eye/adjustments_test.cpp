@@ -17,7 +17,7 @@ Eye Measured() {
   Eye eye;
   eye.pupil = Millimetres(6.0);
   eye.side = Side::kOs;
-  eye.coefficients = {{Unit::kNanometres, Nanometres(), Normalisation::kNone, Order::kNoll, YAxis::kDown},
+  eye.coefficients = {{Unit::kNanometres, Nanometres(), Normalisation::kNone, IndexScheme::kNoll, YAxis::kDown},
                       {1, 2, 3, 40, 300, -20, 7, 80, -9, 10, 0, 0, 55}};
   return eye;
 }

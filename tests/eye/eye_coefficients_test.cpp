@@ -83,7 +83,7 @@ Coefficients LongNumbers() {
   return numbers;
 }
 
-constexpr Convention kWaves{Unit::kWaves, Nanometres(543.21), Normalisation::kNone, Order::kFringe, YAxis::kDown};
+constexpr Convention kWaves{Unit::kWaves, Nanometres(543.21), Normalisation::kNone, IndexScheme::kFringe, YAxis::kDown};
 
 TEST(EyeCoefficients, TheCanonicalNumbersAreThoseOfTheOsaConvention) {
   const EyeCoefficients osa(kOsaConvention, LongNumbers()), waves(kWaves, {0, 0, 0, 0.5, 0.25});

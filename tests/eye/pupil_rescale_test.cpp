@@ -29,7 +29,7 @@ long double Wavefront(const Coefficients& coefficients, long double x, long doub
 
 TEST(PupilRescale, TheSmallerPupilHasTheSameWavefront) {
   constexpr double kIdentity = 1e-12;  // of coefficients below 1
-  for (const std::size_t count : {std::size_t{28}, OsaIndex({10, 10}) + 1, OsaIndex({12, 12}) + 1, kMostTerms}) {
+  for (const std::size_t count : {std::size_t{28}, OsaIndex({10, 10}) + 1, OsaIndex({12, 12}) + 1, kMaxTerms}) {
     const Coefficients coefficients = Lopsided(count);
     for (const double ratio : {0.07, 1.0 / 3.0, 0.5, 0.83, 0.999}) {
       const Coefficients rescaled = Rescaled(coefficients, ratio);

@@ -21,7 +21,7 @@ using orvanel::fuzz::Input;
 
 namespace {
 
-constexpr int kMostCalls = 12;
+constexpr int kMaxCalls = 12;
 
 struct Buffers {
   GuardedBuffer plane{ORVANEL_PLANE_SAMPLES}, otherPlane{ORVANEL_PLANE_SAMPLES};
@@ -190,7 +190,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Input input(data, size);
   StartAnew(input.Byte());
   Host host(buffers, input);
-  for (int i = 0; i < kMostCalls && !input.empty(); ++i) host.Call();
+  for (int i = 0; i < kMaxCalls && !input.empty(); ++i) host.Call();
   Unload();
   return 0;
 }

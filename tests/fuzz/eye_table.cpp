@@ -20,7 +20,7 @@ namespace {
 Statement Stated(int choice) {
   if (choice % 4 == 0) return {};
   Statement stated = StatementOf(choice % 4 == 1 ? kOsaConvention : kLibraryConvention);
-  if (choice % 4 == 3) stated.order = Order::kFringe;
+  if (choice % 4 == 3) stated.scheme = IndexScheme::kFringe;
   stated.pupil = Millimetres(4.1);
   return stated;
 }
@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::istringstream stream(std::string(reinterpret_cast<const char*>(data) + first, size - first));
   try {
     EyeTable table(stream, "table", choice / 4 % 2 == 0 ? TableKind::kCsv : TableKind::kNdjson, Stated(choice));
-    const EyeWriter writer(table.identifierNames(), table.CommonOrder().value_or(Order::kNamed), table.Terms(),
+    const EyeWriter writer(table.identifierNames(), table.CommonScheme().value_or(IndexScheme::kNamed), table.Terms(),
                            table.MayStateReference());
     ORVANEL_REQUIRE(!writer.Header().empty());
     TableEye eye;

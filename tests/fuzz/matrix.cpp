@@ -13,11 +13,11 @@ using orvanel::fuzz::Input;
 
 namespace {
 
-constexpr int kMostRows = 7;  // the determinant takes n! steps
+constexpr int kMaxRows = 7;  // the determinant takes n! steps
 
 Matrix AnyMatrix(Input& input) {
-  const int rows = input.Below(kMostRows + 1) - 1;
-  const int cols = input.Below(4) == 0 ? input.Below(kMostRows) : rows;
+  const int rows = input.Below(kMaxRows + 1) - 1;
+  const int cols = input.Below(4) == 0 ? input.Below(kMaxRows) : rows;
   Matrix matrix(rows, cols);
   ORVANEL_REQUIRE(matrix.rows() == (rows < 0 ? 0 : rows) && matrix.cols() == (cols < 0 ? 0 : cols));
   for (int i = 0; i < matrix.rows(); ++i) {

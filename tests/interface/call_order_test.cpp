@@ -32,7 +32,7 @@ using Plane = std::vector<double>;
 using Coefficients = std::array<double, ORVANEL_COEFFICIENTS>;
 
 constexpr int kSequencesInShort = 300;
-constexpr int kMostCalls = 12;
+constexpr int kMaxCalls = 12;
 constexpr double kUntouched = -123.25;
 
 constexpr std::array kPupils = {0.0, std::numeric_limits<double>::quiet_NaN(), 3.0, 4.1, -6.0};
@@ -112,7 +112,7 @@ class Sequence {
   Sequence(std::uint32_t seed, const LoadedLibrary& library) : random_(seed), library_(library) {}
 
   void Run() {
-    for (std::size_t i = 0, count = 1 + Below(kMostCalls); i < count; ++i) Call();
+    for (std::size_t i = 0, count = 1 + Below(kMaxCalls); i < count; ++i) Call();
   }
 
   bool good() const { return good_; }

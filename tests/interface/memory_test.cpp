@@ -21,7 +21,7 @@ using Plane = std::vector<double>;
 constexpr double kPupil = 4.1;
 constexpr double kEye[ORVANEL_COEFFICIENTS] = {0.0, 0.0, 0.0, 0.7e-4, -1.3e-4, 0.0, 0.4e-4, 0.9e-4};
 constexpr double kUntouched = -5.5;
-constexpr long kMostAllocations = 1000;
+constexpr long kMaxAllocations = 1000;
 
 Plane Mtf(const LoadedLibrary& library) {
   Plane plane(ORVANEL_PLANE_SAMPLES, kUntouched);
@@ -54,8 +54,8 @@ const Expected& Undisturbed() {
 // tells whether this time something fails. Returns how often it failed.
 long FailAtEach(const std::function<bool(long good)>& fails) {
   long good = 0;
-  while (good < kMostAllocations && fails(good)) ++good;
-  EXPECT_LT(good, kMostAllocations);
+  while (good < kMaxAllocations && fails(good)) ++good;
+  EXPECT_LT(good, kMaxAllocations);
   return good;
 }
 

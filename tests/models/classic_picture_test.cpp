@@ -16,13 +16,13 @@ namespace {
 // Transforms of 2^16 samples add up 16 roundings, each way and for object and eye; far above that, far below a level.
 constexpr double kRounding = 1e-11;
 
-SeenPicture See(const Eye& eye, std::vector<Plane> channels) {
+RetinalPicture See(const Eye& eye, std::vector<Plane> channels) {
   ObjectPicture object;
   object.channels = std::move(channels);
   ClassicModel model;
   Results results;
   model.Compute(eye, {Need::kImages}, results);
-  return model.SeePicture(std::move(object));
+  return model.RetinalPictureOf(std::move(object));
 }
 
 Plane RingPlane() {
@@ -33,7 +33,7 @@ Plane RingPlane() {
 
 double Sum(const Plane& plane) { return std::accumulate(plane.begin(), plane.end(), 0.0); }
 
-TEST(SeenPicture, OfTheStarIsTheStarAsTheLibraryShowsItWithTotalLightKept) {
+TEST(RetinalPicture, OfTheStarIsTheStarAsTheLibraryShowsItWithTotalLightKept) {
   const Eye eye = AsymmetricEye();
   ClassicModel model;
   Results results;
@@ -43,7 +43,7 @@ TEST(SeenPicture, OfTheStarIsTheStarAsTheLibraryShowsItWithTotalLightKept) {
   EXPECT_EQ(See(eye, {SectorStar()}).seen[0], star);
 }
 
-TEST(SeenPicture, APointIsSeenAsThePsfWithRowsMirrored) {
+TEST(RetinalPicture, APointIsSeenAsThePsfWithRowsMirrored) {
   const Eye eye = AsymmetricEye();
   Results results;
   ClassicModel().Compute(eye, {Need::kPsf}, results);
@@ -61,37 +61,37 @@ TEST(SeenPicture, APointIsSeenAsThePsfWithRowsMirrored) {
   }
 }
 
-TEST(SeenPicture, EvenLightStaysAsItIs) {
+TEST(RetinalPicture, EvenLightStaysAsItIs) {
   const Eye eye = AsymmetricEye();
-  const SeenPicture picture = See(eye, {Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.3)});
+  const RetinalPicture picture = See(eye, {Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.3)});
   for (std::size_t k = 0; k < ORVANEL_PLANE_SAMPLES; ++k) {
     ASSERT_NEAR(picture.seen[0][k], 0.3, kRounding);
     ASSERT_NEAR(picture.contrastKept[0][k], 0.3, kRounding);
   }
 }
 
-TEST(SeenPicture, ContrastKeptHasTheObjectsLightAndIsTheRootOfWhatIsSeen) {
+TEST(RetinalPicture, ContrastKeptHasTheObjectsLightAndIsTheRootOfWhatIsSeen) {
   const Eye eye = AsymmetricEye();
   Plane ramp(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   for (std::size_t k = 0; k < ramp.size(); ++k) ramp[k] = static_cast<double>(k * 37 % 256) / 512.0;
-  const SeenPicture picture = See(eye, {ramp});
+  const RetinalPicture picture = See(eye, {ramp});
   const Plane &seen = picture.seen[0], &kept = picture.contrastKept[0];
   EXPECT_NEAR(Sum(kept) / Sum(ramp), 1.0, kRounding);
   const double factor = kept[5] / std::sqrt(seen[5]);
   for (std::size_t k = 0; k < kept.size(); ++k) ASSERT_NEAR(kept[k], factor * std::sqrt(seen[k]), kRounding) << k;
 }
 
-TEST(SeenPicture, BlackIsSeenBlackAndNotAsNoNumber) {
+TEST(RetinalPicture, BlackIsSeenBlackAndNotAsNoNumber) {
   const Eye eye = AsymmetricEye();
-  const SeenPicture picture = See(eye, {Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.0)});
+  const RetinalPicture picture = See(eye, {Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.0)});
   EXPECT_EQ(picture.seen[0], Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.0));
   EXPECT_EQ(picture.contrastKept[0], Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.0));
 }
 
-TEST(SeenPicture, EachChannelIsBlurredAsIfItWereAlone) {
+TEST(RetinalPicture, EachChannelIsBlurredAsIfItWereAlone) {
   const Eye eye = AsymmetricEye();
   const Plane star = SectorStar(), ring = RingPlane();
-  const SeenPicture colour = See(eye, {star, ring, star});
+  const RetinalPicture colour = See(eye, {star, ring, star});
   ASSERT_EQ(colour.contrastKept.size(), 3U);
   EXPECT_EQ(colour.contrastKept[1], See(eye, {ring}).contrastKept[0]);
   EXPECT_EQ(colour.contrastKept[2], colour.contrastKept[0]);
@@ -110,10 +110,10 @@ std::vector<Plane> HalfRed() {
   return channels;
 }
 
-TEST(SeenPicture, GreyStaysGreyWhateverColoursStandBesideIt) {
+TEST(RetinalPicture, GreyStaysGreyWhateverColoursStandBesideIt) {
   constexpr double kLevel = 1.0 / 255.0;  // what nobody can see in 8 bits
   const Eye eye = PerfectEye(Millimetres(3.0));
-  const SeenPicture picture = See(eye, HalfRed());
+  const RetinalPicture picture = See(eye, HalfRed());
   for (const auto* view : {&picture.seen, &picture.contrastKept}) {
     const std::size_t grey = 256 * 100 + 64;  // far from the red half
     EXPECT_NEAR((*view)[0][grey], (*view)[1][grey], kLevel);
@@ -121,13 +121,13 @@ TEST(SeenPicture, GreyStaysGreyWhateverColoursStandBesideIt) {
   }
 }
 
-TEST(SeenPicture, ThreeChannelsTogetherKeepTheirLight) {
+TEST(RetinalPicture, ThreeChannelsTogetherKeepTheirLight) {
   const Eye eye = AsymmetricEye();
   std::vector<Plane> channels = HalfRed();
   for (Plane& channel : channels) {
     for (double& v : channel) v *= 0.5;  // far enough from white that nothing is clipped
   }
-  const SeenPicture picture = See(eye, channels);
+  const RetinalPicture picture = See(eye, channels);
   double before = 0.0, after = 0.0;
   for (std::size_t c = 0; c < 3; ++c) {
     before += Sum(channels[c]);
@@ -137,10 +137,10 @@ TEST(SeenPicture, ThreeChannelsTogetherKeepTheirLight) {
   EXPECT_NEAR(after / before, 1.0, kRounding);
 }
 
-TEST(SeenPicture, ThreeEqualChannelsAreSeenAsOne) {
+TEST(RetinalPicture, ThreeEqualChannelsAreSeenAsOne) {
   const Eye eye = AsymmetricEye();
   const Plane star = SectorStar();
-  const SeenPicture colour = See(eye, {star, star, star});
+  const RetinalPicture colour = See(eye, {star, star, star});
   const Plane grey = See(eye, {star}).seen[0];
   for (std::size_t k = 0; k < grey.size(); ++k) ASSERT_NEAR(colour.seen[1][k], grey[k], kRounding) << k;
 }

@@ -56,7 +56,7 @@ TEST(PhysicalEye, HasTheModesOfTheEyeUpToOrderTen) {
 TEST(PhysicalEye, IsInMicrometresWithYUpFromAnyConvention) {
   Eye eye = Flat(4.0);
   // Noll's number 4 is defocus, 7 vertical coma; the list is by OSA index.
-  eye.coefficients = {{Unit::kWaves, Nanometres(500.0), Normalisation::kNone, Order::kNoll, YAxis::kDown},
+  eye.coefficients = {{Unit::kWaves, Nanometres(500.0), Normalisation::kNone, IndexScheme::kNoll, YAxis::kDown},
                       {0, 0, 0, 0, 0.2, 0, 0, 0.3}};
   const physical::Eye physical = PhysicalEyeOf(eye);
   EXPECT_NEAR(physical.modesUm[4], 0.1 / std::sqrt(3.0), 1e-16);

@@ -19,8 +19,8 @@ std::optional<std::size_t> NumberIn(const NumberedFiles& files, std::string name
   if (name.size() < files.beginning.size() + files.digits + files.ending.size()) return std::nullopt;
   const std::string digits =
       name.substr(files.beginning.size(), name.size() - files.beginning.size() - files.ending.size());
-  constexpr std::size_t kMostDigits = 18;
-  if (digits.size() > kMostDigits || digits.find_first_not_of("0123456789") != std::string::npos) return std::nullopt;
+  constexpr std::size_t kMaxDigits = 18;
+  if (digits.size() > kMaxDigits || digits.find_first_not_of("0123456789") != std::string::npos) return std::nullopt;
   return std::stoull(digits);
 }
 

@@ -58,12 +58,12 @@ Needs NeedsOf(const std::vector<PictureKind>& kinds) {
   return needs;
 }
 
-Painter::Painter(PictureFolder folder, Evaluator& evaluator, const Plane& star)
+PictureWriter::PictureWriter(PictureFolder folder, Evaluator& evaluator, const Plane& star)
     : folder_(std::move(folder)), evaluator_(evaluator) {
   if (NeedsOf(folder_.kinds()).Has(Need::kImages)) star_ = evaluator.Precompute(star);
 }
 
-const Plane& Painter::PlaneOf(PictureKind kind) {
+const Plane& PictureWriter::PlaneOf(PictureKind kind) {
   switch (kind) {
     case PictureKind::kPsf:
       return evaluator_.results().psf;
@@ -76,7 +76,7 @@ const Plane& Painter::PlaneOf(PictureKind kind) {
   return seen_;
 }
 
-void Painter::Paint(std::size_t row) {
+void PictureWriter::Paint(std::size_t row) {
   for (const PictureKind kind : folder_.kinds()) {
     ReplaceFile(folder_.FilesOf(kind).Path(row + 1), EncodePng(GreyPictureOf(PlaneOf(kind)), Pixels::kNumbers));
   }

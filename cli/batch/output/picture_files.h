@@ -36,11 +36,11 @@ class PictureFolder {
 Needs NeedsOf(const std::vector<PictureKind>& kinds);
 
 // Draws pictures; one object for each thread.
-class Painter {
+class PictureWriter {
  public:
   //   evaluator  outlives the painter
   //   star       the Siemens star, 256 x 256
-  Painter(PictureFolder folder, Evaluator& evaluator, const Plane& star);
+  PictureWriter(PictureFolder folder, Evaluator& evaluator, const Plane& star);
 
   // Writes the pictures of the eye evaluated last, each atomically. Throws Error.
   //   row  from 0

@@ -98,7 +98,7 @@ TEST(Join, OfManyShardsThatAreMissingItNamesSome) {
   Write(folder / "eyes.csv", TableOfEyes(3));
   const std::vector<std::string> shards = RunShards(folder, 2);
   RunRecord record = *ReadRecord(shards[1]);
-  record.shard = {1, kMostShards};
+  record.shard = {1, kMaxShards};
   WriteRecord(shards[1], record);
   EXPECT_EQ(Refusal({shards[1]}, (folder / "joined.csv").string()),
             "of 1000000 shards these are missing: 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 and more");

@@ -8,8 +8,8 @@
 namespace orvanel::eye {
 namespace {
 
-ZernikeTerm TermIn(const std::string& text, std::optional<Order> order = std::nullopt) {
-  return TermNamed(ParseCoefficientName(text).value(), order);
+ZernikeTerm TermIn(const std::string& text, std::optional<IndexScheme> scheme = std::nullopt) {
+  return TermNamed(ParseCoefficientName(text).value(), scheme);
 }
 
 TEST(ColumnName, ByOrderAndFrequencyNeedsNoOrderOfNumbers) {
@@ -24,28 +24,28 @@ TEST(ColumnName, ByOrderAndFrequencyNeedsNoOrderOfNumbers) {
 }
 
 TEST(ColumnName, ByNumberMeansWhatTheOrderSays) {
-  EXPECT_EQ(TermIn("Z8", Order::kOsa), (ZernikeTerm{3, 1}));
-  EXPECT_EQ(TermIn("c8", Order::kNoll), (ZernikeTerm{3, 1}));
-  EXPECT_EQ(TermIn("Z8", Order::kFringe), (ZernikeTerm{3, -1}));
-  EXPECT_EQ(TermIn("Z08", Order::kFringe), (ZernikeTerm{3, -1}));
+  EXPECT_EQ(TermIn("Z8", IndexScheme::kOsa), (ZernikeTerm{3, 1}));
+  EXPECT_EQ(TermIn("c8", IndexScheme::kNoll), (ZernikeTerm{3, 1}));
+  EXPECT_EQ(TermIn("Z8", IndexScheme::kFringe), (ZernikeTerm{3, -1}));
+  EXPECT_EQ(TermIn("Z08", IndexScheme::kFringe), (ZernikeTerm{3, -1}));
   for (const char* text : {" Z12", "Z12 ", "Z 12", "z 12", "Z_12", "Z_ 12", "c_12", "C 12", "Zernike12", "zernike 12",
                            "ZERNIKE_12", "\tZ12",
                            "Z\xC2\xA0"
                            "12"}) {
-    EXPECT_EQ(TermIn(text, Order::kOsa), (ZernikeTerm{4, 0})) << text;
+    EXPECT_EQ(TermIn(text, IndexScheme::kOsa), (ZernikeTerm{4, 0})) << text;
   }
 }
 
 TEST(ColumnName, ByNumberWithoutOrderIsRefused) {
   EXPECT_THROW(TermIn("Z4"), Error);
-  EXPECT_THROW(TermIn("Z4", Order::kNamed), Error);
+  EXPECT_THROW(TermIn("Z4", IndexScheme::kNamed), Error);
 }
 
 TEST(ColumnName, OutsideItsOrderIsRefused) {
-  EXPECT_THROW(TermIn("Z0", Order::kNoll), Error);
-  EXPECT_THROW(TermIn("Z38", Order::kFringe), Error);
-  EXPECT_THROW(TermIn("Z231", Order::kOsa), Error);
-  EXPECT_EQ(TermIn("Z230", Order::kOsa), (ZernikeTerm{20, 20}));
+  EXPECT_THROW(TermIn("Z0", IndexScheme::kNoll), Error);
+  EXPECT_THROW(TermIn("Z38", IndexScheme::kFringe), Error);
+  EXPECT_THROW(TermIn("Z231", IndexScheme::kOsa), Error);
+  EXPECT_EQ(TermIn("Z230", IndexScheme::kOsa), (ZernikeTerm{20, 20}));
 }
 
 TEST(ColumnName, OtherWordsAreNone) {
@@ -94,9 +94,9 @@ TEST(ColumnName, WhatLooksLikeOneAndIsNoneIsRefused) {
 }
 
 TEST(ColumnName, IsReadAsItIsWritten) {
-  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) {
+  for (const IndexScheme scheme : {IndexScheme::kOsa, IndexScheme::kNoll, IndexScheme::kFringe, IndexScheme::kNamed}) {
     for (std::size_t j = 0; j < 21; ++j)
-      EXPECT_EQ(TermIn(NameIn(order, Term(j)), order), Term(j)) << NameIn(order, Term(j));
+      EXPECT_EQ(TermIn(NameIn(scheme, Term(j)), scheme), Term(j)) << NameIn(scheme, Term(j));
   }
 }
 

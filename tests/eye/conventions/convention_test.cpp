@@ -19,7 +19,7 @@ std::vector<Convention> AllConventions() {
     for (const Normalisation normalisation : {Normalisation::kOrthonormal, Normalisation::kNone}) {
       for (const YAxis yAxis : {YAxis::kUp, YAxis::kDown}) {
         for (const double wavelength : {555.5, 787.3}) {
-          Convention convention{unit, Nanometres(), normalisation, Order::kNamed, yAxis};
+          Convention convention{unit, Nanometres(), normalisation, IndexScheme::kNamed, yAxis};
           if (unit == Unit::kWaves) convention.wavelength = Nanometres(wavelength);
           all.push_back(convention);
         }
@@ -49,7 +49,7 @@ long double Truth(const Convention& convention, std::size_t j, double c) {
 }
 
 Coefficients ManyDigits() {
-  Coefficients coefficients(kMostTerms);
+  Coefficients coefficients(kMaxTerms);
   for (std::size_t j = 0; j < coefficients.size(); ++j) {
     coefficients[j] = std::sin(1.7 * static_cast<double>(j) + 0.3) / (1.0 + 0.1 * static_cast<double>(j));
   }
@@ -85,36 +85,36 @@ TEST(Convention, ZeroKeepsItsSign) {
 }
 
 TEST(Convention, ListsOfEveryOrderGoThereAndBack) {
-  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe}) {
+  for (const IndexScheme scheme : {IndexScheme::kOsa, IndexScheme::kNoll, IndexScheme::kFringe}) {
     std::vector<double> list;
     for (int i = 0; i < 37; ++i) list.push_back(0.25 + i);
-    EXPECT_EQ(ToList(order, FromList(order, list)), list) << Word(order);
+    EXPECT_EQ(ToList(scheme, FromList(scheme, list)), list) << Word(scheme);
   }
 }
 
 TEST(Convention, ListsPutEachNumberAtItsTerm) {
   const std::vector<double> list = {0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 1.0};
-  EXPECT_EQ(FromList(Order::kOsa, list).at(OsaIndex({3, 1})), 0.9);
-  EXPECT_EQ(FromList(Order::kNoll, list).at(OsaIndex({3, 1})), 0.8);
-  EXPECT_EQ(FromList(Order::kFringe, list).at(OsaIndex({3, 1})), 0.7);
-  EXPECT_EQ(FromList(Order::kFringe, list).at(OsaIndex({4, 0})), 0.9);
+  EXPECT_EQ(FromList(IndexScheme::kOsa, list).at(OsaIndex({3, 1})), 0.9);
+  EXPECT_EQ(FromList(IndexScheme::kNoll, list).at(OsaIndex({3, 1})), 0.8);
+  EXPECT_EQ(FromList(IndexScheme::kFringe, list).at(OsaIndex({3, 1})), 0.7);
+  EXPECT_EQ(FromList(IndexScheme::kFringe, list).at(OsaIndex({4, 0})), 0.9);
 }
 
 TEST(Convention, AListLongerThanItsOrderIsRefused) {
-  EXPECT_NO_THROW(FromList(Order::kFringe, std::vector<double>(37)));
-  EXPECT_THROW(FromList(Order::kFringe, std::vector<double>(38)), Error);
-  EXPECT_NO_THROW(FromList(Order::kOsa, std::vector<double>(kMostTerms)));
-  EXPECT_THROW(FromList(Order::kOsa, std::vector<double>(kMostTerms + 1)), Error);
-  EXPECT_THROW(FromList(Order::kNoll, std::vector<double>(kMostTerms + 1)), Error);
+  EXPECT_NO_THROW(FromList(IndexScheme::kFringe, std::vector<double>(37)));
+  EXPECT_THROW(FromList(IndexScheme::kFringe, std::vector<double>(38)), Error);
+  EXPECT_NO_THROW(FromList(IndexScheme::kOsa, std::vector<double>(kMaxTerms)));
+  EXPECT_THROW(FromList(IndexScheme::kOsa, std::vector<double>(kMaxTerms + 1)), Error);
+  EXPECT_THROW(FromList(IndexScheme::kNoll, std::vector<double>(kMaxTerms + 1)), Error);
 }
 
 TEST(Convention, FringeRefusesTheSixfoldTermsUnlessTheyAreZero) {
   Coefficients coefficients(28);
   coefficients[4] = 0.4;
-  EXPECT_EQ(ToList(Order::kFringe, coefficients), (std::vector<double>{0, 0, 0, 0.4}));
+  EXPECT_EQ(ToList(IndexScheme::kFringe, coefficients), (std::vector<double>{0, 0, 0, 0.4}));
   coefficients[OsaIndex({6, -6})] = -1e-300;
   try {
-    ToList(Order::kFringe, coefficients);
+    ToList(IndexScheme::kFringe, coefficients);
     FAIL();
   } catch (const Error& error) {
     EXPECT_EQ(std::string(error.what()),
@@ -138,7 +138,7 @@ TEST(Convention, AMirrorExchangesLeftAndRight) {
 TEST(Convention, WordsAreReadAsTheyAreWritten) {
   EXPECT_EQ(WordsOf<Unit>(), "mm, um, nm, waves");
   EXPECT_EQ(WordsOf<Normalisation>(), "orthonormal, none");
-  EXPECT_EQ(WordsOf<Order>(), "osa, noll, fringe, named");
+  EXPECT_EQ(WordsOf<IndexScheme>(), "osa, noll, fringe, named");
   EXPECT_EQ(WordsOf<YAxis>(), "up, down");
   EXPECT_EQ(WordsOf<Side>(), "OD, OS, unknown");
   EXPECT_EQ(ValueOf<Unit>("nm"), Unit::kNanometres);
@@ -159,9 +159,9 @@ TEST(Convention, WordsAreReadAsOthersWriteThemToo) {
   for (const char* word : {"od", "R", "right", "Right", "RE"}) EXPECT_EQ(ValueOf<Side>(word), Side::kOd) << word;
   for (const char* word : {"os", "L", "left", "LE\t"}) EXPECT_EQ(ValueOf<Side>(word), Side::kOs) << word;
   EXPECT_EQ(ValueOf<Side>("O"), std::nullopt);
-  EXPECT_EQ(ValueOf<Order>("OSA"), Order::kOsa);
-  EXPECT_EQ(ValueOf<Order>("ANSI"), Order::kOsa);
-  EXPECT_EQ(ValueOf<Order>("Noll"), Order::kNoll);
+  EXPECT_EQ(ValueOf<IndexScheme>("OSA"), IndexScheme::kOsa);
+  EXPECT_EQ(ValueOf<IndexScheme>("ANSI"), IndexScheme::kOsa);
+  EXPECT_EQ(ValueOf<IndexScheme>("Noll"), IndexScheme::kNoll);
   EXPECT_EQ(ValueOf<Normalisation>("Orthonormal"), Normalisation::kOrthonormal);
   EXPECT_EQ(ValueOf<YAxis>("UP"), YAxis::kUp);
   EXPECT_EQ(ConventionNamed("OSA"), kOsaConvention);

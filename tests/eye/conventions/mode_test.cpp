@@ -16,7 +16,7 @@ TEST(Term, OsaNumbersRunByOrderAndThenByFrequency) {
       EXPECT_EQ(OsaIndex({n, m}), j);
     }
   }
-  EXPECT_EQ(j, kMostTerms);
+  EXPECT_EQ(j, kMaxTerms);
 }
 
 // Noll (1976), Table I, and its continuation.
@@ -36,7 +36,7 @@ TEST(Term, NollNumbersAreThoseOfThePublishedTable) {
 
 TEST(Term, NollNumbersReachEveryTermOnce) {
   std::set<std::size_t> seen;
-  for (std::size_t j = 0; j < kMostTerms; ++j) {
+  for (std::size_t j = 0; j < kMaxTerms; ++j) {
     EXPECT_TRUE(seen.insert(NollIndex(Term(j))).second) << j;
     EXPECT_EQ(TermOfNoll(NollIndex(Term(j))), Term(j)) << j;
     // Even numbers are cosines.
@@ -45,9 +45,9 @@ TEST(Term, NollNumbersReachEveryTermOnce) {
     }
   }
   EXPECT_EQ(*seen.begin(), 1U);
-  EXPECT_EQ(*seen.rbegin(), kMostTerms);
+  EXPECT_EQ(*seen.rbegin(), kMaxTerms);
   EXPECT_EQ(TermOfNoll(0), std::nullopt);
-  EXPECT_EQ(TermOfNoll(kMostTerms + 1), std::nullopt);
+  EXPECT_EQ(TermOfNoll(kMaxTerms + 1), std::nullopt);
 }
 
 // The set of the University of Arizona, by its polynomials.
@@ -68,7 +68,7 @@ TEST(Term, FringeNumbersAreThoseOfTheThirtySevenTerms) {
 
 TEST(Term, FringeHasNoPlaceForAnyOther) {
   std::set<std::size_t> seen;
-  for (std::size_t j = 0; j < kMostTerms; ++j) {
+  for (std::size_t j = 0; j < kMaxTerms; ++j) {
     const auto number = FringeIndex(Term(j));
     if (number) {
       EXPECT_TRUE(seen.insert(*number).second) << j;
@@ -128,7 +128,7 @@ TEST(Term, HasTheNameOfItsFolds) {
 
 TEST(Term, NamesAreAllDifferent) {
   std::set<std::string> names;
-  for (std::size_t j = 0; j < kMostTerms; ++j) EXPECT_TRUE(names.insert(Name(Term(j))).second) << Name(Term(j));
+  for (std::size_t j = 0; j < kMaxTerms; ++j) EXPECT_TRUE(names.insert(Name(Term(j))).second) << Name(Term(j));
 }
 
 }  // namespace

@@ -39,9 +39,9 @@ TEST(Statement, WhatIsMissingIsListed) {
 
 TEST(Statement, AnOrderIsNeededOnlyByNumbers) {
   Statement statement = Whole();
-  statement.order.reset();
+  statement.scheme.reset();
   EXPECT_NE(MessageOf([&] { Complete(statement, true); }), "");
-  EXPECT_EQ(Complete(statement, false).convention.order, Order::kNamed);
+  EXPECT_EQ(Complete(statement, false).convention.scheme, IndexScheme::kNamed);
 }
 
 TEST(Statement, WavesNeedAWavelengthAndNothingElseHasOne) {

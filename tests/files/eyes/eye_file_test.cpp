@@ -99,7 +99,7 @@ TEST(EyeFile, MaySpellItsConventionOut) {
   const Eye eye = EyeOf(kSpelledOut);
   EXPECT_EQ(eye.side, Side::kOs);
   EXPECT_EQ(eye.coefficients.convention(),
-            (Convention{Unit::kWaves, Nanometres(543.5), Normalisation::kNone, Order::kFringe, YAxis::kDown}));
+            (Convention{Unit::kWaves, Nanometres(543.5), Normalisation::kNone, IndexScheme::kFringe, YAxis::kDown}));
   // 4 is defocus, 5 and 6 are astigmatism, 7 and 8 coma, 9 spherical aberration.
   EXPECT_EQ(eye.coefficients.AsStated(), (Coefficients{0, 0, 0, 6, 4, 5, 0, 8, 7, 0, 0, 0, 9}));
 }
@@ -144,9 +144,9 @@ TEST(EyeFile, IsCompletedByTheCommandLine) {
 TEST(EyeFile, IsReadAsItIsWritten) {
   Eye eye = EyeOf(kSpelledOut);
   eye.name = "A \"name\"";
-  for (const Order order : {Order::kOsa, Order::kNoll, Order::kFringe, Order::kNamed}) {
+  for (const IndexScheme scheme : {IndexScheme::kOsa, IndexScheme::kNoll, IndexScheme::kFringe, IndexScheme::kNamed}) {
     Convention convention = eye.coefficients.convention();
-    convention.order = order;
+    convention.scheme = scheme;
     Coefficients numbers = eye.coefficients.AsStated();
     numbers[3] = 1.0 / 3.0;
     eye.coefficients = {convention, std::move(numbers)};
@@ -154,7 +154,7 @@ TEST(EyeFile, IsReadAsItIsWritten) {
     EXPECT_EQ(again.name, eye.name);
     EXPECT_EQ(again.side, eye.side);
     EXPECT_EQ(again.pupil, eye.pupil);
-    EXPECT_EQ(again.coefficients, eye.coefficients) << Word(order);
+    EXPECT_EQ(again.coefficients, eye.coefficients) << Word(scheme);
   }
 }
 

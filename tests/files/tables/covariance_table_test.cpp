@@ -10,9 +10,9 @@
 namespace orvanel::files {
 namespace {
 
-CovarianceTable TableOf(const std::string& text, std::optional<Order> order = Order::kNoll) {
+CovarianceTable TableOf(const std::string& text, std::optional<IndexScheme> scheme = IndexScheme::kNoll) {
   std::istringstream stream(text);
-  return ReadCovariance(stream, "cov.csv", order);
+  return ReadCovariance(stream, "cov.csv", scheme);
 }
 
 std::string Refusal(const std::string& text) {

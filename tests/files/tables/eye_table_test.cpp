@@ -39,14 +39,14 @@ TEST(EyeTable, ARowMayStateEverything) {
       "A,1,5.5,OS,waves,550,none,noll,down,0.25,-0.5\n"
       "B,,6,OD,um,,orthonormal,fringe,up,1,2\n");
   EXPECT_EQ(opened.table.identifierNames(), (std::vector<std::string>{"id", "visit"}));
-  EXPECT_EQ(opened.table.CommonOrder(), std::nullopt);
+  EXPECT_EQ(opened.table.CommonScheme(), std::nullopt);
   const TableEye a = opened.Next(), b = opened.Next();
   EXPECT_EQ(a.line, 2U);
   EXPECT_EQ(a.identifiers, (std::vector<std::string>{"A", "1"}));
   EXPECT_EQ(a.eye.pupil, Millimetres(5.5));
   EXPECT_EQ(a.eye.side, Side::kOs);
   EXPECT_EQ(a.eye.coefficients.convention(),
-            (Convention{Unit::kWaves, Nanometres(550.0), Normalisation::kNone, Order::kNoll, YAxis::kDown}));
+            (Convention{Unit::kWaves, Nanometres(550.0), Normalisation::kNone, IndexScheme::kNoll, YAxis::kDown}));
   EXPECT_EQ(a.eye.coefficients.AsStated(), (Coefficients{0, 0, 0, 0, 0.25, 0, 0, 0, -0.5}));
   EXPECT_EQ(b.identifiers, (std::vector<std::string>{"B", ""}));
   EXPECT_EQ(b.eye.coefficients.AsStated(), (Coefficients{0, 0, 0, 0, 1, 0, 0, 2}));
@@ -56,7 +56,7 @@ TEST(EyeTable, ARowMayStateEverything) {
 
 TEST(EyeTable, TheCommandLineMayStateItForAllRows) {
   Opened opened("Z3;Z4\n0.5;-0.25\n", Stated());
-  EXPECT_EQ(opened.table.CommonOrder(), Order::kOsa);
+  EXPECT_EQ(opened.table.CommonScheme(), IndexScheme::kOsa);
   EXPECT_EQ(opened.Next().eye.coefficients.AsStated(), (Coefficients{0, 0, 0, 0.5, -0.25}));
 }
 
@@ -101,18 +101,18 @@ TEST(EyeTable, AReferenceWavelengthWithoutItsUnitIsRefused) {
 
 TEST(EyeTable, NamedTermsAreNamedWhateverARowSays) {
   Opened opened("pupil_diameter_mm,eye,unit,normalisation,order,y_axis,\"Z(2,0)\"\n6,OD,um,orthonormal,named,up,0.5\n");
-  EXPECT_EQ(opened.table.CommonOrder(), Order::kNamed);
+  EXPECT_EQ(opened.table.CommonScheme(), IndexScheme::kNamed);
   EXPECT_EQ(opened.Next().eye.coefficients.AsStated(), (Coefficients{0, 0, 0, 0, 0.5}));
 }
 
 TEST(EyeTable, NamedTermsNeedNoOrder) {
   Statement stated = Stated();
-  stated.order.reset();
+  stated.scheme.reset();
   Opened opened("\"c[2,-2]\",\"Z(2,0)\"\n0.5,-0.25\n", stated);
-  EXPECT_EQ(opened.table.CommonOrder(), Order::kNamed);
+  EXPECT_EQ(opened.table.CommonScheme(), IndexScheme::kNamed);
   const TableEye row = opened.Next();
   EXPECT_EQ(row.eye.coefficients.AsStated(), (Coefficients{0, 0, 0, 0.5, -0.25}));
-  EXPECT_EQ(row.eye.coefficients.convention().order, Order::kNamed);
+  EXPECT_EQ(row.eye.coefficients.convention().scheme, IndexScheme::kNamed);
 }
 
 TEST(EyeTable, KnowsEveryTermThatARowMayHave) {

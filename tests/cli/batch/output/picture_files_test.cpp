@@ -64,7 +64,7 @@ TEST(PictureFiles, TheStarIsThatOfASimulation) {
   const Eye eye = ReadEyeFile(ORVANEL_EYES "/standard_observer_6mm.json");
   const std::vector<PictureKind> kinds = {PictureKind::kStar, PictureKind::kPsf};
   Evaluator evaluator;
-  Painter painter(PictureFolder((folder / "new").string(), kinds), evaluator, SectorStar());
+  PictureWriter painter(PictureFolder((folder / "new").string(), kinds), evaluator, SectorStar());
   evaluator.Evaluate(eye, NeedsOf(kinds));
   painter.Paint(0);
   const Results simulation = Simulate(evaluator, eye, {});
