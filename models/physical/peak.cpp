@@ -183,7 +183,7 @@ class Search {
     for (std::size_t i = 0; i < beams_.size(); ++i) {
       const Pupil& pupil = beams_[i].pupil;
       const double unit = beams_[i].unitArcmin, across = side_ * spacing_ / unit;
-      const PupilLattice lattice{static_cast<int>(std::ceil(across)), 2.0 / across};
+      const PupilLattice lattice{static_cast<int>(std::ceil(across)) + 2 * kMaskReach, 2.0 / across};
       const SampledOutline& outline = workspace_.outlines.Of(pupil.outline, lattice, 1);
       const std::size_t samples = static_cast<std::size_t>(lattice.side) * static_cast<std::size_t>(outline.pitch());
       workspace_.re.Reserve(samples);

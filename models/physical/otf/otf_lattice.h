@@ -16,10 +16,10 @@ struct FrequencyLattice {
   bool operator==(const FrequencyLattice&) const = default;
 };
 
-// The fast method. It samples the pupil on a lattice of 256 samples or more across; a cell at the rim counts by the
-// share of its area that is inside. One step of the frequencies is a whole number of samples: the density. The
-// autocorrelation at every such sample is the sum of those of density^2 sub-lattices. The overlap of a flat pupil has a
-// closed form; the difference from it corrects the cells at the rim.
+// The fast method. It samples the pupil on a lattice of 256 samples or more across, with the weights of MaskOf at the
+// rim. One step of the frequencies is a whole number of samples: the density. The autocorrelation at every such sample
+// is the sum of those of density^2 sub-lattices. The overlap of a flat pupil has a closed form; the difference from it
+// corrects the samples where two rims cross.
 class OtfLattice {
  public:
   explicit OtfLattice(const Kernels& kernels);
@@ -27,10 +27,10 @@ class OtfLattice {
 
   // The OTF in the sense of OtfOverlap.
   //   re, im  side x side doubles
-  // Error: 1e-4 for most eyes; up to 3.2e-4 was measured, where the wavefront is steep at the rim. The phase changes by
-  // at most a quarter of a turn from sample to sample. For that the lattice has up to 2048 samples across, or as many
-  // as the frequencies. Returns false, and writes nothing, where it would change by more, and where the frequencies are
-  // no lattice as above. Memory: 5 planes of the frequencies, and one of the samples across.
+  // Error: 1e-4. The phase changes by at most a quarter of a turn from sample to sample. For that the lattice has up to
+  // 2048 samples across, or as many as the frequencies. Returns false, and writes nothing, where it would change by
+  // more, and where the frequencies are no lattice as above. Memory: 5 planes of the frequencies, and one of the
+  // samples across.
   bool Compute(const Pupil& pupil, const FrequencyLattice& frequencies, double* re, double* im);
 
  private:

@@ -1,4 +1,4 @@
-// Areas of cells inside the outline, and fields row by row.
+// Integrates the kernel of interpolation over the outline, and computes fields row by row.
 #include "models/physical/pupil/pupil_lattice.h"
 
 #include <algorithm>
@@ -14,10 +14,36 @@ std::size_t At(int row, int column, int side) {
   return static_cast<std::size_t>(row) * static_cast<std::size_t>(side) + static_cast<std::size_t>(column);
 }
 
-// The part of a row of cells that is inside, from left to right.
-struct Inside {
-  double left, right;  // equal if there is none
-};
+// The kernel of interpolation by Lagrange's polynomials through six samples: pieces in |t| from 0, 1 and 2 on.
+using Piece = std::array<double, 6>;
+constexpr std::array<Piece, kMaskReach> kKernel = {{
+    {1.0, -1.0 / 3.0, -5.0 / 4.0, 5.0 / 12.0, 1.0 / 4.0, -1.0 / 12.0},
+    {1.0, -13.0 / 12.0, -5.0 / 8.0, 25.0 / 24.0, -3.0 / 8.0, 1.0 / 24.0},
+    {1.0, -137.0 / 60.0, 15.0 / 8.0, -17.0 / 24.0, 1.0 / 8.0, -1.0 / 120.0},
+}};
+constexpr std::array<double, kMaskReach> kIntegralAtZero = {0.0, 11.0 / 96.0,
+                                                            29.0 / 160.0};  // of each piece, continued
+
+double Kernel(double t) {
+  t = std::fabs(t);
+  if (t >= kMaskReach) return 0.0;
+  double value = 0.0;
+  const Piece& piece = kKernel[static_cast<std::size_t>(t)];
+  for (std::size_t k = piece.size(); k-- > 0;) value = value * t + piece[k];
+  return value;
+}
+
+// From 0 to t.
+double KernelIntegral(double t) {
+  const double x = std::fabs(t);
+  if (x >= kMaskReach) return t < 0.0 ? -0.5 : 0.5;
+  const auto number = static_cast<std::size_t>(x);
+  const Piece& piece = kKernel[number];
+  double value = 0.0;
+  for (std::size_t k = piece.size(); k-- > 0;) value = value * x + piece[k] / static_cast<double>(k + 1);
+  value = value * x + kIntegralAtZero[number];
+  return t < 0.0 ? -value : value;
+}
 
 }  // namespace
 
@@ -29,31 +55,26 @@ std::vector<double> MaskOf(const Ellipse& outline, const PupilLattice& lattice) 
   const int side = lattice.side;
   const double step = lattice.step;
   std::vector<double> mask(At(side, 0, side), 0.0);
-  for (int r = 0; r < side; ++r) {
-    // In cells: cell c is from c to c + 1.
-    std::array<Inside, kFine> rows;
-    double whole = 0.0, end = side;  // what is inside in all fine rows
-    for (int fine = 0; fine < kFine; ++fine) {
-      const double height = lattice.Place(r) + ((fine + 0.5) / kFine - 0.5) * step;
-      const double v = (height - chords.centreY) / chords.halfHeight;
-      const double half = v * v < 1.0 ? chords.halfWidth * std::sqrt(1.0 - v * v) : 0.0;
-      const double middle = chords.MiddleAt(v) / step + side / 2.0;
-      rows[static_cast<std::size_t>(fine)] = {std::max(0.0, middle - half / step),
-                                              std::min(1.0 * side, middle + half / step)};
-      whole = std::max(whole, middle - half / step);
-      end = std::min(end, middle + half / step);
+  std::vector<double> line(static_cast<std::size_t>(side));
+  // Heights between two samples, from the farthest on that reach the first row.
+  for (int fine = -kMaskReach * kFine; fine < (side - 1 + kMaskReach) * kFine; ++fine) {
+    const double row = (fine + 0.5) / kFine;  // in samples
+    const double v = ((row - (side - 1) / 2.0) * step - chords.centreY) / chords.halfHeight;
+    if (!(v * v < 1.0)) continue;
+    const double half = chords.halfWidth * std::sqrt(1.0 - v * v) / step;
+    const double middle = chords.MiddleAt(v) / step + (side - 1) / 2.0;
+    const double left = middle - half, right = middle + half;
+    const int first = std::max(0, static_cast<int>(std::floor(left)) - kMaskReach + 1);
+    const int end = std::min(side, static_cast<int>(std::ceil(right)) + kMaskReach);
+    for (int c = first; c < end; ++c) {
+      const bool isWhole = c - left >= kMaskReach && right - c >= kMaskReach;
+      line[static_cast<std::size_t>(c)] = isWhole ? 1.0 : KernelIntegral(right - c) - KernelIntegral(left - c);
     }
-    const int firstWhole = static_cast<int>(std::ceil(whole)), endOfWhole = static_cast<int>(std::floor(end));
-    double* const cells = mask.data() + At(r, 0, side);
-    for (int c = firstWhole; c < endOfWhole; ++c) cells[c] = 1.0;
-    for (const Inside& row : rows) {
-      for (int c = static_cast<int>(row.left); c < row.right; ++c) {
-        if (c >= firstWhole && c < endOfWhole) {
-          c = endOfWhole - 1;
-          continue;
-        }
-        cells[c] += std::max(0.0, std::min(c + 1.0, row.right) - std::max(1.0 * c, row.left)) / kFine;
-      }
+    const int above = static_cast<int>(std::floor(row));
+    for (int r = std::max(0, above - kMaskReach + 1); r <= std::min(side - 1, above + kMaskReach); ++r) {
+      const double weight = Kernel(row - r) / kFine;
+      double* const cells = mask.data() + At(r, 0, side);
+      for (int c = first; c < end; ++c) cells[c] += weight * line[static_cast<std::size_t>(c)];
     }
   }
   return mask;
@@ -64,16 +85,16 @@ SampledOutline::SampledOutline(const Ellipse& outline, const PupilLattice& latti
   const int side = lattice.side;
   pitch_ = ((side + density - 1) / density + kChordBlock - 1) / kChordBlock * kChordBlock;
   places_.resize(At(density, 0, pitch_));
-  shares_.resize(At(side * density, 0, pitch_));
+  weights_.resize(At(side * density, 0, pitch_));
   const std::vector<double> mask = MaskOf(outline, lattice);
   for (int c = 0; c < side; ++c) {
     places_[At(c % density, c / density, pitch_)] = lattice.Place(c);
     for (int r = 0; r < side; ++r) {
-      shares_[At(r * density + c % density, c / density, pitch_)] = mask[At(r, c, side)];
+      weights_[At(r * density + c % density, c / density, pitch_)] = mask[At(r, c, side)];
     }
   }
   for (int i = 0; i < side * density; ++i) {
-    const double* const row = shares_.data() + At(i, 0, pitch_);
+    const double* const row = weights_.data() + At(i, 0, pitch_);
     Range range{0, pitch_};
     while (range.first < range.end && row[range.first] == 0.0) ++range.first;
     while (range.first < range.end && row[range.end - 1] == 0.0) --range.end;
@@ -83,15 +104,9 @@ SampledOutline::SampledOutline(const Ellipse& outline, const PupilLattice& latti
   }
 }
 
-double SampledOutline::SumOfShares() const {
+double SampledOutline::SumOfSquaredWeights() const {
   double sum = 0.0;
-  for (const double share : shares_) sum += share;
-  return sum;
-}
-
-double SampledOutline::SumOfSquaredShares() const {
-  double sum = 0.0;
-  for (const double share : shares_) sum += share * share;
+  for (const double weight : weights_) sum += weight * weight;
   return sum;
 }
 
@@ -115,7 +130,7 @@ void SampledOutline::FieldOf(const Pupil& pupil, const SubLattice& part, double 
     const std::array<double, 3> logAmplitude = attenuation.AlongLine(0.0, height);
     RowField row{};
     row.places = places_.data() + At(part.firstColumn, range.first, pitch_);
-    row.shares = shares_.data() + At(index, range.first, pitch_);
+    row.weights = weights_.data() + At(index, range.first, pitch_);
     row.count = range.end - range.first;
     row.phase = phase.data();
     row.attenuation = attenuation.perSquare == 0.0 ? nullptr : logAmplitude.data();

@@ -1,4 +1,4 @@
-// The pupil on a square lattice of samples, whose cells at the rim count by the share of their area that is inside.
+// The pupil on a square lattice of samples. Weights at the rim make sums over the samples integrals.
 #ifndef ORVANEL_MODELS_PHYSICAL_PUPIL_PUPIL_LATTICE_H
 #define ORVANEL_MODELS_PHYSICAL_PUPIL_PUPIL_LATTICE_H
 
@@ -18,7 +18,14 @@ struct PupilLattice {
   bool operator==(const PupilLattice&) const = default;
 };
 
-// The share of each cell: exact along x, by the midpoint rule over 64 rows of a cell along y.
+// Samples beyond the rim that weights reach.
+constexpr int kMaskReach = 3;
+
+// The weight of each sample: sum of weight * f over the samples is the integral of f over the outline, in cells, for
+// polynomials up to degree 5 along x and y. Weights are 1 inside, 0 outside, and within kMaskReach samples of the rim
+// from about -0.1 to 1.1: the integral over the outline of the kernel of interpolation through six samples. It is exact
+// along x, and by the midpoint rule over 64 lines a sample along y. Where the lattice ends before the weights do, the
+// rest of them is lost.
 std::vector<double> MaskOf(const Ellipse& outline, const PupilLattice& lattice);
 
 // Every density-th sample of a lattice in both directions.
@@ -37,11 +44,10 @@ class SampledOutline {
   int density() const { return density_; }
   int pitch() const { return pitch_; }  // of a row of a sub-lattice
   int Rows(int firstRow) const { return (lattice_.side - firstRow + density_ - 1) / density_; }
-  double SumOfShares() const;
-  double SumOfSquaredShares() const;
+  double SumOfSquaredWeights() const;
 
   // The field of a sub-lattice: sample (row, column) of it is at pitch * row + column; the columns beyond its last are
-  // 0. The field is A exp(i k W - i pi (x, y) . place) by the share of the cell.
+  // 0. The field is A exp(i k W - i pi (x, y) . place) by the weight of the sample.
   //   x, y    a direction in wavelength / diameter, which comes to zero frequency
   //   re, im  Rows(part.firstRow) x pitch doubles
   void FieldOf(const Pupil& pupil, const SubLattice& part, double x, double y, const ChordKernels& kernels, double* re,
@@ -56,9 +62,9 @@ class SampledOutline {
   PupilLattice lattice_;
   int density_;
   int pitch_;
-  std::vector<double> places_;  // of the columns of each sub-lattice
-  std::vector<double> shares_;  // for each row of the lattice: of each sub-lattice
-  std::vector<Range> inside_;   // where these are not all 0
+  std::vector<double> places_;   // of the columns of each sub-lattice
+  std::vector<double> weights_;  // for each row of the lattice: of each sub-lattice
+  std::vector<Range> inside_;    // where these are not all 0
 };
 
 // Keeps those that were used last.

@@ -67,7 +67,7 @@ Outcome<std::vector<double>> LineSpreadOf(const Eye& eye, const Light& light, do
   std::vector<double> spread(places.size());
   for (const Beam& beam : *beams) {
     const double needed = NodesFor(beam, farthest);
-    if (!(needed <= kMaxNodes)) {
+    if (!(needed < kMaxNodes)) {
       return Refusal{Problem::kTooManyNodes, needed, 0.0, static_cast<double>(kMaxNodes), beam.line};
     }
     const int half = static_cast<int>(needed / 2.0) + 1;

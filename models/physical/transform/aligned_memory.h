@@ -15,11 +15,11 @@ class AlignedMemory {
 
   double* data() { return lines_ ? lines_[0].doubles : nullptr; }
   const double* data() const { return lines_ ? lines_[0].doubles : nullptr; }
-  std::size_t size() const { return count_; }
+  std::size_t size() const { return lines_ ? count_ : 0; }
 
   // Grows to so many, without keeping what was there.
   void Reserve(std::size_t count) {
-    if (count > count_) *this = AlignedMemory(count);
+    if (count > size()) *this = AlignedMemory(count);
   }
 
  private:

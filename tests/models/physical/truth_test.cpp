@@ -14,21 +14,6 @@ namespace {
 // What the headers state.
 constexpr double kPsf = 1e-9, kStrehl = 1e-9, kOtfReference = 1e-7, kOtfLattice = 1e-4;
 
-// The lattice does not keep its bound for these: their wavefronts are steepest at the rim, where its cells are too
-// coarse. A lattice of twice the samples keeps it. docs/accuracy.md has the errors.
-struct KnownExcess {
-  const char* eye;
-  double error;
-};
-constexpr KnownExcess kLatticeExcess[] = {{"order-6", 1.6e-4}, {"order-10-round", 3.2e-4}, {"one-wave", 1.2e-4}};
-
-double LatticeBound(const std::string& eye) {
-  for (const KnownExcess& known : kLatticeExcess) {
-    if (eye == known.eye) return known.error;
-  }
-  return kOtfLattice;
-}
-
 class PhysicalTruth : public testing::TestWithParam<TrueEye> {
  protected:
   Workspace workspace{*ActiveKernels()};
@@ -75,7 +60,7 @@ TEST_P(PhysicalTruth, IsMetByTheLattice) {
   ASSERT_TRUE(otf);
   const double error = OtfError(truth, *otf);
   Record("lattice", error);
-  EXPECT_LE(error, LatticeBound(truth.name));
+  EXPECT_LE(error, kOtfLattice);
 }
 
 std::string EyeName(const testing::TestParamInfo<TrueEye>& info) {
