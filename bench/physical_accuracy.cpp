@@ -8,6 +8,7 @@
 #include <ctime>
 #include <functional>
 #include <numbers>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -221,6 +222,7 @@ void MeasureFftw(Table& table, const TrueEye& truth) {
 }
 
 int Main(int argc, char** argv) {
+  if (ActiveKernels() == nullptr) throw std::runtime_error(WhyNoKernels());
   if (argc == 2 && std::strcmp(argv[1], "--unit") == 0) {
     Table table;
     while (std::getchar() != EOF) {

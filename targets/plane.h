@@ -21,8 +21,8 @@ class Plane {
   Plane(int columns, int rows, std::vector<double> samples)
       : samples_(std::move(samples)), columns_(columns), rows_(rows) {}
 
-  int columns() const { return columns_; }
-  int rows() const { return rows_; }
+  int columns() const { return empty() ? 0 : columns_; }
+  int rows() const { return empty() ? 0 : rows_; }
   bool empty() const { return samples_.empty(); }
   std::size_t size() const { return samples_.size(); }
 

@@ -76,7 +76,7 @@ The eye is `one-wave`: seven modes, 1 wave RMS, 6 mm, 550 nm. The PSF has 256 ×
 compared. The OTF has steps of a 128th of the cut-off frequency; 64 frequencies are compared. The cost is that of a new
 eye for the same pupil and grid, on one core: the processor time of the fastest of many calls. U is a warm complex
 transform of 256 × 256 by FFTW, measured before and after each line. Machine: {machine}.
-Where the load average is above 1, other work used the same caches and memory, and costs may be too high by a half.
+Where the load average is above 1, other work used the same caches and memory, and costs may be too high.
 
 ![Error of PSF and OTF over their cost](images/accuracy-physical.svg)
 
@@ -97,7 +97,7 @@ PSF and MTF on its own plane of 256 × 256, which is another one than that of th
 
 {cost_table("samples across", of("classic", "PSF") + of("classic", "MTF")).replace("| 128 |", "| 128, PSF |", 1).replace("| 128 |", "| 128, MTF |", 1)}
 
-**Peers.** These are packages of PyPI, with the versions in
+**Peers.** These are Python packages, with the versions in
 [bench/peers/requirements.txt](../bench/peers/requirements.txt), and programs that we wrote with NumPy, SciPy and FFTW.
 All have a grey edge: a cell at the rim counts by the share of its area. Modes and grids are computed once. Their settings
 are samples across the pupil for matrix transforms and packages, and the side of the transform for FFTs and MTFs. MTFs of
@@ -113,8 +113,9 @@ def main():
     results, page = sys.argv[1:]
     with open(page, encoding="utf-8") as file:
         text = file.read()
+    text = text.split(TITLE)[0].rstrip("\n") + "\n" + chapter(results)
     with open(page, "w", encoding="utf-8") as file:
-        file.write(text.split(TITLE)[0].rstrip("\n") + "\n" + chapter(results))
+        file.write(text)
 
 
 main()

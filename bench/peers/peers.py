@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Measures PSF and OTF of packages from PyPI and of NumPy with SciPy: time and error, as CSV.
+"""Measures PSF and OTF of Python packages and of NumPy with SciPy: time and error, as CSV.
 
 The eye is `one-wave` of tests/reference/physical/truth.txt: PSF of 256 x 256 samples over +-10', OTF in steps of a 128th
 of the cut-off. Modes, apertures and grids are computed once. The time is that of a new eye: from its coefficients to

@@ -56,7 +56,7 @@ std::string EyeWriter::Row(const Eye& eye, const std::vector<std::string>& ident
     }
   }
   if (eye.referenceWavelength && !withReference_) {
-    throw Error(std::string(kReferenceKey) + " is stated and does not stand in the first row; add it there");
+    throw Error(std::string(kReferenceKey) + " is stated and is not in the first row; add it there");
   }
   std::vector<std::string> fields = identifiers;
   fields.push_back(ShortestText(eye.pupil.value()));
