@@ -238,15 +238,11 @@ Outcome<ImageFilter> ImageFilter::Of(const Eye& eye, const Light& light, const O
 
 int ImageFilter::side() const { return tables_->near.side(); }
 
-Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surround, View view,
-                                           Workspace& workspace) const {
-  if (!IsFinite(surround)) return Refusal{Problem::kLuminance, surround};
-  const Tables& t = *tables_;
-  const ObjectSize& size = t.size;
-  // The difference from the surround, in whole blocks of columns.
-  const int pitch = WholeBlocks(size.columns);
-  workspace.re.Reserve(At(size.rows, 0, pitch));
-  double* const object = workspace.re.data();
+namespace {
+
+// The difference of an object from its surround, in whole blocks of columns; returns its sum.
+Outcome<double> SetDifference(const double* luminance, const ObjectSize& size, double surround, double* object,
+                              int pitch) {
   double light = 0.0;
   for (int r = 0; r < size.rows; ++r) {
     const double* const from = luminance + At(r, 0, size.columns);
@@ -262,6 +258,29 @@ Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surro
     }
     light += sum;
   }
+  return light;
+}
+
+void TurnUpsideDown(RetinalImage& image) {
+  double* const plane = image.luminance.data();
+  for (int r = 0; r < image.rows / 2; ++r) {
+    double* const row = plane + At(r, 0, image.columns);
+    std::swap_ranges(row, row + image.columns, plane + At(image.rows - 1 - r, 0, image.columns));
+  }
+}
+
+}  // namespace
+
+Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surround, View view,
+                                           Workspace& workspace) const {
+  if (!IsFinite(surround)) return Refusal{Problem::kLuminance, surround};
+  const Tables& t = *tables_;
+  const ObjectSize& size = t.size;
+  const int pitch = WholeBlocks(size.columns);
+  workspace.re.Reserve(At(size.rows, 0, pitch));
+  double* const object = workspace.re.data();
+  const Outcome<double> light = SetDifference(luminance, size, surround, object, pitch);
+  if (!light) return light.refusal();
 
   RetinalImage image;
   image.columns = size.columns + 2 * size.margin;
@@ -283,7 +302,7 @@ Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surro
   // By cells of the grid, while their rows are in the cache. Rows lose the rest of their last block, and so may move
   // onto those before.
   const std::vector<double> far = t.grid.Rows(nodes, nodePitch);
-  image.outside = nearLight + t.farShare * light;
+  image.outside = nearLight + t.farShare * *light;
   for (int first = 0; first < image.rows; first += t.grid.step()) {
     const int count = std::min(t.grid.step(), image.rows - first);
     t.grid.AddTo(far, first, count, plane + At(first, 0, imagePitch), imagePitch);
@@ -296,12 +315,7 @@ Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surro
     }
   }
   image.luminance.resize(At(image.rows, 0, image.columns));
-  if (view == View::kRetina) {
-    for (int r = 0; r < image.rows / 2; ++r) {
-      double* const row = plane + At(r, 0, image.columns);
-      std::swap_ranges(row, row + image.columns, plane + At(image.rows - 1 - r, 0, image.columns));
-    }
-  }
+  if (view == View::kRetina) TurnUpsideDown(image);
   return image;
 }
 

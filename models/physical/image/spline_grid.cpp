@@ -30,7 +30,7 @@ SplineGrid::SplineGrid(const ChordKernels& kernels, int columns, int rows, int s
 }
 
 void SplineGrid::Gather(const double* samples, int sampleColumns, int sampleRows, int samplePitch, int margin,
-                        double* nodes, int pitch) const {
+                        double* nodes, int nodePitch) const {
   const int wide = WholeBlocks(sampleColumns);
   std::vector<double> lines(At(rows(), 0, wide));  // nodes along columns
   for (int r = 0; r < sampleRows;) {
@@ -41,8 +41,8 @@ void SplineGrid::Gather(const double* samples, int sampleColumns, int sampleRows
     r += count;
   }
   for (int n = 0; n < rows(); ++n) {
-    double* const to = nodes + At(n, 0, pitch);
-    std::fill(to, to + pitch, 0.0);
+    double* const to = nodes + At(n, 0, nodePitch);
+    std::fill(to, to + nodePitch, 0.0);
     const double* const from = lines.data() + At(n, 0, wide);
     int cell = margin / step_, inCell = margin % step_;
     for (int i = 0; i < sampleColumns; ++i) {

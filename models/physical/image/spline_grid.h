@@ -21,9 +21,9 @@ class SplineGrid {
   // For each node the sum of its spline times the samples.
   //   samples  rows x columns pixels that begin `margin` pixels behind the plane's corner in both directions; those
   //            up to a whole block of columns are 0
-  //   nodes    rows() x pitch doubles; columns beyond columns() become 0
+  //   nodes    rows() x nodePitch doubles; columns beyond columns() become 0
   void Gather(const double* samples, int sampleColumns, int sampleRows, int samplePitch, int margin, double* nodes,
-              int pitch) const;
+              int nodePitch) const;
 
   // Splines with these factors along rows of pixels: rows() x columns, in whole blocks.
   std::vector<double> Rows(const double* nodes, int pitch) const;

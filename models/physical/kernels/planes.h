@@ -31,7 +31,7 @@ struct LineBuffers {
   Complex* second;
 };
 ORVANEL_INLINE LineBuffers BuffersOf(const PlaneMemory& memory, int side) {
-  Complex* const first = reinterpret_cast<Complex*>(memory.lines);
+  auto* const first = reinterpret_cast<Complex*>(memory.lines);
   return {first, first + side};
 }
 
