@@ -26,7 +26,7 @@ enum class Problem {
   kPixelSize,
   kObjectSize,
   kMargin,
-  kLuminance,      // not finite; index is that of the pixel, or -1 for the surround
+  kLuminance,      // no number or too large; index is that of the pixel, or -1 for the surround
   kFieldTooLarge,  // value is the side of the lattice that it takes, in pixels or frequencies
   kTooSteep,       // the wavefront, for the lattice of the OTF or the search of the peak, in the line `index`
   kTooManyNodes,   // the wavefront or the field needs more than `high` quadrature nodes, for the line `index`

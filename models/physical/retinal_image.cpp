@@ -12,6 +12,7 @@
 #include "base/elementary.h"
 #include "models/physical/image/far_light.h"
 #include "models/physical/image/spline_grid.h"
+#include "models/physical/plane_index.h"
 #include "models/physical/pupil/perfect_pupil.h"
 
 namespace orvanel::physical {
@@ -19,10 +20,7 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-std::size_t At(int row, int column, int columns) {
-  return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
-}
-bool IsFinite(double x) { return std::fabs(x) <= std::numeric_limits<double>::max(); }
+bool IsLuminance(double x) { return std::fabs(x) <= kLargestLuminance; }
 
 std::optional<Refusal> CheckSize(const ObjectSize& size) {
   constexpr double kLargestPixel = 60.0;
@@ -113,8 +111,6 @@ double SumOf(const double* samples, int wholeBlocks) {
   }
   return ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7]));
 }
-
-int WholeBlocks(int n) { return (n + kChordBlock - 1) / kChordBlock * kChordBlock; }
 
 }  // namespace
 
@@ -240,23 +236,22 @@ int ImageFilter::side() const { return tables_->near.side(); }
 
 namespace {
 
+Refusal RefusalOf(double luminance, int index) {
+  return {Problem::kLuminance, luminance, -kLargestLuminance, kLargestLuminance, index};
+}
+
 // The difference of an object from its surround, in whole blocks of columns; returns its sum.
 Outcome<double> SetDifference(const double* luminance, const ObjectSize& size, double surround, double* object,
                               int pitch) {
   double light = 0.0;
   for (int r = 0; r < size.rows; ++r) {
     const double* const from = luminance + At(r, 0, size.columns);
+    const double* const bad = std::find_if_not(from, from + size.columns, IsLuminance);
+    if (bad != from + size.columns) return RefusalOf(*bad, static_cast<int>(bad - luminance));
     double* const to = object + At(r, 0, pitch);
     for (int c = 0; c < size.columns; ++c) to[c] = from[c] - surround;
     std::fill(to + size.columns, to + pitch, 0.0);
-    const double sum = SumOf(to, pitch);
-    if (!IsFinite(sum)) {
-      const double* const bad = std::find_if_not(from, from + size.columns, IsFinite);
-      if (bad != from + size.columns) {
-        return Refusal{Problem::kLuminance, *bad, 0.0, 0.0, static_cast<int>(bad - luminance)};
-      }
-    }
-    light += sum;
+    light += SumOf(to, pitch);
   }
   return light;
 }
@@ -273,7 +268,7 @@ void TurnUpsideDown(RetinalImage& image) {
 
 Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surround, View view,
                                            Workspace& workspace) const {
-  if (!IsFinite(surround)) return Refusal{Problem::kLuminance, surround};
+  if (!IsLuminance(surround)) return RefusalOf(surround, -1);
   const Tables& t = *tables_;
   const ObjectSize& size = t.size;
   const int pitch = WholeBlocks(size.columns);

@@ -21,6 +21,9 @@ struct ObjectSize {
   int margin = 0;  // pixels that the image has more than the object, on every side
 };
 
+// In magnitude. The sums over an object and the products of the filter stay finite.
+constexpr double kLargestLuminance = 1e100;
+
 struct RetinalImage {
   int columns = 0;
   int rows = 0;

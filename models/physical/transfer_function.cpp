@@ -8,13 +8,10 @@
 
 #include "base/elementary.h"
 #include "models/physical/otf/otf_overlap.h"
+#include "models/physical/plane_index.h"
 
 namespace orvanel::physical {
 namespace {
-
-std::size_t At(int row, int column, int columns) {
-  return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
-}
 
 // A cycle per degree, in units of diameter / wavelength.
 double CutOffs(const Beam& beam) { return beam.unitArcmin / 60.0; }

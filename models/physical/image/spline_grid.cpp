@@ -6,17 +6,9 @@
 #include <numbers>
 
 #include "base/elementary.h"
+#include "models/physical/plane_index.h"
 
 namespace orvanel::physical {
-namespace {
-
-std::size_t At(int row, int column, int columns) {
-  return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
-}
-
-int WholeBlocks(int n) { return (n + kChordBlock - 1) / kChordBlock * kChordBlock; }
-
-}  // namespace
 
 SplineGrid::SplineGrid(const ChordKernels& kernels, int columns, int rows, int step)
     : kernels_(&kernels), columns_(columns), rows_(rows), step_(step) {

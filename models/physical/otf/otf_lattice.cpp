@@ -2,7 +2,6 @@
 #include "models/physical/otf/otf_lattice.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <numbers>
@@ -11,6 +10,7 @@
 
 #include "base/elementary.h"
 #include "models/physical/kernels/dispatch.h"
+#include "models/physical/plane_index.h"
 #include "models/physical/pupil/pupil_lattice.h"
 #include "models/physical/transform/plane_transform.h"
 
@@ -18,10 +18,6 @@ namespace orvanel::physical {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-
-std::size_t At(int row, int column, int side) {
-  return static_cast<std::size_t>(row) * static_cast<std::size_t>(side) + static_cast<std::size_t>(column);
-}
 
 // Samples of one sub-lattice across the reference pupil.
 int AcrossOf(const FrequencyLattice& frequencies) { return static_cast<int>(std::ceil(1.0 / frequencies.step - 1e-9)); }

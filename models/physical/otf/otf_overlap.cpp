@@ -1,7 +1,6 @@
 // Overlap of the pupil with itself, chord by chord across the shift.
 #include "models/physical/otf/otf_overlap.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>

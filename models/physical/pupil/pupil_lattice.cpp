@@ -7,12 +7,10 @@
 #include <cstddef>
 #include <numbers>
 
+#include "models/physical/plane_index.h"
+
 namespace orvanel::physical {
 namespace {
-
-std::size_t At(int row, int column, int side) {
-  return static_cast<std::size_t>(row) * static_cast<std::size_t>(side) + static_cast<std::size_t>(column);
-}
 
 // The kernel of interpolation by Lagrange's polynomials through six samples: pieces in |t| from 0, 1 and 2 on.
 using Piece = std::array<double, 6>;

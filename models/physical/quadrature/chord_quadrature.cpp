@@ -7,6 +7,7 @@
 #include <numbers>
 
 #include "base/elementary.h"
+#include "models/physical/plane_index.h"
 #include "models/physical/quadrature/gauss_rules.h"
 
 namespace orvanel::physical {
@@ -15,7 +16,6 @@ namespace {
 constexpr double kPi = std::numbers::pi;
 
 std::size_t Size(long long n) { return static_cast<std::size_t>(n); }
-int WholeBlocks(int n) { return (n + kChordBlock - 1) / kChordBlock * kChordBlock; }
 
 // The larger one; not a number if either is not.
 double Larger(double a, double b) { return a >= b || a != a ? a : b; }

@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <map>
 #include <numbers>
 
 #include "base/elementary.h"
 #include "models/physical/image/far_light.h"
+#include "models/physical/plane_index.h"
 #include "models/physical/pupil/perfect_pupil.h"
 #include "models/physical/spread/bessel.h"
 
@@ -17,10 +17,6 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 constexpr int kLargestLattice = 8192;
-
-std::size_t At(int row, int column, int columns) {
-  return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
-}
 
 // The period of the lattice, in wavelength / diameter: circles of the next periods stay clear of the light that is
 // near.

@@ -253,5 +253,25 @@ TEST(RetinalImage, RefusesWhatHasNoImage) {
   EXPECT_EQ(filter.ImageOf(dark.data(), std::nan(""), View::kPatient, workspace).refusal().index, -1);
 }
 
+// Luminances whose sums exceed the range of doubles would have images without numbers.
+TEST(RetinalImage, OfTheLargestLuminancesIsFiniteAndLargerOnesAreRefused) {
+  Workspace workspace(*ActiveKernels());
+  const ImageFilter filter = *ImageFilter::Of(kAsymmetricEye, Monochromatic(560), {2, 2, 0.5, 0}, workspace);
+  for (const double large : {2e100, 1.5e308}) {
+    const std::vector<double> object = {0.0, -large, large, large};
+    const Outcome<RetinalImage> image = filter.ImageOf(object.data(), 0.0, View::kPatient, workspace);
+    ASSERT_FALSE(image);
+    EXPECT_EQ(image.refusal().problem, Problem::kLuminance);
+    EXPECT_EQ(image.refusal().value, -large);
+    EXPECT_EQ(image.refusal().high, kLargestLuminance);
+    EXPECT_EQ(image.refusal().index, 1);
+  }
+  const std::vector<double> object(4, kLargestLuminance);
+  const Outcome<RetinalImage> image = filter.ImageOf(object.data(), -kLargestLuminance, View::kPatient, workspace);
+  ASSERT_TRUE(image);
+  for (const double luminance : image->luminance) EXPECT_LE(std::fabs(luminance), 2 * kLargestLuminance);
+  EXPECT_FALSE(filter.ImageOf(object.data(), 2e100, View::kPatient, workspace));
+}
+
 }  // namespace
 }  // namespace orvanel::physical
