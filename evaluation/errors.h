@@ -21,6 +21,12 @@ class TooFewThreads : public ErrorWithFix {
   std::size_t started;
 };
 
+// A prescription that is stated in addition to the coefficients has not been added: the eye is not adjusted.
+class PrescriptionPending : public Error {
+ public:
+  PrescriptionPending() : Error("the prescription of the eye has not been added to its coefficients; adjust the eye") {}
+};
+
 }  // namespace orvanel::evaluation
 
 #endif  // ORVANEL_EVALUATION_ERRORS_H

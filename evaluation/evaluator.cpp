@@ -1,6 +1,7 @@
 // Runs the model and computes metrics of its results.
 #include "evaluation/evaluator.h"
 
+#include "evaluation/errors.h"
 #include "eye/plausibility.h"
 
 namespace orvanel::evaluation {
@@ -25,10 +26,16 @@ void Clear(Results& results, Needs gone) {
 }  // namespace
 
 const Results& Evaluator::Evaluate(const Eye& eye, Needs needs) {
+  if (eye.prescription) throw PrescriptionPending();
   Clear(results_, filled_.Without(needs));
   filled_ = needs;
   model_->Compute(eye, needs, results_);
   return results_;
+}
+
+BestFocus Evaluator::FindBestFocus(const Eye& eye, const FocusRequest& request) {
+  if (eye.prescription) throw PrescriptionPending();
+  return model_->FindBestFocus(eye, request);
 }
 
 std::vector<double> Evaluator::Measure(const Eye& eye, const MetricChoice& choice, Needs more) {

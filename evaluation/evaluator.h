@@ -42,7 +42,7 @@ class Evaluator {
   RetinalPicture RetinalPictureOf(ObjectPicture object) { return model_->RetinalPictureOf(std::move(object)); }
 
   // Searches by a method of FocusMethodsOf(kind). Afterwards, evaluate an eye again before its images.
-  BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) { return model_->FindBestFocus(eye, request); }
+  BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request);
 
  private:
   std::unique_ptr<Model> model_;

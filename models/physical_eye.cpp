@@ -2,17 +2,14 @@
 #include "models/physical_eye.h"
 
 #include <algorithm>
-#include <utility>
 
-#include "eye/refraction.h"
 #include "models/physical/pupil/wavefront_polynomial.h"
 
 namespace orvanel::models {
 
 physical::Eye PhysicalEyeOf(const Eye& eye) {
   RequireOrdersUpTo(physical::kHighestOrder, eye.coefficients, "physical");
-  Coefficients modes = eye.coefficients.osa();
-  if (eye.prescription) modes = WithRefraction(std::move(modes), eye.pupil, *eye.prescription);
+  const Coefficients& modes = eye.coefficients.osa();
   physical::Eye physical;
   physical.diameterMm = eye.pupil.value();
   std::copy_n(modes.begin(), std::min(modes.size(), physical.modesUm.size()), physical.modesUm.begin());

@@ -8,9 +8,8 @@
 
 namespace orvanel::models {
 
-// The same modes in micrometres over the same pupil, with a prescription stated beside them added, and the reference
-// wavelength where it is known. Whether the model accepts the pupil and the wavelengths, it says itself. Throws
-// OrderAboveHighest where a term above radial order 10 is not 0.
+// The same modes in micrometres over the same pupil, and the reference wavelength where it is known. The range of pupil
+// and wavelengths is not checked here. Throws OrderAboveHighest where a term above radial order 10 is not 0.
 physical::Eye PhysicalEyeOf(const Eye& eye);
 
 }  // namespace orvanel::models

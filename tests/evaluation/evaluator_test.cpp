@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/error.h"
+#include "evaluation/errors.h"
 #include "eye/adjustments.h"
 #include "eye/rms.h"
 #include "targets/sector_star.h"
@@ -173,6 +174,16 @@ TEST(Evaluator, FindsTheFocusOfItsModel) {
   EXPECT_EQ(best.eye.coefficients, expected.eye.coefficients);
   EXPECT_GT(best.after.strehl, best.before.strehl);
   EXPECT_EQ(best.after.strehl, expected.after.strehl);
+}
+
+// A model reads only the coefficients, so that its results would be those of an eye without the prescription.
+TEST(Evaluator, RefusesAnEyeWhosePrescriptionIsNotAdded) {
+  Eye eye = StandardObserver();
+  eye.prescription = PowerVector{Dioptres(-1.0), Dioptres(0.0), Dioptres(0.0)};
+  EXPECT_THROW(Evaluator().Evaluate(eye, {Need::kStrehl}), PrescriptionPending);
+  const FocusRequest request{FocusMethodsOf(ModelKind::kClassic).front()};
+  EXPECT_THROW(Evaluator().FindBestFocus(eye, request), PrescriptionPending);
+  EXPECT_NO_THROW(Evaluator().Evaluate(Adjusted(eye, {}), {Need::kStrehl}));
 }
 
 TEST(Evaluator, AColumnHasItsValue) {
