@@ -53,6 +53,10 @@ std::vector<double> MaskOf(const Ellipse& outline, const PupilLattice& lattice) 
   const int side = lattice.side;
   const double step = lattice.step;
   std::vector<double> mask(At(side, 0, side), 0.0);
+  // Where the kernel lies whole in the chord its integral is 1. The weights of such samples are stored as the
+  // differences from one column to the next, so that a chord costs the same at any width.
+  std::vector<double> differences(At(side, 0, side), 0.0);
+  std::vector<int> ends(static_cast<std::size_t>(side), 0);
   std::vector<double> line(static_cast<std::size_t>(side));
   // Heights between two samples, from the farthest on that reach the first row.
   for (int fine = -kMaskReach * kFine; fine < (side - 1 + kMaskReach) * kFine; ++fine) {
@@ -64,15 +68,30 @@ std::vector<double> MaskOf(const Ellipse& outline, const PupilLattice& lattice) 
     const double left = middle - half, right = middle + half;
     const int first = std::max(0, static_cast<int>(std::floor(left)) - kMaskReach + 1);
     const int end = std::min(side, static_cast<int>(std::ceil(right)) + kMaskReach);
-    for (int c = first; c < end; ++c) {
-      const bool isWhole = c - left >= kMaskReach && right - c >= kMaskReach;
-      line[static_cast<std::size_t>(c)] = isWhole ? 1.0 : KernelIntegral(right - c) - KernelIntegral(left - c);
-    }
+    const int firstWhole = std::clamp(static_cast<int>(std::ceil(left)) + kMaskReach, first, std::max(first, end));
+    const int endWhole = std::max(firstWhole, static_cast<int>(std::floor(right)) - kMaskReach + 1);
+    const auto forEdges = [&](const auto& visit) {
+      for (int c = first; c < std::min(firstWhole, end); ++c) visit(c);
+      for (int c = endWhole; c < end; ++c) visit(c);
+    };
+    forEdges([&](int c) { line[static_cast<std::size_t>(c)] = KernelIntegral(right - c) - KernelIntegral(left - c); });
     const int above = static_cast<int>(std::floor(row));
     for (int r = std::max(0, above - kMaskReach + 1); r <= std::min(side - 1, above + kMaskReach); ++r) {
       const double weight = Kernel(row - r) / kFine;
       double* const cells = mask.data() + At(r, 0, side);
-      for (int c = first; c < end; ++c) cells[c] += weight * line[static_cast<std::size_t>(c)];
+      forEdges([&](int c) { cells[c] += weight * line[static_cast<std::size_t>(c)]; });
+      if (firstWhole >= endWhole) continue;
+      differences[At(r, firstWhole, side)] += weight;
+      if (endWhole < side) differences[At(r, endWhole, side)] -= weight;
+      int& last = ends[static_cast<std::size_t>(r)];
+      last = std::max(last, endWhole);
+    }
+  }
+  for (int r = 0; r < side; ++r) {
+    double whole = 0.0;
+    for (int c = 0; c < ends[static_cast<std::size_t>(r)]; ++c) {
+      whole += differences[At(r, c, side)];
+      mask[At(r, c, side)] += whole;
     }
   }
   return mask;
