@@ -2,17 +2,11 @@
 #ifndef ORVANEL_EYE_POPULATION_RANDOM_H
 #define ORVANEL_EYE_POPULATION_RANDOM_H
 
-#include <array>
 #include <cstdint>
 
 #include "base/layers.h"
 
 namespace orvanel::eye {
-
-// Philox 4x32 with 10 rounds, a bijection of the counter for each key.
-// Source: Salmon, Moraes, Dror and Shaw (2011), Parallel random numbers: as easy as 1, 2, 3.
-using PhiloxCounter = std::array<std::uint32_t, 4>;
-PhiloxCounter Philox(PhiloxCounter counter, std::array<std::uint32_t, 2> key);
 
 // The quantile function of the standard normal distribution, 0 < p < 1. The relative error is below 1e-15, near p = 1/2
 // the absolute error. Uses only + - * / and the square root.
