@@ -52,6 +52,11 @@ double AreaBeside(const Edge& part) {
 
 }  // namespace
 
+Point Turned(Point point, double degrees) {
+  const SineCosine t = OfDegrees(degrees);
+  return {t.cosine * point.x + t.sine * point.y, t.cosine * point.y - t.sine * point.x};
+}
+
 std::vector<Edge> MonotoneParts(const Edge& edge) {
   if (edge.turn == Turn::kStraight) return {edge};
   constexpr double kNone = 1e-9;  // radians; nearer extreme points and ends are one point
@@ -129,11 +134,7 @@ double Shape::Area() const {
 }
 
 Shape Shape::Placed(const Placement& placement) const {
-  const SineCosine turn = OfDegrees(placement.degrees);
-  const auto placed = [&](Point p) {
-    const Point turned = {turn.cosine * p.x + turn.sine * p.y, turn.cosine * p.y - turn.sine * p.x};
-    return placement.at + placement.scale * turned;
-  };
+  const auto placed = [&](Point p) { return placement.at + placement.scale * Turned(p, placement.degrees); };
   Shape shape = *this;
   for (Edge& edge : shape.edges_) {
     edge.from = placed(edge.from);

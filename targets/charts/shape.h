@@ -19,6 +19,9 @@ struct Point {
   friend bool operator==(Point, Point) = default;
 };
 
+// The point after a turn around the origin, anticlockwise as seen. Multiples of 90 degrees are exact.
+Point Turned(Point point, double degrees);
+
 // The direction of an arc as seen, with y downwards.
 enum class Turn { kStraight, kClockwise, kAnticlockwise };
 
@@ -57,7 +60,7 @@ class Outline {
 struct Placement {
   Point at;
   double scale = 1.0;
-  double degrees = 0.0;  // anticlockwise as seen; multiples of 90 are exact
+  double degrees = 0.0;  // as in Turned
 };
 
 // Outlines that do not overlap. A point of the plane is inside if one outline more runs clockwise around it than
