@@ -65,8 +65,12 @@ double FirstPlace(int count) { return count % 2 == 0 ? 0.5 : 0.0; }
 NodeCounts ChordQuadrature::CountsFor(const Pupil& pupil, const DirectionGrid& grid) {
   const Bandwidth bandwidth = BandwidthOf(pupil, grid);
   Amplitudes amplitudes = AmplitudesOf(pupil);
-  amplitudes[1] = kPi * grid.spacing / 2.0 *
-                  std::sqrt(1.0 * (grid.columns - 1) * (grid.columns - 1) + 1.0 * (grid.rows - 1) * (grid.rows - 1));
+  // The tilt of the wavefront less that of the grid's middle, and half the grid.
+  const double k = 4.0 * kPi / pupil.wavelengthUm;  // of an orthonormal tilt
+  const double x = k * pupil.modesUm[2] - kPi * grid.centreX, y = k * pupil.modesUm[1] - kPi * grid.centreY;
+  amplitudes[1] = std::sqrt(x * x + y * y) + kPi * grid.spacing / 2.0 *
+                                                 std::sqrt(1.0 * (grid.columns - 1) * (grid.columns - 1) +
+                                                           1.0 * (grid.rows - 1) * (grid.rows - 1));
   const Damping damping = DampingOf(pupil);
   return {CountFor(DegreeOf(bandwidth.across, amplitudes, damping) + 2.0, 8),
           CountFor(DegreeOf(bandwidth.along, amplitudes, damping), 2 * kChordBlock)};

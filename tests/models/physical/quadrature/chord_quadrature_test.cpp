@@ -83,6 +83,17 @@ TEST_P(ChordQuadratures, GiveTheAiryPatternOfAPerfectPupil) {
   }
 }
 
+// Single places, whose count of nodes has to allow for the whole distance from the axis.
+TEST_P(ChordQuadratures, GiveTheAiryPatternFarFromTheAxis) {
+  for (const double distance : {3.0, 6.0, 13.0, 63.0, 175.0, 450.0}) {
+    for (const double angle : {0.0, 0.4, 1.1, kPi / 2}) {
+      const double x = distance * std::cos(angle), y = distance * std::sin(angle);
+      EXPECT_NEAR(Computed(PupilOf({}), {x, y, 1.0, 1, 1})[0], Airy(kPi * distance), kBound)
+          << distance << ' ' << angle;
+    }
+  }
+}
+
 TEST_P(ChordQuadratures, GiveTheIntegralOfAnAsymmetricEyeOnAnAsymmetricGrid) {
   const Pupil pupil = PupilOf(kAsymmetric);
   const DirectionGrid grid{-2.3, 1.7, 1.9, 4, 5};
