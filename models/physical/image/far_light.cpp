@@ -13,18 +13,17 @@ namespace orvanel::physical {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-constexpr int kPlaces = 64;  // on the rim
 
 // Where the rays from the rim go, across the rim and along it, and how the latter changes by the angle.
 struct RimSlopes {
-  std::array<double, kPlaces> across, along;
+  std::array<double, kRimPlaces> across, along;
 };
 
 RimSlopes RimSlopesOf(const Pupil& pupil) {
   const AffineMap map = MapOf(pupil.outline);
   RimSlopes slopes{};
-  for (int i = 0; i < kPlaces; ++i) {
-    const SineCosine t = SineAndCosineOfTurn(i, kPlaces);
+  for (int i = 0; i < kRimPlaces; ++i) {
+    const SineCosine t = SineAndCosineOfTurn(i, kRimPlaces);
     const double x = map.xx * t.cosine + map.xy * t.sine, y = map.yx * t.cosine + map.yy * t.sine;
     const Jet w = At(pupil.wavefrontUm, x + map.x0, y + map.y0);
     const double tangentX = map.xy * t.cosine - map.xx * t.sine, tangentY = map.yy * t.cosine - map.yx * t.sine;
@@ -37,19 +36,19 @@ RimSlopes RimSlopesOf(const Pupil& pupil) {
 }
 
 // The part of the density that falls with the inverse fourth power: 1/q^3 (1 + odd/q).
-std::array<double, kPlaces> OddPartOf(const RimSlopes& slopes) {
+std::array<double, kRimPlaces> OddPartOf(const RimSlopes& slopes) {
   // The derivative of the trigonometric interpolant: (-1)^j / 2 cot(pi j / n) at the distance j.
-  std::array<double, kPlaces> factors{};
-  for (int j = 1; j < kPlaces; ++j) {
-    const SineCosine t = SineAndCosine(kPi * j / kPlaces);
+  std::array<double, kRimPlaces> factors{};
+  for (int j = 1; j < kRimPlaces; ++j) {
+    const SineCosine t = SineAndCosine(kPi * j / kRimPlaces);
     factors[static_cast<std::size_t>(j)] = (j % 2 == 0 ? 0.5 : -0.5) * t.cosine / t.sine;
   }
-  std::array<double, kPlaces> odd{};
-  for (int i = 0; i < kPlaces; ++i) {
+  std::array<double, kRimPlaces> odd{};
+  for (int i = 0; i < kRimPlaces; ++i) {
     double derivative = 0.0;
-    for (int j = 1; j < kPlaces; ++j) {
-      derivative +=
-          factors[static_cast<std::size_t>(j)] * slopes.along[static_cast<std::size_t>((i - j + kPlaces) % kPlaces)];
+    for (int j = 1; j < kRimPlaces; ++j) {
+      derivative += factors[static_cast<std::size_t>(j)] *
+                    slopes.along[static_cast<std::size_t>((i - j + kRimPlaces) % kRimPlaces)];
     }
     odd[static_cast<std::size_t>(i)] = 2.0 * slopes.across[static_cast<std::size_t>(i)] - derivative;
   }
@@ -75,29 +74,29 @@ FarLight::FarLight(const Pupil& pupil, double lightOfPupil, double guard, double
   RimSlopes slopes = RimSlopesOf(pupil);
   // The middle that leaves no part of 1/q^4 with one maximum in a turn.
   shiftX_ = shiftY_ = 0.0;
-  for (int i = 0; i < kPlaces; ++i) {
-    const SineCosine t = SineAndCosineOfTurn(i, kPlaces);
+  for (int i = 0; i < kRimPlaces; ++i) {
+    const SineCosine t = SineAndCosineOfTurn(i, kRimPlaces);
     const auto at = static_cast<std::size_t>(i);
-    shiftX_ += (2.0 * slopes.across[at] * t.cosine - slopes.along[at] * t.sine) * 2.0 / 3.0 / kPlaces;
-    shiftY_ += (2.0 * slopes.across[at] * t.sine + slopes.along[at] * t.cosine) * 2.0 / 3.0 / kPlaces;
+    shiftX_ += (2.0 * slopes.across[at] * t.cosine - slopes.along[at] * t.sine) * 2.0 / 3.0 / kRimPlaces;
+    shiftY_ += (2.0 * slopes.across[at] * t.sine + slopes.along[at] * t.cosine) * 2.0 / 3.0 / kRimPlaces;
   }
   double square = 0.0;
   farthest_ = 0.0;
-  for (int i = 0; i < kPlaces; ++i) {
-    const SineCosine t = SineAndCosineOfTurn(i, kPlaces);
+  for (int i = 0; i < kRimPlaces; ++i) {
+    const SineCosine t = SineAndCosineOfTurn(i, kRimPlaces);
     double &across = slopes.across[static_cast<std::size_t>(i)], &along = slopes.along[static_cast<std::size_t>(i)];
     across -= shiftX_ * t.cosine + shiftY_ * t.sine;
     along -= shiftY_ * t.cosine - shiftX_ * t.sine;
-    square += (across * across + along * along / 2.0) / kPlaces;
+    square += (across * across + along * along / 2.0) / kRimPlaces;
     farthest_ = std::max(farthest_, std::sqrt(across * across + along * along));
     slopeX_[static_cast<std::size_t>(i)] = across * t.cosine - along * t.sine;
     slopeY_[static_cast<std::size_t>(i)] = across * t.sine + along * t.cosine;
   }
-  const std::array<double, kPlaces> odd = OddPartOf(slopes);
+  const std::array<double, kRimPlaces> odd = OddPartOf(slopes);
   odd_ = 0.0;
-  for (int i = 0; i < kPlaces / 2; ++i) {
+  for (int i = 0; i < kRimPlaces / 2; ++i) {
     const auto at = static_cast<std::size_t>(i);
-    odd_ = std::max(odd_, std::fabs(odd[at] - odd[at + kPlaces / 2]) / 2.0);
+    odd_ = std::max(odd_, std::fabs(odd[at] - odd[at + kRimPlaces / 2]) / 2.0);
   }
   even_ = 3.0 * farthest_ * farthest_;
 
@@ -130,15 +129,15 @@ double FarLight::HalfPlaneDifference(double x, double y, double distance) const 
   const double size = std::sqrt(u * u + v * v), normalX = u / size, normalY = v / size;
   const double far = distance / size - (shiftX_ * normalX + shiftY_ * normalY);
   double rays = 0.0;
-  for (int i = 0; i < kPlaces; ++i) {
-    const SineCosine t = SineAndCosineOfTurn(i, kPlaces);
+  for (int i = 0; i < kRimPlaces; ++i) {
+    const SineCosine t = SineAndCosineOfTurn(i, kRimPlaces);
     const auto at = static_cast<std::size_t>(i);
     const double left = far - (slopeX_[at] * normalX + slopeY_[at] * normalY);
     rays += std::fabs(t.cosine * normalX + t.sine * normalY) / left;
   }
   const double square = far * far + width_ * width_;
   const double density = ArcTangent2(width_, far) - curvature_ / (2.0 * kPi * kPi) * width_ * far / (square * square);
-  return std::fabs(strength_ * rays / (kPi * kPi * kPlaces) - total_ / kPi * density);
+  return std::fabs(strength_ * rays / (kPi * kPi * kRimPlaces) - total_ / kPi * density);
 }
 
 // Of half a plane the rays count, and the rings sin(2 pi q)/q^3, which no ray has. A grating in step with them has

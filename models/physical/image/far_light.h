@@ -9,6 +9,8 @@
 
 namespace orvanel::physical {
 
+constexpr int kRimPlaces = 64;  // from which rays are traced
+
 // A smooth density whose light far from its middle is that of the pupil's PSF in the mean, and which has closed forms
 // in both domains. The difference from the PSF falls faster, so that it needs less room on a periodic lattice.
 //
@@ -42,8 +44,6 @@ class FarLight {
   Difference Beyond(double distance, double pixel) const;
 
  private:
-  static constexpr int kPlaces = 64;  // on the rim
-
   double HalfPlaneDifference(double x, double y, double distance) const;
 
   AffineMap toDisc_;   // of frequencies: to cut-offs of the outline
@@ -54,7 +54,7 @@ class FarLight {
   double total_, width_, narrowest_, curvature_;
   double shiftX_, shiftY_;        // of its middle, in the units of toRound_
   double odd_, even_, farthest_;  // of the rim's slopes, from the middle
-  std::array<double, kPlaces> slopeX_, slopeY_;
+  std::array<double, kRimPlaces> slopeX_, slopeY_;
   SlopeRange slopes_;  // of the whole pupil
 };
 
