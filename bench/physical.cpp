@@ -75,7 +75,7 @@ std::function<void(int)> PointSpreads(const Light& light, const Kernels& kernels
   };
 }
 
-// The image of a chequered object, in eyes that are known.
+// The image of an object with slanted stripes, by the filters of two eyes that are made once.
 std::function<void(int)> Images(double pixelArcmin, const Kernels& kernels) {
   constexpr int kSide = 512;
   const auto workspace = std::make_shared<Workspace>(kernels);

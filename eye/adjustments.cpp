@@ -92,12 +92,12 @@ std::string Text(const Dropped& dropped) {
 
 void DroppedOfMany::Add(const Dropped& dropped) {
   ++eyes;
-  if (dropped.rms > Micrometres(0.0)) ++losers;
+  if (dropped.rms > Micrometres(0.0)) ++affected;
   most = std::max(most, dropped.rms);
 }
 
 std::string Text(const DroppedOfMany& dropped, int above) {
-  return "radial orders above " + std::to_string(above) + " dropped: " + std::to_string(dropped.losers) + " of " +
+  return "radial orders above " + std::to_string(above) + " dropped: " + std::to_string(dropped.affected) + " of " +
          std::to_string(dropped.eyes) + " eyes had such terms, at most " + NumberText(dropped.most.value(), 3) +
          " um RMS";
 }

@@ -45,8 +45,8 @@ std::string Text(const Dropped& dropped);
 
 // Collects the dropped parts of many eyes.
 struct DroppedOfMany {
-  std::size_t eyes = 0, losers = 0;  // losers: eyes whose dropped part is not 0
-  Micrometres most;                  // largest RMS dropped
+  std::size_t eyes = 0, affected = 0;  // affected: those whose dropped part is not 0
+  Micrometres most;                    // largest RMS dropped
 
   void Add(const Dropped& dropped);
 };

@@ -1,4 +1,4 @@
-// Lists the errors of this layer that a host words itself.
+// Defines the errors of this layer. A code says what a host can offer to fix one.
 #ifndef ORVANEL_FILES_ERRORS_H
 #define ORVANEL_FILES_ERRORS_H
 

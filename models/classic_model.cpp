@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
 
 #include "eye/rms.h"
 #include "models/errors.h"
@@ -15,8 +14,6 @@ namespace {
 
 constexpr Needs kOfMtf = {Need::kMtf, Need::kSections};
 constexpr Needs kOfPsf = {Need::kPsf, Need::kStrehlPeak, Need::kLineSpreads, Need::kImages};
-
-double Sum(const Plane& plane) { return std::accumulate(plane.begin(), plane.end(), 0.0); }
 
 // An upper bound, since no polynomial exceeds 1.
 Millimetres HeightBound(const LibraryCoefficients& coefficients) {
@@ -102,7 +99,7 @@ void ClassicModel::ImageOf(const Plane& object, ImageKind kind, Plane& image) {
     engine_.PatternRetinalImage(image.data(), object.data(), ORVANEL_GRID_SIZE);
     return;
   }
-  const double total = Sum(object);
+  const double total = SumOf(object);
   image = object;
   if (total <= 0.0) return;
   // The image of an object with the sum 1 is not clipped. Its roots are then scaled to the light of the object.
@@ -111,7 +108,7 @@ void ClassicModel::ImageOf(const Plane& object, ImageKind kind, Plane& image) {
   for (double& v : share) v /= total;
   engine_.PatternRetinalImage(image.data(), share.data(), ORVANEL_GRID_SIZE);
   for (double& v : image) v = std::sqrt(v);
-  const double scale = total / Sum(image);
+  const double scale = total / SumOf(image);
   for (double& v : image) v = std::min(v * scale, 1.0);
 }
 

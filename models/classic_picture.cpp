@@ -1,6 +1,5 @@
 // Computes the retinal images of a picture's channels, and scales those of several channels together.
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 #include "models/classic_model.h"
@@ -8,16 +7,14 @@
 namespace orvanel::models {
 namespace {
 
-double Sum(const Plane& plane) { return std::accumulate(plane.begin(), plane.end(), 0.0); }
-
 // The engine's image of several channels: each is squared, then all are scaled by one factor to the light that they
 // have together. A factor for each channel would tint grey.
 std::vector<Plane> SquaredTogether(std::vector<Plane> channels, const std::vector<Plane>& objects) {
   double light = 0.0, squares = 0.0;
-  for (const Plane& object : objects) light += Sum(object);
+  for (const Plane& object : objects) light += SumOf(object);
   for (Plane& channel : channels) {
     for (double& v : channel) v *= v;
-    squares += Sum(channel);
+    squares += SumOf(channel);
   }
   if (squares <= 0.0) return channels;
   for (Plane& channel : channels) {

@@ -48,7 +48,8 @@ class Model {
   // The retinal images of a picture, each channel separately, under the conditions of ImageOf.
   virtual RetinalPicture RetinalPictureOf(ObjectPicture object) = 0;
 
-  // Searches the second-order terms with the best image quality. Call Compute again before computing images.
+  // Searches the defocus, and on request the astigmatism, with the best image quality. Call Compute again before
+  // computing images.
   virtual BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) = 0;
 };
 

@@ -3,6 +3,7 @@
 #define ORVANEL_TARGETS_PLANE_H
 
 #include <cstddef>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -56,6 +57,9 @@ class Plane {
   std::vector<double> samples_;
   int columns_ = 0, rows_ = 0;
 };
+
+// The sum of all samples, added row by row.
+inline double SumOf(const Plane& plane) { return std::accumulate(plane.begin(), plane.end(), 0.0); }
 
 }  // namespace orvanel::targets
 

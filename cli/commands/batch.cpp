@@ -127,7 +127,7 @@ void RunCommand(const BatchCommand& command) {
   if (toFile) {
     PrintOutput(report, results + " is written");
   } else {
-    if (result.dropped.losers > 0) PrintWarning(Text(result.dropped, *request.adjustments.highestOrder));
+    if (result.dropped.affected > 0) PrintWarning(Text(result.dropped, *request.adjustments.highestOrder));
     if (undersampled > 0) PrintWarning("undersampled: " + samples);
   }
   if (result.errors > 0) {

@@ -163,7 +163,7 @@ void ConvertTable(const ConvertCommand& command) {
     }
     output.Write(line);
   }
-  if (droppedOfAll.losers > 0) PrintWarning(Text(droppedOfAll, *command.adjustments.highestOrder));
+  if (droppedOfAll.affected > 0) PrintWarning(Text(droppedOfAll, *command.adjustments.highestOrder));
   if (!doubts.Summary().empty()) PrintWarning(doubts.Summary());
   stream.Close();  // Windows cannot replace an open file
   output.Finish();

@@ -1,7 +1,6 @@
 // Checks an eye and its light, and adds the chromatic aberration.
 #include "models/physical/eye.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>

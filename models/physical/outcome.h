@@ -30,6 +30,9 @@ enum class Problem {
   kFieldTooLarge,  // value is the side of the lattice that it takes, in pixels or frequencies
   kTooSteep,       // the wavefront, for the lattice of the OTF or the search of the peak, in the line `index`
   kTooManyNodes,   // the wavefront or the field needs more than `high` quadrature nodes, for the line `index`
+  kPlace,          // on the retina: not finite or too far; index is that of the place, or -1 for a single one
+  kRadius,         // of a circle on the retina
+  kDirection,      // not finite
 };
 
 // What is wrong. value is the number in question, low and high are its limits; each is 0 where it has no meaning.

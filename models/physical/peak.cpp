@@ -16,8 +16,8 @@ namespace {
 // nearest sample, d = spacing / sqrt(2) away, (1 + cos 2 pi d)/2 of a peak is left at least: 0.50, or 0.35.
 constexpr double kSpacing = 0.35, kWidestSpacing = 0.42;
 constexpr double kLeftAtSample = 0.35;
-constexpr double kMargin = 1.5;                           // around the slopes, for the pattern of a perfect pupil
-constexpr int kFewestSamples = 256, kMostSamples = 4096;  // in a row of the search
+constexpr double kMargin = 1.5;                       // around the slopes, for the pattern of a perfect pupil
+constexpr int kMinSamples = 256, kMaxSamples = 4096;  // in a row of the search
 
 // The parabola through nine samples predicts a peak to some 20 %. A hill that promises less than this share of the best
 // peak is not climbed.
@@ -101,7 +101,7 @@ class Search {
   // first.
   Outcome<std::vector<Peak>> Hills() {
     if (!FindWindow()) {
-      return Refusal{Problem::kTooSteep, 0.0, 0.0, kWidestSpacing * kMostSamples, beams_.front().line};
+      return Refusal{Problem::kTooSteep, 0.0, 0.0, kWidestSpacing * kMaxSamples, beams_.front().line};
     }
     SampleWindow();
     const std::vector<double> highest = HighestOfRows();
@@ -166,10 +166,10 @@ class Search {
     }
     const double width = std::max(highX - lowX, highY - lowY);
     const double least = kSpacing * unit_, most = kWidestSpacing * unit_;
-    if (!(width > 0.0 && width <= kMostSamples * most)) return false;
+    if (!(width > 0.0 && width <= kMaxSamples * most)) return false;
     centreX_ = (lowX + highX) / 2.0;
     centreY_ = (lowY + highY) / 2.0;
-    side_ = PlaneTransform::SideFor(std::max(kFewestSamples, static_cast<int>(std::ceil(width / most))));
+    side_ = PlaneTransform::SideFor(std::max(kMinSamples, static_cast<int>(std::ceil(width / most))));
     spacing_ = std::max(least, width / side_);
     return true;
   }

@@ -17,7 +17,7 @@ struct Place {
   double x = 0.0;
   double y = 0.0;
 };
-Place Seen(Place slopes, View view) { return {-slopes.x, view == View::kPatient ? slopes.y : -slopes.y}; }
+Place InView(Place slopes, View view) { return {-slopes.x, view == View::kPatient ? slopes.y : -slopes.y}; }
 
 std::optional<Refusal> CheckGrid(const RetinalGrid& grid) {
   constexpr double kLargestSpacing = 60.0, kFarthest = 600.0;
@@ -79,9 +79,9 @@ Outcome<PointSpread> PointSpreadOf(const Eye& eye, const Light& light, const Ret
   const Densities densities = DensitiesOf(*beams, workspace.quadrature);
   const Outcome<Place> origin = OriginOf(*beams, densities, grid.origin, workspace);
   if (!origin) return origin.refusal();
-  const Place seen = Seen(*origin, grid.view);
+  const Place shown = InView(*origin, grid.view);
   // The views are their own inverses.
-  const Place centre = Seen({seen.x + grid.centreX, seen.y + grid.centreY}, grid.view);
+  const Place centre = InView({shown.x + grid.centreX, shown.y + grid.centreY}, grid.view);
 
   std::vector<DirectionGrid> grids;
   std::vector<NodeCounts> counts;
@@ -93,7 +93,7 @@ Outcome<PointSpread> PointSpreadOf(const Eye& eye, const Light& light, const Ret
     counts.push_back(*checked);
   }
 
-  PointSpread psf{grid, seen.x, seen.y, {}};
+  PointSpread psf{grid, shown.x, shown.y, {}};
   psf.samples.resize(static_cast<std::size_t>(grid.columns) * static_cast<std::size_t>(grid.rows));
   GridOutput output;
   output.data = psf.samples.data();
@@ -123,7 +123,7 @@ Outcome<StrehlRatios> StrehlRatiosOf(const Eye& eye, const Light& light, View vi
   }
   const Outcome<Peak> peak = HighestOf(*beams, densities.factors, workspace);
   if (!peak) return peak.refusal();
-  const Place place = Seen({peak->x, peak->y}, view);
+  const Place place = InView({peak->x, peak->y}, view);
   ratios.peak = peak->value / densities.perfect;
   ratios.peakX = place.x;
   ratios.peakY = place.y;

@@ -39,7 +39,7 @@ std::optional<Refusal> CheckFrequency(double frequency, std::size_t index) {
 // The lattice of all frequencies of one beam; its side is 0 where that is too large.
 FrequencyLattice LatticeOf(const Beam& beam, double step) {
   const double lattice = step * CutOffs(beam), side = 2.0 * std::ceil(1.0 / lattice);
-  return {side <= kMostFrequencies ? static_cast<int>(side) : 0, lattice};
+  return {side <= kMaxFrequencies ? static_cast<int>(side) : 0, lattice};
 }
 
 // Adds one beam's OTF, which is 0 beyond its lattice.
@@ -100,10 +100,10 @@ Outcome<AngularMeans> MeansAt(const Overlaps& overlaps, double frequency, int co
 }
 
 Outcome<AngularMeans> MeansOf(const Overlaps& overlaps, double frequency) {
-  constexpr int kFewest = 32, kMost = 4096;
+  constexpr int kMinCount = 32, kMaxCount = 4096;
   constexpr double kChange = 2e-6;
-  Outcome<AngularMeans> means = MeansAt(overlaps, frequency, kFewest, 0.0);
-  for (int count = kFewest; means && count < kMost; count *= 2) {
+  Outcome<AngularMeans> means = MeansAt(overlaps, frequency, kMinCount, 0.0);
+  for (int count = kMinCount; means && count < kMaxCount; count *= 2) {
     const Outcome<AngularMeans> between = MeansAt(overlaps, frequency, count, 0.5);
     if (!between) return between;
     const AngularMeans both{(means->mtf + between->mtf) / 2.0, (means->otf + between->otf) / 2.0};
@@ -123,7 +123,7 @@ Outcome<TransferFunction> TransferFunctionOf(const Eye& eye, const Light& light,
   if (!beams) return beams.refusal();
   for (const Beam& beam : *beams) {
     if (LatticeOf(beam, grid.step).side == 0) {
-      return Refusal{Problem::kFrequency, grid.step, 2.0 / (kMostFrequencies * CutOffs(beam)), 0.0, beam.line};
+      return Refusal{Problem::kFrequency, grid.step, 2.0 / (kMaxFrequencies * CutOffs(beam)), 0.0, beam.line};
     }
   }
   TransferFunction sum{grid, std::vector<double>(At(grid.side, 0, grid.side)),

@@ -29,8 +29,8 @@ struct TransferFunction {
   std::vector<double> re, im;  // row-major, row 0 at the top
 };
 
-// Error: 1e-4. Refuses steps so fine that all frequencies of the OTF take more than kMostFrequencies a side.
-constexpr int kMostFrequencies = 8192;
+// Error: 1e-4. Refuses steps so fine that all frequencies of the OTF take more than kMaxFrequencies a side.
+constexpr int kMaxFrequencies = 8192;
 Outcome<TransferFunction> TransferFunctionOf(const Eye& eye, const Light& light, const FrequencyGrid& grid,
                                              Workspace& workspace);
 

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numeric>
 #include <utility>
 
 #include "models/classic_model.h"
@@ -31,8 +30,6 @@ Plane RingPlane() {
   return plane;
 }
 
-double Sum(const Plane& plane) { return std::accumulate(plane.begin(), plane.end(), 0.0); }
-
 TEST(RetinalPicture, OfTheStarIsTheStarAsTheLibraryShowsItWithTotalLightKept) {
   const Eye eye = AsymmetricEye();
   ClassicModel model;
@@ -48,7 +45,7 @@ TEST(RetinalPicture, APointIsSeenAsThePsfWithRowsMirrored) {
   Results results;
   ClassicModel().Compute(eye, {Need::kPsf}, results);
   const Plane& psf = results.psf;
-  const double total = Sum(psf);
+  const double total = SumOf(psf);
   Plane point(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE, 0.0);
   point[256 * 90 + 150] = 0.75;
   const Plane image = See(eye, {point}).contrastKept[0];
@@ -76,7 +73,7 @@ TEST(RetinalPicture, ContrastKeptHasTheObjectsLightAndIsTheRootOfWhatIsSeen) {
   for (std::size_t k = 0; k < ramp.size(); ++k) ramp[k] = static_cast<double>(k * 37 % 256) / 512.0;
   const RetinalPicture picture = See(eye, {ramp});
   const Plane &seen = picture.seen[0], &kept = picture.contrastKept[0];
-  EXPECT_NEAR(Sum(kept) / Sum(ramp), 1.0, kRounding);
+  EXPECT_NEAR(SumOf(kept) / SumOf(ramp), 1.0, kRounding);
   const double factor = kept[5] / std::sqrt(seen[5]);
   for (std::size_t k = 0; k < kept.size(); ++k) ASSERT_NEAR(kept[k], factor * std::sqrt(seen[k]), kRounding) << k;
 }
@@ -130,8 +127,8 @@ TEST(RetinalPicture, ThreeChannelsTogetherKeepTheirLight) {
   const RetinalPicture picture = See(eye, channels);
   double before = 0.0, after = 0.0;
   for (std::size_t c = 0; c < 3; ++c) {
-    before += Sum(channels[c]);
-    after += Sum(picture.seen[c]);
+    before += SumOf(channels[c]);
+    after += SumOf(picture.seen[c]);
     for (const double v : picture.seen[c]) ASSERT_LT(v, 1.0);
   }
   EXPECT_NEAR(after / before, 1.0, kRounding);

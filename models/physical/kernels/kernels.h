@@ -55,15 +55,15 @@ struct RowField {
 // ---- Transforms of planes, X[p][q] = sum over j, k of x[j][k] exp(+2 pi i (j p + k q) / side)
 
 // The passes of a line's transform. Sides of planes are multiples of kSideUnit.
-constexpr int kMostPasses = 14;
+constexpr int kMaxPasses = 14;
 constexpr int kSideUnit = 16;
 constexpr int kSpareRows =
     8;  // between panels, which keep one row of all panels out of the same sets of the first cache
 struct LineTransform {
   int length;  // 2^a 3^b 5^c
   int passes;
-  int radices[kMostPasses];          // 2, 3, 4, 5, 8, 9 or 16; their product is the length
-  const double* turns[kMostPasses];  // cosine and sine, for each but the first group of a pass and result of its radix
+  int radices[kMaxPasses];          // 2, 3, 4, 5, 8, 9 or 16; their product is the length
+  const double* turns[kMaxPasses];  // cosine and sine, for each but the first group of a pass and result of its radix
 };
 
 // For the length of one call, aligned to 64 bytes; for the widest register, in doubles.

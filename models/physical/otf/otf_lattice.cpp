@@ -131,10 +131,10 @@ bool OtfLattice::Compute(const Pupil& pupil, const FrequencyLattice& frequencies
   const SlopeRange slopes = SlopesOf(pupil);
   // In waves a radius; directions have twice the number.
   const double steepest = std::max({-slopes.lowX, slopes.highX, -slopes.lowY, slopes.highY}) / 2.0;
-  constexpr double kWavesPerSample = 0.25, kFewest = 256.0, kMost = 2048.0, kRounding = 1e-9;
+  constexpr double kWavesPerSample = 0.25, kMinAcross = 256.0, kMaxAcross = 2048.0, kRounding = 1e-9;
   const double needed = 2.0 * steepest / kWavesPerSample;
-  if (!(needed <= std::max(1.0 / frequencies.step, kMost))) return false;
-  const int density = static_cast<int>(std::ceil(std::max(kFewest, needed) * frequencies.step - kRounding));
+  if (!(needed <= std::max(1.0 / frequencies.step, kMaxAcross))) return false;
+  const int density = static_cast<int>(std::ceil(std::max(kMinAcross, needed) * frequencies.step - kRounding));
   const Pupil flat = Flat(pupil);
   if (!(m.frequencies == frequencies && m.density == density && flat.outline == m.flat.outline &&
         flat.stilesCrawford == m.flat.stilesCrawford && flat.radiusMm == m.flat.radiusMm)) {

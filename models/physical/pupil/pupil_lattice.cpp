@@ -100,7 +100,7 @@ std::vector<double> MaskOf(const Ellipse& outline, const PupilLattice& lattice) 
 SampledOutline::SampledOutline(const Ellipse& outline, const PupilLattice& lattice, int density)
     : outline_(outline), lattice_(lattice), density_(density) {
   const int side = lattice.side;
-  pitch_ = ((side + density - 1) / density + kChordBlock - 1) / kChordBlock * kChordBlock;
+  pitch_ = WholeBlocks((side + density - 1) / density);
   places_.resize(At(density, 0, pitch_));
   weights_.resize(At(side * density, 0, pitch_));
   const std::vector<double> mask = MaskOf(outline, lattice);
@@ -156,13 +156,18 @@ void SampledOutline::FieldOf(const Pupil& pupil, const SubLattice& part, double 
 }
 
 const SampledOutline& SampledOutlines::Of(const Ellipse& outline, const PupilLattice& lattice, int density) {
-  constexpr std::size_t kMost = 32;  // one for each line of white light
   for (const SampledOutline& kept : kept_) {
     if (kept.outline() == outline && kept.lattice() == lattice && kept.density() == density) return kept;
   }
-  if (kept_.size() == kMost) kept_.pop_front();
   kept_.emplace_back(outline, lattice, density);
+  while (kept_.size() > kMaxOutlines || (kept_.size() > 1 && samples() > kMaxSamples)) kept_.pop_front();
   return kept_.back();
+}
+
+std::size_t SampledOutlines::samples() const {
+  std::size_t sum = 0;
+  for (const SampledOutline& kept : kept_) sum += kept.samples();
+  return sum;
 }
 
 }  // namespace orvanel::physical

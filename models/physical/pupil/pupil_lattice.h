@@ -2,6 +2,7 @@
 #ifndef ORVANEL_MODELS_PHYSICAL_PUPIL_PUPIL_LATTICE_H
 #define ORVANEL_MODELS_PHYSICAL_PUPIL_PUPIL_LATTICE_H
 
+#include <cstddef>
 #include <deque>
 #include <vector>
 
@@ -45,6 +46,7 @@ class SampledOutline {
   int pitch() const { return pitch_; }  // of a row of a sub-lattice
   int Rows(int firstRow) const { return (lattice_.side - firstRow + density_ - 1) / density_; }
   double SumOfSquaredWeights() const;
+  std::size_t samples() const { return weights_.size(); }  // with those that fill up blocks
 
   // The field of a sub-lattice: sample (row, column) of it is at pitch * row + column; the columns beyond its last are
   // 0. The field is A exp(i k W - i pi (x, y) . place) by the weight of the sample.
@@ -67,10 +69,17 @@ class SampledOutline {
   std::vector<Range> inside_;    // where these are not all 0
 };
 
-// Keeps those that were used last.
+// Keeps the last ones made: up to 32, one for each line of white light, and up to 64 MiB of samples. The last one is
+// kept whatever its size.
 class SampledOutlines {
  public:
+  static constexpr std::size_t kMaxOutlines = 32;
+  static constexpr std::size_t kMaxSamples = std::size_t{64} * 1024 * 1024 / sizeof(double);
+
+  // Valid until the next call.
   const SampledOutline& Of(const Ellipse& outline, const PupilLattice& lattice, int density);
+
+  std::size_t samples() const;  // of all that are kept
 
  private:
   std::deque<SampledOutline> kept_;

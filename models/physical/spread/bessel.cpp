@@ -9,7 +9,7 @@
 namespace orvanel::physical {
 namespace {
 
-// The largest terms are 5e4 at x = 14, whose roundings add up to 1e-11.
+// The largest term is 2.7e4 at x = 14, whose roundings add up to 1e-11.
 double PowerSeries(double x) {
   const double quarter = x * x / 4.0;
   double term = x / 2.0, sum = term;

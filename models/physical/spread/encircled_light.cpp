@@ -49,10 +49,10 @@ Outcome<EncircledLight> EncircledLight::About(const Eye& eye, const Light& light
                                               double largestRadius, Workspace& workspace) {
   constexpr double kFarthest = 600.0;
   for (const double place : {x, y}) {
-    if (!(std::fabs(place) <= kFarthest)) return Refusal{Problem::kGridCentre, place, -kFarthest, kFarthest};
+    if (!(std::fabs(place) <= kFarthest)) return Refusal{Problem::kPlace, place, -kFarthest, kFarthest};
   }
   if (!(largestRadius > 0.0 && largestRadius <= kFarthest)) {
-    return Refusal{Problem::kGridSpacing, largestRadius, 0.0, kFarthest};
+    return Refusal{Problem::kRadius, largestRadius, 0.0, kFarthest};
   }
   const Outcome<std::vector<Beam>> beams = BeamsOf(eye, light);
   if (!beams) return beams.refusal();

@@ -24,8 +24,6 @@ class EncircledLight {
   // The diameter of the circle with a share of the light, as by bisection; not a number where the largest has less.
   double DiameterOf(double share) const;
 
-  double largestRadius() const { return largestRadius_; }
-
  private:
   // Samples of the OTF that have the same distance from frequency 0.
   struct Ring {

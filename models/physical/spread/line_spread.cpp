@@ -24,6 +24,8 @@ Direction SlopesAlong(double direction, View view) {
   return {-turn.cosine, view == View::kPatient ? turn.sine : -turn.sine};
 }
 
+bool IsFinite(double x) { return std::fabs(x) <= std::numeric_limits<double>::max(); }
+
 // The cut-off along a direction, in units of diameter / wavelength: of the outline's width there.
 double CutOffOf(const Ellipse& outline, Direction direction) {
   const SineCosine turn = SineAndCosine(outline.angle);
@@ -46,6 +48,7 @@ Outcome<std::vector<std::complex<double>>> SectionOfTransferFunction(const Eye& 
                                                                      double direction,
                                                                      std::span<const double> frequencies, View view,
                                                                      const Workspace& workspace) {
+  if (!IsFinite(direction)) return Refusal{Problem::kDirection, direction};
   const SineCosine turn = SineAndCosine(direction);
   std::vector<Frequency> places;
   for (const double f : frequencies) places.push_back({f * turn.cosine, f * turn.sine});
@@ -54,11 +57,10 @@ Outcome<std::vector<std::complex<double>>> SectionOfTransferFunction(const Eye& 
 
 Outcome<std::vector<double>> LineSpreadOf(const Eye& eye, const Light& light, double direction,
                                           std::span<const double> places, View view, const Workspace& workspace) {
+  if (!IsFinite(direction)) return Refusal{Problem::kDirection, direction};
   double farthest = 0.0;
   for (std::size_t i = 0; i < places.size(); ++i) {
-    if (!(std::fabs(places[i]) <= std::numeric_limits<double>::max())) {
-      return Refusal{Problem::kGridCentre, places[i], 0.0, 0.0, static_cast<int>(i)};
-    }
+    if (!IsFinite(places[i])) return Refusal{Problem::kPlace, places[i], 0.0, 0.0, static_cast<int>(i)};
     farthest = std::max(farthest, std::fabs(places[i]));
   }
   const Outcome<std::vector<Beam>> beams = BeamsOf(eye, light);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,15 @@ namespace {
 // What the headers state.
 constexpr double kPsf = 1e-9, kStrehl = 1e-9, kOtfReference = 1e-7, kOtfLattice = 1e-4;
 
-class PhysicalTruth : public testing::TestWithParam<TrueEye> {
+// The eyes of the file, in its order.
+constexpr const char* kEyes[] = {"perfect",         "defocus",  "coma",           "order-4",
+                                 "order-6",         "order-8",  "order-10-round", "order-10-star",
+                                 "half-a-wave",     "one-wave", "two-waves",      "five-waves",
+                                 "stiles-crawford", "ellipse",  "infrared",       "white"};
+
+class PhysicalTruth : public testing::TestWithParam<const char*> {
  protected:
+  const TrueEye truth = ReadPhysicalTruth(ORVANEL_PHYSICAL_TRUTH, GetParam());
   Workspace workspace{*ActiveKernels()};
 };
 
@@ -23,7 +31,6 @@ class PhysicalTruth : public testing::TestWithParam<TrueEye> {
 void Record(const char* what, double error) { testing::Test::RecordProperty(what, testing::PrintToString(error)); }
 
 TEST_P(PhysicalTruth, IsMetByThePointSpread) {
-  const TrueEye& truth = GetParam();
   const auto psf = PointSpreadOf(truth.eye, truth.light, truth.grid, PsfUnit::kStrehl, workspace);
   ASSERT_TRUE(psf);
   const double error = PsfError(truth, psf->samples);
@@ -32,7 +39,6 @@ TEST_P(PhysicalTruth, IsMetByThePointSpread) {
 }
 
 TEST_P(PhysicalTruth, IsMetByTheStrehlRatios) {
-  const TrueEye& truth = GetParam();
   const auto ratios = StrehlRatiosOf(truth.eye, truth.light, truth.grid.view, workspace);
   ASSERT_TRUE(ratios);
   Record("axis", ratios->axis - truth.strehlOnAxis);
@@ -46,7 +52,6 @@ TEST_P(PhysicalTruth, IsMetByTheStrehlRatios) {
 }
 
 TEST_P(PhysicalTruth, IsMetByTheOverlapIntegral) {
-  const TrueEye& truth = GetParam();
   const auto otf = TransferFunctionAt(truth.eye, truth.light, FrequenciesOf(truth), truth.frequencies.view, workspace);
   ASSERT_TRUE(otf);
   const double error = OtfError(truth, *otf);
@@ -55,7 +60,6 @@ TEST_P(PhysicalTruth, IsMetByTheOverlapIntegral) {
 }
 
 TEST_P(PhysicalTruth, IsMetByTheLattice) {
-  const TrueEye& truth = GetParam();
   const auto otf = TransferFunctionOf(truth.eye, truth.light, truth.frequencies, workspace);
   ASSERT_TRUE(otf);
   const double error = OtfError(truth, *otf);
@@ -63,23 +67,25 @@ TEST_P(PhysicalTruth, IsMetByTheLattice) {
   EXPECT_LE(error, kOtfLattice);
 }
 
-std::string EyeName(const testing::TestParamInfo<TrueEye>& info) {
-  std::string name = info.param.name;
+std::string EyeName(const testing::TestParamInfo<const char*>& info) {
+  std::string name = info.param;
   std::replace(name.begin(), name.end(), '-', '_');
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, PhysicalTruth, testing::ValuesIn(ReadPhysicalTruth(ORVANEL_PHYSICAL_TRUTH)), EyeName);
+INSTANTIATE_TEST_SUITE_P(Of, PhysicalTruth, testing::ValuesIn(kEyes), EyeName);
 
 TEST(PhysicalTruthFile, HasItsEyesAndAllTheirSamples) {
   const std::vector<TrueEye> eyes = ReadPhysicalTruth(ORVANEL_PHYSICAL_TRUTH);
-  EXPECT_EQ(eyes.size(), 16U);
+  std::vector<std::string> names;
   for (const TrueEye& eye : eyes) {
+    names.push_back(eye.name);
     EXPECT_EQ(eye.psf.size(), eye.grid.columns == 256 ? 256U : 36U) << eye.name;
     EXPECT_EQ(eye.otf.size(), eye.frequencies.side == 256 ? 64U : 14U) << eye.name;
     EXPECT_GT(eye.strehlAtPeak, 0.0) << eye.name;
     EXPECT_GE(eye.strehlAtPeak, eye.strehlOnAxis) << eye.name;
   }
+  EXPECT_EQ(names, std::vector<std::string>(std::begin(kEyes), std::end(kEyes)));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <numbers>
@@ -102,6 +103,26 @@ TEST(PupilLattice, KeepsTheOutlinesThatWereUsedLast) {
   }
 }
 
+// Lattices as large as that of a steep eye. A small outline takes less time.
+TEST(PupilLattice, KeepsNoMoreSamplesThanItStates) {
+  SampledOutlines outlines;
+  const Ellipse small{0.02, 0.02, 0.0, 0.0, 0.0};
+  std::size_t most = 0;
+  for (int i = 0; i < 6; ++i) {
+    const PupilLattice lattice{1600 + 8 * i, 2.0 / 1600};
+    EXPECT_EQ(outlines.Of(small, lattice, 1).lattice(), lattice);
+    EXPECT_LE(outlines.samples(), SampledOutlines::kMaxSamples);
+    most = std::max(most, outlines.samples());
+  }
+  EXPECT_GT(most, SampledOutlines::kMaxSamples / 2);
+  // Larger than all that may be kept: alone.
+  const PupilLattice large{3000, 2.0 / 3000};
+  EXPECT_EQ(outlines.Of(small, large, 1).lattice(), large);
+  EXPECT_EQ(outlines.samples(), 3000U * 3000U);
+  outlines.Of(small, {20, 0.1}, 1);
+  EXPECT_EQ(outlines.samples(), 20U * 24U);
+}
+
 TEST(PupilLattice, HasTheFieldAtItsSamples) {
   Pupil pupil = PupilOf({0, 0.1, -0.2, 0.15, 0.2, -0.1, 0.05, 0.1, -0.08});
   pupil.stilesCrawford = {0.05, 0.4, -0.3};
@@ -111,7 +132,7 @@ TEST(PupilLattice, HasTheFieldAtItsSamples) {
     const PupilLattice lattice{side, 2.0 / side};
     const std::vector<double> mask = MaskOf(pupil.outline, lattice);
     const SampledOutline outline(pupil.outline, lattice, density);
-    std::vector<double> seen(static_cast<std::size_t>(side * side));
+    std::vector<double> times(static_cast<std::size_t>(side * side));
     for (int row = 0; row < density; ++row) {
       for (int column = 0; column < density; ++column) {
         const int rows = outline.Rows(row), pitch = outline.pitch();
@@ -133,12 +154,12 @@ TEST(PupilLattice, HasTheFieldAtItsSamples) {
             const auto place = static_cast<std::size_t>(r * side + c);
             EXPECT_NEAR(re[at], mask[place] * amplitude * std::cos(phase), 1e-13);
             EXPECT_NEAR(im[at], mask[place] * amplitude * std::sin(phase), 1e-13);
-            seen[place] += 1.0;
+            times[place] += 1.0;
           }
         }
       }
     }
-    for (const double times : seen) EXPECT_EQ(times, 1.0);
+    for (const double of : times) EXPECT_EQ(of, 1.0);
   }
 }
 

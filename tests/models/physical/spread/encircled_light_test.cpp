@@ -90,8 +90,8 @@ TEST(EncircledLight, RefusesCirclesWithoutMiddleOrRadius) {
         .refusal()
         .problem;
   };
-  EXPECT_EQ(problemOf(std::nan(""), 1.0), Problem::kGridCentre);
-  EXPECT_EQ(problemOf(0.0, 0.0), Problem::kGridSpacing);
+  EXPECT_EQ(problemOf(std::nan(""), 1.0), Problem::kPlace);
+  EXPECT_EQ(problemOf(0.0, 0.0), Problem::kRadius);
   EXPECT_EQ(problemOf(0.0, 590.0), Problem::kFieldTooLarge);
 }
 

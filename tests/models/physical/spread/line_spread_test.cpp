@@ -111,8 +111,23 @@ TEST(LineSpread, RefusesPlacesThatAreNoneOrTooFar) {
   const auto refused = [&](const std::vector<double>& places) {
     return LineSpreadOf(EyeOf({}), Monochromatic(550), 0.0, places, View::kPatient, workspace).refusal();
   };
+  EXPECT_EQ(refused(none).problem, Problem::kPlace);
   EXPECT_EQ(refused(none).index, 1);
   EXPECT_EQ(refused(far).problem, Problem::kTooManyNodes);
+}
+
+TEST(LineSpread, RefusesADirectionThatIsNone) {
+  Workspace workspace(*ActiveKernels());
+  const std::vector<double> places = {0.0};
+  for (const double direction : {std::nan(""), HUGE_VAL}) {
+    const auto spread = LineSpreadOf(EyeOf({}), Monochromatic(550), direction, places, View::kPatient, workspace);
+    const auto section =
+        SectionOfTransferFunction(EyeOf({}), Monochromatic(550), direction, places, View::kPatient, workspace);
+    ASSERT_FALSE(spread);
+    ASSERT_FALSE(section);
+    EXPECT_EQ(spread.refusal().problem, Problem::kDirection);
+    EXPECT_EQ(section.refusal().problem, Problem::kDirection);
+  }
 }
 
 }  // namespace
