@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "base/error.h"
 #include "base/number_text.h"
 #include "eye/errors.h"
 #include "eye/pupil_rescale.h"
@@ -25,21 +24,17 @@ void Check(const Eye& eye, const Adjustments& adjustments) {
     throw PupilLargerThanMeasured(*adjustments.pupil, eye.pupil);
   }
   if (adjustments.mirror && eye.side == Side::kUnknown) {
-    throw Error("the eye cannot be mirrored to " + std::string(Word(*adjustments.mirror)) +
-                ", since its laterality is not known; state the eye");
+    throw LateralityUnknown(*adjustments.mirror);
   }
 }
 
 // Refuses NaN, and values that only a wrong unit explains, before they become infinite.
 void RequirePlausible(const Eye& eye) {
   constexpr Millimetres kSmallest(1e-3), kLargest(1e3);
-  if (!(eye.pupil >= kSmallest && eye.pupil <= kLargest)) {
-    throw Error("a pupil of " + ShortestText(eye.pupil.value()) + " mm is not that of an eye; check its unit");
-  }
+  if (!(eye.pupil >= kSmallest && eye.pupil <= kLargest)) throw ImplausiblePupil(eye.pupil);
   constexpr Micrometres kMetre(1e6);
-  if (!(Rms(eye.coefficients.osa(), 0) < kMetre)) {
-    throw Error("the wavefront would be higher than a metre; check the unit of the coefficients");
-  }
+  const Micrometres rms = Rms(eye.coefficients.osa(), 0);
+  if (!(rms < kMetre)) throw ImplausibleWavefront(rms);
 }
 
 // Applied after a change of pupil, which turns higher orders into lower ones.

@@ -29,11 +29,8 @@ struct Dropped {
 };
 
 // Returns the adjusted eye; without adjustments, the same bits. The stated numbers become invalid if refraction, lens
-// or pupil change the wavefront. Throws Error in these cases:
-//   - The pupil is larger than measured, without `extrapolate`.
-//   - The laterality is to be changed but is unknown.
-//   - The focus of the lens is in front of the cornea.
-//   - Pupil or coefficients are so large that their unit must be wrong.
+// or pupil change the wavefront. Throws PupilLargerThanMeasured, LateralityUnknown, FocusInFrontOfCornea,
+// ImplausiblePupil and ImplausibleWavefront.
 //   dropped  if not null and a highest order is given, receives the part that was dropped
 Eye Adjusted(Eye eye, const Adjustments& adjustments, std::optional<Dropped>* dropped = nullptr);
 

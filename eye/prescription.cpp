@@ -6,25 +6,19 @@
 #include <optional>
 #include <vector>
 
-#include "base/error.h"
 #include "base/number_text.h"
 #include "base/split.h"
+#include "eye/errors.h"
 
 namespace orvanel::eye {
 namespace {
 
 constexpr std::string_view kMinusSign = "\u2212", kTimesSign = "\u00d7", kDegreeSign = "\u00b0";
 
-std::string Signed(double value) {
-  std::string text = FixedText(value, 2);
-  if (text == "-0.00") text = "0.00";
-  return value > 0.0 && text != "0.00" ? "+" + text : text;
-}
-
 // A whole number from 1 to 180. A cylinder that rounds to 0 gets the axis 180.
 std::string AxisText(const Refraction& refraction) {
   const std::string axis = FixedText(refraction.axis.value(), 0);
-  return axis == "0" || Signed(refraction.cylinder.value()) == "0.00" ? "180" : axis;
+  return axis == "0" || SignedText(refraction.cylinder) == "0.00" ? "180" : axis;
 }
 
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
@@ -84,11 +78,6 @@ class Scanner {
   std::string_view rest_;
 };
 
-[[noreturn]] void RefuseText(std::string_view text) {
-  throw Error(Quoted(text) +
-              " is not a prescription; write sphere, or sphere,cylinder,axis as -2.25,-0.75,170 or -2.25/-0.75x170");
-}
-
 // True if a text has characters that a list of numbers does not have.
 bool IsClinical(std::string_view text) { return text.find_first_not_of("+-0123456789.,eE") != std::string_view::npos; }
 
@@ -97,22 +86,21 @@ Refraction ParseClinical(std::string_view text) {
   if (!IsClinical(text)) return {Dioptres(ParseNumber(text)), Dioptres(), Degrees(180.0)};
   Scanner scanner(text);
   std::optional<double> sphere = scanner.Take({"plano", "pl"}) ? 0.0 : scanner.TakeNumber();
-  if (!sphere) RefuseText(text);
+  if (!sphere) throw InvalidPrescription(PrescriptionProblem::kMalformed, text);
   scanner.Take({"ds", "sph", "d"});
   if (scanner.IsAtEnd()) return {Dioptres(*sphere), Dioptres(), Degrees(180.0)};
   scanner.Take({"/"});
   const bool hasSign = scanner.IsAtSign();
   const std::optional<double> cylinder = scanner.TakeNumber();
-  if (!cylinder) RefuseText(text);
-  if (!hasSign && *cylinder != 0.0)
-    throw Error(Quoted(text) + " has a cylinder without a sign; write + or - before it");
+  if (!cylinder) throw InvalidPrescription(PrescriptionProblem::kMalformed, text);
+  if (!hasSign && *cylinder != 0.0) throw InvalidPrescription(PrescriptionProblem::kCylinderWithoutSign, text);
   scanner.Take({"dc", "cyl", "d"});
   if (!scanner.Take({"x", kTimesSign, "axis", "ax"})) {
-    throw Error(Quoted(text) + " has a cylinder without an axis; write it as -2.25/-0.75x170");
+    throw InvalidPrescription(PrescriptionProblem::kCylinderWithoutAxis, text);
   }
   const std::optional<double> axis = scanner.TakeNumber();
   scanner.Take({kDegreeSign});
-  if (!axis || !scanner.IsAtEnd()) RefuseText(text);
+  if (!axis || !scanner.IsAtEnd()) throw InvalidPrescription(PrescriptionProblem::kMalformed, text);
   return {Dioptres(*sphere), Dioptres(*cylinder), Degrees(*axis)};
 }
 
@@ -121,11 +109,8 @@ Millimetres ParseVertex(std::string_view text) {
   Scanner scanner(text);
   const std::optional<double> vertex = scanner.TakeNumber();
   scanner.Take({"mm"});
-  if (!vertex || !scanner.IsAtEnd()) throw Error(Quoted(text) + " is not a vertex distance; write it in mm, as 12");
-  if (*vertex != 0.0 && !(*vertex >= kMin && *vertex <= kMax)) {
-    throw Error("the vertex distance " + ShortestText(*vertex) +
-                " is neither 0, for a contact lens, nor from 1 to 30 mm; write it in mm, as 12");
-  }
+  if (!vertex || !scanner.IsAtEnd()) throw InvalidPrescription(PrescriptionProblem::kMalformedVertex, text);
+  if (*vertex != 0.0 && !(*vertex >= kMin && *vertex <= kMax)) throw VertexOutOfRange(Millimetres(*vertex));
   return Millimetres(*vertex);
 }
 
@@ -135,10 +120,7 @@ Refraction AtCornea(const Lens& lens) {
   const double metres = lens.vertex.value() * 1e-3;
   const auto effective = [&](Dioptres power) {
     const double rest = 1.0 - metres * power.value();
-    if (!(rest > 0.0)) {
-      throw Error("a lens of " + Signed(power.value()) + " D at " + ShortestText(lens.vertex.value()) +
-                  " mm has its focus in front of the cornea; check its power and its vertex distance");
-    }
+    if (!(rest > 0.0)) throw FocusInFrontOfCornea(power, lens.vertex);
     return power / rest;
   };
   const Refraction& power = lens.power;
@@ -149,7 +131,7 @@ Refraction AtCornea(const Lens& lens) {
 Refraction ParseRefraction(std::string_view text) {
   const std::vector<std::string_view> parts = Split(text);
   if (parts.size() > 1 && text.find_first_of("/xX") != std::string_view::npos) {
-    throw Error(Quoted(text) + " mixes commas with clinical notation; write -2.25,-0.75,170 or -2.25/-0.75x170");
+    throw InvalidPrescription(PrescriptionProblem::kMixedNotations, text);
   }
   Refraction refraction;
   if (parts.size() == 1) {
@@ -157,10 +139,10 @@ Refraction ParseRefraction(std::string_view text) {
   } else if (parts.size() == 3) {
     refraction = {Dioptres(ParseNumber(parts[0])), Dioptres(ParseNumber(parts[1])), Degrees(ParseNumber(parts[2]))};
   } else {
-    RefuseText(text);
+    throw InvalidPrescription(PrescriptionProblem::kMalformed, text);
   }
   if (!(refraction.axis >= Degrees(0.0) && refraction.axis <= Degrees(180.0))) {
-    throw Error("the axis " + ShortestText(refraction.axis.value()) + " is outside 0 to 180 degrees");
+    throw AxisOutOfRange(refraction.axis);
   }
   return refraction;
 }
@@ -170,23 +152,25 @@ Lens ParseLens(std::string_view text) {
   const bool apart = parts.size() == 4 || (parts.size() > 1 && parts.back().find("mm") != std::string_view::npos) ||
                      (parts.size() == 2 && IsClinical(parts.front()));
   if (!apart) {
-    if (parts.size() == 2) {
-      throw Error(Quoted(text) +
-                  " may be sphere and cylinder, or sphere and vertex distance; write -10,-0.75,170 or, "
-                  "with the unit, -10,12mm");
-    }
+    if (parts.size() == 2) throw InvalidPrescription(PrescriptionProblem::kCylinderOrVertex, text);
     return {ParseRefraction(text), Millimetres()};
   }
   return {ParseRefraction(text.substr(0, text.rfind(','))), ParseVertex(parts.back())};
 }
 
+std::string SignedText(Dioptres power) {
+  std::string text = FixedText(power.value(), 2);
+  if (text == "-0.00") text = "0.00";
+  return power > Dioptres(0.0) && text != "0.00" ? "+" + text : text;
+}
+
 std::string Text(const Refraction& refraction) {
-  return Signed(refraction.sphere.value()) + " D sphere, " + Signed(refraction.cylinder.value()) +
-         " D cylinder, axis " + AxisText(refraction);
+  return SignedText(refraction.sphere) + " D sphere, " + SignedText(refraction.cylinder) + " D cylinder, axis " +
+         AxisText(refraction);
 }
 
 std::string PrescriptionText(const Refraction& refraction) {
-  const std::string sphere = Signed(refraction.sphere.value()), cylinder = Signed(refraction.cylinder.value());
+  const std::string sphere = SignedText(refraction.sphere), cylinder = SignedText(refraction.cylinder);
   if (cylinder != "0.00") return sphere + "/" + cylinder + "x" + AxisText(refraction);
   return sphere == "0.00" ? "plano" : sphere + " DS";
 }

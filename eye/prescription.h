@@ -19,16 +19,19 @@ struct Lens {
 };
 
 // The effective power at the cornea: each principal power F becomes the vergence F / (1 - d F) after the distance d in
-// metres. The axis stays. Throws Error if the focus of the lens is at the cornea or in front of it.
+// metres. The axis stays. Throws FocusInFrontOfCornea.
 Refraction AtCornea(const Lens& lens);
 
 // "-2.25", "-2.25,-0.75,170", "-2.25/-0.75x170", "-2.25 DS -0.75 DC x 170", "plano/-0.75x20": sphere, cylinder of
-// either sign, axis. Throws Error.
+// either sign, axis. Throws InvalidPrescription, AxisOutOfRange, and Error for a number of a list that is none.
 Refraction ParseRefraction(std::string_view text);
 
 // The same, followed by a vertex distance in mm: "-2.25,-0.75,170,12", "-2.25/-0.75x170,12", "-10,12mm". The
-// distance is 0 if it is left out.
+// distance is 0 if it is left out. Throws VertexOutOfRange as well.
 Lens ParseLens(std::string_view text);
+
+// "-2.25", "+0.50", "0.00".
+std::string SignedText(Dioptres power);
 
 // "-2.25 D sphere, -0.75 D cylinder, axis 170".
 std::string Text(const Refraction& refraction);

@@ -3,13 +3,10 @@
 
 #include <charconv>
 
-#include "base/error.h"
-#include "base/number_text.h"
+#include "eye/conventions/errors.h"
 
 namespace orvanel::eye {
 namespace {
-
-constexpr const char* kSpellings = "write Z4, Z(2,0) or c[2,-2]";
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -66,17 +63,14 @@ bool TakeInteger(std::string_view& text, int& value) {
 
 ZernikeTerm Checked(std::string_view whole, ZernikeTerm term) {
   if (IsTerm(term)) return term;
-  throw Error(Quoted(whole) + " is not a Zernike term; write the radial order n (0 to " +
-              std::to_string(kLargestOrder) + ") first and then m, from -n to n in steps of 2");
+  throw InvalidCoefficientName(NameProblem::kNoSuchTerm, whole);
 }
 
 ZernikeTerm TakeTerm(std::string_view whole, std::string_view inner, std::string_view closing) {
   ZernikeTerm term{};
   if (!TakeInteger(inner, term.n) || !Take(inner, ",") || !TakeInteger(inner, term.m) || !Take(inner, closing) ||
       !inner.empty()) {
-    throw Error(Quoted(whole) +
-                " looks like a coefficient but is not one; write Z(2,0) or c[2,-2] with radial order and azimuthal "
-                "frequency, in quotes if commas separate the columns");
+    throw InvalidCoefficientName(NameProblem::kMalformedTerm, whole);
   }
   return Checked(whole, term);
 }
@@ -124,8 +118,7 @@ std::optional<CoefficientName> ParseCoefficientName(std::string_view text) {
     const std::size_t digit = rest.find_first_not_of("+-., _");
     if (digit == std::string_view::npos || !IsDigit(rest[digit])) return std::nullopt;
     if (isC && rest.find_first_not_of("+-., _0123456789") != std::string_view::npos) return std::nullopt;
-    throw Error(Quoted(text) + " may be a coefficient or a term with a sign; " + kSpellings +
-                ", or rename the column if it is your own");
+    throw InvalidCoefficientName(NameProblem::kSignedNumber, text);
   }
   const std::string_view digits = rest.substr(0, rest.find_first_not_of("0123456789"));
   const bool hasDigit = rest.find_first_of("0123456789") != std::string_view::npos;
@@ -134,27 +127,19 @@ std::optional<CoefficientName> ParseCoefficientName(std::string_view text) {
   if (rest.empty() && !digits.empty()) {
     std::size_t number = 0;
     if (std::from_chars(digits.data(), digits.data() + digits.size(), number).ec == std::errc()) return number;
-    throw Error(Quoted(text) + " looks like a coefficient but is not one: its number is too large; " + kSpellings);
+    throw InvalidCoefficientName(NameProblem::kNumberTooLarge, text);
   }
   if (const auto term = TermBehind(digits, rest)) return Checked(text, *term);
-  if (IsUnit(rest)) {
-    throw Error(Quoted(text) + " is a coefficient with a unit in its name; " + kSpellings +
-                ", and state the unit for all of them");
-  }
+  if (IsUnit(rest)) throw InvalidCoefficientName(NameProblem::kUnitInName, text);
   // Other names also begin with C and a number, such as "C1_visit".
   if (isC && rest.find_first_not_of(" _-+.,;:^/()[]{}0123456789") != std::string_view::npos) return std::nullopt;
-  throw Error(Quoted(text) + " looks like a coefficient but is not one; " + kSpellings +
-              ", or rename the column if it is your own");
+  throw InvalidCoefficientName(NameProblem::kMalformedName, text);
 }
 
 ZernikeTerm TermNamed(const CoefficientName& name, std::optional<IndexScheme> scheme) {
   if (const auto* term = std::get_if<ZernikeTerm>(&name)) return *term;
   const std::size_t number = std::get<std::size_t>(name);
-  const std::string text = Numbered(number);
-  if (!scheme || *scheme == IndexScheme::kNamed) {
-    throw Error(text + " is a number without an index scheme; state it as osa, noll or fringe, or write " +
-                "the term as Z(2,0)");
-  }
+  if (!scheme || *scheme == IndexScheme::kNamed) throw IndexWithoutScheme(number);
   std::optional<ZernikeTerm> term;
   if (*scheme == IndexScheme::kOsa && number < kMaxTerms) term = Term(number);
   if (*scheme == IndexScheme::kNoll) term = TermOfNoll(number);
@@ -162,8 +147,7 @@ ZernikeTerm TermNamed(const CoefficientName& name, std::optional<IndexScheme> sc
   if (!term) {
     const std::size_t first = *scheme == IndexScheme::kOsa ? 0 : 1;
     const std::size_t count = *scheme == IndexScheme::kFringe ? kFringeTerms : kMaxTerms;
-    throw Error(text + " is not in the index scheme " + std::string(Word(*scheme)) + ", whose numbers are " +
-                std::to_string(first) + " to " + std::to_string(first + count - 1));
+    throw IndexNotInScheme(number, *scheme, first, first + count - 1);
   }
   return *term;
 }

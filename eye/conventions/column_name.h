@@ -19,11 +19,11 @@ using CoefficientName = std::variant<std::size_t, ZernikeTerm>;
 //   Z4, z 4, Z_4, Zernike 4                    index 4 of an index scheme that must be stated
 //   Z(2,0), c[2,-2], Z_2_-2, Z 2 -2, Z2,-2     the term of radial order 2 and azimuthal frequency -2
 // Blanks around the name are ignored. The result is empty for other names: another beginning, no number ("zone"), or C
-// and a number followed by words ("C1_visit"). Throws Error if the name looks like a coefficient but is not one, or is
-// ambiguous: "Z-4", "Z4_um".
+// and a number followed by words ("C1_visit"). Throws InvalidCoefficientName if the name looks like a coefficient but
+// is not one, or is ambiguous: "Z-4", "Z4_um".
 std::optional<CoefficientName> ParseCoefficientName(std::string_view text);
 
-// The term of a name. Throws Error if a number needs an index scheme, or does not exist in it.
+// The term of a name. Throws IndexWithoutScheme and IndexNotInScheme.
 ZernikeTerm TermNamed(const CoefficientName& name, std::optional<IndexScheme> scheme);
 
 // The name of a term in an index scheme: "Z4", "Z(2,0)". The scheme must contain the term.

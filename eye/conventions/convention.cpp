@@ -5,8 +5,8 @@
 #include <span>
 #include <utility>
 
-#include "base/error.h"
 #include "base/number_text.h"
+#include "eye/conventions/errors.h"
 
 namespace orvanel::eye {
 namespace {
@@ -150,10 +150,7 @@ Coefficients FromList(IndexScheme scheme, const std::vector<double>& list) {
   Coefficients coefficients;
   for (std::size_t position = 0; position < list.size(); ++position) {
     const std::optional<ZernikeTerm> term = TermOf(scheme, position);
-    if (!term) {
-      throw Error(std::to_string(list.size()) + " coefficients in the index scheme " + std::string(Word(scheme)) +
-                  ", which has " + std::to_string(position) + "; check the index scheme");
-    }
+    if (!term) throw ListTooLong(list.size(), scheme, position);
     const std::size_t j = OsaIndex(*term);
     if (j >= coefficients.size()) coefficients.resize(j + 1);
     coefficients[j] = list[position];
@@ -170,9 +167,7 @@ std::optional<ZernikeTerm> TermWithoutPlace(IndexScheme scheme, const Coefficien
 
 std::vector<double> ToList(IndexScheme scheme, const Coefficients& coefficients) {
   if (const auto term = TermWithoutPlace(scheme, coefficients)) {
-    throw Error("the term " + Symbol(*term) + ", " + Name(*term) + ", is " +
-                ShortestText(coefficients[OsaIndex(*term)]) + " and has no number in the index scheme " +
-                std::string(Word(scheme)) + "; convert to another, such as named");
+    throw TermNotInScheme(*term, coefficients[OsaIndex(*term)], scheme);
   }
   std::vector<double> list;
   for (std::size_t position = 0;; ++position) {

@@ -58,8 +58,8 @@ std::string UnitText(const Convention& convention);
 // One number for each term by OSA index; missing ones at the end are 0. At most kMaxTerms.
 using Coefficients = std::vector<double>;
 
-// Converts from a list in the index scheme osa, noll or fringe, which begins with the first index, and back. Both throw
-// Error if the target does not contain a term that is not 0; the message names the term.
+// Converts from a list in the index scheme osa, noll or fringe, which begins with the first index, and back. Throws
+// ListTooLong, and TermNotInScheme if the scheme has no index for a term that is not 0.
 Coefficients FromList(IndexScheme scheme, const std::vector<double>& list);
 std::vector<double> ToList(IndexScheme scheme, const Coefficients& coefficients);
 

@@ -1,11 +1,12 @@
 // Reads, combines and completes partial conventions.
 #include "eye/conventions/statement.h"
 
-#include <cmath>
+#include <utility>
+#include <vector>
 
-#include "base/error.h"
 #include "base/number_text.h"
 #include "base/wavelength_range.h"
+#include "eye/conventions/errors.h"
 
 namespace orvanel::eye {
 namespace {
@@ -13,23 +14,20 @@ namespace {
 template <class Value>
 std::optional<Value> FromWord(std::string_view key, std::string_view text) {
   const std::optional<Value> value = ValueOf<Value>(text);
-  if (!value) {
-    throw Error(std::string(key) + " is " + Quoted(text) + "; it is one of " + WordsOf<Value>());
-  }
+  if (!value) throw UnknownWord(key, text, WordsOf<Value>());
   return value;
 }
 
 double Length(std::string_view key, std::string_view text) {
   const double length = ParseNumber(text);
-  if (length <= 0.0) throw Error(std::string(key) + " is " + std::string(text) + "; a length must be greater than 0");
+  if (length <= 0.0) throw LengthNotPositive(key, text);
   return length;
 }
 
 Nanometres ReferenceWavelength(std::string_view key, std::string_view text) {
   const double length = ParseNumber(text);
   if (!(length >= kShortestNm && length <= kLongestNm)) {
-    throw Error(std::string(key) + " is " + std::string(text) + "; it is from " + ShortestText(kShortestNm) + " to " +
-                ShortestText(kLongestNm) + " nm. Write it in nanometres, such as 555");
+    throw WavelengthOutOfRange(key, text, Nanometres(kShortestNm), Nanometres(kLongestNm));
   }
   return Nanometres(length);
 }
@@ -82,8 +80,7 @@ Statement Combined(const Statement& a, const std::string& wider, const Statement
   const auto join = [&](auto Statement::*part, const char* key) {
     if (!(b.*part)) return;
     if (both.*part && *(both.*part) != *(b.*part)) {
-      throw Error(std::string(key) + " is " + WordOf(*(b.*part)) + " in " + narrower + ", which contradicts " + wider +
-                  ", where it is " + WordOf(*(both.*part)) + "; state it once");
+      throw ContradictingParts(key, {wider, WordOf(*(both.*part))}, {narrower, WordOf(*(b.*part))});
     }
     both.*part = b.*part;
   };
@@ -99,9 +96,9 @@ Statement Combined(const Statement& a, const std::string& wider, const Statement
 }
 
 StatedConvention Complete(const Statement& statement, bool needsOrder) {
-  std::string missing;
+  std::vector<MissingPart> missing;
   const auto require = [&missing](bool stated, const char* key, const std::string& values) {
-    if (!stated) missing += (missing.empty() ? "" : "; ") + std::string(key) + " (" + values + ")";
+    if (!stated) missing.push_back({key, values});
   };
   require(statement.unit.has_value(), kUnitKey, WordsOf<Unit>());
   if (statement.unit == Unit::kWaves) require(statement.wavelength.has_value(), kWavelengthKey, "of one wave");
@@ -110,14 +107,8 @@ StatedConvention Complete(const Statement& statement, bool needsOrder) {
   require(statement.yAxis.has_value(), kYAxisKey, WordsOf<YAxis>());
   require(statement.side.has_value(), kSideKey, WordsOf<Side>());
   require(statement.pupil.has_value(), kPupilKey, "over which the eye was measured");
-  if (!missing.empty()) {
-    throw Error("the convention of the coefficients is incomplete; missing: " + missing);
-  }
-  if (statement.wavelength && statement.unit != Unit::kWaves) {
-    throw Error(std::string(kWavelengthKey) + " is stated, but the unit is " + WordOf(*statement.unit) +
-                "; only the unit waves has a wavelength. State the one at which the coefficients hold as " +
-                kReferenceKey);
-  }
+  if (!missing.empty()) throw IncompleteConvention(std::move(missing));
+  if (statement.wavelength && statement.unit != Unit::kWaves) throw WavelengthWithoutWaves(*statement.unit);
   StatedConvention complete{};
   complete.convention.unit = *statement.unit;
   complete.convention.wavelength = statement.wavelength.value_or(Nanometres());

@@ -35,11 +35,11 @@ constexpr const char* kPupilKey = "pupil_diameter_mm";
 // All parts of a named convention.
 Statement StatementOf(const Convention& convention);
 
-// Reads one part from the text of a file or option. Throws Error with the valid words. False if the key is not the name
-// of a part.
+// Reads one part from the text of a file or option. Throws UnknownWord, LengthNotPositive, WavelengthOutOfRange, and
+// Error for a text that is not a number. False if the key is not the name of a part.
 bool State(Statement& statement, std::string_view key, std::string_view text);
 
-// Combines two partial conventions. Throws Error if they contradict each other.
+// Combines two partial conventions. Throws ContradictingParts.
 //   wider, narrower  their sources, for the message: "the command line", "the table"
 Statement Combined(const Statement& a, const std::string& wider, const Statement& b, const std::string& narrower);
 
@@ -51,8 +51,8 @@ struct StatedConvention {
   std::optional<Nanometres> reference;
 };
 
-// Throws Error with a list of the missing parts. The unit waves needs a wavelength; other units must not have one. The
-// reference wavelength may be missing; then it is unknown.
+// Throws IncompleteConvention, and WavelengthWithoutWaves: the unit waves needs a wavelength, and other units must not
+// have one. The reference wavelength may be missing; then it is unknown.
 //   needsOrder  false if every coefficient comes with its term
 StatedConvention Complete(const Statement& statement, bool needsOrder);
 

@@ -6,18 +6,9 @@
 #include <numeric>
 #include <utility>
 
-#include "base/error.h"
-#include "base/number_text.h"
+#include "eye/population/errors.h"
 
 namespace orvanel::eye {
-namespace {
-
-[[noreturn]] void RefuseIndefinite(const std::string& name, const std::string& how) {
-  throw Error("is not a covariance: it is not positive semi-definite, for " + how + " at " + name +
-              "; check its signs and digits");
-}
-
-}  // namespace
 
 CovarianceFactors::CovarianceFactors(std::vector<double> matrix, const std::vector<std::string>& names)
     : size_(names.size()), order_(size_), factor_(std::move(matrix)), deviation_(size_) {
@@ -30,9 +21,7 @@ CovarianceFactors::CovarianceFactors(std::vector<double> matrix, const std::vect
 
 void CovarianceFactors::TakeDeviations(const std::vector<std::string>& names) {
   for (std::size_t i = 0; i < size_; ++i) {
-    if (at(i, i) < 0.0) {
-      throw Error("is not a covariance: the variance of " + names[i] + " is " + ShortestText(at(i, i)) + ", below 0");
-    }
+    if (at(i, i) < 0.0) throw NegativeVariance(names[i], at(i, i));
     deviation_[i] = std::sqrt(at(i, i));
   }
 }
@@ -44,11 +33,11 @@ void CovarianceFactors::ToCorrelations(const std::vector<std::string>& names) {
       double& below = at(i, j);
       double& above = at(j, i);
       if (!(std::abs(below - above) <= kCovarianceTolerance * scale)) {
-        throw Error("is not symmetric: " + ShortestText(above) + " in row " + names[j] + ", column " + names[i] +
-                    ", but " + ShortestText(below) + " in row " + names[i] + ", column " + names[j] +
-                    (scale == 0.0 ? ", where one of them has no variance" : ""));
+        throw NotSymmetric(names[j], names[i], above, below, scale == 0.0);
       }
-      if (scale == 0.0 && below != 0.0) RefuseIndefinite(names[i], "a variable without variance is correlated");
+      if (scale == 0.0 && below != 0.0) {
+        throw NotPositiveSemidefinite(CovarianceProblem::kCorrelatedConstant, names[i]);
+      }
       below = above = scale == 0.0 ? 0.0 : (0.5 * below + 0.5 * above) / scale;
     }
     at(i, i) = deviation_[i] == 0.0 ? 0.0 : 1.0;
@@ -81,8 +70,7 @@ void CovarianceFactors::RequireNothingLeft(const std::vector<std::string>& names
   for (std::size_t i = rank_; i < size_; ++i) {
     for (std::size_t j = rank_; j <= i; ++j) {
       if (std::abs(at(i, j)) <= Tolerance()) continue;
-      RefuseIndefinite(names[order_[i]],
-                       "a share of " + NumberText(at(i, j), 3) + " of a variance remains instead of 0");
+      throw NotPositiveSemidefinite(CovarianceProblem::kShareLeft, names[order_[i]], at(i, j));
     }
   }
 }

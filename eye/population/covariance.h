@@ -18,9 +18,9 @@ constexpr double kCovarianceTolerance = 1e-9;
 // Source: Higham (2002), Accuracy and stability of numerical algorithms, 10.3.
 class CovarianceFactors {
  public:
-  // Throws Error if the matrix is not a covariance: elements (i, j) and (j, i) differ, or a linear combination of the
-  // variables has a negative variance. As correlations, (i, j) and (j, i) may differ by kCovarianceTolerance. The
-  // remainder after the last pivot may be `size` times as large.
+  // Throws NotSymmetric if elements (i, j) and (j, i) differ, NegativeVariance, and NotPositiveSemidefinite if a linear
+  // combination of the variables has a negative variance. As correlations, (i, j) and (j, i) may differ by
+  // kCovarianceTolerance. The remainder after the last pivot may be `size` times as large.
   //   matrix  size x size, row by row
   //   names   of the variables, for messages
   CovarianceFactors(std::vector<double> matrix, const std::vector<std::string>& names);

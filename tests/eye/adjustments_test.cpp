@@ -5,8 +5,8 @@
 
 #include <cmath>
 
-#include "base/error.h"
 #include "base/number_text.h"
+#include "eye/errors.h"
 #include "eye/pupil_rescale.h"
 #include "tests/eye/eyes.h"
 
@@ -156,7 +156,7 @@ TEST(Adjustments, MirroredAndShortenedEyesKeepTheirStatedNumbers) {
 TEST(Adjustments, ALargerPupilIsRefusedUnlessExtrapolationIsAllowed) {
   Adjustments larger;
   larger.pupil = Millimetres(6.5);
-  EXPECT_THROW(Adjusted(Measured(), larger), Error);
+  EXPECT_THROW(Adjusted(Measured(), larger), PupilLargerThanMeasured);
   larger.extrapolate = true;
   EXPECT_EQ(Adjusted(Measured(), larger).pupil, Millimetres(6.5));
   EXPECT_EQ(Changes(Measured(), larger), std::vector<std::string>{"extrapolated from 6 to 6.5 mm"});
@@ -167,20 +167,20 @@ TEST(Adjustments, AnEyeOfUnknownSideIsNotMirrored) {
   eye.side = Side::kUnknown;
   Adjustments mirror;
   mirror.mirror = Side::kOd;
-  EXPECT_THROW(Adjusted(eye, mirror), Error);
+  EXPECT_THROW(Adjusted(eye, mirror), LateralityUnknown);
 }
 
 TEST(Adjustments, WhatIsFarFromAnyEyeIsRefused) {
   for (const double coefficient : {1e10, 1e300, -1e300}) {
     Eye eye = Measured();
     SetTerm(eye, 4, coefficient);
-    EXPECT_THROW(Adjusted(eye, {}), Error) << coefficient;
+    EXPECT_THROW(Adjusted(eye, {}), ImplausibleWavefront) << coefficient;
   }
   Adjustments adjustments;
   adjustments.extrapolate = true;
   for (const double pupil : {1e-300, 1e-4, 1e4, 1e300}) {
     adjustments.pupil = Millimetres(pupil);
-    EXPECT_THROW(Adjusted(Measured(), adjustments), Error) << pupil;
+    EXPECT_THROW(Adjusted(Measured(), adjustments), ImplausiblePupil) << pupil;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "base/error.h"
+#include "eye/errors.h"
 
 namespace orvanel::eye {
 namespace {
@@ -65,6 +66,34 @@ TEST(Prescription, OfALensHasAVertexDistanceBehindIt) {
   }
 }
 
+TEST(Prescription, ARefusalHasItsReasonAndTheText) {
+  const std::pair<const char*, PrescriptionProblem> texts[] = {
+      {"-2,1", PrescriptionProblem::kCylinderOrVertex},
+      {"x20", PrescriptionProblem::kMalformed},
+      {"-2.00/-0.75x20x", PrescriptionProblem::kMalformed},
+      {"-2,00/-0,75x20", PrescriptionProblem::kMixedNotations},
+      {"-2.00/0.75x20", PrescriptionProblem::kCylinderWithoutSign},
+      {"-2.00/-0.75", PrescriptionProblem::kCylinderWithoutAxis}};
+  for (const auto& [text, problem] : texts) {
+    try {
+      ParseLens(text);
+      ADD_FAILURE() << text;
+    } catch (const InvalidPrescription& error) {
+      EXPECT_EQ(error.problem, problem) << text;
+      EXPECT_EQ(error.text, text);
+    }
+  }
+  try {
+    ParseLens("-2,-0.75,20,cm");
+    ADD_FAILURE();
+  } catch (const InvalidPrescription& error) {
+    EXPECT_EQ(error.problem, PrescriptionProblem::kMalformedVertex);
+    EXPECT_EQ(error.text, "cm");
+  }
+  EXPECT_THROW(ParseLens("-2,-0.75,20,31"), VertexOutOfRange);
+  EXPECT_THROW(ParseRefraction("-2,-0.75,181"), AxisOutOfRange);
+}
+
 // Worked by hand: -10 / (1 + 0.012 * 10) = -8.92857, and for the other meridian -12.5 / 1.15 = -10.86957.
 TEST(Prescription, ALensIsWeakerOrStrongerAtTheCorneaThanWhereItIsWorn) {
   constexpr double kFiveDigits = 5e-6;
@@ -87,8 +116,8 @@ TEST(Prescription, BothSignsOfCylinderAreTheSameLensAtTheCornea) {
 }
 
 TEST(Prescription, ALensThatFocusesBeforeTheCorneaIsRefused) {
-  EXPECT_THROW(AtCornea({Power(84.0, 0.0, 180.0), Millimetres(12.0)}), Error);
-  EXPECT_THROW(AtCornea({Power(60.0, 30.0, 180.0), Millimetres(12.0)}), Error);
+  EXPECT_THROW(AtCornea({Power(84.0, 0.0, 180.0), Millimetres(12.0)}), FocusInFrontOfCornea);
+  EXPECT_THROW(AtCornea({Power(60.0, 30.0, 180.0), Millimetres(12.0)}), FocusInFrontOfCornea);
   EXPECT_NO_THROW(AtCornea({Power(-300.0, 0.0, 180.0), Millimetres(12.0)}));
 }
 

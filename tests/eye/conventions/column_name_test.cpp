@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/error.h"
+#include "eye/conventions/errors.h"
 
 namespace orvanel::eye {
 namespace {
@@ -37,14 +37,14 @@ TEST(ColumnName, ByNumberMeansWhatTheOrderSays) {
 }
 
 TEST(ColumnName, ByNumberWithoutOrderIsRefused) {
-  EXPECT_THROW(TermIn("Z4"), Error);
-  EXPECT_THROW(TermIn("Z4", IndexScheme::kNamed), Error);
+  EXPECT_THROW(TermIn("Z4"), IndexWithoutScheme);
+  EXPECT_THROW(TermIn("Z4", IndexScheme::kNamed), IndexWithoutScheme);
 }
 
 TEST(ColumnName, OutsideItsOrderIsRefused) {
-  EXPECT_THROW(TermIn("Z0", IndexScheme::kNoll), Error);
-  EXPECT_THROW(TermIn("Z38", IndexScheme::kFringe), Error);
-  EXPECT_THROW(TermIn("Z231", IndexScheme::kOsa), Error);
+  EXPECT_THROW(TermIn("Z0", IndexScheme::kNoll), IndexNotInScheme);
+  EXPECT_THROW(TermIn("Z38", IndexScheme::kFringe), IndexNotInScheme);
+  EXPECT_THROW(TermIn("Z231", IndexScheme::kOsa), IndexNotInScheme);
   EXPECT_EQ(TermIn("Z230", IndexScheme::kOsa), (ZernikeTerm{20, 20}));
 }
 
@@ -89,7 +89,30 @@ TEST(ColumnName, WhatLooksLikeOneAndIsNoneIsRefused) {
                            "Z12 left",
                            "Z3^1",
                            "Zernike coefficient 4"}) {
-    EXPECT_THROW(ParseCoefficientName(text), Error) << text;
+    EXPECT_THROW(ParseCoefficientName(text), InvalidCoefficientName) << text;
+  }
+}
+
+TEST(ColumnName, ARefusalHasItsReasonAndTheName) {
+  const std::pair<const char*, NameProblem> names[] = {{"Z(2,1)", NameProblem::kNoSuchTerm},
+                                                       {"Z_22_0", NameProblem::kNoSuchTerm},
+                                                       {"Z(2)", NameProblem::kMalformedTerm},
+                                                       {"c[2,0)", NameProblem::kMalformedTerm},
+                                                       {"Z-12", NameProblem::kSignedNumber},
+                                                       {"C.4", NameProblem::kSignedNumber},
+                                                       {"Z4 um", NameProblem::kUnitInName},
+                                                       {"c4(waves)", NameProblem::kUnitInName},
+                                                       {"Z4_OD", NameProblem::kMalformedName},
+                                                       {"Z3^1", NameProblem::kMalformedName},
+                                                       {"Z99999999999999999999999", NameProblem::kNumberTooLarge}};
+  for (const auto& [name, problem] : names) {
+    try {
+      ParseCoefficientName(name);
+      ADD_FAILURE() << name;
+    } catch (const InvalidCoefficientName& error) {
+      EXPECT_EQ(error.problem, problem) << name;
+      EXPECT_EQ(error.name, name);
+    }
   }
 }
 

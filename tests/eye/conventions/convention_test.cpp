@@ -6,7 +6,7 @@
 #include <cmath>
 #include <string>
 
-#include "base/error.h"
+#include "eye/conventions/errors.h"
 #include "tests/eye/zernike_truth.h"
 
 namespace orvanel::eye {
@@ -102,10 +102,10 @@ TEST(Convention, ListsPutEachNumberAtItsTerm) {
 
 TEST(Convention, AListLongerThanItsOrderIsRefused) {
   EXPECT_NO_THROW(FromList(IndexScheme::kFringe, std::vector<double>(37)));
-  EXPECT_THROW(FromList(IndexScheme::kFringe, std::vector<double>(38)), Error);
+  EXPECT_THROW(FromList(IndexScheme::kFringe, std::vector<double>(38)), ListTooLong);
   EXPECT_NO_THROW(FromList(IndexScheme::kOsa, std::vector<double>(kMaxTerms)));
-  EXPECT_THROW(FromList(IndexScheme::kOsa, std::vector<double>(kMaxTerms + 1)), Error);
-  EXPECT_THROW(FromList(IndexScheme::kNoll, std::vector<double>(kMaxTerms + 1)), Error);
+  EXPECT_THROW(FromList(IndexScheme::kOsa, std::vector<double>(kMaxTerms + 1)), ListTooLong);
+  EXPECT_THROW(FromList(IndexScheme::kNoll, std::vector<double>(kMaxTerms + 1)), ListTooLong);
 }
 
 TEST(Convention, FringeRefusesTheSixfoldTermsUnlessTheyAreZero) {
