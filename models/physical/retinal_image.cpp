@@ -103,15 +103,6 @@ std::vector<double> PixelSpectra(int frequencies, int side) {
   return spectra;
 }
 
-// In lanes, which the compiler may add up side by side.
-double SumOf(const double* samples, int wholeBlocks) {
-  double sum[kChordBlock] = {};
-  for (int i = 0; i < wholeBlocks; i += kChordBlock) {
-    for (int l = 0; l < kChordBlock; ++l) sum[l] += samples[i + l];
-  }
-  return ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7]));
-}
-
 }  // namespace
 
 struct ImageFilter::Tables {
@@ -240,21 +231,8 @@ Refusal RefusalOf(double luminance, int index) {
   return {Problem::kLuminance, luminance, -kLargestLuminance, kLargestLuminance, index};
 }
 
-// The difference of an object from its surround, in whole blocks of columns; returns its sum.
-Outcome<double> SetDifference(const double* luminance, const ObjectSize& size, double surround, double* object,
-                              int pitch) {
-  double light = 0.0;
-  for (int r = 0; r < size.rows; ++r) {
-    const double* const from = luminance + At(r, 0, size.columns);
-    const double* const bad = std::find_if_not(from, from + size.columns, IsLuminance);
-    if (bad != from + size.columns) return RefusalOf(*bad, static_cast<int>(bad - luminance));
-    double* const to = object + At(r, 0, pitch);
-    for (int c = 0; c < size.columns; ++c) to[c] = from[c] - surround;
-    std::fill(to + size.columns, to + pitch, 0.0);
-    light += SumOf(to, pitch);
-  }
-  return light;
-}
+// Rows that are processed together, while they are in the cache.
+constexpr int kBand = kSideUnit;
 
 void TurnUpsideDown(RetinalImage& image) {
   double* const plane = image.luminance.data();
@@ -271,45 +249,56 @@ Outcome<RetinalImage> ImageFilter::ImageOf(const double* luminance, double surro
   if (!IsLuminance(surround)) return RefusalOf(surround, -1);
   const Tables& t = *tables_;
   const ObjectSize& size = t.size;
-  const int pitch = WholeBlocks(size.columns);
-  workspace.re.Reserve(At(size.rows, 0, pitch));
-  double* const object = workspace.re.data();
-  const Outcome<double> light = SetDifference(luminance, size, surround, object, pitch);
-  if (!light) return light.refusal();
-
+  const ChordKernels& kernels = workspace.chords;
   RetinalImage image;
   image.columns = size.columns + 2 * size.margin;
   image.rows = size.rows + 2 * size.margin;
   image.view = view;
-  const int imagePitch = WholeBlocks(image.columns), corner = (t.near.side() - size.margin) % t.near.side();
-  image.luminance.resize(At(image.rows, 0, imagePitch));
-  double* const plane = image.luminance.data();
-  const double nearLight =
-      t.near.Filter(object, pitch, size.rows, pitch, t.nearFilter.data(),
-                    {plane, imagePitch, corner, corner, image.rows, imagePitch}, workspace.transforms.memory);
+  const int pitch = WholeBlocks(size.columns), imagePitch = WholeBlocks(image.columns);
+  workspace.re.Reserve(At(kBand, 0, imagePitch));
+  workspace.spectrum.Reserve(t.near.SpectrumSize());
+  double *const band = workspace.re.data(), *const spectrum = workspace.spectrum.data();
+  PlaneTransform::Memory& memory = workspace.transforms.memory;
+
+  std::vector<double> lines(t.grid.LinesFor(size.columns));
+  double light = 0.0;
+  for (int first = 0; first < size.rows; first += kBand) {
+    const int count = std::min(kBand, size.rows - first);
+    for (int r = 0; r < count; ++r) {
+      const double* const from = luminance + At(first + r, 0, size.columns);
+      const double sum =
+          kernels.rowWithoutSurround(from, size.columns, surround, kLargestLuminance, band + At(r, 0, pitch));
+      if (std::isnan(sum)) {
+        const double* const bad = std::find_if_not(from, from + size.columns, IsLuminance);
+        return RefusalOf(*bad, static_cast<int>(bad - luminance));
+      }
+      light += sum;
+    }
+    t.near.FilterRows(band, pitch, first, count, pitch, spectrum, memory);
+    t.grid.GatherRows(band, size.columns, first, count, pitch, size.margin, lines.data());
+  }
+  const double nearLight = t.near.FilterColumns(spectrum, size.rows, t.nearFilter.data());
 
   const int nodePitch = WholeBlocks(t.grid.columns());
   workspace.im.Reserve(At(t.grid.rows(), 0, nodePitch));
   double* const nodes = workspace.im.data();
-  t.grid.Gather(object, size.columns, size.rows, pitch, size.margin, nodes, nodePitch);
+  t.grid.GatherColumns(lines.data(), size.columns, size.margin, nodes, nodePitch);
   t.far.Filter(nodes, nodePitch, t.grid.rows(), nodePitch, t.farFilter.data(),
-               {nodes, nodePitch, 0, 0, t.grid.rows(), nodePitch}, workspace.transforms.memory);
-  // By cells of the grid, while their rows are in the cache. Rows lose the rest of their last block, and so may move
-  // onto those before.
+               {nodes, nodePitch, 0, 0, t.grid.rows(), nodePitch}, memory);
   const std::vector<double> far = t.grid.Rows(nodes, nodePitch);
-  image.outside = nearLight + t.farShare * *light;
-  for (int first = 0; first < image.rows; first += t.grid.step()) {
-    const int count = std::min(t.grid.step(), image.rows - first);
-    t.grid.AddTo(far, first, count, plane + At(first, 0, imagePitch), imagePitch);
-    for (int r = first; r < first + count; ++r) {
-      double* const from = plane + At(r, 0, imagePitch);
-      std::fill(from + image.columns, from + imagePitch, 0.0);
-      image.outside -= SumOf(from, imagePitch);
-      double* const to = plane + At(r, 0, image.columns);
-      for (int c = 0; c < image.columns; ++c) to[c] = surround + from[c];
+
+  image.outside = nearLight + t.farShare * light;
+  image.luminance.reserve(At(image.rows, 0, image.columns));
+  const int side = t.near.side(), corner = (side - size.margin) % side;
+  for (int first = 0; first < image.rows; first += kBand) {
+    const int count = std::min(kBand, image.rows - first);
+    t.near.FilteredRows(spectrum, {band, imagePitch, (corner + first) % side, corner, count, imagePitch}, memory);
+    image.outside -= t.grid.AddTo(far, first, count, band, imagePitch, surround);
+    for (int r = 0; r < count; ++r) {
+      const double* const row = band + At(r, 0, imagePitch);
+      image.luminance.insert(image.luminance.end(), row, row + image.columns);
     }
   }
-  image.luminance.resize(At(image.rows, 0, image.columns));
   if (view == View::kRetina) TurnUpsideDown(image);
   return image;
 }

@@ -20,8 +20,9 @@ struct Workspace {
   OtfLattice otf;
   PlaneTransforms transforms;
   SampledOutlines outlines;
-  AlignedMemory re, im;  // of a field
-  AlignedMemory sum;     // of intensities
+  AlignedMemory re, im;    // of a field
+  AlignedMemory sum;       // of intensities
+  AlignedMemory spectrum;  // half of that of an image
 };
 
 }  // namespace orvanel::physical

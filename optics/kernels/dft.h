@@ -61,13 +61,7 @@ ORVANEL_INLINE void Dft16(Complex* x) {
   ORVANEL_UNROLL for (int k = 0; k < 4; ++k) Dft4(x[4 * k], x[4 * k + 1], x[4 * k + 2], x[4 * k + 3]);
 }
 
-// Two, three, five, eight and nine samples, in place and in natural order.
-ORVANEL_INLINE void Dft2(Complex* x) {
-  const Complex a = x[0];
-  x[0] = a + x[1];
-  x[1] = a - x[1];
-}
-
+// Three, five, eight and nine samples, in place and in natural order. halfEmpty: as above.
 ORVANEL_INLINE void Dft3(Complex* x) {
   constexpr double sine = 0x1.bb67ae8584caap-1;  // of a third of a turn
   const Complex sum = x[1] + x[2];
@@ -96,10 +90,16 @@ ORVANEL_INLINE void Dft5(Complex* x) {
   x[3] = q - TimesI(v);
 }
 
+template <bool halfEmpty>
 ORVANEL_INLINE void Dft8(Complex* x) {
   constexpr double h = 0x1.6a09e667f3bcdp-1;
-  Dft4(x[0], x[2], x[4], x[6]);
-  Dft4(x[1], x[3], x[5], x[7]);
+  ORVANEL_UNROLL for (int n = 0; n < 2; ++n) {
+    if constexpr (halfEmpty) {
+      Dft4OfTwo(x[n], x[n + 2], x[n + 4], x[n + 6]);
+    } else {
+      Dft4(x[n], x[n + 2], x[n + 4], x[n + 6]);
+    }
+  }
   const Complex even[4] = {x[0], x[2], x[4], x[6]};
   const Complex odd[4] = {x[1],
                           {(x[3].re - x[3].im) * h, (x[3].re + x[3].im) * h},

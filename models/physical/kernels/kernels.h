@@ -62,14 +62,15 @@ constexpr int kSpareRows =
 struct LineTransform {
   int length;  // 2^a 3^b 5^c
   int passes;
-  int radices[kMaxPasses];          // 2, 3, 4, 5, 8, 9 or 16; their product is the length
-  const double* turns[kMaxPasses];  // cosine and sine, for each but the first group of a pass and result of its radix
+  int radices[kMaxPasses];          // 3, 4, 5, 8, 9 or 16, the first 8 or 16; their product is the length
+  const double* turns[kMaxPasses];  // cosine and sine, for each but the first place of a group and result of its radix
+  const int* places;                // where the results are: that of k after all passes
 };
 
 // For the length of one call, aligned to 64 bytes; for the widest register, in doubles.
 struct PlaneMemory {
   double* panels;  // 2 side (side + kSpareRows)
-  double* lines;   // 32 side
+  double* lines;   // 16 side
 };
 
 // The corner of a plane that is not zero. Columns are a multiple of kChordBlock, at most the side.
@@ -83,6 +84,7 @@ struct FieldPlane {
 struct RealPlane {
   const double* samples;
   long long pitch;
+  int firstRow;  // where the samples are in the plane: from here on; a multiple of kSideUnit
   int rows;
   int columns;
   const double* zeros;  // a row of so many columns
@@ -99,8 +101,14 @@ struct WantedPlane {
 };
 
 // Half a spectrum has the columns 0 to side/2, the rest of a real plane's are their mirrored conjugates. Columns are in
-// panels of `width`: the real part at (row, q) is at (q / width * (side + kSpareRows) + row) * 2 width + q % width, the
-// imaginary part `width` behind it. The last panel has some more columns.
+// panels of `width`: the real part at (row, q) is at (q / width * (side + kSpareRows) + places[row]) * 2 width + q %
+// width, the imaginary part `width` behind it. The last panel has some more columns. Before the transform along
+// columns, and after that back, rows are in their natural order.
+
+// The weights of four nodes, for each sample of a cell; 0 from the last to a whole block.
+struct SplineWeights {
+  const double* ofNode[4];
+};
 
 struct ChordKernels {
   const char* name;
@@ -136,23 +144,44 @@ struct ChordKernels {
   void (*powerSpectrum)(const FieldPlane& field, const LineTransform& transform, const PlaneMemory& memory,
                         double factor, bool add, double* power);
 
-  // Half the spectrum of a real plane. Uses no panels of the memory.
-  void (*halfSpectrum)(const RealPlane& plane, const LineTransform& transform, const PlaneMemory& memory,
-                       double* spectrum);
+  // Transforms real rows.
+  //   lines  as in PlaneMemory
+  void (*halfSpectraOfRows)(const RealPlane& plane, const LineTransform& transform, double* lines, double* spectrum);
 
-  // The transform with the opposite sign of half a plane's spectrum times that of a filter. Computes only the wanted
-  // part of the result, and returns the sum over all of it.
-  double (*filteredPlane)(const RealPlane& plane, const double* filter, const LineTransform& transform,
-                          const PlaneMemory& memory, const WantedPlane& wanted);
+  // Then transforms columns, in which rows from `rows` on are zero.
+  void (*columnsOfHalf)(double* spectrum, int rows, const LineTransform& transform);
 
-  // Adds to four rows of nodes the sum of `count` rows, with four weights each.
+  // Or transforms columns, multiplies them by a filter's half spectrum, and transforms them back with the opposite
+  // sign. Real and imaginary parts of the result are exchanged. Returns the sum over all samples of the plane.
+  double (*filterColumns)(double* spectrum, int rows, const double* filter, const LineTransform& transform);
+
+  // Then transforms rows back: the wanted ones.
+  void (*rowsOfHalf)(const double* spectrum, const LineTransform& transform, double* lines, const WantedPlane& wanted);
+
+  // A row of an image less its surround, in whole blocks of columns, with 0 beyond the last. Returns its sum; not a
+  // number where a sample is not within +-largest.
+  double (*rowWithoutSurround)(const double* from, int columns, double surround, double largest, double* to);
+
+  // Adds to four rows of nodes the sum of `count` rows.
   //   columns  a multiple of kChordBlock
-  void (*gatherRows)(const double* rows, long long pitch, int count, const double* weights, int columns, double* nodes,
-                     long long nodePitch);
+  void (*gatherRows)(const double* rows, long long pitch, int count, const SplineWeights& weights, int columns,
+                     double* nodes, long long nodePitch);
 
-  // Adds to each of `count` rows the sum of four rows of nodes, with its weights.
-  void (*addSplines)(const double* nodes, long long nodePitch, int count, const double* weights, int columns,
-                     double* rows, long long pitch);
+  // For each row the nodes along it; the first sample is number `first` of the first cell. Replaces the nodes that get
+  // any light.
+  //   lines  rows of whole blocks of columns
+  void (*gatherColumns)(const double* lines, long long pitch, int rows, int columns, const SplineWeights& weights,
+                        int step, int first, double* nodes, long long nodePitch);
+
+  // The sum of splines along a row, for so many cells of `step` samples.
+  //   nodes  cells + 3
+  //   row    cells * step + kChordBlock; what is beyond the cells is overwritten
+  void (*splinesAlongRow)(const double* nodes, int cells, const SplineWeights& weights, int step, double* row);
+
+  // Adds to a row the sum of four rows of nodes, and the surround. Returns the sum of the samples before the latter.
+  //   nodes, row  whole blocks of columns
+  double (*addSplines)(const double* nodes, long long nodePitch, const SplineWeights& weights, int columns,
+                       double surround, double* row);
 };
 
 }  // namespace orvanel::physical

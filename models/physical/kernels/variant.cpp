@@ -20,9 +20,14 @@ const physical::ChordKernels kChordKernels = {
     .rowsFromSums = RowsFromSums,
     .fieldOnRow = FieldOnRow,
     .powerSpectrum = PowerSpectrum,
-    .halfSpectrum = HalfSpectrumOf,
-    .filteredPlane = FilteredPlane,
+    .halfSpectraOfRows = HalfSpectraOfRows,
+    .columnsOfHalf = ColumnsOfHalf,
+    .filterColumns = FilterColumns,
+    .rowsOfHalf = RowsOfHalf,
+    .rowWithoutSurround = RowWithoutSurround,
     .gatherRows = GatherRows,
+    .gatherColumns = GatherColumns,
+    .splinesAlongRow = SplinesAlongRow,
     .addSplines = AddSplines,
 };
 

@@ -50,14 +50,15 @@ PlaneTransform::PlaneTransform(const ChordKernels& kernels, int side) : kernels_
     transform_.radices[transform_.passes++] = radix;
     rest /= radix;
   };
-  // A half of the line that is empty saves most in the first pass, of radix 16.
-  split(16);
+  int twos = 0;
+  for (int n = side; n % 2 == 0; n /= 2) ++twos;
+  // A half of the line that is empty saves most in the first pass. Radix 8 fits into the registers of most CPUs.
+  split(twos % 3 == 1 ? 16 : 8);
   for (const int radix : {9, 5, 3}) {
     while (rest % radix == 0) split(radix);
   }
-  while (rest % 16 == 0) split(16);
-  for (const int radix : {8, 4, 2}) {
-    if (rest % radix == 0) split(radix);
+  for (const int radix : {8, 4}) {
+    while (rest % radix == 0) split(radix);
   }
   std::vector<std::size_t> starts;
   int remaining = side;
@@ -75,6 +76,18 @@ PlaneTransform::PlaneTransform(const ChordKernels& kernels, int side) : kernels_
   }
   turns_.push_back(0.0);  // so that the last passes, which have none, have an address
   for (std::size_t pass = 0; pass < starts.size(); ++pass) transform_.turns[pass] = turns_.data() + starts[pass];
+  // The digits of a frequency, by the radices: the first pass decides about the last digit, and the largest groups.
+  for (int k = 0; k < side; ++k) {
+    int place = 0, group = side, digits = k;
+    for (int pass = 0; pass < transform_.passes; ++pass) {
+      const int radix = transform_.radices[pass];
+      group /= radix;
+      place += digits % radix * group;
+      digits /= radix;
+    }
+    places_.push_back(place);
+  }
+  transform_.places = places_.data();
   zeros_.resize(Size(side));
 }
 
@@ -85,29 +98,48 @@ std::size_t PlaneTransform::SpectrumSize() const {
 
 std::size_t PlaneTransform::At(int row, int q) const {
   const int width = kernels_->width;
-  return Size((1LL * (q / width) * (side() + kSpareRows) + row) * 2 * width + q % width);
+  return Size((1LL * (q / width) * (side() + kSpareRows) + places_[Size(row)]) * 2 * width + q % width);
 }
 
-PlaneMemory PlaneTransform::Prepared(Memory& memory, bool panels) const {
-  if (panels) memory.panels.Reserve(Size(2LL * side() * (side() + kSpareRows)));
-  memory.lines.Reserve(Size(32LL * side()));
-  return {memory.panels.data(), memory.lines.data()};
+double* PlaneTransform::LinesOf(Memory& memory) const {
+  memory.lines.Reserve(Size(16LL * side()));
+  return memory.lines.data();
 }
 
 void PlaneTransform::PowerSpectrum(const FieldPlane& field, double factor, bool add, double* power,
                                    Memory& memory) const {
-  kernels_->powerSpectrum(field, transform_, Prepared(memory, true), factor, add, power);
+  memory.panels.Reserve(Size(2LL * side() * (side() + kSpareRows)));
+  kernels_->powerSpectrum(field, transform_, {memory.panels.data(), LinesOf(memory)}, factor, add, power);
 }
 
 void PlaneTransform::HalfSpectrum(const double* samples, long long pitch, int rows, int columns, double* spectrum,
                                   Memory& memory) const {
-  kernels_->halfSpectrum({samples, pitch, rows, columns, zeros_.data()}, transform_, Prepared(memory, false), spectrum);
+  FilterRows(samples, pitch, 0, rows, columns, spectrum, memory);
+  kernels_->columnsOfHalf(spectrum, rows, transform_);
 }
 
 double PlaneTransform::Filter(const double* samples, long long pitch, int rows, int columns, const double* filter,
                               const WantedPlane& wanted, Memory& memory) const {
-  return kernels_->filteredPlane({samples, pitch, rows, columns, zeros_.data()}, filter, transform_,
-                                 Prepared(memory, true), wanted);
+  memory.panels.Reserve(SpectrumSize());
+  double* const spectrum = memory.panels.data();
+  FilterRows(samples, pitch, 0, rows, columns, spectrum, memory);
+  const double sum = FilterColumns(spectrum, rows, filter);
+  FilteredRows(spectrum, wanted, memory);
+  return sum;
+}
+
+void PlaneTransform::FilterRows(const double* samples, long long pitch, int firstRow, int rows, int columns,
+                                double* spectrum, Memory& memory) const {
+  kernels_->halfSpectraOfRows({samples, pitch, firstRow, rows, columns, zeros_.data()}, transform_, LinesOf(memory),
+                              spectrum);
+}
+
+double PlaneTransform::FilterColumns(double* spectrum, int rows, const double* filter) const {
+  return kernels_->filterColumns(spectrum, rows, filter, transform_);
+}
+
+void PlaneTransform::FilteredRows(const double* spectrum, const WantedPlane& wanted, Memory& memory) const {
+  kernels_->rowsOfHalf(spectrum, transform_, LinesOf(memory), wanted);
 }
 
 const PlaneTransform& PlaneTransforms::Of(int side) {

@@ -38,20 +38,29 @@ class PlaneTransform {
   };
   // factor |X|^2, as ChordKernels::powerSpectrum.
   void PowerSpectrum(const FieldPlane& field, double factor, bool add, double* power, Memory& memory) const;
-  // The spectrum of rows x columns real samples, as ChordKernels::halfSpectrum.
+  // Half the spectrum of rows x columns real samples.
   //   samples  aligned by columns that are a multiple of kChordBlock
   void HalfSpectrum(const double* samples, long long pitch, int rows, int columns, double* spectrum,
                     Memory& memory) const;
-  // As ChordKernels::filteredPlane; the wanted part may be where the samples are.
+  // The transform with the opposite sign of half a plane's spectrum times that of a filter: the wanted part, which may
+  // be where the samples are. Returns the sum over all of the result.
   double Filter(const double* samples, long long pitch, int rows, int columns, const double* filter,
                 const WantedPlane& wanted, Memory& memory) const;
 
+  // The same in steps: rows from firstRow on, a multiple of kSideUnit; then columns, of so many rows that are not zero;
+  // then the wanted rows.
+  void FilterRows(const double* samples, long long pitch, int firstRow, int rows, int columns, double* spectrum,
+                  Memory& memory) const;
+  double FilterColumns(double* spectrum, int rows, const double* filter) const;
+  void FilteredRows(const double* spectrum, const WantedPlane& wanted, Memory& memory) const;
+
  private:
-  PlaneMemory Prepared(Memory& memory, bool panels) const;
+  double* LinesOf(Memory& memory) const;
 
   const ChordKernels* kernels_;
   LineTransform transform_{};
   std::vector<double> turns_;
+  std::vector<int> places_;  // of the transform
   std::vector<double> zeros_;
 };
 

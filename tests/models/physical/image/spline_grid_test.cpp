@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "tests/models/physical/examples.h"
@@ -36,7 +37,11 @@ TEST_P(SplineGrids, GatherSamplesByTheirSplines) {
   EXPECT_EQ(grid.columns(), 8);
   EXPECT_EQ(grid.rows(), 9);
   std::vector<double> nodes(9 * 16, 42.0);
-  grid.Gather(samples.data(), kColumns, kRows, kPitch, kMargin, nodes.data(), 16);
+  std::vector<double> lines(grid.LinesFor(kColumns));
+  for (const auto& [first, count] : {std::pair{0, 9}, {9, 1}, {10, kRows - 10}}) {
+    grid.GatherRows(samples.data() + first * kPitch, kColumns, first, count, kPitch, kMargin, lines.data());
+  }
+  grid.GatherColumns(lines.data(), kColumns, kMargin, nodes.data(), 16);
   for (int n = 0; n < 9; ++n) {
     for (int m = 0; m < 16; ++m) {
       double sum = 0.0;
@@ -57,20 +62,26 @@ TEST_P(SplineGrids, AddTheSumOfTheirSplines) {
   const std::vector<double> nodes = reference::Noise(grid.rows() * 16, 2), before = reference::Noise(kRows * kPitch, 3);
   std::vector<double> plane = before;
   const std::vector<double> lines = grid.Rows(nodes.data(), 16);
-  for (int first = 0; first < kRows; first += kStep) {
-    grid.AddTo(lines, first, std::min(kStep, kRows - first), plane.data() + first * kPitch, kPitch);
+  constexpr int kTogether = 6;
+  constexpr double kSurround = 0.7;
+  double sum = 0.0, expectedSum = 0.0;
+  for (int first = 0; first < kRows; first += kTogether) {
+    sum +=
+        grid.AddTo(lines, first, std::min(kTogether, kRows - first), plane.data() + first * kPitch, kPitch, kSurround);
   }
   for (int r = 0; r < kRows; ++r) {
     for (int c = 0; c < kColumns; ++c) {
-      double sum = before[static_cast<std::size_t>(r * kPitch + c)];
+      double expected = before[static_cast<std::size_t>(r * kPitch + c)];
       for (int n = 0; n < grid.rows(); ++n) {
         for (int m = 0; m < grid.columns(); ++m) {
-          sum += Weight(r, n, kStep) * Weight(c, m, kStep) * nodes[static_cast<std::size_t>(n * 16 + m)];
+          expected += Weight(r, n, kStep) * Weight(c, m, kStep) * nodes[static_cast<std::size_t>(n * 16 + m)];
         }
       }
-      EXPECT_NEAR(plane[static_cast<std::size_t>(r * kPitch + c)], sum, 1e-14) << r << ' ' << c;
+      EXPECT_NEAR(plane[static_cast<std::size_t>(r * kPitch + c)], expected + kSurround, 1e-14) << r << ' ' << c;
+      expectedSum += expected;
     }
   }
+  EXPECT_NEAR(sum, expectedSum, 1e-12);
 }
 
 TEST(SplineGrid, HasTheSpectrumOfASpline) {
