@@ -13,7 +13,7 @@
 #include "evaluation/evaluator.h"
 #include "evaluation/rings.h"
 #include "eye/adjustments.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 #include "models/sampling.h"
 
 namespace orvanel::cli {

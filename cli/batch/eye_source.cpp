@@ -55,7 +55,7 @@ std::string HashIfReadable(const std::string& file) {
 }  // namespace
 
 struct EyeSource::Table {
-  Table(const std::string& name, TableKind kind, const Statement& stated, TableOptions options)
+  Table(const std::string& name, TableKind kind, const PartialConvention& stated, TableOptions options)
       : stream(name), rows(stream, InputName(name), kind, stated, options) {
     std::error_code failure;
     if (name == kStandardStream || !fs::is_regular_file(PathOf(name), failure)) return;
@@ -68,10 +68,10 @@ struct EyeSource::Table {
   std::optional<double> size;  // bytes
 };
 
-EyeSource::EyeSource(const std::string& table, TableKind kind, const Statement& stated, TableOptions options)
+EyeSource::EyeSource(const std::string& table, TableKind kind, const PartialConvention& stated, TableOptions options)
     : table_(std::make_unique<Table>(table, kind, stated, options)) {}
 
-EyeSource::EyeSource(const std::vector<std::string>& files, Statement stated) : stated_(std::move(stated)) {
+EyeSource::EyeSource(const std::vector<std::string>& files, PartialConvention stated) : stated_(std::move(stated)) {
   for (const std::string& file : files) files_.push_back({file, HashIfReadable(file)});
 }
 

@@ -11,7 +11,7 @@
 #include "base/error.h"
 #include "base/layers.h"
 #include "cli/batch/run_record.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 #include "files/tables/eye_table.h"
 
 namespace orvanel::cli {
@@ -25,10 +25,10 @@ class UnreadableEye : public Error {
 class EyeSource {
  public:
   // The rows of a table. Throws as InputFile and EyeTable do.
-  EyeSource(const std::string& table, TableKind kind, const Statement& stated, TableOptions options);
+  EyeSource(const std::string& table, TableKind kind, const PartialConvention& stated, TableOptions options);
 
   // One eye per file. Reads all files once for their hashes.
-  EyeSource(const std::vector<std::string>& files, Statement stated);
+  EyeSource(const std::vector<std::string>& files, PartialConvention stated);
 
   ~EyeSource();
 
@@ -61,7 +61,7 @@ class EyeSource {
 
   std::unique_ptr<Table> table_;
   std::vector<EyeFile> files_;
-  Statement stated_;
+  PartialConvention stated_;
   std::size_t next_ = 0;  // index of the next file
 };
 

@@ -12,7 +12,7 @@
 #include "cli/batch/output/plane_chunks.h"
 #include "cli/batch/run_record.h"
 #include "eye/adjustments.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 #include "files/tables/eye_table.h"
 #include "metrics/metrics.h"
 #include "orvanel/sampling.h"
@@ -23,7 +23,7 @@ struct BatchRequest {
   std::string table, results;
   std::vector<std::string> eyeFiles;  // if there are any, they replace the table
   TableKind kind = TableKind::kCsv;
-  Statement stated;
+  PartialConvention stated;
   TableOptions tableOptions;
   Adjustments adjustments;
   MetricChoice choice;

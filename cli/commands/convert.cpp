@@ -44,7 +44,7 @@ index scheme is refused: the 37 terms of fringe lack (6,-6), (6,6) and most of t
 struct ConvertCommand {
   InputOptions input;
   Adjustments adjustments;
-  Statement wanted;
+  PartialConvention wanted;
   std::string output;
   bool force = false, plusCylinder = false;
 };
@@ -55,7 +55,7 @@ bool IsTable(const ConvertCommand& command) {
 }
 
 // The convention of an eye, changed by the options.
-Convention Target(Convention convention, const Statement& wanted) {
+Convention Target(Convention convention, const PartialConvention& wanted) {
   if (wanted.unit) {
     if (*wanted.unit != Unit::kWaves) convention.wavelength = Nanometres();
     if (*wanted.unit == Unit::kWaves && convention.unit != Unit::kWaves && !wanted.wavelength) {
@@ -172,17 +172,17 @@ void ConvertTable(const ConvertCommand& command) {
               command.output + " is written");
 }
 
-void AddTargetOptions(CLI::App& app, Statement& wanted) {
+void AddTargetOptions(CLI::App& app, PartialConvention& wanted) {
   constexpr const char* kGroup = "Convention of the result";
   const auto add = [&](const char* option, const char* key, const char* type, const std::string& description) {
     AddParsedOption(app, option, type, description, [key, &wanted](const std::string& text) {
-      State(wanted, key, text);
+      SetPart(wanted, key, text);
     })->group(kGroup);
   };
   AddParsedOption(app, "--to", "NAME", "Short form: osa, library", [&wanted](const std::string& text) {
     const auto convention = ConventionNamed(text);
     if (!convention) throw Error(Quoted(text) + " is not a short form; use osa or library");
-    wanted = Combined(StatementOf(*convention), "--to " + text, wanted, "the command line");
+    wanted = Combined(PartsOf(*convention), "--to " + text, wanted, "the command line");
   })->group(kGroup);
   add("--to-unit", kUnitKey, "WORD", "Unit: " + WordsOf<Unit>());
   add("--to-wavelength", kWavelengthKey, "NM", "Wavelength of the unit waves");

@@ -13,14 +13,14 @@
 namespace orvanel::cli {
 namespace {
 
-constexpr const char* kStatementGroup = "Convention of the coefficients, if the file does not state it";
+constexpr const char* kConventionGroup = "Convention of the coefficients, if the file does not state it";
 constexpr const char* kAdjustmentGroup = "Adjustments of the eye before the computation";
 
-void AddStatementOption(CLI::App& app, const char* option, const char* key, const std::string& type,
-                        const std::string& description, Statement& statement) {
-  AddParsedOption(app, option, type, description, [key, &statement](const std::string& text) {
-    State(statement, key, text);
-  })->group(kStatementGroup);
+void AddPartOption(CLI::App& app, const char* option, const char* key, const std::string& type,
+                   const std::string& description, PartialConvention& parts) {
+  AddParsedOption(app, option, type, description, [key, &parts](const std::string& text) {
+    SetPart(parts, key, text);
+  })->group(kConventionGroup);
 }
 
 }  // namespace
@@ -99,18 +99,18 @@ void AddTableOptions(CLI::App& app, TableOptions& options) {
   app.add_flag("--decimal-comma", options.decimalComma, "The table has decimal commas, as in 0,12");
 }
 
-void AddStatementOptions(CLI::App& app, Statement& stated) {
-  AddStatementOption(app, "--unit", kUnitKey, "WORD", "Unit of the coefficients: " + WordsOf<Unit>(), stated);
-  AddStatementOption(app, "--wavelength", kWavelengthKey, "NM", "Wavelength of the unit waves", stated);
-  AddStatementOption(app, "--reference-wavelength", kReferenceKey, "NM",
-                     "Wavelength of light at which the coefficients hold", stated);
-  AddStatementOption(app, "--normalisation", kNormalisationKey, "WORD",
-                     "Normalisation of the polynomials: " + WordsOf<Normalisation>(), stated);
-  AddStatementOption(app, "--indexing,--order", kOrderKey, "WORD",
-                     "Index scheme of the coefficients: " + WordsOf<IndexScheme>(), stated);
-  AddStatementOption(app, "--y-axis", kYAxisKey, "WORD", "Where y grows: " + WordsOf<YAxis>(), stated);
-  AddStatementOption(app, "--eye", kSideKey, "WORD", "Laterality, the right or left eye: " + WordsOf<Side>(), stated);
-  AddStatementOption(app, "--measured-pupil", kPupilKey, "MM", "Pupil diameter of the measurement", stated);
+void AddStatementOptions(CLI::App& app, PartialConvention& stated) {
+  AddPartOption(app, "--unit", kUnitKey, "WORD", "Unit of the coefficients: " + WordsOf<Unit>(), stated);
+  AddPartOption(app, "--wavelength", kWavelengthKey, "NM", "Wavelength of the unit waves", stated);
+  AddPartOption(app, "--reference-wavelength", kReferenceKey, "NM",
+                "Wavelength of light at which the coefficients hold", stated);
+  AddPartOption(app, "--normalisation", kNormalisationKey, "WORD",
+                "Normalisation of the polynomials: " + WordsOf<Normalisation>(), stated);
+  AddPartOption(app, "--indexing,--order", kOrderKey, "WORD",
+                "Index scheme of the coefficients: " + WordsOf<IndexScheme>(), stated);
+  AddPartOption(app, "--y-axis", kYAxisKey, "WORD", "Where y grows: " + WordsOf<YAxis>(), stated);
+  AddPartOption(app, "--eye", kSideKey, "WORD", "Laterality, the right or left eye: " + WordsOf<Side>(), stated);
+  AddPartOption(app, "--measured-pupil", kPupilKey, "MM", "Pupil diameter of the measurement", stated);
 }
 
 void AddAdjustmentOptions(CLI::App& app, Adjustments& adjustments) {

@@ -9,7 +9,7 @@
 
 #include "base/layers.h"
 #include "eye/adjustments.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 #include "files/eyes/any_eye.h"
 #include "files/tables/eye_table.h"
 
@@ -17,7 +17,7 @@ namespace orvanel::cli {
 
 struct InputOptions {
   std::string file;
-  Statement stated;
+  PartialConvention stated;
   std::optional<std::size_t> row;
   std::optional<FileKind> kind;
   TableOptions table;
@@ -33,7 +33,7 @@ void AddTableFormatOption(CLI::App& app, std::optional<FileKind>& kind);
 void AddTableOptions(CLI::App& app, TableOptions& options);
 
 // Adds one option for each part of the convention that a file may leave open.
-void AddStatementOptions(CLI::App& app, Statement& stated);
+void AddStatementOptions(CLI::App& app, PartialConvention& stated);
 
 // Adds the options that adjust an eye: its pupil, refraction, lens, laterality and radial orders.
 void AddAdjustmentOptions(CLI::App& app, Adjustments& adjustments);

@@ -41,7 +41,7 @@ wavelength, which either table may state in the column reference_wavelength_nm.
 
 struct PopulationCommand {
   std::string mean, covariance, output;
-  Statement stated;
+  PartialConvention stated;
   TableOptions table;
   std::uint64_t count = 0, seed = 0;
   bool force = false;
@@ -78,7 +78,7 @@ void RequireMeans(const PopulationCommand& command, const CovarianceTable& covar
 // Mean and covariance hold at one wavelength; either may state it.
 std::optional<Nanometres> ReferenceOf(const PopulationCommand& command, const Eye& mean,
                                       const CovarianceTable& covariance) {
-  Statement ofMean, ofCovariance;
+  PartialConvention ofMean, ofCovariance;
   ofMean.reference = mean.referenceWavelength;
   ofCovariance.reference = covariance.reference;
   try {

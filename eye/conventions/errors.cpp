@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "base/number_text.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 
 namespace orvanel::eye {
 namespace {

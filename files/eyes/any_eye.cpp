@@ -12,7 +12,7 @@
 namespace orvanel::files {
 namespace {
 
-Eye ReadRow(const std::string& place, FileKind kind, const Statement& stated, std::optional<std::size_t> row,
+Eye ReadRow(const std::string& place, FileKind kind, const PartialConvention& stated, std::optional<std::size_t> row,
             TableOptions options, std::string* columns) {
   InputFile stream(place);
   const std::string file = InputName(place);
@@ -61,7 +61,7 @@ FileKind KindOf(const std::string& file, std::optional<FileKind> stated) {
 
 TableKind TableKindOf(FileKind kind) { return kind == FileKind::kNdjson ? TableKind::kNdjson : TableKind::kCsv; }
 
-Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row,
+Eye ReadEye(const std::string& file, const PartialConvention& stated, std::optional<std::size_t> row,
             std::optional<FileKind> kind, TableOptions options, std::string* columns) {
   if (KindOf(file, kind) != FileKind::kEyeFile) {
     return ReadRow(file, KindOf(file, kind), stated, row, options, columns);

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "base/layers.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 #include "eye/eye.h"
 #include "files/tables/eye_table.h"
 
@@ -27,7 +27,7 @@ TableKind TableKindOf(FileKind kind);
 //   row      in the table; the first eye is 1
 //   options  how a table is read; an eye file takes none
 //   columns  if not null, receives a summary of how the columns of a table are read
-Eye ReadEye(const std::string& file, const Statement& stated, std::optional<std::size_t> row,
+Eye ReadEye(const std::string& file, const PartialConvention& stated, std::optional<std::size_t> row,
             std::optional<FileKind> kind = std::nullopt, TableOptions options = {}, std::string* columns = nullptr);
 
 }  // namespace orvanel::files

@@ -106,8 +106,8 @@ std::string OptionalLine(const Source& source, const Json& object, const char* k
 }
 
 // Reads one part of the convention, if the key exists.
-void StateKey(const Source& source, const Path& parent, const Json& object, const char* key, bool isNumber,
-              Statement& statement) {
+void ReadPart(const Source& source, const Path& parent, const Json& object, const char* key, bool isNumber,
+              PartialConvention& parts) {
   const auto found = object.find(key);
   if (found == object.end()) return;
   Path path = parent;
@@ -117,34 +117,34 @@ void StateKey(const Source& source, const Path& parent, const Json& object, cons
                             (isNumber ? "; write it without quotes, such as 6.0" : "; put it in quotes"));
   }
   try {
-    State(statement, key, isNumber ? found->dump() : found->get<std::string>());
+    SetPart(parts, key, isNumber ? found->dump() : found->get<std::string>());
   } catch (const Error& error) {
     source.Refuse(path, "key " + std::string(error.what()));
   }
 }
 
 // Reads the parts of the convention that the file states; `named` is true if it names a convention.
-Statement ReadStatement(const Source& source, const Json& object, bool& named) {
-  Statement statement;
+PartialConvention ReadParts(const Source& source, const Json& object, bool& named) {
+  PartialConvention parts;
   named = false;
-  StateKey(source, {}, object, kPupilKey, true, statement);
-  StateKey(source, {}, object, kReferenceKey, true, statement);
-  StateKey(source, {}, object, kSideKey, false, statement);
+  ReadPart(source, {}, object, kPupilKey, true, parts);
+  ReadPart(source, {}, object, kReferenceKey, true, parts);
+  ReadPart(source, {}, object, kSideKey, false, parts);
   const auto found = object.find("convention");
-  if (found == object.end()) return statement;
+  if (found == object.end()) return parts;
   if (!found->is_object()) {
     source.Refuse({"convention"}, std::string("key 'convention' must be an object, not ") + found->type_name() +
                                       R"(; write {"name": "osa"} or {"name": "library"}, or state its parts)");
   }
   const Path parent = {"convention"};
   RefuseUnknownKeys(source, parent, *found, kConventionKeys);
-  StateKey(source, parent, *found, kUnitKey, false, statement);
-  StateKey(source, parent, *found, kWavelengthKey, true, statement);
-  StateKey(source, parent, *found, kNormalisationKey, false, statement);
-  StateKey(source, parent, *found, kOrderKey, false, statement);
-  StateKey(source, parent, *found, kYAxisKey, false, statement);
+  ReadPart(source, parent, *found, kUnitKey, false, parts);
+  ReadPart(source, parent, *found, kWavelengthKey, true, parts);
+  ReadPart(source, parent, *found, kNormalisationKey, false, parts);
+  ReadPart(source, parent, *found, kOrderKey, false, parts);
+  ReadPart(source, parent, *found, kYAxisKey, false, parts);
   const auto name = found->find("name");
-  if (name == found->end()) return statement;
+  if (name == found->end()) return parts;
   const auto convention = ConventionNamed(name->is_string() ? name->get<std::string>() : "");
   if (!convention) {
     source.Refuse({"convention", "name"},
@@ -154,8 +154,7 @@ Statement ReadStatement(const Source& source, const Json& object, bool& named) {
   }
   named = true;
   try {
-    return Combined(StatementOf(*convention), "its name " + Quoted(name->get<std::string>()), statement,
-                    "the convention");
+    return Combined(PartsOf(*convention), "its name " + Quoted(name->get<std::string>()), parts, "the convention");
   } catch (const Error& error) {
     source.Refuse(parent, error.what());
   }
@@ -254,11 +253,11 @@ const Json& CoefficientsOf(const Source& source, const Json& object) {
 
 std::string ReadEyeBytes(const std::string& file) { return ReadBytes(file, kLargestFile); }
 
-Eye ReadEyeFile(const std::string& file, const Statement& stated) {
+Eye ReadEyeFile(const std::string& file, const PartialConvention& stated) {
   return EyeOfBytes(file, ReadEyeBytes(file), stated);
 }
 
-Eye EyeOfBytes(const std::string& file, std::string text, const Statement& stated) {
+Eye EyeOfBytes(const std::string& file, std::string text, const PartialConvention& stated) {
   CheckText(file, text);
   const Source source{file, text};
   const Json object = Parse(source);
@@ -273,14 +272,14 @@ Eye EyeOfBytes(const std::string& file, std::string text, const Statement& state
   eye.source = OptionalLine(source, object, "source");
   eye.note = OptionalLine(source, object, "note");
   bool named = false;
-  const Statement own = ReadStatement(source, object, named);
+  const PartialConvention own = ReadParts(source, object, named);
   const Json& coefficients = CoefficientsOf(source, object);
-  StatedConvention complete{};
+  CompleteConvention complete{};
   try {
-    Statement statement = Combined(stated, "the command line", own, "the file");
+    PartialConvention parts = Combined(stated, "the command line", own, "the file");
     // A file that names a convention may leave out the laterality.
-    if (named && !statement.side) statement.side = Side::kUnknown;
-    complete = Complete(statement, NeedsOrder(source, coefficients));
+    if (named && !parts.side) parts.side = Side::kUnknown;
+    complete = Complete(parts, NeedsOrder(source, coefficients));
   } catch (const ErrorAt&) {
     throw;
   } catch (const Error& error) {

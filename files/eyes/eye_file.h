@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/layers.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 #include "eye/eye.h"
 
 namespace orvanel::files {
@@ -15,10 +15,10 @@ std::string ReadEyeBytes(const std::string& file);
 
 // Parses the bytes of an eye file. Throws Error with file, line, column, key, reason and fix.
 //   stated  the convention on the command line, which the file may repeat but must not contradict
-Eye EyeOfBytes(const std::string& file, std::string text, const Statement& stated = {});
+Eye EyeOfBytes(const std::string& file, std::string text, const PartialConvention& stated = {});
 
 // Reads and parses an eye file. Throws Error with file, line, column, key, reason and fix.
-Eye ReadEyeFile(const std::string& file, const Statement& stated = {});
+Eye ReadEyeFile(const std::string& file, const PartialConvention& stated = {});
 
 // The text of an eye file in the convention of the eye. Throws Error if its index scheme does not contain a term that
 // is not 0.

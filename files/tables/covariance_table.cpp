@@ -6,7 +6,7 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "eye/conventions/column_name.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 #include "files/tables/csv.h"
 
 namespace orvanel::files {
@@ -88,9 +88,9 @@ class Reader {
   void ReadReference(std::size_t column) {
     if (Trimmed(row_[column]).empty()) return;
     try {
-      Statement above, row;
+      PartialConvention above, row;
       above.reference = table_.reference;
-      State(row, kReferenceKey, ShortestText(ParseNumber(row_[column], point_)));
+      SetPart(row, kReferenceKey, ShortestText(ParseNumber(row_[column], point_)));
       table_.reference = Combined(above, "a row above", row, "this row").reference;
     } catch (const Error& error) {
       Refuse(column, error.what());

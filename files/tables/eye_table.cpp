@@ -13,8 +13,8 @@
 namespace orvanel::files {
 namespace {
 
-constexpr const char* kStatementKeys[] = {kUnitKey,  kWavelengthKey, kNormalisationKey, kOrderKey,
-                                          kYAxisKey, kSideKey,       kPupilKey,         kReferenceKey};
+constexpr const char* kPartKeys[] = {kUnitKey,  kWavelengthKey, kNormalisationKey, kOrderKey,
+                                     kYAxisKey, kSideKey,       kPupilKey,         kReferenceKey};
 
 // Names of the columns of a prescription.
 constexpr const char* kPrescriptionNames[3][4] = {
@@ -51,7 +51,7 @@ std::size_t Position(IndexScheme scheme) { return static_cast<std::size_t>(schem
 
 }  // namespace
 
-EyeColumns::EyeColumns(const Record& header, std::string file, const Statement& stated, TableOptions options)
+EyeColumns::EyeColumns(const Record& header, std::string file, const PartialConvention& stated, TableOptions options)
     : file_(std::move(file)), stated_(stated), options_(options) {
   std::unordered_map<std::string, std::size_t> seen;
   for (std::size_t column = 0; column < header.size(); ++column) {
@@ -94,7 +94,7 @@ void EyeColumns::Sort(const Record& header) {
     if (coefficient) {
       numbered_ = numbered_ || std::holds_alternative<std::size_t>(*coefficient);
       coefficients_.push_back({column, *coefficient});
-    } else if (!SortStatement(header, column) && !SortPrescription(header, column)) {
+    } else if (!SortPart(header, column) && !SortPrescription(header, column)) {
       if (Trimmed(names_[column]) == "name") nameColumn_ = column;
       identifiers_.push_back(column);
     }
@@ -102,20 +102,20 @@ void EyeColumns::Sort(const Record& header) {
 }
 
 // False if the column does not state a part of the convention.
-bool EyeColumns::SortStatement(const Record& header, std::size_t column) {
+bool EyeColumns::SortPart(const Record& header, std::size_t column) {
   const std::string folded = Folded(names_[column]);
   const auto same = [&folded](const char* key) { return folded == key; };
-  const auto* const key = std::find_if(std::begin(kStatementKeys), std::end(kStatementKeys), same);
-  if (key != std::end(kStatementKeys)) {
-    const auto again = [key](const StatementColumn& earlier) { return earlier.key == *key; };
-    if (std::any_of(statements_.begin(), statements_.end(), again)) {
+  const auto* const key = std::find_if(std::begin(kPartKeys), std::end(kPartKeys), same);
+  if (key != std::end(kPartKeys)) {
+    const auto again = [key](const PartColumn& earlier) { return earlier.key == *key; };
+    if (std::any_of(parts_.begin(), parts_.end(), again)) {
       Refuse(header, column, "the column '" + folded + "' is in the header twice; keep one");
     }
-    statements_.push_back({column, *key});
+    parts_.push_back({column, *key});
     return true;
   }
   if (PrescriptionPart(folded)) return false;  // "axis" is similar to "y_axis"
-  if (const auto slip = Nearest(folded, kStatementKeys, MaxEdits)) {
+  if (const auto slip = Nearest(folded, kPartKeys, MaxEdits)) {
     Refuse(header, column,
            "the column " + Quoted(names_[column]) + " is not known; did you mean '" + std::string(*slip) +
                "'? If it is your own column, rename it");
@@ -180,8 +180,7 @@ void EyeColumns::Resolve(IndexScheme scheme) {
 }
 
 bool EyeColumns::HasColumnFor(const char* key) const {
-  return std::any_of(statements_.begin(), statements_.end(),
-                     [key](const StatementColumn& statement) { return statement.key == key; });
+  return std::any_of(parts_.begin(), parts_.end(), [key](const PartColumn& part) { return part.key == key; });
 }
 
 bool EyeColumns::MayStateReference() const { return stated_.reference || HasColumnFor(kReferenceKey); }
@@ -216,14 +215,14 @@ double EyeColumns::Number(const Record& row, std::size_t column) const {
   }
 }
 
-Statement EyeColumns::StatementOfRow(const Record& row) const {
-  Statement own;
-  for (const auto& [column, key] : statements_) {
+PartialConvention EyeColumns::PartsOfRow(const Record& row) const {
+  PartialConvention own;
+  for (const auto& [column, key] : parts_) {
     if (Trimmed(row[column]).empty()) continue;  // not stated
     const bool isNumber = key == kPupilKey || key == kWavelengthKey || key == kReferenceKey;
     const std::string text = isNumber ? ShortestText(Number(row, column)) : std::string(row[column]);
     try {
-      State(own, key, text);
+      SetPart(own, key, text);
     } catch (const Error& error) {
       Refuse(row, column, "column " + Quoted(names_[column]) + ": " + error.what());
     }
@@ -231,7 +230,7 @@ Statement EyeColumns::StatementOfRow(const Record& row) const {
   try {
     return Combined(stated_, "the command line", own, "the table");
   } catch (const Error& error) {
-    Refuse(row, statements_.front().column, error.what());
+    Refuse(row, parts_.front().column, error.what());
   }
 }
 
@@ -266,9 +265,9 @@ Eye EyeColumns::Read(const Record& row) const {
                (row.size() > names_.size() ? "; are there decimal commas? Write numbers with a point"
                                            : "; is the row cut off?"));
   }
-  StatedConvention complete{};
+  CompleteConvention complete{};
   try {
-    complete = Complete(StatementOfRow(row), numbered_);
+    complete = Complete(PartsOfRow(row), numbered_);
   } catch (const ErrorAt&) {
     throw;
   } catch (const Error& error) {
@@ -292,7 +291,7 @@ Eye EyeColumns::Read(const Record& row) const {
   return eye;
 }
 
-EyeTable::EyeTable(std::istream& stream, std::string file, TableKind kind, const Statement& stated,
+EyeTable::EyeTable(std::istream& stream, std::string file, TableKind kind, const PartialConvention& stated,
                    TableOptions options)
     : file_(std::move(file)), stated_(stated), options_(options) {
   if (kind == TableKind::kCsv) {

@@ -12,7 +12,7 @@
 
 #include "base/layers.h"
 #include "eye/conventions/column_name.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 #include "eye/eye.h"
 #include "files/errors.h"
 #include "files/tables/csv.h"
@@ -34,7 +34,7 @@ class EyeColumns {
  public:
   // Throws ErrorAt if a name is repeated, if it is almost a known one, or if no column holds coefficients.
   //   stated  the parts of the convention on the command line, for every row
-  EyeColumns(const Record& header, std::string file, const Statement& stated, TableOptions options = {});
+  EyeColumns(const Record& header, std::string file, const PartialConvention& stated, TableOptions options = {});
 
   // Converts a row to an eye. Throws ErrorAt with the column and its name.
   Eye Read(const Record& row) const;
@@ -70,19 +70,19 @@ class EyeColumns {
     std::string fault;
   };
 
-  struct StatementColumn {
+  struct PartColumn {
     std::size_t column;
     const char* key;  // the part of the convention
   };
 
   bool HasColumnFor(const char* key) const;
   void Sort(const Record& header);
-  bool SortStatement(const Record& header, std::size_t column);
+  bool SortPart(const Record& header, std::size_t column);
   bool SortPrescription(const Record& header, std::size_t column);
   void CheckPrescription(const Record& header) const;
   void Resolve(IndexScheme scheme);
   double Number(const Record& row, std::size_t column) const;
-  Statement StatementOfRow(const Record& row) const;
+  PartialConvention PartsOfRow(const Record& row) const;
   std::optional<PowerVector> PrescriptionOfRow(const Record& row) const;
   static Place PlaceOf(const Record& row, std::size_t column);
   [[noreturn]] void Refuse(const Record& row, std::size_t column, const std::string& reason) const;
@@ -91,10 +91,10 @@ class EyeColumns {
 
   std::string file_;
   std::vector<std::string> names_;
-  Statement stated_;
+  PartialConvention stated_;
   TableOptions options_;
   std::vector<CoefficientColumn> coefficients_;
-  std::vector<StatementColumn> statements_;
+  std::vector<PartColumn> parts_;
   std::array<std::optional<std::size_t>, 3> prescription_;  // sphere, cylinder and axis
   std::vector<std::size_t> identifiers_;
   bool numbered_ = false;  // a column is named by a number and needs an index scheme
@@ -114,7 +114,8 @@ enum class TableKind { kCsv, kNdjson };
 class EyeTable {
  public:
   // Reads the header; throws ErrorAt if it is invalid. The stream must outlive the table.
-  EyeTable(std::istream& stream, std::string file, TableKind kind, const Statement& stated, TableOptions options = {});
+  EyeTable(std::istream& stream, std::string file, TableKind kind, const PartialConvention& stated,
+           TableOptions options = {});
 
   // Reads the next eye; false at the end. Throws ErrorAt for an invalid row; its identifiers are set as far as they
   // could be read. The next call continues with the next row.
@@ -150,7 +151,7 @@ class EyeTable {
   void IdentifyFaulty(TableEye& eye) const;
 
   std::string file_;
-  Statement stated_;
+  PartialConvention stated_;
   TableOptions options_;
   std::optional<CsvReader> csv_;
   std::optional<NdjsonReader> ndjson_;

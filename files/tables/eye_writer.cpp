@@ -9,7 +9,7 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "eye/conventions/column_name.h"
-#include "eye/conventions/statement.h"
+#include "eye/conventions/partial_convention.h"
 #include "files/tables/csv.h"
 
 namespace orvanel::files {

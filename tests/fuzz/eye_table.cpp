@@ -17,9 +17,9 @@ using namespace orvanel::files;
 
 namespace {
 
-Statement Stated(int choice) {
+PartialConvention Stated(int choice) {
   if (choice % 4 == 0) return {};
-  Statement stated = StatementOf(choice % 4 == 1 ? kOsaConvention : kLibraryConvention);
+  PartialConvention stated = PartsOf(choice % 4 == 1 ? kOsaConvention : kLibraryConvention);
   if (choice % 4 == 3) stated.scheme = IndexScheme::kFringe;
   stated.pupil = Millimetres(4.1);
   return stated;

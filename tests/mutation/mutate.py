@@ -50,7 +50,7 @@ TESTS_OF = {"files/pictures/jpeg_decoder.cpp": "tests/files/pictures/picture_fil
 # Of the program, what computes, reads or keeps something.
 PROGRAM_FILES = [f"{name}.cpp" for name in (
     "base/number_text", "eye/conventions/mode", "eye/conventions/column_name", "eye/conventions/convention",
-    "eye/conventions/statement", "eye/adjustments",
+    "eye/conventions/partial_convention", "eye/adjustments",
     "eye/refraction", "eye/pupil_rescale", "eye/rms", "eye/population/covariance", "eye/population/random",
     "metrics/metrics", "files/eyes/eye_file", "files/tables/csv", "files/tables/ndjson", "files/tables/eye_table",
     "files/tables/covariance_table", "files/pictures/exif", "files/pictures/tiff_decoder", "files/pictures/png_damage",

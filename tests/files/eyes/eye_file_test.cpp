@@ -77,7 +77,7 @@ TEST(EyeFile, MayStateTheReferenceWavelength) {
   EXPECT_EQ(infrared.referenceWavelength, Nanometres(840.5));
   Write(folder / "again.json", EyeFileText(infrared));
   EXPECT_EQ(ReadEyeFile((folder / "again.json").string()).referenceWavelength, Nanometres(840.5));
-  Statement stated;
+  PartialConvention stated;
   stated.reference = Nanometres(555.0);
   EXPECT_EQ(ReadEyeFile((folder / "eye.json").string(), stated).referenceWavelength, Nanometres(555.0));
   EXPECT_THROW(ReadEyeFile((folder / "infrared.json").string(), stated), ErrorAt);
@@ -89,7 +89,7 @@ constexpr const char* kSpelledOut = R"({
   "coefficients": [0, 0, 0, 4, 5, 6, 7, 8, 9]
 })";
 
-Eye EyeOf(const std::string& text, const Statement& stated = {}) {
+Eye EyeOf(const std::string& text, const PartialConvention& stated = {}) {
   const TemporaryFolder folder;
   Write(folder / "eye.json", text);
   return ReadEyeFile((folder / "eye.json").string(), stated);
@@ -131,7 +131,7 @@ TEST(EyeFile, MayNameItsCoefficients) {
 }
 
 TEST(EyeFile, IsCompletedByTheCommandLine) {
-  Statement stated = StatementOf(kOsaConvention);
+  PartialConvention stated = PartsOf(kOsaConvention);
   stated.side = Side::kOd;
   stated.pupil = Millimetres(6.0);
   const Eye eye = EyeOf(R"({"coefficients": [0, 0, 0, 1]})", stated);

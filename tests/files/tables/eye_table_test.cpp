@@ -10,16 +10,16 @@
 namespace orvanel::files {
 namespace {
 
-Statement Stated() {
-  Statement statement = StatementOf(kOsaConvention);
-  statement.side = Side::kOd;
-  statement.pupil = Millimetres(6.0);
-  return statement;
+PartialConvention Stated() {
+  PartialConvention parts = PartsOf(kOsaConvention);
+  parts.side = Side::kOd;
+  parts.pupil = Millimetres(6.0);
+  return parts;
 }
 
 // A table with the text that it reads.
 struct Opened {
-  explicit Opened(const std::string& text, const Statement& stated = {}, TableKind kind = TableKind::kCsv,
+  explicit Opened(const std::string& text, const PartialConvention& stated = {}, TableKind kind = TableKind::kCsv,
                   TableOptions options = {})
       : stream(std::make_unique<std::istringstream>(text)), table(*stream, "t.csv", kind, stated, options) {}
 
@@ -81,7 +81,7 @@ TEST(EyeTable, RowsMayHaveDifferentReferenceWavelengthsOrNone) {
 
 TEST(EyeTable, TheReferenceWavelengthMayBeStatedForAllRows) {
   EXPECT_FALSE(Opened("Z4\n1\n", Stated()).table.MayStateReference());
-  Statement stated = Stated();
+  PartialConvention stated = Stated();
   stated.reference = Nanometres(555.0);
   Opened opened(
       "{\"Z4\": 1}\n{\"Z4\": 1, \"reference_wavelength_nm\": 555}\n"
@@ -106,7 +106,7 @@ TEST(EyeTable, NamedTermsAreNamedWhateverARowSays) {
 }
 
 TEST(EyeTable, NamedTermsNeedNoOrder) {
-  Statement stated = Stated();
+  PartialConvention stated = Stated();
   stated.scheme.reset();
   Opened opened("\"c[2,-2]\",\"Z(2,0)\"\n0.5,-0.25\n", stated);
   EXPECT_EQ(opened.table.CommonScheme(), IndexScheme::kNamed);
@@ -148,7 +148,7 @@ TEST(EyeTable, GoesOnBehindABadRow) {
 }
 
 TEST(EyeTable, NamesMayHaveBlanksAndOtherLetters) {
-  Statement stated = Stated();
+  PartialConvention stated = Stated();
   stated.pupil.reset();
   stated.side.reset();
   Opened opened("zone; EYE; Pupil_Diameter_mm ; Z12;z 4;Z_3_-1; C1_visit\n1; od; 6 ;1;2;3;4\n", stated);
@@ -264,7 +264,7 @@ TEST(EyeTable, ARefractionThatIsHalfThereIsRefused) {
 }
 
 TEST(EyeTable, NumbersMayHaveDecimalCommas) {
-  Statement stated = Stated();
+  PartialConvention stated = Stated();
   stated.pupil.reset();
   Opened opened("id;pupil_diameter_mm;sphere;Z4\na;5,5;-1,25;-0,125\nb;5,5;0;0.5\n", stated, TableKind::kCsv,
                 {.prescription = true, .decimalComma = true});
@@ -319,7 +319,7 @@ const Fault kFaults[] = {
      "radial order and azimuthal frequency, in quotes if commas separate the columns"},
     {"DecimalComma", "id;Z4\na;0,5\n",
      "t.csv: line 2, column 3: column 'Z4': '0,5' has a decimal comma; write it with a point"},
-    {"StatementTwice", "unit,Unit,Z4\n", "t.csv: line 1, column 6: the column 'unit' is in the header twice; keep one"},
+    {"PartTwice", "unit,Unit,Z4\n", "t.csv: line 1, column 6: the column 'unit' is in the header twice; keep one"},
     {"MayBeACoefficient", "id,Z-12,Z4\n",
      "t.csv: line 1, column 4: the column 'Z-12' may be a coefficient or a term with a sign; write Z4, Z(2,0) or "
      "c[2,-2], or rename the column if it is your own"},
@@ -343,9 +343,9 @@ const Fault kFaults[] = {
      "t.csv: line 2, column 3: column 'Z4': '1e999' is too large or too small; check its exponent"},
     {"NotInTheOrder", "id,Z300\na,1\n",
      "t.csv: line 2, column 3: column 'Z300': Z300 is not in the index scheme osa, whose numbers are 0 to 230"},
-    {"StatementUnknown", "unit,Z4\nfeet,1\n",
+    {"PartUnknown", "unit,Z4\nfeet,1\n",
      "t.csv: line 2, column 1: column 'unit': unit is 'feet'; it is one of mm, um, nm, waves"},
-    {"StatementContradicts", "id,unit,Z4\na,mm,1\n",
+    {"PartContradicts", "id,unit,Z4\na,mm,1\n",
      "t.csv: line 2, column 3: unit is mm in the table, which contradicts the command line, where it is um; state it "
      "once"},
 };
@@ -354,7 +354,7 @@ INSTANTIATE_TEST_SUITE_P(All, EyeTableFault, testing::ValuesIn(kFaults),
                          [](const auto& fault) { return std::string(fault.param.name); });
 
 TEST(EyeTable, APupilOfNothingIsRefused) {
-  Statement stated = Stated();
+  PartialConvention stated = Stated();
   stated.pupil.reset();
   Opened opened("pupil_diameter_mm,Z4\n0,1\n,1\n", stated);
   TableEye row;

@@ -1,7 +1,7 @@
 // Collects the parts of a convention that a file, a row or the command line states. Combines two such partial
 // conventions, and reports the missing parts; nothing is guessed.
-#ifndef ORVANEL_EYE_CONVENTIONS_STATEMENT_H
-#define ORVANEL_EYE_CONVENTIONS_STATEMENT_H
+#ifndef ORVANEL_EYE_CONVENTIONS_PARTIAL_CONVENTION_H
+#define ORVANEL_EYE_CONVENTIONS_PARTIAL_CONVENTION_H
 
 #include <optional>
 #include <string>
@@ -11,7 +11,7 @@
 
 namespace orvanel::eye {
 
-struct Statement {
+struct PartialConvention {
   std::optional<Unit> unit;
   std::optional<Nanometres> wavelength;  // of the unit "waves"
   std::optional<Nanometres> reference;   // the wavelength of light at which the coefficients hold
@@ -33,18 +33,19 @@ constexpr const char* kSideKey = "eye";
 constexpr const char* kPupilKey = "pupil_diameter_mm";
 
 // All parts of a named convention.
-Statement StatementOf(const Convention& convention);
+PartialConvention PartsOf(const Convention& convention);
 
 // Reads one part from the text of a file or option. Throws UnknownWord, LengthNotPositive, WavelengthOutOfRange, and
 // Error for a text that is not a number. False if the key is not the name of a part.
-bool State(Statement& statement, std::string_view key, std::string_view text);
+bool SetPart(PartialConvention& parts, std::string_view key, std::string_view text);
 
 // Combines two partial conventions. Throws ContradictingParts.
 //   wider, narrower  their sources, for the message: "the command line", "the table"
-Statement Combined(const Statement& a, const std::string& wider, const Statement& b, const std::string& narrower);
+PartialConvention Combined(const PartialConvention& a, const std::string& wider, const PartialConvention& b,
+                           const std::string& narrower);
 
 // A convention without missing parts.
-struct StatedConvention {
+struct CompleteConvention {
   Convention convention;
   Side side;
   Millimetres pupil;
@@ -54,8 +55,8 @@ struct StatedConvention {
 // Throws IncompleteConvention, and WavelengthWithoutWaves: the unit waves needs a wavelength, and other units must not
 // have one. The reference wavelength may be missing; then it is unknown.
 //   needsOrder  false if every coefficient comes with its term
-StatedConvention Complete(const Statement& statement, bool needsOrder);
+CompleteConvention Complete(const PartialConvention& parts, bool needsOrder);
 
 }  // namespace orvanel::eye
 
-#endif  // ORVANEL_EYE_CONVENTIONS_STATEMENT_H
+#endif  // ORVANEL_EYE_CONVENTIONS_PARTIAL_CONVENTION_H
