@@ -7,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "cli/commands/batch.h"
+#include "cli/commands/chart.h"
 #include "cli/commands/convert.h"
 #include "cli/commands/focus.h"
 #include "cli/commands/merge.h"
@@ -45,7 +46,7 @@ Program DefineProgram() {
   app.require_subcommand(1);
   app.footer(kProgramNotes);
   for (Run (*const define)(CLI::App&) :
-       {DefineSimulate, DefineConvert, DefineFocus, DefineBatch, DefineMerge, DefinePopulation}) {
+       {DefineSimulate, DefineConvert, DefineFocus, DefineBatch, DefineMerge, DefinePopulation, DefineChart}) {
     Run run = define(app);
     program.subcommands.emplace_back(app.get_subcommands({}).back(), std::move(run));
   }

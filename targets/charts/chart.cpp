@@ -11,7 +11,7 @@
 #include "targets/charts/letter_order.h"
 #include "targets/charts/patterns.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr double kMinutesPerDegree = 60.0;
@@ -217,7 +217,7 @@ Drawn Draw(const StarPattern& content, const ChartRequest& request) {
     return Refusal(Problem::kCycles, content.cycles, 1.0, kMostStarCycles);
   }
   constexpr double kHalfPi = 0x1.921fb54442d18p+0;
-  return DrawShape(SiemensStar({}, diameter, content.cycles), {diameter, diameter, 0.5 * diameter}, request,
+  return DrawShape(SiemensStar({}, diameter, content.cycles), {diameter, diameter, 0.25 * diameter}, request,
                    kHalfPi * diameter / content.cycles);
 }
 
@@ -231,8 +231,8 @@ Drawn Draw(const PointPattern& content, const ChartRequest& request) {
     return Refusal(Problem::kSpacing, spacing, diameter);
   }
   const double side = diameter + (content.perSide - 1) * (content.perSide > 1 ? spacing : 0.0);
-  return DrawShape(Points({}, diameter, content.perSide, content.perSide > 1 ? spacing : 0.0), {side, side, 0.5 * side},
-                   request, diameter);
+  return DrawShape(Points({}, diameter, content.perSide, content.perSide > 1 ? spacing : 0.0),
+                   {side, side, 0.25 * side}, request, diameter);
 }
 
 Drawn Draw(const CheckPattern& content, const ChartRequest& request) {
@@ -291,4 +291,4 @@ std::variant<Chart, ChartRefusal> DrawChart(const ChartRequest& request) {
   return chart;
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -14,7 +14,7 @@
 #include "targets/charts/optotype.h"
 #include "targets/plane.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 // Lines of optotypes, centred, with the spacing of Bailey and Lovie (layout.h).
 struct OptotypeChart {
@@ -66,7 +66,7 @@ struct ChartRequest {
   double pixelsPerDegree = 0.0;
 
   // Optotypes, stars and points without a field get one that fits, with a margin as wide as the largest optotype or
-  // half the star or grid. Gratings and checkerboards fill a field and need one.
+  // a quarter of the star or grid. Gratings and checkerboards fill a field and need one.
   std::optional<Field> field;
 
   // Moves the content from the middle of the plane, in pixels; fractions are possible.
@@ -142,6 +142,6 @@ struct Chart {
 // Every pixel has the mean luminance over its area.
 std::variant<Chart, ChartRefusal> DrawChart(const ChartRequest& request);
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_CHART_H

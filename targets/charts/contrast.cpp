@@ -3,7 +3,7 @@
 
 #include <limits>
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 double LargestContrast(const Contrast& contrast) {
   const bool limited = contrast.kind == Contrast::Kind::kMichelson || contrast.polarity == Polarity::kDarkOnLight;
@@ -19,4 +19,4 @@ Luminances LuminancesOf(const Contrast& contrast) {
   return dark ? Luminances{darker, 1.0} : Luminances{1.0, darker};
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

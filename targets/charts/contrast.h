@@ -4,7 +4,7 @@
 
 #include "base/layers.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 enum class Polarity { kDarkOnLight, kLightOnDark };
 
@@ -26,6 +26,6 @@ double LargestContrast(const Contrast& contrast);
 
 Luminances LuminancesOf(const Contrast& contrast);
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_CONTRAST_H

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 // Where a monotone part crosses the line x = at or y = at; the result is the other coordinate. `along` and `across`
@@ -40,14 +40,28 @@ void Coverage::Add(const Shape& shape) {
 }
 
 void Coverage::AddPart(const Edge& part) {
-  std::vector<Point> ends = {part.from, part.to};
+  atRows_.clear();
   const auto [firstRow, lastRow] = Between(part.from.y, part.to.y, steps_.rows());
-  for (int k = firstRow; k <= lastRow; ++k) ends.push_back({Crossing(part, k, &Point::y, &Point::x), 1.0 * k});
+  for (int k = firstRow; k <= lastRow; ++k) atRows_.push_back({Crossing(part, k, &Point::y, &Point::x), 1.0 * k});
+  if (part.to.y < part.from.y) std::reverse(atRows_.begin(), atRows_.end());
+  atColumns_.clear();
   const auto [firstColumn, lastColumn] = Between(part.from.x, part.to.x, steps_.columns());
-  for (int k = firstColumn; k <= lastColumn; ++k) ends.push_back({1.0 * k, Crossing(part, k, &Point::x, &Point::y)});
+  for (int k = firstColumn; k <= lastColumn; ++k) {
+    atColumns_.push_back({1.0 * k, Crossing(part, k, &Point::x, &Point::y)});
+  }
+  if (part.to.x < part.from.x) std::reverse(atColumns_.begin(), atColumns_.end());
+  // Both coordinates are monotone, so that their sum orders the points along the part.
   const auto way = [&](Point p) { return std::fabs(p.x - part.from.x) + std::fabs(p.y - part.from.y); };
-  std::sort(ends.begin(), ends.end(), [&](Point a, Point b) { return way(a) < way(b); });
-  for (std::size_t i = 1; i < ends.size(); ++i) AddPiece(part, ends[i - 1], ends[i]);
+  Point last = part.from;
+  std::size_t row = 0, column = 0;
+  while (row < atRows_.size() || column < atColumns_.size()) {
+    const bool takesRow =
+        column == atColumns_.size() || (row < atRows_.size() && way(atRows_[row]) <= way(atColumns_[column]));
+    const Point next = takesRow ? atRows_[row++] : atColumns_[column++];
+    AddPiece(part, last, next);
+    last = next;
+  }
+  AddPiece(part, last, part.to);
 }
 
 void Coverage::AddPiece(const Edge& part, Point from, Point to) {
@@ -84,4 +98,4 @@ Plane Coverage::Take() {
   return std::move(steps_);
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

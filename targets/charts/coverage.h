@@ -2,11 +2,13 @@
 #ifndef ORVANEL_TARGETS_CHARTS_COVERAGE_H
 #define ORVANEL_TARGETS_CHARTS_COVERAGE_H
 
+#include <vector>
+
 #include "base/layers.h"
 #include "targets/charts/shape.h"
 #include "targets/plane.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 // The largest error of a pixel from rounding, for planes of up to 4096 x 4096 pixels. Nearer values to 0 and 1 become
 // these.
@@ -29,8 +31,9 @@ class Coverage {
 
   // Each row: the differences of the coverage of neighbouring pixels.
   Plane steps_;
+  std::vector<Point> atRows_, atColumns_;  // where a part crosses the borders of pixels
 };
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_COVERAGE_H

@@ -5,7 +5,7 @@
 
 #include "targets/charts/optotype.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 Layout LayOut(const std::vector<LineOfOptotypes>& lines) {
   Layout layout;
@@ -40,4 +40,4 @@ Layout LayOutCrowded(int optotype, double height, double gap) {
   return layout;
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

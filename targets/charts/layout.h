@@ -8,7 +8,7 @@
 #include "base/layers.h"
 #include "targets/charts/shape.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 struct LineOfOptotypes {
   double height = 0.0;         // of an optotype, in any unit
@@ -37,6 +37,6 @@ Layout LayOut(const std::vector<LineOfOptotypes>& lines);
 //   gap  between the optotype and each bar, in heights of the optotype
 Layout LayOutCrowded(int optotype, double height, double gap);
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_LAYOUT_H

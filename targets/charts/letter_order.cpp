@@ -6,7 +6,7 @@
 
 #include "base/philox.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 std::vector<int> RandomLine(int kinds, int count, std::uint64_t seed, std::uint32_t line) {
   std::uint32_t drawn = 0;
@@ -29,4 +29,4 @@ std::vector<int> RandomLine(int kinds, int count, std::uint64_t seed, std::uint3
   return order;
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr Turn kClockwise = Turn::kClockwise, kAnticlockwise = Turn::kAnticlockwise;
@@ -128,4 +128,4 @@ Shape LetterZ() {
   return LetterN().Placed({{5, 0}, 1.0, -90.0});
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

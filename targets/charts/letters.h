@@ -5,7 +5,7 @@
 #include "base/layers.h"
 #include "targets/charts/shape.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 // A ring of outer diameter 5 and inner diameter 3. The gap on the right has parallel sides at a distance of 1.
 // Source: ISO 8596. It is also the Sloan letter C.
@@ -27,6 +27,6 @@ Shape LetterT();
 Shape LetterV();
 Shape LetterZ();
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_LETTERS_H

@@ -4,7 +4,7 @@
 #include "base/number_text.h"
 #include "targets/charts/letters.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr Optotype kSloan[] = {{"C", LandoltRing, 0.0}, {"D", LetterD, 0.0}, {"H", LetterH, 0.0}, {"K", LetterK, 0.0},
@@ -55,4 +55,4 @@ std::optional<int> FindOptotype(const OptotypeSet& set, std::string_view name) {
   return std::nullopt;
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

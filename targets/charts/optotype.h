@@ -9,7 +9,7 @@
 #include "base/layers.h"
 #include "targets/charts/shape.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 // Height and width of an optotype, in strokes.
 constexpr double kStrokesPerOptotype = 5.0;
@@ -40,6 +40,6 @@ const OptotypeSet* OptotypeSetNamed(std::string_view word);
 // The place of a name in a set, in upper or lower case.
 std::optional<int> FindOptotype(const OptotypeSet& set, std::string_view name);
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_OPTOTYPE_H

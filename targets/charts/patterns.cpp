@@ -8,7 +8,7 @@
 #include "base/elementary.h"
 #include "targets/charts/coverage.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr double kPi = 0x1.921fb54442d18p+1;
@@ -118,4 +118,4 @@ Shape Points(Point centre, double diameter, int perSide, double spacing) {
   return points;
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -6,7 +6,7 @@
 #include "targets/charts/shape.h"
 #include "targets/plane.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 // A grating in pixels. The wave is sin(2 pi cycles u + phase), where u grows perpendicular to the bars: to the right
 // for vertical bars, downwards for horizontal ones.
@@ -33,6 +33,6 @@ Shape SiemensStar(Point centre, double diameter, int cycles);
 // A square grid of discs around a centre.
 Shape Points(Point centre, double diameter, int perSide, double spacing);
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_PATTERNS_H

@@ -3,7 +3,7 @@
 
 #include "base/elementary.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 double PixelsPerDegree(const Screen& screen) {
   constexpr double kHalfDegree = 0x1.1df46a2529d39p-7;  // radians
@@ -11,4 +11,4 @@ double PixelsPerDegree(const Screen& screen) {
   return 2.0 * (screen.distance / screen.pixelPitch) * (half.sine / half.cosine);
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -5,7 +5,7 @@
 #include "base/layers.h"
 #include "base/units.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 // A flat screen, seen perpendicularly at its middle.
 struct Screen {
@@ -17,6 +17,6 @@ struct Screen {
 // middle has more.
 double PixelsPerDegree(const Screen& screen);
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_SCREEN_H

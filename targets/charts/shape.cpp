@@ -8,7 +8,7 @@
 
 #include "base/elementary.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr double kTurnRadians = 0x1.921fb54442d18p+2;
@@ -167,4 +167,4 @@ Shape Ring(Point centre, double outer, double inner) {
   return shape;
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -7,7 +7,7 @@
 
 #include "base/layers.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 // x grows to the right, y downwards, as columns and rows do.
 struct Point {
@@ -91,6 +91,6 @@ Shape Disc(Point centre, double radius);
 // The area between two circles.
 Shape Ring(Point centre, double outer, double inner);
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_SHAPE_H

@@ -5,7 +5,7 @@
 
 #include "base/elementary.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr double kLog10 = 0x1.26bb1bbb55516p+1;
@@ -29,4 +29,4 @@ std::vector<double> Steps(double first, double last, double step, std::size_t mo
   return steps;
 }
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -7,7 +7,7 @@
 #include "base/layers.h"
 #include "base/units.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 
 // An optotype of acuity 1 is 5' high, with strokes of 1'. Source: ISO 8596.
 constexpr ArcMinutes kHeightOfAcuityOne(5.0);
@@ -25,6 +25,6 @@ double DecimalOfHeight(ArcMinutes height);
 // number is not finite, if the step is not above 0, or if there are more than `most`.
 std::vector<double> Steps(double first, double last, double step, std::size_t most);
 
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
 
 #endif  // ORVANEL_TARGETS_CHARTS_SIZES_H

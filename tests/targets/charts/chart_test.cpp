@@ -11,7 +11,7 @@
 
 #include "targets/charts/sizes.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
@@ -217,12 +217,12 @@ TEST(Chart, StarsPointsAndChecksAreDrawnAtTheirSizes) {
   request.pixelsPerDegree = 60.0;
   request.content = StarPattern{ArcMinutes(80.0), 10};
   const Chart star = Drawn(request);
-  EXPECT_EQ(star.luminance.columns(), 160);
+  EXPECT_EQ(star.luminance.columns(), 120);
   EXPECT_NEAR(Missing(star), 0.5 * kPi * 1600.0, 1e-7);
   EXPECT_NEAR(star.finestPixels, kPi * 80.0 / 20.0, 1e-12);
   request.content = PointPattern{ArcMinutes(0.5), 3, ArcMinutes(12.0)};
   const Chart points = Drawn(request);
-  EXPECT_EQ(points.luminance.columns(), 49);
+  EXPECT_EQ(points.luminance.columns(), 37);
   EXPECT_NEAR(Missing(points), 9.0 * kPi * 0.0625, 1e-9);
   EXPECT_TRUE(points.IsUndersampled());
   request.content = CheckPattern{ArcMinutes(4.0)};
@@ -342,4 +342,4 @@ TEST(Chart, RefusalsOfPatternsAndSizes) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

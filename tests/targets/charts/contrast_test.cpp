@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 using Kind = Contrast::Kind;
@@ -43,4 +43,4 @@ TEST(Contrast, OnlyWeberContrastOfLightTargetsExceedsOne) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -12,7 +12,7 @@
 
 #include "targets/charts/letters.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 Plane Drawn(const Shape& shape, int columns, int rows) {
@@ -184,4 +184,4 @@ TEST(Coverage, HasTheSameBitsEverywhere) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

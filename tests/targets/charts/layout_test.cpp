@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 TEST(Layout, GapsInALineAreOneOptotypeWide) {
@@ -51,4 +51,4 @@ TEST(Layout, CrowdingBarsAreOneStrokeWideAroundTheOptotype) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -7,7 +7,7 @@
 #include <array>
 #include <set>
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 TEST(LetterOrder, NoLetterComesTwiceInALine) {
@@ -67,4 +67,4 @@ TEST(LetterOrder, IsTheSameEverywhere) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -10,7 +10,7 @@
 
 #include "targets/charts/coverage.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
@@ -197,4 +197,4 @@ TEST(Letters, TheirDiagonalsJoinTheRightCorners) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -7,7 +7,7 @@
 
 #include "targets/charts/coverage.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 std::string Names(const OptotypeSet& set) {
@@ -94,4 +94,4 @@ TEST(Optotype, IsCentredAndKeepsItsAreaInEveryDirection) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -9,7 +9,7 @@
 
 #include "targets/charts/coverage.h"
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
@@ -146,4 +146,4 @@ TEST(Patterns, PointsAreDiscsOnASquareGrid) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

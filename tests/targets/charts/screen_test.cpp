@@ -6,7 +6,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 TEST(Screen, OneDegreeHasTwoTangentsOfItsHalf) {
@@ -16,4 +16,4 @@ TEST(Screen, OneDegreeHasTwoTangentsOfItsHalf) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
@@ -88,4 +88,4 @@ TEST(Shape, PlacementsScaleTheAreaBySquares) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-namespace orvanel::targets {
+namespace orvanel::targets::charts {
 namespace {
 
 TEST(Sizes, LogMarIsTheLogarithmOfTheStroke) {
@@ -47,4 +47,4 @@ TEST(Sizes, StepsWithoutEndOrDirectionAreNone) {
 }
 
 }  // namespace
-}  // namespace orvanel::targets
+}  // namespace orvanel::targets::charts
