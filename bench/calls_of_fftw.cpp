@@ -40,7 +40,7 @@ struct Subject {
   Subject() : pipeline(Star().data()) {}
 
   void Enter(int turn) { pipeline.Input(EyeAt(turn).data(), kPupil_mm, heldPsf.data(), heldMtf.data(), nullptr); }
-  void Look(int turn) {
+  void MakeRingImage(int turn) {
     const orvanel::bench::Ring ring = RingAt(turn);
     pipeline.Ring(ring.acuity, ring.gapDirection, optotype.data(), image.data());
   }
@@ -83,7 +83,7 @@ void CheckResults(Subject& s) {
   Compare("stretched image", s.image, expected);
   const orvanel::bench::Ring ring = RingAt(kTurn);
   library.GetOrvanel(ring.acuity, expected.data(), &scalar, drawn.data(), ring.gapDirection);
-  s.Look(kTurn);
+  s.MakeRingImage(kTurn);
   Compare("ring", s.optotype, drawn);
   Compare("image of the ring", s.image, expected);
 }
@@ -101,13 +101,13 @@ std::vector<Call> CallsOfFftw() {
        }},
       {"InputZer", nothing, [s](int turn) { s->Enter(turn); }},
       {"Strehl", nothing, [s](int turn) { s->strehl = s->pipeline.Strehl(EyeAt(turn).data()); }},
-      {"GetOrvanel", [s] { s->Enter(0); }, [s](int turn) { s->Look(turn); }},
+      {"GetOrvanel", [s] { s->Enter(0); }, [s](int turn) { s->MakeRingImage(turn); }},
       {"GetPattern", [s] { s->Enter(0); }, [s](int) { s->pipeline.Pattern(true, s->image.data()); }},
       // PSF and MTF are written to the user's buffers at once; no getter is needed.
       {"OneEye", nothing,
        [s](int turn) {
          s->Enter(turn);
-         s->Look(turn);
+         s->MakeRingImage(turn);
          s->pipeline.Pattern(false, s->image.data());
        }},
   };

@@ -63,20 +63,20 @@ OpticsEngine EngineWith(const std::string& kernels) {
 
 struct Subject {
   explicit Subject(const std::string& kernels)
-      : library(Load(kernels)), engine(EngineWith(kernels)), lookedAt(EngineWith(kernels)) {}
+      : library(Load(kernels)), engine(EngineWith(kernels)), exposed(EngineWith(kernels)) {}
 
   void Enter(int turn) const {
     library->InputPupil(kPupil_mm);
     library->InputZer(EyeAt(turn).data());
   }
-  void Look(int turn) {
+  void MakeRingImage(int turn) {
     const Ring ring = RingAt(turn);
     library->GetOrvanel(ring.acuity, image.data(), &scalar, optotype.data(), ring.gapDirection);
   }
 
   std::unique_ptr<test::LoadedLibrary> library;
-  OpticsEngine engine;    // writes only requested planes
-  OpticsEngine lookedAt;  // writes all planes
+  OpticsEngine engine;   // writes only requested planes
+  OpticsEngine exposed;  // its planes have been accessed, so that it writes all
   Plane image = Plane(ORVANEL_PLANE_SAMPLES);
   Plane optotype = Plane(ORVANEL_PLANE_SAMPLES);
   Plane star = Plane(ORVANEL_PLANE_SAMPLES);
@@ -97,14 +97,14 @@ std::vector<Call> CallsOfLibrary(const std::string& kernels) {
   return {
       {"InputZerWithPhase",
        [s] {  // after an access, all later results are written at once
-         s->lookedAt.psfPlane.data();
-         s->lookedAt.phasePlane.data();
-         s->lookedAt.pupilXPlane.data();
-         s->lookedAt.pupilYPlane.data();
+         s->exposed.psfPlane.data();
+         s->exposed.phasePlane.data();
+         s->exposed.pupilXPlane.data();
+         s->exposed.pupilYPlane.data();
        },
        [s](int turn) {
-         s->lookedAt.synthesizeWavefront(EyeAt(turn).data(), kPupil_mm, 1, 1, 1);
-         s->lookedAt.ComputeMtf(kWavelength, s->mtf.data(), &s->scalar, nullptr, nullptr, nullptr, ORVANEL_GRID_SIZE);
+         s->exposed.synthesizeWavefront(EyeAt(turn).data(), kPupil_mm, 1, 1, 1);
+         s->exposed.ComputeMtf(kWavelength, s->mtf.data(), &s->scalar, nullptr, nullptr, nullptr, ORVANEL_GRID_SIZE);
        }},
       {"InputZer", nothing, [s](int turn) { s->Enter(turn); }},
       {"Strehl", nothing,
@@ -112,7 +112,7 @@ std::vector<Call> CallsOfLibrary(const std::string& kernels) {
          s->engine.synthesizeWavefront(EyeAt(turn).data(), kPupil_mm, 1, 1, 1);
          s->strehl = s->engine.ComputeStrehl(kWavelength);
        }},
-      {"GetOrvanel", [s] { s->Enter(0); }, [s](int turn) { s->Look(turn); }},
+      {"GetOrvanel", [s] { s->Enter(0); }, [s](int turn) { s->MakeRingImage(turn); }},
       {"GetPattern", [s] { s->Enter(0); }, [s](int) { s->library->GetPattern(s->image.data()); }},
       {"OneEye", nothing,
        [s](int turn) {
@@ -120,7 +120,7 @@ std::vector<Call> CallsOfLibrary(const std::string& kernels) {
          s->library->GetPSF(s->psf.data(), &s->strehl, &s->scalar);
          s->library->GetMTF(s->mtf.data(), &s->scalar);
          s->library->GetMTFGraph(s->row, s->column, s->limit, &s->scalar);
-         s->Look(turn);
+         s->MakeRingImage(turn);
          s->library->GetPattern(s->image.data());
          s->library->GetPatternOriginal(s->star.data());
        }},

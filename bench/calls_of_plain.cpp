@@ -27,19 +27,19 @@ struct Subject {
     transfer = plain::Mtf(psf.plane, kSide);
   }
   void MakeOtf() { otf = plain::EyeOtf(psf.plane, kSide); }
-  void See(const Plane& object) {
+  void MakeImage(const Plane& object) {
     double total = 0.0;
     for (const double sample : object) total += sample;
     image = plain::FilteredIntensity({object, Plane(object.size())}, otf, kSide);
     plain::KeepTotal(image, total);
   }
-  void Look(int turn) {
+  void MakeRingImage(int turn) {
     const bench::Ring ring = RingAt(turn);
     const plain::RingSize size = plain::SizeOfRing(ring.acuity, kSide, kSide, kHalfWidth_mm, kFocalLength_mm);
     std::printf("%g\t%d\n", ring.acuity, size.diameter);
     std::fflush(stdout);
     optotype = plain::DrawRing(size.diameter, kSide, ring.gapDirection);
-    See(optotype);
+    MakeImage(optotype);
   }
 
   Plane wavefront = Plane(ORVANEL_PLANE_SAMPLES);
@@ -70,7 +70,7 @@ std::vector<Call> CallsOfPlainCode() {
          s->Synthesize(turn);
          s->strehl = plain::ComputePsf(s->wavefront, kWavelength, kSide).strehl;
        }},
-      {"GetOrvanel", anEye, [s](int turn) { s->Look(turn); }},
+      {"GetOrvanel", anEye, [s](int turn) { s->MakeRingImage(turn); }},
       {"GetPattern", anEye,
        [s](int) {
          s->image = plain::FilteredIntensity({s->star, Plane(s->star.size())}, s->otf, kSide);
@@ -80,8 +80,8 @@ std::vector<Call> CallsOfPlainCode() {
        [s](int turn) {
          s->Enter(turn);
          s->MakeOtf();
-         s->Look(turn);
-         s->See(s->star);
+         s->MakeRingImage(turn);
+         s->MakeImage(s->star);
        }},
   };
 }

@@ -99,11 +99,11 @@ FftwPipeline::FftwPipeline(const double* star)
       spectrum_(AllocateComplex(kHalfSamples)),
       star_(AllocateComplex(kHalfSamples)),
       product_(AllocateComplex(kSamples)),
-      seen_(AllocateComplex(kSamples)),
+      filtered_(AllocateComplex(kSamples)),
       fieldOfPupil_(PlanOfComplex(pupil_.get(), field_.get())),
       otfOfPsf_(PlanOfReal(centred_.get(), otf_.get())),
       spectrumOfObject_(PlanOfReal(object_.get(), spectrum_.get())),
-      seenOfProduct_(PlanOfComplex(product_.get(), seen_.get())) {
+      filteredOfProduct_(PlanOfComplex(product_.get(), filtered_.get())) {
   std::fill_n(&pupil_[0][0], 2 * kSamples, 0.0);
   constexpr int radius = kSide / 4;
   for (int dy = -radius; dy <= radius; ++dy) {
@@ -131,7 +131,7 @@ FftwPipeline::FftwPipeline(const double* star)
 }
 
 FftwPipeline::~FftwPipeline() {
-  for (fftw_plan plan : {fieldOfPupil_, otfOfPsf_, spectrumOfObject_, seenOfProduct_}) fftw_destroy_plan(plan);
+  for (fftw_plan plan : {fieldOfPupil_, otfOfPsf_, spectrumOfObject_, filteredOfProduct_}) fftw_destroy_plan(plan);
 }
 
 // Pupil function, field on the retina, and its intensity with zero at (0, 0), without a scale. The direction of the
@@ -219,7 +219,7 @@ void FftwPipeline::Input(const double* coefficients, double pupil_mm, double* ps
 
 // |F(object x transfer function, its rows mirrored)|^2, quadrants swapped. Both factors are halves of transforms of
 // real planes; the mirrored rows make the product that of a complex plane.
-void FftwPipeline::ObjectSeen(const fftw_complex* object, double objectTotal, bool stretched, double* image) {
+void FftwPipeline::ImageOf(const fftw_complex* object, double objectTotal, bool stretched, double* image) {
   // Row p of the object is multiplied by row 255 - p of the transfer function. Both are conjugates of backward
   // transforms.
   for (int p = 0; p < kSide; ++p) {
@@ -239,8 +239,8 @@ void FftwPipeline::ObjectSeen(const fftw_complex* object, double objectTotal, bo
       to[q][1] = a[0] * b[1] + a[1] * b[0];
     }
   }
-  fftw_execute(seenOfProduct_);
-  const double* const seen = &seen_[0][0];
+  fftw_execute(filteredOfProduct_);
+  const double* const filtered = &filtered_[0][0];
   double* const intensity = intensity_.get();
   double sums[4] = {};
   double least[4], most[4];
@@ -249,7 +249,7 @@ void FftwPipeline::ObjectSeen(const fftw_complex* object, double objectTotal, bo
   for (int i = 0; i < kSamples; i += 4) {
     for (int l = 0; l < 4; ++l) {
       const int k = 2 * (i + l);
-      const double v = seen[k] * seen[k] + seen[k + 1] * seen[k + 1];
+      const double v = filtered[k] * filtered[k] + filtered[k + 1] * filtered[k + 1];
       intensity[i + l] = v;
       if (stretched) {
         least[l] = std::min(least[l], v);
@@ -282,9 +282,9 @@ void FftwPipeline::Ring(double acuity, int gapDirection, double* optotype, doubl
   DrawRing(diameter, gapDirection, optotype);
   std::memcpy(object_.get(), optotype, sizeof(double) * kSamples);
   fftw_execute(spectrumOfObject_);
-  ObjectSeen(spectrum_.get(), spectrum_[0][0], false, image);
+  ImageOf(spectrum_.get(), spectrum_[0][0], false, image);
 }
 
-void FftwPipeline::Pattern(bool stretched, double* image) { ObjectSeen(star_.get(), starTotal_, stretched, image); }
+void FftwPipeline::Pattern(bool stretched, double* image) { ImageOf(star_.get(), starTotal_, stretched, image); }
 
 }  // namespace orvanel::bench

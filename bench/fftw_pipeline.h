@@ -55,7 +55,7 @@ class FftwPipeline {
 
  private:
   void FormIntensity(const double* coefficients);
-  void ObjectSeen(const fftw_complex* object, double objectTotal, bool stretched, double* image);
+  void ImageOf(const fftw_complex* object, double objectTotal, bool stretched, double* image);
 
   struct Release {
     void operator()(void* memory) const { fftw_free(memory); }
@@ -78,12 +78,12 @@ class FftwPipeline {
   ComplexPlane star_;
   double starTotal_ = 0.0;
   ComplexPlane product_;
-  ComplexPlane seen_;
+  ComplexPlane filtered_;
 
   fftw_plan fieldOfPupil_;
   fftw_plan otfOfPsf_;
   fftw_plan spectrumOfObject_;
-  fftw_plan seenOfProduct_;
+  fftw_plan filteredOfProduct_;
 };
 
 }  // namespace orvanel::bench
