@@ -108,6 +108,13 @@ std::vector<Result> Results(const Kernels& kernels) {
          const FrequencyGrid grid{kCutOff / 128.0, 256};
          benchmark::DoNotOptimize(Checked(TransferFunctionOf(EyeAt(turn), Monochromatic(), grid, *workspace)).re[0]);
        }},
+      {"Overlap", "OTF at 16 frequencies, by overlap integrals",
+       [workspace](int turn) {
+         std::vector<Frequency> frequencies;
+         for (int i = 1; i <= 16; ++i) frequencies.push_back({9.0 * i, 4.0 * i});  // to 158 of 190 cycles per degree
+         benchmark::DoNotOptimize(
+             Checked(TransferFunctionAt(EyeAt(turn), Monochromatic(), frequencies, View::kPatient, *workspace))[0]);
+       }},
       {"WhitePointSpread", "PSF 256 x 256 over +-10', 31 wavelengths", PointSpreads(WhiteLight(), kernels)},
       {"Image", "retinal image 512 x 512 of pixels of 0.5', eye known", Images(0.5, kernels)},
   };

@@ -8,7 +8,6 @@
 
 #include "base/elementary.h"
 #include "models/physical/quadrature/bandwidth.h"
-#include "models/physical/quadrature/gauss_rules.h"
 
 namespace orvanel::physical {
 namespace {
@@ -34,16 +33,25 @@ Polynomial LogAmplitude(const Pupil& pupil) {
   return p;
 }
 
+// p(x + shift / 2) - p(x - shift / 2).
+LinePolynomial Difference(const LinePolynomial& p, double shift) {
+  const LinePolynomial right = Shifted(p, shift / 2.0), left = Shifted(p, -shift / 2.0);
+  LinePolynomial difference;
+  for (std::size_t k = 0; k < p.size(); ++k) difference[k] = right[k] - left[k];
+  return difference;
+}
+
 // The largest frequencies of the phase's difference over the overlap, along the shift and across it.
 double FrequencyOf(const Polynomial& phase, double shift, double halfAngle) {
-  constexpr int kSteps = 16;
+  constexpr int kSteps = 10;
   double largest = 0.0;
   for (int i = -kSteps; i <= kSteps; ++i) {
     const SineCosine t = SineAndCosine(halfAngle * i / kSteps);
+    LineJet line = JetAlongLine(phase, t.sine);
+    line = {Difference(line.value, shift), Difference(line.dy, shift)};
     for (int j = -kSteps; j <= kSteps; ++j) {
-      const double w = static_cast<double>(j) / kSteps, x = (t.cosine - shift / 2.0) * w;
-      const Jet right = At(phase, x + shift / 2.0, t.sine), left = At(phase, x - shift / 2.0, t.sine);
-      const double dx = right.dx - left.dx, dy = right.dy - left.dy;
+      const double w = static_cast<double>(j) / kSteps;
+      const auto [value, dx, dy] = line.At((t.cosine - shift / 2.0) * w);
       const double along = std::fabs(dx) * (t.cosine - shift / 2.0);
       const double across = std::fabs(dy * t.cosine - dx * t.sine * w) * halfAngle;
       if (!(along <= largest)) largest = along;
@@ -74,6 +82,11 @@ std::complex<double> OtfOverlap::At(double fx, double fy) const {
   return Overlap(sx, sy) / light_;
 }
 
+const GaussRule& OtfOverlap::RuleOf(int count) const {
+  const auto found = rules_.find(count);
+  return found != rules_.end() ? found->second : rules_.emplace(count, GaussLegendre(count)).first->second;
+}
+
 std::complex<double> OtfOverlap::Overlap(double sx, double sy) const {
   const double shift = std::sqrt(sx * sx + sy * sy);
   if (!(shift < 2.0)) return 0.0;
@@ -87,17 +100,14 @@ std::complex<double> OtfOverlap::Overlap(double sx, double sy) const {
   const Damping damping{2.0 * damping_.linear, 2.0 * damping_.square};
   const int count = CountFor(DegreeOf(FrequencyOf(phase, shift, halfAngle), twice, damping) + 8.0, 2 * kChordBlock);
   if (count > kMaxNodes) return {kNan, kNan};
-  const GaussRule rule = GaussLegendre(count);
+  const GaussRule& rule = RuleOf(count);
   const int half = count / 2;
   std::vector<double> field(Size(4 * half));
   std::complex<double> sum = 0.0;
   for (int j = -half; j < half; ++j) {
     const std::size_t at = Size(j < 0 ? -1 - j : j);
     const SineCosine t = SineAndCosine((j < 0 ? -1.0 : 1.0) * rule.nodes[at] * halfAngle);
-    const LinePolynomial line = AlongLine(phase, t.sine);
-    const LinePolynomial right = Shifted(line, shift / 2.0), left = Shifted(line, -shift / 2.0);
-    LinePolynomial difference;
-    for (std::size_t k = 0; k < line.size(); ++k) difference[k] = right[k] - left[k];
+    const LinePolynomial difference = Difference(AlongLine(phase, t.sine), shift);
     std::array<double, 3> logAmplitude{};
     if (attenuates_) {
       const LinePolynomial a = AlongLine(attenuation, t.sine);

@@ -3,14 +3,17 @@
 #define ORVANEL_MODELS_PHYSICAL_OTF_OTF_OVERLAP_H
 
 #include <complex>
+#include <map>
 
 #include "models/physical/kernels/kernels.h"
 #include "models/physical/pupil/pupil.h"
 #include "models/physical/quadrature/bandwidth.h"
+#include "models/physical/quadrature/gauss_rules.h"
 
 namespace orvanel::physical {
 
-// The reference method: each frequency by itself, by Gauss-Legendre quadrature over the overlap of the two pupils.
+// The reference method: each frequency by itself, by Gauss-Legendre quadrature over the overlap of the two pupils. For
+// one thread.
 class OtfOverlap {
  public:
   OtfOverlap(const Pupil& pupil, const ChordKernels& kernels);
@@ -24,6 +27,7 @@ class OtfOverlap {
 
  private:
   std::complex<double> Overlap(double sx, double sy) const;
+  const GaussRule& RuleOf(int count) const;
 
   const ChordKernels* kernels_;
   Polynomial phase_;        // in radians over the unit disc that the outline is mapped to
@@ -32,6 +36,7 @@ class OtfOverlap {
   AffineMap toDisc_;  // of shifts
   Amplitudes amplitudes_;
   Damping damping_;
+  mutable std::map<int, GaussRule> rules_;  // by the number of nodes: frequencies share few
   double light_;
 };
 
