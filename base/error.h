@@ -3,6 +3,7 @@
 #define ORVANEL_BASE_ERROR_H
 
 #include <cstddef>
+#include <exception>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -36,8 +37,9 @@ struct Place {
   std::size_t line = 0, column = 0;
 };
 
-// Something wrong at a place in a file: "eyes.csv: line 3, column 14: ...".
-class ErrorAt : public Error {
+// Something wrong at a place in a file: "eyes.csv: line 3, column 14: ...". One that is made while another error is
+// handled keeps it, with its code and fields: nested_ptr().
+class ErrorAt : public Error, public std::nested_exception {
  public:
   ErrorAt(const std::string& file, Place at, const std::string& what)
       : Error(file + ": line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " + what),

@@ -63,7 +63,7 @@ double WrappedLight(const std::vector<Beam>& beams, const ObjectSize& size, cons
 
 // The smallest lattice; its side is above kLargestLattice where that is too small.
 Layout LayoutFor(const std::vector<Beam>& beams, const ObjectSize& size, ChordQuadrature& quadrature) {
-  constexpr double kMostWrapped = 7e-5;
+  constexpr double kMaxWrapped = 7e-5;
   constexpr int kSmoothness = 12;  // pixels
   std::vector<double> lights;
   for (const Beam& beam : beams) lights.push_back(PerfectPupilOf(beam.pupil, quadrature).light);
@@ -80,9 +80,9 @@ Layout LayoutFor(const std::vector<Beam>& beams, const ObjectSize& size, ChordQu
       layout.far.emplace_back(beams[i].pupil, lights[i], guard * pixel, kSmoothness * pixel);
       narrowest = std::min(narrowest, layout.far.back().narrowest() / pixel);
     }
-    if (!(WrappedLight(beams, size, layout, guard) <= kMostWrapped)) continue;
-    constexpr double kNodes = 3.0, kMost = 1024.0;  // in the width of the density
-    layout.step = static_cast<int>(std::min(kMost, narrowest / kNodes));
+    if (!(WrappedLight(beams, size, layout, guard) <= kMaxWrapped)) continue;
+    constexpr double kNodes = 3.0, kMaxStep = 1024.0;  // in the width of the density
+    layout.step = static_cast<int>(std::min(kMaxStep, narrowest / kNodes));
     return layout;
   }
 }

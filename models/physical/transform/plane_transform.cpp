@@ -143,11 +143,11 @@ void PlaneTransform::FilteredRows(const double* spectrum, const WantedPlane& wan
 }
 
 const PlaneTransform& PlaneTransforms::Of(int side) {
-  constexpr std::size_t kMost = 32;
+  constexpr std::size_t kMaxKept = 32;
   for (const PlaneTransform& transform : kept_) {
     if (transform.side() == side) return transform;
   }
-  if (kept_.size() == kMost) kept_.pop_front();
+  if (kept_.size() == kMaxKept) kept_.pop_front();
   kept_.emplace_back(*kernels_, side);
   return kept_.back();
 }

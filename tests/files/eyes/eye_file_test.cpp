@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/error.h"
+#include "eye/conventions/errors.h"
 #include "tests/support/temporary_files.h"
 
 namespace orvanel::files {
@@ -93,6 +94,23 @@ Eye EyeOf(const std::string& text, const PartialConvention& stated = {}) {
   const TemporaryFolder folder;
   Write(folder / "eye.json", text);
   return ReadEyeFile((folder / "eye.json").string(), stated);
+}
+
+TEST(EyeFile, AnErrorAtAPlaceKeepsTheCodeOfItsCause) {
+  std::string text = kSpelledOut;
+  text.replace(text.find("5.5"), 3, "-5.5");
+  try {
+    EyeOf(text);
+    FAIL();
+  } catch (const ErrorAt& error) {
+    EXPECT_EQ(error.place.line, 2U);
+    try {
+      error.rethrow_nested();
+    } catch (const LengthNotPositive& cause) {
+      EXPECT_EQ(cause.key, "pupil_diameter_mm");
+      EXPECT_EQ(cause.text, "-5.5");
+    }
+  }
 }
 
 TEST(EyeFile, MaySpellItsConventionOut) {

@@ -7,6 +7,8 @@
 #include <ostream>
 #include <sstream>
 
+#include "eye/conventions/errors.h"
+
 namespace orvanel::files {
 namespace {
 
@@ -32,6 +34,22 @@ struct Opened {
   std::unique_ptr<std::istringstream> stream;
   EyeTable table;
 };
+
+// A host that words its own messages needs more than the sentence.
+TEST(EyeTable, AnErrorAtAPlaceKeepsTheCodeOfItsCause) {
+  try {
+    Opened("id,Z-4\n");
+    FAIL();
+  } catch (const ErrorAt& error) {
+    EXPECT_EQ(error.place.column, 4U);
+    try {
+      error.rethrow_nested();
+    } catch (const InvalidCoefficientName& cause) {
+      EXPECT_EQ(cause.problem, NameProblem::kSignedNumber);
+      EXPECT_EQ(cause.name, "Z-4");
+    }
+  }
+}
 
 TEST(EyeTable, ARowMayStateEverything) {
   Opened opened(
