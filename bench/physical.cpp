@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "bench/fftw_pipeline.h"
+#include "metrics/quality/quality.h"
 #include "models/physical/point_spread.h"
 #include "models/physical/retinal_image.h"
 #include "models/physical/transfer_function.h"
@@ -22,6 +23,7 @@ namespace orvanel::bench {
 namespace {
 
 using namespace physical;
+using metrics::QualityMetric;
 
 constexpr const char* kUnit = "Unit";
 constexpr double kPupilMm = 6.0;
@@ -93,6 +95,22 @@ std::function<void(int)> Images(double pixelArcmin, const Kernels& kernels) {
   };
 }
 
+std::function<void(int)> Qualities(const std::vector<QualityMetric>& wanted, const Kernels& kernels) {
+  const auto workspace = std::make_shared<metrics::QualityWorkspace>(kernels);
+  return [workspace, wanted](int turn) {
+    metrics::QualityRequest request;
+    request.metrics = wanted;
+    const metrics::QualityOutcome quality = QualityOf(EyeAt(turn), Monochromatic(), request, *workspace);
+    if (!quality) throw std::runtime_error("Metrics of image quality refuse a benchmark.");
+    benchmark::DoNotOptimize(quality->values[0].value);
+  };
+}
+std::vector<QualityMetric> AllQualities() {
+  std::vector<QualityMetric> all;
+  for (const metrics::QualityRow& row : metrics::QualityCatalogue()) all.push_back(row.metric);
+  return all;
+}
+
 std::vector<Result> Results(const Kernels& kernels) {
   const auto workspace = std::make_shared<Workspace>(kernels);
   std::vector<Result> results = {
@@ -116,6 +134,9 @@ std::vector<Result> Results(const Kernels& kernels) {
              Checked(TransferFunctionAt(EyeAt(turn), Monochromatic(), frequencies, View::kPatient, *workspace))[0]);
        }},
       {"WhitePointSpread", "PSF 256 x 256 over +-10', 31 wavelengths", PointSpreads(WhiteLight(), kernels)},
+      {"FourMetrics", "VSX, VSOTF, SRX and NS at the origin `best`",
+       Qualities({QualityMetric::kVsx, QualityMetric::kVsOtf, QualityMetric::kSrx, QualityMetric::kNs}, kernels)},
+      {"AllMetrics", "all metrics of image quality", Qualities(AllQualities(), kernels)},
       {"Image", "retinal image 512 x 512 of pixels of 0.5', eye known", Images(0.5, kernels)},
   };
   return results;

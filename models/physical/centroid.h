@@ -1,4 +1,4 @@
-// The centre of gravity of the light on the retina.
+// The centre of gravity of the light on the retina, and the spread of the rays.
 #ifndef ORVANEL_MODELS_PHYSICAL_CENTROID_H
 #define ORVANEL_MODELS_PHYSICAL_CENTROID_H
 
@@ -18,6 +18,10 @@ struct Centroid {
 // every side, so that this is the centroid of the PSF over windows that grow without limit.
 // Error: 1e-10 of the largest slope.
 Centroid CentroidOf(std::span<const Beam> beams);
+
+// The root mean square distance of the rays from their centroid, in arcmin. It is the second moment of geometric
+// optics; that of the PSF grows with the window without limit.
+double RaySpreadOf(std::span<const Beam> beams);
 
 }  // namespace orvanel::physical
 

@@ -5,23 +5,20 @@
 #include <span>
 
 #include "models/physical/eye.h"
+#include "models/physical/light_window.h"
+#include "models/physical/paraboloid.h"
 #include "models/physical/workspace.h"
 
 namespace orvanel::physical {
 
-// The sum of factor |U|^2 over the beams at one direction, in arcmin, in the sense of DirectionGrid.
-struct Peak {
-  double value = 0.0;
-  double x = 0.0;
-  double y = 0.0;
-};
-
-// The largest value anywhere. Error: 1e-9 of the sum of the factors. Refuses wavefronts whose slopes differ by more
-// than 1700 of the smallest wavelength / diameter.
-//   factors  one for each beam
-// A Fourier transform samples the window of all slopes, 0.35 to 0.42 of the smallest wavelength / diameter apart. The
-// sample nearest to a peak then has at least a third of it (Bernstein's inequality). The peaks that promise to be the
+// The largest sum of factor |U|^2 over the beams, in a window of all light. Error: 1e-9 of the sum of the factors. The
+// sample nearest to a peak has at least a third of it (Bernstein's inequality). The peaks that promise to be the
 // highest are refined by Newton's method.
+//   factors  one for each beam
+Peak HighestIn(const LightWindow& window, std::span<const Beam> beams, std::span<const double> factors,
+               Workspace& workspace);
+
+// The same in a separate window, with the refusals of SampleLight.
 Outcome<Peak> HighestOf(std::span<const Beam> beams, std::span<const double> factors, Workspace& workspace);
 
 }  // namespace orvanel::physical

@@ -8,8 +8,8 @@
 #include <optional>
 #include <vector>
 
-#include "base/elementary.h"
 #include "models/physical/kernels/dispatch.h"
+#include "models/physical/otf/flat_overlap.h"
 #include "models/physical/plane_index.h"
 #include "models/physical/pupil/pupil_lattice.h"
 #include "models/physical/transform/plane_transform.h"
@@ -25,11 +25,6 @@ int AcrossOf(const FrequencyLattice& frequencies) { return static_cast<int>(std:
 // The samples over the reference pupil and a margin: `density` for each step of the frequencies.
 PupilLattice LatticeOf(const FrequencyLattice& frequencies, int density) {
   return {density * AcrossOf(frequencies) + 2 * kMaskReach, 2.0 * frequencies.step / density};
-}
-
-// The OTF of a flat pupil at v cut-offs.
-double DiffractionLimit(double v) {
-  return v < 1.0 ? 2.0 / kPi * (ArcCosine(v) - v * std::sqrt((1.0 - v) * (1.0 + v))) : 0.0;
 }
 
 }  // namespace
@@ -87,7 +82,7 @@ void OtfLattice::SetFlat(const Pupil& flat) {
   Autocorrelate(bright);
   const double step = m.outline->lattice().step;
   const double area = kPi * ellipse.semiAxisA * ellipse.semiAxisB / (step * step);
-  const SineCosine turn = SineAndCosine(ellipse.angle);
+  const FlatOverlap perfect(ellipse);
   const double cells = m.outline->SumOfSquaredWeights();
   const double unit = cells / m.spectrum.data()[transform.At(0, 0)];  // of the transforms
   const int half = m.side / 2, columns = half + 1;
@@ -100,10 +95,8 @@ void OtfLattice::SetFlat(const Pupil& flat) {
     for (int q = 0; q <= half; ++q) {
       const double fx = q * m.frequencies.step;
       const double fy = (r < half ? -r : m.side - r) * m.frequencies.step;
-      const double along = (fx * turn.cosine + fy * turn.sine) / ellipse.semiAxisA;
-      const double across = (fy * turn.cosine - fx * turn.sine) / ellipse.semiAxisB;
       const std::size_t i = At(r, q, columns);
-      exact[i] = area * DiffractionLimit(std::sqrt(along * along + across * across));
+      exact[i] = area * perfect.At(fx, fy);
       lacking[i] = exact[i] - overlapAt(r, q);
     }
   }

@@ -59,5 +59,20 @@ TEST(Centroid, OfTwoColoursLiesBetweenTheirs) {
   EXPECT_NEAR(red, ChromaticDifference(650, 550) * 0.6 * 10.8 / std::numbers::pi, 1e-12);
 }
 
+TEST(RaySpread, OfDefocusIsThatOfADisc) {
+  // The slope 4 root(3) c4 r / radius, and <r^2> = 1/2. A tilt does not count.
+  const double spread = 4 * std::sqrt(3.0) * 0.4 / 3.0 / std::numbers::sqrt2 * 10.8 / std::numbers::pi;
+  EXPECT_NEAR(RaySpreadOf(BeamsIn(EyeOf({0, 0.3, -0.5, 0, 0.4}), 550)), spread, 1e-9);
+}
+
+TEST(RaySpread, OfTwoColoursHasTheirDistance) {
+  Eye eye = EyeOf({}, 5.0, 550);
+  eye.achromaticAxisXmm = 0.6;
+  const double blue = RaySpreadOf(BeamsIn(eye, 450)), red = RaySpreadOf(BeamsIn(eye, 650));
+  const double apart = (ChromaticDifference(650, 550) - ChromaticDifference(450, 550)) * 0.6 * 10.8 / std::numbers::pi;
+  EXPECT_NEAR(RaySpreadOf(*BeamsOf(eye, {{450, 1.0}, {650, 1.0}})),
+              std::sqrt((blue * blue + red * red) / 2 + apart * apart / 4), 1e-9);
+}
+
 }  // namespace
 }  // namespace orvanel::physical
