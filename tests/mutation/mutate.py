@@ -36,6 +36,7 @@ ENGINE = ["models", "memory", "interface", "golden", "reference"]
 PROGRAMS = {"interface": ["interface", "failing_memory", "reference"],
             "base": ["base", "optics", "golden", "reference"],
             "optics": ["optics", *ENGINE], "models": ENGINE, "include": ["models", "optics", *ENGINE[1:]],
+            "models/physical": ["physical"],
             "targets": ["targets", "interface", "golden"],
             "eye": ["eye", "evaluation", "cases"], "metrics": ["metrics", "evaluation", "cases"],
             "evaluation": ["evaluation", "cases"], "files": ["files", "cases"], "drawing": ["drawing", "cases"],
@@ -45,7 +46,10 @@ CASES = "cases"  # not a program of tests, but what tests/cli/cases runs from ou
 # Tests that stand beside another file than the one that they test.
 TESTS_OF = {"files/pictures/jpeg_decoder.cpp": "tests/files/pictures/picture_file_test.cpp",
             "files/pictures/tiff_decoder.cpp": "tests/files/pictures/picture_file_test.cpp",
-            "files/pictures/stb_decoder.cpp": "tests/files/pictures/picture_file_test.cpp"}
+            "files/pictures/stb_decoder.cpp": "tests/files/pictures/picture_file_test.cpp",
+            "models/physical/kernels/chords.h": "tests/models/physical/kernels/variant_test.cpp",
+            "models/physical/kernels/lines.h": "tests/models/physical/transform/plane_transform_test.cpp",
+            "models/physical/kernels/planes.h": "tests/models/physical/transform/plane_transform_test.cpp"}
 
 # Of the program, what computes, reads or keeps something.
 PROGRAM_FILES = [f"{name}.cpp" for name in (
@@ -169,6 +173,11 @@ def first_failing_case():
     return failed.group(1) if failed else "cases of the program"
 
 
+def part_of(file):
+    """The part of the sources that PROGRAMS knows: a model of its own, or a layer."""
+    return "models/physical" if file.startswith("models/physical/") else file.split("/")[0]
+
+
 def own_tests(file):
     """The tests beside a source file, as the program and the filter that runs them; none where there are none."""
     source = pathlib.PurePath(file)
@@ -176,7 +185,7 @@ def own_tests(file):
     if not test.exists():
         return []
     suites = sorted(set(re.findall(r"^TEST(?:_F|_P)?\((\w+),", test.read_text(), re.M)))
-    return [(source.parts[0], ":".join(f"*{suite}.*" for suite in suites))]
+    return [(part_of(file).split("/")[-1], ":".join(f"*{suite}.*" for suite in suites))]
 
 
 @functools.cache
@@ -190,7 +199,7 @@ def try_one(mutation):
     """What noticed the mistake; None if nothing did."""
     target = COPY / mutation.file
     original = target.read_text()
-    programs = PROGRAMS[mutation.file.split("/")[0]]
+    programs = PROGRAMS[part_of(mutation.file)]
     for program, tests in own_tests(mutation.file) + [(program, "*") for program in programs]:
         require_good(program, tests)
         target.write_text(mutated(mutation, original))

@@ -132,6 +132,7 @@ TEST(Eye, RefusesWhatIsNoLight) {
   Eye unknown = AnEye();
   unknown.referenceNm = 0.0;
   ExpectRefused(unknown, WhiteLight(), Problem::kNoReferenceWavelength, 0.0);
+  ExpectRefused(unknown, {{500, 1.0}, {600, 1.0}}, Problem::kNoReferenceWavelength, 0.0);
 }
 
 }  // namespace

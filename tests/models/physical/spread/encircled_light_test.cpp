@@ -38,6 +38,20 @@ TEST(EncircledLight, OfAirysRings) {
   EXPECT_TRUE(std::isnan(light.DiameterOf(0.9999)));
 }
 
+// Airy's density 1/(pi^3 q^3) of the periods around, whose inverse cubes add up to 9.03 / period^3, is corrected
+// to less than a tenth.
+TEST(EncircledLight, LeavesOutTheLightOfThePeriodsAround) {
+  const double unit = UnitOf(550, 6);
+  Workspace workspace(*ActiveKernels());
+  for (const double r : {30.0, 60.0}) {
+    const EncircledLight light =
+        *EncircledLight::About(EyeOf({}), Monochromatic(550), 0, 0, View::kPatient, r * unit, workspace);
+    const double v = kPi * r, period = 4 * r + 40;
+    const double expected = 1 - std::pow(std::cyl_bessel_j(0, v), 2) - std::pow(std::cyl_bessel_j(1, v), 2);
+    EXPECT_NEAR(light.Within(r * unit), expected, 0.1 * 9.03 * std::pow(r / kPi, 2) / std::pow(period, 3)) << r;
+  }
+}
+
 // The rim of this pupil has 1e-5 of the intensity in its middle, 3e-3 of the amplitude; the PSF is nearly a Gaussian.
 TEST(EncircledLight, OfAGaussianPupilIsGaussian) {
   Eye eye = EyeOf({}, 12.0);
