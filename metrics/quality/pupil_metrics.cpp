@@ -422,7 +422,7 @@ double PupilMetrics::LargestByBave() const {
 // compared.
 double PupilMetrics::TilesBelow() const {
   const physical::Chords chords = physical::ChordsOf(outline_);
-  constexpr int kTiles = static_cast<int>(kTilesAcross), kLines = 12;
+  constexpr int kTiles = static_cast<int>(kTilesAcross), kLines = 8;
   constexpr double kSide = 2.0 / kTilesAcross;
   double below = 0.0, all = 0.0;
   for (int row = 0; row < kTiles; ++row) {

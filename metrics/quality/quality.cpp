@@ -172,13 +172,18 @@ double EntropyOf(const LightWindow& window, Place place) {
   const auto wrapped = [&](int k) { return ((k % window.side) + window.side) % window.side; };
   static const LogarithmTable logarithm;
   constexpr double kDark = 1e-300;
+  const double inner = kEntropyRadiusArcmin - window.spacing, outer = kEntropyRadiusArcmin + window.spacing;
   double sum = 0.0;
   for (int r = middleRow - reach; r <= middleRow + reach; ++r) {
     const double dy = r * window.spacing + window.centreY - place.y;
     for (int c = middleColumn - reach; c <= middleColumn + reach; ++c) {
       const double dx = -c * window.spacing + window.centreX - place.x;
-      const double distance = std::sqrt(dx * dx + dy * dy);
-      const double share = std::clamp((kEntropyRadiusArcmin - distance) / window.spacing + 0.5, 0.0, 1.0);
+      const double square = dx * dx + dy * dy;
+      if (square > outer * outer) continue;
+      const double share =
+          square < inner * inner
+              ? 1.0
+              : std::clamp((kEntropyRadiusArcmin - std::sqrt(square)) / window.spacing + 0.5, 0.0, 1.0);
       const double density = share > 0.0 ? window.At(wrapped(r), wrapped(c)) : 0.0;
       if (density > kDark) sum -= share * density * logarithm.Of(density);
     }
