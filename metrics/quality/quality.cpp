@@ -167,8 +167,8 @@ class LogarithmTable {
 // In a circle about a place; samples at its rim count in part.
 double EntropyOf(const LightWindow& window, Place place) {
   const int reach = static_cast<int>(kEntropyRadiusArcmin / window.spacing) + 2;
-  const int middleRow = static_cast<int>(std::lround((place.y - window.centreY) / window.spacing));
-  const int middleColumn = static_cast<int>(std::lround(-(place.x - window.centreX) / window.spacing));
+  const int middleRow = static_cast<int>(std::floor((place.y - window.centreY) / window.spacing + 0.5));
+  const int middleColumn = static_cast<int>(std::floor(-(place.x - window.centreX) / window.spacing + 0.5));
   const auto wrapped = [&](int k) { return ((k % window.side) + window.side) % window.side; };
   static const LogarithmTable logarithm;
   constexpr double kDark = 1e-300;

@@ -178,6 +178,17 @@ TEST_F(QualityTest, ValuesDoNotDependOnOtherMetricsOrEarlierEyes) {
   }
 }
 
+TEST_F(QualityTest, EveryTableOfKernelsGivesTheSameBits) {
+  const Quality active = Of(AnEye(), {All()});
+  for (const Kernels* const kernels : RunnableKernels()) {
+    QualityWorkspace workspace(*kernels);
+    const QualityOutcome quality = QualityOf(AnEye(), {{550.0, 1.0}}, {All()}, workspace);
+    for (std::size_t i = 0; i < active.values.size(); ++i) {
+      EXPECT_EQ(quality->values[i].value, active.values[i].value) << RowOf(active.values[i].metric).name;
+    }
+  }
+}
+
 TEST_F(QualityTest, WhiteLightOfOneLineIsThatLine) {
   physical::Eye eye = AnEye();
   eye.referenceNm = 550.0;
