@@ -4,6 +4,7 @@
 #include "evaluation/errors.h"
 #include "eye/errors.h"
 #include "files/errors.h"
+#include "models/physical_refusal.h"
 
 namespace orvanel::cli {
 namespace {
@@ -30,6 +31,19 @@ const char* OptionFor(FileFix fix) {
   return "";
 }
 
+std::string RemedyFor(physical::Problem problem) {
+  switch (problem) {
+    case physical::Problem::kNoReferenceWavelength:
+      return "; state it with --reference-wavelength, or as reference_wavelength_nm in the file";
+    case physical::Problem::kGridSpacing:
+      return "; use a smaller --field or more --samples";
+    case physical::Problem::kPixelSize:
+      return "; use a larger --acuity or a smaller --object-angle";
+    default:
+      return "";
+  }
+}
+
 }  // namespace
 
 std::string TextOf(const Error& error) {
@@ -41,6 +55,9 @@ std::string TextOf(const Error& error) {
   }
   if (const auto* const threads = dynamic_cast<const TooFewThreads*>(&error)) {
     return threads->fact + "request fewer with --jobs";
+  }
+  if (const auto* const physical = dynamic_cast<const PhysicalRefusal*>(&error)) {
+    return error.what() + RemedyFor(physical->refusal.problem);
   }
   if (const auto* const file = dynamic_cast<const FileError*>(&error)) return file->fact + OptionFor(file->fix);
   if (const auto* const at = dynamic_cast<const ErrorAt*>(&error); at != nullptr && at->cause) {

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <set>
 #include <string>
 
 #include "cli/commands/command_line.h"
@@ -28,11 +29,10 @@ int main(int argc, char** argv) {
   using namespace orvanel::cli;
   const std::filesystem::path folder = argv[1];
   const Program program = DefineProgram();
+  std::set<std::string> metrics;  // some words are of both models
+  for (const Metric& metric : Metrics()) metrics.insert(metric.word);
   std::string words;
-  for (const Metric& metric : Metrics()) {
-    words += metric.word;
-    words += ' ';
-  }
+  for (const std::string& metric : metrics) words += metric + " ";
   const CLI::App& app = *program.app;
   bool good = Write(folder / "orvanel.1", ManualPage(app, nullptr));
   for (const CLI::App* subcommand : app.get_subcommands({})) {

@@ -22,6 +22,7 @@ struct PlaneSource {
   View view;
   bool grey;  // has values from 0 to 1 and is written as a grey picture; not so the channels of the user's picture
   std::function<const Plane&(const SimulatedEye&)> samples;
+  std::function<ArcMinutes(const SimulatedEye&)> pitch = {};  // of a plane on the retina, by the physical model
 };
 
 std::vector<PlaneSource> PlaneSources(const Request& request);

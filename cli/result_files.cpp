@@ -62,7 +62,7 @@ void AddGreyPictures(std::vector<ResultFile>& files, const std::vector<PlaneSour
 }
 
 // Adds the user's picture in colour, with the bits of its file, or 16 if `deep`.
-void AddPicture(std::vector<ResultFile>& files, bool deep) {
+void AddPicture(std::vector<ResultFile>& files, ModelKind model, bool deep) {
   using Channels = const std::vector<Plane>& (*)(const RetinalPicture&);
   const auto add = [&files, deep](const std::string& name, Channels channels) {
     files.push_back({name + ".png", [deep, channels](const SimulatedEye& simulated) {
@@ -73,7 +73,9 @@ void AddPicture(std::vector<ResultFile>& files, bool deep) {
   };
   add("picture_original", [](const RetinalPicture& p) -> const std::vector<Plane>& { return p.object.channels; });
   add("picture_seen", [](const RetinalPicture& p) -> const std::vector<Plane>& { return p.seen; });
-  add("picture_contrast_kept", [](const RetinalPicture& p) -> const std::vector<Plane>& { return p.contrastKept; });
+  if (model == ModelKind::kClassic) {
+    add("picture_contrast_kept", [](const RetinalPicture& p) -> const std::vector<Plane>& { return p.contrastKept; });
+  }
   files.push_back({kPictureFile, [](const SimulatedEye& simulated) { return EncodePng(DrawPictureSheet(simulated)); }});
 }
 
@@ -108,7 +110,7 @@ std::vector<ResultFile> ResultFiles(const Request& request) {
   AddGreyPictures(files, sources);
   const auto deep = [](const Format* format) { return format->greyOnly; };
   if (request.pictureChannels > 0) {
-    AddPicture(files, std::any_of(request.formats.begin(), request.formats.end(), deep));
+    AddPicture(files, request.model, std::any_of(request.formats.begin(), request.formats.end(), deep));
   }
   for (const Format* format : request.formats) AddFormat(files, *format, sources);
   files.push_back({kChartFile, [](const SimulatedEye& r) { return EncodePng(DrawChart(r)); }});

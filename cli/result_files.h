@@ -18,6 +18,8 @@ struct Request {
   std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
   std::vector<const Format*> formats;  // in addition to the PNG pictures; each once
   std::size_t pictureChannels = 0;     // of the user's picture, 0 without one
+  ModelKind model = ModelKind::kClassic;
+  View view = View::kRetina;  // of PSF and MTF
 };
 
 struct ResultFile {

@@ -6,13 +6,20 @@
 
 namespace orvanel::cli {
 
+namespace {
+
+std::string Stem(const std::string& acuity, Gap gap) { return "ring_acuity-" + acuity + "_gap-" + Word(gap); }
+
+}  // namespace
+
 std::string RingStem(double drawnAcuity, Gap gap) {
   constexpr int kDigits = 4;
-  return "ring_acuity-" + NumberText(drawnAcuity, kDigits) + "_gap-" + Word(gap);
+  return Stem(NumberText(drawnAcuity, kDigits), gap);
 }
 
-std::string RingStem(Millimetres pupil, const RingRequest& request) {
-  return RingStem(EffectiveAcuity(pupil, RingDiameter(pupil, request.acuity)), request.gap);
+std::string RingStem(const Request& request, const RingRequest& ring) {
+  if (request.model == ModelKind::kPhysical) return Stem(ShortestText(ring.acuity), ring.gap);
+  return RingStem(EffectiveAcuity(request.pupil, RingDiameter(request.pupil, ring.acuity)), ring.gap);
 }
 
 }  // namespace orvanel::cli

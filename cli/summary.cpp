@@ -8,9 +8,11 @@
 #include "base/number_text.h"
 #include "cli/coefficient_report.h"
 #include "cli/console/report.h"
+#include "cli/physical_summary.h"
 #include "cli/planes.h"
 #include "cli/ring_files.h"
 #include "evaluation/evaluator.h"
+#include "evaluation/model_notes.h"
 #include "evaluation/rings.h"
 #include "eye/adjustments.h"
 #include "eye/conventions/partial_convention.h"
@@ -41,10 +43,6 @@ Json GivenJson(const Eye& eye) {
 
 Json EyeJson(const SimulatedEye& simulated) {
   const Eye& eye = simulated.measured;
-  Json library = Json::array();
-  for (const Millimetres c : ToLibrary(simulated.eye.coefficients)) {
-    library.push_back(c.value());
-  }
   Json json = {{"file", eye.file},
                {"name", eye.name},
                {"source", eye.source},
@@ -55,9 +53,15 @@ Json EyeJson(const SimulatedEye& simulated) {
                {"coefficients_as_given", GivenJson(eye)},
                {"changes", simulated.changes},
                {"simulated_eye", Word(simulated.eye.side)},
-               {"simulated_pupil_diameter_mm", simulated.eye.pupil.value()},
-               {"coefficients_library_mm", library},
-               {"unused_coefficients", "0 to 2: piston and tilts only move the image"}};
+               {"simulated_pupil_diameter_mm", simulated.eye.pupil.value()}};
+  if (simulated.results.physical) {
+    json["simulated_coefficients_osa_um"] = simulated.eye.coefficients.osa();
+  } else {
+    Json library = Json::array();
+    for (const Millimetres c : ToLibrary(simulated.eye.coefficients)) library.push_back(c.value());
+    json["coefficients_library_mm"] = library;
+    json["unused_coefficients"] = "0 to 2: piston and tilts only move the image";
+  }
   if (eye.referenceWavelength) json[kReferenceKey] = eye.referenceWavelength->value();
   if (simulated.dropped) {
     json["dropped_orders_above"] = simulated.dropped->above;
@@ -81,6 +85,7 @@ Json RefractionsJson(const Eye& eye) {
 }
 
 Json MtfJson(const SimulatedEye& simulated) {
+  if (simulated.results.physical) return PhysicalMtfJson(simulated.results);
   Json json = Json::array();
   const Results& s = simulated.results;
   const Scales& scales = simulated.results.scales;
@@ -98,6 +103,7 @@ double RoundNanometres(Millimetres length) { return std::round(ToNanometres(leng
 
 // Metrics are looked up by their column names.
 Json ScalarsJson(const SimulatedEye& simulated) {
+  if (simulated.results.physical) return PhysicalScalarsJson(simulated.results);
   const auto metric = [&simulated](const char* column) { return ValueOf(simulated.eye, simulated.results, column); };
   const Results& s = simulated.results;
   const Scales& scales = simulated.results.scales;
@@ -122,6 +128,7 @@ Json ScalarsJson(const SimulatedEye& simulated) {
 }
 
 Json RingsJson(const SimulatedEye& simulated) {
+  if (simulated.results.physical) return PhysicalRingsJson(simulated.results);
   Json rings = Json::array();
   for (const Ring& ring : simulated.results.rings) {
     const std::string stem = RingStem(ring.effectiveAcuity, ring.request.gap);
@@ -151,6 +158,8 @@ Json ViewsJson(const SimulatedEye& simulated) {
                           {"patient_field", NasalSide(View::kPatient, simulated.eye.side)}};
   }
   Request request{simulated.eye.pupil, {}, {}};
+  request.model = simulated.results.model;
+  if (simulated.results.physical) request.view = simulated.results.physical->view;
   for (const Ring& ring : simulated.results.rings) request.rings.push_back(ring.request);
   if (simulated.results.picture) request.pictureChannels = simulated.results.picture->object.channels.size();
   for (const PlaneSource& source : PlaneSources(request)) json["of_planes"][source.name] = Word(source.view);
@@ -158,18 +167,24 @@ Json ViewsJson(const SimulatedEye& simulated) {
 }
 
 // Describes the user's picture in all formats of results.
-Json PictureJson(const RetinalPicture& picture, const Scales& scales) {
-  const ObjectPicture& object = picture.object;
-  return {{"file", object.request.file},
-          {"width_pixels", object.width},
-          {"height_pixels", object.height},
-          {"channels", object.channels.size()},
-          {"bits", object.bits},
-          {"fit", Word(object.request.fit)},
-          {"values", object.request.linear ? "light" : "sRGB"},
-          {"white_under_transparent_parts", object.transparent},
-          {"field_arcmin_library_scale", FieldOf(scales.library).value()},
-          {"field_arcmin_optical_scale", FieldOf(scales.optical).value()}};
+Json PictureJson(const Results& results) {
+  const ObjectPicture& object = results.picture->object;
+  Json json = {{"file", object.request.file},
+               {"width_pixels", object.width},
+               {"height_pixels", object.height},
+               {"channels", object.channels.size()},
+               {"bits", object.bits},
+               {"fit", Word(object.request.fit)},
+               {"values", object.request.linear ? "light" : "sRGB"},
+               {"white_under_transparent_parts", object.transparent}};
+  if (results.physical) {
+    json["field_arcmin"] = results.objectSide.value();
+    json["surround"] = "the mean luminance of each channel";
+  } else {
+    json["field_arcmin_library_scale"] = FieldOf(results.scales.library).value();
+    json["field_arcmin_optical_scale"] = FieldOf(results.scales.optical).value();
+  }
+  return json;
 }
 
 // Appends a JSON value as facts: the keys of objects are joined by underscores.
@@ -186,7 +201,7 @@ void AppendFacts(std::vector<Fact>& facts, const std::string& name, const Json& 
 }
 
 // One line for each acuity, with all its gaps; rings of one acuity follow each other.
-std::string RingLines(const std::vector<Ring>& rings, const Scales& scales) {
+std::string RingLines(const std::vector<Ring>& rings) {
   std::string lines, label = "Rings";
   for (std::size_t i = 0; i < rings.size();) {
     const Ring& ring = rings[i];
@@ -197,8 +212,7 @@ std::string RingLines(const std::vector<Ring>& rings, const Scales& scales) {
     lines +=
         ReportLine(std::exchange(label, ""),
                    "acuity " + NumberText(ring.request.acuity, 4) + " drawn as " + NumberText(ring.effectiveAcuity, 3) +
-                       " (library scale), which is " + NumberText(OpticalAcuity(ring.effectiveAcuity, scales), 3) +
-                       " (optical scale), " + std::to_string(ring.diameter) + " samples, gap " + gaps +
+                       ", " + std::to_string(ring.diameter) + " samples, gap " + gaps +
                        (IsFarOff(ring) ? "; " + DeviationText(ring) + " the acuity requested" : ""));
   }
   return lines;
@@ -208,18 +222,17 @@ std::string MtfLines(const SimulatedEye& simulated) {
   const Scales& scales = simulated.results.scales;
   std::string lines;
   for (const CyclesPerDegree frequency : simulated.mtfAt) {
-    lines += ReportLine(
-        lines.empty() ? "MTF" : "",
-        NumberText(MtfAt(simulated.results.lineSpreads.horizontal, scales.library, frequency), 4) + " horizontal, " +
-            NumberText(MtfAt(simulated.results.lineSpreads.vertical, scales.library, frequency), 4) + " vertical at " +
-            NumberText(frequency.value(), 6) + " cycles/degree (library scale), which is " +
-            NumberText((frequency / scales.ratio).value(), 4) + " (optical scale)");
+    lines += ReportLine(lines.empty() ? "MTF" : "",
+                        NumberText(MtfAt(simulated.results.lineSpreads.horizontal, scales.library, frequency), 4) +
+                            " horizontal, " +
+                            NumberText(MtfAt(simulated.results.lineSpreads.vertical, scales.library, frequency), 4) +
+                            " vertical at " + NumberText(frequency.value(), 6) + " cycles/degree");
   }
   return lines;
 }
 
-std::string PictureLines(const RetinalPicture& picture, const Scales& scales) {
-  const ObjectPicture& object = picture.object;
+std::string PictureLines(const Results& results) {
+  const ObjectPicture& object = results.picture->object;
   std::string text = object.request.file + ", " + std::to_string(object.width) + " x " + std::to_string(object.height) +
                      " pixels, " + (object.channels.size() == 1 ? "grey" : "colour") + " of " +
                      std::to_string(object.bits) + " bits";
@@ -227,8 +240,23 @@ std::string PictureLines(const RetinalPicture& picture, const Scales& scales) {
   if (object.transparent) text += ", white under transparent parts";
   return ReportLine("Your picture", text) +
          ReportLine("", std::string(Description(object.request.fit)) + "; the 256 samples span " +
-                            NumberText(FieldOf(scales.library).value(), 4) + " arc minutes (library scale), " +
-                            NumberText(FieldOf(scales.optical).value(), 4) + " arc minutes (optical scale)");
+                            NumberText(results.objectSide.value(), 4) + " arc minutes");
+}
+
+// What the report says of the classic model between the refraction and the pictures, on the model's own scale.
+std::string ClassicLines(const SimulatedEye& simulated) {
+  const Results& s = simulated.results;
+  std::string text =
+      ReportLine("Wavefront", "RMS " + NumberText(s.wavefront.rms.value(), 3) + " um (" +
+                                  NumberText(s.wavefront.rms / ToMicrometres(Wavelength()), 3) +
+                                  " waves), peak to valley " + NumberText(s.wavefront.peakToValley.value(), 3) + " um");
+  text += ReportLine("Strehl ratio", NumberText(s.strehl, 4) + " at the brightest sample, " +
+                                         NumberText(s.strehlPeak, 4) + " at the peak between samples");
+  text += ReportLine("PSF window", "half extent " + NumberText(s.scales.library.halfWidth.value(), 4) +
+                                       " mm on the retina, " + NumberText(s.scales.library.halfWidthAngle.value(), 4) +
+                                       " arc minutes");
+  text += ReportLine("MTF range", NumberText(s.scales.frequencyRange.value(), 5) + " cycles/degree");
+  return text + MtfLines(simulated) + RingLines(s.rings);
 }
 
 }  // namespace
@@ -244,9 +272,16 @@ std::vector<Fact> FactsOf(const SimulatedEye& simulated) {
   for (const std::string& change : simulated.changes) changes += (changes.empty() ? "" : "; ") + change;
   eye["changes"] = changes;
   facts.update(eye);
+  facts["model"] = Word(simulated.results.model);
+  if (const auto& physical = simulated.results.physical) {
+    facts["light"] = LightText(simulated.results);
+    facts["reference_wavelength_nm"] = physical->reference.value();
+    facts["reference_wavelength_assumed"] = physical->referenceAssumed ? 1.0 : 0.0;
+    facts["stiles_crawford_rho_per_mm2"] = physical->stilesCrawford.rho;
+  }
   facts.update(ScalarsJson(simulated));
   facts["refraction"] = RefractionsJson(simulated.eye);
-  if (simulated.results.picture) facts["picture"] = PictureJson(*simulated.results.picture, simulated.results.scales);
+  if (simulated.results.picture) facts["picture"] = PictureJson(simulated.results);
   std::vector<Fact> list;
   // Converted through text, because the name of a file may not be UTF-8.
   AppendFacts(list, "", Json::parse(facts.dump(-1, ' ', false, Json::error_handler_t::replace)));
@@ -258,6 +293,7 @@ std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::st
       {"program", "orvanel"},
       {"version", ORVANEL_VERSION},
       {"eye", EyeJson(simulated)},
+      {"model", ModelJson(simulated.results)},
       {"scales",
        {{"library_scale",
          "frequencies, retinal lengths and ring sizes are those of a pupil of twice the diameter, since the library "
@@ -277,10 +313,17 @@ std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::st
       {"files", files},
       {"warnings", simulated.warnings}};
   if (simulated.results.picture) {
-    summary["picture"] = PictureJson(*simulated.results.picture, simulated.results.scales);
+    summary["picture"] = PictureJson(simulated.results);
     summary["picture"]["original_file"] = "picture_original.png";
     summary["picture"]["seen_file"] = "picture_seen.png";
     summary["picture"]["contrast_kept_file"] = "picture_contrast_kept.png";
+  }
+  if (simulated.results.physical) {
+    summary.erase("scales");
+    summary["planes"] =
+        "row 0 at the top; wavefront in mm, not a number outside the pupil, all others without unit; planes of the "
+        "user's picture hold light, its PNG files are coded like the given file";
+    if (simulated.results.picture) summary["picture"].erase("contrast_kept_file");
   }
   if (files.empty()) {  // only the numbers
     summary.erase("planes");
@@ -296,32 +339,13 @@ std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::st
 
 std::string SummaryText(const SimulatedEye& simulated, const std::string& folder, std::size_t fileCount) {
   const Eye& eye = simulated.eye;
-  const Results& s = simulated.results;
-  const Scales& scales = simulated.results.scales;
-  const std::string pupil = NumberText(eye.pupil.value(), 6) + " mm";
   std::string text = EyeLines(simulated.measured, simulated.changes);
-  text += ReportLine("Pupil", pupil + ", wavelength " + NumberText(ToNanometres(Wavelength()).value(), 5) + " nm");
+  text += ReportLine("Pupil", NumberText(eye.pupil.value(), 6) + " mm");
   text += RefractionLines(eye, CylinderSign::kMinus);
-  text +=
-      ReportLine("Wavefront", "RMS " + NumberText(s.wavefront.rms.value(), 3) + " um (" +
-                                  NumberText(s.wavefront.rms / ToMicrometres(Wavelength()), 3) +
-                                  " waves), peak to valley " + NumberText(s.wavefront.peakToValley.value(), 3) + " um");
-  text += ReportLine("Strehl ratio", NumberText(s.strehl, 4) + " at the brightest sample, " +
-                                         NumberText(s.strehlPeak, 4) + " at the peak between samples");
-  text += ReportLine("PSF window",
-                     "half extent " + NumberText(scales.library.halfWidth.value(), 4) + " mm on the retina, " +
-                         NumberText(scales.library.halfWidthAngle.value(), 4) + " arc minutes (library scale); " +
-                         NumberText(scales.optical.halfWidthAngle.value(), 4) + " arc minutes (optical scale)");
-  text += ReportLine("MTF range", NumberText(scales.frequencyRange.value(), 5) + " cycles/degree (library scale)");
-  text += MtfLines(simulated);
-  text += ReportLine("Optical cut-off", NumberText(scales.opticalCutOff.value(), 4) + " cycles/degree for a pupil of " +
-                                            pupil + " (optical scale)");
-  text += RingLines(s.rings, scales);
-  if (simulated.results.picture) text += PictureLines(*simulated.results.picture, scales);
-  text += ReportLine("Scales",
-                     "library scale = that of a pupil of twice the diameter; optical scale = the pupil as "
-                     "stated; ratio " +
-                         NumberText(scales.ratio, 5));
+  const std::vector<std::string> notes = ModelNotes(simulated.results);
+  for (std::size_t i = 0; i < notes.size(); ++i) text += ReportLine(i == 0 ? "Model" : "", notes[i]);
+  text += simulated.results.physical ? PhysicalLines(simulated) : ClassicLines(simulated);
+  if (simulated.results.picture) text += PictureLines(simulated.results);
   text += ReportLine("Pictures", std::to_string(fileCount) + " files in " + folder + "; open " +
                                      (folder.ends_with('/') ? folder : folder + "/") + kOverviewFile + " first");
   return text;

@@ -11,6 +11,7 @@
 #include "drawing/canvas/canvas.h"
 #include "drawing/plane_figure.h"
 #include "drawing/sheet.h"
+#include "evaluation/model_notes.h"
 #include "evaluation/rings.h"
 
 namespace orvanel::drawing {
@@ -31,24 +32,36 @@ Window RingWindow(const Ring& ring) {
 
 // The cells of the rings, and the magnification, which is the same for all rings.
 struct Grid {
-  double sample;                        // pixels on each side of a drawn sample, a whole number
+  double perMinute;                     // pixels of an arc minute
   std::size_t columns;                  // cells in a row
   std::vector<double> widths, heights;  // of columns and rows
 
-  double Panel(const Ring& ring) const { return sample * RingWindow(ring).count; }
+  double Panel(const Ring& ring) const { return perMinute * ring.pixel.value() * RingWindow(ring).count; }
 };
 
 std::size_t Columns(const std::vector<ShownRing>& rings) {
   constexpr std::size_t kMaxOfOneGap = 5;
-  const auto first = [&rings](const ShownRing& shown) { return shown.ring->diameter == rings[0].ring->diameter; };
+  const double acuity = rings[0].ring->effectiveAcuity;
+  const auto first = [acuity](const ShownRing& shown) { return shown.ring->effectiveAcuity == acuity; };
   const auto gaps = static_cast<std::size_t>(std::count_if(rings.begin(), rings.end(), first));
   return gaps > 1 ? gaps : std::min(rings.size(), kMaxOfOneGap);
 }
 
+// Where all samples have one size, a sample is a whole number of pixels.
+double MagnificationOf(const std::vector<ShownRing>& rings) {
+  double widest = 0.0, smallest = rings[0].ring->pixel.value(), largest = smallest;
+  for (const ShownRing& shown : rings) {
+    const double pixel = shown.ring->pixel.value();
+    widest = std::max(widest, pixel * RingWindow(*shown.ring).count);
+    smallest = std::min(smallest, pixel);
+    largest = std::max(largest, pixel);
+  }
+  const double perMinute = kLargestPanel / widest;
+  return smallest < largest ? perMinute : std::max(1.0, std::floor(perMinute * smallest)) / smallest;
+}
+
 Grid GridOf(const std::vector<ShownRing>& rings) {
-  int largest = 1;
-  for (const ShownRing& shown : rings) largest = std::max(largest, RingWindow(*shown.ring).count);
-  Grid grid{std::max(1.0, std::floor(kLargestPanel / largest)), Columns(rings), {}, {}};
+  Grid grid{MagnificationOf(rings), Columns(rings), {}, {}};
   grid.widths.resize(grid.columns, kViewWidth);
   grid.heights.resize((rings.size() + grid.columns - 1) / grid.columns, 0.0);
   for (std::size_t i = 0; i < rings.size(); ++i) {
@@ -60,13 +73,12 @@ Grid GridOf(const std::vector<ShownRing>& rings) {
   return grid;
 }
 
-// Describes the part of the field that the panel shows, on both scales.
-std::string PanelText(const Ring& ring, Window window, const Scales& scales) {
+// Describes the part of the field that the panel shows.
+std::string PanelText(const Ring& ring, Window window) {
   if (ring.diameter > ring.seen.columns()) {
     return std::to_string(ring.diameter) + " samples across a field of " + std::to_string(ring.seen.columns());
   }
-  return std::to_string(window.count) + " samples, " + NumberText(window.count * scales.library.pitch.value(), 3) +
-         "\u2032 (" + NumberText(window.count * scales.optical.pitch.value(), 3) + "\u2032 optical scale)";
+  return std::to_string(window.count) + " samples, " + NumberText(window.count * ring.pixel.value(), 3) + "\u2032";
 }
 
 void DrawRing(Canvas& canvas, Point corner, double width, const Grid& grid, const ShownRing& shown,
@@ -75,34 +87,27 @@ void DrawRing(Canvas& canvas, Point corner, double width, const Grid& grid, cons
   const Window window = RingWindow(ring);
   const double panel = grid.Panel(ring);
   DrawTitle(canvas, corner, width, "Acuity " + NumberText(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
-            RequestedText(shown) + "; optical scale " +
-                NumberText(OpticalAcuity(ring.effectiveAcuity, simulated.results.scales), 3),
+            RequestedText(shown) + "; " + NumberText(ring.diameter * ring.pixel.value(), 3) + "\u2032 wide",
             IsFarOff(ring) ? kWarningInk : kFaintInk);
   DrawPanel(canvas, {corner.x, corner.y + kCaptionHeight, panel, panel}, GreyWindow(ring.seen, window),
-            PanelText(ring, window, simulated.results.scales), simulated.eye.side);
+            PanelText(ring, window), simulated.eye.side);
 }
 
-// Draws a scale bar of a round number of arc minutes, about as long as `about`, with its length on both scales.
-void DrawBar(Canvas& canvas, Point start, double sample, double about, const Scales& scales) {
-  const double pixelsOfMinute = sample / scales.library.pitch.value();
-  const std::vector<Tick> ticks = RoundTicks(0.0, about / pixelsOfMinute, 3);
-  const double minutes = ticks.back().value > 0.0 ? ticks.back().value : about / pixelsOfMinute;
-  const double length = minutes * pixelsOfMinute;
+// Draws a scale bar of a round number of arc minutes, about as long as `about`.
+void DrawBar(Canvas& canvas, Point start, double perMinute, double about) {
+  const std::vector<Tick> ticks = RoundTicks(0.0, about / perMinute, 3);
+  const double minutes = ticks.back().value > 0.0 ? ticks.back().value : about / perMinute;
+  const double length = minutes * perMinute;
   canvas.Fill({start.x, start.y, length, 4.0}, kInk);
   for (const double end : {start.x, start.x + length - 3.0}) canvas.Fill({end, start.y - 8.0, 3.0, 20.0}, kInk);
   canvas.Text({start.x + length + 18.0, start.y + 9.0},
-              NumberText(minutes, 4) + "\u2032 on the library scale, " +
-                  NumberText(minutes * scales.optical.pitch.value() / scales.library.pitch.value(), 4) +
-                  "\u2032 on the optical scale; all rings at this magnification, " + NumberText(sample, 3) +
-                  " pixels a sample",
-              {20.0, kInk});
+              NumberText(minutes, 4) + "\u2032; all rings at this magnification", {20.0, kInk});
 }
 
 }  // namespace
 
 ColourPicture DrawChart(const SimulatedEye& simulated) {
   const std::vector<ShownRing> rings = ShownRings(simulated.results.rings);
-  const Scales& scales = simulated.results.scales;
   const Grid grid = GridOf(rings);
   double content = -kGutter, below = 0.0;
   for (const double width : grid.widths) content += width + kGutter;
@@ -110,21 +115,17 @@ ColourPicture DrawChart(const SimulatedEye& simulated) {
   content = std::max(content, kMinContent);
 
   const SheetHead head(simulated, content);
-  const Paragraph note(
-      "Retinal images of the rings, total light kept. Acuities are those of the rings as drawn. Acuities and angles "
-      "are on the library scale, that of a pupil of twice the diameter; the optical scale is that of the pupil as "
-      "stated, whose cut-off "
-      "is " +
-          NumberText(scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " + NumberText(scales.ratio, 5) +
-          ". \u2032 is a minute of arc.",
-      {18.0, kInk}, content);
+  std::string text =
+      "Retinal images of the rings. Acuities are those of the rings as drawn; \u2032 is a minute of arc.";
+  for (const std::string& sentence : ModelNotes(simulated.results)) text += " " + sentence;
+  const Paragraph note(text, {18.0, kInk}, content);
   const double bar = head.height() + 14.0 + note.height(), top = bar + kBarHeight;
   Canvas canvas(content + 2.0 * kMargin, top + below + kMargin / 2.0, 1.0);
 
   head.Draw(canvas, {kMargin, 0.0});
   canvas.Fill({kMargin, head.height(), content, 2.0}, kGridLine);
   note.Draw(canvas, {kMargin, head.height() + 14.0});
-  DrawBar(canvas, {kMargin, bar + 34.0}, grid.sample, kViewWidth, scales);
+  DrawBar(canvas, {kMargin, bar + 34.0}, grid.perMinute, kViewWidth);
   Point corner{kMargin, top};
   for (std::size_t i = 0; i < rings.size(); ++i) {
     const double width = grid.widths[i % grid.columns];

@@ -8,17 +8,17 @@
 
 #include "base/elementary.h"
 #include "base/number_text.h"
+#include "evaluation/model_notes.h"
 
 namespace orvanel::drawing {
 namespace {
 
-constexpr double kCentre = ORVANEL_GRID_SIZE / 2;
-constexpr Window kPupilWindow{60, 137};  // the pupil, samples 64 to 192, and a margin
-constexpr double kDecades = 6.0;         // of the logarithmic figure
+constexpr double kDecades = 6.0;  // of the logarithmic figure
 
 // The axis from the outer edge of the first sample of a window to that of the last.
-Axis WindowAxis(Window window, double pitch, const std::string& label) {
-  const double first = (window.first - kCentre - 0.5) * pitch;
+template <class Unit>
+Axis WindowAxis(Window window, const SampleAxis<Unit>& samples, const std::string& label) {
+  const double pitch = samples.step.value(), first = (window.first - samples.centre - 0.5) * pitch;
   return {first, first + window.count * pitch, label};
 }
 
@@ -27,19 +27,39 @@ Axis Upwards(Axis rows) { return {-rows.first, -rows.last, rows.label}; }
 
 std::string PupilText(const Results& results) { return NumberText(results.pupil.value(), 4) + " mm pupil"; }
 
-// The sample spacing in the axes' unit, on both scales.
+// "3 mm pupil, classic model; a sample: 0.0841".
 template <class Quantity>
-std::string SampleNote(const Results& results, Quantity library, Quantity optical) {
-  return "A sample: " + NumberText(library.value(), 4) + "; optical scale (" + PupilText(results) +
-         "): " + NumberText(optical.value(), 4);
+std::string SampleNote(const Results& results, Quantity sample, const char* unit) {
+  return PupilText(results) + ", " + ModelText(results) + "; a sample: " + NumberText(sample.value(), 4) + unit;
+}
+
+// The pupil, samples 64 to 192 of the classic plane, and a margin; or the whole map.
+Window PupilWindow(const Results& results) {
+  return results.model == ModelKind::kClassic ? Window{60, 137} : WholeOf(results.wavefront.map);
+}
+
+View ViewOf(const Results& results) { return results.physical ? results.physical->view : View::kRetina; }
+
+double Highest(const Plane& plane) { return plane.empty() ? 1.0 : *std::max_element(plane.begin(), plane.end()); }
+
+// "arc minutes", with the origin if it is not the axis.
+std::string OriginText(const Results& results) {
+  const bool isAxis = !results.physical || results.physical->origin == physical::Origin::kAxis;
+  return isAxis ? "arc minutes" : std::string("arc minutes from the ") + Word(results.physical->origin);
+}
+
+// What 1 is: the classic PSF has 1 at its own peak.
+std::string PsfUnitText(const Results& results) {
+  return results.model == ModelKind::kClassic ? "of peak" : "of perfect";
 }
 
 // The window that contains every sample brighter than a hundredth of the peak.
 Window BrightWindow(const Plane& psf) {
+  const double threshold = 0.01 * Highest(psf);
   int reach = 0;
   for (int row = 0; row < psf.rows(); ++row) {
     for (int column = 0; column < psf.columns(); ++column) {
-      if (psf.At(row, column) < 0.01) continue;
+      if (psf.At(row, column) < threshold) continue;
       reach = std::max({reach, std::abs(row - psf.rows() / 2), std::abs(column - psf.columns() / 2)});
     }
   }
@@ -54,12 +74,13 @@ std::string WindowText(Window window, const Plane& plane) {
 PlaneFigure PsfBase(const Results& results, Side side, Window window) {
   PlaneFigure figure;
   figure.window = window;
-  const double pitch = results.scales.library.pitch.value();
-  figure.x = WindowAxis(window, pitch, "horizontal (arc minutes, library scale)");
-  figure.y = Upwards(WindowAxis(window, pitch, "vertical, up (arc minutes)"));
-  figure.note = SampleNote(results, results.scales.library.pitch, results.scales.optical.pitch);
+  const std::string unit = OriginText(results);
+  figure.x = WindowAxis(window, results.retinaAxis, "horizontal (" + unit + ")");
+  figure.y = Upwards(WindowAxis(window, results.retinaAxis, "vertical, up (" + unit + ")"));
+  figure.note = SampleNote(results, results.retinaAxis.step, "\u2032");
+  figure.scaleBar = true;
   figure.map = &kInferno;
-  figure.view = View::kRetina;
+  figure.view = ViewOf(results);
   figure.side = side;
   return figure;
 }
@@ -71,18 +92,25 @@ std::string PowerOfTen(int exponent) {
 
 }  // namespace
 
+std::string ModelText(const Results& results) { return std::string(Word(results.model)) + " model"; }
+
+std::string StrehlText(const Results& results) {
+  const std::string first = NumberText(results.strehl, 3), peak = NumberText(results.strehlPeak, 3);
+  return results.model == ModelKind::kClassic ? first + " at the brightest sample, " + peak + " between samples"
+                                              : first + " axis, " + peak + " peak";
+}
+
 PlaneFigure WavefrontFigure(const Results& results, Side side) {
   constexpr double kMinRange = 0.05;  // um; for a flat wavefront, whose range is 0
   const Wavefront& wavefront = results.wavefront;
-  const double pitch = results.pupil.value() / 2.0 / (ORVANEL_GRID_SIZE / 4);
   PlaneFigure figure;
   figure.title = "Wavefront aberration";
   figure.subtitle = "RMS " + NumberText(wavefront.rms.value(), 3) + " \u00b5m, peak to valley " +
                     NumberText(wavefront.peakToValley.value(), 3) + " \u00b5m";
-  figure.note = "True positions in the " + PupilText(results);
-  figure.window = kPupilWindow;
-  figure.x = WindowAxis(kPupilWindow, pitch, "pupil x (mm)");
-  figure.y = Upwards(WindowAxis(kPupilWindow, pitch, "pupil y, up (mm)"));
+  figure.note = PupilText(results) + ", " + ModelText(results);
+  figure.window = PupilWindow(results);
+  figure.x = WindowAxis(figure.window, results.pupilAxis, "pupil x (mm)");
+  figure.y = Upwards(WindowAxis(figure.window, results.pupilAxis, "pupil y, up (mm)"));
   figure.view = View::kPupil;
   figure.side = side;
   figure.high = kMinRange;
@@ -101,12 +129,12 @@ PlaneFigure WavefrontFigure(const Results& results, Side side) {
 PlaneFigure PsfFigure(const Results& results, Side side) {
   PlaneFigure figure = PsfBase(results, side, BrightWindow(results.psf));
   figure.title = "Point spread function";
-  figure.subtitle = "Strehl ratio " + NumberText(results.strehl, 3) + "; " + WindowText(figure.window, results.psf);
+  figure.subtitle = "Strehl ratio " + StrehlText(results) + "; " + WindowText(figure.window, results.psf);
   figure.values = results.psf;
   figure.low = 0.0;
-  figure.high = 1.0;
-  figure.barTicks = RoundTicks(0.0, 1.0, 5);
-  figure.barLabel = "of peak";
+  figure.high = results.model == ModelKind::kClassic ? 1.0 : Highest(results.psf);
+  figure.barTicks = RoundTicks(0.0, figure.high, 5);
+  figure.barLabel = PsfUnitText(results);
   return figure;
 }
 
@@ -114,8 +142,9 @@ PlaneFigure PsfLogFigure(const Results& results, Side side) {
   PlaneFigure figure = PsfBase(results, side, WholeOf(results.psf));
   figure.title = "Point spread function, logarithmic";
   figure.subtitle = WindowText(figure.window, results.psf);
+  const double peak = results.model == ModelKind::kClassic ? 1.0 : Highest(results.psf);
   figure.values = results.psf;
-  for (double& v : figure.values) v = v > 0.0 ? Logarithm(v) / std::numbers::ln10 : -kDecades;
+  for (double& v : figure.values) v = v > 0.0 ? Logarithm(v / peak) / std::numbers::ln10 : -kDecades;
   figure.low = -kDecades;
   figure.high = 0.0;
   for (int exponent = 0; exponent >= -static_cast<int>(kDecades); --exponent) {
@@ -133,12 +162,11 @@ PlaneFigure MtfFigure(const Results& results) {
   figure.values = results.mtf;
   for (double& v : figure.values) v = std::sqrt(v);
   figure.window = WholeOf(results.mtf);
-  const double step = results.scales.library.step.value();
-  figure.x = WindowAxis(figure.window, step, "horizontal (cycles/degree, library scale)");
-  figure.y = Upwards(WindowAxis(figure.window, step, "vertical, up (cycles/degree)"));
-  figure.view = View::kRetina;
+  figure.x = WindowAxis(figure.window, results.frequencyAxis, "horizontal (cycles/degree)");
+  figure.y = Upwards(WindowAxis(figure.window, results.frequencyAxis, "vertical, up (cycles/degree)"));
+  figure.view = ViewOf(results);
   figure.side = Side::kUnknown;  // frequencies have no nasal side
-  figure.note = SampleNote(results, results.scales.library.step, results.scales.optical.step);
+  figure.note = SampleNote(results, results.frequencyAxis.step, " c/deg");
   figure.map = &kViridis;
   figure.low = 0.0;
   figure.high = 1.0;

@@ -10,6 +10,7 @@
 #include "drawing/figures.h"
 #include "drawing/sections_figure.h"
 #include "drawing/sheet.h"
+#include "evaluation/model_notes.h"
 #include "evaluation/rings.h"
 
 namespace orvanel::drawing {
@@ -65,22 +66,10 @@ void DrawOptics(Canvas& canvas, double y, const SimulatedEye& simulated) {
   DrawSections(canvas, {corner.x + 24.0, corner.y}, results);
 }
 
-void DrawScaleNote(Canvas& canvas, Point corner, const Results& results) {
-  const Scales& scales = results.scales;
-  const std::string pupil = NumberText(results.pupil.value(), 4) + " mm";
+void DrawModelNotes(Canvas& canvas, Point corner, const Results& results) {
   const TextStyle body{kBodySize, kInk};
-  canvas.Text({corner.x, corner.y - kCaptionHeight + 30.0}, "Two scales", {kTitleSize, kInk, true});
-  for (const std::string& text :
-       {std::string(
-            "Library scale: the library takes the pupil value so that its frequencies, retinal lengths and ring "
-            "sizes (acuities) are those of a pupil of twice the diameter."),
-        "Optical scale: those of the " + pupil + " pupil as stated.",
-        "Frequency range " + NumberText(scales.frequencyRange.value(), 5) +
-            " cycles/degree (library scale); optical cut-off " + NumberText(scales.opticalCutOff.value(), 5) +
-            " cycles/degree; ratio " + NumberText(scales.ratio, 5) + ".",
-        "The whole field of 256 samples is " + NumberText(FieldOf(scales.library).value(), 4) +
-            " arc minutes wide on the library scale and " + NumberText(FieldOf(scales.optical).value(), 4) +
-            " on the optical scale."}) {
+  canvas.Text({corner.x, corner.y - kCaptionHeight + 30.0}, "About these numbers", {kTitleSize, kInk, true});
+  for (const std::string& text : ModelNotes(results)) {
     const Paragraph paragraph(text, body, kPanel);
     paragraph.Draw(canvas, corner);
     corner.y += paragraph.height() + kBodySize;
@@ -101,10 +90,13 @@ void DrawStar(Canvas& canvas, double top, const SimulatedEye& simulated) {
   DrawTitle(canvas, first, kPanel, "Sector star", "40 sectors, whole field");
   DrawPanel(canvas, PanelBox(first.x, first.y + upper),
             GreyWindow(results.star.original, WholeOf(results.star.original)), "original", side);
-  DrawPanel(canvas, PanelBox(first.x, first.y + lower),
-            GreyWindow(results.star.stretched, WholeOf(results.star.stretched)),
-            "retinal image, stretched from black to white", side);
-  DrawScaleNote(canvas, {second.x, second.y + upper}, results);
+  DrawModelNotes(canvas, {second.x, second.y + upper}, results);
+  // The classic model alone stretches its image.
+  const bool stretched = !results.star.stretched.empty();
+  const Plane& below = stretched ? results.star.stretched : results.star.totalLight;
+  DrawPanel(canvas, PanelBox(first.x, first.y + lower), GreyWindow(below, WholeOf(below)),
+            stretched ? "retinal image, stretched from black to white" : "retinal image", side);
+  if (!stretched) return;
   DrawPanel(canvas, PanelBox(second.x, second.y + lower),
             GreyWindow(results.star.totalLight, WholeOf(results.star.totalLight)), "retinal image, total light kept",
             side);
@@ -125,8 +117,7 @@ void DrawRings(Canvas& canvas, double top, const SimulatedEye& simulated, const 
     const Point corner = CellCorner(top, cell++);
     DrawTitle(canvas, corner, kPanel,
               "Acuity " + NumberText(ring.effectiveAcuity, 3) + ", gap " + Word(ring.request.gap),
-              RequestedText(shown) + "; " + std::to_string(ring.diameter) + " samples; optical scale " +
-                  NumberText(OpticalAcuity(ring.effectiveAcuity, simulated.results.scales), 3),
+              RequestedText(shown) + "; " + NumberText(ring.diameter * ring.pixel.value(), 3) + "\u2032 wide",
               IsFarOff(ring) ? kWarningInk : kFaintInk);
     DrawPanel(canvas, PanelBox(corner.x, corner.y + kCaptionHeight), GreyWindow(ring.original, window),
               "original" + part, simulated.eye.side);

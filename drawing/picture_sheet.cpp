@@ -9,6 +9,7 @@
 #include "drawing/canvas/font.h"
 #include "drawing/plane_figure.h"
 #include "drawing/sheet.h"
+#include "evaluation/model_notes.h"
 #include "files/pictures/picture_pixels.h"
 
 namespace orvanel::drawing {
@@ -28,21 +29,26 @@ void DrawSight(Canvas& canvas, Point corner, const std::string& title, const std
   const Box box{corner.x, corner.y + kCaptionHeight, kPanel, kPanel};
   canvas.Paste(box, pixels);
   canvas.Outline(box, 1.5, kInk);
-  const double reach = FieldOf(simulated.results.scales.library).value() / 2.0;
-  DrawAxis(canvas, box, Edge::kBottom, {-reach, reach, "arc minutes, library scale"}, 50.0);
+  const RetinalPicture& picture = *simulated.results.picture;
+  const double reach = picture.pixel.value() * picture.object.channels.at(0).columns() / 2.0;
+  DrawAxis(canvas, box, Edge::kBottom, {-reach, reach, "arc minutes"}, 50.0);
   DrawView(canvas, box, 78.0, View::kPatient, simulated.eye.side);
 }
 
-std::string NoteText(const RetinalPicture& picture, const Scales& scales) {
+std::string NoteText(const Results& results) {
+  const RetinalPicture& picture = *results.picture;
   const ObjectPicture& object = picture.object;
-  return std::to_string(object.width) + " \u00d7 " + std::to_string(object.height) + " pixels, " +
-         std::string(Description(object.request.fit)) + ". The 256 samples span " +
-         NumberText(FieldOf(scales.library).value(), 4) + "\u2032 on the library scale and " +
-         NumberText(FieldOf(scales.optical).value(), 4) +
-         "\u2032 on the optical scale of the pupil, whose cut-off is " + NumberText(scales.opticalCutOff.value(), 4) +
-         " cycles/degree; ratio " + NumberText(scales.ratio, 5) + ". " +
-         (object.request.linear ? "Values are taken as light" : "sRGB values are turned into light and back") +
-         "; total light is kept. Edges wrap round: light blurred over one edge returns at the opposite edge.";
+  const int columns = object.channels.at(0).columns();
+  std::string text =
+      std::to_string(object.width) + " \u00d7 " + std::to_string(object.height) + " pixels, " +
+      std::string(Description(object.request.fit)) + ". The " + std::to_string(columns) + " samples span " +
+      NumberText(picture.pixel.value() * columns, 4) + "\u2032. " +
+      (object.request.linear ? "Values are taken as light." : "sRGB values are turned into light and back.");
+  text += results.physical ? " The mean luminance of each channel surrounds the picture."
+                           : " Total light is kept. Edges wrap round: light blurred over one edge returns at the "
+                             "opposite edge.";
+  for (const std::string& sentence : ModelNotes(results)) text += " " + sentence;
+  return text;
 }
 
 }  // namespace
@@ -50,7 +56,7 @@ std::string NoteText(const RetinalPicture& picture, const Scales& scales) {
 ColourPicture DrawPictureSheet(const SimulatedEye& simulated) {
   const RetinalPicture& picture = *simulated.results.picture;
   const SheetHead head(simulated, kContent);
-  const Paragraph note(NoteText(picture, simulated.results.scales), {18.0, kInk}, kContent);
+  const Paragraph note(NoteText(simulated.results), {18.0, kInk}, kContent);
   const double top = head.height(), notes = top + kCaptionHeight + kPanel + kAxisHeight;
   Canvas canvas(kContent + 2.0 * kMargin, notes + note.height() + kNoteMargin, 1.0);
   head.Draw(canvas, {kMargin, 0.0});
@@ -64,12 +70,16 @@ ColourPicture DrawPictureSheet(const SimulatedEye& simulated) {
       IsDrawable(file) ? canvas.Shortened(file, {kSmallSize, kFaintInk}, kPanel) : "see summary.json for its name",
       PicturePixels(picture.object.channels, linear), simulated);
   corner.x += kPanel + kGutter;
-  DrawSight(canvas, corner, "Retinal image, contrast kept",
-            "without the library\u2019s square: near to light that adds up",
-            PicturePixels(picture.contrastKept, linear), simulated);
-  corner.x += kPanel + kGutter;
-  DrawSight(canvas, corner, "Retinal image of the library", "squared, so that contrast is steeper; clipped at white",
-            PicturePixels(picture.seen, linear), simulated);
+  if (simulated.results.physical) {
+    DrawSight(canvas, corner, "Retinal image", "linear in light", PicturePixels(picture.seen, linear), simulated);
+  } else {
+    DrawSight(canvas, corner, "Retinal image, contrast kept",
+              "without the classic model\u2019s square: near to light that adds up",
+              PicturePixels(picture.contrastKept, linear), simulated);
+    corner.x += kPanel + kGutter;
+    DrawSight(canvas, corner, "Retinal image of the classic model",
+              "squared, so that contrast is steeper; clipped at white", PicturePixels(picture.seen, linear), simulated);
+  }
   note.Draw(canvas, {kMargin, notes});
   return canvas.picture();
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/number_text.h"
 #include "drawing/canvas/text_layout.h"
 
 namespace orvanel::drawing {
@@ -29,6 +30,17 @@ ColourPicture Bar(const std::uint32_t (&map)[256]) {
   ColourPicture bar{1, 256, {}};
   for (int i = 0; i < 256; ++i) bar.pixels.push_back(ColourAt(map, (255 - i) / 255.0));
   return bar;
+}
+
+// A bar of a round number of arc minutes at the lower left, about a quarter as long as the plot is wide.
+void DrawScaleBar(Canvas& canvas, const Box& plot, const Axis& x) {
+  constexpr Colour kWhite{0xff, 0xff, 0xff};
+  const double width = x.last - x.first;
+  const double minutes = RoundTicks(0.0, width / 4.0, 1).back().value;
+  if (!(minutes > 0.0)) return;
+  const Point start{plot.x + 16.0, plot.bottom() - 18.0};
+  canvas.Fill({start.x, start.y, plot.width * minutes / width, 4.0}, kWhite);
+  canvas.Text({start.x, start.y - 8.0}, NumberText(minutes, 4) + "\u2032", {kLabelSize, kWhite, true});
 }
 
 }  // namespace
@@ -83,6 +95,7 @@ void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure) {
                  if (std::isnan(value)) return kBlank;
                  return ColourAt(*figure.map, (value - figure.low) / (figure.high - figure.low));
                }));
+  if (figure.scaleBar) DrawScaleBar(canvas, plot, figure.x);
   canvas.Outline(plot, 1.5, kInk);
   DrawAxis(canvas, plot, Edge::kBottom, figure.x, 50.0);
   DrawAxis(canvas, plot, Edge::kLeft, figure.y, 68.0);

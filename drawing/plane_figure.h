@@ -34,7 +34,8 @@ struct PlaneFigure {
   std::vector<Tick> barTicks;
   std::string barLabel;
   View view;
-  Side side;  // of the eye; marks nasal and temporal unless unknown
+  Side side;              // of the eye; marks nasal and temporal unless unknown
+  bool scaleBar = false;  // a bar of a round number of arc minutes, on the plane
 };
 
 constexpr double kFigureHeight = 566.0;

@@ -6,26 +6,29 @@
 
 #include "base/number_text.h"
 #include "drawing/canvas/axis.h"
+#include "drawing/figures.h"
 #include "drawing/plane_figure.h"
 
 namespace orvanel::drawing {
 namespace {
 
-constexpr Box kPlot{88.0, 118.0, 632.0, 338.0};  // inside the figure
+constexpr Box kPlot{88.0, 72.0, 632.0, 384.0};  // inside the figure
+constexpr double kSamples = 128.0;              // steps of the sections that the plot is wide
 
-struct Curve {
+struct Pen {
   const char* name;
   Colour colour;
   double lineWidth;
   bool dashed;
 };
 
-constexpr Curve kDiffraction{"diffraction limit", {0xb4, 0xbb, 0xc3}, 6.0, false};
-constexpr Curve kHorizontal{"horizontal section", {0x1f, 0x5f, 0xbf}, 3.5, false};
-constexpr Curve kVertical{"vertical section", {0xe0, 0x5a, 0x1c}, 3.0, true};
+constexpr Pen kDiffraction{"diffraction limit", {0xb4, 0xbb, 0xc3}, 6.0, false};
+constexpr Pen kHorizontal{"horizontal section", {0x1f, 0x5f, 0xbf}, 3.5, false};
+constexpr Pen kVertical{"vertical section", {0xe0, 0x5a, 0x1c}, 3.0, true};
+constexpr Pen kMean{"mean of all directions", {0x1a, 0x1a, 0x1a}, 3.5, false};
 
 // Draws the line, or its dashes of equal length.
-void Trace(Canvas& canvas, const std::vector<Point>& points, const Curve& curve) {
+void Trace(Canvas& canvas, const std::vector<Point>& points, const Pen& curve) {
   if (!curve.dashed) return canvas.Line(points, curve.lineWidth, curve.colour);
   constexpr double kDash = 9.0, kPeriod = 17.0;
   std::vector<Point> dash;
@@ -48,18 +51,23 @@ void Trace(Canvas& canvas, const std::vector<Point>& points, const Curve& curve)
   canvas.Line(dash, curve.lineWidth, curve.colour);
 }
 
-std::vector<Point> Points(const Box& plot, const Section& section) {
+std::vector<Point> Points(const Box& plot, const Curve& section) {
   std::vector<Point> points;
   for (std::size_t i = 0; i < section.size(); ++i) {
-    points.push_back({plot.x + plot.width * static_cast<double>(i) / ORVANEL_SECTION_SAMPLES,
-                      plot.bottom() - plot.height * section[i]});
+    points.push_back(
+        {plot.x + plot.width * static_cast<double>(i) / kSamples, plot.bottom() - plot.height * section[i]});
   }
   return points;
 }
 
-void DrawLegend(Canvas& canvas, const Box& plot) {
+// Where the sections end: the cut-off of the pupil, or the range of the classic model.
+CyclesPerDegree CutOffOf(const Results& results) {
+  return results.physical ? results.physical->cutOff : results.scales.frequencyRange;
+}
+
+void DrawLegend(Canvas& canvas, const Box& plot, const std::vector<Pen>& pens) {
   double y = plot.y + 30.0;
-  for (const Curve& curve : {kDiffraction, kHorizontal, kVertical}) {
+  for (const Pen& curve : pens) {
     Trace(canvas, {{plot.right() - 318.0, y - 6.0}, {plot.right() - 268.0, y - 6.0}}, curve);
     canvas.Text({plot.right() - 256.0, y}, curve.name, {kTickTextSize, kInk});
     y += 28.0;
@@ -70,8 +78,8 @@ void DrawLegend(Canvas& canvas, const Box& plot) {
 
 void DrawSections(Canvas& canvas, Point corner, const Results& results) {
   DrawTitle(canvas, {corner.x + kPlot.x, corner.y}, kPlot.width, "MTF sections",
-            "Optical cut-off of the " + NumberText(results.pupil.value(), 4) +
-                " mm pupil: " + NumberText(results.scales.opticalCutOff.value(), 5) + " cycles/degree");
+            NumberText(results.pupil.value(), 4) + " mm pupil, " + ModelText(results) + "; cut-off " +
+                NumberText(CutOffOf(results).value(), 5) + " cycles/degree");
   const Box plot{corner.x + kPlot.x, corner.y + kPlot.y, kPlot.width, kPlot.height};
   for (const Tick& tick : RoundTicks(0.0, 1.0, 5)) {
     canvas.Fill({plot.x, plot.bottom() - plot.height * tick.value - 0.5, plot.width, 1.0}, kGridLine);
@@ -79,19 +87,16 @@ void DrawSections(Canvas& canvas, Point corner, const Results& results) {
   Trace(canvas, Points(plot, results.diffractionLimit), kDiffraction);
   Trace(canvas, Points(plot, results.rowSection), kHorizontal);
   Trace(canvas, Points(plot, results.columnSection), kVertical);
-  DrawLegend(canvas, plot);
+  std::vector<Pen> pens = {kDiffraction, kHorizontal, kVertical};
+  if (results.physical && !results.physical->mean.empty()) {
+    Trace(canvas, Points(plot, results.physical->mean), kMean);
+    pens.push_back(kMean);
+  }
+  DrawLegend(canvas, plot, pens);
   canvas.Outline(plot, 1.5, kInk);
 
-  constexpr double kSamples = ORVANEL_SECTION_SAMPLES;
-  DrawAxis(canvas, plot, Edge::kBottom,
-           {0.0, kSamples * results.scales.library.step.value(), "cycles/degree, library scale"}, 50.0);
-  DrawAxis(canvas, plot, Edge::kTop,
-           {0.0, kSamples * results.scales.optical.step.value(), "cycles/degree, optical scale"}, 34.0);
+  DrawAxis(canvas, plot, Edge::kBottom, {0.0, kSamples * results.sectionStep.value(), "cycles/degree"}, 50.0);
   DrawAxis(canvas, plot, Edge::kLeft, {1.0, 0.0, "modulation transfer"}, 60.0);
-  canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 76.0},
-              "Frequency range given by the library: " + NumberText(results.scales.frequencyRange.value(), 5) +
-                  " cycles/degree",
-              {kSmallSize, kFaintInk, false, Align::kCentre});
   canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 100.0}, "view: retina and patient alike",
               {kSmallSize, kFaintInk, false, Align::kCentre});
 }

@@ -7,6 +7,8 @@
 #include "base/number_text.h"
 #include "drawing/canvas/font.h"
 #include "drawing/canvas/text_layout.h"
+#include "drawing/figures.h"
+#include "evaluation/model_notes.h"
 #include "eye/adjustments.h"
 #include "eye/refraction.h"
 #include "models/sampling.h"
@@ -47,12 +49,12 @@ std::string DrawnName(const Eye& eye) {
 
 std::string NumbersText(const Results& results) {
   const Wavefront& wavefront = results.wavefront;
-  return WithDots(
-      {"Pupil " + NumberText(results.pupil.value(), 4) + " mm",
-       "Wavelength " + NumberText(ToNanometres(Wavelength()).value(), 5) + " nm",
-       "Strehl ratio " + NumberText(results.strehl, 3) + " (" + NumberText(results.strehlPeak, 3) + " between samples)",
-       "Wavefront RMS " + NumberText(wavefront.rms.value(), 3) + " \u00b5m (" +
-           NumberText(wavefront.rms / ToMicrometres(Wavelength()), 3) + " waves)"});
+  const double wave =
+      results.physical ? results.physical->reference.value() * 1e-3 : ToMicrometres(Wavelength()).value();
+  return WithDots({ModelText(results), "Pupil " + NumberText(results.pupil.value(), 4) + " mm",
+                   "Light " + LightText(results), "Strehl ratio " + StrehlText(results),
+                   "Wavefront RMS " + NumberText(wavefront.rms.value(), 3) + " \u00b5m (" +
+                       NumberText(wavefront.rms.value() / wave, 3) + " waves)"});
 }
 
 std::string RefractionText(const Eye& eye) {

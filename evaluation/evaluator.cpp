@@ -19,7 +19,9 @@ void Clear(Results& results, Needs gone) {
   if (gone.Has(Need::kStrehlPeak)) results.strehlPeak = 0.0;
   if (gone.Has(Need::kPsf)) results.psf.Clear();
   if (gone.Has(Need::kMtf)) results.mtf.Clear();
-  if (gone.Has(Need::kSections)) results.rowSection = results.columnSection = results.diffractionLimit = {};
+  if (gone.Has(Need::kSections)) {
+    for (Curve* const curve : {&results.rowSection, &results.columnSection, &results.diffractionLimit}) curve->clear();
+  }
   if (gone.Has(Need::kLineSpreads)) results.lineSpreads = {};
 }
 
@@ -56,15 +58,16 @@ double ValueOf(const Eye& eye, const Results& results, std::string_view column) 
   return metrics::ValueOf(column, {results, eye.coefficients.osa(), EyeWarnings(eye).size()});
 }
 
-std::vector<std::pair<std::string, double>> ConstantsOf(Millimetres pupil) {
+std::vector<std::pair<std::string, double>> ConstantsOf(Millimetres pupil, const ModelRequest& model) {
   MetricChoice choice;
+  choice.model = model.kind;
   choice.doubts = false;  // the number of warnings differs from row to row
-  for (const Metric* const metric : UsualMetrics(false)) {
+  for (const Metric* const metric : UsualMetrics(false, model.kind)) {
     if (metric->of == Of::kPupil) choice.metrics.push_back(metric);
   }
   Eye eye;
   eye.pupil = pupil;
-  const std::vector<double> values = Evaluator().Measure(eye, choice);
+  const std::vector<double> values = Evaluator(model).Measure(eye, choice);
   const std::vector<std::string> columns = Columns(choice);
   std::vector<std::pair<std::string, double>> constants;
   for (std::size_t i = 0; i < columns.size(); ++i) constants.emplace_back(columns[i], values[i]);

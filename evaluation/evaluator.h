@@ -18,7 +18,7 @@ namespace orvanel::evaluation {
 // at a time. Different evaluators share no mutable data.
 class Evaluator {
  public:
-  explicit Evaluator(ModelKind kind = ModelKind::kClassic) : model_(MakeModel(kind)) {}
+  explicit Evaluator(const ModelRequest& request = {}) : model_(MakeModel(request)) {}
 
   // Computes only what is needed. The results are valid until the next eye. Throws Error if the model cannot represent
   // the eye.
@@ -33,6 +33,9 @@ class Evaluator {
 
   // The retinal image of an object for the last eye, which must have been evaluated with Need::kImages.
   Plane ImageOf(const Plane& object, ImageKind kind);
+
+  // A Landolt ring and its retinal image, likewise.
+  Ring SeeRing(const RingRequest& request) { return model_->SeeRing(request); }
 
   // The same for an object that is shown to many eyes; kStretched or kTotalLight.
   PrecomputedObject Precompute(const Plane& object) { return model_->Precompute(object); }
@@ -55,7 +58,7 @@ std::vector<double> ValuesOf(const Eye& eye, const Results& results, const Metri
 double ValueOf(const Eye& eye, const Results& results, std::string_view column);
 
 // The columns that depend only on the pupil, and their values.
-std::vector<std::pair<std::string, double>> ConstantsOf(Millimetres pupil);
+std::vector<std::pair<std::string, double>> ConstantsOf(Millimetres pupil, const ModelRequest& model = {});
 
 }  // namespace orvanel::evaluation
 

@@ -24,7 +24,7 @@ std::vector<ShownRing> ShownRings(const std::vector<Ring>& rings) {
   std::vector<ShownRing> shown;
   for (const Ring& ring : rings) {
     const auto same = std::find_if(shown.begin(), shown.end(), [&ring](const ShownRing& other) {
-      return other.ring->diameter == ring.diameter && other.ring->request.gap == ring.request.gap;
+      return other.ring->effectiveAcuity == ring.effectiveAcuity && other.ring->request.gap == ring.request.gap;
     });
     if (same == shown.end()) {
       shown.push_back({&ring, {ring.request.acuity}});

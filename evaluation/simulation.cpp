@@ -4,8 +4,6 @@
 #include <cmath>
 
 #include "models/errors.h"
-#include "models/sampling.h"
-#include "orvanel/ring.h"
 #include "targets/sector_star.h"
 
 namespace orvanel::evaluation {
@@ -16,25 +14,19 @@ constexpr Needs kEverything = {
     Need::kPsf,          Need::kMtf,       Need::kSections,       Need::kLineSpreads, Need::kImages};
 
 void RequireFinite(const Results& results) {
-  for (const double scalar : {results.strehl, results.scales.library.halfWidth.value(),
-                              results.scales.frequencyRange.value(), results.mtf[0]}) {
+  for (const double scalar :
+       {results.strehl, results.retinaAxis.step.value(), results.frequencyAxis.step.value(), results.mtf[0]}) {
     if (!std::isfinite(scalar)) throw PupilOutOfRange(results.pupil);
   }
 }
 
 StarImages ImagesOfStar(Evaluator& evaluator) {
   StarImages star{SectorStar(), {}, {}};
-  star.stretched = evaluator.ImageOf(star.original, ImageKind::kStretched);
+  if (evaluator.results().model == ModelKind::kClassic) {
+    star.stretched = evaluator.ImageOf(star.original, ImageKind::kStretched);
+  }
   star.totalLight = evaluator.ImageOf(star.original, ImageKind::kTotalLight);
   return star;
-}
-
-Ring ImageOfRing(Evaluator& evaluator, Millimetres pupil, const RingRequest& request) {
-  Ring ring{request, RingDiameter(pupil, request.acuity), 0.0, Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE), {}};
-  ring.effectiveAcuity = EffectiveAcuity(pupil, ring.diameter);
-  DrawRing(ring.original.data(), ORVANEL_GRID_SIZE, ring.diameter, static_cast<int>(request.gap));
-  ring.seen = evaluator.ImageOf(ring.original, ImageKind::kTotalLight);
-  return ring;
 }
 
 }  // namespace
@@ -43,7 +35,7 @@ Results Simulate(Evaluator& evaluator, const Eye& eye, const std::vector<RingReq
   Results results = evaluator.Evaluate(eye, kEverything);
   RequireFinite(results);
   results.star = ImagesOfStar(evaluator);
-  for (const RingRequest& request : rings) results.rings.push_back(ImageOfRing(evaluator, eye.pupil, request));
+  for (const RingRequest& request : rings) results.rings.push_back(evaluator.SeeRing(request));
   return results;
 }
 

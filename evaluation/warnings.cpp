@@ -13,10 +13,33 @@ namespace {
 
 constexpr int kLargestRing = ORVANEL_GRID_SIZE * 7 / 8;  // samples; leaves space for the blur at the edges
 
+// A window that loses light, and samples that miss details: the PSF has none smaller than half of lambda/D.
+void AddPsfWarnings(const Results& results, std::vector<std::string>& warnings) {
+  if (results.psf.empty()) return;
+  const PhysicalResults& own = *results.physical;
+  constexpr double kMinutesPerDegree = 60.0;
+  const double finest = kMinutesPerDegree / own.cutOff.value() / 2.0, step = results.retinaAxis.step.value();
+  if (step > finest * (1.0 + 1e-9)) {
+    warnings.push_back("the samples of the PSF are " + NumberText(step, 3) +
+                       " arc minutes apart, more than half of lambda/D, " + NumberText(finest, 3) +
+                       ": they are exact, but miss details between them; use more samples or a smaller field");
+    return;
+  }
+  constexpr double kEnough = 0.5;
+  if (own.psfLight < kEnough) {
+    warnings.push_back("the window of the PSF has " + NumberText(100.0 * own.psfLight, 3) +
+                       " % of the light; use a larger field");
+  }
+}
+
 }  // namespace
 
 std::vector<std::string> Warnings(const Results& results) {
   std::vector<std::string> warnings;
+  if (results.physical) {
+    AddPsfWarnings(results, warnings);
+    return warnings;
+  }
   if (results.undersampled > kLargestUndersampledShare) {
     warnings.push_back(
         "in " + NumberText(100.0 * results.undersampled, 2) +

@@ -10,8 +10,9 @@
 
 namespace orvanel::evaluation {
 
-// One sentence for each problem: undersampled wavefronts, rings far from the requested acuity, rings that fill the
-// field. EyeWarnings returns the warnings about the eye itself.
+// One sentence for each problem. Of the classic model: undersampled wavefronts, rings far from the requested acuity,
+// rings that fill the field. Of the physical model: a PSF window that loses light, PSF samples that miss details.
+// EyeWarnings returns the warnings about the eye itself.
 std::vector<std::string> Warnings(const Results& results);
 
 }  // namespace orvanel::evaluation

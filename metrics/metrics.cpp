@@ -22,7 +22,7 @@ void AddRefraction(const PowerVector& powers, Numbers& values) {
 }
 
 // The area by the trapezoidal rule; the MTF is 0 at the cut-off, after the last sample.
-double Area(const Section& section) {
+double Area(const Curve& section) {
   double sum = section[0] / 2.0;
   for (std::size_t i = 1; i < section.size(); ++i) sum += section[i];
   return sum;
@@ -34,6 +34,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "Strehl ratio of the brightest sample",
        {Need::kStrehl},
        Of::kEye,
+       For::kClassic,
        true,
        {{"strehl_ratio", "1"}},
        [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.strehl); }},
@@ -41,6 +42,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "Strehl ratio of the peak between the samples",
        {Need::kStrehlPeak},
        Of::kEye,
+       For::kClassic,
        true,
        {{"strehl_ratio_peak", "1"}},
        [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.strehlPeak); }},
@@ -48,6 +50,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "share of the pupil, 0 to 1, where the wavefront is too steep for the samples",
        {Need::kUndersampled},
        Of::kEye,
+       For::kClassic,
        true,
        {{kUndersampledColumn, "1"}},
        [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.undersampled); }},
@@ -55,6 +58,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "half extent of the PSF window on the retina, both scales",
        {},
        Of::kPupil,
+       For::kClassic,
        true,
        {{"psf_half_width_mm_library_scale", "mm"}, {"psf_half_width_mm_optical_scale", "mm"}},
        [](const MetricInput& eye, Numbers& values) {
@@ -65,6 +69,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "frequency at which the MTF ends, both scales",
        {},
        Of::kPupil,
+       For::kClassic,
        true,
        {{"mtf_frequency_range_cpd_library_scale", "cycles/degree"}, {"cutoff_cpd_optical_scale", "cycles/degree"}},
        [](const MetricInput& eye, Numbers& values) {
@@ -75,6 +80,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "RMS of the wavefront, orders 2 and above, 3 and above",
        {},
        Of::kEye,
+       For::kBoth,
        true,
        {{"rms_um_orders_2_and_above", "um"}, {"rms_um_orders_3_and_above", "um"}},
        [](const MetricInput& eye, Numbers& values) {
@@ -85,6 +91,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "RMS of each order from 2 to 6",
        {},
        Of::kEye,
+       For::kBoth,
        false,
        {{"rms_um_order_2", "um"},
         {"rms_um_order_3", "um"},
@@ -98,6 +105,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "sphere, cylinder and axis by least squares",
        {},
        Of::kEye,
+       For::kBoth,
        true,
        {{"refraction_sphere_d_least_squares", "D"},
         {"refraction_cylinder_d_least_squares", "D"},
@@ -109,6 +117,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "sphere, cylinder and axis at the centre of the pupil",
        {},
        Of::kEye,
+       For::kBoth,
        false,
        {{"refraction_sphere_d_paraxial", "D"},
         {"refraction_cylinder_d_paraxial", "D"},
@@ -120,6 +129,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "M, J0 and J45 by least squares",
        {},
        Of::kEye,
+       For::kBoth,
        false,
        {{"refraction_m_d_least_squares", "D"},
         {"refraction_j0_d_least_squares", "D"},
@@ -132,6 +142,7 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
        "area under the mean of both sections of the MTF, and its ratio to the diffraction limit",
        {Need::kSections},
        Of::kEye,
+       For::kClassic,
        true,
        {{"mtf_area_cpd_library_scale", "cycles/degree"}, {"mtf_area_over_diffraction_limit", "1"}},
        [](const MetricInput& eye, Numbers& values) {
@@ -139,10 +150,51 @@ const std::vector<Metric>& Table() {  // NOLINT(readability-function-size): a ta
          values.push_back(samples * eye.results.scales.library.step.value());
          values.push_back(samples / Area(eye.results.diffractionLimit));
        }},
+      {"strehl_axis",
+       "Strehl ratio on the axis",
+       {Need::kStrehl},
+       Of::kEye,
+       For::kPhysical,
+       true,
+       {{"strehl_ratio_axis_physical", "1"}},
+       [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.physical->strehl.axis); }},
+      {"strehl_peak",
+       "Strehl ratio at the peak, and the place of the peak",
+       {Need::kStrehlPeak},
+       Of::kEye,
+       For::kPhysical,
+       true,
+       {{"strehl_ratio_peak_physical", "1"},
+        {"psf_peak_x_arcmin_physical", "arcmin"},
+        {"psf_peak_y_arcmin_physical", "arcmin"}},
+       [](const MetricInput& eye, Numbers& values) {
+         const physical::StrehlRatios& strehl = eye.results.physical->strehl;
+         values.insert(values.end(), {strehl.peak, strehl.peakX, strehl.peakY});
+       }},
+      {"cutoff",
+       "cut-off frequency of the pupil",
+       {},
+       Of::kPupil,
+       For::kPhysical,
+       true,
+       {{"cutoff_cpd_physical", "cycles/degree"}},
+       [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.physical->cutOff.value()); }},
+      {"reference",
+       "wavelength at which the coefficients hold, and 1 if it is assumed",
+       {},
+       Of::kEye,
+       For::kPhysical,
+       true,
+       {{"reference_wavelength_nm_physical", "nm"}, {"reference_wavelength_assumed_physical", "1"}},
+       [](const MetricInput& eye, Numbers& values) {
+         const PhysicalResults& own = *eye.results.physical;
+         values.insert(values.end(), {own.reference.value(), own.referenceAssumed ? 1.0 : 0.0});
+       }},
       {"pupil",
        "pupil diameter",
        {},
        Of::kPupil,
+       For::kBoth,
        false,
        {{"simulated_pupil_diameter_mm", "mm"}},
        [](const MetricInput& eye, Numbers& values) { values.push_back(eye.results.pupil.value()); }},
@@ -161,14 +213,21 @@ void AddRing(const MetricInput& eye, double acuity, Numbers& values) {
 
 std::span<const Metric> Metrics() { return Table(); }
 
-std::vector<const Metric*> MetricsNamed(std::string_view list) {
+bool IsFor(const Metric& metric, ModelKind model) {
+  return metric.models == For::kBoth || (metric.models == For::kPhysical) == (model == ModelKind::kPhysical);
+}
+
+std::vector<const Metric*> MetricsNamed(std::string_view list, ModelKind model) {
   std::vector<const Metric*> chosen;
   for (const std::string_view word : Split(list)) {
-    const auto found =
-        std::find_if(Table().begin(), Table().end(), [word](const Metric& metric) { return metric.word == word; });
+    const auto found = std::find_if(Table().begin(), Table().end(), [word, model](const Metric& metric) {
+      return metric.word == word && IsFor(metric, model);
+    });
     if (found == Table().end()) {
       std::string words;
-      for (const Metric& metric : Table()) words += (words.empty() ? "" : ", ") + std::string(metric.word);
+      for (const Metric& metric : Table()) {
+        if (IsFor(metric, model)) words += (words.empty() ? "" : ", ") + std::string(metric.word);
+      }
       throw UnknownMetric(word, words);
     }
     if (std::find(chosen.begin(), chosen.end(), &*found) == chosen.end()) chosen.push_back(&*found);
@@ -176,15 +235,16 @@ std::vector<const Metric*> MetricsNamed(std::string_view list) {
   return chosen;
 }
 
-std::vector<const Metric*> UsualMetrics(bool samePupil) {
+std::vector<const Metric*> UsualMetrics(bool samePupil, ModelKind model) {
   std::vector<const Metric*> usual;
   for (const Metric& metric : Table()) {
-    if (metric.usual && !(samePupil && metric.of == Of::kPupil)) usual.push_back(&metric);
+    if (metric.usual && IsFor(metric, model) && !(samePupil && metric.of == Of::kPupil)) usual.push_back(&metric);
   }
   return usual;
 }
 
 void AddUndersampled(MetricChoice& choice) {
+  if (choice.model == ModelKind::kPhysical) return;  // its sampling follows the wavefront
   const Metric* const metric = MetricsNamed(kUndersampledColumn).front();
   const auto found = std::find(choice.metrics.begin(), choice.metrics.end(), metric);
   if (found == choice.metrics.end()) choice.metrics.push_back(metric);
@@ -196,9 +256,12 @@ std::vector<std::string> Columns(const MetricChoice& choice) {
     for (const Column& column : metric->columns) columns.emplace_back(column.name);
   }
   for (const CyclesPerDegree frequency : choice.mtfAt) {
-    const std::string at = "_at_" + ShortestText(frequency.value()) + "_cpd_library_scale";
+    const bool physical = choice.model == ModelKind::kPhysical;
+    const std::string at =
+        "_at_" + ShortestText(frequency.value()) + (physical ? "_cpd_physical" : "_cpd_library_scale");
     columns.push_back("mtf_horizontal" + at);
     columns.push_back("mtf_vertical" + at);
+    if (physical) columns.push_back("mtf_mean_over_angle" + at);
   }
   for (const double acuity : choice.acuities) {
     const std::string ring = "effective_acuity_of_ring_" + ShortestText(acuity);
@@ -231,9 +294,15 @@ double ValueOf(std::string_view column, const MetricInput& input) {
 std::vector<double> Values(const MetricChoice& choice, const MetricInput& input) {
   std::vector<double> values;
   for (const Metric* const metric : choice.metrics) metric->compute(input, values);
-  for (const CyclesPerDegree frequency : choice.mtfAt) {
-    values.push_back(MtfAt(input.results.lineSpreads.horizontal, input.results.scales.library, frequency));
-    values.push_back(MtfAt(input.results.lineSpreads.vertical, input.results.scales.library, frequency));
+  if (choice.model == ModelKind::kPhysical) {
+    for (const MtfAtFrequency& at : input.results.physical->mtfAt) {
+      values.insert(values.end(), {at.horizontal, at.vertical, at.mean});
+    }
+  } else {
+    for (const CyclesPerDegree frequency : choice.mtfAt) {
+      values.push_back(MtfAt(input.results.lineSpreads.horizontal, input.results.scales.library, frequency));
+      values.push_back(MtfAt(input.results.lineSpreads.vertical, input.results.scales.library, frequency));
+    }
   }
   for (const double acuity : choice.acuities) AddRing(input, acuity, values);
   if (choice.doubts) values.push_back(static_cast<double>(input.doubts));

@@ -28,32 +28,38 @@ struct Column {
 
 enum class Of { kPupil, kEye };
 
+// The models that give a metric.
+enum class For { kBoth, kClassic, kPhysical };
+
 struct Metric {
   const char* word;         // on the command line
   const char* description;  // for help
   Needs needs;              // of the results, in addition to pupil and scales
   Of of;                    // kPupil: depends only on the pupil
-  bool usual;               // computed by default
+  For models;
+  bool usual;  // computed by default
   std::vector<Column> columns;
   void (*compute)(const MetricInput& eye, std::vector<double>& values);  // appends one value for each column
 };
 
 std::span<const Metric> Metrics();
+bool IsFor(const Metric& metric, ModelKind model);
 
 // The metrics and columns that a host requests.
 struct MetricChoice {
   std::vector<const Metric*> metrics;
-  std::vector<CyclesPerDegree> mtfAt;  // on the library scale
+  std::vector<CyclesPerDegree> mtfAt;  // on the model's scale
   std::vector<double> acuities;        // of rings, on the library scale
   bool doubts = true;                  // the column "implausible"
+  ModelKind model = ModelKind::kClassic;
 };
 
 // Parses "strehl,rms": each metric once, in this order. Throws Error.
-std::vector<const Metric*> MetricsNamed(std::string_view list);
+std::vector<const Metric*> MetricsNamed(std::string_view list, ModelKind model = ModelKind::kClassic);
 
 // The default metrics.
 //   samePupil  true if all rows have the same pupil; then metrics that depend only on the pupil are left out
-std::vector<const Metric*> UsualMetrics(bool samePupil);
+std::vector<const Metric*> UsualMetrics(bool samePupil, ModelKind model = ModelKind::kClassic);
 
 // Adds the undersampled share if it is missing, since it shows whether results of the grid are valid.
 void AddUndersampled(MetricChoice& choice);

@@ -7,6 +7,8 @@
 
 #include "eye/rms.h"
 #include "models/errors.h"
+#include "models/sampling.h"
+#include "orvanel/ring.h"
 #include "orvanel/sampling.h"
 
 namespace orvanel::models {
@@ -43,8 +45,17 @@ void ComputeRange(const OpticsEngine& engine, Wavefront& wavefront) {
 }  // namespace
 
 void ClassicModel::Compute(const Eye& eye, Needs needs, Results& results) {
+  pupil_ = eye.pupil;
+  results.model = ModelKind::kClassic;
+  results.physical.reset();
   results.pupil = eye.pupil;
   results.scales = ScalesOf(eye.pupil);
+  constexpr double kCentre = ORVANEL_GRID_SIZE / 2.0;
+  results.pupilAxis = {eye.pupil / kCentre, kCentre};
+  results.retinaAxis = {results.scales.library.pitch, kCentre};
+  results.frequencyAxis = {results.scales.library.step, kCentre};
+  results.sectionStep = results.scales.library.step;
+  results.objectSide = FieldOf(results.scales.library);
   if (needs.empty()) return;
   const LibraryCoefficients coefficients = ToLibrary(eye.coefficients);
   const Millimetres bound = HeightBound(coefficients);
@@ -75,6 +86,11 @@ void ClassicModel::ComputePlanes(Needs needs, Results& results) {
   double step = 0.0, strehl = 0.0;
   if (needs.HasAnyOf(kOfMtf)) {
     const bool sections = needs.Has(Need::kSections);
+    if (sections) {
+      for (Curve* const curve : {&results.rowSection, &results.columnSection, &results.diffractionLimit}) {
+        curve->resize(ORVANEL_SECTION_SAMPLES);
+      }
+    }
     engine_.ComputeMtf(kWavelength, plane(Need::kMtf, results.mtf), &step,
                        sections ? results.rowSection.data() : nullptr,
                        sections ? results.columnSection.data() : nullptr,
@@ -116,6 +132,19 @@ void ClassicModel::ImageOf(PrecomputedObject object, ImageKind kind, Plane& imag
   image.Resize(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   engine_.normaliseOutput = kind == ImageKind::kStretched ? 1 : 0;
   engine_.PreparedRetinalImage(image.data(), objects_.at(object.index));
+}
+
+Ring ClassicModel::SeeRing(const RingRequest& request) {
+  Ring ring{request,
+            ScalesOf(pupil_).library.pitch,
+            RingDiameter(pupil_, request.acuity),
+            0.0,
+            Plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE),
+            {}};
+  ring.effectiveAcuity = EffectiveAcuity(pupil_, ring.diameter);
+  DrawRing(ring.original.data(), ORVANEL_GRID_SIZE, ring.diameter, static_cast<int>(request.gap));
+  ImageOf(ring.original, ImageKind::kTotalLight, ring.seen);
+  return ring;
 }
 
 PrecomputedObject ClassicModel::Precompute(const Plane& object) {

@@ -28,6 +28,9 @@ class ClassicModel : public Model {
 
   PrecomputedObject Precompute(const Plane& object) override;
 
+  // As the exports draw it: a multiple of 5 samples wide, so that its acuity differs from the one asked for.
+  Ring SeeRing(const RingRequest& request) override;
+
   // With contrast kept, each channel keeps its total light. Otherwise three channels keep the sum of their light, so
   // that grey stays grey.
   RetinalPicture RetinalPictureOf(ObjectPicture object) override;
@@ -42,7 +45,8 @@ class ClassicModel : public Model {
   void ComputePlanes(Needs needs, Results& results);
 
   OpticsEngine engine_;
-  Plane spare_;  // receives planes that the engine writes but are not needed
+  Millimetres pupil_;  // of the last eye
+  Plane spare_;        // receives planes that the engine writes but are not needed
   std::vector<PreparedObject> objects_;
 };
 

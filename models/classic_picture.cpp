@@ -34,6 +34,7 @@ RetinalPicture ClassicModel::RetinalPictureOf(ObjectPicture object) {
   } else {
     picture.seen = SquaredTogether(picture.contrastKept, object.channels);
   }
+  picture.pixel = ScalesOf(pupil_).library.pitch;
   picture.object = std::move(object);
   return picture;
 }

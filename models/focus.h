@@ -18,7 +18,7 @@ enum class FocusStrategy {
 };
 
 // The quantity that a search optimises.
-enum class FocusMeasure { kStrehl, kCircle };
+enum class FocusMeasure { kStrehl, kCircle, kStrehlAxis, kStrehlPeak, kMtfMean, kMtfHorizontal, kMtfVertical };
 
 // The words for a measure in reports.
 struct FocusMeasureText {
@@ -29,6 +29,9 @@ struct FocusMeasureText {
   bool smallIsBest;
 };
 const FocusMeasureText& TextOf(FocusMeasure measure);
+
+// True for the modulation at one frequency.
+bool IsMtf(FocusMeasure measure);
 
 // A search by a measure, and the name that selects it.
 struct FocusMethod {
@@ -43,10 +46,11 @@ struct FocusRequest {
   bool astigmatism = false;            // kOptimise also varies the two terms of astigmatism
   bool withoutAstigmatism = false;     // a walk evaluates the eye without its astigmatism
   std::int64_t maximumTrials = 10000;  // of a walk
+  CyclesPerDegree frequency{10.0};     // of measures that are an MTF
 };
 
 struct FocusQuality {
-  double strehl = 0.0;
+  double strehl = 0.0;        // of the physical model, at the peak unless the measure is that on the axis
   double value = 0.0;         // of the measure
   double undersampled = 0.0;  // share of the pupil's samples, as in Results
 };

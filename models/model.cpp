@@ -2,23 +2,17 @@
 #include "models/model.h"
 
 #include "models/classic_model.h"
+#include "models/physical_model.h"
 
 namespace orvanel::models {
 
-std::unique_ptr<Model> MakeModel(ModelKind kind) {
-  switch (kind) {
-    case ModelKind::kClassic:
-      break;
-  }
+std::unique_ptr<Model> MakeModel(const ModelRequest& request) {
+  if (request.kind == ModelKind::kPhysical) return std::make_unique<PhysicalModel>(request.physical);
   return std::make_unique<ClassicModel>();
 }
 
 std::span<const FocusMethod> FocusMethodsOf(ModelKind kind) {
-  switch (kind) {
-    case ModelKind::kClassic:
-      break;
-  }
-  return ClassicModel::FocusMethods();
+  return kind == ModelKind::kPhysical ? PhysicalModel::FocusMethods() : ClassicModel::FocusMethods();
 }
 
 }  // namespace orvanel::models

@@ -9,12 +9,12 @@
 #include "base/layers.h"
 #include "eye/eye.h"
 #include "models/focus.h"
+#include "models/model_kind.h"
 #include "models/needs.h"
+#include "models/physical_settings.h"
 #include "models/results.h"
 
 namespace orvanel::models {
-
-enum class ModelKind { kClassic };
 
 enum class ImageKind {
   kStretched,   // scaled to span exactly 0 to 1
@@ -45,6 +45,9 @@ class Model {
 
   virtual PrecomputedObject Precompute(const Plane& object) = 0;
 
+  // A Landolt ring as the model shows it, and its retinal image, under the conditions of ImageOf. Throws RingTooSmall.
+  virtual Ring SeeRing(const RingRequest& request) = 0;
+
   // The retinal images of a picture, each channel separately, under the conditions of ImageOf.
   virtual RetinalPicture RetinalPictureOf(ObjectPicture object) = 0;
 
@@ -53,7 +56,18 @@ class Model {
   virtual BestFocus FindBestFocus(const Eye& eye, const FocusRequest& request) = 0;
 };
 
-std::unique_ptr<Model> MakeModel(ModelKind kind);
+// Which model, and what it is asked for beside the eye.
+struct ModelRequest {
+  ModelKind kind = ModelKind::kClassic;
+  PhysicalSettings physical;  // of no meaning for the classic model
+};
+
+// The view of its PSF and MTF.
+constexpr View ViewOf(const ModelRequest& request) {
+  return request.kind == ModelKind::kPhysical ? ViewOf(request.physical.view) : View::kRetina;
+}
+
+std::unique_ptr<Model> MakeModel(const ModelRequest& request);
 
 // The methods of FindBestFocus that a model offers; the first is the default.
 std::span<const FocusMethod> FocusMethodsOf(ModelKind kind);

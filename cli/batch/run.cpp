@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <limits>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -44,7 +43,7 @@ struct BatchRow {
   bool again = false;        // the results have this row already; only planes or pictures are written again
   std::optional<Dropped> dropped;
   std::vector<std::string> planes;
-  double pupil = std::numeric_limits<double>::quiet_NaN();
+  RowScale scale;
 };
 
 using Rows = std::vector<BatchRow>;
@@ -63,6 +62,7 @@ class Worker {
  public:
   Worker(const BatchRequest& request, const std::optional<PictureFolder>& pictures, const Plane& star)
       : request_(request),
+        evaluator_(request.model),
         columns_(ResultColumns(request).size()),
         needs_((request.planes.empty() ? Needs() : NeedsOf(request.planeKinds)) |
                (pictures ? NeedsOf(request.pictureKinds) : Needs())) {
@@ -85,7 +85,7 @@ class Worker {
         const Eye eye = Adjusted(std::move(row.eye.eye), request_.adjustments, &row.dropped);
         values = evaluator_.Measure(eye, request_.choice, needs_);
         if (row.dropped) values.push_back(row.dropped->rms.value());
-        row.pupil = eye.pupil.value();
+        row.scale = ScaleOf(evaluator_.results());
         if (evaluator_.results().undersampled > request_.maxUndersampled) row.undersampled = UndersampledText(row.eye);
       } catch (const Error& error) {
         row.error = ErrorText(row.eye, error);
@@ -110,9 +110,9 @@ class Worker {
   }
 
   const BatchRequest& request_;
+  Evaluator evaluator_;
   std::size_t columns_;
   Needs needs_;  // beside those of the metrics
-  Evaluator evaluator_;
   std::optional<PictureWriter> pictureWriter_;
 };
 
@@ -207,7 +207,7 @@ class Batch {
     file_.emplace(request_.results, !found);
     try {
       if (!request_.planes.empty()) {
-        planes_.emplace(request_.planes, request_.planeKinds, record_.chunkRows);
+        planes_.emplace(request_.planes, request_.planeKinds, record_.chunkRows, request_.model);
         planesLock_.emplace(PathOf(request_.planes + ".lock"), record_.shard, request_.planes);
       }
       if (!request_.pictures.empty()) {
@@ -378,7 +378,7 @@ class Batch {
         ++result_.undersampled;
       }
       if (planes_) {
-        planes_->Add(row.row, row.planes, row.pupil);
+        planes_->Add(row.row, row.planes, row.scale);
         if (endsChunk) planes_->Finish();
       }
       if (row.again) {

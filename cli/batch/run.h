@@ -26,6 +26,7 @@ struct BatchRequest {
   PartialConvention stated;
   TableOptions tableOptions;
   Adjustments adjustments;
+  ModelRequest model;
   MetricChoice choice;
   std::size_t jobs = 1;
   bool strict = false, resume = false, force = false;

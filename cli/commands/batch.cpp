@@ -10,6 +10,7 @@
 #include "base/split.h"
 #include "cli/batch/run.h"
 #include "cli/batch/statistics.h"
+#include "cli/commands/model_options.h"
 #include "cli/commands/options.h"
 #include "cli/console/report.h"
 #include "cli/console/terminal.h"
@@ -23,8 +24,9 @@ namespace {
 constexpr const char* kBatchExamples =
     "Examples:\n"
     "  orvanel batch eyes.csv -o results.csv\n"
-    "  orvanel batch eyes.csv -o strehl.csv --metrics strehl,rms --pupil 4 --summary\n"
-    "  orvanel batch eyes.csv -o at_15_cpd.csv --mtf-at 15 --acuity 0.5,1\n"
+    "  orvanel batch eyes.csv -o strehl.csv --metrics strehl_peak,rms --pupil 4 --summary\n"
+    "  orvanel batch eyes.csv -o at_15_cpd.csv --mtf-at 15 --light 589\n"
+    "  orvanel batch eyes.csv -o classic.csv --model classic --metrics strehl,mtf_area --acuity 0.5,1\n"
     "  orvanel batch eyes.csv -o with_planes.csv --planes planes.h5 --pictures pictures\n"
     "  orvanel batch eyes.csv -o shard_1.csv --shard 1/2\n"
     "  orvanel batch my_eye.json assets/eyes/*.json -o files.csv";
@@ -45,6 +47,7 @@ Chunks of rows are assigned to the shards in turn (round-robin); 'orvanel merge'
 constexpr std::size_t kMaxJobs = 1024;
 
 struct BatchCommand {
+  ModelOptions model;
   std::vector<std::string> eyes;  // a table, or eye files
   BatchRequest request;
   std::optional<FileKind> kind;
@@ -59,9 +62,13 @@ std::string MetricNotes() {
       "Metrics. Those with a star are computed without --metrics. If --pupil or --measured-pupil states one pupil for "
       "all\n"
       "rows, half_width and frequency_range are in the record and the report, not in each row:\n";
-  for (const Metric& metric : Metrics()) {
-    const std::string word = metric.word;
-    notes += (metric.usual ? "* " : "  ") + word + std::string(17 - word.size(), ' ') + metric.description + "\n";
+  for (const ModelKind model : {ModelKind::kPhysical, ModelKind::kClassic}) {
+    notes += "of the " + std::string(Word(model)) + " model\n";
+    for (const Metric& metric : Metrics()) {
+      if (!IsFor(metric, model)) continue;
+      const std::string word = metric.word;
+      notes += (metric.usual ? "* " : "  ") + word + std::string(17 - word.size(), ' ') + metric.description + "\n";
+    }
   }
   return notes;
 }
@@ -141,10 +148,9 @@ void AddOutputOptions(CLI::App& batch, BatchCommand& command) {
   constexpr const char* kGroup = "Results";
   BatchRequest& request = command.request;
   AddParsedOption(batch, "--metrics", "LIST", "Metrics to compute, of those below, separated by commas",
-                  [&request](const std::string& text) { request.choice.metrics = MetricsNamed(text); })
+                  [&command](const std::string& text) { command.metrics = text; })
       ->group(kGroup);
-  AddParsedOption(batch, "--mtf-at", "LIST",
-                  "Also compute the MTF at these frequencies, in cycles/degree on the library scale",
+  AddParsedOption(batch, "--mtf-at", "LIST", "Also compute the MTF at these frequencies, in cycles/degree",
                   [&request](const std::string& text) {
                     request.choice.mtfAt.clear();
                     for (const double number : PositiveNumbers(text)) request.choice.mtfAt.emplace_back(number);
@@ -228,6 +234,20 @@ void ChooseEyes(BatchCommand& command) {
   request.kind = TableKindOf(KindOf(*table, command.kind));
 }
 
+// The record states the model and its light also where they are the defaults. A file of a spectrum may change between
+// runs, so the record has its lines.
+void NameTheModel(BatchRequest& request) {
+  std::vector<std::pair<std::string, std::string>>& settings = request.record.settings;
+  std::erase_if(settings, [](const auto& setting) { return setting.first == "--model" || setting.first == "--light"; });
+  settings.emplace_back("--model", Word(request.model.kind));
+  if (request.model.kind == ModelKind::kClassic) return;
+  std::string light;
+  for (const physical::SpectralLine& line : request.model.physical.light) {
+    light += (light.empty() ? "" : " ") + ShortestText(line.wavelengthNm) + " nm * " + ShortestText(line.weight);
+  }
+  settings.emplace_back("--light", light);
+}
+
 void Complete(BatchCommand& command, const CLI::App& batch) {
   BatchRequest& request = command.request;
   ChooseEyes(command);
@@ -238,13 +258,27 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
     throw CLI::ValidationError("--summary", "reads the results again; --output must name a file");
   }
   if (KindOf(request.results) != FileKind::kCsv) throw CLI::ValidationError("--output", "results are written as .csv");
+  request.model = command.model.request;
+  request.model.physical.mtfAt = request.choice.mtfAt;
+  request.choice.model = request.model.kind;
+  if (request.model.kind == ModelKind::kPhysical && !request.choice.acuities.empty()) {
+    throw CLI::ValidationError("--acuity",
+                               "needs --model classic; rings of the physical model have the acuity requested");
+  }
+  if (!command.metrics.empty()) {
+    try {
+      request.choice.metrics = MetricsNamed(command.metrics, request.model.kind);
+    } catch (const Error& error) {
+      throw CLI::ValidationError("--metrics", error.what());
+    }
+  }
   if (request.choice.metrics.empty()) {
     const std::optional<Millimetres> pupil =
         request.adjustments.pupil ? request.adjustments.pupil : request.stated.pupil;
     // Standard output has no record for the values that all rows share.
     const bool samePupil = pupil && request.results != kStandardStream;
-    if (samePupil) request.record.constants = ConstantsOf(*pupil);
-    request.choice.metrics = UsualMetrics(samePupil);
+    if (samePupil) request.record.constants = ConstantsOf(*pupil, request.model);
+    request.choice.metrics = UsualMetrics(samePupil, request.model.kind);
   }
   if (!NeedsOf(request.choice).empty() || !request.planes.empty() || !request.pictures.empty()) {
     AddUndersampled(request.choice);
@@ -253,6 +287,7 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
   if (request.pictureKinds.empty()) request.pictureKinds = PictureKindsNamed("psf,star");
   request.record.version = ORVANEL_VERSION;
   request.record.settings = SettingsOf(batch);
+  NameTheModel(request);
 }
 
 }  // namespace
@@ -274,9 +309,11 @@ Run DefineBatch(CLI::App& app) {
   AddRunOptions(batch, *command);
   AddTableFormatOption(batch, command->kind);
   AddTableOptions(batch, request.tableOptions);
+  AddModelOptions(batch, command->model, ModelOutput::kPlanes);
   AddStatementOptions(batch, request.stated);
   AddAdjustmentOptions(batch, request.adjustments);
-  batch.footer(std::string(kBatchNotes) + "\n" + kColumnNotes + "\n" + MetricNotes() + "\n" + kBatchExamples);
+  batch.footer(std::string(kBatchNotes) + "\n" + kColumnNotes + "\n" + kModelNotes + "\n" + MetricNotes() + "\n" +
+               kBatchExamples);
   batch.final_callback([command, &batch] { Complete(*command, batch); });
   return [command] { RunCommand(*command); };
 }

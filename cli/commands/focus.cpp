@@ -8,6 +8,7 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "cli/coefficient_report.h"
+#include "cli/commands/model_options.h"
 #include "cli/commands/options.h"
 #include "cli/console/report.h"
 #include "cli/console/signals.h"
@@ -28,26 +29,33 @@ constexpr const char* kFocusExamples =
     "Examples:\n"
     "  orvanel focus assets/eyes/standard_observer_6mm.json\n"
     "  orvanel focus my_eye.json --astigmatism -o my_eye_in_focus.json\n"
-    "  orvanel focus my_eye.json --method psf --step 0.02 --pupil 4";
+    "  orvanel focus my_eye.json --method mtf --mtf-at 15 --light 589\n"
+    "  orvanel focus my_eye.json --model classic --method psf --step 0.02 --pupil 4";
 
-constexpr const char* kFocusNotes = R"(Methods:
+constexpr const char* kFocusNotes =
+    R"(Methods of the physical model. Each finds the highest maximum along defocus; --astigmatism then varies both terms of
+astigmatism too, to a maximum that may be a local one:
+  peak            maximises the Strehl ratio at the peak
+  axis            maximises the Strehl ratio on the axis
+  mtf             maximises the MTF at the frequency of --mtf-at, mean of all directions
+  mtf-horizontal  the same of horizontal frequencies, which are those of vertical bars
+  mtf-vertical    the same of vertical frequencies
+Methods of the classic model (--model classic):
   optimise  maximises the Strehl ratio within bounds of at least two waves around the given defocus; with
             --astigmatism, also varies the two terms of astigmatism
   psf       changes defocus in steps while the Strehl ratio grows; stops at the first local maximum
   fit       changes defocus in steps while the deviation of the wavefront from a circle decreases, whose radius at
             the edge is the pupil value; for most eyes it continues far beyond the best focus
 psf and fit stop with an error after 10000 wavefronts; then use larger steps.
-The Strehl ratio is not reliable if the wavefront changes by more than half a wave from one sample to the next, in more
-than 1 % of the pupil. optimise skips such wavefronts. If psf or fit ends at one, this is an error.
+The Strehl ratio of the classic model is not reliable if the wavefront changes by more than half a wave from one sample
+to the next, in more than 1 % of the pupil. optimise skips such wavefronts. If psf or fit ends at one, this is an error.
 The change is given in dioptres of mean sphere, by which the refraction of the eye decreases. The prescription is the
 lens at the cornea that brings the measured eye to its best focus.
 )";
 
-std::span<const FocusMethod> FocusMethods() { return FocusMethodsOf(ModelKind::kClassic); }
-
-FocusMethod FocusMethodNamed(std::string_view name) {
+FocusMethod FocusMethodNamed(std::string_view name, ModelKind model) {
   std::string names;
-  for (const FocusMethod& method : FocusMethods()) {
+  for (const FocusMethod& method : FocusMethodsOf(model)) {
     if (method.name == name) return method;
     names += (names.empty() ? "" : ", ") + std::string(method.name);
   }
@@ -57,9 +65,11 @@ FocusMethod FocusMethodNamed(std::string_view name) {
 struct FocusCommand {
   InputOptions input;
   Adjustments adjustments;
-  FocusRequest request{FocusMethods().front()};
+  ModelOptions model;
+  std::string method;  // the default if empty
+  FocusRequest request;
   std::string output;
-  bool force = false, stepGiven = false;
+  bool force = false, stepGiven = false, frequencyGiven = false;
 };
 
 constexpr std::size_t kDefocus = 4;
@@ -124,12 +134,22 @@ std::string TermLine(const Eye& before, const Eye& after, std::size_t j) {
 }
 
 // The Strehl ratio, and the measure of the search if it is another one.
-std::string MeasureLines(FocusMeasure measure, const BestFocus& best) {
+std::string MeasureLines(const FocusRequest& request, const BestFocus& best) {
+  const FocusMeasure measure = request.method.measure;
   const FocusMeasureText& text = TextOf(measure);
   const std::string made = text.smallIsBest ? "  <- minimised" : "  <- maximised";
   const std::string strehl = BeforeAfter(StrehlText(best.before), StrehlText(best.after), "");
   const std::string label(TextOf(FocusMeasure::kStrehl).label);
-  if (measure == FocusMeasure::kStrehl) return ReportLine(label, strehl + made);
+  if (IsMtf(measure)) {
+    const std::string values = BeforeAfter(NumberText(best.before.value, 4), NumberText(best.after.value, 4), "");
+    return ReportLine(label, strehl + " " + std::string(TextOf(FocusMeasure::kStrehlPeak).note)) +
+           ReportLine(std::string(text.label), values + " at " + ShortestText(request.frequency.value()) +
+                                                   " cycles/degree, " + std::string(text.note) + made);
+  }
+  if (measure != FocusMeasure::kCircle) {
+    const std::string note = text.note.empty() ? "" : " " + std::string(text.note);
+    return ReportLine(label, strehl + note + made);
+  }
   const std::string unit = text.unit.empty() ? "" : " " + std::string(text.unit);
   const std::string values = BeforeAfter(NumberText(best.before.value, 6), NumberText(best.after.value, 6), unit);
   return ReportLine(label, strehl) + ReportLine(std::string(text.label), values + " " + std::string(text.note) + made);
@@ -140,9 +160,10 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
   const auto refraction = [](const Eye& eye) { return LeastSquaresRefraction(eye.coefficients.osa(), eye.pupil); };
   std::string text = EyeLines(measured, Changes(measured, command.adjustments));
   text += ReportLine("Pupil", NumberText(before.pupil.value(), 6) + " mm");
+  text += ReportLine("Model", std::string(Word(command.model.request.kind)));
   text += ReportLine("Search", SearchText(command, best));
   if (command.request.withoutAstigmatism) text += ReportLine("", "evaluated without the terms of astigmatism");
-  text += MeasureLines(command.request.method.measure, best);
+  text += MeasureLines(command.request, best);
   text += TermLine(before, after, kDefocus);
   if (command.request.astigmatism) text += TermLine(before, after, 3) + TermLine(before, after, 5);
   const auto lens = [](const PowerVector& powers) { return Text(ToRefraction(powers, CylinderSign::kMinus)); };
@@ -170,7 +191,7 @@ void RunFocus(const FocusCommand& command) {
     for (const std::string& warning : EyeWarnings(before)) PrintWarning(warning);
     {
       const StopAtOnce stop;
-      best = Evaluator().FindBestFocus(before, command.request);
+      best = Evaluator(command.model.request).FindBestFocus(before, command.request);
     }
     if (FocusIsUndersampled(best.before)) {
       PrintWarning(command.input.file + ": as given, " + FocusUndersampledText(best.before) +
@@ -193,7 +214,17 @@ void RunFocus(const FocusCommand& command) {
 }
 
 void Check(FocusCommand& command) {
+  const ModelKind model = command.model.request.kind;
+  try {
+    command.request.method =
+        command.method.empty() ? FocusMethodsOf(model).front() : FocusMethodNamed(command.method, model);
+  } catch (const Error& error) {
+    throw CLI::ValidationError("--method", error.what());
+  }
   const bool walks = Walks(command);
+  if (command.frequencyGiven && !IsMtf(command.request.method.measure)) {
+    throw CLI::ValidationError("--mtf-at", "needs --method mtf, mtf-horizontal or mtf-vertical");
+  }
   if (walks && command.request.astigmatism) {
     throw CLI::ValidationError("--astigmatism", "needs --method optimise; psf and fit vary only defocus");
   }
@@ -212,13 +243,22 @@ Run DefineFocus(CLI::App& app) {
   const auto command = std::make_shared<FocusCommand>();
   CLI::App& focus = *app.add_subcommand("focus", "Find the defocus with the best image quality of one eye.");
   AddInputOptions(focus, command->input);
-  AddParsedOption(focus, "--method", "WORD", "Method of the search: optimise, psf, fit [optimise]",
-                  [command](const std::string& text) { command->request.method = FocusMethodNamed(text); });
+  AddParsedOption(
+      focus, "--method", "WORD",
+      "Method of the search: peak, axis, mtf, mtf-horizontal, mtf-vertical; of the classic model: optimise, psf, "
+      "fit [peak; optimise]",
+      [command](const std::string& text) { command->method = text; });
   AddParsedOption(focus, "--step", "UM", "Step of psf and fit, on the orthonormal coefficient [0.01]",
                   [command](const std::string& text) {
                     command->request.step = Micrometres(ParseNumber(text));
                     if (command->request.step <= Micrometres(0.0)) throw Error("a step must be greater than 0");
                     command->stepGiven = true;
+                  });
+  AddParsedOption(focus, "--mtf-at", "CPD", "Frequency of the methods mtf, in cycles/degree [10]",
+                  [command](const std::string& text) {
+                    command->request.frequency = CyclesPerDegree(ParseNumber(text));
+                    if (command->request.frequency <= CyclesPerDegree(0.0)) throw Error("a frequency must be above 0");
+                    command->frequencyGiven = true;
                   });
   focus.add_flag("--astigmatism", command->request.astigmatism, "Also vary both terms of astigmatism");
   focus.add_flag("--without-astigmatism", command->request.withoutAstigmatism,
@@ -226,8 +266,10 @@ Run DefineFocus(CLI::App& app) {
   focus.add_option("-o,--output", command->output, "The eye file to write, of the eye in its best focus")
       ->type_name("FILE");
   focus.add_flag("--force", command->force, "Replace an existing file");
+  AddModelOptions(focus, command->model, ModelOutput::kNumbers);
   AddAdjustmentOptions(focus, command->adjustments);
-  focus.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kFocusNotes + "\n" + kFocusExamples);
+  focus.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kModelNotes + "\n" + kFocusNotes + "\n" +
+               kFocusExamples);
   focus.final_callback([command] { Check(*command); });
   return [command] { RunFocus(*command); };
 }

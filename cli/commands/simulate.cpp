@@ -8,6 +8,7 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "base/split.h"
+#include "cli/commands/model_options.h"
 #include "cli/commands/options.h"
 #include "cli/console/report.h"
 #include "cli/console/terminal.h"
@@ -34,15 +35,18 @@ constexpr const char* kSimulateExamples =
     "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"
     "  orvanel simulate my_eye.json -o my_eye --acuities 0.1,0.5,1 --gaps all --format npy,hdf5\n"
     "  orvanel simulate my_eye.json -o my_eye_4mm --pupil 4 --mtf-at 15,30\n"
+    "  orvanel simulate my_eye.json -o in_white_light --light white --reference-wavelength 555\n"
+    "  orvanel simulate my_eye.json -o classic --model classic\n"
     "  orvanel simulate eyes.csv --row 2 -o second_eye --refraction=-1.5,-0.5,90\n"
     "  orvanel simulate my_eye.json -o my_eye_reads --picture photograph.jpg";
 
-constexpr const char* kScaleNotes =
+constexpr const char* kObjectNotes =
     R"(Objects are the Siemens star (sector star), Landolt rings (broken rings) and your own picture.
-The half extent of the PSF window, frequencies, ring sizes and acuities are on the library scale, that of a pupil of
-twice the diameter. The values on the optical scale, that of the pupil as stated, are beside them.
-The diameter of a ring is a multiple of 5 samples. So the acuity drawn differs from the one requested; a difference of
-more than a tenth gives a warning. Names of ring files contain the acuity drawn.
+The physical model draws rings of exactly the acuity requested: the stroke is 1' / acuity. The star and your picture
+span the angle of --object-angle; white surrounds rings and star, the mean of each channel your picture.
+With --model classic, the half extent of the PSF window, frequencies, ring sizes and acuities are those of a pupil of
+twice the diameter. The diameter of a ring is then a multiple of 5 samples, so the acuity drawn differs from the one
+requested; a difference of more than a tenth gives a warning. Names of ring files contain the acuity drawn.
 )";
 
 constexpr const char* kPictureNotes =
@@ -53,11 +57,12 @@ It is brought to the 256 x 256 samples of an object:
   --fit pixels  the central 256 x 256 pixels, not scaled, with white around a smaller picture
 Its values are read as sRGB and converted to light, and back in PNG files. With --linear they are read and written as
 light. 16 bits stay 16 bits. Transparent parts are drawn on white. Each channel is computed separately, and no image is
-stretched. There are two retinal images, side by side in picture.png:
+stretched. picture.png has the picture and its retinal image, picture_seen, side by side. With --model classic there are
+two retinal images:
   picture_contrast_kept  blurred, with the contrast and colours of light; each channel keeps its total light
-  picture_seen           the library's image, as of the star with total light kept: the square of that image,
-                         with more contrast and colour, scaled to the total light and clipped at white
-The results state the angle that the 256 samples span. It is small: 43 minutes of arc for a pupil of 3 mm.
+  picture_seen           the image of the library's functions: the square of that image, with more contrast and colour,
+                         scaled to the total light and clipped at white
+and the 256 samples span an angle that follows from the pupil, 43 minutes of arc for a pupil of 3 mm.
 )";
 
 constexpr const char* kFormatNotes =
@@ -70,6 +75,7 @@ constexpr const char* kFormatNotes =
 
 struct SimulateCommand {
   InputOptions input;
+  ModelOptions model;
   Adjustments adjustments;
   PictureRequest picture;  // without a file if no picture is given
   std::string folder;
@@ -163,7 +169,10 @@ void RunSimulate(const SimulateCommand& command) {
   try {
     simulated.eye = Adjusted(simulated.measured, command.adjustments, &simulated.dropped);
     simulated.changes = Changes(simulated.measured, command.adjustments);
-    files = ResultFiles({simulated.eye.pupil, command.rings, command.formats, object ? object->channels.size() : 0});
+    Request request{simulated.eye.pupil, command.rings, command.formats, object ? object->channels.size() : 0};
+    request.model = command.model.request.kind;
+    request.view = ViewOf(command.model.request);
+    files = ResultFiles(request);
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
   }
@@ -172,7 +181,9 @@ void RunSimulate(const SimulateCommand& command) {
   std::optional<OutputFolder> folder;
   if (!command.json) folder.emplace(PathOf(command.folder), names, command.force);
 
-  Evaluator evaluator;
+  ModelRequest model = command.model.request;
+  model.physical.mtfAt = command.mtfAt;
+  Evaluator evaluator(model);
   try {
     simulated.results = Simulate(evaluator, simulated.eye, command.rings);
   } catch (const Error& error) {
@@ -217,8 +228,7 @@ Run DefineSimulate(CLI::App& app) {
                                         ->type_name("FOLDER");
   simulate.add_flag("--json", command->json, "Print all numbers as JSON, as in summary.json, and write no files");
   simulate
-      .add_option("--acuity,--acuities", words->acuities,
-                  "Decimal acuities of the Landolt rings on the library scale, separated by commas")
+      .add_option("--acuity,--acuities", words->acuities, "Decimal acuities of the Landolt rings, separated by commas")
       ->capture_default_str()
       ->type_name("LIST");
   simulate
@@ -228,7 +238,7 @@ Run DefineSimulate(CLI::App& app) {
       ->type_name("LIST");
   simulate
       .add_option("--mtf-at", words->frequencies,
-                  "Frequencies of the printed MTF, in cycles/degree on the library scale, separated by commas")
+                  "Frequencies of the printed MTF, in cycles/degree, separated by commas")
       ->type_name("LIST");
   CLI::Option* const picture =
       simulate.add_option("--picture", command->picture.file, "Your own picture, to compute its retinal image too")
@@ -246,9 +256,10 @@ Run DefineSimulate(CLI::App& app) {
       ->type_name("LIST");
   simulate.add_flag("--npy", words->npy, "Add npy to the formats");
   simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; other files stay");
+  AddModelOptions(simulate, command->model, ModelOutput::kPlanes);
   AddAdjustmentOptions(simulate, command->adjustments);
-  simulate.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kScaleNotes + "\n" + kPictureNotes + "\n" +
-                  kFormatNotes + "\n" + kSimulateExamples);
+  simulate.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kModelNotes + "\n" + kObjectNotes + "\n" +
+                  kPictureNotes + "\n" + kFormatNotes + "\n" + kSimulateExamples);
   simulate.final_callback([command, words, picture, output, &simulate] {
     if (command->json) {
       for (const char* const name : {"--output", "--picture", "--format", "--npy", "--force"}) {

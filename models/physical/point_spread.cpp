@@ -93,7 +93,7 @@ Outcome<PointSpread> PointSpreadOf(const Eye& eye, const Light& light, const Ret
     counts.push_back(*checked);
   }
 
-  PointSpread psf{grid, shown.x, shown.y, {}};
+  PointSpread psf{grid, shown.x, shown.y, {}, densities.perfect};
   psf.samples.resize(static_cast<std::size_t>(grid.columns) * static_cast<std::size_t>(grid.rows));
   GridOutput output;
   output.data = psf.samples.data();

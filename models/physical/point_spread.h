@@ -45,7 +45,8 @@ struct PointSpread {
   RetinalGrid grid;
   double originX = 0.0;  // from the axis, arcmin of the view
   double originY = 0.0;
-  std::vector<double> samples;  // row-major, row 0 at the top
+  std::vector<double> samples;     // row-major, row 0 at the top
+  double perfectPerArcmin2 = 0.0;  // what 1 is in Strehl units: the share of the light per arcmin^2
 };
 
 // Error: 1e-9 of the peak of the pupil without aberration, at every sample, for eyes up to 5 waves RMS.

@@ -42,7 +42,7 @@ done
 [ "$(offered orvanel simulate --format npy,h)" = npy,hdf5 ] || { echo "no formats behind a comma"; status=1; }
 [ "$(offered orvanel simulate --format npy,png8,png | tr '\n' ' ')" = 'npy,png8,png16 ' ] || { echo "a format twice"; status=1; }
 [ "$(offered orvanel simulate --gaps down, | tr '\n' ' ')" = 'down,up down,right down,left down,all ' ] || { echo "no gaps behind a comma"; status=1; }
-[ "$(offered orvanel batch --metrics st | tr '\n' ' ')" = 'strehl strehl_peak ' ] || { echo "no metrics"; status=1; }
+[ "$(offered orvanel batch --metrics st | tr '\n' ' ')" = 'strehl strehl_axis strehl_peak ' ] || { echo "no metrics"; status=1; }
 [ "$(offered orvanel batch --metrics = strehl,mtf)" = strehl,mtf_area ] || { echo "no metrics behind ="; status=1; }
 [ "$(offered orvanel batch --planes-of '' | tr '\n' ' ')" = 'wavefront psf mtf ' ] || { echo "no planes"; status=1; }
 [ "$(offered orvanel batch --pictures-of psf,s)" = psf,star ] || { echo "no pictures"; status=1; }

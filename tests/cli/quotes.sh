@@ -17,6 +17,6 @@ command=$(sed -n 's/^    orvanel \(simulate .*\)/\1/p' "$source/docs/conventions
 [ -n "$command" ] || { echo "conventions.md quotes no command"; status=1; }
 # shellcheck disable=SC2086 # its words
 "$program" $command >output
-quoted=$(sed -n '/^    PSF window/,/^    Scales/p' "$source/docs/conventions.md")
-[ "$quoted" = "$(sed -n '/^PSF window/,/^Scales/s/^/    /p' output)" ] || { echo "conventions.md quotes: $quoted"; status=1; }
+quoted=$(sed -n '/^    PSF window/,/^    Rings/p' "$source/docs/conventions.md")
+[ "$quoted" = "$(sed -n '/^PSF window/,/^Rings/s/^/    /p' output)" ] || { echo "conventions.md quotes: $quoted"; status=1; }
 exit $status

@@ -15,8 +15,18 @@ TEST(RingFiles, AreNamedByTheAcuityDrawn) {
   EXPECT_EQ(RingStem(0.49507, Gap::kRight), "ring_acuity-0.4951_gap-right");
   EXPECT_EQ(RingStem(2.0, Gap::kDown), "ring_acuity-2_gap-down");
   const double drawn = EffectiveAcuity(Millimetres(4.5), RingDiameter(Millimetres(4.5), 0.7));
-  EXPECT_EQ(RingStem(Millimetres(4.5), {0.7, Gap::kLeft}), RingStem(drawn, Gap::kLeft));
+  Request request;
+  request.pupil = Millimetres(4.5);
+  request.model = ModelKind::kClassic;
+  EXPECT_EQ(RingStem(request, {0.7, Gap::kLeft}), RingStem(drawn, Gap::kLeft));
   EXPECT_NE(drawn, 0.7);
+}
+
+TEST(RingFiles, OfThePhysicalModelAreDrawnAtTheAcuityRequested) {
+  Request request;
+  request.pupil = Millimetres(4.5);
+  request.model = ModelKind::kPhysical;
+  EXPECT_EQ(RingStem(request, {0.7, Gap::kLeft}), "ring_acuity-0.7_gap-left");
 }
 
 TEST(RingFiles, HaveNamesOfTheirOwnAtEveryDiameterUpToFiveThousandSamples) {

@@ -168,6 +168,20 @@ TEST(Overview, LeavesItsMarginBlankWhateverThePupilTheSideAndTheWarnings) {
   }
 }
 
+TEST(Overview, OfThePhysicalModelLeavesItsMarginBlankToo) {
+  for (const double pupil : {0.7, 3.0, 8.0}) {
+    Eye eye = AsymmetricEye();
+    eye.pupil = Millimetres(pupil);
+    eye.referenceWavelength = Nanometres(850.0);
+    PhysicalSettings settings;
+    settings.stilesCrawford.rho = 0.05;
+    settings.origin = physical::Origin::kCentroid;
+    if (pupil == 3.0) settings.light = physical::WhiteLight();
+    const SimulatedEye simulated = PhysicallySimulated(eye, {{0.5, Gap::kUp}, {1.0, Gap::kUp}}, settings);
+    EXPECT_TRUE(HasBlankMargin(DrawOverview(simulated), kSides, kEnds)) << pupil;
+  }
+}
+
 TEST(Overview, GrowsWithItsWarningsSoThatNoneIsCut) {
   SimulatedEye r = Simulated(AsymmetricEye(), {{1.0, Gap::kUp}});
   r.warnings = {"short"};

@@ -8,6 +8,7 @@
 
 #include "base/number_text.h"
 #include "drawing/sheet.h"
+#include "evaluation/model_notes.h"
 #include "tests/drawing/blank_margin.h"
 #include "tests/evaluation/simulated_eyes.h"
 
@@ -39,16 +40,13 @@ TEST(PictureSheet, TheNoteAtItsFootIsWhole) {
   ObjectPicture object{{"photograph.jpg", Fit::kPad, false}, 4032, 3024, 8, false, {simulated.results.star.original}};
   simulated.results.picture = RetinalPictureOf(simulated.eye, std::move(object));
   const ColourPicture sheet = DrawPictureSheet(simulated);
-  const Paragraph note("4032 \u00d7 3024 pixels, all of it, white beside it. The 256 samples span " +
-                           NumberText(FieldOf(simulated.results.scales.library).value(), 4) +
-                           "\u2032 on the library scale and " +
-                           NumberText(FieldOf(simulated.results.scales.optical).value(), 4) +
-                           "\u2032 on the optical scale of the pupil, whose cut-off is " +
-                           NumberText(simulated.results.scales.opticalCutOff.value(), 4) + " cycles/degree; ratio " +
-                           NumberText(simulated.results.scales.ratio, 5) +
-                           ". sRGB values are turned into light and back; total light is kept. Edges wrap round: light "
-                           "blurred over one edge returns at the opposite edge.",
-                       {18.0, kInk}, sheet.width - 120.0);
+  const double span = simulated.results.picture->pixel.value() * ORVANEL_GRID_SIZE;
+  std::string text = "4032 \u00d7 3024 pixels, all of it, white beside it. The 256 samples span " +
+                     NumberText(span, 4) +
+                     "\u2032. sRGB values are turned into light and back. Total light is kept. Edges wrap round: light "
+                     "blurred over one edge returns at the opposite edge.";
+  for (const std::string& sentence : ModelNotes(simulated.results)) text += " " + sentence;
+  const Paragraph note(text, {18.0, kInk}, sheet.width - 120.0);
   Canvas expected(sheet.width, note.height(), 1.0);
   note.Draw(expected, {60.0, 0.0});
   // The sheet ends with the note and a margin of 30.

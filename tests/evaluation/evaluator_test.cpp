@@ -137,7 +137,7 @@ TEST(Evaluator, ResultsHaveWhatIsNeededAndNothingOfTheEyeBefore) {
   EXPECT_EQ(results.wavefront.steepestStep, Micrometres(0.0));
   EXPECT_EQ(results.strehl, 0.0);
   EXPECT_EQ(results.strehlPeak, 0.0);
-  EXPECT_EQ(results.rowSection, Section{});
+  EXPECT_EQ(results.rowSection, Curve{});
   EXPECT_EQ(results.lineSpreads.vertical, LineSpread{});
   EXPECT_EQ(results.pupil, eye.pupil);
 }
@@ -170,7 +170,7 @@ TEST(Evaluator, FindsTheFocusOfItsModel) {
   const Eye eye = StandardObserver();
   const FocusRequest request{FocusMethodsOf(ModelKind::kClassic).front()};
   const BestFocus best = Evaluator().FindBestFocus(eye, request);
-  const BestFocus expected = MakeModel(ModelKind::kClassic)->FindBestFocus(eye, request);
+  const BestFocus expected = MakeModel({ModelKind::kClassic, {}})->FindBestFocus(eye, request);
   EXPECT_EQ(best.eye.coefficients, expected.eye.coefficients);
   EXPECT_GT(best.after.strehl, best.before.strehl);
   EXPECT_EQ(best.after.strehl, expected.after.strehl);

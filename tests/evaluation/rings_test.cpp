@@ -7,7 +7,7 @@ namespace orvanel::evaluation {
 namespace {
 
 Ring RingOf(double asked, double drawn, int diameter = 20, Gap gap = Gap::kUp) {
-  return {{asked, gap}, diameter, drawn, {}, {}};
+  return {{asked, gap}, ArcMinutes(0.1), diameter, drawn, {}, {}};
 }
 
 TEST(Rings, AreFarOffBeyondATenthEitherWay) {

@@ -13,15 +13,20 @@
 
 namespace orvanel::evaluation {
 
-inline SimulatedEye Simulated(Eye eye, const std::vector<RingRequest>& rings) {
+inline SimulatedEye Simulated(Eye eye, const std::vector<RingRequest>& rings, const ModelRequest& model = {}) {
   SimulatedEye simulated;
   simulated.measured = eye;
   simulated.eye = std::move(eye);
-  Evaluator evaluator;
+  Evaluator evaluator(model);
   simulated.results = Simulate(evaluator, simulated.eye, rings);
   simulated.warnings = EyeWarnings(simulated.eye);
   for (std::string& warning : Warnings(simulated.results)) simulated.warnings.push_back(std::move(warning));
   return simulated;
+}
+
+inline SimulatedEye PhysicallySimulated(Eye eye, const std::vector<RingRequest>& rings,
+                                        PhysicalSettings settings = {}) {
+  return Simulated(std::move(eye), rings, {ModelKind::kPhysical, std::move(settings)});
 }
 
 inline RetinalPicture RetinalPictureOf(const Eye& eye, ObjectPicture object) {

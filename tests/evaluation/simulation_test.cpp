@@ -38,7 +38,7 @@ TEST(Simulation, PointSpreadAndTransferAreThoseOfTheLibrary) {
   ASSERT_EQ(OrvanelGetMTF(plane.data(), &range), 1);
   EXPECT_EQ(s.mtf, plane);
   EXPECT_EQ(s.scales.frequencyRange, CyclesPerDegree(range));
-  Section row, column, limit;
+  Curve row(ORVANEL_SECTION_SAMPLES), column(ORVANEL_SECTION_SAMPLES), limit(ORVANEL_SECTION_SAMPLES);
   ASSERT_EQ(OrvanelGetMTFGraph(row.data(), column.data(), limit.data(), &range), 1);
   EXPECT_EQ(s.rowSection, row);
   EXPECT_EQ(s.columnSection, column);

@@ -12,6 +12,30 @@ std::vector<std::string> WarningsOf(const Eye& eye, const std::vector<RingReques
   return Simulated(eye, rings).warnings;
 }
 
+TEST(Warnings, APsfWindowThatLosesLightIsDoubted) {
+  Eye eye = AsymmetricEye();
+  SetTerm(eye, 4, 1.5);
+  PhysicalSettings settings;
+  settings.field = ArcMinutes(5.0);
+  const std::vector<std::string> warnings = PhysicallySimulated(eye, {}, settings).warnings;
+  ASSERT_FALSE(warnings.empty());
+  EXPECT_TRUE(warnings.back().ends_with("% of the light; use a larger field")) << warnings.back();
+  EXPECT_TRUE(PhysicallySimulated(PerfectEye(Millimetres(3.0)), {}).warnings.empty());
+}
+
+// lambda/D of 3 mm at 555 nm is 0.636'.
+TEST(Warnings, PsfSamplesThatMissDetailsAreDoubted) {
+  PhysicalSettings settings;
+  settings.field = ArcMinutes(20.0);
+  settings.samples = 62;
+  const Eye eye = PerfectEye(Millimetres(3.0));
+  const std::vector<std::string> warnings = PhysicallySimulated(eye, {}, settings).warnings;
+  ASSERT_EQ(warnings.size(), 1U);
+  EXPECT_TRUE(warnings[0].starts_with("the samples of the PSF are 0.323 arc minutes apart")) << warnings[0];
+  settings.samples = 63;
+  EXPECT_TRUE(PhysicallySimulated(eye, {}, settings).warnings.empty());
+}
+
 TEST(Warnings, WavefrontsTooSteepForTheSamplesAreDoubted) {
   Eye eye = AsymmetricEye();
   SetTerm(eye, 4, 4.5);

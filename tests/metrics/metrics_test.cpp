@@ -58,7 +58,8 @@ TEST(Metrics, NothingIsComputedThatNobodyAsksFor) {
 // The name of a column ends with its unit, or has it before an addition, as "_mm_library_scale".
 TEST(Metrics, UnitsAreThoseInTheNamesOfColumns) {
   const std::map<std::string, std::string> parts = {
-      {"mm", "_mm"}, {"um", "_um"}, {"D", "_d"}, {"degrees", "_deg"}, {"cycles/degree", "_cpd"}};
+      {"mm", "_mm"},         {"um", "_um"}, {"D", "_d"}, {"degrees", "_deg"}, {"cycles/degree", "_cpd"},
+      {"arcmin", "_arcmin"}, {"nm", "_nm"}};
   for (const Metric& metric : Metrics()) {
     for (const Column& column : metric.columns) {
       const std::string name = std::string(column.name) + "_";

@@ -61,7 +61,7 @@ TEST(ClassicModel, WhatIsNotNeededIsLeftAlone) {
   const Results sections = ResultsOf({Need::kSections});
   EXPECT_TRUE(sections.psf.empty() && sections.mtf.empty());
   EXPECT_EQ(sections.strehl, 0.0);
-  EXPECT_EQ(ResultsOf({Need::kMtf}).rowSection, Section{});
+  EXPECT_EQ(ResultsOf({Need::kMtf}).rowSection, Curve{});
 }
 
 TEST(ClassicModel, RmsIsThatOfTheCoefficients) {

@@ -9,7 +9,7 @@ namespace orvanel::models {
 namespace {
 
 TEST(Model, OfTheClassicKindIsTheClassicModel) {
-  const std::unique_ptr<Model> model = MakeModel(ModelKind::kClassic);
+  const std::unique_ptr<Model> model = MakeModel({ModelKind::kClassic, {}});
   EXPECT_NE(dynamic_cast<ClassicModel*>(model.get()), nullptr);
 }
 

@@ -32,7 +32,8 @@ const std::vector<KindWords>& Kinds() {
   static const std::vector<KindWords> kKinds = {
       {PlaneKind::kWavefront,
        Need::kWavefront,
-       {"wavefront", "wavefront aberration, not a number outside the pupil", "mm", Text(View::kPupil), kSide, kSide}},
+       {"wavefront", "wavefront aberration without piston and tilt, not a number outside the pupil", "mm",
+        Text(View::kPupil), kSide, kSide}},
       {PlaneKind::kPsf,
        Need::kPsf,
        {"psf", "point spread function, 1 at its peak", "1", Text(View::kRetina), kSide, kSide}},
@@ -42,7 +43,23 @@ const std::vector<KindWords>& Kinds() {
   return kKinds;
 }
 
+// As the model computes it. The physical model's PSF has the size and view of its settings.
+StackedPlane PlaneOf(PlaneKind kind, const ModelRequest& model) {
+  StackedPlane plane = Kinds()[static_cast<std::size_t>(kind)].plane;
+  if (model.kind == ModelKind::kClassic || kind == PlaneKind::kWavefront) return plane;
+  plane.view = Text(ViewOf(model));
+  if (kind == PlaneKind::kPsf) {
+    plane.description = "point spread function, 1 at the peak of the eye without aberration";
+    plane.rows = plane.columns = model.physical.samples;
+  }
+  return plane;
+}
+
 }  // namespace
+
+RowScale ScaleOf(const Results& results) {
+  return {results.pupil.value(), results.retinaAxis.step.value(), results.frequencyAxis.step.value()};
+}
 
 std::vector<PlaneKind> PlaneKindsNamed(std::string_view list) {
   std::vector<PlaneKind> chosen;
@@ -79,8 +96,9 @@ std::vector<std::string> CompressedPlanes(const std::vector<PlaneKind>& kinds, c
   return planes;
 }
 
-PlaneChunks::PlaneChunks(const std::string& file, std::vector<PlaneKind> kinds, std::size_t chunkRows)
-    : kinds_(std::move(kinds)), chunkRows_(chunkRows) {
+PlaneChunks::PlaneChunks(const std::string& file, std::vector<PlaneKind> kinds, std::size_t chunkRows,
+                         const ModelRequest& model)
+    : kinds_(std::move(kinds)), chunkRows_(chunkRows), model_(model) {
   constexpr std::size_t kDigits = 6;
   FormatNamed("hdf5");  // throws with the missing library, if any
   const fs::path path = PathOf(file);
@@ -93,26 +111,35 @@ PlaneChunks::PlaneChunks(const std::string& file, std::vector<PlaneKind> kinds, 
 
 PlaneChunks::~PlaneChunks() = default;
 
-void PlaneChunks::Add(std::size_t row, const std::vector<std::string>& compressed, double pupil) {
+void PlaneChunks::Add(std::size_t row, const std::vector<std::string>& compressed, const RowScale& scale) {
   if (!stack_) {
     number_ = row / chunkRows_ + 1;
     std::vector<StackedPlane> planes;
-    for (const PlaneKind kind : kinds_) planes.push_back(Kinds()[static_cast<std::size_t>(kind)].plane);
+    for (const PlaneKind kind : kinds_) planes.push_back(PlaneOf(kind, model_));
     stack_ = std::make_unique<Hdf5Stack>(planes);
   }
   stack_->Add(compressed);
   rows_.push_back(static_cast<double>(row + 1));
-  pupils_.push_back(pupil);
+  scales_.push_back(scale);
 }
 
 void PlaneChunks::Finish() {
   if (!stack_) return;
   stack_->AddNumbers("row", "number of the row in the table of eyes, from 1", rows_);
-  stack_->AddNumbers("pupil_diameter_mm", "as simulated; NaN where the row is invalid", pupils_);
+  const auto add = [this](const char* name, const char* text, double RowScale::*member) {
+    std::vector<double> numbers;
+    for (const RowScale& scale : scales_) numbers.push_back(scale.*member);
+    stack_->AddNumbers(name, text, numbers);
+  };
+  add("pupil_diameter_mm", "as simulated; NaN where the row is invalid", &RowScale::pupilMm);
+  if (model_.kind == ModelKind::kPhysical) {
+    add("psf_sample_arcmin", "of the PSF; NaN where the row is invalid", &RowScale::psfSampleArcmin);
+    add("mtf_sample_cpd", "of the MTF; NaN where the row is invalid", &RowScale::mtfSampleCpd);
+  }
   const std::string bytes = stack_->Finish();
   stack_.reset();
   rows_.clear();
-  pupils_.clear();
+  scales_.clear();
   ReplaceFile(files_.Path(number_), bytes);
 }
 

@@ -76,6 +76,6 @@ compare() {
 }
 
 table 200
-compare 50 --metrics strehl,rms --mtf-at 5
+compare 50 --model classic --metrics strehl,rms --mtf-at 5
 table 40
-compare 12 --metrics strehl --planes planes.h5 --planes-of psf --pictures pictures --pictures-of star
+compare 12 --model physical --metrics strehl_axis --planes planes.h5 --planes-of psf --pictures pictures --pictures-of star

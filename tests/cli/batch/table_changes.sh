@@ -21,7 +21,7 @@ changes() {
   shift
   rm -f eyes.csv results.csv*
   head -n "$rows" table.csv >eyes.csv
-  "$program" batch eyes.csv -o results.csv --metrics strehl --jobs 1 >/dev/null 2>errors &
+  "$program" batch eyes.csv -o results.csv --metrics strehl_axis --jobs 1 >/dev/null 2>errors &
   pid=$!
   until [ "$(head -c 2000 results.csv 2>/dev/null | wc -l)" -gt 2 ]; do
     kill -0 $pid 2>/dev/null || fail "ends before the change: $(cat errors)"
@@ -39,7 +39,7 @@ refused() {
   grep -q '^orvanel: eyes.csv: was changed while it was read' errors || fail "$(cat errors)"
   grep -q '"complete": false' results.csv.orvanel || fail "the record says complete"
   head -n "$rows" table.csv >eyes.csv # even where it is as it was
-  "$program" batch eyes.csv -o results.csv --metrics strehl --resume 2>errors && fail "a run goes on"
+  "$program" batch eyes.csv -o results.csv --metrics strehl_axis --resume 2>errors && fail "a run goes on"
   grep -q 'the table of eyes differs or was changed' errors || fail "$(cat errors)"
 }
 
@@ -60,6 +60,6 @@ changes 0 touch eyes.csv
 cp results.csv first.csv
 changes 0 like
 cmp results.csv first.csv
-"$program" batch eyes.csv -o whole.csv --metrics strehl >/dev/null
+"$program" batch eyes.csv -o whole.csv --metrics strehl_axis >/dev/null
 cmp results.csv whole.csv
 cmp results.csv.orvanel whole.csv.orvanel

@@ -116,8 +116,26 @@ TEST(PlaneChunks, ShardsMakeTheFilesOfASingleRun) {
   EXPECT_EQ(Read(folder / "planes-000002.h5"), second);
 }
 
+// The stack refuses planes of another size than its description says, so that this test fails without the size of the
+// settings. The file of a PSF of more samples is larger.
+TEST(PlaneChunks, OfThePhysicalModelHaveTheSizeOfItsSettings) {
+  const TemporaryFolder folder;
+  Write(folder / "eyes.csv", TableOfEyes(2));
+  BatchRequest request = WithPlanes(folder);
+  request.model.kind = request.choice.model = ModelKind::kPhysical;
+  request.choice.metrics = UsualMetrics(false, ModelKind::kPhysical);
+  request.model.physical.samples = 31;
+  RunBatch(request);
+  const std::string small = Read(folder / "planes-000001.h5");
+  EXPECT_NE(small.find("psf_sample_arcmin"), std::string::npos);
+  request.model.physical.samples = 90;
+  request.force = true;
+  RunBatch(request);
+  EXPECT_GT(Read(folder / "planes-000001.h5").size(), small.size() + 2 * 31 * 31 * 2);
+}
+
 TEST(PlaneChunks, AFolderThatIsMissingIsRefused) {
-  EXPECT_THROW(PlaneChunks("/no such folder/planes.h5", {PlaneKind::kPsf}, 4), Error);
+  EXPECT_THROW(PlaneChunks("/no such folder/planes.h5", {PlaneKind::kPsf}, 4, {}), Error);
 }
 
 #endif

@@ -1,0 +1,32 @@
+// Options that choose the model, and the conditions of the physical one.
+#ifndef ORVANEL_CLI_COMMANDS_MODEL_OPTIONS_H
+#define ORVANEL_CLI_COMMANDS_MODEL_OPTIONS_H
+
+#include <CLI/App.hpp>
+#include <string>
+
+#include "base/layers.h"
+#include "models/model.h"
+
+namespace orvanel::cli {
+
+struct ModelOptions {
+  ModelRequest request{ModelKind::kPhysical, {}};
+};
+
+// What a subcommand writes.
+enum class ModelOutput {
+  kNumbers,
+  kPlanes,  // also PSF, MTF and images
+};
+
+// --model, --light and --stiles-crawford; for planes also --field, --samples, --view, --origin and --object-angle. An
+// option of the physical model beside --model classic is an error of usage.
+void AddModelOptions(CLI::App& app, ModelOptions& options, ModelOutput output);
+
+// What the options mean, for the help of subcommands.
+extern const char* const kModelNotes;
+
+}  // namespace orvanel::cli
+
+#endif  // ORVANEL_CLI_COMMANDS_MODEL_OPTIONS_H

@@ -1,0 +1,24 @@
+// Says in sentences what a model's numbers are: scale, light, view and errors.
+#ifndef ORVANEL_EVALUATION_MODEL_NOTES_H
+#define ORVANEL_EVALUATION_MODEL_NOTES_H
+
+#include <string>
+#include <vector>
+
+#include "base/layers.h"
+#include "models/results.h"
+
+namespace orvanel::evaluation {
+
+// "555 nm", or "31 wavelengths from 400 to 700 nm"; for the classic model its one wavelength.
+std::string LightText(const Results& results);
+
+// What places of the PSF are relative to: "axis", "peak" or "centroid".
+const char* Word(physical::Origin origin);
+
+// The sentences for sheets and reports.
+std::vector<std::string> ModelNotes(const Results& results);
+
+}  // namespace orvanel::evaluation
+
+#endif  // ORVANEL_EVALUATION_MODEL_NOTES_H
