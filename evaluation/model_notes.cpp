@@ -18,6 +18,16 @@ std::string LightText(const Results& results) {
          ShortestText(last->wavelengthNm) + " nm";
 }
 
+std::string ReferenceNote(const Results& results) {
+  const PhysicalResults& own = *results.physical;
+  const std::string reference = ShortestText(own.reference.value()) + " nm.";
+  return LightText(results) + (own.referenceAssumed
+                                   ? ". The eye does not state its reference wavelength; its coefficients are taken to "
+                                     "hold at " +
+                                         reference
+                                   : ". The coefficients hold at " + reference);
+}
+
 const char* Word(physical::Origin origin) {
   switch (origin) {
     case physical::Origin::kAxis:
@@ -40,12 +50,7 @@ std::vector<std::string> ModelNotes(const Results& results) {
   std::vector<std::string> notes = {
       "Physical model: Fourier optics of the stated pupil. Angles and frequencies are true; images are linear in "
       "light."};
-  const std::string reference = ShortestText(own.reference.value()) + " nm";
-  notes.push_back("Light: " + LightText(results) +
-                  (own.referenceAssumed ? ". The eye does not state its reference wavelength; its coefficients are "
-                                          "taken to hold at " +
-                                              reference + "."
-                                        : ". The coefficients hold at " + reference + "."));
+  notes.push_back("Light: " + ReferenceNote(results));
   if (own.stilesCrawford.rho > 0.0) {
     notes.push_back("Stiles-Crawford effect: " + ShortestText(own.stilesCrawford.rho) + " per mm^2, centred at x " +
                     ShortestText(own.stilesCrawford.centreXmm) + ", y " + ShortestText(own.stilesCrawford.centreYmm) +

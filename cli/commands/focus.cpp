@@ -15,6 +15,7 @@
 #include "cli/console/terminal.h"
 #include "cli/error_text.h"
 #include "evaluation/evaluator.h"
+#include "evaluation/model_notes.h"
 #include "eye/plausibility.h"
 #include "files/eyes/any_eye.h"
 #include "files/eyes/eye_file.h"
@@ -155,12 +156,14 @@ std::string MeasureLines(const FocusRequest& request, const BestFocus& best) {
   return ReportLine(label, strehl) + ReportLine(std::string(text.label), values + " " + std::string(text.note) + made);
 }
 
-std::string Report(const FocusCommand& command, const Eye& measured, const Eye& before, const BestFocus& best) {
+std::string Report(const FocusCommand& command, const Eye& measured, const Eye& before, const BestFocus& best,
+                   const std::string& light) {
   const Eye& after = best.eye;
   const auto refraction = [](const Eye& eye) { return LeastSquaresRefraction(eye.coefficients.osa(), eye.pupil); };
   std::string text = EyeLines(measured, Changes(measured, command.adjustments));
   text += ReportLine("Pupil", NumberText(before.pupil.value(), 6) + " mm");
   text += ReportLine("Model", std::string(Word(command.model.request.kind)));
+  if (!light.empty()) text += ReportLine("Light", light);
   text += ReportLine("Search", SearchText(command, best));
   if (command.request.withoutAstigmatism) text += ReportLine("", "evaluated without the terms of astigmatism");
   text += MeasureLines(command.request, best);
@@ -183,7 +186,7 @@ void RunFocus(const FocusCommand& command) {
   const Eye measured = ReadEye(command.input);
   Eye before;
   BestFocus best;
-  std::string text;
+  std::string text, light;
   try {
     std::optional<Dropped> dropped;
     before = Adjusted(measured, command.adjustments, &dropped);
@@ -191,7 +194,10 @@ void RunFocus(const FocusCommand& command) {
     for (const std::string& warning : EyeWarnings(before)) PrintWarning(warning);
     {
       const StopAtOnce stop;
-      best = Evaluator(command.model.request).FindBestFocus(before, command.request);
+      Evaluator evaluator(command.model.request);
+      best = evaluator.FindBestFocus(before, command.request);
+      const Results& conditions = evaluator.Evaluate(before, {});
+      if (conditions.physical) light = ReferenceNote(conditions);
     }
     if (FocusIsUndersampled(best.before)) {
       PrintWarning(command.input.file + ": as given, " + FocusUndersampledText(best.before) +
@@ -203,7 +209,7 @@ void RunFocus(const FocusCommand& command) {
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
   }
-  std::string report = Report(command, measured, before, best);
+  std::string report = Report(command, measured, before, best, light);
   if (!command.output.empty()) {
     NewFile file(command.output, command.force);
     file.Write(text);
