@@ -16,12 +16,15 @@ namespace orvanel::metrics {
 class UnknownMetric : public Error {
  public:
   //   knownNames  separated by commas
-  UnknownMetric(std::string_view wantedName, const std::string& knownNames)
-      : Error(Quoted(wantedName) + " is not a metric; use one of " + knownNames),
+  //   nearNames   those that a slip of the keyboard may have meant, likewise; may be empty
+  UnknownMetric(std::string_view wantedName, const std::string& knownNames, const std::string& nearNames = "")
+      : Error(Quoted(wantedName) + " is not a metric; " +
+              (nearNames.empty() ? "" : "names like it are " + nearNames + "; ") + "use one of " + knownNames),
         wanted(wantedName),
-        known(knownNames) {}
+        known(knownNames),
+        near(nearNames) {}
 
-  std::string wanted, known;
+  std::string wanted, known, near;
 };
 
 // No metric has a column of this name.
@@ -41,6 +44,19 @@ class ValueNotFinite : public Error {
         column(std::move(theColumn)) {}
 
   std::string column;
+};
+
+// The standard deviation of the Gaussian of the metric NS is out of range.
+class GaussianSdOutOfRange : public Error {
+ public:
+  GaussianSdOutOfRange(double theSd, double theLowest, double theHighest)
+      : Error("the standard deviation of " + ShortestText(theSd) + " arc minutes of the metric NS is outside of " +
+              ShortestText(theLowest) + " to " + ShortestText(theHighest)),
+        sd(theSd),
+        lowest(theLowest),
+        highest(theHighest) {}
+
+  double sd, lowest, highest;  // arc minutes
 };
 
 }  // namespace orvanel::metrics

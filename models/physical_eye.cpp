@@ -17,4 +17,13 @@ physical::Eye PhysicalEyeOf(const Eye& eye) {
   return physical;
 }
 
+physical::Eye PhysicalEyeOf(const Eye& eye, const PhysicalSettings& settings) {
+  physical::Eye physical = PhysicalEyeOf(eye);
+  physical.outline = settings.outline;
+  physical.stilesCrawford = settings.stilesCrawford;
+  physical.achromaticAxisXmm = settings.achromaticAxisXmm;
+  physical.achromaticAxisYmm = settings.achromaticAxisYmm;
+  return physical;
+}
+
 }  // namespace orvanel::models

@@ -64,23 +64,19 @@ double Mean(const Plane& plane) {
   return std::accumulate(plane.begin(), plane.end(), 0.0) / static_cast<double>(plane.size());
 }
 
-const Kernels& Chosen() {
+}  // namespace
+
+const Kernels& ChosenKernels() {
   const Kernels* const kernels = ActiveKernels();
   if (kernels == nullptr) throw Error(WhyNoKernels());
   return *kernels;
 }
 
-}  // namespace
-
-PhysicalModel::PhysicalModel(PhysicalSettings settings) : settings_(std::move(settings)), workspace_(Chosen()) {}
+PhysicalModel::PhysicalModel(PhysicalSettings settings) : settings_(std::move(settings)), workspace_(ChosenKernels()) {}
 
 void PhysicalModel::Compute(const Eye& eye, Needs needs, Results& results) {
   filter_.reset();
-  eye_ = PhysicalEyeOf(eye);
-  eye_.outline = settings_.outline;
-  eye_.stilesCrawford = settings_.stilesCrawford;
-  eye_.achromaticAxisXmm = settings_.achromaticAxisXmm;
-  eye_.achromaticAxisYmm = settings_.achromaticAxisYmm;
+  eye_ = PhysicalEyeOf(eye, settings_);
 
   results.model = ModelKind::kPhysical;
   results.pupil = eye.pupil;

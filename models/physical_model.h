@@ -14,6 +14,9 @@
 
 namespace orvanel::models {
 
+// The kernels that this process computes with. Throws Error where ORVANEL_KERNELS names none that this CPU runs.
+const Kernels& ChosenKernels();
+
 // Angles and frequencies are those of the eye; images are linear in light. Errors are stated in models/physical.
 class PhysicalModel : public Model {
  public:

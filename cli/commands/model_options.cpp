@@ -77,7 +77,7 @@ The Stiles-Crawford effect (--stiles-crawford) lowers the intensity at the dista
 10^(-RHO d^2); 0.05 is usual.
 )";
 
-void AddModelOptions(CLI::App& app, ModelOptions& options, ModelOutput output) {
+void AddModelOptions(CLI::App& app, ModelOptions& options, ModelOutput output, const std::vector<CLI::Option*>& more) {
   PhysicalSettings& settings = options.request.physical;
   const auto add = [&](const char* name, const char* type, const std::string& text,
                        std::function<void(const std::string&)> parse) {
@@ -120,6 +120,7 @@ void AddModelOptions(CLI::App& app, ModelOptions& options, ModelOutput output) {
                       }));
   };
   if (output == ModelOutput::kPlanes) addPlanes();
+  own.insert(own.end(), more.begin(), more.end());
   app.parse_complete_callback([&options, model, own] {
     if (options.request.kind == ModelKind::kPhysical) return;
     for (const CLI::Option* const option : own) {

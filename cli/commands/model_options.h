@@ -4,6 +4,7 @@
 
 #include <CLI/App.hpp>
 #include <string>
+#include <vector>
 
 #include "base/layers.h"
 #include "models/model.h"
@@ -22,7 +23,9 @@ enum class ModelOutput {
 
 // --model, --light and --stiles-crawford; for planes also --field, --samples, --view, --origin and --object-angle. An
 // option of the physical model beside --model classic is an error of usage.
-void AddModelOptions(CLI::App& app, ModelOptions& options, ModelOutput output);
+//   more  options of the subcommand that only the physical model has
+void AddModelOptions(CLI::App& app, ModelOptions& options, ModelOutput output,
+                     const std::vector<CLI::Option*>& more = {});
 
 // What the options mean, for the help of subcommands.
 extern const char* const kModelNotes;

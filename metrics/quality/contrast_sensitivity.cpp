@@ -15,13 +15,12 @@ constexpr double kLinear = 0.12704, kConstant = 1.8636;
 
 std::optional<ContrastSensitivity> ContrastSensitivity::Of(std::vector<Point> table, int& wrong) {
   constexpr std::size_t kMost = 10000;
-  constexpr double kHighest = 1000.0, kLargest = 1e9;
   wrong = static_cast<int>(table.size());
   if (table.size() < 2 || table.size() > kMost) return std::nullopt;
   for (std::size_t i = 0; i < table.size(); ++i) {
     const auto [frequency, sensitivity] = table[i];
     const bool rises = i == 0 ? frequency >= 0.0 : frequency > table[i - 1].frequency;
-    if (!(rises && frequency <= kHighest && sensitivity >= 0.0 && sensitivity <= kLargest)) {
+    if (!(rises && frequency <= kHighestFrequency && sensitivity >= 0.0 && sensitivity <= kLargestSensitivity)) {
       wrong = static_cast<int>(i);
       return std::nullopt;
     }

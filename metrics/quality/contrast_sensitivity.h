@@ -22,8 +22,9 @@ class ContrastSensitivity {
   static constexpr double kMeasuredFrom = 3.9;
 
   // A table, linear in between; constant below its first frequency, 0 beyond its last. Has 2 to 10,000 points.
-  // Frequencies rise, from 0 or more to at most 1000; sensitivities are at least 0. Otherwise the result is empty.
+  // Frequencies rise, from 0 or more; sensitivities are at least 0. Otherwise the result is empty.
   //   wrong  receives the index of the first wrong point
+  static constexpr double kHighestFrequency = 1000.0, kLargestSensitivity = 1e9;
   static std::optional<ContrastSensitivity> Of(std::vector<Point> table, int& wrong);
 
   double At(double frequency) const;

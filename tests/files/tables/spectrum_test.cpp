@@ -38,7 +38,7 @@ TEST(Spectrum, FaultsHaveTheirPlace) {
   EXPECT_EQ(Fault("500,-1\n"), "light.csv: line 1, column 5: the weight -1 is negative");
   EXPECT_EQ(Fault("500\n"),
             "light.csv: line 1, column 1: the row has 1 fields; write two, a wavelength in nm and its weight");
-  EXPECT_EQ(Fault("a,b\n"), "light.csv: no wavelengths; write rows of a wavelength in nm and its weight");
+  EXPECT_EQ(Fault("a,b\n"), "light.csv: has no numbers; write rows of a wavelength in nm and its weight");
   EXPECT_EQ(Fault("500,1\nx,1\n").substr(0, 27), "light.csv: line 2, column 1");
   std::string tooLong = "500,1\n";
   for (int i = 0; i < 1000; ++i) tooLong += "500,1\n";

@@ -1,0 +1,140 @@
+// Compares names without letter case.
+#include "metrics/quality_names.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/spelling.h"
+#include "base/split.h"
+#include "metrics/errors.h"
+
+namespace orvanel::metrics {
+namespace {
+
+std::string Lower(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  return lower;
+}
+
+bool IsNear(std::string_view name, std::string_view known) {
+  constexpr std::size_t kShort = 4, kLongestName = 20;
+  if (name.size() < 2 || name.size() > kLongestName) return false;
+  const std::string a = Lower(name), b = Lower(known);
+  return b.find(a) != std::string::npos || EditDistance(a, b) <= (b.size() > kShort ? 2U : 1U);
+}
+
+template <class Choice, std::size_t N>
+std::optional<Choice> Named(std::string_view word, const std::array<Choice, N>& choices) {
+  const auto found = std::find_if(choices.begin(), choices.end(), [word](Choice c) { return word == Word(c); });
+  if (found == choices.end()) return std::nullopt;
+  return *found;
+}
+
+// The names of these rows of the catalogue.
+template <class Chosen>
+std::string NamesOf(Chosen chosen) {
+  std::string names;
+  for (const QualityRow& row : QualityCatalogue()) {
+    if (chosen(row)) names += (names.empty() ? "" : ", ") + std::string(row.name);
+  }
+  return names;
+}
+
+}  // namespace
+
+std::vector<QualityMetric> QualityMetricsNamed(std::string_view list) {
+  std::vector<QualityMetric> chosen;
+  const auto add = [&chosen](QualityMetric metric) {
+    if (std::find(chosen.begin(), chosen.end(), metric) == chosen.end()) chosen.push_back(metric);
+  };
+  for (const std::string_view name : Split(list)) {
+    if (Lower(name) == "all") {
+      for (const QualityRow& row : QualityCatalogue()) add(row.metric);
+      continue;
+    }
+    const std::optional<QualityMetric> metric = QualityMetricNamed(name);
+    if (!metric) throw UnknownMetric(name, QualityMetricNames() + ", all", QualityMetricNamesNear(name));
+    add(*metric);
+  }
+  return chosen;
+}
+
+std::string QualityMetricNames() {
+  return NamesOf([](const QualityRow&) { return true; });
+}
+
+std::string QualityMetricNamesNear(std::string_view name) {
+  return NamesOf([name](const QualityRow& row) { return IsNear(name, row.name); });
+}
+
+const char* Word(QualityOrigin origin) {
+  switch (origin) {
+    case QualityOrigin::kAxis:
+      return "axis";
+    case QualityOrigin::kPeak:
+      return "peak";
+    case QualityOrigin::kCentroid:
+      return "centroid";
+    case QualityOrigin::kBest:
+      return "best";
+  }
+  return "";
+}
+
+std::optional<QualityOrigin> QualityOriginNamed(std::string_view word) {
+  return Named(word,
+               std::array{QualityOrigin::kAxis, QualityOrigin::kPeak, QualityOrigin::kCentroid, QualityOrigin::kBest});
+}
+
+const char* Word(QualityReference reference) {
+  switch (reference) {
+    case QualityReference::kSameLight:
+      return "same-light";
+    case QualityReference::kMonochromatic:
+      return "monochromatic";
+  }
+  return "";
+}
+
+std::optional<QualityReference> QualityReferenceNamed(std::string_view word) {
+  return Named(word, std::array{QualityReference::kSameLight, QualityReference::kMonochromatic});
+}
+
+const char* Word(QualityNote note) {
+  switch (note) {
+    case QualityNote::kNone:
+      return "";
+    case QualityNote::kPlaceNotUnique:
+      return "place-not-unique";
+    case QualityNote::kBelowZero:
+      return "below-zero";
+    case QualityNote::kEmptyReference:
+      return "empty-reference";
+    case QualityNote::kOutsideWindow:
+      return "outside-window";
+    case QualityNote::kEndOfContrast:
+      return "end-of-contrast";
+  }
+  return "";
+}
+
+std::string TextOf(QualityNote note) {
+  switch (note) {
+    case QualityNote::kNone:
+      return "";
+    case QualityNote::kPlaceNotUnique:
+      return "the origin is one of several places that are equally high, and rounding picks it";
+    case QualityNote::kBelowZero:
+      return "a value below 0 is worse than even light; it has no logarithm and gives no acuity";
+    case QualityNote::kEmptyReference:
+      return "the eye without aberration has the value 0, so that there is no ratio";
+    case QualityNote::kOutsideWindow:
+      return "more than half of the light is farther away than the computation reaches";
+    case QualityNote::kEndOfContrast:
+      return "the value is the frequency at which the contrast sensitivity ends";
+  }
+  return "";
+}
+
+}  // namespace orvanel::metrics

@@ -1,0 +1,37 @@
+// Names of metrics of image quality in lists, and the words for their origin, reference and notes.
+#ifndef ORVANEL_METRICS_QUALITY_NAMES_H
+#define ORVANEL_METRICS_QUALITY_NAMES_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/layers.h"
+#include "metrics/quality/quality.h"
+
+namespace orvanel::metrics {
+
+// Parses "VSX,srx": names of the catalogue in any letter case, each metric once, in this order. "all" means all
+// metrics, in the order of the catalogue. Throws UnknownMetric, with the names that are nearest.
+std::vector<QualityMetric> QualityMetricsNamed(std::string_view list);
+
+// All names, and those that a slip of the keyboard may have meant; separated by commas.
+std::string QualityMetricNames();
+std::string QualityMetricNamesNear(std::string_view name);
+
+// "axis", "peak", "centroid", "best".
+const char* Word(QualityOrigin origin);
+std::optional<QualityOrigin> QualityOriginNamed(std::string_view word);
+
+// "same-light", "monochromatic".
+const char* Word(QualityReference reference);
+std::optional<QualityReference> QualityReferenceNamed(std::string_view word);
+
+// "place-not-unique", and a sentence without its full stop; both empty for kNone.
+const char* Word(QualityNote note);
+std::string TextOf(QualityNote note);
+
+}  // namespace orvanel::metrics
+
+#endif  // ORVANEL_METRICS_QUALITY_NAMES_H
