@@ -2,11 +2,13 @@
 #ifndef ORVANEL_MODELS_PHYSICAL_SETTINGS_H
 #define ORVANEL_MODELS_PHYSICAL_SETTINGS_H
 
+#include <optional>
 #include <vector>
 
 #include "base/layers.h"
 #include "base/units.h"
 #include "eye/view.h"
+#include "models/physical/display.h"
 #include "models/physical/eye.h"
 #include "models/physical/light.h"
 #include "models/physical/point_spread.h"
@@ -14,9 +16,10 @@
 namespace orvanel::models {
 
 struct PhysicalSettings {
-  physical::Light light = {{555.0, 1.0}};  // nm; one wavelength unless several are listed
-  ArcMinutes field{20.0};                  // side of the PSF's square window
-  int samples = 256;                       // a side of it
+  physical::Light light = {{555.0, 1.0}};    // nm; one wavelength unless several are listed
+  std::optional<physical::Display> display;  // whose primaries show objects of true size; the light is then its white
+  ArcMinutes field{20.0};                    // side of the PSF's square window
+  int samples = 256;                         // a side of it
   physical::View view = physical::View::kPatient;
   physical::Origin origin = physical::Origin::kAxis;  // of the window
   physical::StilesCrawford stilesCrawford;

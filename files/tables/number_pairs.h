@@ -17,6 +17,11 @@ struct NumberPair {
   std::array<Place, 2> places;  // of its fields
 };
 
+struct NumberRow {
+  std::vector<double> numbers;
+  std::vector<Place> places;  // of its fields
+};
+
 // For messages.
 struct PairTable {
   const char* name;     // "a spectrum"
@@ -24,8 +29,11 @@ struct PairTable {
   std::size_t mostRows;
 };
 
-// A first row that is no number is a header and is skipped. Throws ErrorAt for a row that is not two finite numbers, or
-// one too many; and Error if there are no rows.
+// Rows of two to four numbers. A first row that is no number is a header and is skipped. Throws ErrorAt for a row that
+// is not so many finite numbers, or one too many; and Error if there are no rows.
+std::vector<NumberRow> ReadNumberRows(const std::string& file, std::size_t columns, const PairTable& table);
+
+// Rows of two.
 std::vector<NumberPair> ReadNumberPairs(const std::string& file, const PairTable& table);
 
 }  // namespace orvanel::files

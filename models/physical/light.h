@@ -14,6 +14,9 @@ struct SpectralLine {
 };
 using Light = std::vector<SpectralLine>;
 
+// The photopic sensitivity V of CIE 1924 at 400 to 700 nm, linear between multiples of 5 nm; 0 at other wavelengths.
+double PhotopicSensitivity(double wavelengthNm);
+
 // White light: equal energy at 400 to 700 nm in steps of 10 nm, times the photopic sensitivity V of CIE 1924. The steps
 // bring the MTF within 7e-5 of that of the continuous spectrum.
 Light WhiteLight();

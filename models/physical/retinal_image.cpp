@@ -197,7 +197,8 @@ void ImageFilter::Tables::SetFar(const std::vector<Beam>& beams, const Layout& l
   }
 }
 
-Outcome<ImageFilter> ImageFilter::Of(const Eye& eye, const Light& light, const ObjectSize& size, Workspace& workspace) {
+Outcome<ImageFilter> ImageFilter::Of(const Eye& eye, const Light& light, const ObjectSize& size, Workspace& workspace,
+                                     const std::function<void()>& afterLine) {
   if (const std::optional<Refusal> refusal = CheckSize(size)) return *refusal;
   const Outcome<std::vector<Beam>> beams = BeamsOf(eye, light);
   if (!beams) return beams.refusal();
@@ -218,6 +219,7 @@ Outcome<ImageFilter> ImageFilter::Of(const Eye& eye, const Light& light, const O
     }
     tables->AddNear(beam, frequencies, re, im);
     tables->SubtractFar(beam, layout.far[i]);
+    if (afterLine) afterLine();
   }
   tables->SetFar(*beams, layout);
   return ImageFilter(tables);

@@ -2,6 +2,7 @@
 #ifndef ORVANEL_MODELS_PHYSICAL_RETINAL_IMAGE_H
 #define ORVANEL_MODELS_PHYSICAL_RETINAL_IMAGE_H
 
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -41,7 +42,9 @@ class ImageFilter {
   // Refuses sizes whose lattices, of pixels or of frequencies up to the cut-off, have more than kLargestLattice a side.
   // Memory: a plane of the lattice; while it is made, 2 planes of the frequencies and those of OtfLattice.
   //   workspace  keeps its tables
-  static Outcome<ImageFilter> Of(const Eye& eye, const Light& light, const ObjectSize& size, Workspace& workspace);
+  //   afterLine  called after each line of the light, if it is not empty; it may throw
+  static Outcome<ImageFilter> Of(const Eye& eye, const Light& light, const ObjectSize& size, Workspace& workspace,
+                                 const std::function<void()>& afterLine = {});
   static constexpr int kLargestLattice = 8192;
 
   // The image of an object in linear light. In the view of the retina it is upside down.

@@ -16,6 +16,15 @@ TEST(Light, ChromaticAberrationHasThePublishedValues) {
   EXPECT_EQ(ChromaticDifference(555, 555), 0.0);
 }
 
+TEST(Light, SensitivityIsLinearBetweenItsTabulatedValues) {
+  EXPECT_DOUBLE_EQ(PhotopicSensitivity(400), 0.000396);
+  EXPECT_DOUBLE_EQ(PhotopicSensitivity(555), 1.0);
+  EXPECT_DOUBLE_EQ(PhotopicSensitivity(507), 0.4073 + 0.4 * (0.503 - 0.4073));
+  EXPECT_DOUBLE_EQ(PhotopicSensitivity(700), 0.004102);
+  EXPECT_EQ(PhotopicSensitivity(399.9), 0.0);
+  EXPECT_EQ(PhotopicSensitivity(700.1), 0.0);
+}
+
 TEST(Light, WhiteIsThePhotopicSensitivityInStepsOfTen) {
   const Light white = WhiteLight();
   ASSERT_EQ(white.size(), 31u);
