@@ -62,6 +62,7 @@ struct QualityRow {
   bool isRatio;       // to the pupil without aberration, or a share; false for a quantity in a unit
   bool usesOrigin;    // depends on the place that counts as the middle of the image
   bool usesContrast;  // depends on the contrast sensitivity
+  bool hasGradient;   // by the modes; false for maxima, areas above a level, and cut-offs, which are not smooth
   double error;       // absolute for ratios, else relative; of monochromatic light, up to 2 waves RMS
 };
 

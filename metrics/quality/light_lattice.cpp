@@ -305,7 +305,8 @@ LightLattice::LowFrequencies LightLattice::LowOf(const LightWindow& window, Work
 }
 
 // The sample (p, q) has the phase 2 pi (p y - q x) / period.
-Paraboloid LightLattice::Neural(const LowFrequencies& low, Place place) const {
+physical::Paraboloid LightLattice::Weighted(const LowFrequencies& low, const std::vector<double>& weights,
+                                            Place place) const {
   const double x = place.x - low.centreX, y = place.y - low.centreY;
   const double step = 2.0 * kPi / period_;
   const int last = runs_.back().q;
@@ -317,7 +318,7 @@ Paraboloid LightLattice::Neural(const LowFrequencies& low, Place place) const {
       const std::size_t at = run.at + Size(i);
       const int p = run.first + i;
       const double c = rows.cosine[Size(p + last)], s = rows.sine[Size(p + last)];
-      const double a = low.re[at] * contrast_[at], b = low.im[at] * contrast_[at];
+      const double a = low.re[at] * weights[at], b = low.im[at] * weights[at];
       const double u = a * c - b * s, v = a * s + b * c;
       re += u;
       im += v;
@@ -340,24 +341,55 @@ Paraboloid LightLattice::Neural(const LowFrequencies& low, Place place) const {
   return sum;
 }
 
-double LightLattice::Gaussian(const LowFrequencies& low, Place place) const {
-  const double x = place.x - low.centreX, y = place.y - low.centreY;
-  const double step = 2.0 * kPi / period_;
+// The sums of re cos + im sin over the frequencies, at all places: of a real plane with (re + im) / 2 at each frequency
+// and (re - im) / 2 at its conjugate, it is the real part of the transform plus the imaginary part.
+void LightLattice::WeightsOfLow(LowWeights kind, Place place, const Paraboloid& wanted, Workspace& workspace) const {
+  const std::vector<double>& weights = kind == LowWeights::kContrast ? contrast_ : gaussian_;
+  const int side = side_ / decimation_, half = side / 2;
+  const PlaneTransform& transform = workspace.transforms.Of(side);
+  workspace.re.Reserve(Size(1LL * side * side));
+  workspace.im.Reserve(transform.SpectrumSize());
+  double* const plane = workspace.re.data();
+  double* const spectrum = workspace.im.data();
+  std::fill_n(plane, Size(1LL * side * side), 0.0);
+  const double step = 2.0 * kPi / period_, cell = spacing_ * decimation_ * spacing_ * decimation_;
   const int last = runs_.back().q;
-  const Wave rows = WavesOf(-step * y, last);
-  double sum = 0.0;
+  const Wave rows = WavesOf(-step * place.y, last), columns = WavesOf(step * place.x, last);
   for (const Run& run : runs_) {
-    double re = 0.0, im = 0.0;
+    const double cosineX = columns.cosine[Size(run.q + last)], sineX = columns.sine[Size(run.q + last)];
     for (int i = 0; i < run.count; ++i) {
       const std::size_t at = run.at + Size(i);
-      const double c = rows.cosine[Size(run.first + i + last)], s = rows.sine[Size(run.first + i + last)];
-      re += gaussian_[at] * (low.re[at] * c - low.im[at] * s);
-      im += gaussian_[at] * (low.re[at] * s + low.im[at] * c);
+      const int p = run.first + i;
+      const double cosineY = rows.cosine[Size(p + last)], sineY = rows.sine[Size(p + last)];
+      const double cosine = cosineX * cosineY - sineX * sineY, sine = sineX * cosineY + cosineX * sineY;
+      const double alongX = step * run.q, alongY = -step * p, slope = wanted.x * alongX + wanted.y * alongY;
+      const double curved =
+          wanted.value - wanted.xx * alongX * alongX - wanted.xy * alongX * alongY - wanted.yy * alongY * alongY;
+      const double factor = weights[at] * correction_[at] * cell;
+      const double re = factor * (curved * cosine - slope * sine), im = -factor * (curved * sine + slope * cosine);
+      plane[Size(1LL * Wrapped(p, side) * side + run.q)] += (re + im) / 2.0;
+      plane[Size(1LL * Wrapped(-p, side) * side + Wrapped(-run.q, side))] += (re - im) / 2.0;
     }
-    const SineCosine t = SineAndCosine(step * run.q * x);
-    sum += re * t.cosine - im * t.sine;
   }
-  return sum;
+  transform.HalfSpectrum(plane, side, side, side, spectrum, workspace.transforms.memory);
+  workspace.weights.Reserve(Size(1LL * side * side));
+  double* const samples = workspace.weights.data();
+  for (int row = 0; row < side; ++row) {
+    double* const to = samples + Size(1LL * row * side);
+    double* const mirrored = samples + Size(1LL * (row == 0 ? 0 : side - row) * side);
+    for (int q = 0; q <= half; ++q) {
+      const double* const v = spectrum + transform.At(row, q);
+      to[q] = v[0] + v[width_];
+      if (q > 0 && q < half) mirrored[side - q] = v[0] - v[width_];
+    }
+  }
+}
+
+physical::LightWindow LightLattice::WindowOfLow(const LightWindow& window) const {
+  LightWindow coarse = window;
+  coarse.side = side_ / decimation_;
+  coarse.spacing = spacing_ * decimation_;
+  return coarse;
 }
 
 // The neural image on the samples of the window; its hills are climbed.
@@ -385,11 +417,9 @@ physical::Peak LightLattice::LargestNeural(const LightWindow& window, const LowF
   wanted.pitch = side;
   wanted.rows = wanted.columns = side;
   transform.Filter(workspace.re.data(), side, side, side, filter, wanted, workspace.transforms.memory);
-  LightWindow neural = window;
-  neural.side = side;
-  neural.spacing = spacing_ * decimation_;
+  LightWindow neural = WindowOfLow(window);
   neural.samples = workspace.re.data();
-  constexpr double kShare = 0.6, kPromising = 0.9, kLongest = 0.25, kNearest = 1e-4, kSame = 1e-9, kApart = 0.05;
+  constexpr double kShare = 0.6, kPromising = 0.9, kLongest = 0.25, kNearest = 1e-5, kSame = 1e-9, kApart = 0.05;
   physical::Peak best;
   bool isFirst = true;
   double highest = 0.0;

@@ -55,13 +55,22 @@ class LightLattice {
   };
   LowFrequencies LowOf(const physical::LightWindow& window, physical::Workspace& workspace) const;
 
-  // The light weighted by the contrast sensitivity's transform about a place.
-  physical::Paraboloid Neural(const LowFrequencies& low, Place place) const;
+  // The light weighted by the contrast sensitivity's transform, or by the Gaussian, about a place.
+  physical::Paraboloid Neural(const LowFrequencies& low, Place place) const { return Weighted(low, contrast_, place); }
+  physical::Paraboloid Gaussian(const LowFrequencies& low, Place place) const {
+    return Weighted(low, gaussian_, place);
+  }
   // The place where that is largest.
   physical::Peak LargestNeural(const physical::LightWindow& window, const LowFrequencies& low,
                                physical::Workspace& workspace) const;
-  // The light weighted by the Gaussian about a place.
-  double Gaussian(const LowFrequencies& low, Place place) const;
+  // The weights of the samples of WindowOfLow's window, in workspace.weights, whose sum is a combination of a
+  // paraboloid's value, slopes and curvatures about a place.
+  //   place   from the window's centre
+  //   wanted  the factors of value, x, y, xx, xy and yy
+  enum class LowWeights { kContrast, kGaussian };
+  void WeightsOfLow(LowWeights kind, Place place, const physical::Paraboloid& wanted,
+                    physical::Workspace& workspace) const;
+  physical::LightWindow WindowOfLow(const physical::LightWindow& window) const;
 
   // Means over all directions of the modulus and the real part of the OTF about a place. Frequencies have equal steps
   // from 0 to the end of the contrast sensitivity, or of the OTF.
@@ -112,6 +121,7 @@ class LightLattice {
     std::array<double, kRadialTaps> weights;
   };
 
+  physical::Paraboloid Weighted(const LowFrequencies& low, const std::vector<double>& weights, Place place) const;
   void MakeRuns(double farthest);
   void MakeCorrection(const PerfectLight& perfect, physical::Workspace& workspace);
   void MakeWeights(const PerfectLight& perfect);

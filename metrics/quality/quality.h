@@ -35,6 +35,7 @@ struct QualityRequest {
   QualityReference reference = QualityReference::kSameLight;
   ContrastSensitivity contrast = {};
   double gaussianSdArcmin = kUsualGaussianSdArcmin;  // of NS
+  bool gradient = false;                             // by all modes of the eye
 };
 constexpr double kSmallestGaussianSdArcmin = 0.2, kLargestGaussianSdArcmin = 10.0;
 
@@ -54,6 +55,9 @@ struct QualityValue {
   double limit = 0.0;  // of the same metric without aberration, in its unit; not a number where it has no meaning
   double error = 0.0;  // absolute
   QualityNote note = QualityNote::kNone;
+  // The derivative by each of Eye::modesUm, in the unit of the value per um; empty unless requested. Not a number where
+  // the metric has none, and for metrics that follow an origin which is not unique.
+  std::vector<double> gradient = {};
 };
 
 struct Quality {

@@ -2,6 +2,7 @@
 #ifndef ORVANEL_MODELS_PHYSICAL_CENTROID_H
 #define ORVANEL_MODELS_PHYSICAL_CENTROID_H
 
+#include <array>
 #include <span>
 
 #include "models/physical/eye.h"
@@ -18,6 +19,12 @@ struct Centroid {
 // every side, so that this is the centroid of the PSF over windows that grow without limit.
 // Error: 1e-10 of the largest slope.
 Centroid CentroidOf(std::span<const Beam> beams);
+
+// Its derivatives by the modes in um, of any beam of an eye.
+struct CentroidGradient {
+  std::array<double, kModes> x, y;
+};
+CentroidGradient GradientOfCentroid(const Beam& beam);
 
 // The root mean square distance of the rays from their centroid, in arcmin. It is the second moment of geometric
 // optics; that of the PSF grows with the window without limit.

@@ -61,25 +61,29 @@ Outcome<LightWindow> WindowOf(std::span<const Beam> beams, std::span<const doubl
   return window;
 }
 
-// The samples of the pupils are as far apart as makes the same grid of directions of all.
+LatticeField FieldInWindow(const Beam& beam, const LightWindow& window, Workspace& workspace) {
+  const Pupil& pupil = beam.pupil;
+  const double unit = beam.unitArcmin, across = window.side * window.spacing / unit;
+  const PupilLattice lattice{static_cast<int>(std::ceil(across)) + 2 * kMaskReach, 2.0 / across};
+  const SampledOutline& outline = workspace.outlines.Of(pupil.outline, lattice, 1);
+  const std::size_t samples = static_cast<std::size_t>(lattice.side) * static_cast<std::size_t>(outline.pitch());
+  workspace.re.Reserve(samples);
+  workspace.im.Reserve(samples);
+  double *const re = workspace.re.data(), *const im = workspace.im.data();
+  outline.FieldOf(pupil, {}, window.centreX / unit, window.centreY / unit, workspace.chords, re, im);
+  const double cells =
+      std::numbers::pi * pupil.outline.semiAxisA * pupil.outline.semiAxisB / (lattice.step * lattice.step);
+  return {{re, im, outline.pitch(), lattice.side, outline.pitch()}, samples, cells, &outline};
+}
+
 void SampleLight(std::span<const Beam> beams, std::span<const double> factors, LightWindow& window,
                  Workspace& workspace) {
   const PlaneTransform& transform = workspace.transforms.Of(window.side);
   workspace.sum.Reserve(static_cast<std::size_t>(window.side) * static_cast<std::size_t>(window.side));
   for (std::size_t i = 0; i < beams.size(); ++i) {
-    const Pupil& pupil = beams[i].pupil;
-    const double unit = beams[i].unitArcmin, across = window.side * window.spacing / unit;
-    const PupilLattice lattice{static_cast<int>(std::ceil(across)) + 2 * kMaskReach, 2.0 / across};
-    const SampledOutline& outline = workspace.outlines.Of(pupil.outline, lattice, 1);
-    const std::size_t samples = static_cast<std::size_t>(lattice.side) * static_cast<std::size_t>(outline.pitch());
-    workspace.re.Reserve(samples);
-    workspace.im.Reserve(samples);
-    double *const re = workspace.re.data(), *const im = workspace.im.data();
-    outline.FieldOf(pupil, {}, window.centreX / unit, window.centreY / unit, workspace.chords, re, im);
-    const double cells =
-        std::numbers::pi * pupil.outline.semiAxisA * pupil.outline.semiAxisB / (lattice.step * lattice.step);
-    transform.PowerSpectrum({re, im, outline.pitch(), lattice.side, outline.pitch()}, factors[i] / (cells * cells),
-                            i > 0, workspace.sum.data(), workspace.transforms.memory);
+    const LatticeField field = FieldInWindow(beams[i], window, workspace);
+    transform.PowerSpectrum(field.plane, factors[i] / (field.cells * field.cells), i > 0, workspace.sum.data(),
+                            workspace.transforms.memory);
   }
   window.samples = workspace.sum.data();
 }

@@ -21,19 +21,6 @@ constexpr int kMinSamples = 256;  // in a row of the search
 // peak is not climbed.
 constexpr double kPromising = 0.75;
 
-// The intensity |U|^2.
-Paraboloid IntensityOf(const FieldJet& f) {
-  const auto product = [](std::complex<double> a, std::complex<double> b) {
-    return a.real() * b.real() + a.imag() * b.imag();
-  };
-  return {product(f.u, f.u),
-          2.0 * product(f.u, f.x),
-          2.0 * product(f.u, f.y),
-          2.0 * (product(f.u, f.xx) + product(f.x, f.x)),
-          2.0 * (product(f.u, f.xy) + product(f.x, f.y)),
-          2.0 * (product(f.u, f.yy) + product(f.y, f.y))};
-}
-
 // The light of all beams, about the place to which the quadrature is fitted.
 class SumOfBeams {
  public:
@@ -69,6 +56,18 @@ class SumOfBeams {
 };
 
 }  // namespace
+
+Paraboloid IntensityOf(const FieldJet& f) {
+  const auto product = [](std::complex<double> a, std::complex<double> b) {
+    return a.real() * b.real() + a.imag() * b.imag();
+  };
+  return {product(f.u, f.u),
+          2.0 * product(f.u, f.x),
+          2.0 * product(f.u, f.y),
+          2.0 * (product(f.u, f.xx) + product(f.x, f.x)),
+          2.0 * (product(f.u, f.xy) + product(f.x, f.y)),
+          2.0 * (product(f.u, f.yy) + product(f.y, f.y))};
+}
 
 Peak HighestIn(const LightWindow& window, std::span<const Beam> beams, std::span<const double> factors,
                Workspace& workspace) {

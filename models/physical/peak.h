@@ -11,6 +11,9 @@
 
 namespace orvanel::physical {
 
+// The intensity |U|^2, in the unit of the field's directions.
+Paraboloid IntensityOf(const FieldJet& field);
+
 // The largest sum of factor |U|^2 over the beams, in a window of all light. Error: 1e-9 of the sum of the factors. The
 // sample nearest to a peak has at least a third of it (Bernstein's inequality). The peaks that promise to be the
 // highest are refined by Newton's method.

@@ -14,6 +14,7 @@ namespace {
 
 using physical::ChordField;
 using physical::kChordBlock;
+using physical::kPowers;
 using physical::RowField;
 using physical::RowSums;
 using physical::WaveGrid;
@@ -114,6 +115,21 @@ void ChordMoments(const ChordField& chord, const double* field, double* moments)
       sum[5] += square * evenIm;
     }
     ORVANEL_UNROLL for (int k = 0; k < 6; ++k) Store(moments + k * kChordBlock + v, sum[k]);
+  }
+}
+
+void PowerSums(const double* places, const double* values, int count, double* sums) {
+  for (int v = 0; v < kChordBlock; v += kWidth) {
+    V sum[kPowers] = {};
+    for (int i = v; i < count; i += kChordBlock) {
+      const V x = Load(places + i);
+      V term = Load(values + i);
+      ORVANEL_UNROLL for (int a = 0; a < kPowers; ++a) {
+        sum[a] += term;
+        term = term * x;
+      }
+    }
+    ORVANEL_UNROLL for (int a = 0; a < kPowers; ++a) Store(sums + a * kChordBlock + v, sum[a]);
   }
 }
 

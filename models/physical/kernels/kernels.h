@@ -110,6 +110,9 @@ struct SplineWeights {
   const double* ofNode[4];
 };
 
+// Powers of places, for moments of what a polynomial of degree 11 can be multiplied with.
+constexpr int kPowers = 12;
+
 struct ChordKernels {
   const char* name;
   int width;  // of a register, in doubles
@@ -143,6 +146,23 @@ struct ChordKernels {
   //   power  side x side doubles
   void (*powerSpectrum)(const FieldPlane& field, const LineTransform& transform, const PlaneMemory& memory,
                         double factor, bool add, double* power);
+
+  // The spectrum X of a field: its column k at row p is at (k / width * (side + kSpareRows) + places[p]) * 2 width + k
+  // % width of memory.panels, the imaginary part `width` behind it.
+  void (*fieldSpectrum)(const FieldPlane& field, const LineTransform& transform, const PlaneMemory& memory);
+
+  // Re(i x conj(b)) of the field x and the transform b of real weights times the spectrum, with the opposite sign.
+  // Twice that is the derivative of the sum of weights |X|^2 by the phase of a sample.
+  //   spectrum  of fieldSpectrum, not in `memory`
+  //   weights   side x side, row-major
+  //   product   as many as the field, with its pitch
+  void (*weighSpectrum)(const double* spectrum, const double* weights, const FieldPlane& field,
+                        const LineTransform& transform, const PlaneMemory& memory, double* product);
+
+  // Sums of value * place^a for a = 0 to kPowers - 1. Each has kChordBlock lanes.
+  //   count  a multiple of kChordBlock
+  //   sums   kPowers * kChordBlock doubles
+  void (*powerSums)(const double* places, const double* values, int count, double* sums);
 
   // Transforms real rows.
   //   lines  as in PlaneMemory

@@ -1,5 +1,5 @@
-// Transforms planes of any side: the power spectrum of a field, half the spectrum of a real plane, and back. Adds up
-// splines.
+// Transforms planes of any side: the power spectrum of a field and its adjoint, half the spectrum of a real plane, and
+// back. Adds up splines.
 //
 // Compute-bound in the lines; memory-bound in between, where planes are in panels of columns as wide as a register.
 // Panels are transformed in place. Rows and columns that are zero or not wanted are left out. Two real rows are packed
@@ -45,8 +45,8 @@ ORVANEL_INLINE void ResultsOf(const LineTransform& transform, const Complex* lin
   ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) results[i] = lines[transform.places[k + i]];
 }
 
-void PowerSpectrum(const FieldPlane& field, const LineTransform& transform, const PlaneMemory& memory, double factor,
-                   bool add, double* power) {
+// Transforms the rows of a field, into panels.
+ORVANEL_INLINE void RowsOfField(const FieldPlane& field, const LineTransform& transform, const PlaneMemory& memory) {
   const int side = transform.length;
   Complex* const lines = LinesOf(memory.lines);
   for (int first = 0; first < field.rows; first += kWidth) {
@@ -64,6 +64,13 @@ void PowerSpectrum(const FieldPlane& field, const LineTransform& transform, cons
       Transpose(results, PanelOf(memory.panels, k, side), [&](int l) ORVANEL_INLINED { return first + l; });
     }
   }
+}
+
+void PowerSpectrum(const FieldPlane& field, const LineTransform& transform, const PlaneMemory& memory, double factor,
+                   bool add, double* power) {
+  const int side = transform.length;
+  Complex* const lines = LinesOf(memory.lines);
+  RowsOfField(field, transform, memory);
   const V scale = Splat(factor);
   for (int c = 0; c < side; c += kWidth) {
     TransformLines(transform, PanelOf(memory.panels, c, side), field.rows, lines);
@@ -72,6 +79,55 @@ void PowerSpectrum(const FieldPlane& field, const LineTransform& transform, cons
       const Complex x = lines[transform.places[k]];
       const V value = (x.im * x.im + x.re * x.re) * scale;
       Store(to, add ? ::orvanel::ORVANEL_VARIANT::Load(to) + value : value);
+    }
+  }
+}
+
+void FieldSpectrum(const FieldPlane& field, const LineTransform& transform, const PlaneMemory& memory) {
+  const int side = transform.length;
+  RowsOfField(field, transform, memory);
+  for (int c = 0; c < side; c += kWidth) {
+    Complex* const panel = PanelOf(memory.panels, c, side);
+    TransformLines(transform, panel, field.rows, panel);
+  }
+}
+
+// The transform back has exchanged parts along columns, and exchanges them again along rows.
+void WeighSpectrum(const double* spectrum, const double* weights, const FieldPlane& field,
+                   const LineTransform& transform, const PlaneMemory& memory, double* product) {
+  const int side = transform.length;
+  Complex* const lines = LinesOf(memory.lines);
+  for (int c = 0; c < side; c += kWidth) {
+    const Complex* const panel = PanelOf(spectrum, c, side);
+    for (int k = 0; k < side; ++k) {
+      const int place = transform.places[k];
+      const V weight = Load(weights + static_cast<long long>(k) * side + c);
+      lines[place] = {panel[place].im * weight, panel[place].re * weight};
+    }
+    TransformLinesBack(transform, lines, 0);
+    Complex* const back = PanelOf(memory.panels, c, side);
+    for (int n = 0; n < field.rows; ++n) back[n] = lines[n];
+  }
+  for (int first = 0; first < field.rows; first += kWidth) {
+    const auto row = [&](int l) ORVANEL_INLINED { return first + l < field.rows ? first + l : field.rows - 1; };
+    for (int k = 0; k < side; k += kWidth) {
+      const Complex* const panel = PanelOf(memory.panels, k, side);
+      V re[kWidth];
+      V im[kWidth];
+      LoadTransposed([&](int l) ORVANEL_INLINED { return Samples(panel[row(l)].re); }, re);
+      LoadTransposed([&](int l) ORVANEL_INLINED { return Samples(panel[row(l)].im); }, im);
+      ORVANEL_UNROLL for (int i = 0; i < kWidth; ++i) lines[transform.places[k + i]] = {re[i], im[i]};
+    }
+    TransformLinesBack(transform, lines, 0);
+    for (int c = 0; c < field.columns; c += kWidth) {
+      V re[kWidth];
+      V im[kWidth];
+      LoadTransposed([&](int i) ORVANEL_INLINED { return Samples(lines[c + i].im); }, re);
+      LoadTransposed([&](int i) ORVANEL_INLINED { return Samples(lines[c + i].re); }, im);
+      for (int l = 0; l < kWidth && first + l < field.rows; ++l) {
+        const long long at = (first + l) * field.pitch + c;
+        Store(product + at, Load(field.re + at) * im[l] - Load(field.im + at) * re[l]);
+      }
     }
   }
 }

@@ -155,6 +155,22 @@ void SampledOutline::FieldOf(const Pupil& pupil, const SubLattice& part, double 
   }
 }
 
+void SampledOutline::AddMoments(const double* values, const ChordKernels& kernels, double factor,
+                                Polynomial& moments) const {
+  for (int r = 0; r < lattice_.side; ++r, values += pitch_) {
+    const Range range = inside_[static_cast<std::size_t>(r)];
+    if (range.first == range.end) continue;
+    std::array<double, kPowers * kChordBlock> sums;
+    kernels.powerSums(places_.data() + range.first, values + range.first, range.end - range.first, sums.data());
+    double power = factor;
+    for (int b = 0; b <= kHighestOrder; ++b, power *= -lattice_.Place(r)) {
+      for (int a = 0; a + b <= kHighestOrder; ++a) {
+        moments.coefficients[Monomial(a, b)] += power * SumOfLanes(sums.data() + a * kChordBlock);
+      }
+    }
+  }
+}
+
 const SampledOutline& SampledOutlines::Of(const Ellipse& outline, const PupilLattice& lattice, int density) {
   for (const SampledOutline& kept : kept_) {
     if (kept.outline() == outline && kept.lattice() == lattice && kept.density() == density) return kept;

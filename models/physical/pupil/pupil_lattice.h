@@ -55,6 +55,10 @@ class SampledOutline {
   void FieldOf(const Pupil& pupil, const SubLattice& part, double x, double y, const ChordKernels& kernels, double* re,
                double* im) const;
 
+  // Adds the sums of value * x^a y^b over the samples to the coefficients, for a lattice of density 1.
+  //   values  rows of pitch() doubles, as FieldOf makes them
+  void AddMoments(const double* values, const ChordKernels& kernels, double factor, Polynomial& moments) const;
+
  private:
   struct Range {
     int first, end;  // columns, whole blocks

@@ -74,6 +74,14 @@ Polynomial WavefrontPolynomial(std::span<const double> coefficients) {
   return sum;
 }
 
+std::array<double, kModes> ByModes(const Polynomial& byMonomials) {
+  std::array<double, kModes> derivatives{};
+  for (std::size_t j = 0; j < kModes; ++j) {
+    for (std::size_t i = 0; i < kModes; ++i) derivatives[j] += Modes()[j][i] * byMonomials.coefficients[i];
+  }
+  return derivatives;
+}
+
 LinePolynomial AlongLine(const Polynomial& polynomial, double y) {
   LinePolynomial line{};
   for (int a = 0; a <= kHighestOrder; ++a) {

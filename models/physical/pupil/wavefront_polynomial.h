@@ -21,6 +21,10 @@ struct Polynomial {
   std::array<double, kModes> coefficients{};
 };
 
+// Derivatives by the coefficients of the modes, from those by the coefficients of the polynomial: the transpose of
+// WavefrontPolynomial.
+std::array<double, kModes> ByModes(const Polynomial& byMonomials);
+
 // A polynomial of one variable: sum of c[k] x^k.
 using LinePolynomial = std::array<double, kHighestOrder + 1>;
 

@@ -269,10 +269,7 @@ FieldJet ChordQuadrature::Field(const Pupil& pupil, double x, double y, NodeCoun
       const ChordField chord = FieldOnChord(rule, pupil, grid, pair, side, upper_.data());
       std::array<double, 6 * kChordBlock> moments;
       kernels_->chordMoments(chord, upper_.data(), moments.data());
-      const auto sum = [&moments](int k) {
-        const double* const l = moments.data() + k * kChordBlock;
-        return ((l[0] + l[1]) + (l[2] + l[3])) + ((l[4] + l[5]) + (l[6] + l[7]));
-      };
+      const auto sum = [&moments](int k) { return SumOfLanes(moments.data() + k * kChordBlock); };
       const double b = chords.HeightAt(side * rule.heights[pair]), middle = chords.MiddleAt(side * rule.heights[pair]);
       const std::complex<double> s0(sum(0), sum(1)), s1(sum(2), sum(3)), s2(sum(4), sum(5));
       const std::complex<double> first = s1 + middle * s0;
@@ -286,6 +283,47 @@ FieldJet ChordQuadrature::Field(const Pupil& pupil, double x, double y, NodeCoun
   }
   const auto turned = [](std::complex<double> m) { return std::complex<double>(kPi * m.imag(), -kPi * m.real()); };
   return {m00, turned(m10), turned(m01), -kPi * kPi * m20, -kPi * kPi * m11, -kPi * kPi * m02};
+}
+
+// Of each chord by powers of the distance from its middle, then by powers of the place.
+FieldMoments ChordQuadrature::Moments(const Pupil& pupil, double x, double y, NodeCounts counts) {
+  // More, for the powers.
+  counts = {std::min(counts.chords + kChordBlock, kMaxNodes), std::min(counts.nodes + 2 * kChordBlock, kMaxNodes)};
+  const Rule& rule = RuleOf(counts);
+  const Chords chords = ChordsOf(pupil.outline);
+  const DirectionGrid grid{x, y, 0.0, 1, 1};
+  upper_.resize(4 * rule.nodes.size());
+  const std::size_t padded = rule.nodes.size();
+  FieldMoments moments{};
+  for (std::size_t pair = 0; pair < rule.pairs(); ++pair) {
+    for (const double side : {1.0, -1.0}) {
+      const ChordField chord = FieldOnChord(rule, pupil, grid, pair, side, upper_.data());
+      std::array<std::array<double, kPowers * kChordBlock>, 4> sums;  // even re, im, odd re, im
+      for (std::size_t k = 0; k < sums.size(); ++k) {
+        kernels_->powerSums(rule.nodes.data(), upper_.data() + k * padded, chord.count, sums[k].data());
+      }
+      std::array<std::complex<double>, kPowers> along;
+      double scale = 1.0;
+      for (std::size_t a = 0; a < along.size(); ++a, scale *= chord.halfLength) {
+        const std::size_t odd = a % 2 * 2, at = a * kChordBlock;
+        along[a] =
+            scale * std::complex<double>(SumOfLanes(sums[odd].data() + at), SumOfLanes(sums[odd + 1].data() + at));
+      }
+      const double height = chords.HeightAt(side * rule.heights[pair]);
+      const double middle = chords.MiddleAt(side * rule.heights[pair]);
+      // (middle + u)^a from u^a: Horner's triangle.
+      if (middle != 0.0) {
+        for (std::size_t step = 1; step < along.size(); ++step) {
+          for (std::size_t a = along.size() - 1; a >= step; --a) along[a] += middle * along[a - 1];
+        }
+      }
+      double power = 1.0;
+      for (int b = 0; b < kPowers; ++b, power *= height) {
+        for (int a = 0; a + b < kPowers; ++a) moments.At(a, b) += power * along[Size(a)];
+      }
+    }
+  }
+  return moments;
 }
 
 }  // namespace orvanel::physical

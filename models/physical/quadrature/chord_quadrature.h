@@ -2,6 +2,7 @@
 #ifndef ORVANEL_MODELS_PHYSICAL_QUADRATURE_CHORD_QUADRATURE_H
 #define ORVANEL_MODELS_PHYSICAL_QUADRATURE_CHORD_QUADRATURE_H
 
+#include <array>
 #include <complex>
 #include <cstddef>
 #include <deque>
@@ -46,6 +47,13 @@ struct FieldJet {
   std::complex<double> u, x, y, xx, xy, yy;
 };
 
+// Integrals of x^a y^b times the integrand of U, by the place (x, y) of the pupil, a + b < kPowers.
+struct FieldMoments {
+  std::array<std::complex<double>, kPowers * kPowers> values;
+  std::complex<double>& At(int a, int b) { return values[static_cast<std::size_t>(a * kPowers + b)]; }
+  const std::complex<double>& At(int a, int b) const { return values[static_cast<std::size_t>(a * kPowers + b)]; }
+};
+
 // Computes U(q) = 1/area int A exp(i k W) exp(-i pi q . rho) dA. |U(0)|^2 is 1 for a pupil without aberration and
 // attenuation. Keeps its tables for the next eye of the same geometry. One thread.
 class ChordQuadrature {
@@ -62,6 +70,8 @@ class ChordQuadrature {
 
   // The field in one direction.
   FieldJet Field(const Pupil& pupil, double x, double y, NodeCounts counts);
+  // Its moments, to the same error.
+  FieldMoments Moments(const Pupil& pupil, double x, double y, NodeCounts counts);
 
  private:
   // Gauss rules of one pair of counts.

@@ -108,8 +108,20 @@ double* PlaneTransform::LinesOf(Memory& memory) const {
 
 void PlaneTransform::PowerSpectrum(const FieldPlane& field, double factor, bool add, double* power,
                                    Memory& memory) const {
-  memory.panels.Reserve(Size(2LL * side() * (side() + kSpareRows)));
+  memory.panels.Reserve(FieldSpectrumSize());
   kernels_->powerSpectrum(field, transform_, {memory.panels.data(), LinesOf(memory)}, factor, add, power);
+}
+
+std::size_t PlaneTransform::FieldSpectrumSize() const { return Size(2LL * side() * (side() + kSpareRows)); }
+
+void PlaneTransform::FieldSpectrum(const FieldPlane& field, double* spectrum, Memory& memory) const {
+  kernels_->fieldSpectrum(field, transform_, {spectrum, LinesOf(memory)});
+}
+
+void PlaneTransform::WeighSpectrum(const double* spectrum, const double* weights, const FieldPlane& field,
+                                   double* product, Memory& memory) const {
+  memory.panels.Reserve(FieldSpectrumSize());
+  kernels_->weighSpectrum(spectrum, weights, field, transform_, {memory.panels.data(), LinesOf(memory)}, product);
 }
 
 void PlaneTransform::HalfSpectrum(const double* samples, long long pitch, int rows, int columns, double* spectrum,

@@ -38,6 +38,12 @@ class PlaneTransform {
   };
   // factor |X|^2, as ChordKernels::powerSpectrum.
   void PowerSpectrum(const FieldPlane& field, double factor, bool add, double* power, Memory& memory) const;
+  // The spectrum of a field, of FieldSpectrumSize doubles, for WeighSpectrum.
+  std::size_t FieldSpectrumSize() const;
+  void FieldSpectrum(const FieldPlane& field, double* spectrum, Memory& memory) const;
+  // As ChordKernels::weighSpectrum.
+  void WeighSpectrum(const double* spectrum, const double* weights, const FieldPlane& field, double* product,
+                     Memory& memory) const;
   // Half the spectrum of rows x columns real samples.
   //   samples  aligned by columns that are a multiple of kChordBlock
   void HalfSpectrum(const double* samples, long long pitch, int rows, int columns, double* spectrum,

@@ -1,0 +1,84 @@
+// Transforms weights of the light back to the pupils, and sums them over these by powers of the place.
+#include "models/physical/light_gradient.h"
+
+#include <cmath>
+#include <complex>
+#include <numbers>
+
+#include "models/physical/peak.h"
+
+namespace orvanel::physical {
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+// Re(conj(a) b).
+double Product(std::complex<double> a, std::complex<double> b) { return a.real() * b.real() + a.imag() * b.imag(); }
+
+Gradient ByModesLessPiston(const Polynomial& byMonomials) {
+  Gradient gradient = ByModes(byMonomials);
+  gradient[0] = 0.0;
+  return gradient;
+}
+
+}  // namespace
+
+Gradient GradientOfSamples(std::span<const Beam> beams, std::span<const double> factors, const LightWindow& window,
+                           const double* weights, Workspace& workspace) {
+  const PlaneTransform& transform = workspace.transforms.Of(window.side);
+  workspace.fieldSpectrum.Reserve(transform.FieldSpectrumSize());
+  Polynomial derivatives;
+  for (std::size_t i = 0; i < beams.size(); ++i) {
+    const LatticeField field = FieldInWindow(beams[i], window, workspace);
+    workspace.product.Reserve(field.samples);
+    transform.FieldSpectrum(field.plane, workspace.fieldSpectrum.data(), workspace.transforms.memory);
+    transform.WeighSpectrum(workspace.fieldSpectrum.data(), weights, field.plane, workspace.product.data(),
+                            workspace.transforms.memory);
+    const double wavenumber = 2.0 * kPi / beams[i].pupil.wavelengthUm;
+    field.outline->AddMoments(workspace.product.data(), workspace.chords,
+                              2.0 * wavenumber * factors[i] / (field.cells * field.cells), derivatives);
+  }
+  return ByModesLessPiston(derivatives);
+}
+
+DensityGradient GradientOfDensity(std::span<const Beam> beams, std::span<const double> factors, double x, double y,
+                                  ChordQuadrature& quadrature) {
+  constexpr std::complex<double> kI(0.0, 1.0);
+  Paraboloid density{};
+  Polynomial value, alongX, alongY;
+  for (std::size_t n = 0; n < beams.size(); ++n) {
+    const Pupil& pupil = beams[n].pupil;
+    const double unit = beams[n].unitArcmin, px = x / unit, py = y / unit;
+    const FieldMoments m = quadrature.Moments(pupil, px, py, ChordQuadrature::CountsFor(pupil, {px, py, 1.0, 1, 1}));
+    const std::complex<double> turn = -kPi * kI;  // of a slope by the place
+    const FieldJet field = {m.At(0, 0),
+                            turn * m.At(1, 0),
+                            turn * m.At(0, 1),
+                            turn * turn * m.At(2, 0),
+                            turn * turn * m.At(1, 1),
+                            turn * turn * m.At(0, 2)};
+    const Paraboloid intensity = IntensityOf(field);
+    const double factor = factors[n], perUnit = factor / unit, perSquare = perUnit / unit;
+    density.value += factor * intensity.value;
+    density.x += perUnit * intensity.x;
+    density.y += perUnit * intensity.y;
+    density.xx += perSquare * intensity.xx;
+    density.xy += perSquare * intensity.xy;
+    density.yy += perSquare * intensity.yy;
+    const std::complex<double> phase = 2.0 * kPi / pupil.wavelengthUm * kI;
+    for (int a = 0; a <= kHighestOrder; ++a) {
+      for (int b = 0; a + b <= kHighestOrder; ++b) {
+        const std::size_t at = Monomial(a, b);
+        const std::complex<double> u = phase * m.At(a, b);
+        value.coefficients[at] += 2.0 * factor * Product(field.u, u);
+        alongX.coefficients[at] +=
+            2.0 * perUnit * (Product(field.x, u) + Product(field.u, phase * turn * m.At(a + 1, b)));
+        alongY.coefficients[at] +=
+            2.0 * perUnit * (Product(field.y, u) + Product(field.u, phase * turn * m.At(a, b + 1)));
+      }
+    }
+  }
+  return {density, ByModesLessPiston(value), ByModesLessPiston(alongX), ByModesLessPiston(alongY)};
+}
+
+}  // namespace orvanel::physical

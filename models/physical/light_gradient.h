@@ -1,0 +1,34 @@
+// Derivatives of sums over the light of some beams by the coefficients of their wavefront.
+#ifndef ORVANEL_MODELS_PHYSICAL_LIGHT_GRADIENT_H
+#define ORVANEL_MODELS_PHYSICAL_LIGHT_GRADIENT_H
+
+#include <array>
+#include <span>
+
+#include "models/physical/eye.h"
+#include "models/physical/light_window.h"
+#include "models/physical/paraboloid.h"
+#include "models/physical/workspace.h"
+
+namespace orvanel::physical {
+
+// By the modes in um, in OSA/ANSI order. Piston moves no light: its derivative is 0. The wavefronts of all beams change
+// alike. Derivatives are those of the numbers as they are computed, to rounding, at a fixed centre of the window.
+using Gradient = std::array<double, kModes>;
+
+// Of the sum of weight * sample over the samples that SampleLight makes: by one more transform for all modes.
+//   weights  as the samples; may be workspace.weights
+Gradient GradientOfSamples(std::span<const Beam> beams, std::span<const double> factors, const LightWindow& window,
+                           const double* weights, Workspace& workspace);
+
+// Of the sum of factor |U|^2 at a place, and of its slopes there.
+struct DensityGradient {
+  Paraboloid density;
+  Gradient value, x, y;
+};
+DensityGradient GradientOfDensity(std::span<const Beam> beams, std::span<const double> factors, double x, double y,
+                                  ChordQuadrature& quadrature);
+
+}  // namespace orvanel::physical
+
+#endif  // ORVANEL_MODELS_PHYSICAL_LIGHT_GRADIENT_H
