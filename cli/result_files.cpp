@@ -10,6 +10,7 @@
 #include "drawing/figures.h"
 #include "drawing/overview.h"
 #include "drawing/picture_sheet.h"
+#include "drawing/quality_table.h"
 #include "drawing/sections_figure.h"
 #include "files/output_folder.h"
 #include "files/pictures/picture_pixels.h"
@@ -20,15 +21,27 @@ namespace {
 
 constexpr double kFigureScale = 2.0;  // pixels in a unit, for figures in separate files
 
+template <class Figure>
+std::string EncodedFigure(double width, Figure draw, const SimulatedEye& simulated) {
+  constexpr double kMargin = 12.0;
+  Canvas canvas(width + 2 * kMargin, kFigureHeight + 2 * kMargin, kFigureScale);
+  draw(canvas, Point{kMargin, kMargin}, simulated);
+  return EncodePng(canvas.picture());
+}
+
 // A file with one figure.
 template <class Figure>
 ResultFile FigureFile(const std::string& name, double width, Figure draw) {
-  return {name, [width, draw](const SimulatedEye& simulated) {
-            constexpr double kMargin = 12.0;
-            Canvas canvas(width + 2 * kMargin, kFigureHeight + 2 * kMargin, kFigureScale);
-            draw(canvas, Point{kMargin, kMargin}, simulated);
-            return EncodePng(canvas.picture());
-          }};
+  return {name, [width, draw](const SimulatedEye& simulated) { return EncodedFigure(width, draw, simulated); }};
+}
+
+// The PSF, and its metrics to the right.
+std::string EncodedPsf(const SimulatedEye& simulated) {
+  const auto draw = [](Canvas& canvas, Point corner, const SimulatedEye& r) {
+    Draw(canvas, corner, PsfFigure(r.results, r.eye.side));
+    DrawQualityTable(canvas, {corner.x + kPlaneFigureWidth, corner.y, kQualityTableWidth, kFigureHeight}, r);
+  };
+  return EncodedFigure(kPlaneFigureWidth + (simulated.quality ? kQualityTableWidth : 0.0), draw, simulated);
 }
 
 void AddFigures(std::vector<ResultFile>& files) {
@@ -36,9 +49,7 @@ void AddFigures(std::vector<ResultFile>& files) {
       FigureFile("wavefront.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
         Draw(canvas, corner, WavefrontFigure(r.results, r.eye.side));
       }));
-  files.push_back(FigureFile("psf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
-    Draw(canvas, corner, PsfFigure(r.results, r.eye.side));
-  }));
+  files.push_back({"psf.png", EncodedPsf});
   files.push_back(FigureFile("psf_log.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
     Draw(canvas, corner, PsfLogFigure(r.results, r.eye.side));
   }));

@@ -10,6 +10,7 @@
 #include "cli/console/report.h"
 #include "cli/physical_summary.h"
 #include "cli/planes.h"
+#include "cli/quality/quality_report.h"
 #include "cli/ring_files.h"
 #include "evaluation/evaluator.h"
 #include "evaluation/model_notes.h"
@@ -280,6 +281,7 @@ std::vector<Fact> FactsOf(const SimulatedEye& simulated) {
     facts["stiles_crawford_rho_per_mm2"] = physical->stilesCrawford.rho;
   }
   facts.update(ScalarsJson(simulated));
+  if (simulated.quality) facts["image_quality"] = QualityFactsJson(*simulated.quality);
   facts["refraction"] = RefractionsJson(simulated.eye);
   if (simulated.results.picture) facts["picture"] = PictureJson(simulated.results);
   std::vector<Fact> list;
@@ -312,6 +314,7 @@ std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::st
       {"views", ViewsJson(simulated)},
       {"files", files},
       {"warnings", simulated.warnings}};
+  if (simulated.quality) summary["image_quality"] = QualityJson(*simulated.quality, simulated.qualityRequest);
   if (simulated.results.picture) {
     summary["picture"] = PictureJson(simulated.results);
     summary["picture"]["original_file"] = "picture_original.png";
@@ -345,6 +348,7 @@ std::string SummaryText(const SimulatedEye& simulated, const std::string& folder
   const std::vector<std::string> notes = ModelNotes(simulated.results);
   for (std::size_t i = 0; i < notes.size(); ++i) text += ReportLine(i == 0 ? "Model" : "", notes[i]);
   text += simulated.results.physical ? PhysicalLines(simulated) : ClassicLines(simulated);
+  if (simulated.quality) text += QualityLines(*simulated.quality, simulated.qualityRequest);
   if (simulated.results.picture) text += PictureLines(simulated.results);
   text += ReportLine("Pictures", std::to_string(fileCount) + " files in " + folder + "; open " +
                                      (folder.ends_with('/') ? folder : folder + "/") + kOverviewFile + " first");

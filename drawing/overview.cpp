@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "drawing/canvas/canvas.h"
 #include "drawing/figures.h"
+#include "drawing/quality_table.h"
 #include "drawing/sections_figure.h"
 #include "drawing/sheet.h"
 #include "evaluation/model_notes.h"
@@ -66,7 +67,8 @@ void DrawOptics(Canvas& canvas, double y, const SimulatedEye& simulated) {
   DrawSections(canvas, {corner.x + 24.0, corner.y}, results);
 }
 
-void DrawModelNotes(Canvas& canvas, Point corner, const Results& results) {
+// Returns the lower end.
+double DrawModelNotes(Canvas& canvas, Point corner, const Results& results) {
   const TextStyle body{kBodySize, kInk};
   canvas.Text({corner.x, corner.y - kCaptionHeight + 30.0}, "About these numbers", {kTitleSize, kInk, true});
   for (const std::string& text : ModelNotes(results)) {
@@ -74,6 +76,7 @@ void DrawModelNotes(Canvas& canvas, Point corner, const Results& results) {
     paragraph.Draw(canvas, corner);
     corner.y += paragraph.height() + kBodySize;
   }
+  return corner.y;
 }
 
 Box PanelBox(double x, double y) { return {x, y, kPanel, kPanel}; }
@@ -90,7 +93,10 @@ void DrawStar(Canvas& canvas, double top, const SimulatedEye& simulated) {
   DrawTitle(canvas, first, kPanel, "Sector star", "40 sectors, whole field");
   DrawPanel(canvas, PanelBox(first.x, first.y + upper),
             GreyWindow(results.star.original, WholeOf(results.star.original)), "original", side);
-  DrawModelNotes(canvas, {second.x, second.y + upper}, results);
+  const double notesEnd = DrawModelNotes(canvas, {second.x, second.y + upper}, results);
+  const double tableTop = std::max(notesEnd, second.y + upper + kPanel - kCaptionHeight);
+  DrawQualityTable(canvas, {second.x, tableTop, kPanel, second.y + kCellHeight - kPanelLabelHeight - tableTop},
+                   simulated);
   // The classic model alone stretches its image.
   const bool stretched = !results.star.stretched.empty();
   const Plane& below = stretched ? results.star.stretched : results.star.totalLight;

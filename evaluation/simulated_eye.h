@@ -9,6 +9,7 @@
 #include "base/layers.h"
 #include "eye/adjustments.h"
 #include "eye/eye.h"
+#include "metrics/quality/quality.h"
 #include "models/results.h"
 
 namespace orvanel::evaluation {
@@ -20,6 +21,8 @@ struct SimulatedEye {
   std::optional<Dropped> dropped;    // the radial orders that were dropped
   Results results;
   std::vector<CyclesPerDegree> mtfAt;  // frequencies of the report, on the library scale
+  QualityRequest qualityRequest;
+  std::optional<Quality> quality;  // of the physical model
   std::vector<std::string> warnings;
 };
 

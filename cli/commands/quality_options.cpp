@@ -8,7 +8,7 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "cli/commands/options.h"
-#include "cli/contrast_table.h"
+#include "cli/quality/contrast_table.h"
 #include "metrics/quality_names.h"
 
 namespace orvanel::cli {

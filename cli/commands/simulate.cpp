@@ -10,12 +10,14 @@
 #include "base/split.h"
 #include "cli/commands/model_options.h"
 #include "cli/commands/options.h"
+#include "cli/commands/quality_options.h"
 #include "cli/console/report.h"
 #include "cli/console/terminal.h"
 #include "cli/error_text.h"
 #include "cli/result_files.h"
 #include "cli/summary.h"
 #include "drawing/sheet.h"
+#include "evaluation/quality_evaluator.h"
 #include "evaluation/simulation.h"
 #include "evaluation/warnings.h"
 #include "eye/plausibility.h"
@@ -30,12 +32,15 @@ namespace {
 // Two tenths of a logarithmic unit apart: the shipped aberrated eyes show the first ring clearly and blur the last.
 constexpr const char* kUsualAcuities = "0.4,0.63,1,1.6,2.5";
 
+constexpr const char* kUsualMetrics = "VSX,VSOTF,SRX,NS,D50,RMSw";
+
 constexpr const char* kSimulateExamples =
     "Examples:\n"
     "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"
     "  orvanel simulate my_eye.json -o my_eye --acuities 0.1,0.5,1 --gaps all --format npy,hdf5\n"
     "  orvanel simulate my_eye.json -o my_eye_4mm --pupil 4 --mtf-at 15,30\n"
     "  orvanel simulate my_eye.json -o in_white_light --light white --reference-wavelength 555\n"
+    "  orvanel simulate my_eye.json --json --metric VSX,SRX,D50 --metric-origin peak\n"
     "  orvanel simulate my_eye.json -o classic --model classic\n"
     "  orvanel simulate eyes.csv --row 2 -o second_eye --refraction=-1.5,-0.5,90\n"
     "  orvanel simulate my_eye.json -o my_eye_reads --picture photograph.jpg";
@@ -76,6 +81,7 @@ constexpr const char* kFormatNotes =
 struct SimulateCommand {
   InputOptions input;
   ModelOptions model;
+  QualityRequest quality;
   Adjustments adjustments;
   PictureRequest picture;  // without a file if no picture is given
   std::string folder;
@@ -186,6 +192,10 @@ void RunSimulate(const SimulateCommand& command) {
   Evaluator evaluator(model);
   try {
     simulated.results = Simulate(evaluator, simulated.eye, command.rings);
+    if (model.kind == ModelKind::kPhysical) {
+      simulated.qualityRequest = command.quality;
+      simulated.quality = QualityEvaluator(model.physical, command.quality).Evaluate(simulated.eye);
+    }
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
   }
@@ -256,10 +266,15 @@ Run DefineSimulate(CLI::App& app) {
       ->type_name("LIST");
   simulate.add_flag("--npy", words->npy, "Add npy to the formats");
   simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; other files stay");
-  AddModelOptions(simulate, command->model, ModelOutput::kPlanes);
+  std::vector<CLI::Option*> quality = {AddMetricOption(simulate, command->quality, kUsualMetrics)};
+  for (CLI::Option* const option : AddQualityConditions(simulate, command->quality, ModelOutput::kPlanes)) {
+    quality.push_back(option);
+  }
+  AddModelOptions(simulate, command->model, ModelOutput::kPlanes, quality);
   AddAdjustmentOptions(simulate, command->adjustments);
-  simulate.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kModelNotes + "\n" + kObjectNotes + "\n" +
-                  kPictureNotes + "\n" + kFormatNotes + "\n" + kSimulateExamples);
+  simulate.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kModelNotes + "\n" + kQualityNotes +
+                  QualityCatalogueText() + "\n" + kObjectNotes + "\n" + kPictureNotes + "\n" + kFormatNotes + "\n" +
+                  kSimulateExamples);
   simulate.final_callback([command, words, picture, output, &simulate] {
     if (command->json) {
       for (const char* const name : {"--output", "--picture", "--format", "--npy", "--force"}) {

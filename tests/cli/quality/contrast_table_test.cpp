@@ -1,5 +1,5 @@
 // Tests the reader of contrast sensitivities: its values, and the row of each fault.
-#include "cli/contrast_table.h"
+#include "cli/quality/contrast_table.h"
 
 #include <gtest/gtest.h>
 

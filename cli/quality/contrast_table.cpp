@@ -1,5 +1,5 @@
 // Checks the table as the metrics do, and says which row is wrong.
-#include "cli/contrast_table.h"
+#include "cli/quality/contrast_table.h"
 
 #include <utility>
 #include <vector>

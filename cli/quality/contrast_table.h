@@ -1,6 +1,6 @@
 // Reads a contrast sensitivity from a CSV table.
-#ifndef ORVANEL_CLI_CONTRAST_TABLE_H
-#define ORVANEL_CLI_CONTRAST_TABLE_H
+#ifndef ORVANEL_CLI_QUALITY_CONTRAST_TABLE_H
+#define ORVANEL_CLI_QUALITY_CONTRAST_TABLE_H
 
 #include <string>
 
@@ -15,4 +15,4 @@ ContrastSensitivity ReadContrastSensitivity(const std::string& file);
 
 }  // namespace orvanel::cli
 
-#endif  // ORVANEL_CLI_CONTRAST_TABLE_H
+#endif  // ORVANEL_CLI_QUALITY_CONTRAST_TABLE_H
