@@ -95,11 +95,13 @@ std::function<void(int)> Images(double pixelArcmin, const Kernels& kernels) {
   };
 }
 
-std::function<void(int)> Qualities(const std::vector<QualityMetric>& wanted, const Kernels& kernels) {
+std::function<void(int)> Qualities(const std::vector<QualityMetric>& wanted, const Kernels& kernels,
+                                   bool gradient = false) {
   const auto workspace = std::make_shared<metrics::QualityWorkspace>(kernels);
-  return [workspace, wanted](int turn) {
+  return [workspace, wanted, gradient](int turn) {
     metrics::QualityRequest request;
     request.metrics = wanted;
+    request.gradient = gradient;
     const metrics::QualityOutcome quality = QualityOf(EyeAt(turn), Monochromatic(), request, *workspace);
     if (!quality) throw std::runtime_error("Metrics of image quality refuse a benchmark.");
     benchmark::DoNotOptimize(quality->values[0].value);
@@ -136,7 +138,12 @@ std::vector<Result> Results(const Kernels& kernels) {
       {"WhitePointSpread", "PSF 256 x 256 over +-10', 31 wavelengths", PointSpreads(WhiteLight(), kernels)},
       {"FourMetrics", "VSX, VSOTF, SRX and NS at the origin `best`",
        Qualities({QualityMetric::kVsx, QualityMetric::kVsOtf, QualityMetric::kSrx, QualityMetric::kNs}, kernels)},
+      {"FourMetricsAndGradients", "the same with gradients",
+       Qualities({QualityMetric::kVsx, QualityMetric::kVsOtf, QualityMetric::kSrx, QualityMetric::kNs}, kernels, true)},
+      {"OneMetric", "VSX at the origin `best`", Qualities({QualityMetric::kVsx}, kernels)},
+      {"OneMetricAndGradient", "the same with its gradient", Qualities({QualityMetric::kVsx}, kernels, true)},
       {"AllMetrics", "all metrics of image quality", Qualities(AllQualities(), kernels)},
+      {"AllMetricsAndGradients", "the same with gradients", Qualities(AllQualities(), kernels, true)},
       {"Image", "retinal image 512 x 512 of pixels of 0.5', eye known", Images(0.5, kernels)},
   };
   return results;

@@ -74,28 +74,122 @@ double KernelTransform(double place) {
   return sum * kTaps;
 }
 
-// J1 between entries of a table, by cubic interpolation. Error: 1e-8.
+// J1 between entries of a table, by cubic polynomials with the values and slopes at both ends. Error: 1e-8.
 class BesselTable {
  public:
   BesselTable() {
-    for (int k = -1; k <= kSteps * kEnd + 2; ++k) {
-      const double value = physical::BesselJ1(std::abs(k) / static_cast<double>(kSteps));
-      table_.push_back(k < 0 ? -value : value);
+    for (int k = 0; k <= kSteps * kEnd + 1; ++k) {
+      const double x = static_cast<double>(k) / kSteps;
+      table_.push_back({physical::BesselJ1(x), Difference(x) / kSteps});
     }
   }
   double At(double x) const {
     if (x >= kEnd) return physical::BesselJ1(x);
-    const double place = x * kSteps;
-    const int below = static_cast<int>(place);
-    const double t = place - below;
-    const double* const v = table_.data() + below;
-    return v[1] + t * ((v[2] - v[0] / 3.0 - v[1] / 2.0 - v[3] / 6.0) +
-                       t * ((v[0] + v[2]) / 2.0 - v[1] + t * (v[3] - v[0] + 3.0 * (v[1] - v[2])) / 6.0));
+    const auto [below, c, t] = PieceAt(x);
+    return below.value + t * (below.slope + t * (c[0] + t * c[1]));
+  }
+  // Of the polynomials; beyond the table with an error of 1e-8.
+  double SlopeAt(double x) const {
+    if (x >= kEnd) return Difference(x);
+    const auto [below, c, t] = PieceAt(x);
+    return kSteps * (below.slope + t * (2.0 * c[0] + t * 3.0 * c[1]));
   }
 
  private:
+  struct Entry {
+    double value, slope;  // by steps
+  };
+  struct Piece {
+    Entry below;
+    std::array<double, 2> powers;  // factors of the square and the cube
+    double t;
+  };
+  Piece PieceAt(double x) const {
+    const double place = x * kSteps;
+    const auto below = static_cast<std::size_t>(place);
+    const Entry a = table_[below], b = table_[below + 1];
+    const double rise = b.value - a.value;
+    return {
+        a, {3.0 * rise - 2.0 * a.slope - b.slope, a.slope + b.slope - 2.0 * rise}, place - static_cast<double>(below)};
+  }
+  // The slope, by differences.
+  static double Difference(double x) {
+    constexpr double kStep = 0.02;
+    const auto at = [](double y) { return y < 0.0 ? -physical::BesselJ1(-y) : physical::BesselJ1(y); };
+    const auto difference = [&](double h) { return at(x + h) - at(x - h); };
+    return (8.0 * difference(kStep) - difference(2.0 * kStep)) / (12.0 * kStep);
+  }
+
   static constexpr int kSteps = 32, kEnd = 300;
-  std::vector<double> table_;
+  std::vector<Entry> table_;
+};
+
+const BesselTable& Bessel() {
+  static const BesselTable table;
+  return table;
+}
+
+std::complex<double> TimesPowerOfI(std::complex<double> v, int power) {
+  switch ((power % 4 + 4) % 4) {
+    case 1:
+      return {-v.imag(), v.real()};
+    case 2:
+      return -v;
+    case 3:
+      return {v.imag(), -v.real()};
+    default:
+      return v;
+  }
+}
+
+// Weights of the samples from those of their spectrum: the sum of re cos + im sin over the frequencies, at all samples.
+// It is the real part plus the imaginary part of the transform of a real plane. That has (re + im) / 2 at each
+// frequency and (re - im) / 2 at its conjugate.
+class SpectrumWeights {
+ public:
+  SpectrumWeights(const PlaneTransform& transform, int width, Workspace& workspace)
+      : transform_(transform), width_(width), side_(transform.side()), workspace_(workspace) {
+    const std::size_t size = Size(1LL * side_ * side_);
+    workspace.re.Reserve(size);
+    workspace.im.Reserve(transform.SpectrumSize());
+    workspace.weights.Reserve(size);
+    plane_ = workspace.re.data();
+    std::fill_n(plane_, size, 0.0);
+  }
+  // p and q within half a side.
+  void Add(int p, int q, double re, double im) {
+    plane_[Size(1LL * Wrapped(p, side_) * side_ + Wrapped(q, side_))] += (re + im) / 2.0;
+    plane_[Size(1LL * Wrapped(-p, side_) * side_ + Wrapped(-q, side_))] += (re - im) / 2.0;
+  }
+  // The spectrum, from which At has weights.
+  void Transform() {
+    transform_.HalfSpectrum(plane_, side_, side_, side_, workspace_.im.data(), workspace_.transforms.memory);
+  }
+  // Columns up to half a side.
+  double At(int row, int column) const {
+    const double* const v = workspace_.im.data() + transform_.At(row, column);
+    return v[0] + v[width_];
+  }
+  // Into workspace.weights.
+  void StoreAll() {
+    double* const samples = workspace_.weights.data();
+    const int half = side_ / 2;
+    for (int row = 0; row < side_; ++row) {
+      double* const to = samples + Size(1LL * row * side_);
+      double* const mirrored = samples + Size(1LL * (row == 0 ? 0 : side_ - row) * side_);
+      for (int q = 0; q <= half; ++q) {
+        const double* const v = workspace_.im.data() + transform_.At(row, q);
+        to[q] = v[0] + v[width_];
+        if (q > 0 && q < half) mirrored[side_ - q] = v[0] - v[width_];
+      }
+    }
+  }
+
+ private:
+  const PlaneTransform& transform_;
+  int width_, side_;
+  Workspace& workspace_;
+  double* plane_;
 };
 
 }  // namespace
@@ -266,6 +360,10 @@ void LightLattice::MakePolar() {
   }
 }
 
+int LightLattice::FarthestFine() const {
+  return static_cast<int>(std::ceil(2.0 * radii_ * radialStep_ * period_)) + kTaps;
+}
+
 void LightLattice::Decimate(const LightWindow& window, double* samples) const {
   const int side = side_ / decimation_;
   for (int r = 0; r < side; ++r) {
@@ -341,17 +439,9 @@ physical::Paraboloid LightLattice::Weighted(const LowFrequencies& low, const std
   return sum;
 }
 
-// The sums of re cos + im sin over the frequencies, at all places: of a real plane with (re + im) / 2 at each frequency
-// and (re - im) / 2 at its conjugate, it is the real part of the transform plus the imaginary part.
-void LightLattice::WeightsOfLow(LowWeights kind, Place place, const Paraboloid& wanted, Workspace& workspace) const {
-  const std::vector<double>& weights = kind == LowWeights::kContrast ? contrast_ : gaussian_;
-  const int side = side_ / decimation_, half = side / 2;
-  const PlaneTransform& transform = workspace.transforms.Of(side);
-  workspace.re.Reserve(Size(1LL * side * side));
-  workspace.im.Reserve(transform.SpectrumSize());
-  double* const plane = workspace.re.data();
-  double* const spectrum = workspace.im.data();
-  std::fill_n(plane, Size(1LL * side * side), 0.0);
+void LightLattice::WeightsOfLow(Place place, const LowWeights& neural, const LowWeights& gaussian,
+                                Workspace& workspace) const {
+  SpectrumWeights spectrum(workspace.transforms.Of(side_ / decimation_), width_, workspace);
   const double step = 2.0 * kPi / period_, cell = spacing_ * decimation_ * spacing_ * decimation_;
   const int last = runs_.back().q;
   const Wave rows = WavesOf(-step * place.y, last), columns = WavesOf(step * place.x, last);
@@ -362,27 +452,16 @@ void LightLattice::WeightsOfLow(LowWeights kind, Place place, const Paraboloid& 
       const int p = run.first + i;
       const double cosineY = rows.cosine[Size(p + last)], sineY = rows.sine[Size(p + last)];
       const double cosine = cosineX * cosineY - sineX * sineY, sine = sineX * cosineY + cosineX * sineY;
-      const double alongX = step * run.q, alongY = -step * p, slope = wanted.x * alongX + wanted.y * alongY;
-      const double curved =
-          wanted.value - wanted.xx * alongX * alongX - wanted.xy * alongX * alongY - wanted.yy * alongY * alongY;
-      const double factor = weights[at] * correction_[at] * cell;
-      const double re = factor * (curved * cosine - slope * sine), im = -factor * (curved * sine + slope * cosine);
-      plane[Size(1LL * Wrapped(p, side) * side + run.q)] += (re + im) / 2.0;
-      plane[Size(1LL * Wrapped(-p, side) * side + Wrapped(-run.q, side))] += (re - im) / 2.0;
+      const double ofNeural = contrast_[at], ofGaussian = gaussian_[at], factor = correction_[at] * cell;
+      const double value = factor * (ofNeural * neural.value + ofGaussian * gaussian.value);
+      const double slope =
+          factor * step *
+          (ofNeural * (neural.x * run.q - neural.y * p) + ofGaussian * (gaussian.x * run.q - gaussian.y * p));
+      spectrum.Add(p, run.q, value * cosine - slope * sine, -(value * sine + slope * cosine));
     }
   }
-  transform.HalfSpectrum(plane, side, side, side, spectrum, workspace.transforms.memory);
-  workspace.weights.Reserve(Size(1LL * side * side));
-  double* const samples = workspace.weights.data();
-  for (int row = 0; row < side; ++row) {
-    double* const to = samples + Size(1LL * row * side);
-    double* const mirrored = samples + Size(1LL * (row == 0 ? 0 : side - row) * side);
-    for (int q = 0; q <= half; ++q) {
-      const double* const v = spectrum + transform.At(row, q);
-      to[q] = v[0] + v[width_];
-      if (q > 0 && q < half) mirrored[side - q] = v[0] - v[width_];
-    }
-  }
+  spectrum.Transform();
+  spectrum.StoreAll();
 }
 
 physical::LightWindow LightLattice::WindowOfLow(const LightWindow& window) const {
@@ -460,26 +539,13 @@ LightLattice::Means LightLattice::MeansOf(const LightWindow& window, Place place
   }
   transform.HalfSpectrum(samples, side, side, side, spectrum, workspace.transforms.memory);
   // Frequencies around 0, on the fine lattice, without the phase of the middle's move by half a window.
-  const int last = static_cast<int>(std::ceil(2.0 * radii_ * radialStep_ * period_)) + kTaps;
+  const int last = FarthestFine();
   const int pitch = 2 * last + 1;
   std::vector<std::complex<double>> fine(Size(1LL * pitch * pitch));
   for (int q = 0; q <= last; ++q) {
     for (int p = -last; p <= last; ++p) {
       const double* const v = spectrum + transform.At(Wrapped(p, 2 * side), q);
-      std::complex<double> value(v[0], v[width_]);
-      switch (((p + q) % 4 + 4) % 4) {  // times (-i)^(p + q)
-        case 1:
-          value = {value.imag(), -value.real()};
-          break;
-        case 2:
-          value = -value;
-          break;
-        case 3:
-          value = {-value.imag(), value.real()};
-          break;
-        default:
-          break;
-      }
+      const std::complex<double> value = TimesPowerOfI({v[0], v[width_]}, -(p + q));
       fine[Size(1LL * (p + last) * pitch + q + last)] = value;
       fine[Size(1LL * (last - p) * pitch + last - q)] = std::conj(value);
     }
@@ -487,6 +553,7 @@ LightLattice::Means LightLattice::MeansOf(const LightWindow& window, Place place
   const double x = place.x - window.centreX, y = place.y - window.centreY;
   Means means;
   means.step = radialStep_;
+  means.points.resize(polar_.size());
   means.mtf.assign(Size(radii_ + 1), 0.0);
   means.otf.assign(Size(radii_ + 1), 0.0);
   means.mtf[0] = means.otf[0] = 1.0;
@@ -510,11 +577,66 @@ LightLattice::Means LightLattice::MeansOf(const LightWindow& window, Place place
         otfIm += at.alongP[Size(r)] * im;
       }
       turn = {turn.sine * step.cosine + turn.cosine * step.sine, turn.cosine * step.cosine - turn.sine * step.sine};
+      means.points[Size(1LL * a * radii_ + j - 1)] = {otfRe, otfIm};
       means.mtf[Size(j)] += std::sqrt(otfRe * otfRe + otfIm * otfIm) / directions_;
       means.otf[Size(j)] += (otfRe * turn.cosine - otfIm * turn.sine) / directions_;
     }
   }
   return means;
+}
+
+// Each step of MeansOf backwards.
+LightLattice::Slope LightLattice::WeightsOfMeans(const LightWindow& window, const Means& means, Place place,
+                                                 const MeanWeights& wanted, Workspace& workspace) const {
+  const int last = FarthestFine(), pitch = 2 * last + 1;
+  std::vector<std::complex<double>> fine(Size(1LL * pitch * pitch));
+  const double x = place.x - window.centreX, y = place.y - window.centreY;
+  Slope slope;
+  for (int a = 0; a < directions_; ++a) {
+    const SineCosine t = SineAndCosine(kPi * ((a + 0.5) / directions_ - 0.5));
+    const SineCosine step = SineAndCosine(2.0 * kPi * radialStep_ * (t.cosine * x + t.sine * y));
+    SineCosine turn{0.0, 1.0};
+    for (int j = 1; j <= radii_; ++j) {
+      const std::complex<double> otf = means.points[Size(1LL * a * radii_ + j - 1)];
+      turn = {turn.sine * step.cosine + turn.cosine * step.sine, turn.cosine * step.cosine - turn.sine * step.sine};
+      const double modulus = std::sqrt(otf.real() * otf.real() + otf.imag() * otf.imag());
+      const double ofModulus = modulus > 0.0 ? wanted.mtf[Size(j)] / (directions_ * modulus) : 0.0;
+      const double ofReal = wanted.otf[Size(j)] / directions_;
+      const double re = ofModulus * otf.real() + ofReal * turn.cosine;
+      const double im = ofModulus * otf.imag() - ofReal * turn.sine;
+      const double along = -ofReal * 2.0 * kPi * j * radialStep_ * (otf.real() * turn.sine + otf.imag() * turn.cosine);
+      slope.x += along * t.cosine;
+      slope.y += along * t.sine;
+      const PolarPlace& at = polar_[Size(1LL * a * radii_ + j - 1)];
+      for (int r = 0; r < kTaps; ++r) {
+        std::complex<double>* const row = fine.data() + Size(1LL * (at.firstP + r + last) * pitch + at.firstQ + last);
+        const double rowRe = at.alongP[Size(r)] * re, rowIm = at.alongP[Size(r)] * im;
+        for (int k = 0; k < kTaps; ++k)
+          row[k] += std::complex<double>(at.alongQ[Size(k)] * rowRe, at.alongQ[Size(k)] * rowIm);
+      }
+    }
+  }
+  const int side = side_ / decimation_, half = side / 2;
+  SpectrumWeights spectrum(workspace.transforms.Of(2 * side), width_, workspace);
+  for (int q = 0; q <= last; ++q) {
+    for (int p = -last; p <= last; ++p) {
+      std::complex<double> value = fine[Size(1LL * (p + last) * pitch + q + last)];
+      if (q > 0) value += std::conj(fine[Size(1LL * (last - p) * pitch + last - q)]);
+      value = TimesPowerOfI(value, p + q);
+      spectrum.Add(p, q, value.real(), value.imag());
+    }
+  }
+  spectrum.Transform();
+  const double cell = spacing_ * decimation_ * spacing_ * decimation_;
+  double* const weights = workspace.weights.data();
+  for (int r = 0; r < side; ++r) {
+    const int row = r < half ? r + half : r - half;
+    for (int c = 0; c < side; ++c) {
+      weights[Size(1LL * r * side + c)] =
+          cell * compensation_[Size(r)] * compensation_[Size(c)] * spectrum.At(row, c < half ? c + half : c - half);
+    }
+  }
+  return slope;
 }
 
 void LightLattice::TransformAll(const LightWindow& window, Workspace& workspace) {
@@ -541,6 +663,28 @@ LightLattice::Volumes LightLattice::VolumesOf(Workspace& workspace) const {
   volumes.modulus *= cell * area;
   volumes.squaredModulus *= cell * cell * area;
   return volumes;
+}
+
+void LightLattice::WeightsOfVolumes(const Volumes& wanted, Workspace& workspace) const {
+  const PlaneTransform& transform = workspace.transforms.Of(side_);
+  const int half = side_ / 2;
+  const double cell = spacing_ * spacing_, area = 1.0 / (period_ * period_);
+  SpectrumWeights spectrum(transform, width_, workspace);
+  for (int row = 0; row < side_; ++row) {
+    for (int q = 0; q <= half; ++q) {
+      const double correction = allCorrection_[Size(1LL * row * (half + 1) + q)];
+      if (correction == 0.0) continue;
+      const double pair = q == 0 || q == half ? 1.0 : 2.0;
+      const double* const v = spectrum_.data() + transform.At(row, q);
+      const double modulus = std::sqrt(v[0] * v[0] + v[width_] * v[width_]);
+      const double ofModulus = modulus > 0.0 ? wanted.modulus * std::fabs(correction) * cell / modulus : 0.0;
+      const double ofSquare = wanted.squaredModulus * 2.0 * correction * correction * cell * cell;
+      const double factor = pair * area * (ofModulus + ofSquare);
+      spectrum.Add(row < half ? row : row - side_, q, factor * v[0], factor * v[width_]);
+    }
+  }
+  spectrum.Transform();
+  spectrum.StoreAll();
 }
 
 // Each frequency goes to six nodes of a radial lattice, so that sums of smooth functions of the frequency stay the
@@ -592,15 +736,59 @@ LightLattice::Circles LightLattice::CirclesAbout(const LightWindow& window, Plac
 }
 
 double LightLattice::Circles::Within(double radius) const {
-  static const BesselTable bessel;
   // J1(2 pi f R) R / f is pi R^2 at frequency 0.
   double sum = weights_[0] * kPi * radius * radius;
   for (std::size_t k = 1; k < weights_.size(); ++k) {
     if (weights_[k] == 0.0) continue;
     const double f = static_cast<double>(k) * step_;
-    sum += weights_[k] * radius / f * bessel.At(2.0 * kPi * radius * f);
+    sum += weights_[k] * radius / f * Bessel().At(2.0 * kPi * radius * f);
   }
   return sum;
+}
+
+double LightLattice::Circles::SlopeAt(double radius) const {
+  double sum = weights_[0] * 2.0 * kPi * radius;
+  for (std::size_t k = 1; k < weights_.size(); ++k) {
+    if (weights_[k] == 0.0) continue;
+    const double f = static_cast<double>(k) * step_, x = 2.0 * kPi * radius * f;
+    sum += weights_[k] * (Bessel().At(x) / f + radius * 2.0 * kPi * Bessel().SlopeAt(x));
+  }
+  return sum;
+}
+
+LightLattice::Slope LightLattice::WeightsOfCircle(const LightWindow& window, Place place, double radius,
+                                                  Workspace& workspace) const {
+  const PlaneTransform& transform = workspace.transforms.Of(side_);
+  const int half = side_ / 2;
+  const double cell = spacing_ * spacing_, area = 1.0 / (period_ * period_), step = 2.0 * kPi / period_;
+  const Wave rows = WavesOf(-step * (place.y - window.centreY), half);
+  const Wave columns = WavesOf(step * (place.x - window.centreX), half);
+  const double nodeStep = 1.0 / (kRadialNodes * period_);
+  std::vector<double> ofNodes(Size(2LL * kRadialNodes * half + kRadialTaps));
+  ofNodes[0] = kPi * radius * radius;
+  for (std::size_t k = 1; k < ofNodes.size(); ++k) {
+    const double f = static_cast<double>(k) * nodeStep;
+    ofNodes[k] = radius / f * Bessel().At(2.0 * kPi * radius * f);
+  }
+  SpectrumWeights spectrum(transform, width_, workspace);
+  Slope slope;
+  for (const Radial& radial : radial_) {
+    const int p = radial.row < half ? radial.row : radial.row - side_;
+    const std::size_t r = Size(p + half), c = Size(radial.q + half);
+    const double* const v = spectrum_.data() + transform.At(radial.row, radial.q);
+    const double cosine = rows.cosine[r] * columns.cosine[c] - rows.sine[r] * columns.sine[c];
+    const double sine = rows.cosine[r] * columns.sine[c] + rows.sine[r] * columns.cosine[c];
+    double factor = 0.0;
+    for (int k = 0; k < kRadialTaps; ++k) factor += radial.weights[Size(k)] * ofNodes[Size(std::abs(radial.first + k))];
+    factor *= allCorrection_[Size(1LL * radial.row * (half + 1) + radial.q)] * cell * area;
+    spectrum.Add(p, radial.q, factor * cosine, -factor * sine);
+    const double along = -factor * step * (v[0] * sine + v[width_] * cosine);
+    slope.x += along * radial.q;
+    slope.y -= along * p;
+  }
+  spectrum.Transform();
+  spectrum.StoreAll();
+  return slope;
 }
 
 // The light of a growing circle grows.
@@ -614,15 +802,22 @@ double LightLattice::Circles::RadiusOf(double share, double first, double larges
     high = std::min(1.5 * high, largest);
     aboveHigh = Within(high) - share;
   }
-  // The secant, with halvings so that both ends move.
-  constexpr int kSteps = 12;
+  // The secant, with halvings so that both ends move; then Newton's method, to rounding.
+  constexpr int kSteps = 6;
   for (int i = 0; i < kSteps; ++i) {
     const double middle = i % 3 == 2 ? (low + high) / 2.0 : low - belowLow * (high - low) / (aboveHigh - belowLow);
     const double value = Within(middle) - share;
     (value < 0.0 ? low : high) = middle;
     (value < 0.0 ? belowLow : aboveHigh) = value;
   }
-  return low - belowLow * (high - low) / (aboveHigh - belowLow);
+  double radius = low - belowLow * (high - low) / (aboveHigh - belowLow);
+  constexpr int kNewton = 3;
+  for (int i = 0; i < kNewton; ++i) {
+    const double slope = SlopeAt(radius);
+    if (!(slope > 0.0)) break;
+    radius = std::clamp(radius - (Within(radius) - share) / slope, low, high);
+  }
+  return radius;
 }
 
 // The autocorrelation is the transform of the squared modulus, here on a lattice of places twice as fine.

@@ -3,6 +3,7 @@
 #define ORVANEL_METRICS_QUALITY_LIGHT_LATTICE_H
 
 #include <array>
+#include <complex>
 #include <cstddef>
 #include <vector>
 
@@ -63,12 +64,13 @@ class LightLattice {
   // The place where that is largest.
   physical::Peak LargestNeural(const physical::LightWindow& window, const LowFrequencies& low,
                                physical::Workspace& workspace) const;
-  // The weights of the samples of WindowOfLow's window, in workspace.weights, whose sum is a combination of a
-  // paraboloid's value, slopes and curvatures about a place.
-  //   place   from the window's centre
-  //   wanted  the factors of value, x, y, xx, xy and yy
-  enum class LowWeights { kContrast, kGaussian };
-  void WeightsOfLow(LowWeights kind, Place place, const physical::Paraboloid& wanted,
+  // The weights of the samples of WindowOfLow's window, in workspace.weights, whose sum is a combination of the values
+  // and slopes of Neural and Gaussian about a place.
+  //   place  from the window's centre
+  struct LowWeights {
+    double value = 0.0, x = 0.0, y = 0.0;
+  };
+  void WeightsOfLow(Place place, const LowWeights& neural, const LowWeights& gaussian,
                     physical::Workspace& workspace) const;
   physical::LightWindow WindowOfLow(const physical::LightWindow& window) const;
 
@@ -77,8 +79,20 @@ class LightLattice {
   struct Means {
     double step = 0.0;
     std::vector<double> mtf, otf;
+    std::vector<std::complex<double>> points;  // samples of the OTF, about the window's centre
   };
   Means MeansOf(const physical::LightWindow& window, Place place, physical::Workspace& workspace) const;
+  struct MeanWeights {
+    std::vector<double> mtf, otf;  // as many as the means
+  };
+  // Derivatives by the place.
+  struct Slope {
+    double x = 0.0;
+    double y = 0.0;
+  };
+  // The weights, as of WeightsOfLow, whose sum changes as the wanted sum of means does.
+  Slope WeightsOfMeans(const physical::LightWindow& window, const Means& means, Place place, const MeanWeights& wanted,
+                       physical::Workspace& workspace) const;
 
   // All frequencies.
   struct Volumes {
@@ -89,6 +103,7 @@ class LightLattice {
   class Circles {
    public:
     double Within(double radius) const;
+    double SlopeAt(double radius) const;  // of Within, by the radius
     // The radius of the circle with a share of the light; not a number where the largest has less.
     //   first  a radius to start from
     double RadiusOf(double share, double first, double largest) const;
@@ -101,7 +116,12 @@ class LightLattice {
   // The spectrum of the window's samples, which the others read.
   void TransformAll(const physical::LightWindow& window, physical::Workspace& workspace);
   Volumes VolumesOf(physical::Workspace& workspace) const;
+  // The weights of the window's samples whose sum changes as the wanted sum of volumes does; in workspace.weights.
+  void WeightsOfVolumes(const Volumes& wanted, physical::Workspace& workspace) const;
   Circles CirclesAbout(const physical::LightWindow& window, Place place, physical::Workspace& workspace);
+  // The weights of the window's samples whose sum is the light within a circle, after CirclesAbout.
+  Slope WeightsOfCircle(const physical::LightWindow& window, Place place, double radius,
+                        physical::Workspace& workspace) const;
   // Area, in arcmin^2, where the autocorrelation of the light is above half of its maximum.
   //   width  of the square that holds the light, except for the pattern of a perfect pupil
   double AreaOfAutocorrelation(double width, physical::Workspace& workspace) const;
@@ -126,6 +146,7 @@ class LightLattice {
   void MakeCorrection(const PerfectLight& perfect, physical::Workspace& workspace);
   void MakeWeights(const PerfectLight& perfect);
   void MakePolar();
+  int FarthestFine() const;  // fine frequency that the means need
   void Decimate(const physical::LightWindow& window, double* samples) const;
   double Exact(double fx, double fy) const;
 

@@ -28,52 +28,105 @@ std::size_t Size(long long n) { return static_cast<std::size_t>(n); }
 // ---- From means over angle
 
 // A table between its samples, by cubic interpolation.
-double Between(const std::vector<double>& table, double place) {
-  const int last = static_cast<int>(table.size()) - 1;
-  const int below = std::clamp(static_cast<int>(place), 1, last - 2);
-  const double t = place - below;
-  const auto at = [&](int k) { return table[Size(below + k)]; };
-  return at(0) + t * ((at(1) - at(-1) / 3.0 - at(0) / 2.0 - at(2) / 6.0) +
-                      t * ((at(-1) + at(1)) / 2.0 - at(0) + t * (at(2) - at(-1) + 3.0 * (at(0) - at(1))) / 6.0));
+struct Between {
+  std::size_t first;
+  std::array<double, 4> weights;
+
+  Between(std::size_t size, double place) {
+    const int below = std::clamp(static_cast<int>(place), 1, static_cast<int>(size) - 3);
+    const double t = place - below;
+    first = Size(below - 1);
+    weights = {t * (t * (0.5 - t / 6.0) - 1.0 / 3.0), 1.0 + t * (t * (t / 2.0 - 1.0) - 0.5),
+               t * (1.0 + t * (0.5 - t / 2.0)), t * (t * t - 1.0) / 6.0};
+  }
+  double Of(const std::vector<double>& table) const {
+    double sum = 0.0;
+    for (std::size_t k = 0; k < weights.size(); ++k) sum += weights[k] * table[first + k];
+    return sum;
+  }
+  void Add(double value, std::vector<double>& table) const {
+    for (std::size_t k = 0; k < weights.size(); ++k) table[first + k] += weights[k] * value;
+  }
+};
+
+// The means at fine steps of the frequency, less the threshold there.
+constexpr int kFine = 8;
+constexpr double kDegree = 60.0;
+struct FineMeans {
+  int last;
+  double step;                 // cycles per arcmin
+  std::vector<double> volume;  // weights of the MTF for its volume
+  std::vector<double> aboveMtf, aboveOtf;
+};
+FineMeans FineMeansOf(const LightLattice::Means& means, const ContrastSensitivity& sensitivity) {
+  FineMeans fine{kFine * (static_cast<int>(means.mtf.size()) - 1), means.step / kFine, {}, {}, {}};
+  for (int k = 0; k <= fine.last; ++k) {
+    const Between between(means.mtf.size(), static_cast<double>(k) / kFine);
+    const double sensitive = sensitivity.Continued(k * fine.step * kDegree);
+    const double threshold = sensitive > 0.0 ? 1.0 / sensitive : std::numeric_limits<double>::max();
+    fine.volume.push_back((k == fine.last ? 0.5 : 1.0) * 2.0 * kPi * k * fine.step * sensitive * fine.step);
+    fine.aboveMtf.push_back(between.Of(means.mtf) - threshold);
+    fine.aboveOtf.push_back(between.Of(means.otf) - threshold);
+  }
+  return fine;
+}
+
+// The last fine step above the threshold, by the highest or the lowest frequency where it is met; -1 for none.
+int HighestAbove(const std::vector<double>& above) {
+  int highest = static_cast<int>(above.size()) - 1;
+  while (highest >= 0 && above[Size(highest)] <= 0.0) --highest;
+  return highest;
+}
+int LowestEnd(const std::vector<double>& above) {
+  if (above[0] < 0.0) return -1;
+  int lowest = 0;
+  while (lowest + 1 < static_cast<int>(above.size()) && above[Size(lowest + 1)] >= 0.0) ++lowest;
+  return lowest;
+}
+
+// The share of a step up to the border, from a place above the threshold.
+double RestOf(const std::vector<double>& above, int end) {
+  if (Size(end) + 1 == above.size()) return 0.0;
+  return above[Size(end)] / (above[Size(end)] - above[Size(end + 1)]);
+}
+
+// In steps.
+double AreaUpTo(const std::vector<double>& above, int end) {
+  double sum = 0.0;
+  for (int k = 0; k < end; ++k) sum += (above[Size(k)] + above[Size(k + 1)]) / 2.0;
+  return sum + RestOf(above, end) * above[Size(end)] / 2.0;
+}
+// Its derivatives.
+std::vector<double> WeightsOfArea(const std::vector<double>& above, int end) {
+  std::vector<double> weights(above.size());
+  for (int k = 0; k < end; ++k) {
+    weights[Size(k)] += 0.5;
+    weights[Size(k + 1)] += 0.5;
+  }
+  if (Size(end) + 1 == above.size()) return weights;
+  const double rest = RestOf(above, end);
+  weights[Size(end)] += rest - rest * rest / 2.0;
+  weights[Size(end + 1)] += rest * rest / 2.0;
+  return weights;
 }
 
 Contrasts ContrastsOf(const LightLattice::Means& means, const ContrastSensitivity& sensitivity) {
-  constexpr int kFine = 8;
-  constexpr double kDegree = 60.0;
-  const int last = kFine * (static_cast<int>(means.mtf.size()) - 1);
-  const double step = means.step / kFine;  // cycles per arcmin
-  std::vector<double> f(Size(last + 1)), aboveMtf(f.size()), aboveOtf(f.size());
+  const FineMeans fine = FineMeansOf(means, sensitivity);
   Contrasts contrasts;
-  for (int k = 0; k <= last; ++k) {
-    const double place = static_cast<double>(k) / kFine, mtf = Between(means.mtf, place);
-    f[Size(k)] = k * step * kDegree;
-    const double sensitive = sensitivity.Continued(f[Size(k)]);
-    const double threshold = sensitive > 0.0 ? 1.0 / sensitive : std::numeric_limits<double>::max();
-    aboveMtf[Size(k)] = mtf - threshold;
-    aboveOtf[Size(k)] = Between(means.otf, place) - threshold;
-    contrasts.modulus += (k == last ? 0.5 : 1.0) * 2.0 * kPi * k * step * sensitive * mtf * step;
+  for (int k = 0; k <= fine.last; ++k) {
+    const Between between(means.mtf.size(), static_cast<double>(k) / kFine);
+    contrasts.modulus += fine.volume[Size(k)] * between.Of(means.mtf);
   }
-  // The share of a step up to the border, from a place above the threshold.
-  const auto border = [](double above, double below) { return above / (above - below); };
-  const auto area = [&](const std::vector<double>& above, int from, double rest) {
-    double sum = 0.0;
-    for (int k = 0; k < from; ++k) sum += (above[Size(k)] + above[Size(k + 1)]) / 2.0;
-    return (sum + rest * above[Size(from)] / 2.0) * step * kDegree;
-  };
-  int highest = last;
-  while (highest >= 0 && aboveMtf[Size(highest)] <= 0.0) --highest;
+  const double step = fine.step * kDegree;
+  const int highest = HighestAbove(fine.aboveMtf), lowest = LowestEnd(fine.aboveOtf);
   if (highest < 0) return contrasts;
-  contrasts.endsMtf = highest == last;
-  const double restMtf = contrasts.endsMtf ? 0.0 : border(aboveMtf[Size(highest)], aboveMtf[Size(highest + 1)]);
-  contrasts.cutOffMtf = (highest + restMtf) * step * kDegree;
-  contrasts.areaMtf = area(aboveMtf, highest, restMtf);
-  int lowest = 0;
-  while (lowest < last && aboveOtf[Size(lowest + 1)] >= 0.0) ++lowest;
-  if (aboveOtf[0] < 0.0) return contrasts;
-  contrasts.endsOtf = lowest == last;
-  const double restOtf = contrasts.endsOtf ? 0.0 : border(aboveOtf[Size(lowest)], aboveOtf[Size(lowest + 1)]);
-  contrasts.cutOffOtf = (lowest + restOtf) * step * kDegree;
-  contrasts.areaOtf = area(aboveOtf, lowest, restOtf);
+  contrasts.endsMtf = highest == fine.last;
+  contrasts.cutOffMtf = (highest + RestOf(fine.aboveMtf, highest)) * step;
+  contrasts.areaMtf = AreaUpTo(fine.aboveMtf, highest) * step;
+  if (lowest < 0) return contrasts;
+  contrasts.endsOtf = lowest == fine.last;
+  contrasts.cutOffOtf = (lowest + RestOf(fine.aboveOtf, lowest)) * step;
+  contrasts.areaOtf = AreaUpTo(fine.aboveOtf, lowest) * step;
   return contrasts;
 }
 
@@ -104,30 +157,45 @@ class LogarithmTable {
   std::array<double, kEntries> inverses_, logarithms_;
 };
 
-// In a circle about a place; samples at its rim count in part.
-double EntropyOf(const LightWindow& window, Place place) {
+// Visits the samples in a circle about a place: visit(row, column, share, slope). The share of samples at its rim falls
+// smoothly from 1 to 0; `slope` is its derivative by the place.
+template <class Visit>
+void ForCircle(const LightWindow& window, Place place, const Visit& visit) {
   const int reach = static_cast<int>(kEntropyRadiusArcmin / window.spacing) + 2;
   const int middleRow = static_cast<int>(std::floor((place.y - window.centreY) / window.spacing + 0.5));
   const int middleColumn = static_cast<int>(std::floor(-(place.x - window.centreX) / window.spacing + 0.5));
   const auto wrapped = [&](int k) { return ((k % window.side) + window.side) % window.side; };
-  static const LogarithmTable logarithm;
-  constexpr double kDark = 1e-300;
   const double inner = kEntropyRadiusArcmin - window.spacing, outer = kEntropyRadiusArcmin + window.spacing;
-  double sum = 0.0;
   for (int r = middleRow - reach; r <= middleRow + reach; ++r) {
     const double dy = r * window.spacing + window.centreY - place.y;
     for (int c = middleColumn - reach; c <= middleColumn + reach; ++c) {
       const double dx = -c * window.spacing + window.centreX - place.x;
       const double square = dx * dx + dy * dy;
       if (square > outer * outer) continue;
-      const double share =
-          square < inner * inner
-              ? 1.0
-              : std::clamp((kEntropyRadiusArcmin - std::sqrt(square)) / window.spacing + 0.5, 0.0, 1.0);
-      const double density = share > 0.0 ? window.At(wrapped(r), wrapped(c)) : 0.0;
-      if (density > kDark) sum -= share * density * logarithm.Of(density);
+      if (square < inner * inner) {
+        visit(wrapped(r), wrapped(c), 1.0, Place{});
+        continue;
+      }
+      const double distance = std::sqrt(square);
+      const double t = (outer - distance) / (outer - inner);
+      const double slope = 6.0 * t * (1.0 - t) / ((outer - inner) * distance);
+      visit(wrapped(r), wrapped(c), t * t * (3.0 - 2.0 * t), Place{slope * dx, slope * dy});
     }
   }
+}
+
+const LogarithmTable& LogarithmOfDensity() {
+  static const LogarithmTable table;
+  return table;
+}
+constexpr double kDark = 1e-300;
+
+double EntropyOf(const LightWindow& window, Place place) {
+  double sum = 0.0;
+  ForCircle(window, place, [&](int row, int column, double share, Place /*slope*/) {
+    const double density = window.At(row, column);
+    if (density > kDark) sum -= share * density * LogarithmOfDensity().Of(density);
+  });
   return sum * window.spacing * window.spacing;
 }
 
@@ -220,6 +288,12 @@ Needs NeedsOf(std::span<const QualityMetric> metrics, QualityOrigin origin) {
     n.entropy = n.entropy || metric == M::kEnt;
     n.halfHeight = n.halfHeight || metric == M::kHwhh;
     n.correlation = n.correlation || metric == M::kCw;
+    n.contrastModulus = n.contrastModulus || metric == M::kVsMtf || metric == M::kVnotf;
+    n.areaMtf = n.areaMtf || metric == M::kAreaMtf;
+    n.areaOtf = n.areaOtf || metric == M::kAreaOtf;
+    n.light = n.light || metric == M::kLib;
+    n.modulus = n.modulus || metric == M::kSrMtf || metric == M::kVotf;
+    n.squaredModulus = n.squaredModulus || metric == M::kStd;
     n.atOrigin = n.atOrigin || metric == M::kSrOtf || metric == M::kVotf;
   }
   n.peak = n.peak || (n.origin && origin == QualityOrigin::kPeak);
@@ -243,7 +317,52 @@ Needs operator|(const Needs& a, const Needs& b) {
           a.halfHeight || b.halfHeight,
           a.correlation || b.correlation,
           a.atOrigin || b.atOrigin,
-          a.origin || b.origin};
+          a.origin || b.origin,
+          a.contrastModulus || b.contrastModulus,
+          a.areaMtf || b.areaMtf,
+          a.areaOtf || b.areaOtf,
+          a.light || b.light,
+          a.modulus || b.modulus,
+          a.squaredModulus || b.squaredModulus};
+}
+
+LightLattice::MeanWeights WeightsOfContrasts(const LightLattice::Means& means, const ContrastSensitivity& sensitivity,
+                                             double modulus, double areaMtf, double areaOtf) {
+  const FineMeans fine = FineMeansOf(means, sensitivity);
+  std::vector<double> ofMtf(fine.aboveMtf.size()), ofOtf(fine.aboveOtf.size());
+  for (std::size_t k = 0; k < ofMtf.size(); ++k) ofMtf[k] = modulus * fine.volume[k];
+  const auto addArea = [&](double wanted, const std::vector<double>& above, int end, std::vector<double>& to) {
+    if (wanted == 0.0 || end < 0) return;
+    const std::vector<double> weights = WeightsOfArea(above, end);
+    for (std::size_t k = 0; k < to.size(); ++k) to[k] += wanted * fine.step * kDegree * weights[k];
+  };
+  addArea(areaMtf, fine.aboveMtf, HighestAbove(fine.aboveMtf), ofMtf);
+  addArea(areaOtf, fine.aboveOtf, LowestEnd(fine.aboveOtf), ofOtf);
+  LightLattice::MeanWeights weights{std::vector<double>(means.mtf.size()), std::vector<double>(means.otf.size())};
+  for (std::size_t k = 0; k < ofMtf.size(); ++k) {
+    const Between between(means.mtf.size(), static_cast<double>(k) / kFine);
+    between.Add(ofMtf[k], weights.mtf);
+    between.Add(ofOtf[k], weights.otf);
+  }
+  return weights;
+}
+
+LightLattice::Slope WeightsOfEntropy(const LightWindow& window, Place place, physical::Workspace& workspace) {
+  const std::size_t samples = Size(1LL * window.side * window.side);
+  workspace.weights.Reserve(samples);
+  double* const weights = workspace.weights.data();
+  std::fill_n(weights, samples, 0.0);
+  const double cell = window.spacing * window.spacing;
+  LightLattice::Slope slope;
+  ForCircle(window, place, [&](int row, int column, double share, Place motion) {
+    const double density = window.At(row, column);
+    if (!(density > kDark)) return;
+    const double logarithm = LogarithmOfDensity().Of(density);
+    weights[Size(1LL * row * window.side + column)] = -share * cell * (logarithm + 1.0);
+    slope.x -= motion.x * cell * density * logarithm;
+    slope.y -= motion.y * cell * density * logarithm;
+  });
+  return slope;
 }
 
 Sums SumsOf(const Needs& needs, QualityOrigin wanted, const SampledLight& light, LightLattice& lattice,
@@ -257,13 +376,14 @@ Sums SumsOf(const Needs& needs, QualityOrigin wanted, const SampledLight& light,
   if (needs.neural) sums.neural = lattice.Neural(low, place).value;
   if (needs.gaussian) sums.gaussian = lattice.Gaussian(low, place).value;
   if (needs.contrasts) {
-    sums.contrasts = ContrastsOf(lattice.MeansOf(light.window, place, workspace), lattice.weighting().contrast);
+    sums.means = lattice.MeansOf(light.window, place, workspace);
+    sums.contrasts = ContrastsOf(sums.means, lattice.weighting().contrast);
   }
   if (needs.all) lattice.TransformAll(light.window, workspace);
   if (needs.circles) {
-    const LightLattice::Circles circles = lattice.CirclesAbout(light.window, place, workspace);
-    sums.within = circles.Within(light.circle);
-    if (needs.diameter) sums.radius50 = circles.RadiusOf(0.5, 0.5 * light.unit, light.reach);
+    sums.circles = lattice.CirclesAbout(light.window, place, workspace);
+    sums.within = sums.circles.Within(light.circle);
+    if (needs.diameter) sums.radius50 = sums.circles.RadiusOf(0.5, 0.5 * light.unit, light.reach);
   }
   if (needs.correlation) sums.correlationArea = lattice.AreaOfAutocorrelation(light.width, workspace);
   if (needs.entropy) sums.entropy = EntropyOf(light.window, place);

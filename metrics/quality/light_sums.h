@@ -20,6 +20,9 @@ struct Needs {
   bool image = false, low = false, neural = false, gaussian = false, contrasts = false, peak = false, all = false,
        volumes = false, circles = false, diameter = false, entropy = false, halfHeight = false, correlation = false,
        atOrigin = false, origin = false;
+  // Of the sums that several metrics share, those that gradients need.
+  bool contrastModulus = false, areaMtf = false, areaOtf = false, light = false, modulus = false,
+       squaredModulus = false;
   bool operator==(const Needs&) const = default;
 };
 
@@ -36,6 +39,8 @@ struct Contrasts {
 
 struct Sums {
   LightLattice::LowFrequencies low;
+  LightLattice::Means means;
+  LightLattice::Circles circles;
   double neural = 0.0, gaussian = 0.0;
   Contrasts contrasts;
   physical::Peak peak;
@@ -61,6 +66,14 @@ struct SampledLight {
   double reach;   // the largest radius for D50
   double width;   // of the square that holds the rays
 };
+
+// The weights of the means whose sum changes as this combination of the three does.
+LightLattice::MeanWeights WeightsOfContrasts(const LightLattice::Means& means, const ContrastSensitivity& sensitivity,
+                                             double modulus, double areaMtf, double areaOtf);
+
+// Weights of the window's samples, in workspace.weights, whose sum changes as the entropy does; and its derivatives by
+// the place.
+LightLattice::Slope WeightsOfEntropy(const physical::LightWindow& window, Place place, physical::Workspace& workspace);
 
 Sums SumsOf(const Needs& needs, QualityOrigin wanted, const SampledLight& light, LightLattice& lattice,
             physical::Workspace& workspace, Origin& origin);

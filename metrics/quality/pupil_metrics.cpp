@@ -8,6 +8,7 @@
 
 #include "base/elementary.h"
 #include "metrics/quality/catalogue.h"
+#include "models/physical/pupil/pupil_moments.h"
 #include "models/physical/quadrature/gauss_rules.h"
 
 namespace orvanel::metrics {
@@ -186,6 +187,10 @@ struct BlurLine {
   }
 };
 
+struct BlurMoments {
+  Polynomial xx, xy, yy;
+};
+
 // The mean over angle of the blur by the squared radius.
 class BlurByRadius {
  public:
@@ -213,7 +218,53 @@ class BlurByRadius {
 
   static constexpr int kRings = 24;
 
+  // Of the derivatives of the mean blur by xx, xy and yy, by powers of the places that the map gives.
+  BlurMoments Moments(const physical::AffineMap& map) const {
+    static const physical::GaussRule rule = physical::GaussLegendre(kNodes);
+    BlurMoments moments;
+    for (int line = 0; line < kDiameters; ++line) {
+      const BlurLine& blur = lines_[static_cast<std::size_t>(line)];
+      std::array<LinePolynomial, 3> sums{};  // by powers of the distance
+      for (int ring = 0; ring < kRings; ++ring) {
+        for (std::size_t i = 0; i < rule.nodes.size(); ++i) {
+          for (const double side : {-1.0, 1.0}) {
+            const double radius = std::sqrt((ring + 0.5 + side * rule.nodes[i] / 2.0) / kRings);
+            const double weight = rule.weights[i] / (4.0 * kDiameters * kRings);
+            for (const double r : {radius, -radius}) {
+              const double xx = Horner(blur.xx, r), xy = Horner(blur.xy, r), yy = Horner(blur.yy, r);
+              const double size = std::sqrt((xx * xx + yy * yy) / 2.0 + xy * xy);
+              if (size == 0.0) continue;
+              double power = weight / size;
+              for (std::size_t n = 0; n + 2 < kPowers; ++n, power *= r) {
+                sums[0][n] += power * xx / 2.0;
+                sums[1][n] += power * xy;
+                sums[2][n] += power * yy / 2.0;
+              }
+            }
+          }
+        }
+      }
+      const SineCosine t = SineAndCosine(kPi * (line + 0.5) / kDiameters);
+      const double alongX = map.xx * t.cosine + map.xy * t.sine, alongY = map.yx * t.cosine + map.yy * t.sine;
+      AddLine(sums[0], {map.x0, alongX}, {map.y0, alongY}, moments.xx);
+      AddLine(sums[1], {map.x0, alongX}, {map.y0, alongY}, moments.xy);
+      AddLine(sums[2], {map.x0, alongX}, {map.y0, alongY}, moments.yy);
+    }
+    return moments;
+  }
+
  private:
+  // From sums by powers of the distance to those by powers of the places p0 + p1 r.
+  static void AddLine(LinePolynomial sums, std::array<double, 2> x, std::array<double, 2> y, Polynomial& moments) {
+    const auto times = [](LinePolynomial& s, std::array<double, 2> place) {
+      for (std::size_t n = 0; n + 1 < s.size(); ++n) s[n] = place[0] * s[n] + place[1] * s[n + 1];
+    };
+    for (int b = 0; b + 2 <= kHighestOrder; ++b, times(sums, y)) {
+      LinePolynomial row = sums;
+      for (int a = 0; a + b + 2 <= kHighestOrder; ++a, times(row, x)) moments.coefficients[Monomial(a, b)] += row[0];
+    }
+  }
+
   static constexpr int kDiameters = 32, kNodes = 4;
   std::vector<BlurLine> lines_;
 };
@@ -343,20 +394,21 @@ double LargestOnDisc(const Polynomial& p) {
   return largest;
 }
 
+// From um per radius and per its square to arcmin and to dioptres.
+double SlopeScaleOf(const physical::Pupil& pupil) { return kArcminPerMilliradian / pupil.radiusMm; }
+double PowerScaleOf(const physical::Pupil& pupil) { return 1.0 / (pupil.radiusMm * pupil.radiusMm); }
+
 }  // namespace
 
 PupilMetrics::PupilMetrics(const physical::Pupil& pupil)
-    : wholePupil_(pupil.outline == physical::Ellipse{}),
-      modesUm_(pupil.modesUm),
-      inReference_(pupil.wavefrontUm),
-      outline_(pupil.outline),
-      limitUm_(pupil.wavelengthUm / 4.0) {
+    : wholePupil_(pupil.outline == physical::Ellipse{}), pupil_(pupil) {
+  pupil_.stilesCrawford = {};
   // Composition with the map of the whole pupil changes nothing.
   const auto onDisc = [this, map = physical::MapOf(pupil.outline)](const Polynomial& p) {
     return wholePupil_ ? p : Composed(p, map);
   };
   const Polynomial x = ByX(pupil.wavefrontUm), y = ByY(pupil.wavefrontUm);
-  const double slope = kArcminPerMilliradian / pupil.radiusMm, power = 1.0 / (pupil.radiusMm * pupil.radiusMm);
+  const double slope = SlopeScaleOf(pupil), power = PowerScaleOf(pupil);
   wavefront_ = onDisc(pupil.wavefrontUm);
   slopeX_ = onDisc(Scaled(x, slope));
   slopeY_ = onDisc(Scaled(y, slope));
@@ -368,7 +420,7 @@ PupilMetrics::PupilMetrics(const physical::Pupil& pupil)
 double PupilMetrics::RmsW() const {
   double square = 0.0;
   if (wholePupil_) {
-    for (std::size_t j = 3; j < modesUm_.size(); ++j) square += modesUm_[j] * modesUm_[j];
+    for (std::size_t j = 3; j < pupil_.modesUm.size(); ++j) square += pupil_.modesUm[j] * pupil_.modesUm[j];
   } else {
     square = Horner(VarianceOfWavefront(wavefront_), 1.0);
   }
@@ -388,7 +440,81 @@ double PupilMetrics::Bave() const {
   return sum;
 }
 
-double PupilMetrics::LargestByRmsW() const { return LargestBelow(VarianceOfWavefront(wavefront_), limitUm_); }
+// The mean of the wavefront less its tilted plane, times each mode.
+PupilMetrics::Gradient PupilMetrics::GradientOfRmsW() const {
+  const double rms = RmsW();
+  Gradient gradient{};
+  if (wholePupil_) {
+    for (std::size_t j = 3; j < gradient.size(); ++j) gradient[j] = pupil_.modesUm[j] / rms;
+    return gradient;
+  }
+  const std::vector<physical::PupilNode> nodes = physical::NodesOf(pupil_);
+  double all = 0.0, x = 0.0, y = 0.0, w = 0.0;
+  for (const physical::PupilNode& node : nodes) {
+    all += node.weight;
+    x += node.weight * node.x;
+    y += node.weight * node.y;
+    w += node.weight * node.wavefront.value;
+  }
+  x /= all;
+  y /= all;
+  w /= all;
+  double xx = 0.0, xy = 0.0, yy = 0.0, xw = 0.0, yw = 0.0;
+  for (const physical::PupilNode& node : nodes) {
+    const double dx = node.x - x, dy = node.y - y, dw = node.wavefront.value - w;
+    xx += node.weight * dx * dx;
+    xy += node.weight * dx * dy;
+    yy += node.weight * dy * dy;
+    xw += node.weight * dx * dw;
+    yw += node.weight * dy * dw;
+  }
+  const double determinant = xx * yy - xy * xy;
+  const double tiltX = (yy * xw - xy * yw) / determinant, tiltY = (xx * yw - xy * xw) / determinant;
+  Polynomial moments;
+  for (const physical::PupilNode& node : nodes) {
+    const double rest = node.wavefront.value - w - tiltX * (node.x - x) - tiltY * (node.y - y);
+    AddMoments(node.weight * rest / (all * rms), node.x, node.y, moments);
+  }
+  return ByModes(moments);
+}
+
+PupilMetrics::Gradient PupilMetrics::GradientOfRmsS() const {
+  const std::vector<physical::PupilNode> nodes = physical::NodesOf(pupil_);
+  double all = 0.0, meanX = 0.0, meanY = 0.0;
+  for (const physical::PupilNode& node : nodes) {
+    all += node.weight;
+    meanX += node.weight * node.wavefront.dx;
+    meanY += node.weight * node.wavefront.dy;
+  }
+  const double scale = SlopeScaleOf(pupil_), rms = RmsS();
+  Polynomial ofX, ofY;
+  for (const physical::PupilNode& node : nodes) {
+    const double factor = node.weight * scale * scale / (all * rms);
+    AddMoments(factor * (node.wavefront.dx - meanX / all), node.x, node.y, ofX);
+    AddMoments(factor * (node.wavefront.dy - meanY / all), node.x, node.y, ofY);
+  }
+  return ByModes(BySlopes(ofX, ofY));
+}
+
+PupilMetrics::Gradient PupilMetrics::GradientOfBave() const {
+  const BlurByRadius blur(xx_, xy_, yy_);
+  const BlurMoments moments = blur.Moments(physical::MapOf(pupil_.outline));
+  Polynomial derivatives;
+  for (int a = 0; a <= kHighestOrder; ++a) {
+    for (int b = 0; a + b <= kHighestOrder; ++b) {
+      double& to = derivatives.coefficients[Monomial(a, b)];
+      if (a > 1) to += a * (a - 1) * moments.xx.coefficients[Monomial(a - 2, b)];
+      if (a > 0 && b > 0) to += a * b * moments.xy.coefficients[Monomial(a - 1, b - 1)];
+      if (b > 1) to += b * (b - 1) * moments.yy.coefficients[Monomial(a, b - 2)];
+      to *= PowerScaleOf(pupil_);
+    }
+  }
+  return ByModes(derivatives);
+}
+
+double PupilMetrics::LargestByRmsW() const {
+  return LargestBelow(VarianceOfWavefront(wavefront_), pupil_.wavelengthUm / 4.0);
+}
 
 double PupilMetrics::LargestByRmsS() const {
   return LargestBelow(VarianceOfSlopes(slopeX_, slopeY_), kSlopeLimitArcmin);
@@ -421,7 +547,7 @@ double PupilMetrics::LargestByBave() const {
 // By lines across the outline: of a tile's part inside, the lines give the area and the places where the wavefront is
 // compared.
 double PupilMetrics::TilesBelow() const {
-  const physical::Chords chords = physical::ChordsOf(outline_);
+  const physical::Chords chords = physical::ChordsOf(pupil_.outline);
   constexpr int kTiles = static_cast<int>(kTilesAcross), kLines = 8;
   constexpr double kSide = 2.0 / kTilesAcross;
   double below = 0.0, all = 0.0;
@@ -436,7 +562,7 @@ double PupilMetrics::TilesBelow() const {
       const double y = -1.0 + (row + place) * kSide, v = (y - chords.centreY) / chords.halfHeight;
       if (!(v * v < 1.0)) continue;
       const double half = chords.halfWidth * std::sqrt(1.0 - v * v), middle = chords.MiddleAt(v);
-      const LinePolynomial wavefront = AlongLine(inReference_, y);
+      const LinePolynomial wavefront = AlongLine(pupil_.wavefrontUm, y);
       const bool isCompared = isBorder || line == kLines / 2;
       for (int tile = 0; tile < kTiles; ++tile) {
         const double left = std::max(-1.0 + tile * kSide, middle - half);
@@ -455,7 +581,7 @@ double PupilMetrics::TilesBelow() const {
     }
     for (std::size_t tile = 0; tile < kTiles; ++tile) {
       all += area[tile];
-      if (high[tile] - low[tile] < limitUm_ * (1.0 - kNearLimit)) below += area[tile];
+      if (high[tile] - low[tile] < pupil_.wavelengthUm / 4.0 * (1.0 - kNearLimit)) below += area[tile];
     }
   }
   return below / all;

@@ -21,6 +21,12 @@ class PupilMetrics {
   double RmsS() const;  // arcmin
   double Bave() const;  // D
 
+  // Their derivatives by the modes in um; not numbers where the metric is 0.
+  using Gradient = std::array<double, physical::kModes>;
+  Gradient GradientOfRmsW() const;
+  Gradient GradientOfRmsS() const;
+  Gradient GradientOfBave() const;
+
   // The share of the largest concentric pupil in which a mean, and that in all smaller ones, is below its limit.
   double LargestByRmsW() const;
   double LargestByRmsS() const;
@@ -39,10 +45,7 @@ class PupilMetrics {
   physical::Polynomial slopeX_, slopeY_;  // arcmin
   physical::Polynomial xx_, xy_, yy_;     // D
   bool wholePupil_;
-  std::array<double, physical::kModes> modesUm_;
-  physical::Polynomial inReference_;  // um, over the reference disc
-  physical::Ellipse outline_;
-  double limitUm_;
+  physical::Pupil pupil_;  // evenly bright
 };
 
 }  // namespace orvanel::metrics

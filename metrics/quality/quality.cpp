@@ -204,6 +204,14 @@ std::vector<double> Times(double factor, const physical::Gradient& gradient) {
   return product;
 }
 
+std::vector<double> OfQuotient(double quotient, double divisor, const physical::Gradient& ofDividend,
+                               const physical::Gradient& ofDivisor) {
+  std::vector<double> gradient(ofDividend.size());
+  for (std::size_t j = 0; j < gradient.size(); ++j) gradient[j] = (ofDividend[j] - quotient * ofDivisor[j]) / divisor;
+  return gradient;
+}
+
+// Empty for metrics without one.
 std::vector<double> ImageGradient(M metric, double value, const Sums& sums, const Sums& limit,
                                   const SumGradients& gradients) {
   switch (metric) {
@@ -218,8 +226,28 @@ std::vector<double> ImageGradient(M metric, double value, const Sums& sums, cons
       return Times(1.0 / limit.neural, gradients.neural);
     case M::kSrOtf:
       return Times(1.0 / limit.peak.value, gradients.atOrigin);
+    case M::kD50:
+      return Times(2.0, gradients.radius50);
+    case M::kLib:
+      return Times(1.0, gradients.within);
+    case M::kEnt:
+      return Times(1.0, gradients.entropy);
+    case M::kStd:
+      return Times(0.5 / (value * limit.volumes.squaredModulus), gradients.squaredModulus);
+    case M::kAreaMtf:
+      return Times(1.0 / limit.contrasts.areaMtf, gradients.areaMtf);
+    case M::kAreaOtf:
+      return Times(1.0 / limit.contrasts.areaOtf, gradients.areaOtf);
+    case M::kSrMtf:
+      return Times(1.0 / limit.volumes.modulus, gradients.modulus);
+    case M::kVsMtf:
+      return Times(1.0 / limit.contrasts.modulus, gradients.contrastModulus);
+    case M::kVotf:
+      return OfQuotient(value, sums.volumes.modulus, gradients.atOrigin, gradients.modulus);
+    case M::kVnotf:
+      return OfQuotient(value, sums.contrasts.modulus, gradients.neural, gradients.contrastModulus);
     default:
-      return std::vector<double>(physical::kModes, kNan);
+      return {};
   }
 }
 
@@ -247,6 +275,20 @@ QualityValue PupilValue(M metric, const PupilMetrics& pupil) {
       return {metric, pupil.BlurBelow(), 1.0};
     default:
       return {metric, kNan, kNan};
+  }
+}
+
+// Empty for metrics without one.
+std::vector<double> PupilGradient(M metric, const PupilMetrics& pupil) {
+  switch (metric) {
+    case M::kRmsW:
+      return Times(1.0, pupil.GradientOfRmsW());
+    case M::kRmsS:
+      return Times(1.0, pupil.GradientOfRmsS());
+    case M::kBave:
+      return Times(1.0, pupil.GradientOfBave());
+    default:
+      return {};
   }
 }
 
@@ -307,6 +349,9 @@ QualityOutcome QualityOf(const physical::Eye& eye, const physical::Light& light,
       SampleLight(*beams, perfect.factors, window, tables.physical);
       large.TransformAll(window, tables.physical);
       volumes = large.VolumesOf(tables.physical);
+      if (request.gradient) {
+        AddGradientsOfVolumes(needs, *beams, perfect.factors, window, large, tables.physical, gradients);
+      }
     }
     LightLattice& lattice = tables.Of(perfect, *side, weighting).lattice;
     window.side = *side;
@@ -316,7 +361,7 @@ QualityOutcome QualityOf(const physical::Eye& eye, const physical::Light& light,
     sums = SumsOf(needs, request.origin, sampled, lattice, tables.physical, origin);
     sums.volumes = volumes;
     if (request.gradient) {
-      gradients = GradientsOf(needs, request.origin, sampled, lattice, sums, origin, tables.physical);
+      AddGradients(needs, request.origin, sampled, lattice, sums, origin, tables.physical, gradients);
     }
     quality.originX = -origin.place.x;
     quality.originY = origin.place.y;
@@ -327,9 +372,11 @@ QualityOutcome QualityOf(const physical::Eye& eye, const physical::Light& light,
     QualityValue value;
     if (metric == M::kSm) {
       value = {metric, RaySpreadOf(*beams)};
+      if (request.gradient) value.gradient = Times(1.0, physical::GradientOfRaySpread(*beams));
     } else if (row.plane == QualityPlane::kPupil) {
       if (!pupil) pupil.emplace(PupilInLight(eye, quality.primaryNm));
       value = PupilValue(metric, *pupil);
+      if (request.gradient) value.gradient = PupilGradient(metric, *pupil);
     } else {
       value = ImageValue(metric, sums, limit);
       if (row.usesOrigin && !origin.isUnique && value.note == QualityNote::kNone) {
@@ -337,7 +384,9 @@ QualityOutcome QualityOf(const physical::Eye& eye, const physical::Light& light,
       }
       if (request.gradient) value.gradient = ImageGradient(metric, value.value, sums, limit, gradients);
     }
-    if (request.gradient && (value.gradient.empty() || std::isnan(value.value))) {
+    // A width that is 0 is at its edge.
+    const bool isEdge = !row.isRatio && value.value == 0.0;
+    if (request.gradient && (value.gradient.empty() || std::isnan(value.value) || isEdge)) {
       value.gradient.assign(physical::kModes, kNan);
     }
     value.error = row.isRatio ? row.error : row.error * std::fabs(value.value);

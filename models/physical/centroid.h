@@ -29,6 +29,8 @@ CentroidGradient GradientOfCentroid(const Beam& beam);
 // The root mean square distance of the rays from their centroid, in arcmin. It is the second moment of geometric
 // optics; that of the PSF grows with the window without limit.
 double RaySpreadOf(std::span<const Beam> beams);
+// Its derivatives by the modes in um; not numbers where it is 0.
+std::array<double, kModes> GradientOfRaySpread(std::span<const Beam> beams);
 
 }  // namespace orvanel::physical
 

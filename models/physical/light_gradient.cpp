@@ -23,20 +23,24 @@ Gradient ByModesLessPiston(const Polynomial& byMonomials) {
 
 }  // namespace
 
-Gradient GradientOfSamples(std::span<const Beam> beams, std::span<const double> factors, const LightWindow& window,
-                           const double* weights, Workspace& workspace) {
-  const PlaneTransform& transform = workspace.transforms.Of(window.side);
-  workspace.fieldSpectrum.Reserve(transform.FieldSpectrumSize());
+Gradient SampleGradients::Of(const LightWindow& window, const double* weights) {
+  const PlaneTransform& transform = workspace_.transforms.Of(window.side);
+  PlaneTransform::Memory& memory = workspace_.transforms.memory;
+  const ChordKernels& kernels = workspace_.chords;
   Polynomial derivatives;
-  for (std::size_t i = 0; i < beams.size(); ++i) {
-    const LatticeField field = FieldInWindow(beams[i], window, workspace);
-    workspace.product.Reserve(field.samples);
-    transform.FieldSpectrum(field.plane, workspace.fieldSpectrum.data(), workspace.transforms.memory);
-    transform.WeighSpectrum(workspace.fieldSpectrum.data(), weights, field.plane, workspace.product.data(),
-                            workspace.transforms.memory);
-    const double wavenumber = 2.0 * kPi / beams[i].pupil.wavelengthUm;
-    field.outline->AddMoments(workspace.product.data(), workspace.chords,
-                              2.0 * wavenumber * factors[i] / (field.cells * field.cells), derivatives);
+  for (std::size_t i = 0; i < beams_.size(); ++i) {
+    if (kept_ != window.side) {
+      field_ = FieldInWindow(beams_[i], window, workspace_, workspace_.fieldRe, workspace_.fieldIm);
+      workspace_.fieldSpectrum.Reserve(transform.FieldSpectrumSize());
+      transform.FieldSpectrum(field_.plane, workspace_.fieldSpectrum.data(), memory);
+      if (beams_.size() == 1) kept_ = window.side;
+    }
+    workspace_.product.Reserve(field_.samples);
+    double* const product = workspace_.product.data();
+    transform.WeighSpectrum(workspace_.fieldSpectrum.data(), weights, field_.plane, product, memory);
+    const double wavenumber = 2.0 * kPi / beams_[i].pupil.wavelengthUm;
+    const double factor = 2.0 * wavenumber * factors_[i] / (field_.cells * field_.cells);
+    field_.outline->AddMoments(product, kernels, factor, derivatives);
   }
   return ByModesLessPiston(derivatives);
 }

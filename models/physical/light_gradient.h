@@ -16,10 +16,23 @@ namespace orvanel::physical {
 // alike. Derivatives are those of the numbers as they are computed, to rounding, at a fixed centre of the window.
 using Gradient = std::array<double, kModes>;
 
-// Of the sum of weight * sample over the samples that SampleLight makes: by one more transform for all modes.
-//   weights  as the samples; may be workspace.weights
-Gradient GradientOfSamples(std::span<const Beam> beams, std::span<const double> factors, const LightWindow& window,
-                           const double* weights, Workspace& workspace);
+// Of the sum of weight * sample over the samples that SampleLight makes: by one more transform for all modes. The field
+// of a single beam is kept for the next sum in the same window.
+class SampleGradients {
+ public:
+  SampleGradients(std::span<const Beam> beams, std::span<const double> factors, Workspace& workspace)
+      : beams_(beams), factors_(factors), workspace_(workspace) {}
+
+  //   weights  as the samples; may be workspace.weights
+  Gradient Of(const LightWindow& window, const double* weights);
+
+ private:
+  std::span<const Beam> beams_;
+  std::span<const double> factors_;
+  Workspace& workspace_;
+  LatticeField field_{};
+  int kept_ = 0;  // the side of the window of the kept field
+};
 
 // Of the sum of factor |U|^2 at a place, and of its slopes there.
 struct DensityGradient {

@@ -61,19 +61,19 @@ Outcome<LightWindow> WindowOf(std::span<const Beam> beams, std::span<const doubl
   return window;
 }
 
-LatticeField FieldInWindow(const Beam& beam, const LightWindow& window, Workspace& workspace) {
+LatticeField FieldInWindow(const Beam& beam, const LightWindow& window, Workspace& workspace, AlignedMemory& re,
+                           AlignedMemory& im) {
   const Pupil& pupil = beam.pupil;
   const double unit = beam.unitArcmin, across = window.side * window.spacing / unit;
   const PupilLattice lattice{static_cast<int>(std::ceil(across)) + 2 * kMaskReach, 2.0 / across};
   const SampledOutline& outline = workspace.outlines.Of(pupil.outline, lattice, 1);
   const std::size_t samples = static_cast<std::size_t>(lattice.side) * static_cast<std::size_t>(outline.pitch());
-  workspace.re.Reserve(samples);
-  workspace.im.Reserve(samples);
-  double *const re = workspace.re.data(), *const im = workspace.im.data();
-  outline.FieldOf(pupil, {}, window.centreX / unit, window.centreY / unit, workspace.chords, re, im);
+  re.Reserve(samples);
+  im.Reserve(samples);
+  outline.FieldOf(pupil, {}, window.centreX / unit, window.centreY / unit, workspace.chords, re.data(), im.data());
   const double cells =
       std::numbers::pi * pupil.outline.semiAxisA * pupil.outline.semiAxisB / (lattice.step * lattice.step);
-  return {{re, im, outline.pitch(), lattice.side, outline.pitch()}, samples, cells, &outline};
+  return {{re.data(), im.data(), outline.pitch(), lattice.side, outline.pitch()}, samples, cells, &outline};
 }
 
 void SampleLight(std::span<const Beam> beams, std::span<const double> factors, LightWindow& window,
@@ -81,7 +81,7 @@ void SampleLight(std::span<const Beam> beams, std::span<const double> factors, L
   const PlaneTransform& transform = workspace.transforms.Of(window.side);
   workspace.sum.Reserve(static_cast<std::size_t>(window.side) * static_cast<std::size_t>(window.side));
   for (std::size_t i = 0; i < beams.size(); ++i) {
-    const LatticeField field = FieldInWindow(beams[i], window, workspace);
+    const LatticeField field = FieldInWindow(beams[i], window, workspace, workspace.re, workspace.im);
     transform.PowerSpectrum(field.plane, factors[i] / (field.cells * field.cells), i > 0, workspace.sum.data(),
                             workspace.transforms.memory);
   }

@@ -48,7 +48,7 @@ constexpr int kLargestWindow = 4096;  // in samples
 //   minSide  samples in a row
 Outcome<LightWindow> WindowOf(std::span<const Beam> beams, std::span<const double> factors, int minSide);
 
-// The field of one beam on the lattice of its pupil, in workspace.re and workspace.im. The samples of the pupils are as
+// The field of one beam on the lattice of its pupil. The samples of the pupils are as
 // far apart as makes the same grid of directions of all.
 struct LatticeField {
   FieldPlane plane;
@@ -56,7 +56,8 @@ struct LatticeField {
   double cells;                   // area of the pupil
   const SampledOutline* outline;  // of the workspace, until it makes another
 };
-LatticeField FieldInWindow(const Beam& beam, const LightWindow& window, Workspace& workspace);
+LatticeField FieldInWindow(const Beam& beam, const LightWindow& window, Workspace& workspace, AlignedMemory& re,
+                           AlignedMemory& im);
 
 // Fills in the samples, by a Fourier transform of the pupils' samples: side * spacing across each pupil, in its
 // wavelength / diameter.

@@ -20,10 +20,10 @@ struct Workspace {
   OtfLattice otf;
   PlaneTransforms transforms;
   SampledOutlines outlines;
-  AlignedMemory re, im;                           // of a field
-  AlignedMemory sum;                              // of intensities
-  AlignedMemory spectrum;                         // half of that of an image
-  AlignedMemory weights, fieldSpectrum, product;  // of gradients
+  AlignedMemory re, im;                                             // of a field
+  AlignedMemory sum;                                                // of intensities
+  AlignedMemory spectrum;                                           // half of that of an image
+  AlignedMemory weights, fieldRe, fieldIm, fieldSpectrum, product;  // of gradients
 };
 
 }  // namespace orvanel::physical

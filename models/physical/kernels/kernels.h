@@ -110,7 +110,7 @@ struct SplineWeights {
   const double* ofNode[4];
 };
 
-// Powers of places, for moments of what a polynomial of degree 11 can be multiplied with.
+// Powers of places: one more than those of a wavefront.
 constexpr int kPowers = 12;
 
 struct ChordKernels {

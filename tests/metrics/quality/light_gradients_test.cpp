@@ -64,12 +64,24 @@ std::vector<Case> Cases() {
   return cases;
 }
 
-std::vector<M> Smooth() {
+// Metrics, and the step of differences that suits them.
+struct Group {
+  double step;  // um
   std::vector<M> metrics;
+};
+std::vector<Group> Groups() {
+  // A modulus has a kink at 0: the share of frequencies that are within a step of it goes with the square of the step.
+  const std::vector<M> kinked = {M::kBave,  M::kEnt,   M::kAreaMtf, M::kAreaOtf,
+                                 M::kSrMtf, M::kVsMtf, M::kVotf,    M::kVnotf};
+  // Values round to some 1e-13, and the place of the peak to 1e-9. The error of the differences is h^6/140 of the
+  // seventh derivative, some 40^7 of the value for phases of 40 rad per um.
+  std::vector<Group> groups = {{1e-5, kinked}, {2e-4, {}}};
   for (const QualityRow& row : QualityCatalogue()) {
-    if (row.hasGradient) metrics.push_back(row.metric);
+    const bool isKinked = std::find(kinked.begin(), kinked.end(), row.metric) != kinked.end();
+    EXPECT_TRUE(row.hasGradient || !isKinked);
+    if (row.hasGradient && !isKinked) groups[1].metrics.push_back(row.metric);
   }
-  return metrics;
+  return groups;
 }
 
 class QualityGradients : public testing::TestWithParam<Case> {
@@ -83,20 +95,18 @@ class QualityGradients : public testing::TestWithParam<Case> {
     return values;
   }
 
-  // The derivatives along a direction, by differences of seven places: error h^6/140 of the seventh derivative, which
-  // is some 40^7 of the value for phases of 40 rad per um.
-  std::vector<double> DifferencesOf(const Gradient& direction, const QualityRequest& request) {
-    constexpr double kStep = 4e-4;
+  // The derivatives along a direction, by differences of seven places.
+  std::vector<double> DifferencesOf(const Gradient& direction, const QualityRequest& request, double step) {
     constexpr std::array<double, 3> kWeights = {0.75, -0.15, 1.0 / 60.0};
     std::vector<double> sum(request.metrics.size());
     for (std::size_t k = 0; k < kWeights.size(); ++k) {
       for (const double sign : {1.0, -1.0}) {
         physical::Eye eye = GetParam().eye;
         for (std::size_t j = 0; j < kModes; ++j) {
-          eye.modesUm[j] += sign * static_cast<double>(k + 1) * kStep * direction[j];
+          eye.modesUm[j] += sign * static_cast<double>(k + 1) * step * direction[j];
         }
         const std::vector<double> values = ValuesOf(eye, request);
-        for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += sign * kWeights[k] / kStep * values[i];
+        for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += sign * kWeights[k] / step * values[i];
       }
     }
     return sum;
@@ -107,7 +117,7 @@ class QualityGradients : public testing::TestWithParam<Case> {
 
 TEST_P(QualityGradients, EqualDifferences) {
   std::vector<Gradient> directions;
-  for (const std::size_t mode : {1, 2, 3, 4, 7, 12, 20, 27, 65}) {
+  for (const std::size_t mode : {1, 2, 4, 7, 12, 27}) {
     directions.emplace_back();
     directions.back()[mode] = 1.0;
   }
@@ -116,25 +126,27 @@ TEST_P(QualityGradients, EqualDifferences) {
   directions.push_back(mixed);
   for (const QualityOrigin origin :
        {QualityOrigin::kBest, QualityOrigin::kAxis, QualityOrigin::kPeak, QualityOrigin::kCentroid}) {
-    QualityRequest request{Smooth(), origin};
-    request.gradient = true;
-    const QualityOutcome quality = QualityOf(GetParam().eye, GetParam().light, request, workspace_);
-    ASSERT_TRUE(quality);
-    request.gradient = false;
-    std::vector<double> worst(request.metrics.size());
-    for (const Gradient& direction : directions) {
-      const std::vector<double> differences = DifferencesOf(direction, request);
-      for (std::size_t i = 0; i < differences.size(); ++i) {
-        double derivative = 0.0;
-        for (std::size_t j = 0; j < kModes; ++j) derivative += quality->values[i].gradient.at(j) * direction[j];
-        const double error = std::fabs(derivative - differences[i]) / std::max(1.0, std::fabs(differences[i]));
-        worst[i] = error <= worst[i] ? worst[i] : error;
+    for (const Group& group : Groups()) {
+      QualityRequest request{group.metrics, origin};
+      request.gradient = true;
+      const QualityOutcome quality = QualityOf(GetParam().eye, GetParam().light, request, workspace_);
+      ASSERT_TRUE(quality);
+      request.gradient = false;
+      std::vector<double> worst(request.metrics.size());
+      for (const Gradient& direction : directions) {
+        const std::vector<double> differences = DifferencesOf(direction, request, group.step);
+        for (std::size_t i = 0; i < differences.size(); ++i) {
+          double derivative = 0.0;
+          for (std::size_t j = 0; j < kModes; ++j) derivative += quality->values[i].gradient.at(j) * direction[j];
+          const double error = std::fabs(derivative - differences[i]) / std::max(1.0, std::fabs(differences[i]));
+          worst[i] = error <= worst[i] ? worst[i] : error;
+        }
       }
-    }
-    for (std::size_t i = 0; i < worst.size(); ++i) {
-      const char* const name = RowOf(request.metrics[i]).name;
-      RecordProperty(name + std::to_string(static_cast<int>(origin)), testing::PrintToString(worst[i]));
-      EXPECT_LE(worst[i], 1e-7) << name << " at origin " << static_cast<int>(origin);
+      for (std::size_t i = 0; i < worst.size(); ++i) {
+        const char* const name = RowOf(request.metrics[i]).name;
+        RecordProperty(name + std::to_string(static_cast<int>(origin)), testing::PrintToString(worst[i]));
+        EXPECT_LE(worst[i], 1e-7) << name << " at origin " << static_cast<int>(origin);
+      }
     }
   }
 }
@@ -159,6 +171,30 @@ TEST_F(QualityGradient, OfSrxIsThatOfTheVarianceForSmallAberrations) {
   const QualityValue srx = Of(eye, M::kSrx);
   for (std::size_t j = 3; j < 21; ++j) {
     EXPECT_NEAR(srx.gradient[j], -2.0 * kWavenumber * kWavenumber * eye.modesUm[j], 1e-6) << j;
+  }
+}
+
+TEST_F(QualityGradient, OfRmsWIsTheModesOverIt) {
+  const physical::Eye eye = Random28();
+  const QualityValue rms = Of(eye, M::kRmsW);
+  for (std::size_t j = 3; j < kModes; ++j) EXPECT_NEAR(rms.gradient[j], eye.modesUm[j] / rms.value, 1e-14);
+  EXPECT_EQ(rms.gradient[2], 0.0);
+}
+
+TEST_F(QualityGradient, OfWidthsByDefocusAloneIsTheWidthOverTheDefocus) {
+  const physical::Eye eye = physical::EyeOf({0, 0, 0, 0, 0.4}, 6.0, 550.0);
+  for (const M metric : {M::kRmsW, M::kRmsS, M::kSm, M::kBave}) {
+    const QualityValue value = Of(eye, metric);
+    EXPECT_NEAR(value.gradient[4], value.value / 0.4, 1e-12) << RowOf(metric).name;
+    EXPECT_NEAR(value.gradient[5], 0.0, 1e-12) << RowOf(metric).name;
+  }
+}
+
+TEST_F(QualityGradient, OfAWidthThatIsZeroDoesNotExist) {
+  for (const M metric : {M::kRmsW, M::kRmsS, M::kSm, M::kBave}) {
+    const QualityValue value = Of(physical::EyeOf({}, 6.0, 550.0), metric);
+    EXPECT_EQ(value.value, 0.0);
+    for (const double d : value.gradient) EXPECT_TRUE(std::isnan(d)) << RowOf(metric).name;
   }
 }
 

@@ -43,7 +43,8 @@ TEST_P(LightGradientVariants, OfSamplesIsTheirDerivative) {
   window.spacing = 0.35 * 0.3;
   window.centreX = 0.2;
   const std::vector<double> weights = reference::Noise(96 * 96, 5);
-  const Gradient gradient = GradientOfSamples(Beams(), kFactors, window, weights.data(), workspace);
+  const std::vector<Beam> beams = Beams();
+  const Gradient gradient = SampleGradients(beams, kFactors, workspace).Of(window, weights.data());
   EXPECT_EQ(gradient[0], 0.0);
   for (const std::size_t mode : {1, 2, 4, 9, 21, 40, 65}) {
     const double difference = DifferenceOf([&](double more) {
@@ -54,6 +55,21 @@ TEST_P(LightGradientVariants, OfSamplesIsTheirDerivative) {
     });
     EXPECT_NEAR(gradient[mode], difference, 1e-8 * std::fabs(difference) + 1e-8) << mode;
   }
+}
+
+TEST_P(LightGradientVariants, OfOneBeamAreTheSameFromAKeptField) {
+  Workspace workspace(*GetParam());
+  const std::vector<Beam> beams = *BeamsOf(AnEye(), {{550.0, 1.0}});
+  LightWindow window;
+  window.side = 96;
+  window.spacing = 0.1;
+  const std::vector<double> weights = reference::Noise(96 * 96, 5), others = reference::Noise(96 * 96, 6);
+  SampleGradients gradients(beams, kFactors, workspace);
+  const Gradient first = gradients.Of(window, weights.data());
+  const Gradient second = gradients.Of(window, others.data());
+  EXPECT_NE(first, second);
+  EXPECT_EQ(gradients.Of(window, weights.data()), first);
+  EXPECT_EQ(SampleGradients(beams, kFactors, workspace).Of(window, others.data()), second);
 }
 
 TEST_P(LightGradientVariants, OfTheDensityIsItsDerivative) {
@@ -93,8 +109,9 @@ TEST_P(LightGradientVariants, HasTheSameBits) {
   window.side = 48;
   window.spacing = 0.1;
   const std::vector<double> weights = reference::Noise(48 * 48, 5);
-  EXPECT_EQ(GradientOfSamples(Beams(), kFactors, window, weights.data(), workspace),
-            GradientOfSamples(Beams(), kFactors, window, weights.data(), plainest));
+  const std::vector<Beam> beams = Beams();
+  EXPECT_EQ(SampleGradients(beams, kFactors, workspace).Of(window, weights.data()),
+            SampleGradients(beams, kFactors, plainest).Of(window, weights.data()));
   EXPECT_EQ(GradientOfDensity(Beams(), kFactors, 0.3, -0.2, workspace.quadrature).y,
             GradientOfDensity(Beams(), kFactors, 0.3, -0.2, plainest.quadrature).y);
 }
