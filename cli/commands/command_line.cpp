@@ -12,6 +12,7 @@
 #include "cli/commands/focus.h"
 #include "cli/commands/merge.h"
 #include "cli/commands/population.h"
+#include "cli/commands/refract.h"
 #include "cli/commands/simulate.h"
 #include "cli/console/terminal.h"
 #include "cli/licenses.h"
@@ -30,6 +31,7 @@ constexpr const char* kProgramNotes =
     "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"
     "  orvanel convert assets/eyes/standard_observer_6mm.json\n"
     "  orvanel focus assets/eyes/standard_observer_6mm.json\n"
+    "  orvanel refract assets/eyes/standard_observer_6mm.json\n"
     "  orvanel batch eyes.csv -o results.csv";
 
 }  // namespace
@@ -45,8 +47,8 @@ Program DefineProgram() {
   app.allow_windows_style_options(false);  // a path may begin with a slash on every system
   app.require_subcommand(1);
   app.footer(kProgramNotes);
-  for (Run (*const define)(CLI::App&) :
-       {DefineSimulate, DefineConvert, DefineFocus, DefineBatch, DefineMerge, DefinePopulation, DefineChart}) {
+  for (Run (*const define)(CLI::App&) : {DefineSimulate, DefineConvert, DefineFocus, DefineRefract, DefineBatch,
+                                         DefineMerge, DefinePopulation, DefineChart}) {
     Run run = define(app);
     program.subcommands.emplace_back(app.get_subcommands({}).back(), std::move(run));
   }

@@ -19,4 +19,6 @@ command=$(sed -n 's/^    orvanel \(simulate .*\)/\1/p' "$source/docs/conventions
 "$program" $command >output
 quoted=$(sed -n '/^    PSF window/,/^    Rings/p' "$source/docs/conventions.md")
 [ "$quoted" = "$(sed -n '/^PSF window/,/^Rings/s/^/    /p' output)" ] || { echo "conventions.md quotes: $quoted"; status=1; }
+output=$("$program" refract assets/eyes/standard_observer_6mm.json)
+[[ $(<"$source/docs/refraction.md") == *"$output"* ]] || { echo "not in refraction.md: $output"; status=1; }
 exit $status
