@@ -36,7 +36,7 @@ std::string RemedyFor(physical::Problem problem) {
     case physical::Problem::kNoReferenceWavelength:
       return "; state it with --reference-wavelength, or as reference_wavelength_nm in the file";
     case physical::Problem::kGridSpacing:
-      return "; use a smaller --field or more --samples";
+      return "; use a smaller --psf-field or more --samples";
     case physical::Problem::kPixelSize:
       return "; use a larger --acuity or a smaller --object-angle";
     default:

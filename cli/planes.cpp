@@ -68,6 +68,23 @@ void AddPicture(std::vector<PlaneSource>& sources, const Request& request) {
   }
 }
 
+void AddSized(std::vector<PlaneSource>& sources, const Request& request) {
+  if (request.sized == nullptr) return;
+  const std::string name = request.sized, what = "the " + name + " of true size";
+  const auto pitch = [](const SimulatedEye& r) { return r.sized->image.object.pixel; };
+  for (std::size_t c = 0; c < request.sizedChannels; ++c) {
+    const std::string word(ChannelWord(c, request.sizedChannels));
+    const std::string ending = word.empty() ? "" : "_" + word;
+    const std::string light = what + ", " + (word.empty() ? "luminance" : word + " light");
+    sources.push_back({name + "_shown" + ending, light, "1", Domain::kRetina, View::kPatient, false,
+                       [c](const SimulatedEye& r) -> const Plane& { return r.sized->image.object.channels[c]; },
+                       pitch});
+    sources.push_back({name + "_seen" + ending, "retinal image of " + light + ImageText(request), "1", Domain::kRetina,
+                       ImageView(request), false,
+                       [c](const SimulatedEye& r) -> const Plane& { return r.sized->image.seen[c]; }, pitch});
+  }
+}
+
 void AddStar(std::vector<PlaneSource>& sources, const Request& request) {
   const auto pitch = [](const SimulatedEye& r) { return r.results.objectSide / r.results.star.original.columns(); };
   sources.push_back({"star_original", "Siemens star (sector star) of 40 sectors: 0 black, 1 white", "1",
@@ -100,6 +117,7 @@ std::vector<PlaneSource> PlaneSources(const Request& request) {
   AddStar(sources, request);
   AddRings(sources, request);
   AddPicture(sources, request);
+  AddSized(sources, request);
   return sources;
 }
 

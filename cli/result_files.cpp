@@ -8,10 +8,12 @@
 #include "drawing/canvas/canvas.h"
 #include "drawing/chart_sheet.h"
 #include "drawing/figures.h"
+#include "drawing/letters_sheet.h"
 #include "drawing/overview.h"
 #include "drawing/picture_sheet.h"
 #include "drawing/quality_table.h"
 #include "drawing/sections_figure.h"
+#include "drawing/sized_sheet.h"
 #include "files/output_folder.h"
 #include "files/pictures/picture_pixels.h"
 #include "files/pictures/png.h"
@@ -90,6 +92,20 @@ void AddPicture(std::vector<ResultFile>& files, ModelKind model, bool deep) {
   files.push_back({kPictureFile, [](const SimulatedEye& simulated) { return EncodePng(DrawPictureSheet(simulated)); }});
 }
 
+// Adds the chart or picture of true size, with the bits of its file, or 16 if `deep`.
+void AddSizedView(std::vector<ResultFile>& files, const std::string& name, bool deep) {
+  const auto add = [&](const char* what, const std::vector<Plane>& (*channels)(const SizedImage&)) {
+    files.push_back({name + what + ".png", [deep, channels](const SimulatedEye& simulated) {
+                       const SizedView& view = *simulated.sized;
+                       return EncodePicture(channels(view.image), view.linear, deep ? 16 : view.bits);
+                     }});
+  };
+  add("_shown", [](const SizedImage& image) -> const std::vector<Plane>& { return image.object.channels; });
+  add("_seen", [](const SizedImage& image) -> const std::vector<Plane>& { return image.seen; });
+  files.push_back(
+      {name + "_before_after.png", [](const SimulatedEye& simulated) { return EncodePng(DrawSizedView(simulated)); }});
+}
+
 PlaneSet SetOf(const std::vector<PlaneSource>& sources, const SimulatedEye& simulated) {
   PlaneSet set{{}, FactsOf(simulated)};
   for (const PlaneSource& source : sources) set.planes.push_back(PlaneOf(source, simulated));
@@ -123,8 +139,14 @@ std::vector<ResultFile> ResultFiles(const Request& request) {
   if (request.pictureChannels > 0) {
     AddPicture(files, request.model, std::any_of(request.formats.begin(), request.formats.end(), deep));
   }
+  if (request.sized != nullptr) {
+    AddSizedView(files, request.sized, std::any_of(request.formats.begin(), request.formats.end(), deep));
+  }
   for (const Format* format : request.formats) AddFormat(files, *format, sources);
   files.push_back({kChartFile, [](const SimulatedEye& r) { return EncodePng(DrawChart(r)); }});
+  if (request.letters) {
+    files.push_back({kLettersFile, [](const SimulatedEye& r) { return EncodePng(DrawLetters(r)); }});
+  }
   files.push_back({kOverviewFile, [](const SimulatedEye& r) { return EncodePng(DrawOverview(r)); }});
   std::vector<std::string> names;
   for (const ResultFile& file : files) names.push_back(file.name);

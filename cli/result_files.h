@@ -20,6 +20,9 @@ struct Request {
   std::size_t pictureChannels = 0;     // of the user's picture, 0 without one
   ModelKind model = ModelKind::kClassic;
   View view = View::kRetina;  // of PSF and MTF
+  bool letters = false;
+  const char* sized = nullptr;    // the name of the view of true size, null without one
+  std::size_t sizedChannels = 0;  // of its image
 };
 
 struct ResultFile {
@@ -29,6 +32,7 @@ struct ResultFile {
 
 constexpr const char* kOverviewFile = "overview.png";
 constexpr const char* kChartFile = "chart.png";
+constexpr const char* kLettersFile = "letters.png";
 constexpr const char* kPictureFile = "picture.png";
 
 // Returns all files, including the summary.

@@ -328,6 +328,25 @@ std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::st
         "user's picture hold light, its PNG files are coded like the given file";
     if (simulated.results.picture) summary["picture"].erase("contrast_kept_file");
   }
+  if (simulated.sized) {
+    const SizedView& view = *simulated.sized;
+    const SizedObject& object = view.image.object;
+    const std::string name = view.name;
+    summary["view_of_true_size"] = {{"object", name},
+                                    {"description", view.description},
+                                    {"columns", object.channels[0].columns()},
+                                    {"rows", object.channels[0].rows()},
+                                    {"pixel_arcmin", object.pixel.value()},
+                                    {"pixels_per_degree", 60.0 / object.pixel.value()},
+                                    {"channels", object.channels.size()},
+                                    {"light", SeenInText(simulated.results)},
+                                    {"surround", view.surround},
+                                    {"surround_values", object.surround},
+                                    {"white", "1 in each channel: the white of sRGB, D65"},
+                                    {"values", view.linear ? "light" : "sRGB"},
+                                    {"shown_file", name + "_shown.png"},
+                                    {"seen_file", name + "_seen.png"}};
+  }
   if (files.empty()) {  // only the numbers
     summary.erase("planes");
     summary.erase("files");
@@ -350,6 +369,10 @@ std::string SummaryText(const SimulatedEye& simulated, const std::string& folder
   text += simulated.results.physical ? PhysicalLines(simulated) : ClassicLines(simulated);
   if (simulated.quality) text += QualityLines(*simulated.quality, simulated.qualityRequest);
   if (simulated.results.picture) text += PictureLines(simulated.results);
+  if (simulated.sized) {
+    for (const std::string& line : simulated.sized->description) text += line;
+    text += ReportLine("Seen", SeenInText(simulated.results) + " Surround: " + simulated.sized->surround);
+  }
   text += ReportLine("Pictures", std::to_string(fileCount) + " files in " + folder + "; open " +
                                      (folder.ends_with('/') ? folder : folder + "/") + kOverviewFile + " first");
   return text;

@@ -93,17 +93,6 @@ void DrawRing(Canvas& canvas, Point corner, double width, const Grid& grid, cons
             PanelText(ring, window), simulated.eye.side);
 }
 
-// Draws a scale bar of a round number of arc minutes, about as long as `about`.
-void DrawBar(Canvas& canvas, Point start, double perMinute, double about) {
-  const std::vector<Tick> ticks = RoundTicks(0.0, about / perMinute, 3);
-  const double minutes = ticks.back().value > 0.0 ? ticks.back().value : about / perMinute;
-  const double length = minutes * perMinute;
-  canvas.Fill({start.x, start.y, length, 4.0}, kInk);
-  for (const double end : {start.x, start.x + length - 3.0}) canvas.Fill({end, start.y - 8.0, 3.0, 20.0}, kInk);
-  canvas.Text({start.x + length + 18.0, start.y + 9.0},
-              NumberText(minutes, 4) + "\u2032; all rings at this magnification", {20.0, kInk});
-}
-
 }  // namespace
 
 ColourPicture DrawChart(const SimulatedEye& simulated) {
@@ -125,7 +114,7 @@ ColourPicture DrawChart(const SimulatedEye& simulated) {
   head.Draw(canvas, {kMargin, 0.0});
   canvas.Fill({kMargin, head.height(), content, 2.0}, kGridLine);
   note.Draw(canvas, {kMargin, head.height() + 14.0});
-  DrawBar(canvas, {kMargin, bar + 34.0}, grid.perMinute, kViewWidth);
+  DrawMinutes(canvas, {kMargin, bar + 34.0}, grid.perMinute, kViewWidth, "; all rings at this magnification");
   Point corner{kMargin, top};
   for (std::size_t i = 0; i < rings.size(); ++i) {
     const double width = grid.widths[i % grid.columns];

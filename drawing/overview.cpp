@@ -2,12 +2,14 @@
 #include "drawing/overview.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "base/number_text.h"
 #include "drawing/canvas/canvas.h"
 #include "drawing/figures.h"
+#include "drawing/letters_sheet.h"
 #include "drawing/quality_table.h"
 #include "drawing/sections_figure.h"
 #include "drawing/sheet.h"
@@ -132,6 +134,20 @@ void DrawRings(Canvas& canvas, double top, const SimulatedEye& simulated, const 
   }
 }
 
+// The sizes of the overview, of those of the sheet of letters.
+constexpr double kOverviewSizes[] = {0.3, 0.1, 0.0};
+
+void DrawLetterRow(Canvas& canvas, double y, const SimulatedEye& simulated) {
+  const double step = (kContent - kLetterLineWidth) / (std::size(kOverviewSizes) - 1.0);
+  double x = kMargin;
+  for (const double size : kOverviewSizes) {
+    for (const LetterLine& line : simulated.letters->lines) {
+      if (line.logMar == size) DrawLetterCell(canvas, {x, y}, line, simulated);
+    }
+    x += step;
+  }
+}
+
 }  // namespace
 
 ColourPicture DrawOverview(const SimulatedEye& simulated) {
@@ -142,7 +158,9 @@ ColourPicture DrawOverview(const SimulatedEye& simulated) {
   const int rows = (cells + kColumns - 1) / kColumns;
   const double optics = head.height() + HeightOf(warnings);
   const double sights = optics + kHeadingHeight + kFigureHeight + 24.0;
-  Canvas canvas(kSheetWidth, sights + kHeadingHeight + rows * kCellHeight + kMargin / 2.0, 1.0);
+  const double letters = sights + kHeadingHeight + rows * kCellHeight;
+  const double lettersHeight = simulated.letters ? kHeadingHeight + kLetterCellHeight : 0.0;
+  Canvas canvas(kSheetWidth, letters + lettersHeight + kMargin / 2.0, 1.0);
 
   head.Draw(canvas, {kMargin, 0.0});
   DrawBelow(canvas, {kMargin, head.height() - 10.0}, warnings);
@@ -151,6 +169,10 @@ ColourPicture DrawOverview(const SimulatedEye& simulated) {
   DrawHeading(canvas, sights, "Retinal images");
   DrawStar(canvas, sights + kHeadingHeight, simulated);
   DrawRings(canvas, sights + kHeadingHeight, simulated, rings);
+  if (simulated.letters) {
+    DrawHeading(canvas, letters, "Letters");
+    DrawLetterRow(canvas, letters + kHeadingHeight, simulated);
+  }
   return canvas.picture();
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "base/number_text.h"
+#include "drawing/canvas/axis.h"
 #include "drawing/canvas/font.h"
 #include "drawing/canvas/text_layout.h"
 #include "drawing/figures.h"
@@ -139,6 +140,15 @@ void DrawPanel(Canvas& canvas, const Box& box, const ColourPicture& picture, con
   canvas.Outline(box, 1.5, kFaintInk);
   canvas.Text({box.x, box.bottom() + 22.0}, label, {17.0, kInk});
   DrawView(canvas, {box.x, box.y, std::max(box.width, kViewWidth), box.height}, 44.0, View::kPatient, side);
+}
+
+void DrawMinutes(Canvas& canvas, Point start, double perMinute, double about, const std::string& text) {
+  const std::vector<Tick> ticks = RoundTicks(0.0, about / perMinute, 3);
+  const double minutes = ticks.back().value > 0.0 ? ticks.back().value : about / perMinute;
+  const double length = minutes * perMinute;
+  canvas.Fill({start.x, start.y, length, 4.0}, kInk);
+  for (const double end : {start.x, start.x + length - 3.0}) canvas.Fill({end, start.y - 8.0, 3.0, 20.0}, kInk);
+  canvas.Text({start.x + length + 18.0, start.y + 9.0}, NumberText(minutes, 4) + "\u2032" + text, {20.0, kInk});
 }
 
 }  // namespace orvanel::drawing

@@ -61,6 +61,9 @@ constexpr double kViewWidth = 360.0;  // of the view with its nasal and temporal
 // Draws an outlined picture in the patient's view. Below it, in the height above, are a label and the view.
 void DrawPanel(Canvas& canvas, const Box& box, const ColourPicture& picture, const std::string& label, Side side);
 
+// Draws a scale bar of a round number of arc minutes, about as long as `about`, and the text after the number.
+void DrawMinutes(Canvas& canvas, Point start, double perMinute, double about, const std::string& text);
+
 }  // namespace orvanel::drawing
 
 #endif  // ORVANEL_DRAWING_SHEET_H

@@ -12,10 +12,17 @@ std::string LightText(const Results& results) {
   if (!results.physical) return NumberText(ToNanometres(Wavelength()).value(), 5) + " nm";
   const physical::Light& light = results.physical->light;
   if (light.size() == 1) return ShortestText(light[0].wavelengthNm) + " nm";
+  const std::string what = results.physical->ofDisplay ? "white of a display, " : "";
   const auto [first, last] = std::minmax_element(
       light.begin(), light.end(), [](const auto& a, const auto& b) { return a.wavelengthNm < b.wavelengthNm; });
-  return std::to_string(light.size()) + " wavelengths from " + ShortestText(first->wavelengthNm) + " to " +
+  return what + std::to_string(light.size()) + " wavelengths from " + ShortestText(first->wavelengthNm) + " to " +
          ShortestText(last->wavelengthNm) + " nm";
+}
+
+std::string SeenInText(const Results& results) {
+  return results.physical && results.physical->ofDisplay
+             ? "Red, green and blue are each seen in the light of their primary."
+             : "Luminance, seen in the light of " + LightText(results) + ".";
 }
 
 std::string ReferenceNote(const Results& results) {

@@ -13,6 +13,9 @@ namespace orvanel::evaluation {
 // "555 nm", or "31 wavelengths from 400 to 700 nm"; for the classic model its one wavelength.
 std::string LightText(const Results& results);
 
+// What light objects of true size are seen in. One sentence.
+std::string SeenInText(const Results& results);
+
 // The light of the physical model, and the wavelength at which the coefficients hold, stated or assumed. One sentence.
 std::string ReferenceNote(const Results& results);
 

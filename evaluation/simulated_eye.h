@@ -7,12 +7,27 @@
 #include <vector>
 
 #include "base/layers.h"
+#include "evaluation/letters.h"
 #include "eye/adjustments.h"
 #include "eye/eye.h"
 #include "metrics/quality/quality.h"
 #include "models/results.h"
+#include "models/sized_image.h"
 
 namespace orvanel::evaluation {
+
+// A chart or picture of true angular size, as shown and as seen.
+struct SizedView {
+  const char* name = kSizedChart;        // of its files
+  std::vector<std::string> description;  // lines of a report
+  std::string surround;                  // what surrounds it
+  SizedImage image;
+  int bits = 8;         // of its PNG files
+  bool linear = false;  // the values of its PNG files are light, not sRGB
+
+  static constexpr const char* kSizedChart = "chart";
+  static constexpr const char* kSizedPicture = "picture";
+};
 
 struct SimulatedEye {
   Eye measured;                      // as read from its file
@@ -24,6 +39,8 @@ struct SimulatedEye {
   QualityRequest qualityRequest;
   std::optional<Quality> quality;  // of the physical model
   std::vector<std::string> warnings;
+  std::optional<LetterViews> letters;  // of the physical model, where the blur is not too wide for them
+  std::optional<SizedView> sized;
 };
 
 }  // namespace orvanel::evaluation

@@ -82,6 +82,7 @@ void PhysicalModel::Compute(const Eye& eye, Needs needs, Results& results) {
   results.pupil = eye.pupil;
   PhysicalResults& own = results.physical.emplace();
   own.light = settings_.light;
+  own.ofDisplay = settings_.display.has_value();
   own.view = ViewOf(settings_.view);
   own.stilesCrawford = settings_.stilesCrawford;
   own.origin = settings_.origin;

@@ -68,6 +68,7 @@ struct MtfAtFrequency {
 // What only the physical model gives.
 struct PhysicalResults {
   physical::Light light;
+  bool ofDisplay = false;         // the light is the white of a display, whose primaries show objects of true size
   Nanometres reference;           // at which the coefficients hold
   bool referenceAssumed = false;  // the eye does not state it, and the one wavelength of the light is taken
   View view = View::kPatient;     // of PSF, MTF and images

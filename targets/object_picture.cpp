@@ -100,6 +100,27 @@ ObjectPicture FitToField(const DecodedPicture& picture, const PictureRequest& re
   return object;
 }
 
+ObjectPicture PixelsAsTheyAre(const DecodedPicture& picture, const PictureRequest& request) {
+  ObjectPicture object{request, picture.width, picture.height, picture.bits, false, {}};
+  const auto stored = static_cast<std::size_t>(picture.channels);
+  const bool opacity = stored % 2 == 0;
+  object.channels.assign(opacity ? stored - 1 : stored, Plane(picture.width, picture.height));
+  const std::vector<double> light = LightOfLevels(request.linear);
+  const std::size_t pixels = object.channels[0].size();
+  for (std::size_t i = 0; i < pixels; ++i) {
+    const std::uint16_t* const pixel = &picture.samples[i * stored];
+    double weight = 1.0;
+    if (opacity && pixel[stored - 1] != kLevels - 1) {
+      weight = static_cast<double>(pixel[stored - 1]) / (kLevels - 1);
+      object.transparent = true;
+    }
+    for (std::size_t c = 0; c < object.channels.size(); ++c) {
+      object.channels[c][i] = kWhite - weight * (kWhite - light[pixel[c]]);
+    }
+  }
+  return object;
+}
+
 std::string_view ChannelWord(std::size_t channel, std::size_t channels) {
   constexpr std::string_view kWords[] = {"red", "green", "blue"};
   return channels == 1 ? std::string_view() : kWords[channel];

@@ -39,6 +39,9 @@ struct ObjectPicture {
 // several samples stays a square.
 ObjectPicture FitToField(const DecodedPicture& picture, const PictureRequest& request);
 
+// All pixels of the picture as they are; transparent parts are white.
+ObjectPicture PixelsAsTheyAre(const DecodedPicture& picture, const PictureRequest& request);
+
 // "red", "green", "blue"; empty for the channel of a grey picture.
 std::string_view ChannelWord(std::size_t channel, std::size_t channels);
 

@@ -265,10 +265,14 @@ charts::Contrast ContrastOf(const ChartWords& words) {
   return contrast;
 }
 
+// "2", "3x2", "4deg".
 charts::Field ParseField(const std::string& text) {
-  const std::size_t cross = text.find('x');
-  const double width = ParseNumber(std::string_view(text).substr(0, cross));
-  return {width, cross == std::string::npos ? width : ParseNumber(std::string_view(text).substr(cross + 1))};
+  constexpr std::string_view kUnit = "deg";
+  std::string_view sides = Trimmed(text);
+  if (sides.ends_with(kUnit)) sides.remove_suffix(kUnit.size());
+  const std::size_t cross = sides.find('x');
+  const double width = ParseNumber(sides.substr(0, cross));
+  return {width, cross == std::string_view::npos ? width : ParseNumber(sides.substr(cross + 1))};
 }
 
 // "0.25mm", "4m".
@@ -503,7 +507,7 @@ std::function<void()> AddResolutionOptions(CLI::App& app, ChartOptions& options)
   pitch->needs(distance)->excludes(resolution);
   distance->needs(pitch);
   return [&options, screen, resolution, pitch] {
-    if (resolution->count() == 0 && pitch->count() == 0) {
+    if (resolution->count() == 0 && pitch->count() == 0 && options.request.pixelsPerDegree == 0.0) {
       throw CLI::RequiredError("--pixels-per-degree, or --screen with --distance,");
     }
     if (pitch->count() == 0) return;

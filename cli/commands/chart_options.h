@@ -23,7 +23,8 @@ struct ChartOptions {
 // it writes them to the request, without the resolution. It throws errors of usage.
 std::function<void()> AddChartOptions(CLI::App& app, ChartOptions& options);
 
-// Adds --pixels-per-degree, --screen and --distance, in the same way.
+// Adds --pixels-per-degree, --screen and --distance, in the same way. One of them is required unless the request has a
+// resolution before.
 std::function<void()> AddResolutionOptions(CLI::App& app, ChartOptions& options);
 
 // Draws the chart. Throws Error, which names the option that avoids it, if the request is refused.

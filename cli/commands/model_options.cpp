@@ -42,6 +42,25 @@ physical::Light LightOf(const std::string& text) {
   return {{NumberWithin(ShortestText(wavelength), kShortestNm, kLongestNm), 1.0}};
 }
 
+physical::Display ReadDisplay(const std::string& file) {
+  std::vector<physical::PrimaryPowers> rows;
+  for (const auto& [wavelength, power] : ReadPrimaries(file)) rows.push_back({wavelength.value(), power});
+  physical::Display display = DisplayOf(rows);
+  constexpr const char* kNames[] = {"red", "green", "blue"};
+  for (std::size_t c = 0; c < display.primaries.size(); ++c) {
+    if (display.primaries[c].empty()) {
+      throw Error(file + ": " + kNames[c] +
+                  " has no light between 400 and 700 nm; write at least two rows with its power");
+    }
+  }
+  return display;
+}
+
+void SetDisplay(PhysicalSettings& settings, physical::Display display) {
+  settings.light = WhiteOf(display);
+  settings.display = std::move(display);
+}
+
 physical::StilesCrawford StilesCrawfordOf(const std::string& text) {
   const std::vector<std::string_view> parts = Split(text);
   if (parts.size() != 1 && parts.size() != 3) throw Error("write RHO, or RHO,X,Y");
@@ -72,7 +91,9 @@ const char* const kModelNotes = R"(Models (--model):
             light, orders 0 to 10
   classic   the numbers of the library's eight functions, on their own scale, orders 0 to 6
 Light (--light) is a wavelength in nm, white (equal energy times the photopic sensitivity, 400 to 700 nm), or a CSV
-file of wavelengths in nm and weights. Several wavelengths need the reference wavelength of the eye.
+file of wavelengths in nm and weights. display is the white of a display, whose primaries have Gaussian spectra of power
+that we chose: red 611 nm, 28 nm wide; green 539, 78; blue 459, 50. --spd states a measured display instead, by a CSV file
+of wavelengths in nm and the powers of its red, green and blue. Several wavelengths need the reference wavelength of the eye.
 The Stiles-Crawford effect (--stiles-crawford) lowers the intensity at the distance d mm from its centre by
 10^(-RHO d^2); 0.05 is usual.
 )";
@@ -89,15 +110,24 @@ void AddModelOptions(CLI::App& app, ModelOptions& options, ModelOutput output, c
             Chosen<ModelKind>(text, {{"physical", ModelKind::kPhysical}, {"classic", ModelKind::kClassic}});
       });
   std::vector<CLI::Option*> own = {
-      add("--light", "LIGHT", "A wavelength in nm, white, or a CSV file of wavelengths and weights [555]",
-          [&settings](const std::string& text) { settings.light = LightOf(text); }),
+      add("--light", "LIGHT", "A wavelength in nm, white, display, or a CSV file of wavelengths and weights [555]",
+          [&settings](const std::string& text) {
+            if (text == "display") {
+              SetDisplay(settings, physical::BuiltInDisplay());
+            } else {
+              settings.light = LightOf(text);
+            }
+          }),
       add("--stiles-crawford", "RHO[,X,Y]", "Stiles-Crawford effect per mm^2, and its centre in mm [0]",
           [&settings](const std::string& text) { settings.stilesCrawford = StilesCrawfordOf(text); })};
   const auto addPlanes = [&] {
-    own.push_back(
-        add("--field", "ARCMIN", "Side of the PSF window in arc minutes [20]", [&settings](const std::string& text) {
-          settings.field = ArcMinutes(NumberWithin(text, 1e-3, kLargestField));
-        }));
+    own.push_back(add("--spd", "FILE", "The light of a measured display: wavelengths, powers of red, green and blue",
+                      [&settings](const std::string& text) { SetDisplay(settings, ReadDisplay(text)); }));
+    own.back()->excludes(own.front());
+    own.push_back(add("--psf-field", "ARCMIN", "Side of the PSF window in arc minutes [20]",
+                      [&settings](const std::string& text) {
+                        settings.field = ArcMinutes(NumberWithin(text, 1e-3, kLargestField));
+                      }));
     own.push_back(
         add("--samples", "N", "Samples on each side of the PSF window [256]", [&settings](const std::string& text) {
           settings.samples = static_cast<int>(ParseCount(text, 2, kMaxSamples));

@@ -21,8 +21,8 @@ enum class ModelOutput {
   kPlanes,  // also PSF, MTF and images
 };
 
-// --model, --light and --stiles-crawford; for planes also --field, --samples, --view, --origin and --object-angle. An
-// option of the physical model beside --model classic is an error of usage.
+// --model, --light and --stiles-crawford; for planes also --spd, --psf-field, --samples, --view, --origin and
+// --object-angle. An option of the physical model beside --model classic is an error of usage.
 //   more  options of the subcommand that only the physical model has
 void AddModelOptions(CLI::App& app, ModelOptions& options, ModelOutput output,
                      const std::vector<CLI::Option*>& more = {});

@@ -11,6 +11,7 @@
 #include "cli/commands/model_options.h"
 #include "cli/commands/options.h"
 #include "cli/commands/quality_options.h"
+#include "cli/commands/sized_options.h"
 #include "cli/console/report.h"
 #include "cli/console/terminal.h"
 #include "cli/error_text.h"
@@ -43,7 +44,10 @@ constexpr const char* kSimulateExamples =
     "  orvanel simulate my_eye.json --json --metric VSX,SRX,D50 --metric-origin peak\n"
     "  orvanel simulate my_eye.json -o classic --model classic\n"
     "  orvanel simulate eyes.csv --row 2 -o second_eye --refraction=-1.5,-0.5,90\n"
-    "  orvanel simulate my_eye.json -o my_eye_reads --picture photograph.jpg";
+    "  orvanel simulate my_eye.json -o my_eye_reads --picture photograph.jpg\n"
+    "  orvanel simulate my_eye.json -o reads --chart --optotype sloan --logmar 0.5:-0.3\n"
+    "  orvanel simulate my_eye.json -o sees --picture photograph.jpg --field 4deg --light display \\\n"
+    "    --reference-wavelength 555";
 
 constexpr const char* kObjectNotes =
     R"(Objects are the Siemens star (sector star), Landolt rings (broken rings) and your own picture.
@@ -84,11 +88,13 @@ struct SimulateCommand {
   QualityRequest quality;
   Adjustments adjustments;
   PictureRequest picture;  // without a file if no picture is given
+  SizedOptions sized;
   std::string folder;
   std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
   std::vector<const Format*> formats;  // each once
   std::vector<CyclesPerDegree> mtfAt;
   bool force = false, json = false;
+  bool letters = false;  // also in light of several wavelengths
 };
 
 // Options as text of the command line.
@@ -166,11 +172,18 @@ Fit FitOf(const std::string& word) {
   throw CLI::ValidationError("--fit", Quoted(word) + " is not one of crop, pad, pixels");
 }
 
+// Letters take some seconds for each wavelength, and so minutes in white light.
+bool ShowsLetters(const SimulateCommand& command) {
+  const ModelRequest& model = command.model.request;
+  return model.kind == ModelKind::kPhysical && (command.letters || model.physical.light.size() == 1);
+}
+
 void RunSimulate(const SimulateCommand& command) {
   SimulatedEye simulated;
   simulated.measured = ReadEye(command.input);
   std::optional<ObjectPicture> object;
-  if (!command.picture.file.empty()) object = ReadObjectPicture(command.picture);
+  std::optional<SizedView> sized = SizedViewOf(command.sized, command.picture);
+  if (!command.picture.file.empty() && !sized) object = ReadObjectPicture(command.picture);
   std::vector<ResultFile> files;
   try {
     simulated.eye = Adjusted(simulated.measured, command.adjustments, &simulated.dropped);
@@ -178,6 +191,11 @@ void RunSimulate(const SimulateCommand& command) {
     Request request{simulated.eye.pupil, command.rings, command.formats, object ? object->channels.size() : 0};
     request.model = command.model.request.kind;
     request.view = ViewOf(command.model.request);
+    request.letters = ShowsLetters(command);
+    if (sized) {
+      request.sized = sized->name;
+      request.sizedChannels = command.model.request.physical.display ? 3 : 1;
+    }
     files = ResultFiles(request);
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
@@ -196,6 +214,8 @@ void RunSimulate(const SimulateCommand& command) {
       simulated.qualityRequest = command.quality;
       simulated.quality = QualityEvaluator(model.physical, command.quality).Evaluate(simulated.eye);
     }
+    if (folder && ShowsLetters(command)) simulated.letters = SeeLetters(simulated.eye, model.physical);
+    if (sized) simulated.sized = Seen(std::move(*sized), simulated.eye, model.physical);
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
   }
@@ -250,6 +270,7 @@ Run DefineSimulate(CLI::App& app) {
       .add_option("--mtf-at", words->frequencies,
                   "Frequencies of the printed MTF, in cycles/degree, separated by commas")
       ->type_name("LIST");
+  const std::function<void()> readSized = AddSizedOptions(simulate, command->sized);
   CLI::Option* const picture =
       simulate.add_option("--picture", command->picture.file, "Your own picture, to compute its retinal image too")
           ->type_name("FILE");
@@ -265,17 +286,25 @@ Run DefineSimulate(CLI::App& app) {
       ->capture_default_str()
       ->type_name("LIST");
   simulate.add_flag("--npy", words->npy, "Add npy to the formats");
+  simulate.add_flag("--letters", command->letters,
+                    "Write letters.png also in light of several wavelengths, which takes minutes");
   simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; other files stay");
   std::vector<CLI::Option*> quality = {AddMetricOption(simulate, command->quality, kUsualMetrics)};
   for (CLI::Option* const option : AddQualityConditions(simulate, command->quality, ModelOutput::kPlanes)) {
     quality.push_back(option);
   }
   AddModelOptions(simulate, command->model, ModelOutput::kPlanes, quality);
+  command->sized.chart->excludes(picture);
   AddAdjustmentOptions(simulate, command->adjustments);
   simulate.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kModelNotes + "\n" + kQualityNotes +
-                  QualityCatalogueText() + "\n" + kObjectNotes + "\n" + kPictureNotes + "\n" + kFormatNotes + "\n" +
-                  kSimulateExamples);
-  simulate.final_callback([command, words, picture, output, &simulate] {
+                  QualityCatalogueText() + "\n" + kObjectNotes + "\n" + kPictureNotes + "\n" + kSizedNotes + "\n" +
+                  kFormatNotes + "\n" + kSimulateExamples);
+  simulate.final_callback([command, words, picture, output, readSized, &simulate] {
+    readSized();
+    if (command->letters && command->model.request.kind == ModelKind::kClassic) {
+      throw CLI::ExcludesError("--model classic", "--letters");
+    }
+    if (command->sized.content != SizedOptions::Content::kNone) RefuseBesideSized(simulate, command->model);
     if (command->json) {
       for (const char* const name : {"--output", "--picture", "--format", "--npy", "--force"}) {
         if (simulate.get_option(name)->count() > 0) {

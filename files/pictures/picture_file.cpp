@@ -138,4 +138,14 @@ ObjectPicture ReadObjectPicture(const PictureRequest& request) {
   return FitToField(ReadPictureFile(request.file), request);
 }
 
+ObjectPicture ReadWholePicture(const PictureRequest& request) {
+  const DecodedPicture picture = ReadPictureFile(request.file);
+  if (picture.width > kLongestWholeSide || picture.height > kLongestWholeSide) {
+    Refuse(request.file, "has " + std::to_string(picture.width) + " x " + std::to_string(picture.height) +
+                             " pixels; at most " + std::to_string(kLongestWholeSide) +
+                             " a side keep their size: scale it down, or leave out its angular size");
+  }
+  return PixelsAsTheyAre(picture, request);
+}
+
 }  // namespace orvanel::files
