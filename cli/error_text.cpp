@@ -4,7 +4,7 @@
 #include "evaluation/errors.h"
 #include "eye/errors.h"
 #include "files/errors.h"
-#include "models/physical_refusal.h"
+#include "models/adapters/physical_refusal.h"
 
 namespace orvanel::cli {
 namespace {

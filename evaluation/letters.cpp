@@ -9,7 +9,7 @@
 #include <variant>
 
 #include "eye/eye.h"
-#include "models/physical_refusal.h"
+#include "models/adapters/physical_refusal.h"
 #include "targets/charts/chart.h"
 #include "targets/charts/sizes.h"
 

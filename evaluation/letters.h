@@ -7,7 +7,7 @@
 
 #include "base/layers.h"
 #include "base/units.h"
-#include "models/sized_image.h"
+#include "models/adapters/sized_image.h"
 
 namespace orvanel::evaluation {
 

@@ -5,9 +5,9 @@
 
 #include "evaluation/errors.h"
 #include "metrics/errors.h"
-#include "models/physical_eye.h"
-#include "models/physical_model.h"
-#include "models/physical_refusal.h"
+#include "models/adapters/physical_eye.h"
+#include "models/adapters/physical_model.h"
+#include "models/adapters/physical_refusal.h"
 
 namespace orvanel::evaluation {
 

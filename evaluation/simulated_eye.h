@@ -11,8 +11,8 @@
 #include "eye/adjustments.h"
 #include "eye/eye.h"
 #include "metrics/quality/quality.h"
+#include "models/adapters/sized_image.h"
 #include "models/results.h"
-#include "models/sized_image.h"
 
 namespace orvanel::evaluation {
 

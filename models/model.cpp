@@ -1,8 +1,8 @@
 // Creates models by their kind.
 #include "models/model.h"
 
-#include "models/classic_model.h"
-#include "models/physical_model.h"
+#include "models/adapters/classic_model.h"
+#include "models/adapters/physical_model.h"
 
 namespace orvanel::models {
 

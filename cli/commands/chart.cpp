@@ -5,8 +5,8 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
-#include "cli/commands/chart_options.h"
-#include "cli/commands/options.h"
+#include "cli/commands/options/chart_options.h"
+#include "cli/commands/options/options.h"
 #include "cli/console/report.h"
 #include "cli/console/terminal.h"
 #include "files/new_file.h"

@@ -8,7 +8,7 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "cli/coefficient_report.h"
-#include "cli/commands/options.h"
+#include "cli/commands/options/options.h"
 #include "cli/console/report.h"
 #include "cli/console/table_output.h"
 #include "cli/console/terminal.h"

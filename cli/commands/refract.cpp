@@ -8,9 +8,9 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
-#include "cli/commands/model_options.h"
-#include "cli/commands/options.h"
-#include "cli/commands/quality_options.h"
+#include "cli/commands/options/model_options.h"
+#include "cli/commands/options/options.h"
+#include "cli/commands/options/quality_options.h"
 #include "cli/console/report.h"
 #include "cli/console/signals.h"
 #include "cli/console/terminal.h"

@@ -12,7 +12,7 @@
 
 #include "evaluation/correction/climb.h"
 #include "eye/adjustments.h"
-#include "models/physical_refusal.h"
+#include "models/adapters/physical_refusal.h"
 
 namespace orvanel::evaluation {
 namespace {

@@ -4,7 +4,7 @@
 #include <limits>
 #include <optional>
 
-#include "models/physical/centroid.h"
+#include "models/physical/window/centroid.h"
 
 namespace orvanel::metrics {
 namespace {

@@ -3,7 +3,7 @@
 #define ORVANEL_METRICS_QUALITY_LIGHT_GRADIENTS_H
 
 #include "metrics/quality/light_sums.h"
-#include "models/physical/light_gradient.h"
+#include "models/physical/window/light_gradient.h"
 
 namespace orvanel::metrics {
 

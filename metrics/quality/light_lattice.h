@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "metrics/quality/contrast_sensitivity.h"
-#include "models/physical/light_window.h"
 #include "models/physical/otf/flat_overlap.h"
-#include "models/physical/paraboloid.h"
+#include "models/physical/window/light_window.h"
+#include "models/physical/window/paraboloid.h"
 
 namespace orvanel::metrics {
 

@@ -11,8 +11,8 @@
 
 #include "base/elementary.h"
 #include "metrics/quality/area_above.h"
-#include "models/physical/centroid.h"
-#include "models/physical/peak.h"
+#include "models/physical/window/centroid.h"
+#include "models/physical/window/peak.h"
 
 namespace orvanel::metrics {
 namespace {

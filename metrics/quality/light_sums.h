@@ -9,8 +9,8 @@
 #include "metrics/quality/light_lattice.h"
 #include "metrics/quality/quality.h"
 #include "models/physical/eye.h"
-#include "models/physical/light_window.h"
-#include "models/physical/paraboloid.h"
+#include "models/physical/window/light_window.h"
+#include "models/physical/window/paraboloid.h"
 #include "models/physical/workspace.h"
 
 namespace orvanel::metrics {

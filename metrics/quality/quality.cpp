@@ -12,8 +12,8 @@
 #include "metrics/quality/light_lattice.h"
 #include "metrics/quality/light_sums.h"
 #include "metrics/quality/pupil_metrics.h"
-#include "models/physical/centroid.h"
 #include "models/physical/pupil/perfect_pupil.h"
+#include "models/physical/window/centroid.h"
 
 namespace orvanel::metrics {
 namespace {

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <optional>
 
-#include "models/physical/centroid.h"
-#include "models/physical/peak.h"
 #include "models/physical/pupil/perfect_pupil.h"
+#include "models/physical/window/centroid.h"
+#include "models/physical/window/peak.h"
 
 namespace orvanel::physical {
 namespace {

@@ -9,8 +9,8 @@
 #include "evaluation/errors.h"
 #include "eye/errors.h"
 #include "metrics/errors.h"
+#include "models/adapters/physical_refusal.h"
 #include "models/model.h"
-#include "models/physical_refusal.h"
 #include "tests/evaluation/simulated_eyes.h"
 
 namespace orvanel::evaluation {

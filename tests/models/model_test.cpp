@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "models/classic_model.h"
+#include "models/adapters/classic_model.h"
 
 namespace orvanel::models {
 namespace {

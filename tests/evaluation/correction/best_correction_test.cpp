@@ -10,8 +10,8 @@
 
 #include "eye/adjustments.h"
 #include "metrics/metrics.h"
+#include "models/adapters/physical_refusal.h"
 #include "models/model.h"
-#include "models/physical_refusal.h"
 #include "tests/eye/eyes.h"
 #include "tests/support/random_eyes.h"
 

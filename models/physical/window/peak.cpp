@@ -1,0 +1,105 @@
+// Searches the peak on a grid, and climbs to it by Newton's method.
+#include "models/physical/window/peak.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <vector>
+
+#include "models/physical/window/light_window.h"
+#include "models/physical/window/paraboloid.h"
+
+namespace orvanel::physical {
+namespace {
+
+// At the nearest sample, d = spacing / sqrt(2) away, (1 + cos 2 pi d)/2 of a peak is left at least: 0.50, or 0.35.
+constexpr double kLeftAtSample = 0.35;
+constexpr int kMinSamples = 256;  // in a row of the search
+
+// The parabola through nine samples predicts a peak to some 20 %. A hill that promises less than this share of the best
+// peak is not climbed.
+constexpr double kPromising = 0.75;
+
+// The light of all beams, about the place to which the quadrature is fitted.
+class SumOfBeams {
+ public:
+  SumOfBeams(std::span<const Beam> beams, std::span<const double> factors, ChordQuadrature& quadrature, double x,
+             double y)
+      : beams_(beams), factors_(factors), quadrature_(quadrature) {
+    for (const Beam& beam : beams) {
+      const double unit = beam.unitArcmin;
+      counts_.push_back(ChordQuadrature::CountsFor(beam.pupil, {x / unit, y / unit, 1.0, 2, 2}));
+    }
+  }
+
+  Paraboloid At(double x, double y) const {
+    Paraboloid sum{};
+    for (std::size_t i = 0; i < beams_.size(); ++i) {
+      const double unit = beams_[i].unitArcmin, factor = factors_[i];
+      const Paraboloid one = IntensityOf(quadrature_.Field(beams_[i].pupil, x / unit, y / unit, counts_[i]));
+      sum.value += factor * one.value;
+      sum.x += factor / unit * one.x;
+      sum.y += factor / unit * one.y;
+      sum.xx += factor / (unit * unit) * one.xx;
+      sum.xy += factor / (unit * unit) * one.xy;
+      sum.yy += factor / (unit * unit) * one.yy;
+    }
+    return sum;
+  }
+
+ private:
+  std::span<const Beam> beams_;
+  std::span<const double> factors_;
+  ChordQuadrature& quadrature_;
+  std::vector<NodeCounts> counts_;
+};
+
+}  // namespace
+
+Paraboloid IntensityOf(const FieldJet& f) {
+  const auto product = [](std::complex<double> a, std::complex<double> b) {
+    return a.real() * b.real() + a.imag() * b.imag();
+  };
+  return {product(f.u, f.u),
+          2.0 * product(f.u, f.x),
+          2.0 * product(f.u, f.y),
+          2.0 * (product(f.u, f.xx) + product(f.x, f.x)),
+          2.0 * (product(f.u, f.xy) + product(f.x, f.y)),
+          2.0 * (product(f.u, f.yy) + product(f.y, f.y))};
+}
+
+Peak HighestIn(const LightWindow& window, std::span<const Beam> beams, std::span<const double> factors,
+               Workspace& workspace) {
+  double unit = beams.front().unitArcmin;
+  for (const Beam& beam : beams) unit = std::min(unit, beam.unitArcmin);
+  const double nearest = 1e-4 * unit;  // from where the parabola is exact to 1e-11
+  constexpr double kSame = 1e-9, kApart = 0.1;
+  Peak best;
+  for (const Hill& hill : HillsIn(window, kLeftAtSample * kPromising)) {
+    if (hill.value < kPromising * best.value) break;
+    const SumOfBeams sum(beams, factors, workspace.quadrature, hill.x, hill.y);
+    const Peak peak =
+        Climb([&sum](double x, double y) { return sum.At(x, y); }, hill.x, hill.y, kWindowSpacing * unit, nearest);
+    const bool isSame = std::fabs(peak.value - best.value) <= kSame * best.value;
+    const bool isElsewhere = Length({peak.x - best.x, peak.y - best.y, false}) > kApart * unit;
+    if (peak.value > best.value) {
+      best = peak;
+    }
+    if (isSame && isElsewhere) best.isolated = false;
+  }
+  return best;
+}
+
+Outcome<Peak> HighestOf(std::span<const Beam> beams, std::span<const double> factors, Workspace& workspace) {
+  Outcome<LightWindow> window = WindowOf(beams, factors, kMinSamples);
+  // Light beyond a window that just holds the slopes folds into it, as thousands of false hills at the rim of a blur.
+  if (window && window->side > kMinSamples) {
+    window = WindowOf(beams, factors, std::min(2 * window->side, kLargestWindow));
+  }
+  if (!window) return window.refusal();
+  SampleLight(beams, factors, *window, workspace);
+  return HighestIn(*window, beams, factors, workspace);
+}
+
+}  // namespace orvanel::physical
