@@ -17,7 +17,7 @@ DecodedPicture ReadPictureFile(const std::string& file);
 // Resamples the picture of a request to the field of the simulation. Throws Error if the file is not a picture.
 ObjectPicture ReadObjectPicture(const PictureRequest& request);
 
-// The same picture with all its pixels, of which it has at most kLongestWholeSide a side.
+// The same picture with all its pixels. Refuses pictures of more than kLongestWholeSide pixels a side.
 constexpr int kLongestWholeSide = 4096;
 ObjectPicture ReadWholePicture(const PictureRequest& request);
 
