@@ -4,6 +4,7 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -41,7 +42,7 @@ void Append(Bytes& bytes, const Rgb<Channel>& colour) {
 
 // ---- Filters: each byte minus its prediction from its neighbours, because differences compress better
 
-enum Filter : std::uint8_t { kNone, kLeft, kAbove, kAverage, kPaeth, kFilters };
+enum Filter : std::uint8_t { kNone, kLeft, kAbove, kAverage, kPaeth };
 
 // The Paeth predictor: of left, above and corner the one nearest to left + above - corner.
 int Paeth(int left, int above, int corner) {
@@ -52,36 +53,33 @@ int Paeth(int left, int above, int corner) {
   return toAbove <= toCorner ? above : corner;
 }
 
-int Foretold(Filter filter, int left, int above, int corner) {
-  switch (filter) {
-    case kLeft:
-      return left;
-    case kAbove:
-      return above;
-    case kAverage:
-      return (left + above) / 2;
-    case kPaeth:
-      return Paeth(left, above, corner);
-    default:
-      return 0;
-  }
+template <Filter kFilter>
+int Foretold(int left, int above, int corner) {
+  if constexpr (kFilter == kLeft) return left;
+  if constexpr (kFilter == kAbove) return above;
+  if constexpr (kFilter == kAverage) return (left + above) / 2;
+  if constexpr (kFilter == kPaeth) return Paeth(left, above, corner);
+  return 0;
 }
 
 // Writes the filter's number and the filtered row; `above` is the row before, zeros for the first.
-void FilterRow(Filter filter, const std::uint8_t* row, const std::uint8_t* above, const Format& format,
-               std::uint8_t* filtered) {
-  *filtered++ = filter;
-  for (std::size_t i = 0; i < format.RowBytes(); ++i) {
-    const bool first = i < format.pixelBytes;
-    const int left = first ? 0 : row[i - format.pixelBytes];
-    const int corner = first ? 0 : above[i - format.pixelBytes];
-    filtered[i] = static_cast<std::uint8_t>(row[i] - Foretold(filter, left, above[i], corner));
+template <Filter kFilter>
+void FilterRow(const std::uint8_t* row, const std::uint8_t* above, const Format& format, std::uint8_t* filtered) {
+  *filtered++ = kFilter;
+  const std::size_t pixel = format.pixelBytes, all = format.RowBytes();
+  for (std::size_t i = 0; i < std::min(pixel, all); ++i) {
+    filtered[i] = static_cast<std::uint8_t>(row[i] - Foretold<kFilter>(0, above[i], 0));
+  }
+  for (std::size_t i = pixel; i < all; ++i) {
+    filtered[i] = static_cast<std::uint8_t>(row[i] - Foretold<kFilter>(row[i - pixel], above[i], above[i - pixel]));
   }
 }
+constexpr auto kFilterRows = std::array{FilterRow<kNone>, FilterRow<kLeft>, FilterRow<kAbove>, FilterRow<kAverage>,
+                                        FilterRow<kPaeth>};
 
 // Sum of the absolute values of the bytes as signed numbers.
-long Weight(const Bytes& filtered) {
-  long weight = 0;
+int Weight(const Bytes& filtered) {
+  int weight = 0;
   for (std::size_t i = 1; i < filtered.size(); ++i) weight += std::min<int>(filtered[i], 256 - filtered[i]);
   return weight;
 }
@@ -91,16 +89,16 @@ Bytes Filtered(const Bytes& samples, const Format& format) {
   const std::size_t rowBytes = format.RowBytes();
   const Bytes zeros(rowBytes);
   const std::uint8_t* above = zeros.data();
-  Bytes result, trial(1 + rowBytes), best;
+  Bytes result, trial(1 + rowBytes), best(1 + rowBytes);
   result.reserve((1 + rowBytes) * static_cast<std::size_t>(format.height));
   for (const std::uint8_t* row = samples.data(); row != samples.data() + samples.size(); row += rowBytes) {
-    long least = 0;
-    for (int filter = kNone; filter < kFilters; ++filter) {
-      FilterRow(static_cast<Filter>(filter), row, above, format, trial.data());
-      const long weight = Weight(trial);
-      if (filter != kNone && weight >= least) continue;
+    int least = 0;
+    for (const auto filterRow : kFilterRows) {
+      filterRow(row, above, format, trial.data());
+      const int weight = Weight(trial);
+      if (filterRow != kFilterRows[kNone] && weight >= least) continue;
       least = weight;
-      best = trial;
+      best.swap(trial);
     }
     result.insert(result.end(), best.begin(), best.end());
     above = row;

@@ -18,7 +18,7 @@ fail() {
 # it stands in the end in $work/screen.
 in_terminal() {
   rm -f "$work/stream" "$work/done"
-  "${terminal[@]}" new-session -d -s test -x 100 -y 50 "cat"
+  "${terminal[@]}" new-session -d -s test -x 100 -y 60 "cat"
   "${terminal[@]}" pipe-pane -t test "cat >'$work/stream'"
   "${terminal[@]}" respawn-pane -k -t test "cd '$work' && { $1; }; echo finished; touch done; sleep 60"
   for _ in $(seq 2400); do
@@ -66,9 +66,9 @@ grep -qF 'bad\x1b]0;title\x07.json: line' "$work/stream" || fail "no name of a f
 
 in_terminal "env -u NO_COLOR '$program' simulate '$eyes/perfect_3mm.json' -o out --acuity 1"
 grep -qF "Writing [......" "$work/stream" || fail "no progress bar at the start"
-grep -qF "##############################] 12 of 12" "$work/stream" || fail "no full progress bar in the end"
+grep -qF "##############################] 13 of 13" "$work/stream" || fail "no full progress bar in the end"
 grep -q "Writing" "$work/screen" && fail "the progress bar stays on the screen"
-grep -q "^Pictures        12 files in out" "$work/screen" || fail "the summary is not on the screen"
+grep -q "^Pictures        13 files in out" "$work/screen" || fail "the summary is not on the screen"
 in_terminal "env -u NO_COLOR '$program' simulate '$eyes/perfect_3mm.json' -o out2 --acuity 1 2>errors"
 [ -s "$work/errors" ] && fail "a progress bar in a file"
 
