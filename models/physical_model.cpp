@@ -167,7 +167,7 @@ void PhysicalModel::ComputeMtf(Needs needs, Results& results) {
       for (const double f : frequencies) places.push_back({f * x, f * y});
       Curve curve;
       for (const auto& otf : Accepted(TransferFunctionAt(eye, settings_.light, places, settings_.view, workspace_))) {
-        curve.push_back(std::abs(otf));
+        curve.push_back(physical::Modulus(otf));
       }
       return curve;
     };
@@ -194,7 +194,7 @@ void PhysicalModel::ComputeMtf(Needs needs, Results& results) {
   const auto otf = Accepted(TransferFunctionAt(eye_, settings_.light, places, settings_.view, workspace_));
   const auto means = Accepted(MeansOverAngle(eye_, settings_.light, frequencies, workspace_));
   for (std::size_t i = 0; i < frequencies.size(); ++i) {
-    own.mtfAt.push_back({settings_.mtfAt[i], std::abs(otf[2 * i]), std::abs(otf[2 * i + 1]), means[i].mtf});
+    own.mtfAt.push_back({settings_.mtfAt[i], physical::Modulus(otf[2 * i]), physical::Modulus(otf[2 * i + 1]), means[i].mtf});
   }
 }
 

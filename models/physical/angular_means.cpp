@@ -95,7 +95,7 @@ Outcome<std::vector<AngularMeans>> MeansOverAngleByLattice(const Eye& eye, const
       for (int i = 0; i < count; ++i) {
         const SineCosine turn = SineAndCosine((i + 0.5) * std::numbers::pi / count);
         const std::complex<double> value = Interpolated(*otf, radius * turn.cosine, radius * turn.sine);
-        means.mtf += std::sqrt(std::norm(value)) / count;
+        means.mtf += Modulus(value) / count;
         means.otf += value.real() / count;
       }
     }

@@ -94,6 +94,10 @@ Peak HighestIn(const LightWindow& window, std::span<const Beam> beams, std::span
 
 Outcome<Peak> HighestOf(std::span<const Beam> beams, std::span<const double> factors, Workspace& workspace) {
   Outcome<LightWindow> window = WindowOf(beams, factors, kMinSamples);
+  // Light beyond a window that just holds the slopes folds into it, as thousands of false hills at the rim of a blur.
+  if (window && window->side > kMinSamples) {
+    window = WindowOf(beams, factors, std::min(2 * window->side, kLargestWindow));
+  }
   if (!window) return window.refusal();
   SampleLight(beams, factors, *window, workspace);
   return HighestIn(*window, beams, factors, workspace);

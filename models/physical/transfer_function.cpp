@@ -93,7 +93,7 @@ Outcome<AngularMeans> MeansAt(const Overlaps& overlaps, double frequency, int co
     const SineCosine turn = SineAndCosine((i + offset) * std::numbers::pi / count);
     const Outcome<std::complex<double>> otf = overlaps.At(frequency * turn.cosine, frequency * turn.sine);
     if (!otf) return otf.refusal();
-    means.mtf += std::sqrt(std::norm(*otf)) / count;
+    means.mtf += Modulus(*otf) / count;
     means.otf += otf->real() / count;
   }
   return means;

@@ -2,6 +2,7 @@
 #ifndef ORVANEL_MODELS_PHYSICAL_TRANSFER_FUNCTION_H
 #define ORVANEL_MODELS_PHYSICAL_TRANSFER_FUNCTION_H
 
+#include <cmath>
 #include <complex>
 #include <span>
 #include <vector>
@@ -33,6 +34,9 @@ struct TransferFunction {
 constexpr int kMaxFrequencies = 8192;
 Outcome<TransferFunction> TransferFunctionOf(const Eye& eye, const Light& light, const FrequencyGrid& grid,
                                              Workspace& workspace);
+
+// The MTF where the OTF is `otf`. std::abs has last digits that differ between platforms.
+inline double Modulus(const std::complex<double>& otf) { return std::sqrt(std::norm(otf)); }
 
 struct Frequency {
   double x = 0.0;

@@ -7,7 +7,7 @@ objdump=$1 nm=$2 library=$3
 status=0
 code=$(mktemp)
 trap 'rm -f "$code"' EXIT
-mathematics='a?(sin|cos|tan)h?|sincos|atan2|exp|exp2|exp10|expm1|log|log2|log10|log1p|pow|hypot|cbrt|fma|sqrt|erfc?|[lt]gamma'
+mathematics='a?(sin|cos|tan)h?|sincos|atan2|exp|exp2|exp10|expm1|log|log2|log10|log1p|pow|hypot|cbrt|fma|sqrt|erfc?|[lt]gamma|c(abs|arg|exp|log|pow|sqrt|sinh?|cosh?|tanh?)'
 
 # Whole files are read, never pipes: grep stops at its first find, and what would still write to it would fail.
 for binary in "${@:3}"; do

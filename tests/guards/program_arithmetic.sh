@@ -5,7 +5,7 @@
 set -euo pipefail
 nm=$1
 status=0
-mathematics='a?(sin|cos|tan)h?|sincos|atan2|exp|exp2|exp10|expm1|log|log2|log10|log1p|pow|hypot|cbrt|fma|erfc?|[lt]gamma'
+mathematics='a?(sin|cos|tan)h?|sincos|atan2|exp|exp2|exp10|expm1|log|log2|log10|log1p|pow|hypot|cbrt|fma|erfc?|[lt]gamma|c(abs|arg|exp|log|pow|sqrt|sinh?|cosh?|tanh?)'
 others='stb_truetype|stb_decoder'
 for archive in "${@:2}"; do
   # Each name behind that of its part.

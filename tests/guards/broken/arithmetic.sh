@@ -25,7 +25,7 @@ esac
 library fused "void first(void) { __asm__ volatile(\"$fused\"); }"
 breaks 'one fused multiply-add in a library' 'contains fused multiply-adds' "${tools[@]}" fused.so plain.a
 breaks 'one fused multiply-add in a part' 'contains fused multiply-adds' "${tools[@]}" plain.so fused.a
-for name in sin atan2 hypot expm1 powf logl tgamma; do
+for name in sin atan2 hypot expm1 powf logl tgamma cabs; do
   library calls "double $name(); double first(double x) { return $name(x, x); }"
   breaks "a call of $name" "calls.so uses mathematics" "${tools[@]}" calls.so plain.a
   breaks "a part that calls $name" "calls.a uses mathematics" "${tools[@]}" plain.so calls.a
