@@ -81,7 +81,8 @@ double PhysicalModel::MtfOf(FocusMeasure measure, CyclesPerDegree frequency) con
   }
   const physical::Frequency place =
       measure == FocusMeasure::kMtfHorizontal ? physical::Frequency{f, 0.0} : physical::Frequency{0.0, f};
-  return physical::Modulus(Accepted(TransferFunctionAt(eye_, settings_.light, {&place, 1}, settings_.view, workspace_)).front());
+  return physical::Modulus(
+      Accepted(TransferFunctionAt(eye_, settings_.light, {&place, 1}, settings_.view, workspace_)).front());
 }
 
 BestFocus PhysicalModel::FindBestFocus(const Eye& eye, const FocusRequest& request) {

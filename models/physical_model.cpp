@@ -194,7 +194,8 @@ void PhysicalModel::ComputeMtf(Needs needs, Results& results) {
   const auto otf = Accepted(TransferFunctionAt(eye_, settings_.light, places, settings_.view, workspace_));
   const auto means = Accepted(MeansOverAngle(eye_, settings_.light, frequencies, workspace_));
   for (std::size_t i = 0; i < frequencies.size(); ++i) {
-    own.mtfAt.push_back({settings_.mtfAt[i], physical::Modulus(otf[2 * i]), physical::Modulus(otf[2 * i + 1]), means[i].mtf});
+    own.mtfAt.push_back(
+        {settings_.mtfAt[i], physical::Modulus(otf[2 * i]), physical::Modulus(otf[2 * i + 1]), means[i].mtf});
   }
 }
 
