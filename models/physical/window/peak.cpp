@@ -7,6 +7,7 @@
 #include <numbers>
 #include <vector>
 
+#include "models/physical/window/light_between_samples.h"
 #include "models/physical/window/light_window.h"
 #include "models/physical/window/paraboloid.h"
 
@@ -18,8 +19,10 @@ constexpr double kLeftAtSample = 0.35;
 constexpr int kMinSamples = 256;  // in a row of the search
 
 // The parabola through nine samples predicts a peak to some 20 %. A hill that promises less than this share of the best
-// peak is not climbed.
+// peak is not climbed. Climbing between samples costs next to nothing, and leaves an error of at most 10 % from light
+// that folds into the window and from the samples at the pupil's rim.
 constexpr double kPromising = 0.75;
+constexpr double kPromisingBetweenSamples = 0.85;
 
 // The light of all beams, about the place to which the quadrature is fitted.
 class SumOfBeams {
@@ -55,6 +58,21 @@ class SumOfBeams {
   std::vector<NodeCounts> counts_;
 };
 
+// The highest first.
+std::vector<Peak> HillsBetweenSamples(const LightWindow& window, double unit) {
+  constexpr double kNearest = 1e-2;
+  std::vector<Peak> hills;
+  double best = 0.0;
+  for (const Hill& hill : HillsIn(window, kLeftAtSample * kPromising)) {
+    if (hill.value < kPromising * best) break;
+    hills.push_back(Climb([&window](double x, double y) { return LightBetweenSamples(window, x, y); }, hill.x, hill.y,
+                          kWindowSpacing * unit, kNearest * unit));
+    best = std::max(best, hills.back().value);
+  }
+  std::stable_sort(hills.begin(), hills.end(), [](const Peak& a, const Peak& b) { return a.value > b.value; });
+  return hills;
+}
+
 }  // namespace
 
 Paraboloid IntensityOf(const FieldJet& f) {
@@ -76,8 +94,9 @@ Peak HighestIn(const LightWindow& window, std::span<const Beam> beams, std::span
   const double nearest = 1e-4 * unit;  // from where the parabola is exact to 1e-11
   constexpr double kSame = 1e-9, kApart = 0.1;
   Peak best;
-  for (const Hill& hill : HillsIn(window, kLeftAtSample * kPromising)) {
-    if (hill.value < kPromising * best.value) break;
+  const std::vector<Peak> hills = HillsBetweenSamples(window, unit);
+  for (const Peak& hill : hills) {
+    if (hill.value < kPromisingBetweenSamples * std::min(best.value, hills.front().value)) break;
     const SumOfBeams sum(beams, factors, workspace.quadrature, hill.x, hill.y);
     const Peak peak =
         Climb([&sum](double x, double y) { return sum.At(x, y); }, hill.x, hill.y, kWindowSpacing * unit, nearest);
