@@ -74,8 +74,8 @@ void FilterRow(const std::uint8_t* row, const std::uint8_t* above, const Format&
     filtered[i] = static_cast<std::uint8_t>(row[i] - Foretold<kFilter>(row[i - pixel], above[i], above[i - pixel]));
   }
 }
-constexpr auto kFilterRows = std::array{FilterRow<kNone>, FilterRow<kLeft>, FilterRow<kAbove>, FilterRow<kAverage>,
-                                        FilterRow<kPaeth>};
+constexpr auto kFilterRows =
+    std::array{FilterRow<kNone>, FilterRow<kLeft>, FilterRow<kAbove>, FilterRow<kAverage>, FilterRow<kPaeth>};
 
 // Sum of the absolute values of the bytes as signed numbers.
 int Weight(const Bytes& filtered) {

@@ -16,8 +16,8 @@ struct Display {
   std::array<Light, kPrimaries> primaries;
 };
 
-// Primaries chosen here, of no measured display: Gaussian spectra of power, with chromaticities within 0.025 of those of sRGB and the
-// luminances of sRGB. Lines are 10 nm apart.
+// Primaries chosen here, of no measured display: Gaussian spectra of power, with chromaticities within 0.025 of those
+// of sRGB and the luminances of sRGB. Lines are 10 nm apart.
 //   red    peak 611 nm, full width at half maximum 28 nm
 //   green  peak 539 nm, 78 nm
 //   blue   peak 459 nm, 50 nm
