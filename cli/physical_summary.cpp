@@ -22,22 +22,6 @@ std::string PlaceText(double arcmin) {
 
 std::string Minutes(ArcMinutes angle, int digits) { return NumberText(angle.value(), digits); }
 
-// One line for each acuity, with all its gaps; rings of one acuity follow each other.
-std::string RingLines(const std::vector<Ring>& rings) {
-  std::string lines;
-  for (std::size_t i = 0; i < rings.size();) {
-    const Ring& ring = rings[i];
-    std::string gaps;
-    for (; i < rings.size() && rings[i].request.acuity == ring.request.acuity; ++i) {
-      gaps += (gaps.empty() ? "" : ", ") + std::string(Word(rings[i].request.gap));
-    }
-    lines += ReportLine(lines.empty() ? "Rings" : "", "acuity " + NumberText(ring.request.acuity, 4) + ", " +
-                                                          Minutes(ring.diameter * ring.pixel, 4) +
-                                                          " arc minutes wide, gap " + gaps);
-  }
-  return lines;
-}
-
 }  // namespace
 
 Json ModelJson(const Results& results) {
@@ -124,7 +108,7 @@ std::string PhysicalLines(const SimulatedEye& simulated) {
                            NumberText(at.mean, 4) + " mean of all directions at " +
                            NumberText(at.frequency.value(), 6) + " cycles/degree");
   }
-  return text + RingLines(r.rings);
+  return text;
 }
 
 }  // namespace orvanel::cli

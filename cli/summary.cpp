@@ -201,8 +201,16 @@ void AppendFacts(std::vector<Fact>& facts, const std::string& name, const Json& 
   }
 }
 
+// What a model draws for a ring of the requested acuity.
+std::string DrawnText(const Ring& ring, bool physical) {
+  if (physical) return ", " + NumberText((ring.diameter * ring.pixel).value(), 4) + " arc minutes wide";
+  return " drawn as " + NumberText(ring.effectiveAcuity, 3) + ", " + std::to_string(ring.diameter) + " samples";
+}
+
 // One line for each acuity, with all its gaps; rings of one acuity follow each other.
-std::string RingLines(const std::vector<Ring>& rings) {
+std::string RingLines(const Results& results) {
+  const std::vector<Ring>& rings = results.rings;
+  const bool physical = results.physical.has_value();
   std::string lines, label = "Rings";
   for (std::size_t i = 0; i < rings.size();) {
     const Ring& ring = rings[i];
@@ -210,11 +218,9 @@ std::string RingLines(const std::vector<Ring>& rings) {
     for (; i < rings.size() && rings[i].request.acuity == ring.request.acuity; ++i) {
       gaps += (gaps.empty() ? "" : ", ") + std::string(Word(rings[i].request.gap));
     }
-    lines +=
-        ReportLine(std::exchange(label, ""),
-                   "acuity " + NumberText(ring.request.acuity, 4) + " drawn as " + NumberText(ring.effectiveAcuity, 3) +
-                       ", " + std::to_string(ring.diameter) + " samples, gap " + gaps +
-                       (IsFarOff(ring) ? "; " + DeviationText(ring) + " the acuity requested" : ""));
+    lines += ReportLine(std::exchange(label, ""),
+                        "acuity " + NumberText(ring.request.acuity, 4) + DrawnText(ring, physical) + ", gap " + gaps +
+                            (!physical && IsFarOff(ring) ? "; " + DeviationText(ring) + " the acuity requested" : ""));
   }
   return lines;
 }
@@ -257,7 +263,7 @@ std::string ClassicLines(const SimulatedEye& simulated) {
                                        " mm on the retina, " + NumberText(s.scales.library.halfWidthAngle.value(), 4) +
                                        " arc minutes");
   text += ReportLine("MTF range", NumberText(s.scales.frequencyRange.value(), 5) + " cycles/degree");
-  return text + MtfLines(simulated) + RingLines(s.rings);
+  return text + MtfLines(simulated);
 }
 
 }  // namespace
@@ -367,6 +373,7 @@ std::string SummaryText(const SimulatedEye& simulated, const std::string& folder
   const std::vector<std::string> notes = ModelNotes(simulated.results);
   for (std::size_t i = 0; i < notes.size(); ++i) text += ReportLine(i == 0 ? "Model" : "", notes[i]);
   text += simulated.results.physical ? PhysicalLines(simulated) : ClassicLines(simulated);
+  text += RingLines(simulated.results);
   if (simulated.quality) text += QualityLines(*simulated.quality, simulated.qualityRequest);
   if (simulated.results.picture) text += PictureLines(simulated.results);
   if (simulated.sized) {

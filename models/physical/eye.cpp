@@ -2,7 +2,6 @@
 #include "models/physical/eye.h"
 
 #include <cmath>
-#include <limits>
 #include <numbers>
 #include <optional>
 
@@ -13,7 +12,6 @@ namespace {
 
 constexpr double kArcminPerMilliradian = 10.8 / std::numbers::pi;
 
-bool IsFinite(double x) { return std::fabs(x) <= std::numeric_limits<double>::max(); }
 bool IsWithin(double x, double low, double high) { return x >= low && x <= high; }
 
 // The largest distance of an outline from the pupil's centre, in radii; not a number if the outline is none.
@@ -36,7 +34,7 @@ std::optional<Refusal> CheckEye(const Eye& eye) {
     return Refusal{Problem::kPupilDiameter, eye.diameterMm, kSmallestPupilMm, kLargestPupilMm};
   }
   for (std::size_t j = 0; j < kModes; ++j) {
-    if (!IsFinite(eye.modesUm[j])) return Refusal{Problem::kMode, eye.modesUm[j], 0.0, 0.0, static_cast<int>(j)};
+    if (!std::isfinite(eye.modesUm[j])) return Refusal{Problem::kMode, eye.modesUm[j], 0.0, 0.0, static_cast<int>(j)};
   }
   constexpr double kRounding = 1e-9;
   const double reach = ReachOf(eye.outline);

@@ -20,7 +20,6 @@ constexpr double kLargest = std::numeric_limits<double>::max();
 using Problem = ChartProblem;
 using Refused = std::optional<ChartRefusal>;
 
-bool IsFinite(double x) { return std::fabs(x) <= kLargest; }
 bool IsSize(ArcMinutes size) { return size >= kSmallestSize && size.value() <= kLargest; }
 
 ChartRefusal Refusal(Problem problem, double value, double low = 0.0, double high = 0.0, int index = -1) {
@@ -47,7 +46,7 @@ std::variant<Canvas, ChartRefusal> CanvasFor(const ChartRequest& request, const 
   if (request.field) {
     for (const double side : {request.field->widthDegrees, request.field->heightDegrees}) {
       const double least = 0.5 / request.pixelsPerDegree;
-      if (!IsFinite(side) || !(side >= least)) return Refusal(Problem::kField, side, least);
+      if (!std::isfinite(side) || !(side >= least)) return Refusal(Problem::kField, side, least);
     }
     columns = std::floor(request.field->widthDegrees * request.pixelsPerDegree + 0.5);
     rows = std::floor(request.field->heightDegrees * request.pixelsPerDegree + 0.5);

@@ -222,5 +222,13 @@ TEST(Summary, TextNamesItsModelAndEndsWithWhereToLook) {
   EXPECT_TRUE(text.ends_with("17 files in out; open out/overview.png first\n")) << text;
 }
 
+TEST(Summary, TextGivesTheVisualAngleOfPhysicalRings) {
+  const SimulatedEye simulated =
+      PhysicallySimulated(PerfectEye(Millimetres(3.0)), {{1.0, Gap::kRight}, {1.0, Gap::kUp}, {0.5, Gap::kUp}}, {});
+  const std::string text = SummaryText(simulated, "out", 3);
+  EXPECT_NE(text.find("acuity 1, 5 arc minutes wide, gap right, up\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("acuity 0.5, 10 arc minutes wide, gap up\n"), std::string::npos) << text;
+}
+
 }  // namespace
 }  // namespace orvanel::cli

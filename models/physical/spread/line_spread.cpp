@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <numbers>
 
 #include "base/elementary.h"
@@ -23,8 +22,6 @@ Direction SlopesAlong(double direction, View view) {
   const SineCosine turn = SineAndCosine(direction);
   return {-turn.cosine, view == View::kPatient ? turn.sine : -turn.sine};
 }
-
-bool IsFinite(double x) { return std::fabs(x) <= std::numeric_limits<double>::max(); }
 
 // The cut-off along a direction, in units of diameter / wavelength: of the outline's width there.
 double CutOffOf(const Ellipse& outline, Direction direction) {
@@ -48,7 +45,7 @@ Outcome<std::vector<std::complex<double>>> SectionOfTransferFunction(const Eye& 
                                                                      double direction,
                                                                      std::span<const double> frequencies, View view,
                                                                      const Workspace& workspace) {
-  if (!IsFinite(direction)) return Refusal{Problem::kDirection, direction};
+  if (!std::isfinite(direction)) return Refusal{Problem::kDirection, direction};
   const SineCosine turn = SineAndCosine(direction);
   std::vector<Frequency> places;
   for (const double f : frequencies) places.push_back({f * turn.cosine, f * turn.sine});
@@ -57,10 +54,10 @@ Outcome<std::vector<std::complex<double>>> SectionOfTransferFunction(const Eye& 
 
 Outcome<std::vector<double>> LineSpreadOf(const Eye& eye, const Light& light, double direction,
                                           std::span<const double> places, View view, const Workspace& workspace) {
-  if (!IsFinite(direction)) return Refusal{Problem::kDirection, direction};
+  if (!std::isfinite(direction)) return Refusal{Problem::kDirection, direction};
   double farthest = 0.0;
   for (std::size_t i = 0; i < places.size(); ++i) {
-    if (!IsFinite(places[i])) return Refusal{Problem::kPlace, places[i], 0.0, 0.0, static_cast<int>(i)};
+    if (!std::isfinite(places[i])) return Refusal{Problem::kPlace, places[i], 0.0, 0.0, static_cast<int>(i)};
     farthest = std::max(farthest, std::fabs(places[i]));
   }
   const Outcome<std::vector<Beam>> beams = BeamsOf(eye, light);
