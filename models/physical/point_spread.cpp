@@ -125,6 +125,8 @@ Outcome<StrehlRatios> StrehlRatiosOf(const Eye& eye, const Light& light, View vi
   if (!peak) return peak.refusal();
   const Place place = InView({peak->x, peak->y}, view);
   ratios.peak = peak->value / densities.perfect;
+  constexpr double kRounding = 1e-12;  // no aberration concentrates light more than none
+  if (ratios.peak > 1.0 && ratios.peak <= 1.0 + kRounding) ratios.peak = 1.0;
   ratios.peakX = place.x;
   ratios.peakY = place.y;
   return ratios;
