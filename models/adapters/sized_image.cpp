@@ -2,7 +2,6 @@
 #include "models/adapters/sized_image.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "models/adapters/physical_eye.h"
@@ -12,12 +11,13 @@
 
 namespace orvanel::models {
 SizedObject LuminanceOf(SizedObject object) {
-  if (object.channels.size() != std::size(kLuminanceShares)) return object;
+  if (object.channels.size() != kLuminanceShares.size()) return object;
   Plane luminance(object.channels[0].columns(), object.channels[0].rows());
   double surround = 0.0;
-  for (std::size_t c = 0; c < std::size(kLuminanceShares); ++c) {
-    for (std::size_t i = 0; i < luminance.size(); ++i) luminance[i] += kLuminanceShares[c] * object.channels[c][i];
-    surround += kLuminanceShares[c] * object.surround[c];
+  for (std::size_t c = 0; c < kLuminanceShares.size(); ++c) {
+    const double share = kLuminanceShares.at(c);
+    for (std::size_t i = 0; i < luminance.size(); ++i) luminance[i] += share * object.channels[c][i];
+    surround += share * object.surround[c];
   }
   return {{std::move(luminance)}, {surround}, object.pixel};
 }

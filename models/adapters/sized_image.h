@@ -3,6 +3,7 @@
 #ifndef ORVANEL_MODELS_ADAPTERS_SIZED_IMAGE_H
 #define ORVANEL_MODELS_ADAPTERS_SIZED_IMAGE_H
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <vector>
@@ -24,7 +25,7 @@ struct SizedObject {
 };
 
 // What a channel adds to the luminance of white. Source: IEC 61966-2-1.
-constexpr double kLuminanceShares[] = {0.2126, 0.7152, 0.0722};
+constexpr std::array kLuminanceShares = {0.2126, 0.7152, 0.0722};
 
 SizedObject LuminanceOf(SizedObject object);
 

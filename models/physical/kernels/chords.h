@@ -124,8 +124,8 @@ void PowerSums(const double* places, const double* values, int count, double* su
     for (int i = v; i < count; i += kChordBlock) {
       const V x = Load(places + i);
       V term = Load(values + i);
-      ORVANEL_UNROLL for (int a = 0; a < kPowers; ++a) {
-        sum[a] += term;
+      ORVANEL_UNROLL for (V& power : sum) {
+        power += term;
         term = term * x;
       }
     }
