@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+#include "base/error.h"
+#include "base/number_text.h"
 #include "base/spelling.h"
 #include "base/split.h"
 #include "metrics/errors.h"
@@ -58,6 +60,51 @@ std::vector<QualityMetric> QualityMetricsNamed(std::string_view list) {
     add(*metric);
   }
   return chosen;
+}
+
+void NameMetrics(std::string_view list, QualityRequest& request) {
+  constexpr std::string_view kMtfAt = "mtf@";
+  std::string names;
+  std::vector<double> frequencies;
+  bool anyName = false;
+  for (const std::string_view name : Split(list)) {
+    if (!Lower(name).starts_with(kMtfAt)) {
+      if (anyName) names += ',';
+      names += name;
+      anyName = true;
+      continue;
+    }
+    double frequency = 0.0;
+    try {
+      frequency = ParseNumber(name.substr(kMtfAt.size()));
+    } catch (const Error&) {
+    }
+    if (!(frequency > 0.0)) {
+      throw Error(Quoted(name) + " has no frequency above 0 in cycles/degree; write it as in MTF@10");
+    }
+    if (std::find(frequencies.begin(), frequencies.end(), frequency) == frequencies.end()) {
+      frequencies.push_back(frequency);
+    }
+  }
+  request.metrics = anyName ? QualityMetricsNamed(names) : std::vector<QualityMetric>();
+  request.mtfAtCpd = frequencies;
+}
+
+std::vector<QualityColumn> ColumnsOf(const QualityRequest& request) {
+  std::vector<QualityColumn> columns;
+  for (const QualityMetric metric : request.metrics) {
+    const QualityRow& row = RowOf(metric);
+    columns.push_back({row.name, row.unit, row.higherIsBetter, row.hasGradient, metric != QualityMetric::kEnt});
+  }
+  for (const double frequency : request.mtfAtCpd) columns.push_back({"MTF@" + ShortestText(frequency), "1"});
+  return columns;
+}
+
+std::vector<double> ValuesOf(const Quality& quality) {
+  std::vector<double> values;
+  for (const QualityValue& value : quality.values) values.push_back(value.value);
+  for (const MtfValue& mtf : quality.mtf) values.push_back(mtf.value);
+  return values;
 }
 
 std::string QualityMetricNames() {

@@ -16,6 +16,23 @@ namespace orvanel::metrics {
 // metrics, in the order of the catalogue. Throws UnknownMetric, with the names that are nearest.
 std::vector<QualityMetric> QualityMetricsNamed(std::string_view list);
 
+// The same, and the MTF at frequencies in cycles/degree, mean over all directions: "VSX,MTF@10". They replace the
+// metrics and frequencies of the request. Throws Error for a frequency that is none.
+void NameMetrics(std::string_view list, QualityRequest& request);
+
+// A number that a request asks for.
+struct QualityColumn {
+  std::string name;       // of the catalogue, or "MTF@10"
+  const char* unit = "";  // "1" for pure numbers
+  bool higherIsBetter = true;
+  bool isSmooth = true;  // in the modes
+  bool hasZero = true;   // the value may be compared by ratios; not so ENT, whose zero depends on the unit of area
+};
+
+// The metrics, then the MTF at the frequencies; and their values.
+std::vector<QualityColumn> ColumnsOf(const QualityRequest& request);
+std::vector<double> ValuesOf(const Quality& quality);
+
 // All names, and those that a slip of the keyboard may have meant; separated by commas.
 std::string QualityMetricNames();
 std::string QualityMetricNamesNear(std::string_view name);

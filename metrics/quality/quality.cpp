@@ -13,6 +13,7 @@
 #include "metrics/quality/light_sums.h"
 #include "metrics/quality/pupil_metrics.h"
 #include "models/physical/pupil/perfect_pupil.h"
+#include "models/physical/transfer_function.h"
 #include "models/physical/window/centroid.h"
 
 namespace orvanel::metrics {
@@ -25,6 +26,7 @@ using M = QualityMetric;
 constexpr double kPi = std::numbers::pi;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kFirstDarkRing = 1.219670;  // radius, in wavelength / diameter
+constexpr double kMtfError = 1e-5;           // of MeansOverAngle
 
 double RadiusOfArea(double area) { return std::sqrt(area / kPi); }
 
@@ -391,6 +393,13 @@ QualityOutcome QualityOf(const physical::Eye& eye, const physical::Light& light,
     }
     value.error = row.isRatio ? row.error : row.error * std::fabs(value.value);
     quality.values.push_back(value);
+  }
+  if (!request.mtfAtCpd.empty()) {
+    const auto means = MeansOverAngle(eye, light, request.mtfAtCpd, tables.physical);
+    if (!means) return QualityRefusal{QualityProblem::kModel, means.refusal()};
+    for (std::size_t i = 0; i < means->size(); ++i) {
+      quality.mtf.push_back({request.mtfAtCpd[i], (*means)[i].mtf, kMtfError});
+    }
   }
   return quality;
 }

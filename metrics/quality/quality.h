@@ -36,6 +36,7 @@ struct QualityRequest {
   ContrastSensitivity contrast = {};
   double gaussianSdArcmin = kUsualGaussianSdArcmin;  // of NS
   bool gradient = false;                             // by all modes of the eye
+  std::vector<double> mtfAtCpd = {};                 // frequencies of the MTF, in cycles/degree, above 0
 };
 constexpr double kSmallestGaussianSdArcmin = 0.2, kLargestGaussianSdArcmin = 10.0;
 
@@ -60,8 +61,16 @@ struct QualityValue {
   std::vector<double> gradient = {};
 };
 
+// The MTF at a frequency, mean over all directions.
+struct MtfValue {
+  double frequencyCpd = 0.0;
+  double value = 0.0;
+  double error = 0.0;  // absolute
+};
+
 struct Quality {
   std::vector<QualityValue> values;
+  std::vector<MtfValue> mtf;  // at the frequencies of the request; it has no gradient
   QualityOrigin origin = QualityOrigin::kBest;
   double originX = 0.0;  // from the axis, in arcmin of the patient's view
   double originY = 0.0;

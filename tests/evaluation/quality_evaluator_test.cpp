@@ -62,6 +62,24 @@ TEST(QualityEvaluator, HasTheSettingsLightAndPupil) {
   EXPECT_NEAR(ValueOf(eye, M::kEw, small) / peak, 2.0, 1e-9);
 }
 
+TEST(QualityEvaluator, HasTheMtfAtFrequencies) {
+  // Without aberration: 2/pi (arccos s - s root(1 - s^2)), s the share of the cut-off.
+  QualityRequest request;
+  request.metrics = {};
+  request.mtfAtCpd = {10.0, 37.0, 500.0};
+  PhysicalSettings settings = kUsual;
+  settings.light = {{600.0, 1.0}};
+  const Quality quality = QualityEvaluator(settings, request).Evaluate(WithModes({}, 3.0));
+  EXPECT_TRUE(quality.values.empty());
+  ASSERT_EQ(quality.mtf.size(), 3U);
+  const double cutOff = 1000.0 * 3.0 / 0.6 * std::numbers::pi / 180.0;
+  for (const MtfValue& mtf : quality.mtf) {
+    const double s = std::fmin(mtf.frequencyCpd / cutOff, 1.0);
+    EXPECT_NEAR(mtf.value, 2.0 / std::numbers::pi * (std::acos(s) - s * std::sqrt(1.0 - s * s)), mtf.error);
+  }
+  EXPECT_EQ(quality.mtf[1].frequencyCpd, 37.0);
+}
+
 TEST(QualityEvaluator, EyesBeforeDoNotMatter) {
   QualityRequest request;
   request.metrics = {M::kVsx, M::kSrx, M::kD50};

@@ -5,6 +5,7 @@
 
 #include <set>
 
+#include "base/error.h"
 #include "metrics/errors.h"
 
 namespace orvanel::metrics {
@@ -41,6 +42,47 @@ TEST(QualityNames, AnUnknownNameListsThoseThatAreNear) {
   }
   EXPECT_THROW(QualityMetricsNamed(""), UnknownMetric);
   EXPECT_THROW(QualityMetricsNamed("VSX,,SRX"), UnknownMetric);
+}
+
+TEST(QualityNames, AListMayHaveFrequenciesOfTheMtf) {
+  QualityRequest request;
+  NameMetrics("mtf@10,VSX,MTF@2.5,rmsw,MTF@10.0", request);
+  EXPECT_EQ(request.metrics, (std::vector<M>{M::kVsx, M::kRmsW}));
+  EXPECT_EQ(request.mtfAtCpd, (std::vector<double>{10.0, 2.5}));
+  const std::vector<QualityColumn> columns = ColumnsOf(request);
+  ASSERT_EQ(columns.size(), 4U);
+  EXPECT_EQ(columns[0].name, "VSX");
+  EXPECT_EQ(columns[1].name, "RMSw");
+  EXPECT_STREQ(columns[1].unit, "um");
+  EXPECT_FALSE(columns[1].higherIsBetter);
+  EXPECT_EQ(columns[2].name, "MTF@10");
+  EXPECT_EQ(columns[3].name, "MTF@2.5");
+  EXPECT_TRUE(columns[3].higherIsBetter);
+  NameMetrics("MTF@7", request);
+  EXPECT_TRUE(request.metrics.empty());
+  EXPECT_EQ(request.mtfAtCpd, std::vector<double>{7.0});
+  NameMetrics("PFWt,ENT", request);
+  EXPECT_TRUE(request.mtfAtCpd.empty());
+  EXPECT_FALSE(ColumnsOf(request)[0].isSmooth);
+  EXPECT_TRUE(ColumnsOf(request)[0].hasZero);
+  EXPECT_FALSE(ColumnsOf(request)[1].hasZero);
+}
+
+TEST(QualityNames, AListRefusesFrequenciesThatAreNone) {
+  QualityRequest request;
+  for (const char* const list : {"MTF@", "MTF@0", "MTF@-3", "VSX,MTF@ten"}) {
+    EXPECT_THROW(NameMetrics(list, request), Error) << list;
+  }
+  EXPECT_THROW(NameMetrics("", request), UnknownMetric);
+  EXPECT_THROW(NameMetrics("MTF@10,", request), UnknownMetric);
+  EXPECT_THROW(NameMetrics("MTF", request), UnknownMetric);
+}
+
+TEST(QualityNames, ValuesAreInTheOrderOfTheColumns) {
+  Quality quality;
+  quality.values = {{M::kVsx, 0.25}, {M::kSrx, 0.5}};
+  quality.mtf = {{10.0, 0.75, 1e-5}};
+  EXPECT_EQ(ValuesOf(quality), (std::vector<double>{0.25, 0.5, 0.75}));
 }
 
 TEST(QualityNames, EveryChoiceHasItsWord) {
