@@ -6,6 +6,7 @@
 #include "cli/planes.h"
 #include "cli/summary.h"
 #include "drawing/canvas/canvas.h"
+#include "drawing/canvas/svg.h"
 #include "drawing/chart_sheet.h"
 #include "drawing/figures.h"
 #include "drawing/letters_sheet.h"
@@ -23,44 +24,51 @@ namespace {
 
 constexpr double kFigureScale = 2.0;  // pixels in a unit, for figures in separate files
 
-template <class Figure>
-std::string EncodedFigure(double width, Figure draw, const SimulatedEye& simulated) {
-  constexpr double kMargin = 12.0;
-  Canvas canvas(width + 2 * kMargin, kFigureHeight + 2 * kMargin, kFigureScale);
-  draw(canvas, Point{kMargin, kMargin}, simulated);
-  return EncodePng(canvas.picture());
-}
+// A figure that is also a separate file.
+struct FigureFile {
+  const char* name;
+  double width;
+  std::function<void(Surface&, Point, const SimulatedEye&)> draw;
+};
 
-// A file with one figure.
-template <class Figure>
-ResultFile FigureFile(const std::string& name, double width, Figure draw) {
-  return {name, [width, draw](const SimulatedEye& simulated) { return EncodedFigure(width, draw, simulated); }};
-}
-
-// The PSF, and its metrics to the right.
-std::string EncodedPsf(const SimulatedEye& simulated) {
-  const auto draw = [](Canvas& canvas, Point corner, const SimulatedEye& r) {
-    Draw(canvas, corner, PsfFigure(r.results, r.eye.side));
-    DrawQualityTable(canvas, {corner.x + kPlaneFigureWidth, corner.y, kQualityTableWidth, kFigureHeight}, r);
+// The PSF has its metrics to the right.
+std::vector<FigureFile> FiguresOf(ModelKind model) {
+  const double table = model == ModelKind::kPhysical ? kQualityTableWidth : 0.0;
+  return {
+      {"wavefront", kPlaneFigureWidth,
+       [](Surface& s, Point at, const SimulatedEye& r) { Draw(s, at, WavefrontFigure(r.results, r.eye.side)); }},
+      {"psf", kPlaneFigureWidth + table,
+       [](Surface& s, Point at, const SimulatedEye& r) {
+         Draw(s, at, PsfFigure(r.results, r.eye.side));
+         DrawQualityTable(s, {at.x + kPlaneFigureWidth, at.y, kQualityTableWidth, kFigureHeight}, r);
+       }},
+      {"psf_log", kPlaneFigureWidth,
+       [](Surface& s, Point at, const SimulatedEye& r) { Draw(s, at, PsfLogFigure(r.results, r.eye.side)); }},
+      {"mtf", kPlaneFigureWidth,
+       [](Surface& s, Point at, const SimulatedEye& r) { Draw(s, at, MtfFigure(r.results)); }},
+      {"mtf_sections", kSectionsFigureWidth,
+       [](Surface& s, Point at, const SimulatedEye& r) { DrawSections(s, at, r.results); }},
   };
-  return EncodedFigure(kPlaneFigureWidth + (simulated.quality ? kQualityTableWidth : 0.0), draw, simulated);
 }
 
-void AddFigures(std::vector<ResultFile>& files) {
-  files.push_back(
-      FigureFile("wavefront.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
-        Draw(canvas, corner, WavefrontFigure(r.results, r.eye.side));
-      }));
-  files.push_back({"psf.png", EncodedPsf});
-  files.push_back(FigureFile("psf_log.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
-    Draw(canvas, corner, PsfLogFigure(r.results, r.eye.side));
-  }));
-  files.push_back(FigureFile("mtf.png", kPlaneFigureWidth, [](Canvas& canvas, Point corner, const SimulatedEye& r) {
-    Draw(canvas, corner, MtfFigure(r.results));
-  }));
-  files.push_back(
-      FigureFile("mtf_sections.png", kSectionsFigureWidth,
-                 [](Canvas& canvas, Point corner, const SimulatedEye& r) { DrawSections(canvas, corner, r.results); }));
+// Adds each figure as a PNG file, and as an SVG file if `vectors`.
+void AddFigures(std::vector<ResultFile>& files, ModelKind model, bool vectors) {
+  constexpr double kMargin = 12.0;
+  constexpr double kHeight = kFigureHeight + 2 * kMargin;
+  for (const FigureFile& figure : FiguresOf(model)) {
+    const double width = figure.width + 2 * kMargin;
+    files.push_back({figure.name + std::string(".png"), [width, draw = figure.draw](const SimulatedEye& simulated) {
+                       Canvas canvas(width, kHeight, kFigureScale);
+                       draw(canvas, {kMargin, kMargin}, simulated);
+                       return EncodePng(canvas.picture());
+                     }});
+    if (!vectors) continue;
+    files.push_back({figure.name + std::string(".svg"), [width, draw = figure.draw](const SimulatedEye& simulated) {
+                       Svg svg(width, kHeight, 1.0);
+                       draw(svg, {kMargin, kMargin}, simulated);
+                       return svg.file();
+                     }});
+  }
 }
 
 // Adds the planes that are written as grey PNG files.
@@ -133,7 +141,7 @@ void AddFormat(std::vector<ResultFile>& files, const Format& format, const std::
 std::vector<ResultFile> ResultFiles(const Request& request) {
   const std::vector<PlaneSource> sources = PlaneSources(request);
   std::vector<ResultFile> files;
-  AddFigures(files);
+  AddFigures(files, request.model, request.vectors);
   AddGreyPictures(files, sources);
   const auto deep = [](const Format* format) { return format->greyOnly; };
   if (request.pictureChannels > 0) {

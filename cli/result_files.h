@@ -21,6 +21,7 @@ struct Request {
   ModelKind model = ModelKind::kClassic;
   View view = View::kRetina;  // of PSF and MTF
   bool letters = false;
+  bool vectors = false;           // figures as SVG too
   const char* sized = nullptr;    // the name of the view of true size, null without one
   std::size_t sizedChannels = 0;  // of its image
 };

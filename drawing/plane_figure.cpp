@@ -33,14 +33,14 @@ ColourPicture Bar(const std::uint32_t (&map)[256]) {
 }
 
 // A bar of a round number of arc minutes at the lower left, about a quarter as long as the plot is wide.
-void DrawScaleBar(Canvas& canvas, const Box& plot, const Axis& x) {
+void DrawScaleBar(Surface& surface, const Box& plot, const Axis& x) {
   constexpr Colour kWhite{0xff, 0xff, 0xff};
   const double width = x.last - x.first;
   const double minutes = RoundTicks(0.0, width / 4.0, 1).back().value;
   if (!(minutes > 0.0)) return;
   const Point start{plot.x + 16.0, plot.bottom() - 18.0};
-  canvas.Fill({start.x, start.y, plot.width * minutes / width, 4.0}, kWhite);
-  canvas.Text({start.x, start.y - 8.0}, NumberText(minutes, 4) + "\u2032", {kLabelSize, kWhite, true});
+  surface.Fill({start.x, start.y, plot.width * minutes / width, 4.0}, kWhite);
+  surface.Text({start.x, start.y - 8.0}, NumberText(minutes, 4) + "\u2032", {kLabelSize, kWhite, true});
 }
 
 }  // namespace
@@ -67,47 +67,47 @@ ColourPicture GreyWindow(const Plane& plane, Window window) {
   return picture;
 }
 
-void DrawTitle(Canvas& canvas, Point corner, double width, const std::string& title, const std::string& subtitle,
+void DrawTitle(Surface& surface, Point corner, double width, const std::string& title, const std::string& subtitle,
                Colour colour) {
-  canvas.Text({corner.x, corner.y + 30.0}, title, {kTitleSize, kInk, true});
-  canvas.Text({corner.x, corner.y + 56.0}, subtitle, Fitted(subtitle, {kSmallSize, colour}, width));
+  surface.Text({corner.x, corner.y + 30.0}, title, {kTitleSize, kInk, true});
+  surface.Text({corner.x, corner.y + 56.0}, subtitle, Fitted(subtitle, {kSmallSize, colour}, width));
 }
 
-void DrawView(Canvas& canvas, const Box& panel, double down, View view, Side side) {
+void DrawView(Surface& surface, const Box& panel, double down, View view, Side side) {
   constexpr double kGap = 14.0;
   const TextStyle style{kSmallSize, kFaintInk};
   const std::string caption(Caption(view));
   const auto [left, right] = SideWords(view, side);
   const double middle = panel.x + panel.width / 2.0, y = panel.bottom() + down;
-  const double reach = canvas.TextWidth(caption, style) / 2.0 + kGap;
+  const double reach = surface.TextWidth(caption, style) / 2.0 + kGap;
   TextStyle centred = style, ending = style;
   centred.align = Align::kCentre;
   ending.align = Align::kRight;
-  canvas.Text({middle, y}, caption, centred);
-  canvas.Text({std::min(panel.x, middle - reach - canvas.TextWidth(left, style)), y}, left, style);
-  canvas.Text({std::max(panel.right(), middle + reach + canvas.TextWidth(right, style)), y}, right, ending);
+  surface.Text({middle, y}, caption, centred);
+  surface.Text({std::min(panel.x, middle - reach - surface.TextWidth(left, style)), y}, left, style);
+  surface.Text({std::max(panel.right(), middle + reach + surface.TextWidth(right, style)), y}, right, ending);
 }
 
-void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure) {
-  DrawTitle(canvas, {corner.x + kPlot.x, corner.y}, kPlot.width, figure.title, figure.subtitle);
+void Draw(Surface& surface, Point corner, const PlaneFigure& figure) {
+  DrawTitle(surface, {corner.x + kPlot.x, corner.y}, kPlot.width, figure.title, figure.subtitle);
   const Box plot{corner.x + kPlot.x, corner.y + kPlot.y, kPlot.width, kPlot.height};
-  canvas.Paste(plot, Coloured(figure.values, figure.window, [&figure](double value) {
-                 if (std::isnan(value)) return kBlank;
-                 return ColourAt(*figure.map, (value - figure.low) / (figure.high - figure.low));
-               }));
-  if (figure.scaleBar) DrawScaleBar(canvas, plot, figure.x);
-  canvas.Outline(plot, 1.5, kInk);
-  DrawAxis(canvas, plot, Edge::kBottom, figure.x, 50.0);
-  DrawAxis(canvas, plot, Edge::kLeft, figure.y, 68.0);
-  canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 76.0}, figure.note,
-              {kSmallSize, kFaintInk, false, Align::kCentre});
-  DrawView(canvas, plot, 100.0, figure.view, figure.side);
+  surface.Paste(plot, Coloured(figure.values, figure.window, [&figure](double value) {
+                  if (std::isnan(value)) return kBlank;
+                  return ColourAt(*figure.map, (value - figure.low) / (figure.high - figure.low));
+                }));
+  if (figure.scaleBar) DrawScaleBar(surface, plot, figure.x);
+  surface.Outline(plot, 1.5, kInk);
+  DrawAxis(surface, plot, Edge::kBottom, figure.x, 50.0);
+  DrawAxis(surface, plot, Edge::kLeft, figure.y, 68.0);
+  surface.Text({plot.x + plot.width / 2.0, plot.bottom() + 76.0}, figure.note,
+               {kSmallSize, kFaintInk, false, Align::kCentre});
+  DrawView(surface, plot, 100.0, figure.view, figure.side);
 
   const Box bar{plot.right() + kBarGap, plot.y, kBarWidth, plot.height};
-  canvas.Paste(bar, Bar(*figure.map));
-  canvas.Outline(bar, 1.5, kInk);
-  DrawTicks(canvas, bar, Edge::kRight, figure.high, figure.low, figure.barTicks);
-  canvas.Text({bar.x, corner.y + 56.0}, figure.barLabel, {kSmallSize, kInk});
+  surface.Paste(bar, Bar(*figure.map));
+  surface.Outline(bar, 1.5, kInk);
+  DrawTicks(surface, bar, Edge::kRight, figure.high, figure.low, figure.barTicks);
+  surface.Text({bar.x, corner.y + 56.0}, figure.barLabel, {kSmallSize, kInk});
 }
 
 }  // namespace orvanel::drawing

@@ -7,8 +7,8 @@
 
 #include "base/layers.h"
 #include "drawing/canvas/axis.h"
-#include "drawing/canvas/canvas.h"
 #include "drawing/canvas/colour_map.h"
+#include "drawing/canvas/surface.h"
 #include "eye/view.h"
 #include "targets/plane.h"
 
@@ -44,14 +44,14 @@ constexpr double kTitleSize = 24.0;
 constexpr double kSmallSize = 16.0;
 
 // Draws title and subtitle above a panel; the subtitle is shortened to the panel's width.
-void DrawTitle(Canvas& canvas, Point corner, double width, const std::string& title, const std::string& subtitle,
+void DrawTitle(Surface& surface, Point corner, double width, const std::string& title, const std::string& subtitle,
                Colour colour = kFaintInk);
 
 // Draws the name of the view centred below a panel, with nasal and temporal at its sides where they are known.
 //   down  from the panel to the text's baseline
-void DrawView(Canvas& canvas, const Box& panel, double down, View view, Side side);
+void DrawView(Surface& surface, const Box& panel, double down, View view, Side side);
 
-void Draw(Canvas& canvas, Point corner, const PlaneFigure& figure);
+void Draw(Surface& surface, Point corner, const PlaneFigure& figure);
 
 // A window of a grey plane; 0.0 is black, 1.0 is white.
 ColourPicture GreyWindow(const Plane& plane, Window window);

@@ -10,7 +10,7 @@
 
 namespace orvanel::drawing {
 
-void DrawQualityTable(Canvas& canvas, const Box& box, const SimulatedEye& simulated) {
+void DrawQualityTable(Surface& surface, const Box& box, const SimulatedEye& simulated) {
   if (!simulated.quality) return;
   const Quality& quality = *simulated.quality;
   constexpr double kHead = 64.0, kLargest = 19.0, kNoteSize = 15.0, kGap = 10.0, kLeading = 1.3;
@@ -23,21 +23,21 @@ void DrawQualityTable(Canvas& canvas, const Box& box, const SimulatedEye& simula
   const auto rows = static_cast<double>(quality.values.size());
   const double size = std::min(kLargest, (box.height - kHead - notesHeight) / rows / kLeading);
   const double second = box.x + 0.27 * box.width, third = box.x + 0.66 * box.width;
-  canvas.Text({box.x, box.y + 30.0}, "Metrics of image quality", {kTitleSize, kInk, true});
-  canvas.Text({second, box.y + 56.0}, "this eye", {kSmallSize, kFaintInk});
-  canvas.Text({third, box.y + 56.0}, "no aberration", {kSmallSize, kFaintInk});
+  surface.Text({box.x, box.y + 30.0}, "Metrics of image quality", {kTitleSize, kInk, true});
+  surface.Text({second, box.y + 56.0}, "this eye", {kSmallSize, kFaintInk});
+  surface.Text({third, box.y + 56.0}, "no aberration", {kSmallSize, kFaintInk});
   double y = box.y + kHead;
   for (const QualityValue& value : quality.values) {
     const QualityText text = evaluation::TextOf(value);
     const TextStyle style{size, kInk};
     y += kLeading * size;
-    canvas.Text({box.x, y}, text.name, {size, kInk, true});
-    canvas.Text({second, y}, text.value + (text.note.empty() ? "" : " *"), style);
-    canvas.Text({third, y}, text.limit, style);
+    surface.Text({box.x, y}, text.name, {size, kInk, true});
+    surface.Text({second, y}, text.value + (text.note.empty() ? "" : " *"), style);
+    surface.Text({third, y}, text.limit, style);
   }
   y += kGap;
   for (const Paragraph& note : notes) {
-    note.Draw(canvas, {box.x, y});
+    note.Draw(surface, {box.x, y});
     y += note.height();
   }
 }

@@ -3,7 +3,7 @@
 #define ORVANEL_DRAWING_QUALITY_TABLE_H
 
 #include "base/layers.h"
-#include "drawing/canvas/canvas.h"
+#include "drawing/canvas/surface.h"
 #include "evaluation/simulated_eye.h"
 
 namespace orvanel::drawing {
@@ -12,7 +12,7 @@ constexpr double kQualityTableWidth = 420.0;
 
 // The values with units, those without aberration, and the conditions, in the box. Many metrics are drawn smaller.
 // Notes of values are marked by a star; reports and summary.json have their texts. Draws nothing without metrics.
-void DrawQualityTable(Canvas& canvas, const Box& box, const SimulatedEye& simulated);
+void DrawQualityTable(Surface& surface, const Box& box, const SimulatedEye& simulated);
 
 }  // namespace orvanel::drawing
 

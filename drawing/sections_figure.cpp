@@ -28,8 +28,8 @@ constexpr Pen kVertical{"vertical section", {0xe0, 0x5a, 0x1c}, 3.0, true};
 constexpr Pen kMean{"mean of all directions", {0x1a, 0x1a, 0x1a}, 3.5, false};
 
 // Draws the line, or its dashes of equal length.
-void Trace(Canvas& canvas, const std::vector<Point>& points, const Pen& curve) {
-  if (!curve.dashed) return canvas.Line(points, curve.lineWidth, curve.colour);
+void Trace(Surface& surface, const std::vector<Point>& points, const Pen& curve) {
+  if (!curve.dashed) return surface.Line(points, curve.lineWidth, curve.colour);
   constexpr double kDash = 9.0, kPeriod = 17.0;
   std::vector<Point> dash;
   double travelled = 0.0;
@@ -43,12 +43,12 @@ void Trace(Canvas& canvas, const std::vector<Point>& points, const Pen& curve) {
       if (std::fmod(travelled, kPeriod) < kDash) {
         dash.push_back({a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)});
       } else {
-        canvas.Line(dash, curve.lineWidth, curve.colour);
+        surface.Line(dash, curve.lineWidth, curve.colour);
         dash.clear();
       }
     }
   }
-  canvas.Line(dash, curve.lineWidth, curve.colour);
+  surface.Line(dash, curve.lineWidth, curve.colour);
 }
 
 std::vector<Point> Points(const Box& plot, const Curve& section) {
@@ -65,40 +65,40 @@ CyclesPerDegree CutOffOf(const Results& results) {
   return results.physical ? results.physical->cutOff : results.scales.frequencyRange;
 }
 
-void DrawLegend(Canvas& canvas, const Box& plot, const std::vector<Pen>& pens) {
+void DrawLegend(Surface& surface, const Box& plot, const std::vector<Pen>& pens) {
   double y = plot.y + 30.0;
   for (const Pen& curve : pens) {
-    Trace(canvas, {{plot.right() - 318.0, y - 6.0}, {plot.right() - 268.0, y - 6.0}}, curve);
-    canvas.Text({plot.right() - 256.0, y}, curve.name, {kTickTextSize, kInk});
+    Trace(surface, {{plot.right() - 318.0, y - 6.0}, {plot.right() - 268.0, y - 6.0}}, curve);
+    surface.Text({plot.right() - 256.0, y}, curve.name, {kTickTextSize, kInk});
     y += 28.0;
   }
 }
 
 }  // namespace
 
-void DrawSections(Canvas& canvas, Point corner, const Results& results) {
-  DrawTitle(canvas, {corner.x + kPlot.x, corner.y}, kPlot.width, "MTF sections",
+void DrawSections(Surface& surface, Point corner, const Results& results) {
+  DrawTitle(surface, {corner.x + kPlot.x, corner.y}, kPlot.width, "MTF sections",
             NumberText(results.pupil.value(), 4) + " mm pupil, " + ModelText(results) + "; cut-off " +
                 NumberText(CutOffOf(results).value(), 5) + " cycles/degree");
   const Box plot{corner.x + kPlot.x, corner.y + kPlot.y, kPlot.width, kPlot.height};
   for (const Tick& tick : RoundTicks(0.0, 1.0, 5)) {
-    canvas.Fill({plot.x, plot.bottom() - plot.height * tick.value - 0.5, plot.width, 1.0}, kGridLine);
+    surface.Fill({plot.x, plot.bottom() - plot.height * tick.value - 0.5, plot.width, 1.0}, kGridLine);
   }
-  Trace(canvas, Points(plot, results.diffractionLimit), kDiffraction);
-  Trace(canvas, Points(plot, results.rowSection), kHorizontal);
-  Trace(canvas, Points(plot, results.columnSection), kVertical);
+  Trace(surface, Points(plot, results.diffractionLimit), kDiffraction);
+  Trace(surface, Points(plot, results.rowSection), kHorizontal);
+  Trace(surface, Points(plot, results.columnSection), kVertical);
   std::vector<Pen> pens = {kDiffraction, kHorizontal, kVertical};
   if (results.physical && !results.physical->mean.empty()) {
-    Trace(canvas, Points(plot, results.physical->mean), kMean);
+    Trace(surface, Points(plot, results.physical->mean), kMean);
     pens.push_back(kMean);
   }
-  DrawLegend(canvas, plot, pens);
-  canvas.Outline(plot, 1.5, kInk);
+  DrawLegend(surface, plot, pens);
+  surface.Outline(plot, 1.5, kInk);
 
-  DrawAxis(canvas, plot, Edge::kBottom, {0.0, kSamples * results.sectionStep.value(), "cycles/degree"}, 50.0);
-  DrawAxis(canvas, plot, Edge::kLeft, {1.0, 0.0, "modulation transfer"}, 60.0);
-  canvas.Text({plot.x + plot.width / 2.0, plot.bottom() + 100.0}, "view: retina and patient alike",
-              {kSmallSize, kFaintInk, false, Align::kCentre});
+  DrawAxis(surface, plot, Edge::kBottom, {0.0, kSamples * results.sectionStep.value(), "cycles/degree"}, 50.0);
+  DrawAxis(surface, plot, Edge::kLeft, {1.0, 0.0, "modulation transfer"}, 60.0);
+  surface.Text({plot.x + plot.width / 2.0, plot.bottom() + 100.0}, "view: retina and patient alike",
+               {kSmallSize, kFaintInk, false, Align::kCentre});
 }
 
 }  // namespace orvanel::drawing

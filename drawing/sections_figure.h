@@ -3,7 +3,7 @@
 #define ORVANEL_DRAWING_SECTIONS_FIGURE_H
 
 #include "base/layers.h"
-#include "drawing/canvas/canvas.h"
+#include "drawing/canvas/surface.h"
 #include "models/results.h"
 
 namespace orvanel::drawing {
@@ -11,7 +11,7 @@ namespace orvanel::drawing {
 constexpr double kSectionsFigureWidth = 744.0;
 
 // Draws the MTF sections beside the diffraction limit, with an axis for each scale.
-void DrawSections(Canvas& canvas, Point corner, const Results& results);
+void DrawSections(Surface& surface, Point corner, const Results& results);
 
 }  // namespace orvanel::drawing
 

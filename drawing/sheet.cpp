@@ -96,10 +96,10 @@ std::vector<std::string> WarningsOfTexts(const Eye& eye) {
 Paragraph::Paragraph(const std::string& text, const TextStyle& style, double width, std::size_t most)
     : lines_(Wrapped(text, style, width, most)), style_(style), leading_(std::round(1.42 * style.size)) {}
 
-void Paragraph::Draw(Canvas& canvas, Point corner) const {
+void Paragraph::Draw(Surface& surface, Point corner) const {
   corner.y += style_.size;
   for (const std::string& line : lines_) {
-    canvas.Text(corner, line, style_);
+    surface.Text(corner, line, style_);
     corner.y += leading_;
   }
 }

@@ -20,7 +20,7 @@ class Paragraph {
 
   // From the top of the first line to the bottom of the last.
   double height() const { return static_cast<double>(lines_.size()) * leading_; }
-  void Draw(Canvas& canvas, Point corner) const;
+  void Draw(Surface& surface, Point corner) const;
 
  private:
   std::vector<std::string> lines_;

@@ -40,13 +40,13 @@ constexpr const char* kSimulateExamples =
     "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"
     "  orvanel simulate my_eye.json -o my_eye --acuities 0.1,0.5,1 --gaps all --format npy,hdf5\n"
     "  orvanel simulate my_eye.json -o my_eye_4mm --pupil 4 --mtf-at 15,30\n"
-    "  orvanel simulate my_eye.json -o in_white_light --light white --reference-wavelength 555\n"
+    "  orvanel simulate my_eye.json -o in_white_light --pupil 3 --light white --reference-wavelength 555\n"
     "  orvanel simulate my_eye.json --json --metric VSX,SRX,D50 --metric-origin peak\n"
     "  orvanel simulate my_eye.json -o classic --model classic\n"
     "  orvanel simulate eyes.csv --row 2 -o second_eye --refraction=-1.5,-0.5,90\n"
     "  orvanel simulate my_eye.json -o my_eye_reads --picture photograph.jpg\n"
     "  orvanel simulate my_eye.json -o reads --chart --optotype sloan --logmar 0.5:-0.3\n"
-    "  orvanel simulate my_eye.json -o sees --picture photograph.jpg --field 4deg --light display \\\n"
+    "  orvanel simulate my_eye.json -o sees --picture photograph.jpg --field 4deg --pupil 3 --light display \\\n"
     "    --reference-wavelength 555";
 
 constexpr const char* kObjectNotes =
@@ -75,7 +75,9 @@ and the 256 samples span an angle that follows from the pupil, 43 minutes of arc
 )";
 
 constexpr const char* kFormatNotes =
-    R"(Formats of the planes (--format). PNG pictures of 8 bits are always written:
+    R"(Formats of figures and planes (--format). PNG pictures of 8 bits are always written:
+  svg    the figures wavefront, psf, psf_log, mtf and mtf_sections as vector graphics. Curves, axes and text are vectors,
+         in the font DejaVu Sans; the samples of a plane are a picture inside
   png16  grey pictures of 16 bits, of all planes from 0 to 1; the PNG files of your own picture get 16 bits
   npy    doubles, for NumPy            csv   text, 256 lines of 256 numbers
   tiff   32-bit floating point         mat   all planes in planes.mat, for MATLAB, Octave and SciPy
@@ -92,6 +94,7 @@ struct SimulateCommand {
   std::string folder;
   std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
   std::vector<const Format*> formats;  // each once
+  bool vectors = false;                // figures as SVG too
   std::vector<CyclesPerDegree> mtfAt;
   bool force = false, json = false;
   bool letters = false;  // also in light of several wavelengths
@@ -154,7 +157,7 @@ std::vector<RingRequest> RingRequests(const std::string& acuities, const std::st
 std::vector<const Format*> FormatsOf(const std::string& list) {
   std::vector<const Format*> formats;
   for (const std::string_view part : Split(list)) {
-    if (part == kPictures) continue;
+    if (part == kPictures || part == kVectors) continue;
     try {
       const Format* const format = &FormatNamed(part);
       if (std::find(formats.begin(), formats.end(), format) == formats.end()) formats.push_back(format);
@@ -192,6 +195,7 @@ void RunSimulate(const SimulateCommand& command) {
     request.model = command.model.request.kind;
     request.view = ViewOf(command.model.request);
     request.letters = ShowsLetters(command);
+    request.vectors = command.vectors;
     if (sized) {
       request.sized = sized->name;
       request.sizedChannels = command.model.request.physical.display ? 3 : 1;
@@ -282,7 +286,7 @@ Run DefineSimulate(CLI::App& app) {
       ->needs(picture);
   simulate
       .add_option("--format", words->formats,
-                  "Formats of the planes, separated by commas: png8, png16, npy, csv, tiff, mat, hdf5")
+                  "Formats, separated by commas: png8, png16, svg, npy, csv, tiff, mat, hdf5")
       ->capture_default_str()
       ->type_name("LIST");
   simulate.add_flag("--npy", words->npy, "Add npy to the formats");
@@ -320,6 +324,7 @@ Run DefineSimulate(CLI::App& app) {
       throw CLI::ValidationError("--picture", "the file has no name");
     }
     command->picture.fit = FitOf(words->fit);
+    for (const std::string_view part : Split(words->formats)) command->vectors = command->vectors || part == kVectors;
     command->formats = FormatsOf(words->npy ? words->formats + ",npy" : words->formats);
     if (words->frequencies.empty()) return;
     for (const double frequency : PositiveNumbers(words->frequencies, "--mtf-at")) {

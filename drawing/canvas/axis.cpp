@@ -41,7 +41,7 @@ std::vector<Tick> RoundTicks(double low, double high, int count) {
   return ticks;
 }
 
-void DrawTicks(Canvas& canvas, const Box& box, Edge edge, double first, double last, const std::vector<Tick>& ticks) {
+void DrawTicks(Surface& surface, const Box& box, Edge edge, double first, double last, const std::vector<Tick>& ticks) {
   const double halfDigit = 0.36 * kTickTextSize;
   for (const Tick& tick : ticks) {
     const double share = (tick.value - first) / (last - first);
@@ -49,30 +49,30 @@ void DrawTicks(Canvas& canvas, const Box& box, Edge edge, double first, double l
     const TextStyle middle{kTickTextSize, kInk, false, Align::kCentre};
     switch (edge) {
       case Edge::kLeft:
-        canvas.Fill({box.x - kTickLength, y - 0.75, kTickLength, 1.5}, kInk);
-        canvas.Text({box.x - kTickLength - kTickGap, y + halfDigit}, tick.text,
-                    {kTickTextSize, kInk, false, Align::kRight});
+        surface.Fill({box.x - kTickLength, y - 0.75, kTickLength, 1.5}, kInk);
+        surface.Text({box.x - kTickLength - kTickGap, y + halfDigit}, tick.text,
+                     {kTickTextSize, kInk, false, Align::kRight});
         break;
       case Edge::kRight:
-        canvas.Fill({box.right(), y - 0.75, kTickLength, 1.5}, kInk);
-        canvas.Text({box.right() + kTickLength + kTickGap, y + halfDigit}, tick.text, {kTickTextSize, kInk});
+        surface.Fill({box.right(), y - 0.75, kTickLength, 1.5}, kInk);
+        surface.Text({box.right() + kTickLength + kTickGap, y + halfDigit}, tick.text, {kTickTextSize, kInk});
         break;
       case Edge::kTop:
-        canvas.Fill({x - 0.75, box.y - kTickLength, 1.5, kTickLength}, kInk);
-        canvas.Text({x, box.y - kTickLength - kTickGap}, tick.text, middle);
+        surface.Fill({x - 0.75, box.y - kTickLength, 1.5, kTickLength}, kInk);
+        surface.Text({x, box.y - kTickLength - kTickGap}, tick.text, middle);
         break;
       case Edge::kBottom:
-        canvas.Fill({x - 0.75, box.bottom(), 1.5, kTickLength}, kInk);
-        canvas.Text({x, box.bottom() + kTickLength + kTickGap + 2.0 * halfDigit}, tick.text, middle);
+        surface.Fill({x - 0.75, box.bottom(), 1.5, kTickLength}, kInk);
+        surface.Text({x, box.bottom() + kTickLength + kTickGap + 2.0 * halfDigit}, tick.text, middle);
         break;
     }
   }
 }
 
-void DrawAxis(Canvas& canvas, const Box& box, Edge edge, const Axis& axis, double labelDistance) {
+void DrawAxis(Surface& surface, const Box& box, Edge edge, const Axis& axis, double labelDistance) {
   constexpr int kTicks = 7;
   const bool ascending = axis.first < axis.last;
-  DrawTicks(canvas, box, edge, axis.first, axis.last,
+  DrawTicks(surface, box, edge, axis.first, axis.last,
             RoundTicks(ascending ? axis.first : axis.last, ascending ? axis.last : axis.first, kTicks));
   TextStyle style{kLabelSize, kInk, false, Align::kCentre};
   Point at{box.x + box.width / 2.0, box.bottom() + labelDistance};
@@ -81,7 +81,7 @@ void DrawAxis(Canvas& canvas, const Box& box, Edge edge, const Axis& axis, doubl
     style.upwards = true;
     at = {edge == Edge::kLeft ? box.x - labelDistance : box.right() + labelDistance, box.y + box.height / 2.0};
   }
-  canvas.Text(at, axis.label, style);
+  surface.Text(at, axis.label, style);
 }
 
 }  // namespace orvanel::drawing

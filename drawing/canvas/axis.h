@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/layers.h"
-#include "drawing/canvas/canvas.h"
+#include "drawing/canvas/surface.h"
 
 namespace orvanel::drawing {
 
@@ -29,10 +29,10 @@ std::vector<Tick> RoundTicks(double low, double high, int count);
 enum class Edge { kLeft, kRight, kTop, kBottom };
 
 // Draws ticks outside one edge of the box.
-void DrawTicks(Canvas& canvas, const Box& box, Edge edge, double first, double last, const std::vector<Tick>& ticks);
+void DrawTicks(Surface& surface, const Box& box, Edge edge, double first, double last, const std::vector<Tick>& ticks);
 
 // Draws round ticks and the axis' label. The left label reads upwards, `labelDistance` from the box.
-void DrawAxis(Canvas& canvas, const Box& box, Edge edge, const Axis& axis, double labelDistance);
+void DrawAxis(Surface& surface, const Box& box, Edge edge, const Axis& axis, double labelDistance);
 
 }  // namespace orvanel::drawing
 

@@ -26,8 +26,11 @@ std::vector<Share> PixelShares(int pixel, int pixels, int sources) {
                 sources);
 }
 
+// Rounds a value from 0 to 255.
+std::uint8_t Channel(double value) { return static_cast<std::uint8_t>(value + 0.5); }
+
 std::uint8_t Mix(std::uint8_t under, std::uint8_t over, double coverage) {
-  return static_cast<std::uint8_t>(std::lround(under + (over - under) * coverage));
+  return Channel(under + (over - under) * coverage);
 }
 
 }  // namespace
@@ -44,6 +47,10 @@ void Canvas::Blend(int x, int y, Colour colour, double coverage) {
   Colour& pixel =
       picture_
           .pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(picture_.width) + static_cast<std::size_t>(x)];
+  if (coverage == 1.0) {
+    pixel = colour;
+    return;
+  }
   pixel = {Mix(pixel.red, colour.red, coverage), Mix(pixel.green, colour.green, coverage),
            Mix(pixel.blue, colour.blue, coverage)};
 }
@@ -120,10 +127,7 @@ void Canvas::Paste(const Box& box, const ColourPicture& picture) {
           blue += weight * c.blue;
         }
       }
-      Blend(left + x, top + y,
-            {static_cast<std::uint8_t>(std::lround(red)), static_cast<std::uint8_t>(std::lround(green)),
-             static_cast<std::uint8_t>(std::lround(blue))},
-            1.0);
+      Blend(left + x, top + y, {Channel(red), Channel(green), Channel(blue)}, 1.0);
     }
   }
 }

@@ -28,16 +28,20 @@ constexpr std::uint8_t kGrey = 0, kTrueColour = 2;
 
 // ---- Pixels as in the file: the higher byte first
 
-void Append(Bytes& bytes, std::uint8_t channel) { bytes.push_back(channel); }
+std::uint8_t* Put(std::uint8_t* to, std::uint8_t channel) {
+  *to = channel;
+  return to + 1;
+}
 
-void Append(Bytes& bytes, std::uint16_t channel) {
-  bytes.push_back(static_cast<std::uint8_t>(channel >> 8));
-  bytes.push_back(static_cast<std::uint8_t>(channel & 0xff));
+std::uint8_t* Put(std::uint8_t* to, std::uint16_t channel) {
+  to[0] = static_cast<std::uint8_t>(channel >> 8);
+  to[1] = static_cast<std::uint8_t>(channel & 0xff);
+  return to + 2;
 }
 
 template <class Channel>
-void Append(Bytes& bytes, const Rgb<Channel>& colour) {
-  for (const Channel channel : {colour.red, colour.green, colour.blue}) Append(bytes, channel);
+std::uint8_t* Put(std::uint8_t* to, const Rgb<Channel>& colour) {
+  return Put(Put(Put(to, colour.red), colour.green), colour.blue);
 }
 
 // ---- Filters: each byte minus its prediction from its neighbours, because differences compress better
@@ -62,9 +66,10 @@ int Foretold(int left, int above, int corner) {
   return 0;
 }
 
-// Writes the filter's number and the filtered row; `above` is the row before, zeros for the first.
+// Writes the filter's number and the filtered row; `above` is the row before, zeros for the first. Returns the sum of
+// the absolute values of the bytes as signed numbers.
 template <Filter kFilter>
-void FilterRow(const std::uint8_t* row, const std::uint8_t* above, const Format& format, std::uint8_t* filtered) {
+unsigned FilterRow(const std::uint8_t* row, const std::uint8_t* above, const Format& format, std::uint8_t* filtered) {
   *filtered++ = kFilter;
   const std::size_t pixel = format.pixelBytes, all = format.RowBytes();
   for (std::size_t i = 0; i < std::min(pixel, all); ++i) {
@@ -73,16 +78,12 @@ void FilterRow(const std::uint8_t* row, const std::uint8_t* above, const Format&
   for (std::size_t i = pixel; i < all; ++i) {
     filtered[i] = static_cast<std::uint8_t>(row[i] - Foretold<kFilter>(row[i - pixel], above[i], above[i - pixel]));
   }
+  unsigned weight = 0;
+  for (std::size_t i = 0; i < all; ++i) weight += std::min<unsigned>(filtered[i], 256U - filtered[i]);
+  return weight;
 }
 constexpr auto kFilterRows =
     std::array{FilterRow<kNone>, FilterRow<kLeft>, FilterRow<kAbove>, FilterRow<kAverage>, FilterRow<kPaeth>};
-
-// Sum of the absolute values of the bytes as signed numbers.
-int Weight(const Bytes& filtered) {
-  int weight = 0;
-  for (std::size_t i = 1; i < filtered.size(); ++i) weight += std::min<int>(filtered[i], 256 - filtered[i]);
-  return weight;
-}
 
 // Filters every row by the filter with the smallest sum.
 Bytes Filtered(const Bytes& samples, const Format& format) {
@@ -92,15 +93,20 @@ Bytes Filtered(const Bytes& samples, const Format& format) {
   Bytes result, trial(1 + rowBytes), best(1 + rowBytes);
   result.reserve((1 + rowBytes) * static_cast<std::size_t>(format.height));
   for (const std::uint8_t* row = samples.data(); row != samples.data() + samples.size(); row += rowBytes) {
-    int least = 0;
-    for (const auto filterRow : kFilterRows) {
-      filterRow(row, above, format, trial.data());
-      const int weight = Weight(trial);
-      if (filterRow != kFilterRows[kNone] && weight >= least) continue;
-      least = weight;
-      best.swap(trial);
+    if (std::equal(row, row + rowBytes, above)) {
+      // Most rows of a sheet. No sum is smaller than 0.
+      result.push_back(kAbove);
+      result.resize(result.size() + rowBytes);
+    } else {
+      unsigned least = 0;
+      for (const auto filterRow : kFilterRows) {
+        const unsigned weight = filterRow(row, above, format, trial.data());
+        if (filterRow != kFilterRows[kNone] && weight >= least) continue;
+        least = weight;
+        best.swap(trial);
+      }
+      result.insert(result.end(), best.begin(), best.end());
     }
-    result.insert(result.end(), best.begin(), best.end());
     above = row;
   }
   return result;
@@ -144,9 +150,9 @@ std::string Encode(const Picture<Pixel>& picture, Pixels kind, std::uint8_t colo
   if (picture.width < 1 || picture.height < 1) throw Error("cannot make a PNG file: the picture has no pixels");
   const auto bits = static_cast<std::uint8_t>(8 * sizeof(Pixel) / channels);
   const Format format{picture.width, picture.height, bits, colourType, sizeof(Pixel)};
-  Bytes samples;
-  samples.reserve(picture.pixels.size() * sizeof(Pixel));
-  for (const Pixel& pixel : picture.pixels) Append(samples, pixel);
+  Bytes samples(picture.pixels.size() * sizeof(Pixel));
+  std::uint8_t* to = samples.data();
+  for (const Pixel& pixel : picture.pixels) to = Put(to, pixel);
   const std::string perceptual(1, '\0');
   const std::string mark = kind == Pixels::kSrgb ? Chunk("sRGB", perceptual) : "";
   return "\x89PNG\r\n\x1a\n" + Chunk("IHDR", Header(format)) + mark +

@@ -34,7 +34,7 @@ constexpr Format kFormats[] = {
 };
 
 std::string NamesOfThoseBuilt() {
-  std::string names = kPictures;
+  std::string names = std::string(kPictures) + ", " + kVectors;
   for (const Format& format : kFormats) {
     if (format.encode != nullptr) names += ", " + std::string(format.name);
   }

@@ -25,6 +25,9 @@ struct Format {
 // The name of the 8-bit PNG pictures, which are always written.
 constexpr const char* kPictures = "png8";
 
+// The name of the figures as vector graphics, which are not formats of planes.
+constexpr const char* kVectors = "svg";
+
 // All other formats, including those that this program is built without.
 std::span<const Format> Formats();
 

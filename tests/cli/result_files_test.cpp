@@ -76,6 +76,22 @@ TEST(Results, EachFileHoldsThePlaneThatItsNameSays) {
   EXPECT_EQ(compared, 3 + 2 * 7);
 }
 
+TEST(Results, HoldEachFigureAsVectorGraphicsOnRequest) {
+  Request request{kPupil, kRings, {}, 0};
+  request.vectors = true;
+  std::set<std::string> names = NamesOf(ResultFiles(request));
+  for (const ResultFile& file : ResultFiles({kPupil, kRings, {}, 0})) names.erase(file.name);
+  EXPECT_EQ(names, (std::set<std::string>{"mtf.svg", "mtf_sections.svg", "psf.svg", "psf_log.svg", "wavefront.svg"}));
+  const SimulatedEye simulated = Simulated(AsymmetricEye(), kRings);
+  for (const ResultFile& file : ResultFiles(request)) {
+    if (file.name != "mtf_sections.svg") continue;
+    const std::string svg = file.encode(simulated);
+    EXPECT_NE(svg.find(">MTF sections</text>"), std::string::npos);
+    EXPECT_EQ(svg.find("<image"), std::string::npos);
+    EXPECT_EQ(svg, file.encode(simulated));
+  }
+}
+
 TEST(Results, APictureBringsItsThreeViewsAndASheet) {
   std::set<std::string> names = NamesOf(ResultFiles({kPupil, kRings, {}, 3}));
   for (const ResultFile& file : ResultFiles({kPupil, kRings, {}, 0})) names.erase(file.name);

@@ -72,10 +72,10 @@ grep -q "^Pictures        13 files in out" "$work/screen" || fail "the summary i
 in_terminal "env -u NO_COLOR '$program' simulate '$eyes/perfect_3mm.json' -o out2 --acuity 1 2>errors"
 [ -s "$work/errors" ] && fail "a progress bar in a file"
 
-# A batch that runs long enough for its line to be drawn anew.
+# A batch that runs for more than the second after which its rate is shown.
 {
   echo 'id,pupil_diameter_mm,eye,unit,normalisation,order,y_axis,Z4'
-  for i in $(seq 6000); do echo "$i,6,OD,um,orthonormal,osa,up,0.$i"; done
+  for i in $(seq 1000); do echo "$i,6,OD,um,orthonormal,osa,up,0.$i"; done
 } >"$work/eyes.csv"
 in_terminal "env -u NO_COLOR '$program' batch eyes.csv -o results.csv --jobs 1"
 grep -qE '\[#+\.+\] [0-9]+ %, [0-9]+ eyes, [0-9.]+/s, 0:00:[0-9]{2} left' "$work/stream" || fail "no rate of a batch in a terminal"

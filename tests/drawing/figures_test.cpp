@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "drawing/canvas/canvas.h"
 #include "drawing/overview.h"
 #include "drawing/sections_figure.h"
 #include "files/eyes/eye_file.h"

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "drawing/canvas/canvas.h"
 #include "metrics/quality_names.h"
 #include "tests/drawing/blank_margin.h"
 

@@ -90,27 +90,36 @@ void OtfLattice::SetFlat(const Pupil& flat) {
     const double* const v = m.spectrum.data() + transform.At(r, q);
     return unit * std::sqrt(v[0] * v[0] + v[m.chords.width] * v[m.chords.width]);
   };
-  std::vector<double> exact(At(m.side, 0, columns)), lacking(exact.size());
+  const double rim = RimTransmission(flat);
+  const auto correctionOf = [&](double exact, double lacking, double overlap) {
+    // Where next to nothing overlaps, samples of the rim decide, and their ratio means nothing.
+    const double least = 1e-4 * cells;
+    return overlap > least ? 1.0 + rim * lacking / overlap : exact > 0.0 ? 1.0 : 0.0;
+  };
+  const bool attenuated = AttenuationOf(flat).perSquare != 0.0;
+  m.correction.resize(At(m.side, 0, columns));
+  std::vector<double> exact(attenuated ? m.correction.size() : 0), lacking(exact.size());
   for (int r = 0; r < m.side; ++r) {
     for (int q = 0; q <= half; ++q) {
       const double fx = q * m.frequencies.step;
       const double fy = (r < half ? -r : m.side - r) * m.frequencies.step;
       const std::size_t i = At(r, q, columns);
-      exact[i] = area * perfect.At(fx, fy);
-      lacking[i] = exact[i] - overlapAt(r, q);
+      const double overlap = overlapAt(r, q), whole = area * perfect.At(fx, fy);
+      if (attenuated) {
+        exact[i] = whole;
+        lacking[i] = whole - overlap;
+      } else {
+        m.correction[i] = correctionOf(whole, whole - overlap, overlap);
+      }
     }
   }
-  const Attenuation attenuation = AttenuationOf(flat);
-  const double rim = RimTransmission(flat);
-  if (attenuation.perSquare != 0.0) Autocorrelate(flat);
-  m.correction.assign(exact.size(), 0.0);
-  for (int r = 0; r < m.side; ++r) {
-    for (int q = 0; q <= half; ++q) {
-      const std::size_t i = At(r, q, columns);
-      const double overlap = overlapAt(r, q);
-      // Where next to nothing overlaps, samples of the rim decide, and their ratio means nothing.
-      const double least = 1e-4 * cells;
-      m.correction[i] = overlap > least ? 1.0 + rim * lacking[i] / overlap : exact[i] > 0.0 ? 1.0 : 0.0;
+  if (attenuated) {
+    Autocorrelate(flat);
+    for (int r = 0; r < m.side; ++r) {
+      for (int q = 0; q <= half; ++q) {
+        const std::size_t i = At(r, q, columns);
+        m.correction[i] = correctionOf(exact[i], lacking[i], overlapAt(r, q));
+      }
     }
   }
   m.flat = flat;

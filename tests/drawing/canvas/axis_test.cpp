@@ -5,6 +5,8 @@
 
 #include <limits>
 
+#include "drawing/canvas/canvas.h"
+
 namespace orvanel::drawing {
 namespace {
 
