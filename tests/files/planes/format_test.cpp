@@ -28,7 +28,8 @@ TEST(Format, AnUnknownNameIsAnsweredWithThoseThatThereAre) {
     FormatNamed("bmp");
     FAIL();
   } catch (const Error& error) {
-    EXPECT_TRUE(std::string(error.what()).starts_with("'bmp' is not one of png8, svg, npy, csv, png16")) << error.what();
+    EXPECT_TRUE(std::string(error.what()).starts_with("'bmp' is not one of png8, svg, npy, csv, png16"))
+        << error.what();
   }
 }
 
