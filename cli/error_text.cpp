@@ -4,6 +4,7 @@
 #include "evaluation/errors.h"
 #include "eye/errors.h"
 #include "files/errors.h"
+#include "metrics/errors.h"
 #include "models/adapters/physical_refusal.h"
 
 namespace orvanel::cli {
@@ -52,6 +53,9 @@ std::string TextOf(const Error& error) {
   }
   if (const auto* const order = dynamic_cast<const OrderAboveHighest*>(&error)) {
     return order->fact + "let --highest-order " + std::to_string(order->highest) + " drop what is above";
+  }
+  if (const auto* const metric = dynamic_cast<const MetricOfPhysicalModel*>(&error)) {
+    return metric->fact + "remove --model classic";
   }
   if (const auto* const threads = dynamic_cast<const TooFewThreads*>(&error)) {
     return threads->fact + "request fewer with --jobs";

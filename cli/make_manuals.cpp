@@ -8,6 +8,7 @@
 #include "cli/commands/command_line.h"
 #include "cli/manual.h"
 #include "metrics/metrics.h"
+#include "metrics/quality/catalogue.h"
 
 namespace {
 
@@ -31,12 +32,19 @@ int main(int argc, char** argv) {
   const Program program = DefineProgram();
   std::set<std::string> metrics;  // some words are of both models
   for (const Metric& metric : Metrics()) metrics.insert(metric.word);
-  std::string words;
-  for (const std::string& metric : metrics) words += metric + " ";
+  std::string table, quality;
+  for (const std::string& metric : metrics) table += metric + " ";
+  for (const QualityRow& row : QualityCatalogue()) quality += row.name + std::string(" ");
   const CLI::App& app = *program.app;
   bool good = Write(folder / "orvanel.1", ManualPage(app, nullptr));
   for (const CLI::App* subcommand : app.get_subcommands({})) {
     good = Write(folder / (ManualName(*subcommand, &app) + ".1"), ManualPage(*subcommand, &app)) && good;
   }
-  return Write(folder / "orvanel.bash", BashCompletion(app, {{"--metrics", words}})) && good ? 0 : 1;
+  return Write(folder / "orvanel.bash", BashCompletion(app, {{"batch:--metrics", table + quality + "all"},
+                                                             {"--metric", quality + "all"},
+                                                             {"--metrics", quality + "all"},
+                                                             {"--refract", quality}})) &&
+                 good
+             ? 0
+             : 1;
 }

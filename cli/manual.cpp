@@ -123,7 +123,8 @@ std::string BashCompletion(const CLI::App& program, const std::map<std::string, 
     for (const CLI::Option* option : subcommand->get_options()) {
       const bool list = option->get_type_name() == "LIST";
       for (const std::string& name : option->get_lnames()) {
-        const auto listed = words.find("--" + name);
+        auto listed = words.find(subcommand->get_name() + ":--" + name);
+        if (listed == words.end()) listed = words.find("--" + name);
         const std::string taken = listed == words.end() ? WordsTaken(*option) : listed->second;
         if (taken.empty()) continue;
         wordCases += "    " + subcommand->get_name() + ":--" + name + ") words='" + taken + "'" +

@@ -18,7 +18,7 @@ std::string ManualPage(const CLI::App& app, const CLI::App* parent);
 std::string ManualName(const CLI::App& app, const CLI::App* parent);
 
 // The bash completion of subcommands, their options, and the words that options accept, also in lists with commas.
-//   words  of options whose description does not list them
+//   words  of options whose description does not list them, by "--option", or "subcommand:--option" for one subcommand
 std::string BashCompletion(const CLI::App& program, const std::map<std::string, std::string>& words);
 
 }  // namespace orvanel::cli

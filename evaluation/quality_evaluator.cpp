@@ -14,9 +14,15 @@ namespace orvanel::evaluation {
 QualityEvaluator::QualityEvaluator(PhysicalSettings settings, QualityRequest request)
     : settings_(std::move(settings)), request_(std::move(request)), workspace_(ChosenKernels()) {}
 
-Quality QualityEvaluator::Evaluate(const Eye& eye) {
+QualityValue QualityEvaluator::EvaluateOne(const Eye& eye, QualityMetric metric) {
+  QualityRequest request = request_;
+  request.metrics = {metric};
+  return Evaluate(eye, request).values.front();
+}
+
+Quality QualityEvaluator::Evaluate(const Eye& eye, const QualityRequest& request) {
   if (eye.prescription) throw PrescriptionPending();
-  const QualityOutcome outcome = QualityOf(PhysicalEyeOf(eye, settings_), settings_.light, request_, workspace_);
+  const QualityOutcome outcome = QualityOf(PhysicalEyeOf(eye, settings_), settings_.light, request, workspace_);
   if (outcome) return *outcome;
   const physical::Refusal& refusal = outcome.refusal().model;
   if (outcome.refusal().problem == QualityProblem::kGaussianSd) {

@@ -18,11 +18,16 @@ class QualityEvaluator {
 
   // The values are in the order of the request. Throws PhysicalRefusal for an eye or light that the physical model
   // refuses, OrderAboveHighest for terms above radial order 10, GaussianSdOutOfRange and PrescriptionPending.
-  Quality Evaluate(const Eye& eye);
+  Quality Evaluate(const Eye& eye) { return Evaluate(eye, request_); }
+
+  // One metric, under the conditions of the request.
+  QualityValue EvaluateOne(const Eye& eye, QualityMetric metric);
 
   const QualityRequest& request() const { return request_; }
 
  private:
+  Quality Evaluate(const Eye& eye, const QualityRequest& request);
+
   PhysicalSettings settings_;
   QualityRequest request_;
   QualityWorkspace workspace_;

@@ -27,6 +27,16 @@ class UnknownMetric : public Error {
   std::string wanted, known, near;
 };
 
+// A metric of image quality is requested of the classic model.
+class MetricOfPhysicalModel : public ErrorWithFix {
+ public:
+  explicit MetricOfPhysicalModel(std::string_view wantedName)
+      : ErrorWithFix("the classic model has no metric " + Quoted(wantedName) + "; ", "choose the physical model"),
+        wanted(wantedName) {}
+
+  std::string wanted;
+};
+
 // No metric has a column of this name.
 class UnknownColumn : public Error {
  public:

@@ -217,20 +217,27 @@ bool IsFor(const Metric& metric, ModelKind model) {
   return metric.models == For::kBoth || (metric.models == For::kPhysical) == (model == ModelKind::kPhysical);
 }
 
+const Metric* MetricNamed(std::string_view word, ModelKind model) {
+  const auto found = std::find_if(Table().begin(), Table().end(), [word, model](const Metric& metric) {
+    return metric.word == word && IsFor(metric, model);
+  });
+  return found == Table().end() ? nullptr : &*found;
+}
+
+std::string MetricWords(ModelKind model) {
+  std::string words;
+  for (const Metric& metric : Table()) {
+    if (IsFor(metric, model)) words += (words.empty() ? "" : ", ") + std::string(metric.word);
+  }
+  return words;
+}
+
 std::vector<const Metric*> MetricsNamed(std::string_view list, ModelKind model) {
   std::vector<const Metric*> chosen;
   for (const std::string_view word : Split(list)) {
-    const auto found = std::find_if(Table().begin(), Table().end(), [word, model](const Metric& metric) {
-      return metric.word == word && IsFor(metric, model);
-    });
-    if (found == Table().end()) {
-      std::string words;
-      for (const Metric& metric : Table()) {
-        if (IsFor(metric, model)) words += (words.empty() ? "" : ", ") + std::string(metric.word);
-      }
-      throw UnknownMetric(word, words);
-    }
-    if (std::find(chosen.begin(), chosen.end(), &*found) == chosen.end()) chosen.push_back(&*found);
+    const Metric* const metric = MetricNamed(word, model);
+    if (metric == nullptr) throw UnknownMetric(word, MetricWords(model));
+    if (std::find(chosen.begin(), chosen.end(), metric) == chosen.end()) chosen.push_back(metric);
   }
   return chosen;
 }

@@ -54,6 +54,12 @@ struct MetricChoice {
   ModelKind model = ModelKind::kClassic;
 };
 
+// The metric of this word; null if the model has none.
+const Metric* MetricNamed(std::string_view word, ModelKind model);
+
+// The words of a model's metrics, separated by commas.
+std::string MetricWords(ModelKind model);
+
 // Parses "strehl,rms": each metric once, in this order. Throws Error.
 std::vector<const Metric*> MetricsNamed(std::string_view list, ModelKind model = ModelKind::kClassic);
 

@@ -43,6 +43,18 @@ std::string NamesOf(Chosen chosen) {
   return names;
 }
 
+// Of a unit in the name of a column.
+std::string UnitEnding(std::string_view unit) {
+  if (unit == "1") return "";
+  return std::string("_").append(unit == "c/deg" ? "cpd" : Lower(unit));
+}
+
+// LIB is a share of the light, and VOTF and VNOTF are relative to the eye's own MTF.
+bool IsToReference(const QualityRow& row) {
+  return row.isRatio && row.plane != QualityPlane::kPupil && row.metric != QualityMetric::kLib &&
+         row.metric != QualityMetric::kVotf && row.metric != QualityMetric::kVnotf;
+}
+
 }  // namespace
 
 std::vector<QualityMetric> QualityMetricsNamed(std::string_view list) {
@@ -113,6 +125,19 @@ std::string QualityMetricNames() {
 
 std::string QualityMetricNamesNear(std::string_view name) {
   return NamesOf([name](const QualityRow& row) { return IsNear(name, row.name); });
+}
+
+std::string ColumnNameOf(QualityMetric metric, const QualityRequest& request) {
+  const QualityRow& row = RowOf(metric);
+  std::string name = row.name + UnitEnding(row.unit);
+  if (metric == QualityMetric::kNs) name += "_sd_" + ShortestText(request.gaussianSdArcmin) + "_arcmin";
+  if (row.usesContrast && !request.contrast.isDefault()) name += "_own_csf";
+  if (row.usesOrigin) name += "_origin_" + std::string(Word(request.origin));
+  if (IsToReference(row)) {
+    name += "_reference_";
+    for (const char c : std::string_view(Word(request.reference))) name += c == '-' ? '_' : c;
+  }
+  return name + "_physical";
 }
 
 const char* Word(QualityOrigin origin) {

@@ -37,6 +37,10 @@ std::vector<double> ValuesOf(const Quality& quality);
 std::string QualityMetricNames();
 std::string QualityMetricNamesNear(std::string_view name);
 
+// The name of a column of its values: "VSX_origin_best_reference_same_light_physical". It has the unit, and what the
+// values depend on: the origin, the reference, the Gaussian of NS, and whether the contrast sensitivity is a user's.
+std::string ColumnNameOf(QualityMetric metric, const QualityRequest& request);
+
 // "axis", "peak", "centroid", "best".
 const char* Word(QualityOrigin origin);
 std::optional<QualityOrigin> QualityOriginNamed(std::string_view word);

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <filesystem>
+#include <memory>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -18,6 +20,8 @@
 #include "cli/batch/whole_rows.h"
 #include "cli/console/terminal.h"
 #include "cli/error_text.h"
+#include "evaluation/columns/lens_columns.h"
+#include "evaluation/columns/quality_columns.h"
 #include "evaluation/in_order.h"
 #include "files/input_file.h"
 #include "files/interruption.h"
@@ -39,6 +43,7 @@ struct BatchRow {
   TableEye eye;
   std::string error;
   std::string undersampled;  // a warning about undersampling, which is not an error
+  bool noted = false;        // the line has a note
   std::string line;          // of the results
   bool again = false;        // the results have this row already; only planes or pictures are written again
   std::optional<Dropped> dropped;
@@ -57,6 +62,13 @@ std::string ErrorText(const ErrorAt& error) {
          ReasonOf(error);
 }
 
+// A lens is searched by one metric.
+QualityRequest LensRequest(const BatchRequest& request) {
+  QualityRequest quality = request.quality;
+  quality.metrics = {*request.lensBy};
+  return quality;
+}
+
 // Computes eyes; one object for each thread.
 class Worker {
  public:
@@ -64,6 +76,11 @@ class Worker {
       : request_(request),
         evaluator_(request.model),
         columns_(ResultColumns(request).size()),
+        quality_(request.quality.metrics.empty()
+                     ? nullptr
+                     : std::make_unique<QualityEvaluator>(request.model.physical, request.quality)),
+        lens_(request.lensBy ? std::make_unique<QualityEvaluator>(request.model.physical, LensRequest(request))
+                             : nullptr),
         needs_((request.planes.empty() ? Needs() : NeedsOf(request.planeKinds)) |
                (pictures ? NeedsOf(request.pictureKinds) : Needs())) {
     if (pictures) pictureWriter_.emplace(*pictures, evaluator_, star);
@@ -79,12 +96,14 @@ class Worker {
 
  private:
   void Compute(BatchRow& row) {
-    std::vector<double> values;
+    ColumnValues columns;
     if (row.error.empty()) {
       try {
         const Eye eye = Adjusted(std::move(row.eye.eye), request_.adjustments, &row.dropped);
-        values = evaluator_.Measure(eye, request_.choice, needs_);
-        if (row.dropped) values.push_back(row.dropped->rms.value());
+        for (const double value : evaluator_.Measure(eye, request_.choice, needs_)) columns.Add(value);
+        if (quality_) AddQualityColumns(*quality_, eye, columns);
+        if (lens_) AddLensColumns(*lens_, eye, request_.lens, columns);
+        if (row.dropped) columns.Add(row.dropped->rms.value());
         row.scale = ScaleOf(evaluator_.results());
         if (evaluator_.results().undersampled > request_.maxUndersampled) row.undersampled = UndersampledText(row.eye);
       } catch (const Error& error) {
@@ -98,7 +117,15 @@ class Worker {
       if (pictureWriter_) pictureWriter_->Paint(row.row);
     }
     for (const std::string& identifier : row.eye.identifiers) row.line += CsvField(identifier) + ",";
-    for (std::size_t i = 0; i < columns_; ++i) row.line += (row.error.empty() ? ShortestText(values[i]) : "") + ",";
+    for (std::size_t i = 0; i < columns_; ++i) {
+      const bool missing = !row.error.empty() || std::isnan(columns.values()[i]);
+      row.line += (missing ? "" : ShortestText(columns.values()[i])) + ",";
+    }
+    if (HasNotes(request_)) {
+      const std::string notes = row.error.empty() ? columns.Notes() : "";
+      row.noted = !notes.empty();
+      row.line += CsvField(notes) + ",";
+    }
     row.line += CsvField(row.error) + "\n";
   }
 
@@ -112,6 +139,7 @@ class Worker {
   const BatchRequest& request_;
   Evaluator evaluator_;
   std::size_t columns_;
+  std::unique_ptr<QualityEvaluator> quality_, lens_;
   Needs needs_;  // beside those of the metrics
   std::optional<PictureWriter> pictureWriter_;
 };
@@ -124,6 +152,7 @@ class Batch {
         source_(request.eyeFiles.empty() ? EyeSource(request.table, request.kind, request.stated, request.tableOptions)
                                          : EyeSource(request.eyeFiles, request.stated)) {
     record_.columns = ResultColumns(request);
+    if (HasNotes(request)) record_.columns.emplace_back(kNoteColumn);
     record_.eyeFiles = source_.files();
     if (request.eyeFiles.empty()) {
       tableState_ = StateOf(PathOf(request.table));
@@ -321,7 +350,8 @@ class Batch {
 
   bool Read(Rows& rows) {
     constexpr std::size_t kTogether = 16;  // so that passing tasks to threads costs little per row
-    const std::size_t together = request_.planes.empty() && request_.pictures.empty() ? kTogether : 1;
+    const bool costly = HasNotes(request_) || !request_.planes.empty() || !request_.pictures.empty();
+    const std::size_t together = costly ? 1 : kTogether;
     rows.clear();
     for (BatchRow row; rows.size() < together && ReadRow(row); row = {}) rows.push_back(std::move(row));
     return !rows.empty();
@@ -386,6 +416,7 @@ class Batch {
         continue;
       }
       if (row.dropped) result_.dropped.Add(*row.dropped);
+      if (row.noted) ++result_.noted;
       pending_ += row.line;
       all_.Add(row.line);
       if (!planes_ || endsChunk) sure_ = all_;
@@ -479,9 +510,16 @@ class Batch {
 
 std::vector<std::string> ResultColumns(const BatchRequest& request) {
   std::vector<std::string> columns = Columns(request.choice);
+  const auto add = [&columns](const std::vector<std::string>& more) {
+    columns.insert(columns.end(), more.begin(), more.end());
+  };
+  add(QualityColumnNames(request.quality));
+  if (request.lensBy) add(LensColumnNames(LensRequest(request)));
   if (request.adjustments.highestOrder) columns.emplace_back("dropped_rms_um");
   return columns;
 }
+
+bool HasNotes(const BatchRequest& request) { return !request.quality.metrics.empty() || request.lensBy; }
 
 BatchResult RunBatch(const BatchRequest& request, const std::function<void(const std::string& columns)>& tell) {
   return Batch(request).Run(tell);

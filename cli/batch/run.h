@@ -11,10 +11,12 @@
 #include "cli/batch/output/picture_files.h"
 #include "cli/batch/output/plane_chunks.h"
 #include "cli/batch/run_record.h"
+#include "evaluation/correction/best_correction.h"
 #include "eye/adjustments.h"
 #include "eye/conventions/partial_convention.h"
 #include "files/tables/eye_table.h"
 #include "metrics/metrics.h"
+#include "metrics/quality/quality.h"
 #include "orvanel/sampling.h"
 
 namespace orvanel::cli {
@@ -28,6 +30,9 @@ struct BatchRequest {
   Adjustments adjustments;
   ModelRequest model;
   MetricChoice choice;
+  QualityRequest quality;               // metrics of image quality; none unless it names some
+  std::optional<QualityMetric> lensBy;  // the metric that a lens is searched by, under the conditions of `quality`
+  CorrectionRequest lens;
   std::size_t jobs = 1;
   bool strict = false, resume = false, force = false;
   double maxUndersampled = kLargestUndersampledShare;  // rows above it are counted, and stop a strict run
@@ -43,18 +48,23 @@ struct BatchResult {
   std::size_t errors = 0;        // rows with an error
   std::size_t again = 0;         // rows of earlier runs whose planes and pictures are written again
   std::size_t undersampled = 0;  // rows of this run above maxUndersampled
+  std::size_t noted = 0;         // rows of this run with a note
   DroppedOfMany dropped;         // by this run
 };
 
-// The columns that a run computes.
+// The columns of numbers that a run computes.
 std::vector<std::string> ResultColumns(const BatchRequest& request);
 
+// Whether the results have the column of notes, with the reasons of missing and doubtful values in valid rows.
+bool HasNotes(const BatchRequest& request);
+
 // Computes one row of results for each row of the table in the shard, in the same order. A row has the user's columns,
-// the chosen columns, and the error, empty if there is none. An eye file becomes a row with its name in the column
-// "file". Throws Error; the results then contain whole rows only.
+// the chosen columns, the note if there is such a column, and the error, empty if there is none. An eye file becomes a
+// row with its name in the column "file". Throws Error; the results then contain whole rows only.
 //   tell  is called before the first row with the summary of the table's columns; empty for eye files
 BatchResult RunBatch(const BatchRequest& request, const std::function<void(const std::string& columns)>& tell = {});
 
+constexpr const char* kNoteColumn = "quality_note";
 constexpr const char* kErrorColumn = "error";
 
 }  // namespace orvanel::cli

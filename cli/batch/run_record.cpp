@@ -35,6 +35,9 @@ std::size_t Count(const Json& json, const char* key, std::size_t least, std::siz
   return value;
 }
 
+// Spectra and contrast sensitivities are too long for a message.
+constexpr std::size_t kLongestInMessages = 100;
+
 std::string WordOf(const std::string& text) { return text.empty() ? "not given" : Quoted(text); }
 
 std::string Setting(const RunRecord& record, const std::string& name) {
@@ -49,7 +52,9 @@ std::string DifferenceOfSettings(const RunRecord& before, const RunRecord& now, 
     for (const auto& [name, text] : record->settings) {
       if (anyFiles && (name == kPlanesOption || name == kPicturesOption)) continue;
       const std::string was = Setting(before, name), is = Setting(now, name);
-      if (was != is) return name + " was " + WordOf(was) + " and is " + WordOf(is);
+      if (was == is) continue;
+      if (std::max(was.size(), is.size()) > kLongestInMessages) return name + " has other values";
+      return name + " was " + WordOf(was) + " and is " + WordOf(is);
     }
   }
   return "";

@@ -3,10 +3,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <span>
+#include <string_view>
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "cli/batch/run.h"
 #include "files/input_file.h"
 #include "files/tables/csv.h"
 #include "metrics/metrics.h"
@@ -50,26 +53,39 @@ std::vector<std::vector<double>> ReadColumns(const std::string& results, std::sp
   for (auto& its : values) its.reserve(rows);
   while (reader.Next(row)) {
     if (!row[row.size() - 1].empty()) continue;
-    for (std::size_t i = 0; i < fields.size(); ++i) values[i].push_back(ParseNumber(row[fields[i]]));
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      if (!row[fields[i]].empty()) values[i].push_back(ParseNumber(row[fields[i]]));
+    }
   }
   return values;
 }
 
-}  // namespace
-
-std::size_t CountUndersampled(const std::string& results, double limit) {
+// The number of rows without error whose field of this column is counted; 0 if there is no such column.
+std::size_t CountFields(const std::string& results, const std::string& column,
+                        const std::function<bool(std::string_view field)>& counts) {
   InputFile stream(results);
   CsvReader reader(stream, results);
   Record row;
   if (!reader.Next(row)) return 0;
   std::size_t field = 0;
-  while (field < row.size() && row[field] != kUndersampledColumn) ++field;
+  while (field < row.size() && row[field] != column) ++field;
   if (field == row.size()) return 0;
   std::size_t count = 0;
   while (reader.Next(row)) {
-    if (row[row.size() - 1].empty() && ParseNumber(row[field]) > limit) ++count;
+    if (row[row.size() - 1].empty() && counts(row[field])) ++count;
   }
   return count;
+}
+
+}  // namespace
+
+std::size_t CountUndersampled(const std::string& results, double limit) {
+  return CountFields(results, kUndersampledColumn,
+                     [limit](std::string_view field) { return !field.empty() && ParseNumber(field) > limit; });
+}
+
+std::size_t CountNoted(const std::string& results) {
+  return CountFields(results, kNoteColumn, [](std::string_view field) { return !field.empty(); });
 }
 
 std::string UndersampledText(std::size_t count, double limit) {

@@ -10,13 +10,18 @@
 #include "base/split.h"
 #include "cli/batch/run.h"
 #include "cli/batch/statistics.h"
+#include "cli/commands/options/correction_options.h"
 #include "cli/commands/options/model_options.h"
 #include "cli/commands/options/options.h"
+#include "cli/commands/options/quality_options.h"
 #include "cli/console/report.h"
 #include "cli/console/terminal.h"
+#include "cli/error_text.h"
 #include "evaluation/evaluator.h"
 #include "files/eyes/any_eye.h"
 #include "files/input_file.h"
+#include "metrics/named_metrics.h"
+#include "metrics/quality_names.h"
 
 namespace orvanel::cli {
 namespace {
@@ -25,6 +30,8 @@ constexpr const char* kBatchExamples =
     "Examples:\n"
     "  orvanel batch eyes.csv -o results.csv\n"
     "  orvanel batch eyes.csv -o strehl.csv --metrics strehl_peak,rms --pupil 4 --summary\n"
+    "  orvanel batch eyes.csv -o vsx.csv --metrics rms,VSX,D50 --metric-origin peak\n"
+    "  orvanel batch eyes.csv -o lenses.csv --metrics refraction --refract VSX --step 0.25\n"
     "  orvanel batch eyes.csv -o at_15_cpd.csv --mtf-at 15 --light 589\n"
     "  orvanel batch eyes.csv -o classic.csv --model classic --metrics strehl,mtf_area --acuity 0.5,1\n"
     "  orvanel batch eyes.csv -o with_planes.csv --planes planes.h5 --pictures pictures\n"
@@ -40,6 +47,10 @@ counts values unlike those of a human eye: a pupil outside 0.5 to 12 mm, a refra
 Instead of a table there can be eye files (.json). Each gives one row, in the order of the command line, with its name
 in the column 'file'. A file that is invalid or cannot be read gives an invalid row.
 
+A value that does not exist for a row, or is not to be trusted, is explained in the column 'quality_note'; the former is
+empty. --refract searches the lens to be worn with the best value of a metric, as 'orvanel refract' does: minus
+cylinder, axis of trial frames. The least-squares refraction is the metric refraction.
+
 An interrupted run continues with --resume and gives the same bytes. Its settings are stored in RESULTS.orvanel.
 Chunks of rows are assigned to the shards in turn (round-robin); 'orvanel merge' joins the shards.
 )";
@@ -52,6 +63,7 @@ struct BatchCommand {
   BatchRequest request;
   std::optional<FileKind> kind;
   std::string metrics, frequencies, acuities, planesOf = "psf,mtf", picturesOf = "psf,star";
+  std::vector<CLI::Option*> conditions;  // of metrics of image quality
   bool summary = false;
 };
 
@@ -70,6 +82,7 @@ std::string MetricNotes() {
       notes += (metric.usual ? "* " : "  ") + word + std::string(17 - word.size(), ' ') + metric.description + "\n";
     }
   }
+  notes += "of image quality, on the physical model: the names below; all means all metrics of the model\n";
   return notes;
 }
 
@@ -126,6 +139,10 @@ void RunCommand(const BatchCommand& command) {
       result.earlier > 0 ? CountUndersampled(request.results, request.maxUndersampled) : result.undersampled;
   const std::string samples = UndersampledText(undersampled, request.maxUndersampled);
   if (undersampled > 0) report += ReportLine("Undersampled", samples);
+  const std::size_t noted = result.earlier > 0 ? CountNoted(request.results) : result.noted;
+  const std::string notes = std::to_string(noted) + (noted == 1 ? " row has" : " rows have") +
+                            " values that are missing or doubtful; see the column '" + kNoteColumn + "'";
+  if (noted > 0) report += ReportLine("Notes", notes);
   if (result.again > 0) {
     report += ReportLine("Repeated", "planes and pictures of " + std::to_string(result.again) +
                                          " rows, since some were missing or incomplete");
@@ -136,6 +153,7 @@ void RunCommand(const BatchCommand& command) {
   } else {
     if (result.dropped.affected > 0) PrintWarning(Text(result.dropped, *request.adjustments.highestOrder));
     if (undersampled > 0) PrintWarning("undersampled: " + samples);
+    if (noted > 0) PrintWarning(notes);
   }
   if (result.errors > 0) {
     throw FaultyRows((request.eyeFiles.empty() ? InputName(request.table) : "eye files") + ": " +
@@ -147,7 +165,7 @@ void RunCommand(const BatchCommand& command) {
 void AddOutputOptions(CLI::App& batch, BatchCommand& command) {
   constexpr const char* kGroup = "Results";
   BatchRequest& request = command.request;
-  AddParsedOption(batch, "--metrics", "LIST", "Metrics to compute, of those below, separated by commas",
+  AddParsedOption(batch, "--metrics", "LIST", "Metrics to compute, of those below, separated by commas; or all",
                   [&command](const std::string& text) { command.metrics = text; })
       ->group(kGroup);
   AddParsedOption(batch, "--mtf-at", "LIST", "Also compute the MTF at these frequencies, in cycles/degree",
@@ -177,6 +195,22 @@ void AddOutputOptions(CLI::App& batch, BatchCommand& command) {
                   "Which pictures; star is its retinal image: psf, mtf, star [psf,star]",
                   [&request](const std::string& text) { request.pictureKinds = PictureKindsNamed(text); })
       ->group(kGroup);
+}
+
+// --refract and the options of its search. Returns --refract.
+std::vector<CLI::Option*> AddLensOptions(CLI::App& batch, BatchRequest& request) {
+  constexpr const char* kGroup = "Best lens";
+  CLI::Option* const refract =
+      AddParsedOption(batch, "--refract", "METRIC",
+                      "Also search the lens with the best value of this metric of image quality",
+                      [&request](const std::string& text) {
+                        const std::vector<QualityMetric> metrics = QualityMetricsNamed(text);
+                        if (metrics.size() != 1) throw Error("a lens is searched by one metric; name only one");
+                        request.lensBy = metrics.front();
+                      })
+          ->group(kGroup);
+  for (CLI::Option* const option : AddCorrectionOptions(batch, request.lens)) option->needs(refract)->group(kGroup);
+  return {refract};
 }
 
 void AddRunOptions(CLI::App& batch, BatchCommand& command) {
@@ -234,6 +268,27 @@ void ChooseEyes(BatchCommand& command) {
   request.kind = TableKindOf(KindOf(*table, command.kind));
 }
 
+// What the metrics of image quality depend on, also where it is the default. A file of a contrast sensitivity may
+// change between runs, so the record has its points.
+void NameTheQuality(BatchRequest& request) {
+  if (!HasNotes(request)) return;
+  std::vector<std::pair<std::string, std::string>>& settings = request.record.settings;
+  std::string contrast;
+  for (const ContrastSensitivity::Point& point : request.quality.contrast.table()) {
+    contrast +=
+        (contrast.empty() ? "" : " ") + ShortestText(point.frequency) + " c/deg: " + ShortestText(point.sensitivity);
+  }
+  const std::pair<const char*, std::string> conditions[] = {
+      {"--metric-origin", Word(request.quality.origin)},
+      {"--metric-reference", Word(request.quality.reference)},
+      {"--csf", contrast.empty() ? "Campbell and Green (1965)" : contrast},
+      {"--gaussian-sd", ShortestText(request.quality.gaussianSdArcmin)}};
+  for (const auto& [name, text] : conditions) {
+    std::erase_if(settings, [its = name](const auto& setting) { return setting.first == its; });
+    settings.emplace_back(name, text);
+  }
+}
+
 // The record states the model and its light also where they are the defaults. A file of a spectrum may change between
 // runs, so the record has its lines.
 void NameTheModel(BatchRequest& request) {
@@ -246,6 +301,16 @@ void NameTheModel(BatchRequest& request) {
     light += (light.empty() ? "" : " ") + ShortestText(line.wavelengthNm) + " nm * " + ShortestText(line.weight);
   }
   settings.emplace_back("--light", light);
+}
+
+// Conditions of metrics without such a metric would have no effect.
+void RequireUseOf(const std::vector<CLI::Option*>& conditions, const BatchRequest& request) {
+  if (HasNotes(request)) return;
+  for (const CLI::Option* const option : conditions) {
+    if (option->count() == 0) continue;
+    throw CLI::ValidationError(option->get_name(false, false),
+                               "there is no metric of image quality; name one with --metrics or --refract");
+  }
 }
 
 void Complete(BatchCommand& command, const CLI::App& batch) {
@@ -267,12 +332,13 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
   }
   if (!command.metrics.empty()) {
     try {
-      request.choice.metrics = MetricsNamed(command.metrics, request.model.kind);
+      NamedMetrics named = AnyMetricsNamed(command.metrics, request.model.kind);
+      request.choice.metrics = std::move(named.table);
+      request.quality.metrics = std::move(named.quality);
     } catch (const Error& error) {
-      throw CLI::ValidationError("--metrics", error.what());
+      throw CLI::ValidationError("--metrics", TextOf(error));
     }
-  }
-  if (request.choice.metrics.empty()) {
+  } else {
     const std::optional<Millimetres> pupil =
         request.adjustments.pupil ? request.adjustments.pupil : request.stated.pupil;
     // Standard output has no record for the values that all rows share.
@@ -285,9 +351,11 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
   }
   if (request.planeKinds.empty()) request.planeKinds = PlaneKindsNamed("psf,mtf");
   if (request.pictureKinds.empty()) request.pictureKinds = PictureKindsNamed("psf,star");
+  RequireUseOf(command.conditions, request);
   request.record.version = ORVANEL_VERSION;
   request.record.settings = SettingsOf(batch);
   NameTheModel(request);
+  NameTheQuality(request);
 }
 
 }  // namespace
@@ -309,11 +377,14 @@ Run DefineBatch(CLI::App& app) {
   AddRunOptions(batch, *command);
   AddTableFormatOption(batch, command->kind);
   AddTableOptions(batch, request.tableOptions);
-  AddModelOptions(batch, command->model, ModelOutput::kPlanes);
+  command->conditions = AddQualityConditions(batch, request.quality, ModelOutput::kPlanes);
+  std::vector<CLI::Option*> physical = AddLensOptions(batch, request);
+  physical.insert(physical.end(), command->conditions.begin(), command->conditions.end());
+  AddModelOptions(batch, command->model, ModelOutput::kPlanes, physical);
   AddStatementOptions(batch, request.stated);
   AddAdjustmentOptions(batch, request.adjustments);
   batch.footer(std::string(kBatchNotes) + "\n" + kColumnNotes + "\n" + kModelNotes + "\n" + MetricNotes() + "\n" +
-               kBatchExamples);
+               QualityCatalogueText() + "\n" + kQualityNotes + "\n" + kBatchExamples);
   batch.final_callback([command, &batch] { Complete(*command, batch); });
   return [command] { RunCommand(*command); };
 }

@@ -2,12 +2,12 @@
 #include "cli/commands/refract.h"
 
 #include <CLI/App.hpp>
-#include <cmath>
 #include <optional>
 #include <utility>
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "cli/commands/options/correction_options.h"
 #include "cli/commands/options/model_options.h"
 #include "cli/commands/options/options.h"
 #include "cli/commands/options/quality_options.h"
@@ -44,10 +44,6 @@ A just noticeable difference is 0.049 in log10 VSX. The estimate of acuity is a 
 0.31, from -0.9 to 0. Source of both: Ravikumar et al. 2011.
 )";
 
-constexpr double kSmallestStep = 0.01, kLargestStep = 1.0;  // dioptres
-constexpr double kSmallestAxisStep = 1.0, kLargestAxisStep = 45.0;
-constexpr double kNearestVertex = 1.0, kFarthestVertex = 30.0;  // mm
-
 struct RefractCommand {
   InputOptions input;
   Adjustments adjustments;
@@ -57,14 +53,6 @@ struct RefractCommand {
   std::string sheet;
   bool json = false, force = false;
 };
-
-double RefractNumber(const std::string& text, double low, double high) {
-  const double number = ParseNumber(text);
-  if (!(number >= low && number <= high)) {
-    throw Error(Quoted(text) + " is outside of " + ShortestText(low) + " to " + ShortestText(high));
-  }
-  return number;
-}
 
 std::string SheetBytes(const CorrectedEye& corrected, const PhysicalSettings& settings) {
   const Correction& found = corrected.correction;
@@ -127,8 +115,6 @@ void CheckRefract(RefractCommand& command) {
   if (command.metric.metrics.size() != 1) {
     throw CLI::ValidationError("--metric", "a lens is searched by one metric; name only one");
   }
-  const double axes = 180.0 / command.request.grid.axisStep.value();
-  if (axes != std::round(axes)) throw CLI::ValidationError("--axis-step", "180 is not a multiple of this step");
 }
 
 }  // namespace
@@ -138,21 +124,7 @@ Run DefineRefract(CLI::App& app) {
   CLI::App& refract = *app.add_subcommand("refract", "Find the lens with the best image quality of one eye.");
   AddInputOptions(refract, command->input);
   AddMetricOption(refract, command->metric, "VSX");
-  AddParsedOption(refract, "--step", "D", "Step of spheres and cylinders in the trial case, in dioptres [0.25]",
-                  [command](const std::string& text) {
-                    command->request.grid.step = Dioptres(RefractNumber(text, kSmallestStep, kLargestStep));
-                  });
-  AddParsedOption(refract, "--axis-step", "DEG", "Step of axes in the trial case, in degrees [5]",
-                  [command](const std::string& text) {
-                    command->request.grid.axisStep = Degrees(RefractNumber(text, kSmallestAxisStep, kLargestAxisStep));
-                  });
-  refract.add_flag("--sphere-only", command->request.grid.sphereOnly, "Search a sphere without a cylinder");
-  AddParsedOption(refract, "--vertex", "MM", "Distance of all lenses from the cornea, in mm [0]",
-                  [command](const std::string& text) {
-                    const double vertex = ParseNumber(text);
-                    if (vertex != 0.0) RefractNumber(text, kNearestVertex, kFarthestVertex);
-                    command->request.vertex = Millimetres(vertex);
-                  });
+  AddCorrectionOptions(refract, command->request);
   refract.add_flag("--json", command->json, "Print the report as JSON");
   AddParsedOption(refract, "-o,--output", "FILE", "A picture to write, .png: letters without a lens and with the best",
                   [command](const std::string& text) {

@@ -33,6 +33,8 @@ class ContrastSensitivity {
   // By frequency, at 0.
   double SlopeAtZero() const;
   double end() const { return table_.empty() ? kLast : table_.back().frequency; }
+  // Empty for the default.
+  const std::vector<Point>& table() const { return table_; }
   bool isDefault() const { return table_.empty(); }
   bool operator==(const ContrastSensitivity&) const = default;
 

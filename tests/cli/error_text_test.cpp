@@ -6,6 +6,7 @@
 #include "evaluation/errors.h"
 #include "eye/errors.h"
 #include "files/errors.h"
+#include "metrics/errors.h"
 
 namespace orvanel::cli {
 namespace {
@@ -17,6 +18,7 @@ TEST(ErrorText, NamesTheOptionThatHelps) {
   EXPECT_EQ(TextOf(OrderAboveHighest({8, 0}, 0.01, "um", 6, "classic")),
             "the term Z(8,0), tertiary spherical aberration, is 0.01 um, but the classic model accepts radial orders 0 "
             "to 6; let --highest-order 6 drop what is above");
+  EXPECT_EQ(TextOf(MetricOfPhysicalModel("VSX")), "the classic model has no metric 'VSX'; remove --model classic");
   EXPECT_EQ(TextOf(TooFewThreads(3)), "this system allows the program at most 3 threads; request fewer with --jobs");
 }
 

@@ -44,10 +44,17 @@ done
 [ "$(offered orvanel simulate --gaps down, | tr '\n' ' ')" = 'down,up down,right down,left down,all ' ] || { echo "no gaps behind a comma"; status=1; }
 [ "$(offered orvanel batch --metrics st | tr '\n' ' ')" = 'strehl strehl_axis strehl_peak ' ] || { echo "no metrics"; status=1; }
 [ "$(offered orvanel batch --metrics = strehl,mtf)" = strehl,mtf_area ] || { echo "no metrics behind ="; status=1; }
+[ "$(offered orvanel batch --metrics VS | tr '\n' ' ')" = 'VSX VSMTF VSOTF ' ] || { echo "no metrics of image quality"; status=1; }
+[ "$(offered orvanel batch --refract SR | tr '\n' ' ')" = 'SRX SRMTF SROTF ' ] || { echo "no metrics of a lens"; status=1; }
+[ "$(offered orvanel simulate --metrics VSX,VSO)" = VSX,VSOTF ] || { echo "no metrics of one eye"; status=1; }
+[ -z "$(offered orvanel simulate --metrics strehl)" ] || { echo "metrics of a batch for one eye"; status=1; }
 [ "$(offered orvanel batch --planes-of '' | tr '\n' ' ')" = 'wavefront psf mtf ' ] || { echo "no planes"; status=1; }
 [ "$(offered orvanel batch --pictures-of psf,s)" = psf,star ] || { echo "no pictures"; status=1; }
 # Every metric that the help lists is offered.
-for metric in $("$program" batch --help | sed -n '/^Metrics/,/^$/s/^[* ] \([a-z_]*\) .*/\1/p'); do
+listed=$("$program" batch --help | sed -n -e '/^Metrics\. /,/^$/s/^[* ] \([a-z_]*\) .*/\1/p' \
+  -e '/^Metrics (name/,/^$/s/^[+ ] \([A-Za-z0-9]*\) .*/\1/p')
+[ "$(wc -w <<<"$listed")" -ge 40 ] || { echo "the help lists too few metrics"; status=1; }
+for metric in $listed; do
   grep -qx "$metric" <<<"$(offered orvanel batch --metrics '')" || { echo "completion lacks $metric"; status=1; }
 done
 exit $status

@@ -85,6 +85,31 @@ TEST(QualityNames, ValuesAreInTheOrderOfTheColumns) {
   EXPECT_EQ(ValuesOf(quality), (std::vector<double>{0.25, 0.5, 0.75}));
 }
 
+TEST(QualityNames, AColumnNamesWhatItsValuesDependOn) {
+  QualityRequest request;
+  const auto name = [&request](M metric) { return ColumnNameOf(metric, request); };
+  EXPECT_EQ(name(M::kVsx), "VSX_origin_best_reference_same_light_physical");
+  EXPECT_EQ(name(M::kRmsW), "RMSw_um_physical");
+  EXPECT_EQ(name(M::kBave), "Bave_d_physical");
+  EXPECT_EQ(name(M::kPfCt), "PFCt_physical");
+  EXPECT_EQ(name(M::kSfcMtf), "SFcMTF_cpd_physical");
+  EXPECT_EQ(name(M::kD50), "D50_arcmin_origin_best_physical");
+  EXPECT_EQ(name(M::kLib), "LIB_origin_best_physical");
+  EXPECT_EQ(name(M::kVotf), "VOTF_origin_best_physical");
+  EXPECT_EQ(name(M::kNs), "NS_sd_1_arcmin_origin_best_reference_same_light_physical");
+  request.origin = QualityOrigin::kPeak;
+  request.reference = QualityReference::kMonochromatic;
+  request.gaussianSdArcmin = 0.75;
+  int wrong = 0;
+  request.contrast = *ContrastSensitivity::Of({{0.0, 10.0}, {30.0, 1.0}}, wrong);
+  EXPECT_EQ(name(M::kNs), "NS_sd_0.75_arcmin_origin_peak_reference_monochromatic_physical");
+  EXPECT_EQ(name(M::kVsMtf), "VSMTF_own_csf_reference_monochromatic_physical");
+  EXPECT_EQ(name(M::kSrx), "SRX_reference_monochromatic_physical");
+  std::set<std::string> names;
+  for (const QualityRow& row : QualityCatalogue()) names.insert(name(row.metric));
+  EXPECT_EQ(names.size(), kQualityMetrics);
+}
+
 TEST(QualityNames, EveryChoiceHasItsWord) {
   for (const QualityOrigin origin :
        {QualityOrigin::kAxis, QualityOrigin::kPeak, QualityOrigin::kCentroid, QualityOrigin::kBest}) {

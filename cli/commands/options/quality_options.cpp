@@ -34,7 +34,7 @@ std::string Filled(std::string line, std::size_t indent, const std::string& word
 
 }  // namespace
 
-const char* const kQualityNotes = R"(Metrics of image quality (--metric) are those of the physical model.
+const char* const kQualityNotes = R"(Metrics of image quality are those of the physical model.
 The origin (--metric-origin) is the place that counts as the middle of the image of a point:
   best      where the PSF weighted by the neural contrast sensitivity is highest
   axis      where a point without aberration is

@@ -108,6 +108,8 @@ TEST(RunRecord, TellsWhatIsDifferent) {
   EXPECT_EQ(changed([](RunRecord& r) { r.shard.number = 1; }, true), "");
   EXPECT_EQ(changed([](RunRecord& r) { r.shard.of = 4; }, true), "--shard was 2/3 and is 2/4");
   EXPECT_EQ(changed([](RunRecord& r) { r.settings[0].second = "5"; }, true), "--pupil was '4' and is '5'");
+  EXPECT_EQ(changed([](RunRecord& r) { r.settings[0].second = std::string(101, '5'); }, true),
+            "--pupil has other values");
   EXPECT_EQ(changed([](RunRecord& r) { r.settings.erase(r.settings.begin()); }, true),
             "--pupil was '4' and is not given");
   EXPECT_EQ(changed([](RunRecord& r) { r.settings.emplace_back("--mirror", "OD"); }, true),

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "base/error.h"
+#include "cli/batch/join.h"
 #include "files/input_file.h"
 #include "tests/cli/batch/tables_of_eyes.h"
 
@@ -72,6 +73,74 @@ TEST(Run, FromEveryCutOfTheResultsItGoesOnToTheSameBytes) {
     EXPECT_EQ(result.rows, 20U);
     EXPECT_EQ(result.errors, 3U);
   }
+}
+
+// Eyes of small pupils with a metric of image quality and a lens. The second is too steep for both.
+BatchRequest RequestOfQuality(const TemporaryFolder& folder) {
+  Write(
+      folder / "eyes.csv",
+      "id,pupil_diameter_mm,eye,unit,normalisation,order,y_axis,Z3,Z4,Z8\na,3,OD,um,orthonormal,osa,up,0.02,0.1,0.03\n"
+      "b,3,OD,um,orthonormal,osa,up,0,0,4000\nc,2.5,OD,um,orthonormal,osa,up,-0.03,0.05,0.02\n"
+      "d,20,OD,um,orthonormal,osa,up,0,0.1,0\ne,2.8,OD,um,orthonormal,osa,up,0,-0.1,0.01\n");
+  BatchRequest request = RequestIn(folder);
+  request.model.kind = request.choice.model = ModelKind::kPhysical;
+  request.choice.metrics = MetricsNamed("rms", ModelKind::kPhysical);
+  request.quality.metrics = {QualityMetric::kVsx, QualityMetric::kRmsW};
+  request.lensBy = QualityMetric::kVsx;
+  request.lens.grid.sphereOnly = true;
+  request.record.chunkRows = 2;
+  return request;
+}
+
+TEST(Run, MetricsOfImageQualityAndLensesAreColumnsWithANoteWhereTheyAreMissing) {
+  const TemporaryFolder folder;
+  const BatchRequest request = RequestOfQuality(folder);
+  const BatchResult result = RunBatch(request);
+  EXPECT_EQ(result.rows, 5U);
+  EXPECT_EQ(result.errors, 1U);  // a pupil of 20 mm
+  EXPECT_EQ(result.noted, 1U);
+  const std::string text = Read(request.results);
+  EXPECT_TRUE(
+      text.starts_with("id,rms_um_orders_2_and_above,rms_um_orders_3_and_above,implausible,"
+                       "VSX_origin_best_reference_same_light_physical,RMSw_um_physical,"
+                       "refraction_sphere_d_by_VSX,"))
+      << text;
+  EXPECT_NE(text.find(",quality_note,error\n"), std::string::npos) << text;
+  EXPECT_NE(
+      text.find("\nb,4000,4000,0,,4000" + std::string(10, ',') + "\"VSX, lens by VSX: the wavefront is too steep"),
+      std::string::npos)
+      << text;
+  EXPECT_NE(text.find("\nd" + std::string(16, ',') + "line 5: the pupil diameter 20 mm is outside"), std::string::npos)
+      << text;
+}
+
+TEST(Run, MetricsOfImageQualityAndLensesHaveTheSameBytesForAnyThreadsShardsAndCuts) {
+  const TemporaryFolder folder;
+  BatchRequest request = RequestOfQuality(folder);
+  RunBatch(request);
+  const std::string whole = Read(request.results);
+  request.jobs = 3;
+  request.force = true;
+  RunBatch(request);
+  EXPECT_EQ(Read(request.results), whole);
+  request.force = false;
+  request.resume = true;
+  for (const std::size_t rows : {1U, 4U}) {
+    LeaveAsKilled(request.results, EndOfRows(whole, rows), whole.size());
+    EXPECT_EQ(RunBatch(request).earlier, rows);
+    EXPECT_EQ(Read(request.results), whole) << rows;
+  }
+  request.resume = false;
+  std::vector<std::string> shards;
+  for (const std::size_t number : {1U, 2U}) {
+    request.record.shard = {number, 2};
+    request.results = (folder / ("shard_" + std::to_string(number) + ".csv")).string();
+    RunBatch(request);
+    shards.push_back(request.results);
+  }
+  const std::string merged = (folder / "merged.csv").string();
+  JoinShards(shards, merged, false);
+  EXPECT_EQ(Read(merged), whole);
 }
 
 // Eye files in place of the table, of which every fifth is missing.

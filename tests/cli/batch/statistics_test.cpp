@@ -51,5 +51,17 @@ TEST(Statistics, LeaveOutRowsWithAnErrorAndAxes) {
       "   7\n");
 }
 
+TEST(Statistics, LeaveOutMissingValuesAndCountRowsWithANote) {
+  const TemporaryFolder folder;
+  const std::string file = (folder / "r.csv").string();
+  Write(file, "id,a,c,quality_note,error\n1,1,5,,\n2,,6,\"a: not, here\",\n3,2,7,,\n4,,,,an error\n");
+  const std::string text = StatisticsText(file, {"a", "c"});
+  EXPECT_NE(text.find("\na          2        1.5"), std::string::npos) << text;
+  EXPECT_NE(text.find("\nc          3          6"), std::string::npos) << text;
+  EXPECT_EQ(CountNoted(file), 1U);
+  Write(file, "id,a,error\n1,1,\n");
+  EXPECT_EQ(CountNoted(file), 0U);
+}
+
 }  // namespace
 }  // namespace orvanel::cli
