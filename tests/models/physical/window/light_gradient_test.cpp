@@ -46,7 +46,7 @@ TEST_P(LightGradientVariants, OfSamplesIsTheirDerivative) {
   const std::vector<Beam> beams = Beams();
   const Gradient gradient = SampleGradients(beams, kFactors, workspace).Of(window, weights.data());
   EXPECT_EQ(gradient[0], 0.0);
-  for (const std::size_t mode : {1, 2, 4, 9, 21, 40, 65}) {
+  for (const std::size_t mode : {1U, 2U, 4U, 9U, 21U, 40U, 65U}) {
     const double difference = DifferenceOf([&](double more) {
       SampleLight(Beams(mode, more), kFactors, window, workspace);
       double sum = 0.0;
@@ -79,7 +79,7 @@ TEST_P(LightGradientVariants, OfTheDensityIsItsDerivative) {
     return GradientOfDensity(Beams(mode, more), kFactors, kX, kY, workspace.quadrature).density;
   };
   const DensityGradient at = GradientOfDensity(Beams(), kFactors, kX, kY, workspace.quadrature);
-  for (const std::size_t mode : {1, 2, 4, 9, 21, 40, 65}) {
+  for (const std::size_t mode : {1U, 2U, 4U, 9U, 21U, 40U, 65U}) {
     EXPECT_NEAR(at.value[mode], DifferenceOf([&](double more) { return densityAt(mode, more).value; }), 1e-8) << mode;
     EXPECT_NEAR(at.x[mode], DifferenceOf([&](double more) { return densityAt(mode, more).x; }), 1e-7) << mode;
     EXPECT_NEAR(at.y[mode], DifferenceOf([&](double more) { return densityAt(mode, more).y; }), 1e-7) << mode;
