@@ -117,7 +117,7 @@ class QualityGradients : public testing::TestWithParam<Case> {
 
 TEST_P(QualityGradients, EqualDifferences) {
   std::vector<Gradient> directions;
-  for (const std::size_t mode : {1, 2, 4, 7, 12, 27}) {
+  for (const std::size_t mode : {1U, 2U, 4U, 7U, 12U, 27U}) {
     directions.emplace_back();
     directions.back()[mode] = 1.0;
   }
