@@ -182,7 +182,12 @@ Correction BestCorrection(QualityEvaluator& evaluator, const Eye& eye, const Cor
   const PowerVector leastSquares = LeastSquaresRefraction(eye.coefficients.osa(), eye.pupil);
   const PowerVector paraxial = ParaxialRefraction(eye.coefficients.osa(), eye.pupil);
   EyeBehindLenses behind(evaluator, eye);
-  KnownFunction merit([&](const SearchPoint& point) { return behind.MeritBehind(LensAt(point)); }, sphereOnly ? 1 : 3);
+  const auto meritAt = [&](const SearchPoint& point) {
+    const ValueAndSlope merit = behind.MeritBehind(LensAt(point));
+    if (request.afterValue) request.afterValue();
+    return merit;
+  };
+  KnownFunction merit(meritAt, sphereOnly ? 1 : 3);
 
   const std::vector<Climb> climbs =
       HighestTops(merit, StartsOf(merit, ScanOf(leastSquares, paraxial, width / 2.0, sphereOnly), width), width,

@@ -2,6 +2,8 @@
 #ifndef ORVANEL_EVALUATION_CORRECTION_BEST_CORRECTION_H
 #define ORVANEL_EVALUATION_CORRECTION_BEST_CORRECTION_H
 
+#include <functional>
+
 #include "base/layers.h"
 #include "evaluation/correction/lens_grid.h"
 #include "evaluation/quality_evaluator.h"
@@ -11,10 +13,11 @@
 namespace orvanel::evaluation {
 
 struct CorrectionRequest {
-  LensGrid grid;                  // of the trial lens case; its sphereOnly holds for the free search too
-  Millimetres vertex;             // distance of all lenses from the cornea, 0 for contact lenses
-  int evaluations = 300;          // at most, of the free search
-  double toleranceShare = 0.005;  // of the focus width: the free search ends when its steps are shorter
+  LensGrid grid;                          // of the trial lens case; its sphereOnly holds for the free search too
+  Millimetres vertex;                     // distance of all lenses from the cornea, 0 for contact lenses
+  int evaluations = 300;                  // at most, of the free search
+  double toleranceShare = 0.005;          // of the focus width: the free search ends when its steps are shorter
+  std::function<void()> afterValue = {};  // called after each lens of the searches; it may throw
 };
 
 // A lens to be worn, with a minus cylinder, and the metric of the eye behind it. The value is not a number where the
