@@ -73,7 +73,7 @@ class Refused : public Error {
 };
 
 // The reason of the exception that is handled now.
-//   status  of an error without one of its own
+//   status  of an error whose class has none
 Reason ReasonOfException(orvanel_status status);
 
 // Keeps the reason of the exception that is handled now, and returns its status.

@@ -1,4 +1,4 @@
-// Computes metrics of many eyes on threads; each row has a status of its own.
+// Computes metrics of many eyes on threads; each row has its status.
 #include <algorithm>
 #include <array>
 #include <cstddef>

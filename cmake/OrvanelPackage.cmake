@@ -39,7 +39,11 @@ install(FILES ${PROJECT_BINARY_DIR}/OrvanelConfig.cmake ${PROJECT_BINARY_DIR}/Or
 # From the folder of orvanel.pc up to the prefix, so that the prefix may be moved.
 set(orvanel_up ${CMAKE_INSTALL_PREFIX})
 cmake_path(RELATIVE_PATH orvanel_up BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
-foreach(module orvanel orvanel-optics)
+set(orvanel_modules orvanel orvanel-optics)
+if(TARGET orvanel_c)
+  list(APPEND orvanel_modules orvanel-c)
+endif()
+foreach(module IN LISTS orvanel_modules)
   configure_file(cmake/${module}.pc.in ${module}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${module}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()

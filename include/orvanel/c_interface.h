@@ -1,6 +1,6 @@
 /* The C interface of Orvanel: eyes, point spread functions, metrics, best correction and charts, for every language.
  * This header is its manual. The library is liborvanel.so, on Windows orvanel.dll. The eight functions of orvanel.h are
- * in a library of their own.
+ * in a separate library.
  *
  *     orvanel_eye_input input = {sizeof input};
  *     double c[15] = {0};
@@ -39,7 +39,7 @@
  * call returns. Results have the same bits for any number of threads.
  *
  * NOTHING ELSE: the library prints nothing, ends no process, and keeps no state between calls but the last error of
- * each thread. A thread must round to nearest, as all threads do unless they are told otherwise.
+ * each thread. A thread must round to nearest, as all threads do unless a host changes it.
  *
  * PROGRESS: long calls take a function that the calling thread calls now and then. If it returns another number than 0,
  * the call ends with ORVANEL_CANCELLED.
@@ -132,7 +132,7 @@ typedef struct orvanel_error {
 /* The reason of the last call of this thread that did not return ORVANEL_OK. Without one the status is ORVANEL_OK. */
 ORVANEL_C_API orvanel_status ORVANEL_C_CALL orvanel_last_error(orvanel_error* error) ORVANEL_C_NOEXCEPT;
 
-/* Reports progress; 0 goes on.
+/* Reports progress. 0 continues.
  *   data         as the caller passed it
  *   done, total  steps of equal kind */
 typedef int32_t(ORVANEL_C_CALL* orvanel_progress)(void* data, uint64_t done, uint64_t total);

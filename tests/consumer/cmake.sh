@@ -17,6 +17,7 @@ mkdir -p "$scratch"
 project examples "$examples"
 "$scratch/examples/strehl_and_ring" "$examples/standard_observer.txt" "$scratch/ring.pgm" |
   diff "$examples/strehl_and_ring.output" -
+"$scratch/examples/metrics_of_eyes" | diff "$examples/metrics_of_eyes.output" -
 "$scratch/examples/best_focus" "$examples/standard_observer.txt" | diff "$examples/best_focus.output" -
 
 project engine_and_matrix "$(dirname "$0")/engine_and_matrix"

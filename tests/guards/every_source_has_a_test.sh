@@ -44,7 +44,7 @@ is_elsewhere() {
   done <<<"$elsewhere"
   return 1
 }
-layers='base matrix optics eye targets models interface metrics evaluation files drawing cli'
+layers='base matrix optics eye targets models interface metrics evaluation files c_interface drawing cli'
 # shellcheck disable=SC2086  # words
 sources=$(find $layers -name '*.cpp')
 while read -r source; do

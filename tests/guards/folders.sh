@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$1"
 most=25
-layers='include base matrix optics eye targets models interface metrics evaluation files drawing cli bench'
+layers='include base matrix optics eye targets models interface metrics evaluation files c_interface drawing cli bench'
 # shellcheck disable=SC2086  # words
 counts=$(find $layers -type f -printf '%h\n' | sort | uniq -c)
 [ -n "$counts" ] || { echo "no sources are here"; exit 1; }

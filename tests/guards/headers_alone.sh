@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Tests that each public header compiles alone: the C header as C99, C++98 and C++20, the others as C++17, which they
+# Tests that each public header compiles alone: the headers for C as C99, C++98 and C++20, the others as C++17, which they
 # promise, and as C++20, which we use.
 # Usage: headers_alone.sh C_COMPILER CXX_COMPILER INCLUDE_FOLDER
 set -euo pipefail
@@ -13,8 +13,11 @@ compiles() {
     { echo "$4 is no $3"; status=1; }
 }
 
-compiles "$cc" c c99 orvanel.h
-compiles "$cxx" c++ c++98 orvanel.h
+for header in "$include"/orvanel/orvanel.h "$include"/orvanel/c_interface.h; do
+  [ -e "$header" ] || continue
+  compiles "$cc" c c99 "$(basename "$header")"
+  compiles "$cxx" c++ c++98 "$(basename "$header")"
+done
 for path in "$include"/orvanel/*.h; do
   for standard in c++17 c++20; do compiles "$cxx" c++ "$standard" "$(basename "$path")"; done
 done

@@ -21,6 +21,7 @@ metrics     pure  base/ eye/ models/ orvanel/
 evaluation  pure  base/ eye/ targets/ models/ metrics/ orvanel/
 interface   any   base/ optics/ targets/ models/ orvanel/
 files       any   base/ eye/ targets/ orvanel/
+c_interface  any  base/ eye/ targets/ models/ metrics/ evaluation/ files/ orvanel/
 drawing     any   base/ eye/ targets/ models/ evaluation/ files/ orvanel/
 cli         any   base/ eye/ targets/ models/ metrics/ evaluation/ files/ drawing/ orvanel/
 bench       any   models/physical/ metrics/quality/ orvanel/ optics/kernels/dispatch\.h tests/support/(loaded_library|physical_truth|plain)\.h

@@ -19,7 +19,7 @@ names() {
 # stands WHAT HOW...: whether the table has it.
 stands() { grep -Fx -- "$1" <<<"$(names "${@:2}")" >/dev/null; }
 
-commands=$(ninja -C "$build" -t commands orvanel_program OrvanelDll 2>/dev/null || true)
+commands=$(ninja -C "$build" -t commands orvanel_program OrvanelDll orvanel_c 2>/dev/null || true)
 [ -n "$commands" ] || { echo "no commands of the build"; exit 1; }
 
 # Libraries on the command lines of the linker.
@@ -65,7 +65,7 @@ done <<<"$(names file)"
 
 # Headers that were read, by the packages that have them; those of the compilers and of dynamic libraries are no part.
 # Built for another system, headers are read by way of links in the folder headers/ of the build.
-headers=$(ninja -C "$build" -t deps | awk '/^[^ ]/ {ours = /^(base|matrix|optics|eye|targets|models|interface|metrics|evaluation|files|drawing|cli)\//} ours && /^ / {print $1}' |
+headers=$(ninja -C "$build" -t deps | awk '/^[^ ]/ {ours = /^(base|matrix|optics|eye|targets|models|interface|metrics|evaluation|files|c_interface|drawing|cli)\//} ours && /^ / {print $1}' |
   sed 's|^headers/|/usr/include/|' | grep '^/usr/include/' | grep -vE '^/usr/include/(c\+\+|x86_64-linux-gnu/(c\+\+|bits|sys|gnu|asm)|bits|sys|asm|linux|asm-generic)/' |
   sort -u)
 [ -n "$headers" ] || complain "no headers were read"

@@ -23,6 +23,7 @@ put tree/evaluation/evaluator.cpp '#include "metrics/metrics.h"'
 put tree/evaluation/in_order.h '#include <thread>'
 put tree/interface/exports.cpp '#  include <optics/psf.h>'
 put tree/files/json.cpp '#include "eye/eye.h"'
+put tree/c_interface/eye.cpp '#include "files/json.h"'
 put tree/drawing/sheet.cpp '#include "evaluation/simulated_eye.h"'
 put tree/cli/main.cpp '#include "cli/axis.h"'
 put tree/bench/main.cpp '#include "tests/support/plain.h"'
@@ -72,10 +73,11 @@ breach evaluation/evaluator.cpp '#include "files/json.h"'
 breach evaluation/evaluator.cpp '#include <thread>'
 breach interface/exports.cpp '#include <cli/axis.h>'
 breach files/json.cpp '#include "drawing/sheet.h"'
+breach c_interface/eye.cpp '#include "drawing/sheet.h"'
 breach drawing/sheet.cpp '#include "cli/main.h"'
 breach cli/main.cpp '#include "optics/psf.h"'
 breach cli/main.cpp '#include <tests/support/plain.h>'
 breach bench/main.cpp '#include "optics/psf.h"'
-mkdir -p empty/{include,base,matrix,optics,eye,targets,models/{classic,physical},metrics,evaluation,interface,files,drawing,cli,bench}
+mkdir -p empty/{include,base,matrix,optics,eye,targets,models/{classic,physical},metrics,evaluation,interface,files,c_interface,drawing,cli,bench}
 breaks 'a tree without sources' 'optics includes nothing' empty
 finish
