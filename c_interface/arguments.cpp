@@ -60,8 +60,7 @@ double RequireWithin(double value, double low, double high, const char* name) {
   return value;
 }
 
-ArrayView::ArrayView(const orvanel_array& array, int dimensions, const char* name)
-    : array_(array), dimensions_(dimensions), name_(name) {
+ArrayView::ArrayView(const orvanel_array& array, int dimensions, const char* name) : array_(array), name_(name) {
   RequireSize(array.size, sizeof array, name);
   if (array.data == nullptr && array.dimensions == 0) {  // no array
     for (int64_t& length : array_.shape) length = 0;
@@ -97,7 +96,7 @@ void ArrayView::RequireShape(std::initializer_list<std::size_t> shape) const {
 char* ArrayView::Place(std::size_t i, std::size_t j, std::size_t k) const {
   const std::size_t at[3] = {i, j, k};
   int64_t offset = 0;
-  for (int d = 0; d < dimensions_; ++d) offset += static_cast<int64_t>(at[d]) * array_.strides[d];
+  for (int d = 0; d < 3; ++d) offset += static_cast<int64_t>(at[d]) * array_.strides[d];
   return reinterpret_cast<char*>(array_.data) + offset;
 }
 

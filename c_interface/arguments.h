@@ -48,11 +48,10 @@ class ArrayView {
   char* Place(std::size_t i, std::size_t j, std::size_t k) const;
 
   orvanel_array array_;
-  int dimensions_;
   const char* name_;
 };
 
-eye::Convention ConventionOf(const orvanel_convention& convention);
+eye::Convention ConventionOf(const orvanel_convention& given);
 orvanel_convention ConventionOf(const eye::Convention& convention);
 eye::Side SideOf(int32_t laterality);
 int32_t LateralityOf(eye::Side side);
@@ -63,8 +62,8 @@ std::optional<Nanometres> ReferenceOf(double nanometres);
 eye::Eye EyeOf(const std::vector<double>& numbers, const eye::Convention& convention, Millimetres pupil, eye::Side side,
                std::optional<Nanometres> reference);
 
-models::PhysicalSettings SettingsOf(const orvanel_settings& settings);
-metrics::QualityRequest QualityRequestOf(const orvanel_metrics_request& request);
+models::PhysicalSettings SettingsOf(const orvanel_settings& given);
+metrics::QualityRequest QualityRequestOf(const orvanel_metrics_request& given);
 int32_t NoteOf(metrics::QualityNote note);
 
 }  // namespace orvanel::c_interface

@@ -71,20 +71,9 @@ const char* CodeOf(physical::Problem problem) {
   return "refused";
 }
 
-// The reason of an error whose class has fields; without a code for others.
-Reason ReasonOf(const Error& error) {
+// Each returns the reason of an error whose class it knows; else the status is ORVANEL_OK.
+Reason ReasonOfEye(const Error& error) {
   const std::string text = error.what();
-  if (const auto* const e = dynamic_cast<const Refused*>(&error)) return e->reason;
-  if (const auto* const e = dynamic_cast<const ArgumentError*>(&error)) {
-    return {ORVANEL_INVALID_ARGUMENT, e->code, text, e->fields};
-  }
-  if (const auto* const e = dynamic_cast<const PhysicalRefusal*>(&error)) {
-    const physical::Refusal& r = e->refusal;
-    return {ORVANEL_REFUSED,
-            CodeOf(r.problem),
-            text,
-            {{"value", r.value}, {"low", r.low}, {"high", r.high}, {"index", static_cast<double>(r.index)}}};
-  }
   if (const auto* const e = dynamic_cast<const PupilLargerThanMeasured*>(&error)) {
     return {ORVANEL_REFUSED,
             "pupil_larger_than_measured",
@@ -126,6 +115,11 @@ Reason ReasonOf(const Error& error) {
     for (const MissingPart& part : e->missing) reason.fields.emplace_back(part.key, part.values);
     return reason;
   }
+  return {};
+}
+
+Reason ReasonOfRequest(const Error& error) {
+  const std::string text = error.what();
   if (const auto* const e = dynamic_cast<const UnknownMetric*>(&error)) {
     return {ORVANEL_INVALID_ARGUMENT,
             "unknown_metric",
@@ -168,6 +162,25 @@ Reason ReasonOf(const Error& error) {
             text,
             {{"line", static_cast<double>(e->place.line)}, {"column", static_cast<double>(e->place.column)}}};
   }
+  return {};
+}
+
+// Without a status and a code for other errors.
+Reason ReasonOf(const Error& error) {
+  const std::string text = error.what();
+  if (const auto* const e = dynamic_cast<const Refused*>(&error)) return e->reason;
+  if (const auto* const e = dynamic_cast<const ArgumentError*>(&error)) {
+    return {ORVANEL_INVALID_ARGUMENT, e->code, text, e->fields};
+  }
+  if (const auto* const e = dynamic_cast<const PhysicalRefusal*>(&error)) {
+    const physical::Refusal& r = e->refusal;
+    return {ORVANEL_REFUSED,
+            CodeOf(r.problem),
+            text,
+            {{"value", r.value}, {"low", r.low}, {"high", r.high}, {"index", static_cast<double>(r.index)}}};
+  }
+  if (Reason reason = ReasonOfEye(error); reason.status != ORVANEL_OK) return reason;
+  if (Reason reason = ReasonOfRequest(error); reason.status != ORVANEL_OK) return reason;
   return {ORVANEL_OK, "", text, {}};
 }
 
@@ -254,7 +267,6 @@ void Report(orvanel_progress progress, void* data, uint64_t done, uint64_t total
 
 }  // namespace orvanel::c_interface
 
-using orvanel::c_interface::Call;
 using orvanel::c_interface::LastReason;
 
 orvanel_status orvanel_last_error(orvanel_error* error) noexcept {

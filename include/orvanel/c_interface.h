@@ -56,7 +56,7 @@
 #ifndef ORVANEL_C_INTERFACE_H
 #define ORVANEL_C_INTERFACE_H
 
-#include <stddef.h>
+/* NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using): this is C. */
 #include <stdint.h>
 
 #define ORVANEL_INTERFACE 1 /* the version of the interface that this header declares */
@@ -596,5 +596,7 @@ ORVANEL_C_API orvanel_status ORVANEL_C_CALL orvanel_classic(const orvanel_eye* e
 #ifdef __cplusplus
 }
 #endif
+
+/* NOLINTEND(modernize-deprecated-headers,modernize-use-using) */
 
 #endif /* ORVANEL_C_INTERFACE_H */

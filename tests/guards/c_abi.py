@@ -33,7 +33,7 @@ def layout(compiler, path, header):
         for constant in re.findall(r"(ORVANEL_\w+) =", body):
             lines.append(f'printf("constant {constant} %d\\n", {constant});')
     lines.append('printf("interface %d\\n", ORVANEL_INTERFACE);')
-    program = '#include <stdio.h>\n#include "{}"\nint main(void) {{\n{}\nreturn 0;\n}}\n'.format(path, "\n".join(lines))
+    program = '#include <stddef.h>\n#include <stdio.h>\n#include "{}"\nint main(void) {{\n{}\nreturn 0;\n}}\n'.format(path, "\n".join(lines))
     with tempfile.TemporaryDirectory() as folder:
         source, binary = os.path.join(folder, "abi.c"), os.path.join(folder, "abi")
         with open(source, "w", encoding="utf-8") as file:
