@@ -6,7 +6,7 @@
 sources=$(cd "$(dirname "$guard")/../.." && pwd)
 
 mkdir tree
-(cd "$sources" && find base matrix optics eye targets models interface metrics evaluation files drawing cli tests -type f ! -path '*/cases/*' ! -path '*/corpus/*' -print0) |
+(cd "$sources" && find base matrix optics eye targets models interface metrics evaluation files c_interface drawing cli tests -type f ! -path '*/cases/*' ! -path '*/corpus/*' -print0) |
   while IFS= read -r -d '' file; do put "tree/$file" x; done
 keeps 'a tree with a test for each source' tree
 rm tree/tests/optics/psf_test.cpp

@@ -2,7 +2,7 @@
 # Tests the guard with a folder of the maximum number of files, and of one more.
 # shellcheck source=/dev/null
 . "$(dirname "$0")/rules.sh"
-mkdir -p tree/{include,base,matrix,optics,eye,targets,models,interface,metrics,evaluation,files,drawing,cli,bench}
+mkdir -p tree/{include,base,matrix,optics,eye,targets,models,interface,metrics,evaluation,files,c_interface,drawing,cli,bench}
 for ((i = 0; i < 25; ++i)); do
   put "tree/eye/file$i.cpp" x
   put "tree/eye/conventions/file$i.cpp" x
