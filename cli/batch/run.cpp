@@ -20,6 +20,7 @@
 #include "cli/batch/whole_rows.h"
 #include "cli/console/terminal.h"
 #include "cli/error_text.h"
+#include "evaluation/columns/focus_columns.h"
 #include "evaluation/columns/lens_columns.h"
 #include "evaluation/columns/quality_columns.h"
 #include "evaluation/in_order.h"
@@ -69,6 +70,13 @@ QualityRequest LensRequest(const BatchRequest& request) {
   return quality;
 }
 
+// Curves through focus are of all metrics, and of the MTF at the frequencies that have columns.
+QualityRequest FocusRequestOf(const BatchRequest& request) {
+  QualityRequest quality = request.quality;
+  for (const CyclesPerDegree frequency : request.choice.mtfAt) quality.mtfAtCpd.push_back(frequency.value());
+  return quality;
+}
+
 // Computes eyes; one object for each thread.
 class Worker {
  public:
@@ -81,6 +89,9 @@ class Worker {
                      : std::make_unique<QualityEvaluator>(request.model.physical, request.quality)),
         lens_(request.lensBy ? std::make_unique<QualityEvaluator>(request.model.physical, LensRequest(request))
                              : nullptr),
+        focus_(request.lenses.empty()
+                   ? nullptr
+                   : std::make_unique<QualityEvaluator>(request.model.physical, FocusRequestOf(request))),
         needs_((request.planes.empty() ? Needs() : NeedsOf(request.planeKinds)) |
                (pictures ? NeedsOf(request.pictureKinds) : Needs())) {
     if (pictures) pictureWriter_.emplace(*pictures, evaluator_, star);
@@ -103,6 +114,7 @@ class Worker {
         for (const double value : evaluator_.Measure(eye, request_.choice, needs_)) columns.Add(value);
         if (quality_) AddQualityColumns(*quality_, eye, columns);
         if (lens_) AddLensColumns(*lens_, eye, request_.lens, columns);
+        if (focus_) AddFocusColumns(*focus_, eye, request_.lenses, columns);
         if (row.dropped) columns.Add(row.dropped->rms.value());
         row.scale = ScaleOf(evaluator_.results());
         if (evaluator_.results().undersampled > request_.maxUndersampled) row.undersampled = UndersampledText(row.eye);
@@ -139,7 +151,7 @@ class Worker {
   const BatchRequest& request_;
   Evaluator evaluator_;
   std::size_t columns_;
-  std::unique_ptr<QualityEvaluator> quality_, lens_;
+  std::unique_ptr<QualityEvaluator> quality_, lens_, focus_;
   Needs needs_;  // beside those of the metrics
   std::optional<PictureWriter> pictureWriter_;
 };
@@ -515,11 +527,14 @@ std::vector<std::string> ResultColumns(const BatchRequest& request) {
   };
   add(QualityColumnNames(request.quality));
   if (request.lensBy) add(LensColumnNames(LensRequest(request)));
+  if (!request.lenses.empty()) add(FocusColumnNames(FocusRequestOf(request)));
   if (request.adjustments.highestOrder) columns.emplace_back("dropped_rms_um");
   return columns;
 }
 
-bool HasNotes(const BatchRequest& request) { return !request.quality.metrics.empty() || request.lensBy; }
+bool HasNotes(const BatchRequest& request) {
+  return !request.quality.metrics.empty() || request.lensBy || !request.lenses.empty();
+}
 
 BatchResult RunBatch(const BatchRequest& request, const std::function<void(const std::string& columns)>& tell) {
   return Batch(request).Run(tell);

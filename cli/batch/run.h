@@ -33,6 +33,7 @@ struct BatchRequest {
   QualityRequest quality;               // metrics of image quality; none unless it names some
   std::optional<QualityMetric> lensBy;  // the metric that a lens is searched by, under the conditions of `quality`
   CorrectionRequest lens;
+  std::vector<double> lenses;  // through focus, rising; the metrics of `quality` and the MTF are computed behind each
   std::size_t jobs = 1;
   bool strict = false, resume = false, force = false;
   double maxUndersampled = kLargestUndersampledShare;  // rows above it are counted, and stop a strict run

@@ -18,6 +18,7 @@
 #include "cli/console/terminal.h"
 #include "cli/error_text.h"
 #include "evaluation/evaluator.h"
+#include "evaluation/through_focus.h"
 #include "files/eyes/any_eye.h"
 #include "files/input_file.h"
 #include "metrics/named_metrics.h"
@@ -32,6 +33,7 @@ constexpr const char* kBatchExamples =
     "  orvanel batch eyes.csv -o strehl.csv --metrics strehl_peak,rms --pupil 4 --summary\n"
     "  orvanel batch eyes.csv -o vsx.csv --metrics rms,VSX,D50 --metric-origin peak\n"
     "  orvanel batch eyes.csv -o lenses.csv --metrics refraction --refract VSX --step 0.25\n"
+    "  orvanel batch eyes.csv -o focus.csv --metrics VSX --through -1:1:0.25 --pupil 3\n"
     "  orvanel batch eyes.csv -o at_15_cpd.csv --mtf-at 15 --light 589\n"
     "  orvanel batch eyes.csv -o classic.csv --model classic --metrics strehl,mtf_area --acuity 0.5,1\n"
     "  orvanel batch eyes.csv -o with_planes.csv --planes planes.h5 --pictures pictures\n"
@@ -49,7 +51,9 @@ in the column 'file'. A file that is invalid or cannot be read gives an invalid 
 
 A value that does not exist for a row, or is not to be trusted, is explained in the column 'quality_note'; the former is
 empty. --refract searches the lens to be worn with the best value of a metric, as 'orvanel refract' does: minus
-cylinder, axis of trial frames. The least-squares refraction is the metric refraction.
+cylinder, axis of trial frames. The least-squares refraction is the metric refraction. --through computes the metrics of
+image quality and the MTF of --mtf-at behind each lens of a range: the lens of the best focus, the value there, and the
+depth of focus in which the metric keeps 80 % and 50 % of it.
 
 An interrupted run continues with --resume and gives the same bytes. Its settings are stored in RESULTS.orvanel.
 Chunks of rows are assigned to the shards in turn (round-robin); 'orvanel merge' joins the shards.
@@ -197,9 +201,9 @@ void AddOutputOptions(CLI::App& batch, BatchCommand& command) {
       ->group(kGroup);
 }
 
-// --refract and the options of its search. Returns --refract.
+// --refract with the options of its search, and --through. Returns these two.
 std::vector<CLI::Option*> AddLensOptions(CLI::App& batch, BatchRequest& request) {
-  constexpr const char* kGroup = "Best lens";
+  constexpr const char* kGroup = "Best lens and focus";
   CLI::Option* const refract =
       AddParsedOption(batch, "--refract", "METRIC",
                       "Also search the lens with the best value of this metric of image quality",
@@ -210,7 +214,12 @@ std::vector<CLI::Option*> AddLensOptions(CLI::App& batch, BatchRequest& request)
                       })
           ->group(kGroup);
   for (CLI::Option* const option : AddCorrectionOptions(batch, request.lens)) option->needs(refract)->group(kGroup);
-  return {refract};
+  CLI::Option* const through =
+      AddParsedOption(batch, "--through", "FROM:TO:STEP",
+                      "Also compute best focus and depth of focus, behind lenses of these dioptres",
+                      [&request](const std::string& text) { request.lenses = LensesOfRange(text); })
+          ->group(kGroup);
+  return {refract, through};
 }
 
 void AddRunOptions(CLI::App& batch, BatchCommand& command) {
@@ -352,6 +361,10 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
   if (request.planeKinds.empty()) request.planeKinds = PlaneKindsNamed("psf,mtf");
   if (request.pictureKinds.empty()) request.pictureKinds = PictureKindsNamed("psf,star");
   RequireUseOf(command.conditions, request);
+  if (!request.lenses.empty() && request.quality.metrics.empty() && request.choice.mtfAt.empty()) {
+    throw CLI::ValidationError("--through",
+                               "there is no metric of image quality; name one with --metrics, or --mtf-at");
+  }
   request.record.version = ORVANEL_VERSION;
   request.record.settings = SettingsOf(batch);
   NameTheModel(request);

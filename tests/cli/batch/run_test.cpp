@@ -88,6 +88,7 @@ BatchRequest RequestOfQuality(const TemporaryFolder& folder) {
   request.quality.metrics = {QualityMetric::kVsx, QualityMetric::kRmsW};
   request.lensBy = QualityMetric::kVsx;
   request.lens.grid.sphereOnly = true;
+  request.lenses = {-0.5, 0.0, 0.5};
   request.record.chunkRows = 2;
   return request;
 }
@@ -106,11 +107,11 @@ TEST(Run, MetricsOfImageQualityAndLensesAreColumnsWithANoteWhereTheyAreMissing) 
                        "refraction_sphere_d_by_VSX,"))
       << text;
   EXPECT_NE(text.find(",quality_note,error\n"), std::string::npos) << text;
-  EXPECT_NE(
-      text.find("\nb,4000,4000,0,,4000" + std::string(10, ',') + "\"VSX, lens by VSX: the wavefront is too steep"),
-      std::string::npos)
+  EXPECT_NE(text.find("\nb,4000,4000,0,,4000" + std::string(18, ',') +
+                      "\"VSX, lens by VSX, through focus: the wavefront is too steep"),
+            std::string::npos)
       << text;
-  EXPECT_NE(text.find("\nd" + std::string(16, ',') + "line 5: the pupil diameter 20 mm is outside"), std::string::npos)
+  EXPECT_NE(text.find("\nd" + std::string(24, ',') + "line 5: the pupil diameter 20 mm is outside"), std::string::npos)
       << text;
 }
 
