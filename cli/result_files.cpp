@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "base/error.h"
+#include "base/number_text.h"
 #include "cli/planes.h"
 #include "cli/summary.h"
 #include "drawing/canvas/canvas.h"
@@ -15,6 +17,7 @@
 #include "drawing/quality_table.h"
 #include "drawing/sections_figure.h"
 #include "drawing/sized_sheet.h"
+#include "drawing/strip_sheet.h"
 #include "files/output_folder.h"
 #include "files/pictures/picture_pixels.h"
 #include "files/pictures/png.h"
@@ -136,6 +139,25 @@ void AddFormat(std::vector<ResultFile>& files, const Format& format, const std::
   }
 }
 
+// Keeps the files that are named.
+void KeepOnly(std::vector<ResultFile>& files, const std::vector<std::string>& only) {
+  if (only.empty()) return;
+  const auto isNamed = [](const std::vector<std::string>& names, const std::string& name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+  };
+  std::vector<std::string> all;
+  std::string list;
+  for (const ResultFile& file : files) {
+    all.push_back(file.name);
+    list += (list.empty() ? "" : ", ") + file.name;
+  }
+  for (const std::string& name : only) {
+    if (name == kSummaryFile) continue;  // which is always written
+    if (!isNamed(all, name)) throw Error("--only: " + Quoted(name) + " is not a file of this run, which are " + list);
+  }
+  std::erase_if(files, [&](const ResultFile& file) { return !isNamed(only, file.name); });
+}
+
 }  // namespace
 
 std::vector<ResultFile> ResultFiles(const Request& request) {
@@ -156,6 +178,10 @@ std::vector<ResultFile> ResultFiles(const Request& request) {
     files.push_back({kLettersFile, [](const SimulatedEye& r) { return EncodePng(DrawLetters(r)); }});
   }
   files.push_back({kOverviewFile, [](const SimulatedEye& r) { return EncodePng(DrawOverview(r)); }});
+  if (request.strip) {
+    files.push_back({kStripFile, [](const SimulatedEye& r) { return EncodePng(DrawStripSheet(r)); }});
+  }
+  KeepOnly(files, request.only);
   std::vector<std::string> names;
   for (const ResultFile& file : files) names.push_back(file.name);
   names.emplace_back(kSummaryFile);

@@ -21,9 +21,11 @@ struct Request {
   ModelKind model = ModelKind::kClassic;
   View view = View::kRetina;  // of PSF and MTF
   bool letters = false;
-  bool vectors = false;           // figures as SVG too
-  const char* sized = nullptr;    // the name of the view of true size, null without one
-  std::size_t sizedChannels = 0;  // of its image
+  bool strip = false;                  // one letter through focus
+  std::vector<std::string> only = {};  // names of the files to write beside the summary; empty: all
+  bool vectors = false;                // figures as SVG too
+  const char* sized = nullptr;         // the name of the view of true size, null without one
+  std::size_t sizedChannels = 0;       // of its image
 };
 
 struct ResultFile {
@@ -34,9 +36,10 @@ struct ResultFile {
 constexpr const char* kOverviewFile = "overview.png";
 constexpr const char* kChartFile = "chart.png";
 constexpr const char* kLettersFile = "letters.png";
+constexpr const char* kStripFile = "strip.png";
 constexpr const char* kPictureFile = "picture.png";
 
-// Returns all files, including the summary.
+// Returns all files, including the summary. Throws Error if the request has a name that is not among them.
 std::vector<ResultFile> ResultFiles(const Request& request);
 
 }  // namespace orvanel::cli

@@ -365,7 +365,8 @@ std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::st
   return summary.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-std::string SummaryText(const SimulatedEye& simulated, const std::string& folder, std::size_t fileCount) {
+std::string SummaryText(const SimulatedEye& simulated, const std::string& folder, std::size_t fileCount,
+                        bool hasOverview) {
   const Eye& eye = simulated.eye;
   std::string text = EyeLines(simulated.measured, simulated.changes);
   text += ReportLine("Pupil", NumberText(eye.pupil.value(), 6) + " mm");
@@ -380,8 +381,9 @@ std::string SummaryText(const SimulatedEye& simulated, const std::string& folder
     for (const std::string& line : simulated.sized->description) text += line;
     text += ReportLine("Seen", SeenInText(simulated.results) + " Surround: " + simulated.sized->surround);
   }
-  text += ReportLine("Pictures", std::to_string(fileCount) + " files in " + folder + "; open " +
-                                     (folder.ends_with('/') ? folder : folder + "/") + kOverviewFile + " first");
+  const std::string inside = folder.ends_with('/') ? folder : folder + "/";
+  text += ReportLine("Pictures", std::to_string(fileCount) + " files in " + folder +
+                                     (hasOverview ? "; open " + inside + kOverviewFile + " first" : ""));
   return text;
 }
 

@@ -16,7 +16,9 @@ namespace orvanel::cli {
 std::string SummaryJson(const SimulatedEye& simulated, const std::vector<std::string>& files);
 
 // Formats about a dozen lines of text. The last line names the folder of the files.
-std::string SummaryText(const SimulatedEye& simulated, const std::string& folder, std::size_t fileCount);
+//   hasOverview  the overview is among the files
+std::string SummaryText(const SimulatedEye& simulated, const std::string& folder, std::size_t fileCount,
+                        bool hasOverview = true);
 
 // Lists the same facts about the eye and the results, without the rings, for files of planes.
 std::vector<Fact> FactsOf(const SimulatedEye& simulated);

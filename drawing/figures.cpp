@@ -129,7 +129,7 @@ PlaneFigure WavefrontFigure(const Results& results, Side side) {
 PlaneFigure PsfFigure(const Results& results, Side side) {
   PlaneFigure figure = PsfBase(results, side, BrightWindow(results.psf));
   figure.title = "Point spread function";
-  figure.subtitle = "Strehl ratio " + StrehlText(results) + "; " + WindowText(figure.window, results.psf);
+  figure.subtitle = "Strehl ratio " + StrehlText(results);
   figure.values = results.psf;
   figure.low = 0.0;
   figure.high = results.model == ModelKind::kClassic ? 1.0 : Highest(results.psf);

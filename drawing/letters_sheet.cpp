@@ -6,9 +6,9 @@
 #include "base/number_text.h"
 #include "drawing/plane_figure.h"
 #include "drawing/sheet.h"
+#include "drawing/strip_sheet.h"
 #include "evaluation/model_notes.h"
 #include "files/pictures/picture_pixels.h"
-#include "targets/charts/sizes.h"
 
 namespace orvanel::drawing {
 namespace {
@@ -21,14 +21,6 @@ constexpr double kBelow = 64.0;  // scale bar and view
 constexpr double kRowHeight = kTitleHeight + kLetterLineHeight + kBelow + 16.0;
 constexpr double kSubtitle = 19.0;
 
-std::string SizeText(double logMar) {
-  const ArcMinutes height = charts::HeightOfLogMar(logMar);
-  return "logMAR " + NumberText(logMar, 2) + ", decimal acuity " + NumberText(charts::DecimalOfHeight(height), 2) +
-         ", letters " + NumberText(height.value(), 3) + "\u2032 high";
-}
-
-View ViewOfImages(const SimulatedEye& simulated) { return simulated.results.physical->view; }
-
 // A panel with a scale bar at its lower left and the view in the middle below it.
 void DrawLine(Canvas& canvas, const Box& box, const std::vector<Plane>& channels, ArcMinutes pixel, View view,
               Side side) {
@@ -39,46 +31,18 @@ void DrawLine(Canvas& canvas, const Box& box, const std::vector<Plane>& channels
   DrawView(canvas, box, 54.0, view, side);
 }
 
-void DrawFocus(Canvas& canvas, Point corner, const SimulatedEye& simulated) {
-  constexpr double kPanel = 180.0;  // 2 pixels for a pixel
-  const std::vector<FocusStep>& steps = simulated.letters->throughFocus;
-  const double step = (kContent - kPanel) / static_cast<double>(steps.size() - 1);
-  canvas.Text(
-      {corner.x, corner.y + 26.0},
-      "One letter through focus, " + SizeText(kFocusLogMar) + "; with a lens of so many dioptres before the eye",
-      {kTitleSize, kInk, true});
-  for (std::size_t i = 0; i < steps.size(); ++i) {
-    const Box box{corner.x + static_cast<double>(i) * step, corner.y + kTitleHeight, kPanel, kPanel};
-    canvas.Paste(box, PicturePixels(steps[i].image.seen, false));
-    canvas.Outline(box, 1.5, kFaintInk);
-    TextStyle style{22.0, kInk, true};
-    style.align = Align::kCentre;
-    const double lens = steps[i].lensDioptres;
-    canvas.Text({box.x + kPanel / 2.0, box.bottom() + 30.0},
-                (lens > 0.0   ? "+"
-                 : lens < 0.0 ? "\u2212"
-                              : "") +
-                    NumberText(lens < 0.0 ? -lens : lens, 3) + " D",
-                style);
-  }
-  const SizedObject& object = steps[0].image.object;
-  const Box strip{corner.x, corner.y + kTitleHeight, kContent, kPanel + 22.0};
-  DrawMinutes(canvas, {strip.x, strip.bottom() + 40.0}, kPanel / (object.pixel.value() * object.channels[0].columns()),
-              0.6 * kPanel, "");
-  DrawView(canvas, strip, 72.0, ViewOfImages(simulated), simulated.eye.side);
-}
-
 }  // namespace
 
 void DrawLetterCell(Canvas& canvas, Point corner, const LetterLine& line, const SimulatedEye& simulated) {
   const SizedImage& image = line.image;
   const Side side = simulated.eye.side;
-  DrawTitle(canvas, corner, kLetterLineWidth, "Letters of logMAR " + NumberText(line.logMar, 2), SizeText(line.logMar));
+  DrawTitle(canvas, corner, kLetterLineWidth, "Letters of logMAR " + NumberText(line.logMar, 2),
+            LetterSizeText(line.logMar));
   Box box{corner.x, corner.y + 66.0, kLetterLineWidth, kLetterLineHeight};
   DrawLine(canvas, box, image.object.channels, image.object.pixel, View::kPatient, side);
   canvas.Text({box.right(), box.bottom() + 26.0}, "as shown", {kSubtitle, kInk, false, Align::kRight});
   box.y += kLetterLineHeight + kBelow + 12.0;
-  DrawLine(canvas, box, image.seen, image.object.pixel, ViewOfImages(simulated), side);
+  DrawLine(canvas, box, image.seen, image.object.pixel, simulated.results.physical->view, side);
   canvas.Text({box.right(), box.bottom() + 26.0}, "as seen", {kSubtitle, kInk, false, Align::kRight});
 }
 
@@ -90,9 +54,8 @@ ColourPicture DrawLetters(const SimulatedEye& simulated) {
   for (const std::string& sentence : ModelNotes(simulated.results)) text += " " + sentence;
   const Paragraph note(text, {18.0, kInk}, kContent);
   const double top = head.height() + 14.0 + note.height() + 24.0;
-  constexpr double kFocusHeight = kTitleHeight + 180.0 + 110.0;
   const double panels =
-      simulated.letters ? static_cast<double>(simulated.letters->lines.size()) * kRowHeight + 20.0 + kFocusHeight : 0.0;
+      simulated.letters ? static_cast<double>(simulated.letters->lines.size()) * kRowHeight + 20.0 + kStripHeight : 0.0;
   Canvas canvas(kContent + 2.0 * kMargin, top + panels + kMargin / 2.0, 1.0);
   head.Draw(canvas, {kMargin, 0.0});
   canvas.Fill({kMargin, head.height(), kContent, 2.0}, kGridLine);
@@ -101,15 +64,16 @@ ColourPicture DrawLetters(const SimulatedEye& simulated) {
   double y = top;
   for (const LetterLine& line : simulated.letters->lines) {
     const SizedImage& image = line.image;
-    canvas.Text({kMargin, y + 28.0}, "As shown: " + SizeText(line.logMar), {kTitleSize, kInk, true});
+    canvas.Text({kMargin, y + 28.0}, "As shown: " + LetterSizeText(line.logMar), {kTitleSize, kInk, true});
     canvas.Text({kMargin + kLetterLineWidth + kGutter, y + 28.0}, "As this eye sees it", {kTitleSize, kInk, true});
     Box box{kMargin, y + kTitleHeight, kLetterLineWidth, kLetterLineHeight};
     DrawLine(canvas, box, image.object.channels, image.object.pixel, View::kPatient, simulated.eye.side);
     box.x += kLetterLineWidth + kGutter;
-    DrawLine(canvas, box, image.seen, image.object.pixel, ViewOfImages(simulated), simulated.eye.side);
+    DrawLine(canvas, box, image.seen, image.object.pixel, simulated.results.physical->view, simulated.eye.side);
     y += kRowHeight;
   }
-  DrawFocus(canvas, {kMargin, y + 20.0}, simulated);
+  DrawStrip(canvas, {kMargin, y + 20.0}, kContent, {{kFocusLetter, kFocusLogMar, {}}, simulated.letters->throughFocus},
+            simulated);
   return canvas.picture();
 }
 

@@ -45,6 +45,17 @@ Eye BehindLens(Eye eye, double dioptres) {
   return eye;
 }
 
+FocusStrip SeeStrip(const Eye& eye, const PhysicalSettings& settings, const StripRequest& request,
+                    const std::function<void()>& afterImage) {
+  SizedImager imager(settings);
+  FocusStrip strip{request, {}};
+  for (const double lens : request.lenses) {
+    strip.steps.push_back({lens, imager.ImageOf(BehindLens(eye, lens), LettersOf(request.logMar, {request.letter}))});
+    if (afterImage) afterImage();
+  }
+  return strip;
+}
+
 std::optional<LetterViews> SeeLetters(const Eye& eye, const PhysicalSettings& settings) {
   // Different letters, so that a line does not help to read the next.
   const std::vector<std::string> kLetters[] = {{"N", "C", "K", "Z", "O"},
@@ -60,7 +71,8 @@ std::optional<LetterViews> SeeLetters(const Eye& eye, const PhysicalSettings& se
       views.lines.push_back({kLetterSizes[i], imager.ImageOf(eye, LettersOf(kLetterSizes[i], kLetters[i]))});
     }
     for (const double lens : kFocusLenses) {
-      views.throughFocus.push_back({lens, imager.ImageOf(BehindLens(eye, lens), LettersOf(kFocusLogMar, {"R"}))});
+      views.throughFocus.push_back(
+          {lens, imager.ImageOf(BehindLens(eye, lens), LettersOf(kFocusLogMar, {kFocusLetter}))});
     }
   } catch (const PhysicalRefusal& refusal) {
     if (refusal.refusal.problem != physical::Problem::kFieldTooLarge) throw;

@@ -40,6 +40,7 @@ struct SimulatedEye {
   std::optional<Quality> quality;  // of the physical model
   std::vector<std::string> warnings;
   std::optional<LetterViews> letters;  // of the physical model, where the blur is not too wide for them
+  std::optional<FocusStrip> strip;
   std::optional<SizedView> sized;
 };
 

@@ -46,6 +46,7 @@ constexpr const char* kSimulateExamples =
     "  orvanel simulate eyes.csv --row 2 -o second_eye --refraction=-1.5,-0.5,90\n"
     "  orvanel simulate my_eye.json -o my_eye_reads --picture photograph.jpg\n"
     "  orvanel simulate my_eye.json -o reads --chart --optotype sloan --logmar 0.5:-0.3\n"
+    "  orvanel simulate my_eye.json -o focus --strip=-1,-0.5,0,0.5,1 --only strip.png\n"
     "  orvanel simulate my_eye.json -o sees --picture photograph.jpg --field 4deg --pupil 3 --light display \\\n"
     "    --reference-wavelength 555";
 
@@ -91,6 +92,8 @@ struct SimulateCommand {
   Adjustments adjustments;
   PictureRequest picture;  // without a file if no picture is given
   SizedOptions sized;
+  StripRequest strip;             // without lenses if no strip is drawn
+  std::vector<std::string> only;  // names of files; empty: all
   std::string folder;
   std::vector<RingRequest> rings;      // at least one; each once, those of one acuity together
   std::vector<const Format*> formats;  // each once
@@ -102,7 +105,7 @@ struct SimulateCommand {
 
 // Options as text of the command line.
 struct SimulateWords {
-  std::string acuities = kUsualAcuities, gaps = "right", frequencies, formats = kPictures, fit{Word(Fit::kCrop)};
+  std::string acuities = kUsualAcuities, gaps = "right", frequencies, formats = kPictures, fit{Word(Fit::kCrop)}, only;
   bool npy = false;
 };
 
@@ -196,6 +199,8 @@ void RunSimulate(const SimulateCommand& command) {
     request.view = ViewOf(command.model.request);
     request.letters = ShowsLetters(command);
     request.vectors = command.vectors;
+    request.strip = !command.strip.lenses.empty();
+    request.only = command.only;
     if (sized) {
       request.sized = sized->name;
       request.sizedChannels = command.model.request.physical.display ? 3 : 1;
@@ -218,7 +223,12 @@ void RunSimulate(const SimulateCommand& command) {
       simulated.qualityRequest = command.quality;
       simulated.quality = QualityEvaluator(model.physical, command.quality).Evaluate(simulated.eye);
     }
-    if (folder && ShowsLetters(command)) simulated.letters = SeeLetters(simulated.eye, model.physical);
+    const auto showsLetters = [](const std::string& name) { return name == kLettersFile || name == kOverviewFile; };
+    if (folder && ShowsLetters(command) && std::any_of(names.begin(), names.end(), showsLetters))
+      simulated.letters = SeeLetters(simulated.eye, model.physical);
+    if (!command.strip.lenses.empty()) {
+      simulated.strip = SeenStrip(simulated.eye, model.physical, command.strip);
+    }
     if (sized) simulated.sized = Seen(std::move(*sized), simulated.eye, model.physical);
   } catch (const Error& error) {
     throw Error(command.input.file + ": " + TextOf(error));
@@ -246,7 +256,8 @@ void RunSimulate(const SimulateCommand& command) {
     }
   }
   folder->Commit();
-  PrintOutput(SummaryText(simulated, command.folder, files.size()), "the results are in place");
+  const bool hasOverview = std::find(names.begin(), names.end(), kOverviewFile) != names.end();
+  PrintOutput(SummaryText(simulated, command.folder, files.size(), hasOverview), "the results are in place");
 }
 
 }  // namespace
@@ -275,6 +286,7 @@ Run DefineSimulate(CLI::App& app) {
                   "Frequencies of the printed MTF, in cycles/degree, separated by commas")
       ->type_name("LIST");
   const std::function<void()> readSized = AddSizedOptions(simulate, command->sized);
+  const std::function<void()> readStrip = AddStripOptions(simulate, command->strip);
   CLI::Option* const picture =
       simulate.add_option("--picture", command->picture.file, "Your own picture, to compute its retinal image too")
           ->type_name("FILE");
@@ -292,6 +304,10 @@ Run DefineSimulate(CLI::App& app) {
   simulate.add_flag("--npy", words->npy, "Add npy to the formats");
   simulate.add_flag("--letters", command->letters,
                     "Write letters.png also in light of several wavelengths, which takes minutes");
+  simulate
+      .add_option("--only", words->only,
+                  "Write only these files and summary.json, separated by commas: psf.png,mtf.svg")
+      ->type_name("LIST");
   simulate.add_flag("--force", command->force, "Replace the files of an earlier run in the folder; other files stay");
   std::vector<CLI::Option*> quality = {AddMetricOption(simulate, command->quality, kUsualMetrics)};
   for (CLI::Option* const option : AddQualityConditions(simulate, command->quality, ModelOutput::kPlanes)) {
@@ -303,14 +319,17 @@ Run DefineSimulate(CLI::App& app) {
   simulate.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kModelNotes + "\n" + kQualityNotes +
                   QualityCatalogueText() + "\n" + kObjectNotes + "\n" + kPictureNotes + "\n" + kSizedNotes + "\n" +
                   kFormatNotes + "\n" + kSimulateExamples);
-  simulate.final_callback([command, words, picture, output, readSized, &simulate] {
+  simulate.final_callback([command, words, picture, output, readSized, readStrip, &simulate] {
     readSized();
-    if (command->letters && command->model.request.kind == ModelKind::kClassic) {
-      throw CLI::ExcludesError("--model classic", "--letters");
+    readStrip();
+    for (const char* const name : {"--letters", "--strip"}) {
+      if (simulate.get_option(name)->count() > 0 && command->model.request.kind == ModelKind::kClassic) {
+        throw CLI::ExcludesError("--model classic", name);
+      }
     }
     if (command->sized.content != SizedOptions::Content::kNone) RefuseBesideSized(simulate, command->model);
     if (command->json) {
-      for (const char* const name : {"--output", "--picture", "--format", "--npy", "--force"}) {
+      for (const char* const name : {"--output", "--picture", "--format", "--npy", "--force", "--only", "--strip"}) {
         if (simulate.get_option(name)->count() > 0) {
           throw CLI::ValidationError("--json", std::string("writes no files; remove ") + name);
         }
@@ -326,6 +345,9 @@ Run DefineSimulate(CLI::App& app) {
     command->picture.fit = FitOf(words->fit);
     for (const std::string_view part : Split(words->formats)) command->vectors = command->vectors || part == kVectors;
     command->formats = FormatsOf(words->npy ? words->formats + ",npy" : words->formats);
+    if (!words->only.empty()) {
+      for (const std::string_view name : Split(words->only)) command->only.emplace_back(name);
+    }
     if (words->frequencies.empty()) return;
     for (const double frequency : PositiveNumbers(words->frequencies, "--mtf-at")) {
       command->mtfAt.emplace_back(frequency);

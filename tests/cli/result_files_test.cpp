@@ -5,6 +5,7 @@
 
 #include <set>
 
+#include "base/error.h"
 #include "files/pictures/picture_pixels.h"
 #include "files/pictures/png.h"
 #include "files/planes/npy.h"
@@ -90,6 +91,18 @@ TEST(Results, HoldEachFigureAsVectorGraphicsOnRequest) {
     EXPECT_EQ(svg.find("<image"), std::string::npos);
     EXPECT_EQ(svg, file.encode(simulated));
   }
+}
+
+TEST(Results, HoldOnlyTheFilesThatAreNamedAndTheSummary) {
+  Request request{kPupil, kRings, {}, 0};
+  request.strip = true;
+  EXPECT_EQ(NamesOf(ResultFiles(request)).count("strip.png"), 1U);
+  request.only = {"strip.png", "psf.png"};
+  EXPECT_EQ(NamesOf(ResultFiles(request)), (std::set<std::string>{"psf.png", "strip.png", "summary.json"}));
+  request.only = {"summary.json"};
+  EXPECT_EQ(NamesOf(ResultFiles(request)), (std::set<std::string>{"summary.json"}));
+  request.only = {"psf.png", "psf.npy"};
+  EXPECT_THROW(ResultFiles(request), Error);
 }
 
 TEST(Results, APictureBringsItsThreeViewsAndASheet) {

@@ -220,6 +220,8 @@ TEST(Summary, TextNamesItsModelAndEndsWithWhereToLook) {
   EXPECT_NE(text.find("Classic model: "), std::string::npos) << text;
   EXPECT_NE(text.find("178.43 cycles/degree"), std::string::npos) << text;
   EXPECT_TRUE(text.ends_with("17 files in out; open out/overview.png first\n")) << text;
+  EXPECT_TRUE(
+      SummaryText(Simulated(PerfectEye(Millimetres(3.0)), kRings), "out", 2, false).ends_with("2 files in out\n"));
 }
 
 TEST(Summary, TextGivesTheVisualAngleOfPhysicalRings) {

@@ -47,6 +47,20 @@ TEST(Letters, ALensMovesTheFocus) {
   EXPECT_GT(LargestDifference(myope.throughFocus[4].image.seen[0], sharp.throughFocus[4].image.seen[0]), 0.1);
 }
 
+// The sharp eye behind +0.5 D sees what the eye that is 0.5 D short-sighted sees without a lens.
+TEST(Letters, AStripHasTheImageOfEachLens) {
+  int images = 0;
+  const FocusStrip strip = SeeStrip(Sharp(), {}, {"K", 0.2, {-0.25, 0.5}}, [&images] { ++images; });
+  const FocusStrip myope = SeeStrip(BehindLens(Sharp(), 0.5), {}, {"K", 0.2, {0.0}});
+  EXPECT_EQ(images, 2);
+  ASSERT_EQ(strip.steps.size(), 2u);
+  EXPECT_EQ(strip.steps[1].lensDioptres, 0.5);
+  EXPECT_LT(LargestDifference(strip.steps[1].image.seen[0], myope.steps[0].image.seen[0]), 1e-9);
+  EXPECT_GT(LargestDifference(strip.steps[0].image.seen[0], myope.steps[0].image.seen[0]), 0.01);
+  const SizedObject& object = strip.steps[0].image.object;
+  EXPECT_NEAR(object.pixel.value() * object.channels[0].columns(), 15.0 * std::pow(10.0, 0.2), 1e-9);
+}
+
 // A short-sighted eye has a positive coefficient of defocus: 1 D over 4 mm is 4 / (4 sqrt 3) um.
 TEST(Letters, APlusLensMakesAnEyeShortSighted) {
   const Eye eye = BehindLens(Sharp(), 1.0);

@@ -6,6 +6,7 @@
 #include "base/error.h"
 #include "files/pictures/picture_file.h"
 #include "files/pictures/stb_decoder.h"
+#include "targets/object_picture.h"
 #if ORVANEL_WITH_JPEG
 #include "files/pictures/jpeg_decoder.h"
 #endif
@@ -47,6 +48,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ORVANEL_REQUIRE(picture.samples.size() == static_cast<std::size_t>(picture.width) *
                                                   static_cast<std::size_t>(picture.height) *
                                                   static_cast<std::size_t>(picture.channels));
+    const ObjectPicture whole = PixelsAsTheyAre(picture, {});
+    ORVANEL_REQUIRE(whole.channels.size() == (picture.channels < 3 ? 1U : 3U));
+    for (const Plane& channel : whole.channels) {
+      ORVANEL_REQUIRE(channel.columns() == picture.width && channel.rows() == picture.height);
+      for (const double light : channel) ORVANEL_REQUIRE(light >= 0.0 && light <= 1.0);
+    }
   } catch (const Error& error) {
     ORVANEL_REQUIRE(*error.what() != '\0');
   }

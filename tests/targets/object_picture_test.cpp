@@ -100,6 +100,36 @@ TEST(ObjectPicture, WhiteLiesUnderTransparentParts) {
   EXPECT_FALSE(FitToField(picture, Linear(Fit::kCrop)).transparent);
 }
 
+// Six pixels of four channels; the middle ones of a row are half and fully transparent.
+TEST(ObjectPicture, AWholePictureKeepsItsPixelsWithWhiteUnderTransparentParts) {
+  DecodedPicture picture{3, 2, 4, 16, {}};
+  for (int pixel = 0; pixel < 6; ++pixel) {
+    const int opacity[] = {65535, 13107, 0, 65535, 65535, 65535};
+    for (const int value : {1000 * pixel, 20000 + pixel, 65535 - 3 * pixel, opacity[pixel]}) {
+      picture.samples.push_back(static_cast<std::uint16_t>(value));
+    }
+  }
+  const ObjectPicture object = PixelsAsTheyAre(picture, Linear(Fit::kCrop));
+  EXPECT_TRUE(object.transparent);
+  ASSERT_EQ(object.channels.size(), 3U);
+  ASSERT_EQ(object.channels[0].columns(), 3);
+  ASSERT_EQ(object.channels[0].rows(), 2);
+  EXPECT_NEAR(object.channels[0].At(1, 2), 5000.0 / 65535.0, kRounding);
+  EXPECT_NEAR(object.channels[1].At(1, 0), 20003.0 / 65535.0, kRounding);
+  EXPECT_NEAR(object.channels[2].At(0, 1), 1.0 - 0.2 * 3.0 / 65535.0, kRounding);
+  EXPECT_NEAR(object.channels[0].At(0, 1), 0.8 + 0.2 * 1000.0 / 65535.0, kRounding);
+  EXPECT_EQ(object.channels[1].At(0, 2), 1.0);
+}
+
+TEST(ObjectPicture, AWholePictureOfSrgbValuesBecomesLight) {
+  const ObjectPicture object = PixelsAsTheyAre(Grey(2, 1, [](int x, int) { return 30000 + 20000 * x; }), {});
+  EXPECT_FALSE(object.transparent);
+  ASSERT_EQ(object.channels.size(), 1U);
+  // IEC 61966-2-1.
+  EXPECT_NEAR(object.channels[0][0], std::pow((30000.0 / 65535.0 + 0.055) / 1.055, 2.4), 1e-9);
+  EXPECT_NEAR(object.channels[0][1], std::pow((50000.0 / 65535.0 + 0.055) / 1.055, 2.4), 1e-9);
+}
+
 TEST(ObjectPicture, GreyWithOpacityHasOneChannel) {
   const DecodedPicture picture{1, 1, 2, 8, {13107, 65535}};
   const ObjectPicture object = FitToField(picture, Linear(Fit::kCrop));

@@ -91,9 +91,10 @@ const char* const kModelNotes = R"(Models (--model):
             light, orders 0 to 10
   classic   the numbers of the library's eight functions, on their own scale, orders 0 to 6
 Light (--light) is a wavelength in nm, white (equal energy times the photopic sensitivity, 400 to 700 nm), or a CSV
-file of wavelengths in nm and weights. display is the white of a display, whose primaries have Gaussian spectra of power
-that we chose: red 611 nm, 28 nm wide; green 539, 78; blue 459, 50. --spd states a measured display instead, by a CSV file
-of wavelengths in nm and the powers of its red, green and blue. Several wavelengths need the reference wavelength of the eye.
+file of wavelengths in nm and weights. display is the white of a typical display. Its primaries are built in: Gaussian
+spectra of power with peak and full width at half maximum of 611 and 28 nm (red), 539 and 78 nm (green), 459 and 50 nm
+(blue). --spd states a measured display instead, by a CSV file of wavelengths in nm and the powers of its red, green and
+blue. Several wavelengths need the reference wavelength of the eye.
 The Stiles-Crawford effect (--stiles-crawford) lowers the intensity at the distance d mm from its centre by
 10^(-RHO d^2); 0.05 is usual.
 )";

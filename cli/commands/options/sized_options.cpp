@@ -2,17 +2,22 @@
 #include "cli/commands/options/sized_options.h"
 
 #include <algorithm>
+#include <cmath>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "base/split.h"
 #include "cli/console/report.h"
 #include "cli/console/terminal.h"
 #include "files/interruption.h"
 #include "files/pictures/picture_file.h"
+#include "targets/charts/optotype.h"
 
 namespace orvanel::cli {
 
@@ -29,7 +34,7 @@ The background of a chart surrounds it; the mean of each channel surrounds a pic
 checkerboard. Nothing wraps round. The files are chart_shown.png, chart_seen.png and chart_before_after.png, or the same
 with picture; --format adds their planes of light.
 letters.png has lines of letters as shown and as seen, and one letter through focus. In light of several wavelengths it
-takes minutes and needs --letters.
+takes minutes and needs --letters. --strip writes one letter through the lenses that you name, in any light.
 )";
 
 namespace {
@@ -134,6 +139,57 @@ std::function<void()> AddSizedOptions(CLI::App& app, SizedOptions& options) {
                                  NumberText(number, 6) + " is not a number above 0");
     }
   };
+}
+
+std::function<void()> AddStripOptions(CLI::App& app, StripRequest& request) {
+  const auto list = std::make_shared<std::string>();
+  app.add_option("--strip", *list,
+                 "Write strip.png: one letter through these lenses, in dioptres, separated by commas, from 1 to 20")
+      ->type_name("LIST")
+      ->group(kSizedGroup);
+  app.add_option("--strip-letter", request.letter, "The letter of the strip, one of Sloan's ten")
+      ->capture_default_str()
+      ->type_name("LETTER")
+      ->needs("--strip")
+      ->group(kSizedGroup);
+  app.add_option("--strip-logmar", request.logMar, "Its size in logMAR, -0.5 to 1.5")
+      ->capture_default_str()
+      ->type_name("NUMBER")
+      ->needs("--strip")
+      ->check(CLI::Range(-0.5, 1.5))
+      ->group(kSizedGroup);
+  return [&app, &request, list] {
+    if (app.get_option("--strip")->count() == 0) return;
+    constexpr std::size_t kMostLenses = 20;
+    constexpr double kStrongest = 20.0;
+    for (const std::string_view part : Split(*list)) {
+      double lens = 0.0;
+      try {
+        lens = ParseNumber(part);
+      } catch (const Error&) {
+        throw CLI::ValidationError("--strip", Quoted(part) + " is not a number of dioptres, such as -0.5");
+      }
+      if (!(std::abs(lens) <= kStrongest)) {
+        throw CLI::ValidationError("--strip", Quoted(part) + " is not from -20 to 20 dioptres");
+      }
+      request.lenses.push_back(lens);
+    }
+    if (request.lenses.size() > kMostLenses) {
+      throw CLI::ValidationError("--strip", std::to_string(request.lenses.size()) + " lenses; write at most 20");
+    }
+    if (!charts::FindOptotype(*charts::OptotypeSetNamed("sloan"), request.letter)) {
+      throw CLI::ValidationError("--strip-letter",
+                                 Quoted(request.letter) + " is not one of C, D, H, K, N, O, R, S, V, Z");
+    }
+  };
+}
+
+FocusStrip SeenStrip(const Eye& eye, const PhysicalSettings& settings, const StripRequest& request) {
+  Progress progress("Lenses", request.lenses.size());
+  return SeeStrip(eye, settings, request, [&progress] {
+    StopIfInterrupted();
+    progress.Advance();
+  });
 }
 
 void RefuseBesideSized(const CLI::App& app, const ModelOptions& model) {

@@ -24,6 +24,12 @@ struct SizedOptions {
 // parsed, before the other functions here.
 std::function<void()> AddSizedOptions(CLI::App& app, SizedOptions& options);
 
+// Adds --strip and what it shows. The result is to be called when the command line is parsed.
+std::function<void()> AddStripOptions(CLI::App& app, StripRequest& request);
+
+// Shows progress, and stops at an interrupt.
+FocusStrip SeenStrip(const Eye& eye, const PhysicalSettings& settings, const StripRequest& request);
+
 // Throws errors of usage for options that do not apply to objects of true size.
 void RefuseBesideSized(const CLI::App& app, const ModelOptions& model);
 

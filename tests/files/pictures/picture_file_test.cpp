@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "base/error.h"
+#include "files/pictures/png.h"
 #include "tests/support/temporary_files.h"
 #if ORVANEL_WITH_TIFF
 #include "files/tiff_memory.h"
@@ -115,6 +116,32 @@ TEST(PictureFile, RefusesTooManyPixelsBeforeItDecodesThem) {
   Write(folder / "line.png",
         BombHeader(std::string("\0\0\x80\x01", 4), std::string("\0\0\0\x01", 4), "\x4d\x9f\xae\xca"));
   ExpectRefusal(folder / "line.png", "has 32769 x 1" + tail);
+}
+
+TEST(PictureFile, WholePicturesHaveUpTo4096PixelsASide) {
+  const TemporaryFolder folder;
+  const auto write = [&folder](int width, int height) {
+    const GreyPicture picture{width, height,
+                              std::vector<std::uint8_t>(static_cast<std::size_t>(width * height), std::uint8_t{51})};
+    Write(folder / "picture.png", EncodePng(picture, Pixels::kNumbers));
+    return PictureRequest{(folder / "picture.png").string(), Fit::kCrop, true};
+  };
+  const ObjectPicture wide = ReadWholePicture(write(4096, 2));
+  ASSERT_EQ(wide.channels.size(), 1U);
+  EXPECT_EQ(wide.channels[0].columns(), 4096);
+  EXPECT_EQ(wide.channels[0].rows(), 2);
+  EXPECT_NEAR(wide.channels[0].At(1, 4095), 0.2, 1e-12);
+  for (const auto& [width, height] : {std::pair(4097, 1), std::pair(1, 4097)}) {
+    const PictureRequest request = write(width, height);
+    try {
+      ReadWholePicture(request);
+      ADD_FAILURE() << width;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.what(), request.file + ": has " + std::to_string(width) + " x " + std::to_string(height) +
+                                  " pixels; at most 4096 a side keep their size: scale it down, or leave out its "
+                                  "angular size");
+    }
+  }
 }
 
 #if ORVANEL_WITH_JPEG
