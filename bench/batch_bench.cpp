@@ -2,21 +2,26 @@
 //
 // Usage: orvanel_batch_bench PROGRAM [EYES [ROUNDS]]
 //
-// Engine and program are measured alternately, in processor time, so that other work on the machine has little effect.
-// The medians of the rounds are compared. The engine computes wavefront, PSF with Strehl ratio, and MTF of the same
-// eyes.
+// Library and program are measured alternately, in processor time, so that other work on the machine has little effect.
+// The medians of the rounds are compared. Of the classic model, the engine computes wavefront, PSF with Strehl ratio,
+// and MTF of the same eyes. Of the physical model, the library computes VSX and the least-squares refraction of a tenth
+// of them.
 #include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "evaluation/quality_evaluator.h"
+#include "eye/refraction.h"
 #include "orvanel/optics_engine.h"
 
 namespace {
@@ -84,9 +89,41 @@ double TimeProgram(const std::string& command) {
   return SecondsOf(RUSAGE_CHILDREN) - start;
 }
 
+// VSX and the least-squares refraction, which are the parts of the program's work.
+double TimeQuality(const std::vector<Coefficients>& eyes) {
+  orvanel::metrics::QualityRequest request;
+  request.metrics = {orvanel::metrics::QualityMetric::kVsx};
+  orvanel::evaluation::QualityEvaluator evaluator(orvanel::models::PhysicalSettings(), request);
+  double sum = 0.0;
+  const double start = SecondsOf(RUSAGE_SELF);
+  for (const Coefficients& coefficients : eyes) {
+    orvanel::eye::Eye eye;
+    eye.pupil = orvanel::Millimetres(kPupil);
+    eye.coefficients = {orvanel::eye::kLibraryConvention, {coefficients.begin(), coefficients.end()}};
+    sum += evaluator.Evaluate(eye).values.front().value +
+           orvanel::eye::LeastSquaresRefraction(eye.coefficients.osa(), eye.pupil).m.value();
+  }
+  const double seconds = SecondsOf(RUSAGE_SELF) - start;
+  if (std::isnan(sum)) std::exit(1);  // keeps the work
+  return seconds;
+}
+
 double Median(std::vector<double> values) {
   std::sort(values.begin(), values.end());
   return values[values.size() / 2];
+}
+
+// Library and program in turns, for rounds.
+void Compare(const char* library, const char* program, std::size_t count, int rounds,
+             const std::function<double()>& timeLibrary, const std::function<double()>& timeProgram) {
+  std::vector<double> own, whole;
+  for (int round = 0; round < rounds; ++round) {
+    own.push_back(timeLibrary());
+    whole.push_back(timeProgram());
+  }
+  const double perEye = 1e6 / static_cast<double>(count);
+  std::printf("%-44s%8.1f us an eye\n%-44s%8.1f us an eye\n%-44s%8.3f\n", library, Median(own) * perEye, program,
+              Median(whole) * perEye, "ratio", Median(whole) / Median(own));
 }
 
 }  // namespace
@@ -99,20 +136,22 @@ int main(int argc, char** argv) {
   const auto count = static_cast<std::size_t>(argc > 2 ? std::strtol(argv[2], nullptr, 10) : 4000);
   const int rounds = argc > 3 ? static_cast<int>(std::strtol(argv[3], nullptr, 10)) : 7;
   const std::vector<Coefficients> eyes = Eyes(count);
+  const std::vector<Coefficients> tenth(eyes.begin(), eyes.begin() + static_cast<std::ptrdiff_t>((count + 9) / 10));
   const fs::path folder = fs::temp_directory_path() / ("orvanel-batch-bench-" + std::to_string(count));
   fs::create_directories(folder);
   WriteTable(folder / "eyes.csv", eyes);
-  const std::string command = std::string("'") + argv[1] + "' batch '" + (folder / "eyes.csv").string() + "' -o '" +
-                              (folder / "results.csv").string() + "' --jobs 1 --force >/dev/null";
-  std::vector<double> engine, program;
-  for (int round = 0; round < rounds; ++round) {
-    engine.push_back(TimeEngine(eyes));
-    program.push_back(TimeProgram(command));
-  }
+  WriteTable(folder / "tenth.csv", tenth);
+  const auto command = [&](const char* table, const std::string& options) {
+    return std::string("'") + argv[1] + "' batch '" + (folder / table).string() + "' -o '" +
+           (folder / "results.csv").string() + "' --jobs 1 --force " + options + " >/dev/null 2>&1";
+  };
+  Compare(
+      "engine, Strehl and MTF", "orvanel batch --model classic --jobs 1", count, rounds,
+      [&] { return TimeEngine(eyes); }, [&] { return TimeProgram(command("eyes.csv", "--model classic")); });
+  Compare(
+      "library, VSX and refraction", "orvanel batch --metrics VSX,refraction --jobs 1", tenth.size(), rounds,
+      [&] { return TimeQuality(tenth); },
+      [&] { return TimeProgram(command("tenth.csv", "--metrics VSX,refraction")); });
   fs::remove_all(folder);
-  const double perEye = 1e6 / static_cast<double>(count);
-  std::printf("engine, Strehl and MTF    %8.1f us an eye\n", Median(engine) * perEye);
-  std::printf("orvanel batch, --jobs 1   %8.1f us an eye\n", Median(program) * perEye);
-  std::printf("ratio                     %8.3f\n", Median(program) / Median(engine));
   return 0;
 }

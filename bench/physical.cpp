@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "bench/fftw_pipeline.h"
+#include "evaluation/correction/best_correction.h"
 #include "metrics/quality/quality.h"
 #include "models/physical/point_spread.h"
 #include "models/physical/retinal_image.h"
@@ -107,6 +108,24 @@ std::function<void(int)> Qualities(const std::vector<QualityMetric>& wanted, con
     benchmark::DoNotOptimize(quality->values[0].value);
   };
 }
+
+// The search of a lens, with the kernels that the program chooses.
+std::function<void(int)> BestLenses() {
+  metrics::QualityRequest request;
+  request.metrics = {QualityMetric::kVsx};
+  models::PhysicalSettings settings;
+  settings.light = Monochromatic();
+  const auto evaluator = std::make_shared<evaluation::QualityEvaluator>(settings, request);
+  return [evaluator](int turn) {
+    const Eye& physical = EyeAt(turn);
+    eye::Eye measured;
+    measured.pupil = Millimetres(physical.diameterMm);
+    measured.referenceWavelength = Nanometres(physical.referenceNm);
+    measured.coefficients.Replace({physical.modesUm.begin(), physical.modesUm.end()});
+    benchmark::DoNotOptimize(BestCorrection(*evaluator, measured, {}).best.quality.value);
+  };
+}
+
 std::vector<QualityMetric> AllQualities() {
   std::vector<QualityMetric> all;
   for (const metrics::QualityRow& row : metrics::QualityCatalogue()) all.push_back(row.metric);
@@ -144,6 +163,8 @@ std::vector<Result> Results(const Kernels& kernels) {
       {"OneMetricAndGradient", "the same with its gradient", Qualities({QualityMetric::kVsx}, kernels, true)},
       {"AllMetrics", "all metrics of image quality", Qualities(AllQualities(), kernels)},
       {"AllMetricsAndGradients", "the same with gradients", Qualities(AllQualities(), kernels, true)},
+      {"BestLens", "best lens by VSX, and that of the trial case",
+       &kernels == ActiveKernels() ? BestLenses() : nullptr},
       {"Image", "retinal image 512 x 512 of pixels of 0.5', eye known", Images(0.5, kernels)},
   };
   return results;
@@ -184,6 +205,7 @@ int Main(int argc, char** argv) {
   for (const Kernels* kernels : tables) {
     titles = Results(*kernels);
     for (const Result& result : titles) {
+      if (!result.once) continue;
       const std::string name = result.name + "/" + kernels->name;
       // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the library keeps it to the end
       benchmark::RegisterBenchmark(name.c_str(), [result](benchmark::State& state) {

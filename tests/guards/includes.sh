@@ -24,7 +24,7 @@ files       any   base/ eye/ targets/ orvanel/
 c_interface  any  base/ eye/ targets/ models/ metrics/ evaluation/ files/ orvanel/
 drawing     any   base/ eye/ targets/ models/ evaluation/ files/ orvanel/
 cli         any   base/ eye/ targets/ models/ metrics/ evaluation/ files/ drawing/ orvanel/
-bench       any   models/physical/ metrics/quality/ orvanel/ optics/kernels/dispatch\.h tests/support/(loaded_library|physical_truth|plain)\.h
+bench       any   models/physical/ metrics/quality/ eye/refraction\.h evaluation/ orvanel/ optics/kernels/dispatch\.h tests/support/(loaded_library|physical_truth|plain)\.h
 '
 impure='cstdio|stdio\.h|iostream|fstream|filesystem|thread|mutex|condition_variable|atomic|csignal|unistd\.h|windows\.h|sys/'
 impure+='|fcntl\.h|io\.h'
