@@ -19,6 +19,6 @@ done <"$work/commands"
 (cd "$work" && sha256sum ./*/*.npy ./*/*.svg) >"$work/seen"
 [ "${ORVANEL_RENEW_CASES:-0}" = 0 ] || cp "$work/seen" "$recorded"
 diff -u "$recorded" "$work/seen"
-for picture in $(sed -n 's/.*(\(images[^)]*\)) !.*(\(images[^)]*\))/\1 \2/p' docs/gallery.md); do
+while read -r picture; do
   [ -s "docs/$picture" ] || { echo "not there: docs/$picture; run './dev gallery'"; exit 1; }
-done
+done < <(grep -o 'images/gallery/[^)]*' docs/gallery.md)
