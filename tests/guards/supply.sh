@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Tests that only Debian packages are fetched, by name, and only by the functions `need` and `unpack` of ./dev. Its
-# function `peers_environment` installs the peers of a benchmark, each pinned by its hash.
+# functions `peers_environment` and `python_environment` install the peers of a benchmark and the tools of the Python
+# module, each pinned by its hash.
 # Usage: supply.sh SOURCE_FOLDER
 set -euo pipefail
 cd "$1"
@@ -16,7 +17,7 @@ files=$( { find . -name build -prune -o -name .git -prune -o -type f \( -name '*
 
 # lines_of FILE: with their numbers, but those of the functions that may fetch.
 lines_of() {
-  awk -v file="${1#./}" 'file == "dev" && /^(need|unpack|peers_environment)\(\) \{/ {inside = 1}
+  awk -v file="${1#./}" 'file == "dev" && /^(need|unpack|peers_environment|python_environment)\(\) \{/ {inside = 1}
     !inside {print file ":" NR ":" $0}
     file == "dev" && inside && /^}/ {inside = 0}' "$1"
 }
@@ -30,6 +31,16 @@ refuse() {
 }
 
 word() { printf '(?<![\\w.-])(?:%s)(?![\\w.-])' "$1"; }
+# What these environments install has hashes.
+for environment in peers_environment python_environment; do
+  installs=$(sed -n "/^$environment() {/,/^}/p" dev)
+  if grep 'pip install' <<<"$installs" | grep -v -e '--require-hashes .*-r [$]wanted$'; then
+    echo "The line above installs something without a hash, or not from the list of its environment."
+    status=1
+  fi
+done
+# A wheel that is built here is installed without a network.
+lines=$(grep -vE -e '-m pip (wheel|install) --quiet --no-index --no-deps ' <<<"$lines")
 refuse 'a program for downloads' "$(word 'curl|wget2?|aria2c|axel|w3m|lynx|sftp|scp|rsync|ncat|socat|telnet')|/dev/(tcp|udp)/"
 refuse 'a version control system' "$(word 'git')[^|;&]*$(word 'clone|submodule|fetch|pull|ls-remote|remote')|$(word 'hg|svn|bzr')"
 refuse 'a manager of packages' "$(word 'pip[0-9.]*|pipx|uv|easy_install|ensurepip|poetry|conda|mamba|npm|npx|yarn|pnpm|cargo|rustup')"
@@ -40,10 +51,4 @@ refuse 'Python' '\burllib|\burlopen|\bhttp\.client|\bftplib|\b(import|from) +(re
 lines=$(grep -vE ':[0-9]+: *"[^"]*"[^"]*$' <<<"$lines")
 refuse 'Debian packages' \
   "$(word 'apt|apt-get|aptitude|dpkg')[^|;&]*$(word 'install|reinstall|update|upgrade|source|download|build-dep|-i|--install|--unpack')"
-# What peers_environment installs has hashes.
-peers=$(sed -n '/^peers_environment() {/,/^}/p' dev)
-if grep 'pip install' <<<"$peers" | grep -v -e '--require-hashes .*-r [$]wanted$'; then
-  echo "The line above installs something without a hash, or not from bench/peers/requirements.txt."
-  status=1
-fi
 exit $status

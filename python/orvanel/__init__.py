@@ -1,0 +1,39 @@
+"""What an eye with a measured aberration sees.
+
+Examples
+--------
+>>> import orvanel as ov
+>>> eye = ov.Eye([0, 0, 0, -0.11, 0.42, 0.03], pupil_mm=5.5, convention="osa", laterality="OD", reference_nm=555)
+>>> round(eye.psf().strehl, 6)
+0.007462
+>>> eye.metrics(["VSX", "RMSw"])
+EyeMetrics(VSX=0.056556, RMSw=0.435201)
+"""
+
+from ._errors import ArgumentError, CancelledError, EyeError, FileError, OrvanelError, RefusedError
+from ._eye import Correction, Eye, LensValue, Refraction
+from ._library import version as __version__
+from ._metrics import EyeMetrics, Metric, Metrics, catalogue, metrics
+from ._planes import Plane, chart, picture
+
+__all__ = [
+    "ArgumentError",
+    "CancelledError",
+    "Correction",
+    "Eye",
+    "EyeError",
+    "EyeMetrics",
+    "FileError",
+    "LensValue",
+    "Metric",
+    "Metrics",
+    "OrvanelError",
+    "Plane",
+    "RefusedError",
+    "Refraction",
+    "__version__",
+    "catalogue",
+    "chart",
+    "metrics",
+    "picture",
+]
