@@ -20,15 +20,15 @@ void DrawQualityTable(Surface& surface, const Box& box, const SimulatedEye& simu
     notes.emplace_back(sentence, TextStyle{kNoteSize, kFaintInk}, box.width);
     notesHeight += notes.back().height();
   }
-  const auto rows = static_cast<double>(quality.values.size());
+  const std::vector<QualityText> texts = TextsOf(quality);
+  const auto rows = static_cast<double>(texts.size());
   const double size = std::min(kLargest, (box.height - kHead - notesHeight) / rows / kLeading);
   const double second = box.x + 0.27 * box.width, third = box.x + 0.66 * box.width;
   surface.Text({box.x, box.y + 30.0}, "Metrics of image quality", {kTitleSize, kInk, true});
   surface.Text({second, box.y + 56.0}, "this eye", {kSmallSize, kFaintInk});
   surface.Text({third, box.y + 56.0}, "no aberration", {kSmallSize, kFaintInk});
   double y = box.y + kHead;
-  for (const QualityValue& value : quality.values) {
-    const QualityText text = evaluation::TextOf(value);
+  for (const QualityText& text : texts) {
     const TextStyle style{size, kInk};
     y += kLeading * size;
     surface.Text({box.x, y}, text.name, {size, kInk, true});

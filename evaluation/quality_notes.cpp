@@ -24,30 +24,18 @@ std::string PlaceText(double arcmin) {
   return NumberText(std::fabs(arcmin) < kError ? 0.0 : arcmin, 3);
 }
 
-}  // namespace
-
-QualityText TextOf(const QualityValue& value) {
-  const QualityRow& row = RowOf(value.metric);
-  constexpr int kDigits = 4;
-  QualityText text{row.name, WithUnit(value.value, kDigits, row), "", "", metrics::TextOf(value.note)};
-  if (std::isfinite(value.limit)) text.limit = WithUnit(value.limit, kDigits, row);
-  if (std::isfinite(value.value)) text.error = WithUnit(value.error, 1, row);
-  return text;
-}
-
-std::vector<std::string> QualityConditions(const Quality& quality, const QualityRequest& request) {
+std::vector<std::string> ConditionsWith(const std::string& origin, QualityReference reference,
+                                        const QualityRequest& request) {
   const auto any = [&request](auto property) {
     return std::any_of(request.metrics.begin(), request.metrics.end(),
                        [property](QualityMetric metric) { return property(RowOf(metric)); });
   };
   std::vector<std::string> sentences;
   if (any([](const QualityRow& row) { return row.usesOrigin; })) {
-    sentences.push_back("Origin of the metrics: " + std::string(Word(quality.origin)) + ", at x " +
-                        PlaceText(quality.originX) + ", y " + PlaceText(quality.originY) +
-                        " arc minutes in the view of the patient.");
+    sentences.push_back("Origin of the metrics: " + origin + ".");
   }
   if (any([](const QualityRow& row) { return row.isRatio && row.plane != QualityPlane::kPupil; })) {
-    sentences.emplace_back(quality.reference == QualityReference::kSameLight
+    sentences.emplace_back(reference == QualityReference::kSameLight
                                ? "Ratios are to the pupil without aberration in the same light (same-light)."
                                : "Ratios are to the pupil without aberration at the reference wavelength "
                                  "(monochromatic).");
@@ -61,6 +49,38 @@ std::vector<std::string> QualityConditions(const Quality& quality, const Quality
         "Standard deviation of the Gaussian of NS, in arc minutes: " + ShortestText(request.gaussianSdArcmin) + ".");
   }
   return sentences;
+}
+
+}  // namespace
+
+QualityText TextOf(const QualityValue& value) {
+  const QualityRow& row = RowOf(value.metric);
+  constexpr int kDigits = 4;
+  QualityText text{row.name, WithUnit(value.value, kDigits, row), "", "", metrics::TextOf(value.note)};
+  if (std::isfinite(value.limit)) text.limit = WithUnit(value.limit, kDigits, row);
+  if (std::isfinite(value.value)) text.error = WithUnit(value.error, 1, row);
+  return text;
+}
+
+QualityText TextOf(const MtfValue& value) {
+  return {MtfName(value.frequencyCpd), NumberText(value.value, 4), "", NumberText(value.error, 1), ""};
+}
+
+std::vector<QualityText> TextsOf(const Quality& quality) {
+  std::vector<QualityText> texts;
+  for (const QualityValue& value : quality.values) texts.push_back(TextOf(value));
+  for (const MtfValue& value : quality.mtf) texts.push_back(TextOf(value));
+  return texts;
+}
+
+std::vector<std::string> QualityConditions(const Quality& quality, const QualityRequest& request) {
+  return ConditionsWith(std::string(Word(quality.origin)) + ", at x " + PlaceText(quality.originX) + ", y " +
+                            PlaceText(quality.originY) + " arc minutes in the view of the patient",
+                        quality.reference, request);
+}
+
+std::vector<std::string> QualityConditions(const QualityRequest& request) {
+  return ConditionsWith(std::string(Word(request.origin)) + ", found for each image", request.reference, request);
 }
 
 }  // namespace orvanel::evaluation

@@ -20,9 +20,16 @@ struct QualityText {
 };
 
 QualityText TextOf(const QualityValue& value);
+QualityText TextOf(const MtfValue& value);
+
+// The metrics, then the MTF.
+std::vector<QualityText> TextsOf(const Quality& quality);
 
 // Sentences about origin, reference, contrast sensitivity and Gaussian, as far as the metrics depend on them.
 std::vector<std::string> QualityConditions(const Quality& quality, const QualityRequest& request);
+
+// The same of values of several eyes, whose origins are at several places.
+std::vector<std::string> QualityConditions(const QualityRequest& request);
 
 }  // namespace orvanel::evaluation
 

@@ -102,13 +102,15 @@ void NameMetrics(std::string_view list, QualityRequest& request) {
   request.mtfAtCpd = frequencies;
 }
 
+std::string MtfName(double frequencyCpd) { return "MTF@" + ShortestText(frequencyCpd); }
+
 std::vector<QualityColumn> ColumnsOf(const QualityRequest& request) {
   std::vector<QualityColumn> columns;
   for (const QualityMetric metric : request.metrics) {
     const QualityRow& row = RowOf(metric);
     columns.push_back({row.name, row.unit, row.higherIsBetter, row.hasGradient, metric != QualityMetric::kEnt});
   }
-  for (const double frequency : request.mtfAtCpd) columns.push_back({"MTF@" + ShortestText(frequency), "1"});
+  for (const double frequency : request.mtfAtCpd) columns.push_back({MtfName(frequency), "1"});
   return columns;
 }
 

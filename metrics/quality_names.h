@@ -20,6 +20,9 @@ std::vector<QualityMetric> QualityMetricsNamed(std::string_view list);
 // metrics and frequencies of the request. Throws Error for a frequency that is none.
 void NameMetrics(std::string_view list, QualityRequest& request);
 
+// "MTF@10".
+std::string MtfName(double frequencyCpd);
+
 // A number that a request asks for.
 struct QualityColumn {
   std::string name;       // of the catalogue, or "MTF@10"

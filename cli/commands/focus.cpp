@@ -1,4 +1,5 @@
-// Implements "orvanel focus": searches the best focus and reports the measures before and after.
+// Implements "orvanel focus": searches the best focus and reports the measures before and after. With --through,
+// through_focus.cpp does the work.
 #include "cli/commands/focus.h"
 
 #include <CLI/App.hpp>
@@ -10,6 +11,8 @@
 #include "cli/coefficient_report.h"
 #include "cli/commands/options/model_options.h"
 #include "cli/commands/options/options.h"
+#include "cli/commands/options/quality_options.h"
+#include "cli/commands/through_focus.h"
 #include "cli/console/report.h"
 #include "cli/console/signals.h"
 #include "cli/console/terminal.h"
@@ -31,7 +34,8 @@ constexpr const char* kFocusExamples =
     "  orvanel focus assets/eyes/standard_observer_6mm.json\n"
     "  orvanel focus my_eye.json --astigmatism -o my_eye_in_focus.json\n"
     "  orvanel focus my_eye.json --method mtf --mtf-at 15 --light 589\n"
-    "  orvanel focus my_eye.json --model classic --method psf --step 0.02 --pupil 4";
+    "  orvanel focus my_eye.json --model classic --method psf --step 0.02 --pupil 4\n"
+    "  orvanel focus assets/eyes/standard_observer_6mm.json --through -1:1:0.125 --metric VSX,MTF@10 --plot focus.png";
 
 constexpr const char* kFocusNotes =
     R"(Methods of the physical model. Each finds the highest maximum along defocus; --astigmatism then varies both terms of
@@ -69,6 +73,7 @@ struct FocusCommand {
   ModelOptions model;
   std::string method;  // the default if empty
   FocusRequest request;
+  ThroughFocusOptions through;
   std::string output;
   bool force = false, stepGiven = false, frequencyGiven = false;
 };
@@ -183,6 +188,10 @@ std::string Report(const FocusCommand& command, const Eye& measured, const Eye& 
 }
 
 void RunFocus(const FocusCommand& command) {
+  if (!command.through.lenses.empty()) {
+    return RunThroughFocus(command.through, command.input, command.adjustments, command.model.request, command.output,
+                           command.force);
+  }
   const Eye measured = ReadEye(command.input);
   Eye before;
   BestFocus best;
@@ -220,6 +229,12 @@ void RunFocus(const FocusCommand& command) {
 }
 
 void Check(FocusCommand& command) {
+  if (!command.through.lenses.empty()) {
+    if (!command.output.empty() && KindOf(command.output) != FileKind::kCsv) {
+      throw CLI::ValidationError("--output", "the table of --through is written as .csv");
+    }
+    return;
+  }
   const ModelKind model = command.model.request.kind;
   try {
     command.request.method =
@@ -249,33 +264,40 @@ Run DefineFocus(CLI::App& app) {
   const auto command = std::make_shared<FocusCommand>();
   CLI::App& focus = *app.add_subcommand("focus", "Find the defocus with the best image quality of one eye.");
   AddInputOptions(focus, command->input);
-  AddParsedOption(
+  std::vector<CLI::Option*> searching = {AddParsedOption(
       focus, "--method", "WORD",
       "Method of the search: peak, axis, mtf, mtf-horizontal, mtf-vertical; of the classic model: optimise, psf, "
       "fit [peak; optimise]",
-      [command](const std::string& text) { command->method = text; });
-  AddParsedOption(focus, "--step", "UM", "Step of psf and fit, on the orthonormal coefficient [0.01]",
-                  [command](const std::string& text) {
-                    command->request.step = Micrometres(ParseNumber(text));
-                    if (command->request.step <= Micrometres(0.0)) throw Error("a step must be greater than 0");
-                    command->stepGiven = true;
-                  });
-  AddParsedOption(focus, "--mtf-at", "CPD", "Frequency of the methods mtf, in cycles/degree [10]",
-                  [command](const std::string& text) {
-                    command->request.frequency = CyclesPerDegree(ParseNumber(text));
-                    if (command->request.frequency <= CyclesPerDegree(0.0)) throw Error("a frequency must be above 0");
-                    command->frequencyGiven = true;
-                  });
-  focus.add_flag("--astigmatism", command->request.astigmatism, "Also vary both terms of astigmatism");
-  focus.add_flag("--without-astigmatism", command->request.withoutAstigmatism,
-                 "Search as if the eye had no astigmatism, as with a cylinder that corrects it");
-  focus.add_option("-o,--output", command->output, "The eye file to write, of the eye in its best focus")
+      [command](const std::string& text) { command->method = text; })};
+  searching.push_back(AddParsedOption(focus, "--step", "UM",
+                                      "Step of psf and fit, on the orthonormal coefficient [0.01]",
+                                      [command](const std::string& text) {
+                                        command->request.step = Micrometres(ParseNumber(text));
+                                        if (command->request.step <= Micrometres(0.0))
+                                          throw Error("a step must be greater than 0");
+                                        command->stepGiven = true;
+                                      }));
+  searching.push_back(AddParsedOption(focus, "--mtf-at", "CPD", "Frequency of the methods mtf, in cycles/degree [10]",
+                                      [command](const std::string& text) {
+                                        command->request.frequency = CyclesPerDegree(ParseNumber(text));
+                                        if (command->request.frequency <= CyclesPerDegree(0.0))
+                                          throw Error("a frequency must be above 0");
+                                        command->frequencyGiven = true;
+                                      }));
+  searching.push_back(
+      focus.add_flag("--astigmatism", command->request.astigmatism, "Also vary both terms of astigmatism"));
+  searching.push_back(focus.add_flag("--without-astigmatism", command->request.withoutAstigmatism,
+                                     "Search as if the eye had no astigmatism, as with a cylinder that corrects it"));
+  const std::vector<CLI::Option*> through = AddThroughFocusOptions(focus, command->through, searching);
+  focus
+      .add_option("-o,--output", command->output,
+                  "The eye file to write, of the eye in its best focus; with --through the table, .csv")
       ->type_name("FILE");
   focus.add_flag("--force", command->force, "Replace an existing file");
-  AddModelOptions(focus, command->model, ModelOutput::kNumbers);
+  AddModelOptions(focus, command->model, ModelOutput::kNumbers, through);
   AddAdjustmentOptions(focus, command->adjustments);
   focus.footer(std::string(kEyeNotes) + "\n" + kColumnNotes + "\n" + kModelNotes + "\n" + kFocusNotes + "\n" +
-               kFocusExamples);
+               kThroughFocusNotes + "\n" + kQualityNotes + QualityCatalogueText() + "\n" + kFocusExamples);
   focus.final_callback([command] { Check(*command); });
   return [command] { RunFocus(*command); };
 }

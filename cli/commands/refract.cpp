@@ -112,8 +112,8 @@ void CheckRefract(RefractCommand& command) {
                                "metrics of image quality need the physical model; remove --model classic, or "
                                "use 'orvanel focus --model classic'");
   }
-  if (command.metric.metrics.size() != 1) {
-    throw CLI::ValidationError("--metric", "a lens is searched by one metric; name only one");
+  if (command.metric.metrics.size() != 1 || !command.metric.mtfAtCpd.empty()) {
+    throw CLI::ValidationError("--metric", "a lens is searched by one metric of the catalogue; name only one");
   }
 }
 

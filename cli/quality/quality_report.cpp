@@ -34,6 +34,14 @@ Json QualityJson(const Quality& quality, const QualityRequest& request) {
                                {"larger_is_better", row.higherIsBetter},
                                {"definition", row.definition}});
   }
+  for (const MtfValue& value : quality.mtf) {
+    json["metrics"].push_back({{"name", MtfName(value.frequencyCpd)},
+                               {"unit", "1"},
+                               {"value", value.value},
+                               {"error", value.error},
+                               {"larger_is_better", true},
+                               {"definition", "MTF at this frequency in cycles/degree, mean over all directions."}});
+  }
   return json;
 }
 
@@ -45,14 +53,14 @@ Json QualityFactsJson(const Quality& quality) {
   for (const QualityValue& value : quality.values) {
     if (std::isfinite(value.value)) json[RowOf(value.metric).name] = value.value;
   }
+  for (const MtfValue& value : quality.mtf) json[MtfName(value.frequencyCpd)] = value.value;
   return json;
 }
 
 std::string QualityLines(const Quality& quality, const QualityRequest& request) {
   constexpr std::size_t kName = 9, kValue = 15;
   std::string lines;
-  for (const QualityValue& value : quality.values) {
-    const QualityText text = evaluation::TextOf(value);
+  for (const QualityText& text : evaluation::TextsOf(quality)) {
     std::string line = text.name;
     line.resize(kName, ' ');
     line += text.value;

@@ -21,4 +21,7 @@ quoted=$(sed -n '/^    PSF window/,/^    Rings/p' "$source/docs/conventions.md")
 [ "$quoted" = "$(sed -n '/^PSF window/,/^Rings/s/^/    /p' output)" ] || { echo "conventions.md quotes: $quoted"; status=1; }
 output=$("$program" refract assets/eyes/standard_observer_6mm.json)
 [[ $(<"$source/docs/refraction.md") == *"$output"* ]] || { echo "not in refraction.md: $output"; status=1; }
+output=$("$program" focus assets/eyes/standard_observer_6mm.json --through -1:1:0.125 --pupil 4 --metric VSX,MTF@10 |
+  sed -n '/^Best focus/,$s/^/    /p')
+[[ $(<"$source/docs/metrics.md") == *"$output"* ]] || { echo "not in metrics.md: $output"; status=1; }
 exit $status

@@ -26,6 +26,18 @@ TEST(QualityNotes, AValueHasUnitLimitAndError) {
   EXPECT_EQ(width.error, "0.01 arcmin");
 }
 
+TEST(QualityNotes, TheMtfFollowsTheMetrics) {
+  Quality quality;
+  quality.values = {{M::kVsx, 0.123456, 1.0, 1e-4}};
+  quality.mtf = {{12.5, 0.654321, 1e-5}};
+  const std::vector<QualityText> texts = TextsOf(quality);
+  ASSERT_EQ(texts.size(), 2U);
+  EXPECT_EQ(texts[0].name, "VSX");
+  EXPECT_EQ(texts[1].name, "MTF@12.5");
+  EXPECT_EQ(texts[1].value, "0.6543");
+  EXPECT_EQ(texts[1].error, "1e-05");
+}
+
 TEST(QualityNotes, WhatIsNoNumberIsUnknown) {
   const QualityText text = TextOf({M::kD50, kNan, kNan, kNan, QualityNote::kOutsideWindow});
   EXPECT_EQ(text.value, "unknown");
@@ -59,6 +71,17 @@ TEST(QualityNotes, OnlyConditionsThatCountAreStated) {
   own.metrics = {M::kVsMtf};
   own.contrast = *ContrastSensitivity::Of({{1.0, 10.0}, {20.0, 3.0}}, wrong);
   EXPECT_EQ(QualityConditions(quality, own).back(), "Contrast sensitivity: a table of the user.");
+}
+
+TEST(QualityNotes, ConditionsOfSeveralEyesHaveNoPlace) {
+  QualityRequest request;
+  request.metrics = {M::kVsx};
+  request.origin = QualityOrigin::kCentroid;
+  request.reference = QualityReference::kMonochromatic;
+  EXPECT_EQ(QualityConditions(request),
+            Texts({"Origin of the metrics: centroid, found for each image.",
+                   "Ratios are to the pupil without aberration at the reference wavelength (monochromatic).",
+                   "Contrast sensitivity: Campbell and Green (1965)."}));
 }
 
 }  // namespace

@@ -60,10 +60,12 @@ std::string QualityCatalogueText() {
 }
 
 CLI::Option* AddMetricOption(CLI::App& app, QualityRequest& request, const char* usual) {
-  request.metrics = QualityMetricsNamed(usual);
-  return AddParsedOption(app, "--metric,--metrics", "LIST",
-                         "Metrics of image quality, separated by commas, or all [" + std::string(usual) + "]",
-                         [&request](const std::string& text) { request.metrics = QualityMetricsNamed(text); })
+  NameMetrics(usual, request);
+  return AddParsedOption(
+             app, "--metric,--metrics", "LIST",
+             "Metrics of image quality, separated by commas, or all; MTF@10 is the MTF at 10 cycles/degree [" +
+                 std::string(usual) + "]",
+             [&request](const std::string& text) { NameMetrics(text, request); })
       ->group(kQualityGroup);
 }
 

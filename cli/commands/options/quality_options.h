@@ -12,7 +12,7 @@
 
 namespace orvanel::cli {
 
-// --metric, a list of names of the catalogue. Returns the option.
+// --metric, a list of names of the catalogue and of frequencies of the MTF. Returns the option.
 //   usual  the names that the request has without the option
 CLI::Option* AddMetricOption(CLI::App& app, QualityRequest& request, const char* usual);
 
