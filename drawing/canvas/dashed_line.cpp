@@ -1,4 +1,4 @@
-// Walks along the line, and draws each dash as a line of its own.
+// Walks along the line, and draws each dash as a separate line.
 #include "drawing/canvas/dashed_line.h"
 
 #include <algorithm>
