@@ -24,4 +24,7 @@ output=$("$program" refract assets/eyes/standard_observer_6mm.json)
 output=$("$program" focus assets/eyes/standard_observer_6mm.json --through -1:1:0.125 --pupil 4 --metric VSX,MTF@10 |
   sed -n '/^Best focus/,$s/^/    /p')
 [[ $(<"$source/docs/metrics.md") == *"$output"* ]] || { echo "not in metrics.md: $output"; status=1; }
+output=$("$program" simulate assets/eyes/standard_observer_6mm.json -o standard_observer --metric all |
+  sed -n '/^Image quality/,/^Pictures/s/^/    /p' | sed '$d')
+[[ $(<"$source/docs/metrics.md") == *"$output"* ]] || { echo "not in metrics.md: $output"; status=1; }
 exit $status
