@@ -119,7 +119,7 @@ std::string EyeSource::Summary() const { return table_ ? table_->rows.Summary() 
 std::optional<double> EyeSource::Share() const {
   if (!table_) return static_cast<double>(next_) / static_cast<double>(files_.size());
   if (!table_->size) return std::nullopt;
-  return static_cast<double>(table_->stream.bytesRead()) / *table_->size;
+  return static_cast<double>(table_->rows.bytesTaken()) / *table_->size;
 }
 
 std::string EyeSource::tableHash() const { return table_ ? table_->stream.hash() : ""; }

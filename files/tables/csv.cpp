@@ -28,6 +28,7 @@ bool CsvReader::Fill() {
   buffer_.resize(kept + kBlock);
   stream_.read(buffer_.data() + kept, kBlock);
   buffer_.resize(kept + static_cast<std::size_t>(stream_.gcount()));
+  bytesRead_ += buffer_.size() - kept;
   if (stream_.bad()) throw Error(file_ + ": cannot be read to its end");
   return buffer_.size() > kept;
 }

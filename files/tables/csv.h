@@ -2,6 +2,7 @@
 #ifndef ORVANEL_FILES_TABLES_CSV_H
 #define ORVANEL_FILES_TABLES_CSV_H
 
+#include <cstdint>
 #include <istream>
 #include <string>
 #include <string_view>
@@ -27,6 +28,9 @@ class CsvReader {
 
   char separator() const { return separator_; }
 
+  // Of the stream, up to the end of the last row.
+  std::uint64_t bytesTaken() const { return bytesRead_ - (buffer_.size() - next_); }
+
  private:
   int Peek();
   int Take();
@@ -43,7 +47,8 @@ class CsvReader {
   bool decimalComma_;
   std::string buffer_;
   std::size_t next_ = 0;  // in buffer_
-  Place place_{1, 1};     // of the next character
+  std::uint64_t bytesRead_ = 0;
+  Place place_{1, 1};  // of the next character
   bool started_ = false;
   bool isWithinRow_ = false;  // the rest of a refused row is not read yet
   char separator_ = ',';

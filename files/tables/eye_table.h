@@ -3,6 +3,7 @@
 #define ORVANEL_FILES_TABLES_EYE_TABLE_H
 
 #include <array>
+#include <cstdint>
 #include <istream>
 #include <memory>
 #include <optional>
@@ -123,6 +124,9 @@ class EyeTable {
 
   // Skips the next eye; false at the end. Throws ErrorAt only if the row is malformed.
   bool Skip();
+
+  // Of the stream, up to the end of the last row.
+  std::uint64_t bytesTaken() const { return csv_ ? csv_->bytesTaken() : ndjson_->bytesTaken(); }
 
   // Names of the user's own columns. In a table of JSON they are those of the first row. Later rows may lack some, but
   // must not have others.

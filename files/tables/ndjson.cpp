@@ -27,6 +27,7 @@ bool NdjsonReader::TakePiece(std::string& piece) {
   stream_.getline(piece.data(), kPiece);
   if (stream_.bad()) throw Error(file_ + ": cannot be read to its end");
   const auto count = static_cast<std::size_t>(stream_.gcount());
+  bytesTaken_ += count;
   if (stream_.fail() && count == kPiece - 1) {
     stream_.clear();
     piece.resize(count);

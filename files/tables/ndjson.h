@@ -2,6 +2,7 @@
 #ifndef ORVANEL_FILES_TABLES_NDJSON_H
 #define ORVANEL_FILES_TABLES_NDJSON_H
 
+#include <cstdint>
 #include <istream>
 #include <string>
 
@@ -21,6 +22,9 @@ class NdjsonReader {
   // line, its limit.
   bool Next(Record& keys, Record& values);
 
+  // Of the stream, up to the end of the last line.
+  std::uint64_t bytesTaken() const { return bytesTaken_; }
+
  private:
   static constexpr std::size_t kPiece = 1 << 12;
 
@@ -31,6 +35,7 @@ class NdjsonReader {
   std::istream& stream_;
   std::string file_;
   std::size_t line_ = 0;
+  std::uint64_t bytesTaken_ = 0;
   std::string text_;
   bool isWithinLine_ = false;  // the rest of a line that is too long is not read yet
   bool ended_ = false;

@@ -32,6 +32,17 @@ std::string Refusal(const std::string& text) {
 
 const Rows kPlain = {{"id", "Z4"}, {"a", "0.5"}, {"b", "-1"}};
 
+TEST(Csv, CountsTheBytesOfItsRowsAndNoneThatWereReadAhead) {
+  std::istringstream stream("\xEF\xBB\xBFid,Z4\na,0.5\r\n\"b\",-1");
+  CsvReader reader(stream, "t.csv");
+  EXPECT_EQ(reader.bytesTaken(), 0U);
+  Record record;
+  for (const std::uint64_t bytes : {9U, 16U, 22U}) {
+    ASSERT_TRUE(reader.Next(record));
+    EXPECT_EQ(reader.bytesTaken(), bytes);
+  }
+}
+
 TEST(Csv, LinesEndWithEitherLineEndOrTheFile) {
   EXPECT_EQ(RowsOf("id,Z4\na,0.5\nb,-1\n"), kPlain);
   EXPECT_EQ(RowsOf("id,Z4\r\na,0.5\r\nb,-1\r\n"), kPlain);

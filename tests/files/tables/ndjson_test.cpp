@@ -41,6 +41,19 @@ TEST(Ndjson, KeysAndValuesComeInTheirOrder) {
   EXPECT_FALSE(reader.Next(keys, values));
 }
 
+TEST(Ndjson, CountsTheBytesOfItsLinesAndNoneThatWereReadAhead) {
+  const std::string first = "{\"Z4\": 0.1}\r\n", longer = "{\"id\": \"" + std::string(10000, 'a') + "\"}\n";
+  std::istringstream stream(first + longer + "{\"Z4\": 1}");
+  NdjsonReader reader(stream, "t.ndjson");
+  Record keys, values;
+  ASSERT_TRUE(reader.Next(keys, values));
+  EXPECT_EQ(reader.bytesTaken(), first.size());
+  ASSERT_TRUE(reader.Next(keys, values));
+  EXPECT_EQ(reader.bytesTaken(), first.size() + longer.size());
+  ASSERT_TRUE(reader.Next(keys, values));
+  EXPECT_EQ(reader.bytesTaken(), first.size() + longer.size() + 9);
+}
+
 TEST(Ndjson, NumbersKeepEveryBit) {
   std::istringstream stream("{\"Z4\": 0.1000000000000000055511151231257827, \"Z5\": 5e-324}\n");
   NdjsonReader reader(stream, "t.ndjson");
