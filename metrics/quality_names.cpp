@@ -28,7 +28,7 @@ bool IsNear(std::string_view name, std::string_view known) {
 
 template <class Choice, std::size_t N>
 std::optional<Choice> Named(std::string_view word, const std::array<Choice, N>& choices) {
-  const auto found = std::find_if(choices.begin(), choices.end(), [word](Choice c) { return word == Word(c); });
+  const auto* const found = std::find_if(choices.begin(), choices.end(), [word](Choice c) { return word == Word(c); });
   if (found == choices.end()) return std::nullopt;
   return *found;
 }

@@ -108,7 +108,7 @@ std::span<const QualityRow> QualityCatalogue() { return kRows; }
 const QualityRow& RowOf(QualityMetric metric) { return kRows[static_cast<std::size_t>(metric)]; }
 
 std::optional<QualityMetric> QualityMetricNamed(std::string_view name) {
-  const auto found = std::find_if(kRows.begin(), kRows.end(), [name](const QualityRow& row) {
+  const auto* const found = std::find_if(kRows.begin(), kRows.end(), [name](const QualityRow& row) {
     const std::string_view own = row.name;
     return std::equal(own.begin(), own.end(), name.begin(), name.end(),
                       [](char a, char b) { return Lower(a) == Lower(b); });

@@ -192,6 +192,23 @@ class SpectrumWeights {
   double* plane_;
 };
 
+// Frequencies -last to last of a half spectrum of 2 side samples, without the phase of the middle's move by half a
+// window.
+std::vector<std::complex<double>> FrequenciesAroundZero(const double* spectrum, int width,
+                                                        const PlaneTransform& transform, int side, int last) {
+  const int pitch = 2 * last + 1;
+  std::vector<std::complex<double>> frequencies(Size(1LL * pitch * pitch));
+  for (int q = 0; q <= last; ++q) {
+    for (int p = -last; p <= last; ++p) {
+      const double* const v = spectrum + transform.At(Wrapped(p, 2 * side), q);
+      const std::complex<double> value = TimesPowerOfI({v[0], v[width]}, -(p + q));
+      frequencies[Size(1LL * (p + last) * pitch + q + last)] = value;
+      frequencies[Size(1LL * (last - p) * pitch + last - q)] = std::conj(value);
+    }
+  }
+  return frequencies;
+}
+
 }  // namespace
 
 PerfectLight PerfectLightOf(const std::vector<physical::Beam>& beams, physical::ChordQuadrature& quadrature) {
@@ -538,18 +555,9 @@ LightLattice::Means LightLattice::MeansOf(const LightWindow& window, Place place
     }
   }
   transform.HalfSpectrum(samples, side, side, side, spectrum, workspace.transforms.memory);
-  // Frequencies around 0, on the fine lattice, without the phase of the middle's move by half a window.
   const int last = FarthestFine();
   const int pitch = 2 * last + 1;
-  std::vector<std::complex<double>> fine(Size(1LL * pitch * pitch));
-  for (int q = 0; q <= last; ++q) {
-    for (int p = -last; p <= last; ++p) {
-      const double* const v = spectrum + transform.At(Wrapped(p, 2 * side), q);
-      const std::complex<double> value = TimesPowerOfI({v[0], v[width_]}, -(p + q));
-      fine[Size(1LL * (p + last) * pitch + q + last)] = value;
-      fine[Size(1LL * (last - p) * pitch + last - q)] = std::conj(value);
-    }
-  }
+  const std::vector<std::complex<double>> fine = FrequenciesAroundZero(spectrum, width_, transform, side, last);
   const double x = place.x - window.centreX, y = place.y - window.centreY;
   Means means;
   means.step = radialStep_;

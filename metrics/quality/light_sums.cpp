@@ -146,7 +146,7 @@ class LogarithmTable {
   double Of(double x) const {
     const auto bits = std::bit_cast<std::uint64_t>(x);
     const int exponent = static_cast<int>(bits >> 52) - 1023;
-    const double mantissa = std::bit_cast<double>((bits & 0xfffffffffffff) | 0x3ff0000000000000);
+    const auto mantissa = std::bit_cast<double>((bits & 0xfffffffffffff) | 0x3ff0000000000000);
     const std::size_t i = (bits >> 44) & (kEntries - 1);
     const double r = mantissa * inverses_[i] - 1.0;
     return exponent * std::numbers::ln2 + (logarithms_[i] + r * (1.0 - r * (0.5 - r * (1.0 / 3.0 - r / 4.0))));

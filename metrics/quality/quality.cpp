@@ -294,6 +294,108 @@ std::vector<double> PupilGradient(M metric, const PupilMetrics& pupil) {
   }
 }
 
+// What the image of a point gives.
+struct PointImage {
+  Sums sums, limit;  // of this eye, and of the reference
+  SumGradients gradients;
+  Origin origin;
+};
+
+// The sums of the reference.
+Sums ReferenceOf(const physical::Eye& eye, const QualityRequest& request, const Needs& needs,
+                 const PerfectLight& perfect, int side, const Weighting& weighting, double circle, Tables& tables) {
+  if (request.reference != QualityReference::kMonochromatic || eye.referenceNm == 0.0) {
+    return LimitOf(tables.Of(perfect, side, weighting), needs, circle, tables);
+  }
+  const std::vector<Beam> single = *BeamsOf(eye, {{eye.referenceNm, 1.0}});
+  const PerfectLight reference = PerfectLightOf(single, tables.physical.quadrature);
+  const physical::SlopeWindow slopes = SlopesOf(reference.beams, reference.factors);
+  return LimitOf(tables.Of(reference, *SideFor(slopes, kClear, kMinSide, false), weighting), needs, circle, tables);
+}
+
+// Fills in the image; refuses wavefronts that are too steep.
+std::optional<QualityRefusal> FindImage(const physical::Eye& eye, const std::vector<Beam>& beams,
+                                        const QualityRequest& request, const Needs& needs, double primaryNm,
+                                        Tables& tables, PointImage& image) {
+  const Weighting weighting{request.contrast, request.gaussianSdArcmin};
+  const PerfectLight perfect = PerfectLightOf(beams, tables.physical.quadrature);
+  const physical::SlopeWindow slopes = SlopesOf(beams, perfect.factors);
+  const auto tooSteep = [&] {
+    return QualityRefusal{QualityProblem::kModel,
+                          {physical::Problem::kTooSteep, slopes.width / slopes.unit, 0.0,
+                           physical::kWindowSpacing * physical::kLargestWindow / kClearForModulus, beams.front().line}};
+  };
+  const std::optional<int> side =
+      SideFor(slopes, kClear, kMinSide, needs.origin && request.origin == QualityOrigin::kAxis);
+  if (!side) return tooSteep();
+  const double circle = kFirstDarkRing * primaryNm * 1e-3 / eye.diameterMm * 10.8 / kPi;
+  image.limit = ReferenceOf(eye, request, needs, perfect, *side, weighting, circle, tables);
+  LightWindow window;
+  // In steps, so that numbers change smoothly with the modes.
+  window.centreX = std::floor(slopes.centreX / slopes.unit + 0.5) * slopes.unit;
+  window.centreY = std::floor(slopes.centreY / slopes.unit + 0.5) * slopes.unit;
+  window.spacing = physical::kWindowSpacing * slopes.unit;
+  LightLattice::Volumes volumes;
+  if (needs.volumes) {
+    const std::optional<int> largeSide = SideFor(slopes, kClearForModulus, kMinSideForModulus, false);
+    if (!largeSide) return tooSteep();
+    LightLattice& large = tables.Of(perfect, *largeSide, weighting).lattice;
+    window.side = *largeSide;
+    SampleLight(beams, perfect.factors, window, tables.physical);
+    large.TransformAll(window, tables.physical);
+    volumes = large.VolumesOf(tables.physical);
+    if (request.gradient) {
+      AddGradientsOfVolumes(needs, beams, perfect.factors, window, large, tables.physical, image.gradients);
+    }
+  }
+  LightLattice& lattice = tables.Of(perfect, *side, weighting).lattice;
+  window.side = *side;
+  SampleLight(beams, perfect.factors, window, tables.physical);
+  const double period = window.side * window.spacing;
+  const SampledLight sampled{beams, perfect.factors, window, slopes.unit, circle, period / 2.0, slopes.width};
+  image.sums = SumsOf(needs, request.origin, sampled, lattice, tables.physical, image.origin);
+  image.sums.volumes = volumes;
+  if (request.gradient) {
+    AddGradients(needs, request.origin, sampled, lattice, image.sums, image.origin, tables.physical, image.gradients);
+  }
+  return std::nullopt;
+}
+
+// The metrics of a request, in its order.
+std::vector<QualityValue> ValuesOf(const physical::Eye& eye, const std::vector<Beam>& beams,
+                                   const QualityRequest& request, double primaryNm, const PointImage& image) {
+  std::vector<QualityValue> values;
+  std::optional<PupilMetrics> pupil;
+  for (const M metric : request.metrics) {
+    const QualityRow& row = RowOf(metric);
+    QualityValue value;
+    if (metric == M::kSm) {
+      value = {metric, RaySpreadOf(beams)};
+      if (request.gradient) value.gradient = Times(1.0, physical::GradientOfRaySpread(beams));
+    } else if (row.plane == QualityPlane::kPupil) {
+      if (!pupil) pupil.emplace(PupilInLight(eye, primaryNm));
+      value = PupilValue(metric, *pupil);
+      if (request.gradient) value.gradient = PupilGradient(metric, *pupil);
+    } else {
+      value = ImageValue(metric, image.sums, image.limit);
+      if (row.usesOrigin && !image.origin.isUnique && value.note == QualityNote::kNone) {
+        value.note = QualityNote::kPlaceNotUnique;
+      }
+      if (request.gradient) {
+        value.gradient = ImageGradient(metric, value.value, image.sums, image.limit, image.gradients);
+      }
+    }
+    // A width that is 0 is at its edge.
+    const bool isEdge = !row.isRatio && value.value == 0.0;
+    if (request.gradient && (value.gradient.empty() || std::isnan(value.value) || isEdge)) {
+      value.gradient.assign(physical::kModes, kNan);
+    }
+    value.error = row.isRatio ? row.error : row.error * std::fabs(value.value);
+    values.push_back(value);
+  }
+  return values;
+}
+
 }  // namespace
 
 QualityOutcome QualityOf(const physical::Eye& eye, const physical::Light& light, const QualityRequest& request,
@@ -312,88 +414,13 @@ QualityOutcome QualityOf(const physical::Eye& eye, const physical::Light& light,
   const bool isMonochromatic = beams->size() == 1;
   quality.primaryNm = isMonochromatic ? beams->front().pupil.wavelengthUm * 1e3 : eye.referenceNm;
   const Needs needs = NeedsOf(request.metrics, request.origin);
-  Sums sums, limit;
-  SumGradients gradients;
-  Origin origin;
+  PointImage image;
   if (needs.image || needs.origin) {
-    const Weighting weighting{request.contrast, request.gaussianSdArcmin};
-    const PerfectLight perfect = PerfectLightOf(*beams, tables.physical.quadrature);
-    const physical::SlopeWindow slopes = SlopesOf(*beams, perfect.factors);
-    const auto tooSteep = [&] {
-      return QualityRefusal{
-          QualityProblem::kModel,
-          {physical::Problem::kTooSteep, slopes.width / slopes.unit, 0.0,
-           physical::kWindowSpacing * physical::kLargestWindow / kClearForModulus, beams->front().line}};
-    };
-    const std::optional<int> side =
-        SideFor(slopes, kClear, kMinSide, needs.origin && request.origin == QualityOrigin::kAxis);
-    if (!side) return tooSteep();
-    LightLattice::Volumes volumes;
-    const double circle = kFirstDarkRing * quality.primaryNm * 1e-3 / eye.diameterMm * 10.8 / kPi;
-    if (request.reference == QualityReference::kMonochromatic && eye.referenceNm != 0.0) {
-      const std::vector<Beam> single = *BeamsOf(eye, {{eye.referenceNm, 1.0}});
-      const PerfectLight reference = PerfectLightOf(single, tables.physical.quadrature);
-      const physical::SlopeWindow none = SlopesOf(reference.beams, reference.factors);
-      limit = LimitOf(tables.Of(reference, *SideFor(none, kClear, kMinSide, false), weighting), needs, circle, tables);
-    } else {
-      limit = LimitOf(tables.Of(perfect, *side, weighting), needs, circle, tables);
-    }
-    LightWindow window;
-    // In steps, so that numbers change smoothly with the modes.
-    window.centreX = std::floor(slopes.centreX / slopes.unit + 0.5) * slopes.unit;
-    window.centreY = std::floor(slopes.centreY / slopes.unit + 0.5) * slopes.unit;
-    window.spacing = physical::kWindowSpacing * slopes.unit;
-    if (needs.volumes) {
-      const std::optional<int> largeSide = SideFor(slopes, kClearForModulus, kMinSideForModulus, false);
-      if (!largeSide) return tooSteep();
-      LightLattice& large = tables.Of(perfect, *largeSide, weighting).lattice;
-      window.side = *largeSide;
-      SampleLight(*beams, perfect.factors, window, tables.physical);
-      large.TransformAll(window, tables.physical);
-      volumes = large.VolumesOf(tables.physical);
-      if (request.gradient) {
-        AddGradientsOfVolumes(needs, *beams, perfect.factors, window, large, tables.physical, gradients);
-      }
-    }
-    LightLattice& lattice = tables.Of(perfect, *side, weighting).lattice;
-    window.side = *side;
-    SampleLight(*beams, perfect.factors, window, tables.physical);
-    const double period = window.side * window.spacing;
-    const SampledLight sampled{*beams, perfect.factors, window, slopes.unit, circle, period / 2.0, slopes.width};
-    sums = SumsOf(needs, request.origin, sampled, lattice, tables.physical, origin);
-    sums.volumes = volumes;
-    if (request.gradient) {
-      AddGradients(needs, request.origin, sampled, lattice, sums, origin, tables.physical, gradients);
-    }
-    quality.originX = -origin.place.x;
-    quality.originY = origin.place.y;
+    if (const auto refusal = FindImage(eye, *beams, request, needs, quality.primaryNm, tables, image)) return *refusal;
+    quality.originX = -image.origin.place.x;
+    quality.originY = image.origin.place.y;
   }
-  std::optional<PupilMetrics> pupil;
-  for (const M metric : request.metrics) {
-    const QualityRow& row = RowOf(metric);
-    QualityValue value;
-    if (metric == M::kSm) {
-      value = {metric, RaySpreadOf(*beams)};
-      if (request.gradient) value.gradient = Times(1.0, physical::GradientOfRaySpread(*beams));
-    } else if (row.plane == QualityPlane::kPupil) {
-      if (!pupil) pupil.emplace(PupilInLight(eye, quality.primaryNm));
-      value = PupilValue(metric, *pupil);
-      if (request.gradient) value.gradient = PupilGradient(metric, *pupil);
-    } else {
-      value = ImageValue(metric, sums, limit);
-      if (row.usesOrigin && !origin.isUnique && value.note == QualityNote::kNone) {
-        value.note = QualityNote::kPlaceNotUnique;
-      }
-      if (request.gradient) value.gradient = ImageGradient(metric, value.value, sums, limit, gradients);
-    }
-    // A width that is 0 is at its edge.
-    const bool isEdge = !row.isRatio && value.value == 0.0;
-    if (request.gradient && (value.gradient.empty() || std::isnan(value.value) || isEdge)) {
-      value.gradient.assign(physical::kModes, kNan);
-    }
-    value.error = row.isRatio ? row.error : row.error * std::fabs(value.value);
-    quality.values.push_back(value);
-  }
+  quality.values = ValuesOf(eye, *beams, request, quality.primaryNm, image);
   if (!request.mtfAtCpd.empty()) {
     const auto means = MeansOverAngle(eye, light, request.mtfAtCpd, tables.physical);
     if (!means) return QualityRefusal{QualityProblem::kModel, means.refusal()};
