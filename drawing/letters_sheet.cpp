@@ -17,13 +17,13 @@ constexpr double kMargin = 60.0;
 constexpr double kGutter = 60.0;
 constexpr double kContent = 2.0 * kLetterLineWidth + kGutter;
 constexpr double kTitleHeight = 44.0;
-constexpr double kBelow = 64.0;  // scale bar and view
-constexpr double kRowHeight = kTitleHeight + kLetterLineHeight + kBelow + 16.0;
+constexpr double kRowHeight = kTitleHeight + kLetterLineHeight + kBelowLetters + 16.0;
 constexpr double kSubtitle = 19.0;
 
-// A panel with a scale bar at its lower left and the view in the middle below it.
-void DrawLine(Canvas& canvas, const Box& box, const std::vector<Plane>& channels, ArcMinutes pixel, View view,
-              Side side) {
+}  // namespace
+
+void DrawLetterBox(Canvas& canvas, const Box& box, const std::vector<Plane>& channels, ArcMinutes pixel, View view,
+                   Side side) {
   canvas.Paste(box, PicturePixels(channels, false));
   canvas.Outline(box, 1.5, kFaintInk);
   DrawMinutes(canvas, {box.x, box.bottom() + 22.0}, box.width / (pixel.value() * channels[0].columns()),
@@ -31,18 +31,16 @@ void DrawLine(Canvas& canvas, const Box& box, const std::vector<Plane>& channels
   DrawView(canvas, box, 54.0, view, side);
 }
 
-}  // namespace
-
 void DrawLetterCell(Canvas& canvas, Point corner, const LetterLine& line, const SimulatedEye& simulated) {
   const SizedImage& image = line.image;
   const Side side = simulated.eye.side;
   DrawTitle(canvas, corner, kLetterLineWidth, "Letters of logMAR " + NumberText(line.logMar, 2),
             LetterSizeText(line.logMar));
   Box box{corner.x, corner.y + 66.0, kLetterLineWidth, kLetterLineHeight};
-  DrawLine(canvas, box, image.object.channels, image.object.pixel, View::kPatient, side);
+  DrawLetterBox(canvas, box, image.object.channels, image.object.pixel, View::kPatient, side);
   canvas.Text({box.right(), box.bottom() + 26.0}, "as shown", {kSubtitle, kInk, false, Align::kRight});
-  box.y += kLetterLineHeight + kBelow + 12.0;
-  DrawLine(canvas, box, image.seen, image.object.pixel, simulated.results.physical->view, side);
+  box.y += kLetterLineHeight + kBelowLetters + 12.0;
+  DrawLetterBox(canvas, box, image.seen, image.object.pixel, simulated.results.physical->view, side);
   canvas.Text({box.right(), box.bottom() + 26.0}, "as seen", {kSubtitle, kInk, false, Align::kRight});
 }
 
@@ -67,9 +65,9 @@ ColourPicture DrawLetters(const SimulatedEye& simulated) {
     canvas.Text({kMargin, y + 28.0}, "As shown: " + LetterSizeText(line.logMar), {kTitleSize, kInk, true});
     canvas.Text({kMargin + kLetterLineWidth + kGutter, y + 28.0}, "As this eye sees it", {kTitleSize, kInk, true});
     Box box{kMargin, y + kTitleHeight, kLetterLineWidth, kLetterLineHeight};
-    DrawLine(canvas, box, image.object.channels, image.object.pixel, View::kPatient, simulated.eye.side);
+    DrawLetterBox(canvas, box, image.object.channels, image.object.pixel, View::kPatient, simulated.eye.side);
     box.x += kLetterLineWidth + kGutter;
-    DrawLine(canvas, box, image.seen, image.object.pixel, simulated.results.physical->view, simulated.eye.side);
+    DrawLetterBox(canvas, box, image.seen, image.object.pixel, simulated.results.physical->view, simulated.eye.side);
     y += kRowHeight;
   }
   DrawStrip(canvas, {kMargin, y + 20.0}, kContent, {{kFocusLetter, kFocusLogMar, {}}, simulated.letters->throughFocus},

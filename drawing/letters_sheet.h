@@ -2,6 +2,8 @@
 #ifndef ORVANEL_DRAWING_LETTERS_SHEET_H
 #define ORVANEL_DRAWING_LETTERS_SHEET_H
 
+#include <vector>
+
 #include "base/layers.h"
 #include "drawing/canvas/canvas.h"
 #include "evaluation/simulated_eye.h"
@@ -13,7 +15,12 @@ namespace orvanel::drawing {
 constexpr double kLetterLineWidth = 990.0;  // 3 pixels of the canvas for a pixel
 constexpr double kLetterLineHeight = 270.0;
 constexpr double kLetterCellHeight = 760.0;
+constexpr double kBelowLetters = 64.0;  // scale bar and view
 void DrawLetterCell(Canvas& canvas, Point corner, const LetterLine& line, const SimulatedEye& simulated);
+
+// A line of letters in a box, with a scale bar at its lower left and the view in the middle below it.
+void DrawLetterBox(Canvas& canvas, const Box& box, const std::vector<Plane>& channels, ArcMinutes pixel, View view,
+                   Side side);
 
 // A row for each size: as shown on the left, as seen on the right; below them one letter through focus. Without
 // letters the sheet says that the blur is too wide.

@@ -8,12 +8,14 @@
 #include "base/number_text.h"
 #include "cli/commands/batch.h"
 #include "cli/commands/chart.h"
+#include "cli/commands/compare.h"
 #include "cli/commands/convert.h"
 #include "cli/commands/focus.h"
 #include "cli/commands/merge.h"
 #include "cli/commands/population.h"
 #include "cli/commands/refract.h"
 #include "cli/commands/simulate.h"
+#include "cli/commands/uncertainty.h"
 #include "cli/console/terminal.h"
 #include "cli/licenses.h"
 #include "cli/version.h"
@@ -47,8 +49,8 @@ Program DefineProgram() {
   app.allow_windows_style_options(false);  // a path may begin with a slash on every system
   app.require_subcommand(1);
   app.footer(kProgramNotes);
-  for (Run (*const define)(CLI::App&) : {DefineSimulate, DefineConvert, DefineFocus, DefineRefract, DefineBatch,
-                                         DefineMerge, DefinePopulation, DefineChart}) {
+  for (Run (*const define)(CLI::App&) : {DefineSimulate, DefineConvert, DefineFocus, DefineRefract, DefineCompare,
+                                         DefineUncertainty, DefineBatch, DefineMerge, DefinePopulation, DefineChart}) {
     Run run = define(app);
     program.subcommands.emplace_back(app.get_subcommands({}).back(), std::move(run));
   }

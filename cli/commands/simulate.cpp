@@ -33,8 +33,6 @@ namespace {
 // Two tenths of a logarithmic unit apart: the shipped aberrated eyes show the first ring clearly and blur the last.
 constexpr const char* kUsualAcuities = "0.4,0.63,1,1.6,2.5";
 
-constexpr const char* kUsualMetrics = "VSX,VSOTF,SRX,NS,D50,RMSw";
-
 constexpr const char* kSimulateExamples =
     "Examples:\n"
     "  orvanel simulate assets/eyes/standard_observer_6mm.json -o standard_observer\n"

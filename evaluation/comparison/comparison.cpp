@@ -49,7 +49,7 @@ void AddCoefficients(const Eye& a, const Eye& b, Comparison& comparison) {
     if (pair.a != 0.0 || pair.b != 0.0) comparison.coefficients.push_back(std::move(pair));
   }
   for (const int order : {kLowestOrderThatBlurs, kLowestHigherOrder}) {
-    comparison.rms.push_back(Pair(order == kLowestOrderThatBlurs ? "RMS" : "RMS, higher",
+    comparison.rms.push_back(Pair(order == kLowestOrderThatBlurs ? "RMS" : "RMS 3+",
                                   "orders " + std::to_string(order) + " and above", "um", Rms(ofA, order).value(),
                                   Rms(ofB, order).value()));
   }

@@ -73,16 +73,19 @@ void AddInputOptions(CLI::App& app, InputOptions& options) {
   app.add_option("EYE", options.file, "The eye file or table; - reads a table from standard input")
       ->required()
       ->type_name("FILE");
-  AddParsedOption(app, "--row", "N", "Which eye of a table, from 1", [&options](const std::string& text) {
-    const double row = ParseNumber(text);
-    if (row < 1.0 || row > 1e15 || row != static_cast<double>(static_cast<std::size_t>(row))) {
-      throw Error(Quoted(text) + " is not a row; the first eye is 1");
-    }
-    options.row = static_cast<std::size_t>(row);
-  });
+  AddParsedOption(app, "--row", "N", "Which eye of a table, from 1",
+                  [&options](const std::string& text) { options.row = ParseRow(text); });
   AddTableFormatOption(app, options.kind);
   AddTableOptions(app, options.table);
   AddStatementOptions(app, options.stated);
+}
+
+std::size_t ParseRow(const std::string& text) {
+  const double row = ParseNumber(text);
+  if (row < 1.0 || row > 1e15 || row != static_cast<double>(static_cast<std::size_t>(row))) {
+    throw Error(Quoted(text) + " is not a row; the first eye is 1");
+  }
+  return static_cast<std::size_t>(row);
 }
 
 void AddTableFormatOption(CLI::App& app, std::optional<FileKind>& kind) {

@@ -38,6 +38,9 @@ void AddStatementOptions(CLI::App& app, PartialConvention& stated);
 // Adds the options that adjust an eye: its pupil, refraction, lens, laterality and radial orders.
 void AddAdjustmentOptions(CLI::App& app, Adjustments& adjustments);
 
+// The number of an eye in a table. Throws Error.
+std::size_t ParseRow(const std::string& text);
+
 // Adds an option whose text `parse` reads. An Error that it throws becomes an error of usage.
 CLI::Option* AddParsedOption(CLI::App& app, const std::string& name, const std::string& type,
                              const std::string& description, std::function<void(const std::string&)> parse);

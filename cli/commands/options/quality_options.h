@@ -12,6 +12,9 @@
 
 namespace orvanel::cli {
 
+// The metrics of commands that report on image quality in general.
+constexpr const char* kUsualMetrics = "VSX,VSOTF,SRX,NS,D50,RMSw";
+
 // --metric, a list of names of the catalogue and of frequencies of the MTF. Returns the option.
 //   usual  the names that the request has without the option
 CLI::Option* AddMetricOption(CLI::App& app, QualityRequest& request, const char* usual);
