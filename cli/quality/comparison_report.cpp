@@ -28,7 +28,7 @@ std::string ComparedCell(std::string text) {
 
 std::string ComparedText(double value) {
   constexpr int kDigits = 4;
-  return std::isfinite(value) ? NumberText(value, kDigits) : "-";
+  return std::isfinite(value) ? NumberText(value + 0.0, kDigits) : "-";
 }
 
 std::string RowsText(const std::string& label, const std::vector<ComparedNumber>& rows, bool describes) {

@@ -26,7 +26,7 @@ std::string Cell(const std::string& text) {
 
 std::string UncertainText(double value) {
   constexpr int kDigits = 4;
-  return std::isfinite(value) ? NumberText(value, kDigits) : "-";
+  return std::isfinite(value) ? NumberText(value + 0.0, kDigits) : "-";
 }
 
 Json UncertainNumber(double value) { return std::isfinite(value) ? Json(value + 0.0) : Json(nullptr); }

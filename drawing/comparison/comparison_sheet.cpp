@@ -36,7 +36,7 @@ double ColumnX(int column) { return kMargin + column * kColumn; }
 
 std::string Digits(double value) {
   constexpr int kDigits = 4;
-  return std::isfinite(value) ? NumberText(value, kDigits) : "\u2013";
+  return std::isfinite(value) ? NumberText(value + 0.0, kDigits) : "\u2013";
 }
 
 // Paragraphs of one column, one below the other.

@@ -98,8 +98,8 @@ void Describe(std::vector<double> drawn, UncertainValue& result) {
   std::sort(drawn.begin(), drawn.end());
   const auto count = static_cast<double>(drawn.size());
   double sum = 0.0, squares = 0.0;
-  for (const double value : drawn) sum += value;
-  result.mean = sum / count;
+  for (const double value : drawn) sum += value - drawn.front();  // so that equal values have no deviation
+  result.mean = drawn.front() + sum / count;
   for (const double value : drawn) squares += (value - result.mean) * (value - result.mean);
   result.deviation = std::sqrt(squares / (count - 1.0));
   result.low = QuantileOf(drawn, kLowShare);

@@ -24,6 +24,7 @@ UncertainEye Example() {
   uncertain.source = "of a table";
   uncertain.values = {{"VSX", "1", 0.25, 0.24, 0.01, 0.22, 0.26, 0},
                       {"PV", "um", 3.5, 3.5, kNan, kNan, kNan, 0},
+                      {"J0", "D", -0.0, -0.0, 0.0, -0.0, 0.0, 0},
                       {"M", "D", -1.0, -1.0, 0.125, -1.245, -0.755, 0}};
   uncertain.warnings = {"a warning"};
   return uncertain;
@@ -35,6 +36,7 @@ TEST(UncertaintyReport, TextHasATable) {
   for (const char* const part :
        {"to first order, by gradients\n", "VSX          0.25         0.24         0.01         ", "0.22 to 0.26\n",
         "PV, um       3.5          3.5          -            -\n",
+        "J0, D        0            0            0            0 to 0\n",
         "M, D         -1           -1           0.125        -1.245 to -0.755\n"}) {
     EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
   }
@@ -51,7 +53,7 @@ TEST(UncertaintyReport, JsonHasTheNumbers) {
   EXPECT_EQ(json["values"][0]["name"], "VSX");
   EXPECT_EQ(json["values"][0]["interval_95"][1], 0.26);
   EXPECT_TRUE(json["values"][1]["standard_deviation"].is_null());
-  EXPECT_EQ(json["values"][2]["unit"], "D");
+  EXPECT_EQ(json["values"][3]["unit"], "D");
   EXPECT_EQ(json["warnings"][0], "a warning");
   uncertain.draws = 500;
   EXPECT_EQ(Json::parse(UncertaintyJson(uncertain))["draws"], 500);
