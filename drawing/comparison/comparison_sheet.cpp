@@ -167,8 +167,8 @@ double DrawTable(Canvas& canvas, Point corner, const TableColumns& columns, doub
 // Refraction, RMS and the coefficients that differ most, in the height of a figure.
 void DrawNumbers(Canvas& canvas, Point corner, const Comparison& comparison) {
   constexpr std::size_t kMostCoefficients = 10;
-  constexpr TableColumns kPlaces{130.0, 390.0, 510.0, 630.0};
-  constexpr double kDescription = 250.0;
+  constexpr TableColumns kPlaces{145.0, 390.0, 510.0, 630.0};
+  constexpr double kDescription = 235.0;
   DrawTitle(canvas, corner, kMtfCurvesWidth, "Refraction and coefficients",
             comparison.hasOnePupil() ? "the coefficients of orders 2 and above that differ most"
                                      : "the largest coefficients of orders 2 and above");

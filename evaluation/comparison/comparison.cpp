@@ -74,6 +74,23 @@ std::string WavelengthText(const Eye& eye) {
   return eye.referenceWavelength ? ShortestText(eye.referenceWavelength->value()) + " nm" : "no stated wavelength";
 }
 
+// One sentence for each kind of note, with the metrics that have it.
+void AddNotesOfMetrics(const std::string& label, const Quality& quality, std::vector<std::string>& notes) {
+  std::vector<std::pair<QualityNote, std::string>> named;
+  for (const QualityValue& value : quality.values) {
+    if (value.note == QualityNote::kNone) continue;
+    const std::string name = RowOf(value.metric).name;
+    const auto same =
+        std::find_if(named.begin(), named.end(), [&](const auto& pair) { return pair.first == value.note; });
+    if (same == named.end()) {
+      named.emplace_back(value.note, name);
+    } else {
+      same->second += ", " + name;
+    }
+  }
+  for (const auto& [note, names] : named) notes.push_back(names + " of " + label + ": " + metrics::TextOf(note) + ".");
+}
+
 void AddNotes(Comparison& comparison) {
   const SimulatedEye &a = comparison.a, &b = comparison.b;
   std::vector<std::string>& notes = comparison.notes;
@@ -94,13 +111,8 @@ void AddNotes(Comparison& comparison) {
     notes.push_back("The coefficients hold at different wavelengths: A at " + WavelengthText(a.eye) + ", B at " +
                     WavelengthText(b.eye) + ".");
   }
-  for (const auto& [label, simulated] : {std::pair("A", &a), std::pair("B", &b)}) {
-    for (const QualityValue& value : simulated->quality->values) {
-      if (value.note == QualityNote::kNone) continue;
-      notes.push_back(std::string(RowOf(value.metric).name) + " of " + label + ": " + metrics::TextOf(value.note) +
-                      ".");
-    }
-  }
+  AddNotesOfMetrics("A", *a.quality, notes);
+  AddNotesOfMetrics("B", *b.quality, notes);
 }
 
 }  // namespace

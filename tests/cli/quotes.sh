@@ -27,4 +27,11 @@ output=$("$program" focus assets/eyes/standard_observer_6mm.json --through -1:1:
 output=$("$program" simulate assets/eyes/standard_observer_6mm.json -o standard_observer --metric all |
   sed -n '/^Image quality/,/^Pictures/s/^/    /p' | sed '$d')
 [[ $(<"$source/docs/metrics.md") == *"$output"* ]] || { echo "not in metrics.md: $output"; status=1; }
+cp "$source/examples/covariance.csv" .
+for draws in '' '--draws 500'; do
+  # shellcheck disable=SC2086 # two words, or none
+  output=$("$program" uncertainty assets/eyes/watson_2015_example_6mm.json --cov covariance.csv --pupil 3 $draws |
+    sed -n '/^Method/,/J45, D/s/^/    /p')
+  [[ $(<"$source/docs/metrics.md") == *"$output"* ]] || { echo "not in metrics.md: $output"; status=1; }
+done
 exit $status

@@ -48,7 +48,7 @@ TEST(MtfCurves, AreAtTheirHeight) {
   // The plot spans 72 to 456; its axis reaches to the higher cut-off, so that the smaller pupil's curve ends halfway.
   const ColourPicture picture = Drawn(WithCurve(3.0, 0.25), WithCurve(6.0, 0.75));
   EXPECT_NEAR(RowOf(picture, 200, kOfA), 456.0 - 0.25 * 384.0, 3.0);
-  EXPECT_EQ(RowOf(picture, 430, kOfA), -1) << "behind its cut-off";
+  EXPECT_EQ(RowOf(picture, 600, kOfA), -1) << "behind its cut-off";
 }
 
 TEST(MtfCurves, ACurveThatIsMissingIsLeftOut) {
