@@ -1,10 +1,10 @@
 // Searches the best correction of one eye.
-#include <cmath>
 #include <utility>
 
 #include "c_interface/arguments.h"
 #include "c_interface/handles.h"
 #include "evaluation/correction/best_correction.h"
+#include "eye/prescription.h"
 
 namespace orvanel::c_interface {
 namespace {
@@ -13,21 +13,17 @@ using evaluation::LensValue;
 
 evaluation::CorrectionRequest RequestOf(const orvanel_correction_request& given) {
   evaluation::CorrectionRequest request;
-  constexpr double kSmallestStep = 0.01, kLargestStep = 1.0;          // dioptres
-  constexpr double kSmallestAxisStep = 1.0, kLargestAxisStep = 45.0;  // degrees
-  constexpr double kNearestVertex = 1.0, kFarthestVertex = 30.0;      // mm
-  constexpr double kHalfTurn = 180.0;
   constexpr double kMostEvaluations = 100000;
-  request.grid.step = eye::Dioptres(RequireWithin(given.step, kSmallestStep, kLargestStep, "step"));
+  using evaluation::kLargestAxisStep, evaluation::kLargestTrialStep;
+  using evaluation::kSmallestAxisStep, evaluation::kSmallestTrialStep;
+  request.grid.step = eye::Dioptres(RequireWithin(given.step, kSmallestTrialStep, kLargestTrialStep, "step"));
   request.grid.axisStep =
       eye::Degrees(RequireWithin(given.axis_step, kSmallestAxisStep, kLargestAxisStep, "axis_step"));
-  const double axes = kHalfTurn / given.axis_step;
-  if (axes != std::round(axes)) {
+  if (!DividesHalfTurn(request.grid.axisStep)) {
     throw ArgumentError("invalid_argument", "180 is not a multiple of the axis_step; use 1, 2, 5 or 10",
                         {{"argument", std::string("axis_step")}});
   }
-  if (given.vertex_mm != 0.0) RequireWithin(given.vertex_mm, kNearestVertex, kFarthestVertex, "vertex_mm");
-  request.vertex = Millimetres(given.vertex_mm);
+  request.vertex = eye::VertexDistance(given.vertex_mm);
   request.grid.sphereOnly = given.sphere_only != 0;
   request.evaluations = static_cast<int>(RequireWithin(given.evaluations, 1, kMostEvaluations, "evaluations"));
   return request;

@@ -14,6 +14,7 @@
 #include "eye/conventions/errors.h"
 #include "eye/errors.h"
 #include "eye/plausibility.h"
+#include "eye/prescription.h"
 #include "eye/rms.h"
 #include "files/eyes/any_eye.h"
 #include "files/eyes/eye_file.h"
@@ -58,19 +59,13 @@ std::optional<eye::Refraction> RefractionOf(double sphere, double cylinder, doub
   return eye::Refraction{eye::Dioptres(sphere), eye::Dioptres(cylinder), eye::Degrees(axis)};
 }
 
-constexpr double kNearestVertex = 1.0, kFarthestVertex = 30.0;  // mm
-
 eye::Adjustments AdjustmentsOf(const orvanel_adjustments& given) {
   eye::Adjustments adjustments;
   if (const auto refraction = RefractionOf(given.sphere, given.cylinder, given.axis, "the refraction")) {
     adjustments.refraction = ToPowerVector(*refraction);
   }
   if (const auto lens = RefractionOf(given.lens_sphere, given.lens_cylinder, given.lens_axis, "the lens")) {
-    const double vertex = given.lens_vertex_mm;
-    if (vertex != 0.0 && !(vertex >= kNearestVertex && vertex <= kFarthestVertex)) {
-      throw eye::VertexOutOfRange(Millimetres(vertex));
-    }
-    adjustments.lens = eye::Lens{*lens, Millimetres(vertex)};
+    adjustments.lens = eye::Lens{*lens, eye::VertexDistance(given.lens_vertex_mm)};
   }
   if (given.pupil_mm != 0.0) adjustments.pupil = Millimetres(given.pupil_mm);
   adjustments.extrapolate = given.extrapolate != 0;

@@ -105,16 +105,20 @@ Refraction ParseClinical(std::string_view text) {
 }
 
 Millimetres ParseVertex(std::string_view text) {
-  constexpr double kMin = 1.0, kMax = 30.0;
   Scanner scanner(text);
   const std::optional<double> vertex = scanner.TakeNumber();
   scanner.Take({"mm"});
   if (!vertex || !scanner.IsAtEnd()) throw InvalidPrescription(PrescriptionProblem::kMalformedVertex, text);
-  if (*vertex != 0.0 && !(*vertex >= kMin && *vertex <= kMax)) throw VertexOutOfRange(Millimetres(*vertex));
-  return Millimetres(*vertex);
+  return VertexDistance(*vertex);
 }
 
 }  // namespace
+
+Millimetres VertexDistance(double mm) {
+  constexpr double kNearest = 1.0, kFarthest = 30.0;
+  if (mm != 0.0 && !(mm >= kNearest && mm <= kFarthest)) throw VertexOutOfRange(Millimetres(mm));
+  return Millimetres(mm);
+}
 
 Refraction AtCornea(const Lens& lens) {
   const double metres = lens.vertex.value() * 1e-3;

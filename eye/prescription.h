@@ -30,6 +30,9 @@ Refraction ParseRefraction(std::string_view text);
 // distance is 0 if it is left out. Throws VertexOutOfRange as well.
 Lens ParseLens(std::string_view text);
 
+// 0, or from 1 to 30 mm. Throws VertexOutOfRange.
+Millimetres VertexDistance(double mm);
+
 // "-2.25", "+0.50", "0.00".
 std::string SignedText(Dioptres power);
 

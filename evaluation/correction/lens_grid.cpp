@@ -19,6 +19,12 @@ double SquaredDistance(const PowerVector& a, const PowerVector& b) {
 
 }  // namespace
 
+bool DividesHalfTurn(Degrees axisStep) {
+  constexpr double kHalfTurn = 180.0;
+  const double axes = kHalfTurn / axisStep.value();
+  return axes == std::round(axes);
+}
+
 std::vector<Refraction> LensesNear(const LensGrid& grid, const PowerVector& wanted, int count) {
   constexpr int kReach = 4;  // steps of the mean sphere; a step of the cylinder is half of one
   const double step = grid.step.value();

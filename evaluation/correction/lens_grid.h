@@ -16,6 +16,13 @@ struct LensGrid {
   bool sphereOnly = false;
 };
 
+// The limits of the steps that callers may choose, in dioptres and degrees.
+constexpr double kSmallestTrialStep = 0.01, kLargestTrialStep = 1.0;
+constexpr double kSmallestAxisStep = 1.0, kLargestAxisStep = 45.0;
+
+// Whether steps of an axis end at 180 degrees.
+bool DividesHalfTurn(Degrees axisStep);
+
 // The lenses whose power vectors are closest to that of a wanted lens, the closest first. Lenses without a cylinder
 // have the axis 180.
 //   count  at most; lenses more than 4 steps away are left out

@@ -68,6 +68,13 @@ TEST(CCorrection, IsCancelledAndRefusesMoreThanOneMetric) {
   metric.metrics = "SRX";
   request.axis_step = 7.0;
   EXPECT_EQ(orvanel_refract(eye.get(), &metric, &request, stop, nullptr, &correction), ORVANEL_INVALID_ARGUMENT);
+  request = UsualRequest();
+  request.vertex_mm = 0.012;
+  EXPECT_NE(orvanel_refract(eye.get(), &metric, &request, stop, nullptr, &correction), ORVANEL_OK);
+  orvanel_error error{};
+  error.size = sizeof error;
+  orvanel_last_error(&error);
+  EXPECT_STREQ(error.code, "vertex_out_of_range");
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "base/error.h"
 #include "eye/errors.h"
 
@@ -91,6 +93,8 @@ TEST(Prescription, ARefusalHasItsReasonAndTheText) {
     EXPECT_EQ(error.text, "cm");
   }
   EXPECT_THROW(ParseLens("-2,-0.75,20,31"), VertexOutOfRange);
+  for (const double mm : {-1.0, 0.5, 30.5, std::nan("")}) EXPECT_THROW(VertexDistance(mm), VertexOutOfRange) << mm;
+  for (const double mm : {0.0, 1.0, 30.0}) EXPECT_EQ(VertexDistance(mm), Millimetres(mm));
   EXPECT_THROW(ParseRefraction("-2,-0.75,181"), AxisOutOfRange);
 }
 

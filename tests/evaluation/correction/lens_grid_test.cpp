@@ -48,6 +48,11 @@ TEST(LensGrid, HasAxesFromOneStepTo180AndNoneWithoutACylinder) {
   }
 }
 
+TEST(LensGrid, HasStepsOfTheAxisThatDivideAHalfTurn) {
+  for (const double step : {1.0, 2.5, 5.0, 45.0}) EXPECT_TRUE(DividesHalfTurn(Degrees(step))) << step;
+  for (const double step : {1.1, 7.0, 40.0}) EXPECT_FALSE(DividesHalfTurn(Degrees(step))) << step;
+}
+
 TEST(LensGrid, OfSpheresHasNoCylinders) {
   const LensGrid grid{Dioptres(0.25), Degrees(5.0), true};
   const std::vector<Refraction> lenses = LensesNear(grid, {Dioptres(-0.6), Dioptres(1.0), Dioptres(0.5)}, 3);
