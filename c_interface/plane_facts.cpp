@@ -12,9 +12,6 @@ namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
-// Stated by the physical model, up to 5 waves RMS.
-constexpr double kPsfError = 1e-9, kMtfError = 1e-4;
-
 std::unique_ptr<orvanel_plane> PlaneOfResults(int32_t kind, targets::Plane samples, const models::Results& results) {
   auto plane = PlaneOf(kind, std::move(samples));
   plane->notes = Lines(evaluation::ModelNotes(results));
@@ -25,6 +22,10 @@ std::unique_ptr<orvanel_plane> PlaneOfResults(int32_t kind, targets::Plane sampl
 }
 
 }  // namespace
+
+double StatedError(double error, Micrometres rms, const physical::Light& light) {
+  return evaluation::WavesRms(rms, light) > evaluation::kLargestStatedWaves ? kNone : error;
+}
 
 std::unique_ptr<orvanel_plane> PlaneOf(int32_t kind, targets::Plane samples) {
   auto plane = std::make_unique<orvanel_plane>();
@@ -65,7 +66,7 @@ std::unique_ptr<orvanel_plane> PsfOf(models::Results results) {
   orvanel_plane_facts& facts = plane->facts;
   SetAxes(*plane, results.retinaAxis.step.value(), results.retinaAxis.centre, "arcmin");
   if (const auto& own = results.physical) {
-    facts.error = kPsfError;
+    facts.error = StatedError(evaluation::kPsfError, results.wavefront.rms, own->light);
     facts.origin_x = own->originX.value();
     facts.origin_y = own->originY.value();
     facts.strehl_axis = own->strehl.axis;
@@ -87,7 +88,7 @@ std::unique_ptr<orvanel_plane> MtfOf(models::Results results) {
   orvanel_plane_facts& facts = plane->facts;
   SetAxes(*plane, results.frequencyAxis.step.value(), results.frequencyAxis.centre, "c/deg");
   if (results.physical) {
-    facts.error = kMtfError;
+    facts.error = StatedError(evaluation::kMtfError, results.wavefront.rms, results.physical->light);
     facts.cut_off = results.physical->cutOff.value();
   } else {
     facts.frequency_range = results.scales.frequencyRange.value();

@@ -19,10 +19,13 @@ std::unique_ptr<orvanel_plane> PlaneOf(int32_t kind, targets::Plane samples);
 void SetAxes(orvanel_plane& plane, double step, double centre, const char* unit);
 void SetAxes(orvanel_plane& plane, double step, double centreX, double centreY, const char* unit);
 
+// The error, or not a number for eyes of so large an RMS that the model states none.
+double StatedError(double error, Micrometres rms, const physical::Light& light);
+
 // Lines of one text.
 std::string Lines(const std::vector<std::string>& lines);
 
-// The planes of results that were computed, with their facts.
+// The planes of results that were computed, with their facts. Their errors need the wavefront's RMS.
 std::unique_ptr<orvanel_plane> PsfOf(models::Results results);
 std::unique_ptr<orvanel_plane> MtfOf(models::Results results);
 std::unique_ptr<orvanel_plane> WavefrontOf(models::Results results);

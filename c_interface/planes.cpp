@@ -7,6 +7,8 @@
 #include "c_interface/handles.h"
 #include "c_interface/plane_facts.h"
 #include "evaluation/evaluator.h"
+#include "evaluation/model_notes.h"
+#include "eye/rms.h"
 #include "models/adapters/sized_image.h"
 #include "models/physical/retinal_image.h"
 
@@ -19,9 +21,6 @@ models::Results Compute(const orvanel_eye* eye, const orvanel_settings* settings
   evaluation::Evaluator evaluator({models::ModelKind::kPhysical, SettingsOf(*settings)});
   return evaluator.Evaluate(eye->eye, needs);
 }
-
-// Stated by the filter, of the largest difference from the surround.
-constexpr double kImageError = 1e-4;
 
 double LargestDifference(const targets::Plane& object, double surround) {
   double largest = 0.0;
@@ -54,7 +53,7 @@ orvanel_status orvanel_psf(const orvanel_eye* eye, const orvanel_settings* setti
   return Call(
       [&] {
         RequirePointer(plane, "plane");
-        *plane = PsfOf(Compute(eye, settings, {Need::kPsf, Need::kStrehlPeak})).release();
+        *plane = PsfOf(Compute(eye, settings, {Need::kPsf, Need::kStrehlPeak, Need::kWavefrontRange})).release();
       },
       ORVANEL_REFUSED);
 }
@@ -63,7 +62,7 @@ orvanel_status orvanel_mtf(const orvanel_eye* eye, const orvanel_settings* setti
   return Call(
       [&] {
         RequirePointer(plane, "plane");
-        *plane = MtfOf(Compute(eye, settings, {Need::kMtf})).release();
+        *plane = MtfOf(Compute(eye, settings, {Need::kMtf, Need::kWavefrontRange})).release();
       },
       ORVANEL_REFUSED);
 }
@@ -114,7 +113,8 @@ orvanel_status orvanel_image(const orvanel_eye* eye, const orvanel_settings* set
           throw ArgumentError("not_an_object", "the plane is no object; make one by orvanel_object or orvanel_chart",
                               {{"kind", static_cast<double>(object->facts.kind)}});
         }
-        orvanel::models::SizedImager imager(SettingsOf(*settings));
+        const orvanel::models::PhysicalSettings conditions = SettingsOf(*settings);
+        orvanel::models::SizedImager imager(conditions);
         uint64_t done = 0;
         orvanel::models::SizedImage image = imager.ImageOf(
             eye->eye, {{object->samples}, {object->facts.surround}, orvanel::ArcMinutes(object->facts.x_step)},
@@ -127,7 +127,10 @@ orvanel_status orvanel_image(const orvanel_eye* eye, const orvanel_settings* set
         made->facts.axis_unit = object->facts.axis_unit;
         made->facts.surround = object->facts.surround;
         made->facts.view = settings->view;
-        made->facts.error = kImageError * LargestDifference(object->samples, object->facts.surround);
+        const auto rms = Rms(eye->eye.coefficients.osa(), orvanel::eye::kLowestOrderThatBlurs);
+        made->facts.error =
+            StatedError(orvanel::evaluation::kImageError * LargestDifference(object->samples, object->facts.surround),
+                        rms, conditions.light);
         *plane = made.release();
       },
       ORVANEL_REFUSED);

@@ -47,6 +47,12 @@ const char* Word(physical::Origin origin) {
   return "axis";
 }
 
+double WavesRms(Micrometres rms, const physical::Light& light) {
+  double shortestNm = light.front().wavelengthNm;
+  for (const physical::SpectralLine& line : light) shortestNm = std::min(shortestNm, line.wavelengthNm);
+  return rms.value() * 1e3 / shortestNm;
+}
+
 std::vector<std::string> ModelNotes(const Results& results) {
   if (!results.physical) {
     return {"Classic model: the numbers of the library's eight functions, in light of " + LightText(results) +
@@ -74,6 +80,10 @@ std::vector<std::string> ModelNotes(const Results& results) {
   notes.emplace_back(
       "Errors, up to 5 waves RMS: PSF 1e-9 of the perfect eye's peak, Strehl ratios 1e-9, MTF 1e-4 (mean of directions "
       "3e-4), images 1e-4 of white.");
+  const double waves = WavesRms(results.wavefront.rms, own.light);
+  if (waves > kLargestStatedWaves) {
+    notes.push_back("This eye has " + NumberText(waves, 3) + " waves RMS, so no errors are stated for it.");
+  }
   return notes;
 }
 

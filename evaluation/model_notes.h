@@ -22,7 +22,16 @@ std::string ReferenceNote(const Results& results);
 // What places of the PSF are relative to: "axis", "peak" or "centroid".
 const char* Word(physical::Origin origin);
 
-// The sentences for sheets and reports.
+// Above this RMS the physical model states no errors.
+constexpr double kLargestStatedWaves = 5.0;
+
+// Its errors: a PSF's is a part of the perfect eye's peak, an image's one of the largest difference from the surround.
+constexpr double kPsfError = 1e-9, kMtfError = 1e-4, kImageError = 1e-4;
+
+// The RMS of a wavefront in waves of the shortest light.
+double WavesRms(Micrometres rms, const physical::Light& light);
+
+// The sentences for sheets and reports. Above the limit of the stated errors, if the results have the RMS, one says so.
 std::vector<std::string> ModelNotes(const Results& results);
 
 }  // namespace orvanel::evaluation

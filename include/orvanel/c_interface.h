@@ -332,7 +332,7 @@ typedef struct orvanel_plane_facts {
   double y_step;
   const char* axis_unit; /* "arcmin", "c/deg" or "mm" */
   const char* value_unit;
-  double error;    /* stated, absolute, in the unit of the values */
+  double error;    /* stated, absolute, in the unit of the values; none above 5 waves RMS */
   double origin_x; /* of the window, from the axis, in the unit of the axes */
   double origin_y;
   double strehl_axis; /* Strehl ratio at the place of a point without aberration; of a PSF */

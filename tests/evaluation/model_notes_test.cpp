@@ -53,5 +53,14 @@ TEST(ModelNotes, NameTheViewAndTheStilesCrawfordEffect) {
   EXPECT_TRUE(Has(notes, "0.05 per mm^2, centred at x 0.3, y -0.1 mm"));
 }
 
+TEST(ModelNotes, StateNoErrorsAboveFiveWavesOfTheShortestLight) {
+  Results results;
+  results.physical.emplace().light = {{700.0, 1.0}, {400.0, 1.0}};
+  results.wavefront.rms = Micrometres(1.999);
+  EXPECT_FALSE(Has(ModelNotes(results), "no errors are stated"));
+  results.wavefront.rms = Micrometres(2.2);
+  EXPECT_TRUE(Has(ModelNotes(results), "This eye has 5.5 waves RMS, so no errors are stated for it."));
+}
+
 }  // namespace
 }  // namespace orvanel::evaluation
