@@ -78,6 +78,10 @@ PlaneFigure PsfBase(const Results& results, Side side, Window window) {
   figure.x = WindowAxis(window, results.retinaAxis, "horizontal (" + unit + ")");
   figure.y = Upwards(WindowAxis(window, results.retinaAxis, "vertical, up (" + unit + ")"));
   figure.note = SampleNote(results, results.retinaAxis.step, "\u2032");
+  constexpr double kNearlyAll = 0.99;
+  if (results.physical && results.physical->psfLight < kNearlyAll) {
+    figure.note += "; " + NumberText(100.0 * results.physical->psfLight, 3) + " % of the light";
+  }
   figure.scaleBar = true;
   figure.map = &kInferno;
   figure.view = ViewOf(results);

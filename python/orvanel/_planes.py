@@ -2,7 +2,9 @@
 
 from __future__ import annotations
 
+import base64
 import ctypes
+import html
 import struct
 import zlib
 from ctypes import byref, c_void_p
@@ -220,6 +222,34 @@ class Plane:
             # Light as the values of a display, sRGB.
             light = np.where(light <= 0.0031308, 12.92 * light, 1.055 * light ** (1 / 2.4) - 0.055)
         return _png(np.round(255.0 * light).astype(np.uint8))
+
+    @property
+    def caption(self) -> str:
+        """What the picture of the plane shows: size, what white is, view and warnings."""
+        values = np.asarray(self.values)
+        high = float(values[np.isfinite(values)].max())
+        width, height = (abs(self._numbers[f"{a}_step"]) * n for a, n in (("x", self.shape[1]), ("y", self.shape[0])))
+        parts = [f"{self.kind}, {width:.4g} x {height:.4g} {self.axis_unit}"]
+        if self.kind == "psf":
+            classic = np.isnan(self._numbers["strehl_peak"])
+            parts.append(f"white is {high:.3g} of " + ("the peak" if classic else "the peak without aberration"))
+            if self.light_share < 0.99:
+                parts.append(f"{100 * self.light_share:.3g} % of the light")
+        elif self.kind == "mtf":
+            parts.append(f"white is {high:.3g}")
+        elif self.kind == "wavefront":
+            parts.append(f"black to white is {high - float(values[np.isfinite(values)].min()):.3g} {self.value_unit}")
+        if self.view:
+            parts.append(f"view: {self.view}")
+        return "; ".join(parts + [f"warning: {text}" for text in self.warnings])
+
+    def _repr_html_(self) -> str:
+        """Return the picture with its caption, which notebooks prefer to the picture alone."""
+        data = base64.b64encode(self._repr_png_()).decode()
+        return (
+            f'<figure style="margin:0"><img src="data:image/png;base64,{data}" alt="{self.kind}">'
+            f"<figcaption>{html.escape(self.caption)}</figcaption></figure>"
+        )
 
     def plot(self, ax: Any = None, **options: Any) -> Any:
         """Draw the plane with matplotlib, and return its axes."""

@@ -99,3 +99,23 @@ def test_the_classic_model_has_its_scale() -> None:
     assert psf.facts["half_width_mm"] == pytest.approx(32 * 17 * 0.00058756 / 3.0, rel=1e-12)
     ring = some_eye().classic("ring", acuity=0.5, gap="up")
     assert set(np.unique(ring.values)) == {0.0, 1.0}
+
+
+def test_a_picture_says_what_white_is_and_how_much_light_it_has() -> None:
+    blurred = ov.Eye([0, 0, 0, 0, 1.0], pupil_mm=6.0, convention="osa", laterality="OD")
+    psf = blurred.psf(field_arcmin=5, samples=64)
+    assert psf.light_share < 0.5
+    peak = float(psf.values.max())
+    assert f"white is {peak:.3g} of the peak without aberration" in psf.caption
+    assert f"{100 * psf.light_share:.3g} % of the light" in psf.caption
+    assert "view: patient" in psf.caption
+    assert "warning: the window of the PSF has" in psf.caption
+    assert psf.caption.split(";")[0] in psf._repr_html_()
+
+
+def test_no_error_is_stated_above_five_waves() -> None:
+    for defocus, stated in ((2.7, True), (2.8, False)):  # um; 5 waves of 555 nm are 2.775 um
+        psf = ov.Eye([0, 0, 0, 0, defocus], pupil_mm=3.0, convention="osa", laterality="OD").psf(samples=8)
+        assert (psf.error == 1e-9) == stated
+        assert np.isnan(psf.error) != stated
+        assert any("no errors are stated" in note for note in psf.notes) != stated

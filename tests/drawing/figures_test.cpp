@@ -131,6 +131,19 @@ TEST(Figures, LinearPointSpreadShowsAllThatIsBrighterThanAHundredth) {
   }
 }
 
+TEST(Figures, PointSpreadSaysHowMuchLightItsWindowHasUnlessNearlyAll) {
+  Results results;
+  results.model = ModelKind::kPhysical;
+  results.psf = Plane(8, 8);
+  results.retinaAxis = {ArcMinutes(0.25), 3.5};
+  results.physical.emplace().psfLight = 0.621;
+  for (const PlaneFigure& figure : {PsfFigure(results, Side::kOd), PsfLogFigure(results, Side::kOd)}) {
+    EXPECT_TRUE(figure.note.ends_with("; 62.1 % of the light")) << figure.note;
+  }
+  results.physical->psfLight = 0.995;
+  EXPECT_EQ(PsfFigure(results, Side::kOd).note.find("light"), std::string::npos);
+}
+
 TEST(Figures, WindowsAreCentredAndLargeEnough) {
   const Plane plane(ORVANEL_GRID_SIZE, ORVANEL_GRID_SIZE);
   for (int count = 1; count <= ORVANEL_GRID_SIZE; ++count) {
