@@ -69,7 +69,8 @@ std::vector<double> MaskOf(const Ellipse& outline, const PupilLattice& lattice) 
     const int first = std::max(0, static_cast<int>(std::floor(left)) - kMaskReach + 1);
     const int end = std::min(side, static_cast<int>(std::ceil(right)) + kMaskReach);
     const int firstWhole = std::clamp(static_cast<int>(std::ceil(left)) + kMaskReach, first, std::max(first, end));
-    const int endWhole = std::max(firstWhole, static_cast<int>(std::floor(right)) - kMaskReach + 1);
+    const int endWhole =
+        std::clamp(static_cast<int>(std::floor(right)) - kMaskReach + 1, firstWhole, std::max(firstWhole, end));
     const auto forEdges = [&](const auto& visit) {
       for (int c = first; c < std::min(firstWhole, end); ++c) visit(c);
       for (int c = endWhole; c < end; ++c) visit(c);

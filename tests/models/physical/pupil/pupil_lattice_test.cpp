@@ -78,6 +78,25 @@ TEST(PupilLattice, WeightsAreWholeInsideAndNothingOutside) {
   }
 }
 
+TEST(PupilLattice, WeightsOfASmallerLatticeAreThoseOfTheMiddleOfALarger) {
+  const PupilLattice whole{46, 0.05};
+  for (const Ellipse& outline : {Ellipse{}, kTurned}) {
+    const std::vector<double> larger = MaskOf(outline, whole);
+    for (int side = 2; side < whole.side; side += 2) {
+      const std::vector<double> mask = MaskOf(outline, {side, whole.step});
+      ASSERT_EQ(mask.size(), static_cast<std::size_t>(side * side));
+      const int shift = (whole.side - side) / 2;
+      for (int r = 0; r < side; ++r) {
+        for (int c = 0; c < side; ++c) {
+          EXPECT_NEAR(mask[static_cast<std::size_t>(r * side + c)],
+                      larger[static_cast<std::size_t>((r + shift) * whole.side + c + shift)], 1e-12)
+              << side << ": " << r << ' ' << c;
+        }
+      }
+    }
+  }
+}
+
 TEST(PupilLattice, SumsTheWeightsOfAllSubLattices) {
   const PupilLattice lattice{41, 0.05};
   const std::vector<double> mask = MaskOf(kTurned, lattice);
