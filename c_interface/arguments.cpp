@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/number_text.h"
+#include "base/utf8.h"
 #include "base/wavelength_range.h"
 #include "eye/adjustments.h"
 #include "eye/conventions/errors.h"
@@ -34,6 +35,11 @@ constexpr uint64_t kMostPoints = 10000;
 
 void RequirePointer(const void* pointer, const char* name) {
   if (pointer == nullptr) Refuse(name, "is null; pass an address");
+}
+
+void RequireText(const char* text, const char* name) {
+  RequirePointer(text, name);
+  if (!IsUtf8(text)) Refuse(name, "is not UTF-8, as all texts of this interface are; convert it");
 }
 
 void RequireSize(uint64_t given, std::size_t wanted, const char* name) {
@@ -244,7 +250,7 @@ models::PhysicalSettings SettingsOf(const orvanel_settings& given) {
 
 metrics::QualityRequest QualityRequestOf(const orvanel_metrics_request& given) {
   RequireSize(given.size, sizeof given, "metrics request");
-  RequirePointer(given.metrics, "metrics");
+  RequireText(given.metrics, "metrics");
   using metrics::QualityOrigin;
   metrics::QualityRequest request;
   request.metrics = metrics::QualityMetricsNamed(given.metrics);

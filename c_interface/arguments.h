@@ -17,6 +17,7 @@ namespace orvanel::c_interface {
 
 // Throw ArgumentError.
 void RequirePointer(const void* pointer, const char* name);
+void RequireText(const char* text, const char* name);  // in UTF-8
 void RequireSize(uint64_t given, std::size_t wanted, const char* name);
 
 // A struct is there and has its size.

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "base/number_text.h"
+#include "base/utf8.h"
 #include "evaluation/errors.h"
 #include "eye/conventions/errors.h"
 #include "eye/errors.h"
@@ -205,6 +206,9 @@ void KeptReason::Keep(Reason reason) {
   noMemory_ = false;
   fields_.clear();
   reason_ = std::move(reason);
+  // Words of a file may have another encoding.
+  reason_.text = Utf8Of(reason_.text);
+  for (Field& field : reason_.fields) field.text = Utf8Of(field.text);
   status_ = reason_.status;
   for (const Field& field : reason_.fields) {
     fields_.push_back({field.name.c_str(), field.text.c_str(), field.number});

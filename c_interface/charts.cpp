@@ -108,7 +108,7 @@ std::vector<std::vector<std::string>> NamesOf(const char* text) {
 
 charts::OptotypeChart OptotypesOf(const orvanel_chart_request& given) {
   charts::OptotypeChart content;
-  RequirePointer(given.optotypes, "optotypes");
+  RequireText(given.optotypes, "optotypes");
   content.set = charts::OptotypeSetNamed(given.optotypes);
   if (given.lines > 0) RequirePointer(given.logmar, "logmar");
   RequireWithin(static_cast<double>(given.lines), 1.0, charts::kMostLines, "lines");
@@ -117,7 +117,10 @@ charts::OptotypeChart OptotypesOf(const orvanel_chart_request& given) {
   }
   content.perLine = given.per_line;
   content.seed = given.seed;
-  if (given.names != nullptr) content.names = NamesOf(given.names);
+  if (given.names != nullptr) {
+    RequireText(given.names, "names");
+    content.names = NamesOf(given.names);
+  }
   if (!(given.crowding_gap < 0.0)) content.crowdingGap = given.crowding_gap;
   return content;
 }

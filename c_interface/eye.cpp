@@ -102,6 +102,7 @@ orvanel_status orvanel_eye_create(const orvanel_eye_input* input, orvanel_eye** 
   return Call([&] {
     RequireStruct(input, "orvanel_eye_input");
     RequirePointer(eye, "eye");
+    if (input->name != nullptr) RequireText(input->name, "name");
     const ArrayView coefficients(input->coefficients, 1, "coefficients");
     const orvanel::eye::Convention convention = ConventionOf(input->convention);
     if (coefficients.Size(0) > orvanel::eye::kMaxTerms) {
@@ -129,7 +130,7 @@ orvanel_status orvanel_eye_parse(const char* text, uint64_t length, orvanel_eye*
 orvanel_status orvanel_eye_read(const char* path, uint64_t row, orvanel_eye** eye) noexcept {
   return Call(
       [&] {
-        RequirePointer(path, "path");
+        RequireText(path, "path");
         RequirePointer(eye, "eye");
         *eye = Handle(
             Adjusted(orvanel::files::ReadEye(path, {}, row == 0 ? std::nullopt : std::optional<std::size_t>(row)), {}));

@@ -238,7 +238,7 @@ orvanel_status orvanel_metrics_default(orvanel_metrics_request* request) noexcep
 orvanel_status orvanel_metrics_count(const char* metrics, uint64_t* count) noexcept {
   return Call(
       [&] {
-        RequirePointer(metrics, "metrics");
+        RequireText(metrics, "metrics");
         RequirePointer(count, "count");
         *count = orvanel::metrics::QualityMetricsNamed(metrics).size();
       },

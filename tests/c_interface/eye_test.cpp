@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/utf8.h"
 #include "orvanel/orvanel.h"
 #include "tests/c_interface/c_eyes.h"
 #include "tests/support/temporary_folder.h"
@@ -180,6 +181,30 @@ TEST(CEye, ARowOfATableIsAnEye) {
   const EyeHandle eye(read);
   EXPECT_EQ(CoefficientsIn(eye, orvanel_osa_convention()), (std::vector<double>{0, 0, 0, 0.3, 0.4}));
   EXPECT_EQ(orvanel_eye_read(file.c_str(), 0, &read), ORVANEL_FILE);
+}
+
+TEST(CEye, TextsOfAnotherEncodingAreRefused) {
+  std::vector<double> numbers = SomeModes();
+  orvanel_eye_input input = InputOf(numbers);
+  input.name = "M\xFCller";
+  orvanel_eye* eye = nullptr;
+  EXPECT_EQ(orvanel_eye_create(&input, &eye), ORVANEL_INVALID_ARGUMENT);
+  EXPECT_EQ(eye, nullptr);
+  EXPECT_STREQ(LastError().text, "name is not UTF-8, as all texts of this interface are; convert it");
+  uint64_t count = 0;
+  EXPECT_EQ(orvanel_metrics_count("VS\xFF", &count), ORVANEL_INVALID_ARGUMENT);
+  EXPECT_EQ(orvanel_eye_read("\xFF.json", 0, &eye), ORVANEL_INVALID_ARGUMENT);
+}
+
+TEST(CEye, WordsOfFilesOfAnotherEncodingAreUtf8InErrors) {
+  const TemporaryFolder folder;
+  const std::string file = (folder.path() / "eyes.csv").string();
+  std::ofstream(file) << "unit,normalisation,order,y_axis,eye,pupil_diameter_mm,Z3\num,orthonormal,osa,up,OD,5,\xFC\n";
+  orvanel_eye* read = nullptr;
+  EXPECT_NE(orvanel_eye_read(file.c_str(), 1, &read), ORVANEL_OK);
+  const std::string text = LastError().text;
+  EXPECT_NE(text.find("\\xfc"), std::string::npos) << text;
+  EXPECT_TRUE(IsUtf8(text));
 }
 
 }  // namespace
