@@ -29,7 +29,7 @@ struct KindWords {
 std::string Text(View view) { return std::string(Description(view)); }
 
 const std::vector<KindWords>& Kinds() {
-  static const std::vector<KindWords> kKinds = {
+  static const std::vector<KindWords> kPlaneKinds = {
       {PlaneKind::kWavefront,
        Need::kWavefront,
        {"wavefront", "wavefront aberration without piston and tilt, not a number outside the pupil", "mm",
@@ -40,7 +40,7 @@ const std::vector<KindWords>& Kinds() {
       {PlaneKind::kMtf,
        Need::kMtf,
        {"mtf", "modulation transfer function, 1 at zero frequency", "1", Text(View::kRetina), kSide, kSide}}};
-  return kKinds;
+  return kPlaneKinds;
 }
 
 // As the model computes it. The physical model's PSF has the size and view of its settings.
