@@ -10,17 +10,16 @@
 namespace orvanel::physical {
 namespace {
 
-constexpr int kReach = 8;  // samples on each side
-constexpr double kSd = 2.6;
-
 // Of the samples 1 - kReach .. kReach, at the place t from sample 0, 0 <= t < 1.
+template <int kReach>
 struct Weights {
   std::array<double, 2 * kReach> value{}, slope{}, curvature{};
 };
 
-Weights WeightsAt(double t) {
+template <int kReach>
+Weights<kReach> WeightsAt(double t, double sd) {
   constexpr double kPi = std::numbers::pi, kNear = 1e-3;
-  Weights weights;
+  Weights<kReach> weights;
   const SineCosine turn = SineAndCosine(kPi * t);
   for (int i = 0; i < 2 * kReach; ++i) {
     const int sample = i + 1 - kReach;
@@ -31,8 +30,8 @@ Weights WeightsAt(double t) {
       slope = (sign * turn.cosine - value) / d;
       curvature = -kPi * kPi * value - 2.0 * slope / d;
     }
-    const double gauss = Exponential(-d * d / (2.0 * kSd * kSd));
-    const double first = -d / (kSd * kSd), second = first * first - 1.0 / (kSd * kSd);  // derivatives over gauss
+    const double gauss = Exponential(-d * d / (2.0 * sd * sd));
+    const double first = -d / (sd * sd), second = first * first - 1.0 / (sd * sd);  // derivatives over gauss
     const auto at = static_cast<std::size_t>(i);
     weights.value[at] = value * gauss;
     weights.slope[at] = (slope + value * first) * gauss;
@@ -41,13 +40,14 @@ Weights WeightsAt(double t) {
   return weights;
 }
 
-}  // namespace
-
-Paraboloid LightBetweenSamples(const LightWindow& window, double x, double y) {
+//   kReach  samples on each side
+//   sd      of the Gaussian, in samples
+template <int kReach>
+Paraboloid Interpolated(const LightWindow& window, double sd, double x, double y) {
   // Columns go to the left.
   const double left = (window.centreX - x) / window.spacing, up = (y - window.centreY) / window.spacing;
   const double column = std::floor(left), row = std::floor(up);
-  const Weights across = WeightsAt(left - column), upwards = WeightsAt(up - row);
+  const Weights<kReach> across = WeightsAt<kReach>(left - column, sd), upwards = WeightsAt<kReach>(up - row, sd);
   Paraboloid light{};
   for (int r = 0; r < 2 * kReach; ++r) {
     double value = 0.0, slope = 0.0, curvature = 0.0;
@@ -70,6 +70,18 @@ Paraboloid LightBetweenSamples(const LightWindow& window, double x, double y) {
   const double square = window.spacing * window.spacing;
   return {light.value,       light.x / window.spacing, light.y / window.spacing,
           light.xx / square, light.xy / square,        light.yy / square};
+}
+
+}  // namespace
+
+Paraboloid LightBetweenSamples(const LightWindow& window, double x, double y) {
+  constexpr int kReach = 8;
+  constexpr double kSd = 2.6;
+  return Interpolated<kReach>(window, kSd, x, y);
+}
+
+Paraboloid LightBetweenFineSamples(const LightWindow& window, double x, double y) {
+  return Interpolated<kFineReach>(window, kFineSd, x, y);
 }
 
 }  // namespace orvanel::physical

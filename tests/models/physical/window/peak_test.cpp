@@ -104,6 +104,32 @@ void ExpectNoHigherPlace(const std::vector<Beam>& beams, const std::vector<doubl
   EXPECT_NEAR(value, peak->value, kBound);
 }
 
+// Of an even blur, where thousands of samples promise the same.
+void ExpectFewClimbs(double defocusD, double radiusMm) {
+  const std::vector<double> modes = {0, 0, 0, 0, defocusD * radiusMm * radiusMm / (4 * std::sqrt(3.0))};
+  const std::vector<Beam> beams = BeamsOf({PupilOf(modes, radiusMm)});
+  const std::vector<double> factors = {1.0};
+  Workspace workspace(*ActiveKernels());
+  int climbed = 0;
+  const Outcome<Peak> peak = HighestOf(beams, factors, workspace, &climbed);
+  ASSERT_TRUE(peak);
+  EXPECT_GE(climbed, 1);
+  EXPECT_LE(climbed, 8);
+  // In a window in which light folds, as the metrics of image quality have one.
+  LightWindow window = *WindowOf(beams, factors, 256);
+  SampleLight(beams, factors, window, workspace);
+  const Peak folded = HighestIn(window, beams, factors, workspace, &climbed);
+  EXPECT_NEAR(folded.value, peak->value, kBound);
+  EXPECT_LE(climbed, 8);
+  ExpectNoHigherPlace(beams, factors);
+}
+
+// 3 D over 6 mm, whose axis is a little brighter than the rings around it.
+TEST(Peak, OfABlurWithABrightAxisIsFoundByFewClimbs) { ExpectFewClimbs(3.0, 3.0); }
+
+// 6 D over 3 mm, which has a dark axis, and its maximum on a ring.
+TEST(Peak, OfABlurWithABrightRingIsFoundByFewClimbs) { ExpectFewClimbs(6.0, 1.5); }
+
 std::vector<double> RandomModes(std::mt19937& random) {
   std::normal_distribution<double> normal;
   std::vector<double> modes(28);
