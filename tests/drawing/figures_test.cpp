@@ -190,7 +190,7 @@ TEST(Overview, OfThePhysicalModelLeavesItsMarginBlankToo) {
     PhysicalSettings settings;
     settings.stilesCrawford.rho = 0.05;
     settings.origin = physical::Origin::kCentroid;
-    if (pupil == 3.0) settings.light = physical::WhiteLight();
+    if (pupil == 3.0) settings.light = {{500.0, 1.0}, {600.0, 1.0}};
     const SimulatedEye simulated = PhysicallySimulated(eye, {{0.5, Gap::kUp}, {1.0, Gap::kUp}}, settings);
     EXPECT_TRUE(HasBlankMargin(DrawOverview(simulated), kSides, kEnds)) << pupil;
   }

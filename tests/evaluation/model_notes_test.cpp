@@ -34,12 +34,11 @@ TEST(ModelNotes, SayWhetherTheReferenceWavelengthIsAssumed) {
 }
 
 TEST(ModelNotes, CountTheWavelengthsOfASpectrum) {
-  Eye eye = AsymmetricEye();
-  eye.referenceWavelength = Nanometres(555.0);
-  PhysicalSettings settings;
-  settings.light = physical::WhiteLight();
-  EXPECT_EQ(LightText(PhysicalOf(eye, settings)), "31 wavelengths from 400 to 700 nm");
-  EXPECT_EQ(LightText(PhysicalOf(eye)), "555 nm");
+  Results results;
+  results.physical.emplace().light = physical::WhiteLight();
+  EXPECT_EQ(LightText(results), "31 wavelengths from 400 to 700 nm");
+  results.physical->light = {{555.0, 1.0}};
+  EXPECT_EQ(LightText(results), "555 nm");
 }
 
 TEST(ModelNotes, NameTheViewAndTheStilesCrawfordEffect) {
