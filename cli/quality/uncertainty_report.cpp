@@ -38,7 +38,8 @@ std::string MethodText(const UncertainEye& uncertain) {
 
 }  // namespace
 
-std::vector<std::string> UncertaintyWarnings(const std::vector<UncertainValue>& values, int draws) {
+std::vector<std::string> UncertaintyWarnings(const std::vector<UncertainValue>& values, int draws,
+                                             const std::vector<std::string>& far) {
   std::vector<std::string> warnings;
   std::string names;
   for (const UncertainValue& value : values) {
@@ -50,6 +51,12 @@ std::vector<std::string> UncertaintyWarnings(const std::vector<UncertainValue>& 
     }
   }
   if (!names.empty()) warnings.push_back("no gradient for " + names + "; use --draws N");
+  if (!far.empty()) {
+    std::string list;
+    for (const std::string& name : far) list += (list.empty() ? "" : ", ") + name;
+    warnings.push_back("first order is wrong for " + list + ", as " + std::to_string(kFewestDraws) +
+                       " drawn eyes show: far from linear within this covariance; use --draws N");
+  }
   return warnings;
 }
 

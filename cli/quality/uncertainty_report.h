@@ -30,9 +30,12 @@ std::string UncertaintyText(const UncertainEye& uncertain);
 
 std::string UncertaintyJson(const UncertainEye& uncertain);
 
-// A sentence for each value that draws lack, and one for the metrics that have no gradient and need draws.
+// A sentence for each value that draws lack, one for the metrics that have no gradient and need draws, and one for
+// those far from first order.
 //   draws  0: to first order
-std::vector<std::string> UncertaintyWarnings(const std::vector<UncertainValue>& values, int draws);
+//   far    names, of FarFromFirstOrder
+std::vector<std::string> UncertaintyWarnings(const std::vector<UncertainValue>& values, int draws,
+                                             const std::vector<std::string>& far = {});
 
 }  // namespace orvanel::cli
 

@@ -195,4 +195,21 @@ std::vector<UncertainValue> DrawnUncertainty(const PhysicalSettings& settings, c
   return results;
 }
 
+std::vector<std::string> FarFromFirstOrder(std::span<const UncertainValue> firstOrder,
+                                           std::span<const UncertainValue> drawn, int draws) {
+  constexpr double kErrors = 4.0;
+  constexpr double kRounding = 1e-12;  // deviations of values that depend on no uncertain coefficient
+  const double ofMean = kErrors / std::sqrt(draws), ofDeviation = kErrors / std::sqrt(2.0 * (draws - 1));
+  std::vector<std::string> far;
+  for (std::size_t i = 0; i < firstOrder.size(); ++i) {
+    const UncertainValue &first = firstOrder[i], &other = drawn[i];
+    if (!std::isfinite(first.deviation) || !std::isfinite(other.deviation)) continue;
+    if (std::abs(other.mean - first.mean) > ofMean * first.deviation + kRounding ||
+        std::abs(other.deviation - first.deviation) > ofDeviation * first.deviation + kRounding) {
+      far.push_back(first.name);
+    }
+  }
+  return far;
+}
+
 }  // namespace orvanel::evaluation

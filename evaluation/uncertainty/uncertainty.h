@@ -55,6 +55,11 @@ std::vector<UncertainValue> DrawnUncertainty(const PhysicalSettings& settings, c
                                              const Eye& measured, const Adjustments& adjustments,
                                              const CoefficientSpread& spread, int draws, std::uint64_t seed);
 
+// The names of values that are far from linear in the coefficients within the covariance. Their mean or deviation to
+// first order differs from that of drawn eyes by more than four sampling errors.
+std::vector<std::string> FarFromFirstOrder(std::span<const UncertainValue> firstOrder,
+                                           std::span<const UncertainValue> drawn, int draws);
+
 }  // namespace orvanel::evaluation
 
 #endif  // ORVANEL_EVALUATION_UNCERTAINTY_UNCERTAINTY_H

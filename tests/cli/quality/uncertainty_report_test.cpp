@@ -66,6 +66,9 @@ TEST(UncertaintyReport, WarnsOfWhatHasNoDeviation) {
   EXPECT_EQ(UncertaintyWarnings(uncertain.values, 50),
             (std::vector<std::string>{"D50 has no value for 2 of the 50 eyes drawn; they are left out"}));
   EXPECT_TRUE(UncertaintyWarnings({}, 0).empty());
+  EXPECT_EQ(UncertaintyWarnings({}, 0, {"VSX", "NS"}),
+            (std::vector<std::string>{"first order is wrong for VSX, NS, as 40 drawn eyes show: far from linear within "
+                                      "this covariance; use --draws N"}));
 }
 
 }  // namespace

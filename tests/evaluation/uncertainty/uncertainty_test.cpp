@@ -91,6 +91,21 @@ TEST(Uncertainty, GradientsAndDrawsAgreeForSmallDeviations) {
   }
 }
 
+TEST(Uncertainty, IsFarFromFirstOrderAtAnOptimumAndWhereDeviationsAreLarge) {
+  const auto far = [](const Coefficients& osa, double deviation) {
+    const QualityRequest request = Named("VSX,RMSw");
+    const CoefficientSpread spread{{4}, {deviation * deviation}};
+    const auto first = FirstOrderUncertainty(kUsual, request, WithModes(osa), {}, spread);
+    const auto drawn = DrawnUncertainty(kUsual, request, WithModes(osa), {}, spread, kFewestDraws, 5);
+    return FarFromFirstOrder(first, drawn, kFewestDraws);
+  };
+  EXPECT_TRUE(far({0.0, 0.0, 0.0, 0.0, 0.1}, 0.002).empty());
+  // Without aberration VSX is largest: its gradient is 0. RMSw, the absolute value of defocus, has no gradient there.
+  EXPECT_EQ(far({0.0, 0.0, 0.0, 0.0, 0.0}, 0.05), std::vector<std::string>{"VSX"});
+  // RMSw stays linear while defocus keeps its sign.
+  EXPECT_EQ(far({0.0, 0.0, 0.0, 0.0, 0.3}, 0.12), std::vector<std::string>{"VSX"});
+}
+
 TEST(Uncertainty, RefractionIsLinearInTheEyesDrawn) {
   // RMSw of defocus alone is its coefficient, so both have the same draws but for a factor.
   constexpr int kDraws = 50;
