@@ -20,14 +20,15 @@ class QualityEvaluator {
   // refuses, OrderAboveHighest for terms above radial order 10, GaussianSdOutOfRange and PrescriptionPending.
   Quality Evaluate(const Eye& eye) { return Evaluate(eye, request_); }
 
+  // Under other conditions.
+  Quality Evaluate(const Eye& eye, const QualityRequest& request);
+
   // One metric, under the conditions of the request.
   QualityValue EvaluateOne(const Eye& eye, QualityMetric metric);
 
   const QualityRequest& request() const { return request_; }
 
  private:
-  Quality Evaluate(const Eye& eye, const QualityRequest& request);
-
   PhysicalSettings settings_;
   QualityRequest request_;
   QualityWorkspace workspace_;

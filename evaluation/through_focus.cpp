@@ -64,6 +64,39 @@ void AddWarnings(const FocusCurve& curve, std::vector<std::string>& warnings) {
   }
 }
 
+// Adds the values of a request in the order of ColumnsOf, none where the wavefront is too steep. What one metric
+// refuses may be within reach of the others: each half of a refused request is tried on its own.
+void AddValues(QualityEvaluator& evaluator, const Eye& eye, const QualityRequest& request,
+               std::vector<std::optional<double>>& values, std::exception_ptr& refusal) {
+  try {
+    for (const double value : ValuesOf(evaluator.Evaluate(eye, request))) values.emplace_back(value);
+    return;
+  } catch (const PhysicalRefusal& error) {
+    if (error.refusal.problem != physical::Problem::kTooSteep) throw;
+    refusal = std::current_exception();
+  }
+  const std::size_t metrics = request.metrics.size(), count = metrics + request.mtfAtCpd.size();
+  if (count == 1) {
+    values.emplace_back();
+    return;
+  }
+  const auto part = [&](std::size_t first, std::size_t end) {
+    QualityRequest half = request;
+    half.metrics.clear();
+    half.mtfAtCpd.clear();
+    for (std::size_t i = first; i < end; ++i) {
+      if (i < metrics) {
+        half.metrics.push_back(request.metrics[i]);
+      } else {
+        half.mtfAtCpd.push_back(request.mtfAtCpd[i - metrics]);
+      }
+    }
+    AddValues(evaluator, eye, half, values, refusal);
+  };
+  part(0, count / 2);
+  part(count / 2, count);
+}
+
 }  // namespace
 
 std::vector<double> LensesOfRange(std::string_view text) {
@@ -103,18 +136,17 @@ std::vector<double> LensesOfRange(std::string_view text) {
 ThroughFocus ThroughFocusOf(QualityEvaluator& evaluator, const Eye& eye, std::span<const double> lenses) {
   ThroughFocus focus;
   focus.lenses.assign(lenses.begin(), lenses.end());
-  for (QualityColumn& column : ColumnsOf(evaluator.request())) focus.curves.push_back({std::move(column), {}, {}});
+  for (QualityColumn& column : ColumnsOf(evaluator.request())) focus.curves.push_back({std::move(column), {}, {}, {}});
   std::exception_ptr refusal;
   for (const double lens : lenses) {
-    std::vector<double> values(focus.curves.size(), std::numeric_limits<double>::quiet_NaN());
-    try {
-      values = ValuesOf(evaluator.Evaluate(BehindLens(eye, lens)));
-    } catch (const PhysicalRefusal& error) {
-      if (error.refusal.problem != physical::Problem::kTooSteep) throw;
-      refusal = std::current_exception();
-      focus.tooSteep.push_back(lens);
+    std::vector<std::optional<double>> values;
+    AddValues(evaluator, BehindLens(eye, lens), evaluator.request(), values, refusal);
+    const bool none = std::none_of(values.begin(), values.end(), [](const auto& value) { return value.has_value(); });
+    if (none) focus.tooSteep.push_back(lens);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      focus.curves[i].values.push_back(values[i].value_or(std::numeric_limits<double>::quiet_NaN()));
+      if (!values[i] && !none) focus.curves[i].tooSteep.push_back(lens);
     }
-    for (std::size_t i = 0; i < values.size(); ++i) focus.curves[i].values.push_back(values[i]);
   }
   if (focus.tooSteep.size() == lenses.size() && refusal) std::rethrow_exception(refusal);
   for (FocusCurve& curve : focus.curves) {
@@ -130,6 +162,16 @@ std::vector<std::string> FocusWarnings(const ThroughFocus& focus) {
     warnings.push_back(std::to_string(focus.tooSteep.size()) + " of " + std::to_string(focus.lenses.size()) +
                        " lenses have no values, from " + LensText(focus.tooSteep.front()) + " to " +
                        LensText(focus.tooSteep.back()) + ": the wavefront behind them is too steep for the model.");
+  }
+  for (const FocusCurve& curve : focus.curves) {
+    const std::vector<double>& missing = curve.tooSteep;
+    if (missing.empty()) continue;
+    const bool one = missing.size() == 1;
+    warnings.push_back(std::to_string(missing.size()) + " of " + std::to_string(focus.lenses.size()) +
+                       (one ? " lenses has no value of " : " lenses have no values of ") + curve.column.name +
+                       (one ? ", " + LensText(missing.front())
+                            : ", from " + LensText(missing.front()) + " to " + LensText(missing.back())) +
+                       ": the wavefront behind " + (one ? "it" : "them") + " is too steep for it.");
   }
   for (const FocusCurve& curve : focus.curves) AddWarnings(curve, warnings);
   return warnings;

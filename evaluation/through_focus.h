@@ -32,18 +32,19 @@ std::vector<double> LensesOfRange(std::string_view text);
 // A metric of each lens.
 struct FocusCurve {
   QualityColumn column;
-  std::vector<double> values;  // not a number where the metric has none
+  std::vector<double> values;    // not a number where the metric has none
+  std::vector<double> tooSteep;  // lenses without a value, since the wavefront behind them is too steep for the metric
   std::optional<FocusOptimum> optimum;
 };
 
 struct ThroughFocus {
   std::vector<double> lenses;
   std::vector<FocusCurve> curves;  // in the order of ColumnsOf
-  std::vector<double> tooSteep;    // lenses without values: the wavefront behind them is too steep for the model
+  std::vector<double> tooSteep;    // lenses with which no metric has a value; curves do not name them again
 };
 
-// Of all metrics of the evaluator's request. A wavefront that is too steep for the model gives no values, unless all
-// lenses do so. Throws what the evaluator throws.
+// Of all metrics of the evaluator's request. A metric has no value behind lenses where the wavefront is too steep for
+// it. Throws what the evaluator throws, and its refusal where no metric has a value with any lens.
 //   eye     adjusted already
 //   lenses  rising
 ThroughFocus ThroughFocusOf(QualityEvaluator& evaluator, const Eye& eye, std::span<const double> lenses);

@@ -131,6 +131,27 @@ TEST(ThroughFocus, LensesTooSteepForTheModelHaveNoValues) {
   EXPECT_THROW(Of(WithModes({}, 7.0), "SROTF", "-30:-29:1"), PhysicalRefusal);
 }
 
+TEST(ThroughFocus, AMetricThatIsTooSteepLeavesItsValuesToTheOthers) {
+  // STD needs a window nearly twice as wide as SROTF; RMSw needs none.
+  const ThroughFocus focus = Of(WithModes({}, 7.0), "RMSw,STD,SROTF", "0:16:8");
+  EXPECT_TRUE(focus.tooSteep.empty());
+  ASSERT_EQ(focus.curves.size(), 3U);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_NEAR(focus.curves[0].values[i], focus.lenses[i] * 12.25 / (4.0 * std::numbers::sqrt3), 1e-9);
+    EXPECT_EQ(std::isnan(focus.curves[1].values[i]), i > 0);
+    EXPECT_EQ(std::isnan(focus.curves[2].values[i]), i > 1);
+  }
+  const double x = std::numbers::pi * 8.0 * 7.0 * 7.0 / (8.0 * 0.555);
+  EXPECT_NEAR(focus.curves[2].values[1], std::pow(std::sin(x) / x, 2), 1e-6);
+  EXPECT_TRUE(focus.curves[0].tooSteep.empty());
+  EXPECT_EQ(focus.curves[1].tooSteep, (std::vector<double>{8.0, 16.0}));
+  EXPECT_EQ(focus.curves[2].tooSteep, (std::vector<double>{16.0}));
+  EXPECT_EQ(FocusWarnings(focus)[0],
+            "2 of 3 lenses have no values of STD, from 8 D to 16 D: the wavefront behind them is too steep for it.");
+  EXPECT_EQ(FocusWarnings(focus)[1],
+            "1 of 3 lenses has no value of SROTF, 16 D: the wavefront behind it is too steep for it.");
+}
+
 TEST(ThroughFocus, UncertainResultsAreReported) {
   const auto has = [](const ThroughFocus& focus, const std::string& part) {
     const std::vector<std::string> warnings = FocusWarnings(focus);
