@@ -123,7 +123,9 @@ Run DefineRefract(CLI::App& app) {
   const auto command = std::make_shared<RefractCommand>();
   CLI::App& refract = *app.add_subcommand("refract", "Find the lens with the best image quality of one eye.");
   AddInputOptions(refract, command->input);
-  AddMetricOption(refract, command->metric, "VSX");
+  AddMetricOption(refract, command->metric, "VSX")
+      ->type_name("NAME")
+      ->description("Metric of image quality that the lens maximises, one of the catalogue below [VSX]");
   AddCorrectionOptions(refract, command->request);
   refract.add_flag("--json", command->json, "Print the report as JSON");
   AddParsedOption(refract, "-o,--output", "FILE", "A picture to write, .png: letters without a lens and with the best",
