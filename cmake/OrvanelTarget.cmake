@@ -67,15 +67,11 @@ function(orvanel_fuzzed_arithmetic target)
   endif()
 endfunction()
 
-# orvanel_layer(<name> [TOGETHER] SOURCES <file>... [USES <layer>...]): the static library orvanel_<name> of one folder. It
-# finds the headers of the layers below it; guards check that these are the only ones. TOGETHER compiles several files at a
-# time, so that long headers are read once for them; names without linkage are then unique in the layer.
+# orvanel_layer(<name> SOURCES <file>... [USES <layer>...]): the static library orvanel_<name> of one folder. It finds the
+# headers of the layers below it; guards check that these are the only ones.
 function(orvanel_layer name)
-  cmake_parse_arguments(arg "TOGETHER" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
   add_library(orvanel_${name} STATIC ${arg_SOURCES})
-  if(arg_TOGETHER)
-    set_target_properties(orvanel_${name} PROPERTIES UNITY_BUILD ${ORVANEL_SHARE_HEADERS} UNITY_BUILD_BATCH_SIZE 8)
-  endif()
   orvanel_target(orvanel_${name})
   orvanel_fuzzed_arithmetic(orvanel_${name})
   # The archives that are installed have these names.
