@@ -161,24 +161,33 @@ TEST(BestCorrection, AtADistanceHasTheSamePowerAtTheCornea) {
   EXPECT_NEAR(evaluator.Evaluate(Adjusted(eye, adjustments)).values.front().value, worn.inCase.quality.value, 1e-9);
 }
 
-// ORVANEL_RANDOM_EYES=60 tries as many, and prints the losses in log10 VSX.
+std::uint64_t NumberIn(const char* variable, std::uint64_t otherwise) {
+  const char* const text = std::getenv(variable);
+  return text != nullptr ? std::strtoull(text, nullptr, 10) : otherwise;
+}
+
+// ORVANEL_RANDOM_EYES=50 tries as many, from ORVANEL_RANDOM_EYES_FROM on, and prints the losses in log10 VSX.
 TEST(BestCorrection, OfRandomEyesIsNotBelowADenseSearch) {
-  const char* const more = std::getenv("ORVANEL_RANDOM_EYES");
-  const std::uint64_t count = more != nullptr ? std::strtoull(more, nullptr, 10) : 2;
+  const std::uint64_t count = NumberIn("ORVANEL_RANDOM_EYES", 2), first = NumberIn("ORVANEL_RANDOM_EYES_FROM", 12);
+  constexpr double kMissed = 0.001, kFifthOfADifference = 0.01;  // a just noticeable difference is 0.049
   QualityEvaluator evaluator = EvaluatorOf(M::kVsx);
   double worst = -1.0;
-  for (std::uint64_t i = 12; i < 12 + count; ++i) {
+  int missed = 0;
+  for (std::uint64_t i = first; i < first + count; ++i) {
     const Eye eye = RandomEye(i);
     const Correction found = BestCorrection(evaluator, eye, {});
     const double loss = std::log10(DenselySearched(evaluator, eye) / found.best.quality.value);
     worst = std::max(worst, loss);
-    EXPECT_LT(loss, 0.01) << i;  // a fifth of a just noticeable difference
+    missed += loss > kMissed ? 1 : 0;
+    EXPECT_LT(loss, kFifthOfADifference) << i;
     EXPECT_LE(found.evaluations, 300);
     EXPECT_GE(found.best.quality.value, found.inCase.quality.value);
     EXPECT_GE(found.best.quality.value, found.leastSquares.quality.value);
     EXPECT_GE(found.best.quality.value, found.paraxial.quality.value);
   }
-  if (more != nullptr) std::printf("largest loss of %d eyes in log10 VSX: %.4f\n", static_cast<int>(count), worst);
+  if (std::getenv("ORVANEL_RANDOM_EYES") == nullptr) return;
+  std::printf("%d eyes from %d on: %d lose more than %.3f in log10 VSX, the worst %.4f\n", static_cast<int>(count),
+              static_cast<int>(first), missed, kMissed, worst);
 }
 
 TEST(BestCorrection, LeavesOutWhatIsTooSteepAndThrowsWhereAllLensesAre) {
