@@ -142,13 +142,27 @@ std::complex<double> TimesPowerOfI(std::complex<double> v, int power) {
   }
 }
 
+// Where a half spectrum has its real parts: PlaneTransform::At, as the sum of a number of the row and one of the
+// column. Loops over all frequencies so need no divisions.
+class SpectrumPlaces {
+ public:
+  explicit SpectrumPlaces(const PlaneTransform& transform) {
+    for (int row = 0; row < transform.side(); ++row) rows_.push_back(transform.At(row, 0));
+    for (int q = 0; q <= transform.side() / 2; ++q) columns_.push_back(transform.At(0, q));
+  }
+  std::size_t At(int row, int q) const { return rows_[Size(row)] + columns_[Size(q)]; }
+
+ private:
+  std::vector<std::size_t> rows_, columns_;
+};
+
 // Weights of the samples from those of their spectrum: the sum of re cos + im sin over the frequencies, at all samples.
 // It is the real part plus the imaginary part of the transform of a real plane. That has (re + im) / 2 at each
 // frequency and (re - im) / 2 at its conjugate.
 class SpectrumWeights {
  public:
   SpectrumWeights(const PlaneTransform& transform, int width, Workspace& workspace)
-      : transform_(transform), width_(width), side_(transform.side()), workspace_(workspace) {
+      : transform_(transform), places_(transform), width_(width), side_(transform.side()), workspace_(workspace) {
     const std::size_t size = Size(1LL * side_ * side_);
     workspace.re.Reserve(size);
     workspace.im.Reserve(transform.SpectrumSize());
@@ -167,7 +181,7 @@ class SpectrumWeights {
   }
   // Columns up to half a side.
   double At(int row, int column) const {
-    const double* const v = workspace_.im.data() + transform_.At(row, column);
+    const double* const v = workspace_.im.data() + places_.At(row, column);
     return v[0] + v[width_];
   }
   // Into workspace.weights.
@@ -178,7 +192,7 @@ class SpectrumWeights {
       double* const to = samples + Size(1LL * row * side_);
       double* const mirrored = samples + Size(1LL * (row == 0 ? 0 : side_ - row) * side_);
       for (int q = 0; q <= half; ++q) {
-        const double* const v = workspace_.im.data() + transform_.At(row, q);
+        const double* const v = workspace_.im.data() + places_.At(row, q);
         to[q] = v[0] + v[width_];
         if (q > 0 && q < half) mirrored[side_ - q] = v[0] - v[width_];
       }
@@ -187,6 +201,7 @@ class SpectrumWeights {
 
  private:
   const PlaneTransform& transform_;
+  SpectrumPlaces places_;
   int width_, side_;
   Workspace& workspace_;
   double* plane_;
@@ -197,10 +212,11 @@ class SpectrumWeights {
 std::vector<std::complex<double>> FrequenciesAroundZero(const double* spectrum, int width,
                                                         const PlaneTransform& transform, int side, int last) {
   const int pitch = 2 * last + 1;
+  const SpectrumPlaces places(transform);
   std::vector<std::complex<double>> frequencies(Size(1LL * pitch * pitch));
   for (int q = 0; q <= last; ++q) {
     for (int p = -last; p <= last; ++p) {
-      const double* const v = spectrum + transform.At(Wrapped(p, 2 * side), q);
+      const double* const v = spectrum + places.At(Wrapped(p, 2 * side), q);
       const std::complex<double> value = TimesPowerOfI({v[0], v[width]}, -(p + q));
       frequencies[Size(1LL * (p + last) * pitch + q + last)] = value;
       frequencies[Size(1LL * (last - p) * pitch + last - q)] = std::conj(value);
@@ -654,14 +670,15 @@ void LightLattice::TransformAll(const LightWindow& window, Workspace& workspace)
 }
 
 LightLattice::Volumes LightLattice::VolumesOf(Workspace& workspace) const {
-  const PlaneTransform& transform = workspace.transforms.Of(side_);
+  const SpectrumPlaces places(workspace.transforms.Of(side_));
   const int half = side_ / 2;
   Volumes volumes;
   for (int q = 0; q <= half; ++q) {
     const double pair = q == 0 || q == half ? 1.0 : 2.0;
     for (int row = 0; row < side_; ++row) {
       const double correction = allCorrection_[Size(1LL * row * (half + 1) + q)];
-      const double* const v = spectrum_.data() + transform.At(row, q);
+      if (correction == 0.0) continue;  // beyond the cut-off
+      const double* const v = spectrum_.data() + places.At(row, q);
       const double square = (v[0] * v[0] + v[width_] * v[width_]) * correction * correction;
       volumes.modulus += pair * std::sqrt(square);
       volumes.squaredModulus += pair * square;
@@ -675,6 +692,7 @@ LightLattice::Volumes LightLattice::VolumesOf(Workspace& workspace) const {
 
 void LightLattice::WeightsOfVolumes(const Volumes& wanted, Workspace& workspace) const {
   const PlaneTransform& transform = workspace.transforms.Of(side_);
+  const SpectrumPlaces places(transform);
   const int half = side_ / 2;
   const double cell = spacing_ * spacing_, area = 1.0 / (period_ * period_);
   SpectrumWeights spectrum(transform, width_, workspace);
@@ -683,7 +701,7 @@ void LightLattice::WeightsOfVolumes(const Volumes& wanted, Workspace& workspace)
       const double correction = allCorrection_[Size(1LL * row * (half + 1) + q)];
       if (correction == 0.0) continue;
       const double pair = q == 0 || q == half ? 1.0 : 2.0;
-      const double* const v = spectrum_.data() + transform.At(row, q);
+      const double* const v = spectrum_.data() + places.At(row, q);
       const double modulus = std::sqrt(v[0] * v[0] + v[width_] * v[width_]);
       const double ofModulus = modulus > 0.0 ? wanted.modulus * std::fabs(correction) * cell / modulus : 0.0;
       const double ofSquare = wanted.squaredModulus * 2.0 * correction * correction * cell * cell;
@@ -698,7 +716,7 @@ void LightLattice::WeightsOfVolumes(const Volumes& wanted, Workspace& workspace)
 // Each frequency goes to six nodes of a radial lattice, so that sums of smooth functions of the frequency stay the
 // same.
 LightLattice::Circles LightLattice::CirclesAbout(const LightWindow& window, Place place, Workspace& workspace) {
-  const PlaneTransform& transform = workspace.transforms.Of(side_);
+  const SpectrumPlaces places(workspace.transforms.Of(side_));
   const int half = side_ / 2;
   if (radial_.empty()) {
     for (int row = 0; row < side_; ++row) {
@@ -729,7 +747,7 @@ LightLattice::Circles LightLattice::CirclesAbout(const LightWindow& window, Plac
   circles.weights_.assign(Size(2LL * kRadialNodes * half + kRadialTaps), 0.0);
   for (const Radial& radial : radial_) {
     const std::size_t r = Size(radial.row < half ? radial.row + half : radial.row - half), c = Size(radial.q + half);
-    const double* const v = spectrum_.data() + transform.At(radial.row, radial.q);
+    const double* const v = spectrum_.data() + places.At(radial.row, radial.q);
     const double cosine = rows.cosine[r] * columns.cosine[c] - rows.sine[r] * columns.sine[c];
     const double sine = rows.cosine[r] * columns.sine[c] + rows.sine[r] * columns.cosine[c];
     const double otf = allCorrection_[Size(1LL * radial.row * (half + 1) + radial.q)] * cell * area *
@@ -767,6 +785,7 @@ double LightLattice::Circles::SlopeAt(double radius) const {
 LightLattice::Slope LightLattice::WeightsOfCircle(const LightWindow& window, Place place, double radius,
                                                   Workspace& workspace) const {
   const PlaneTransform& transform = workspace.transforms.Of(side_);
+  const SpectrumPlaces places(transform);
   const int half = side_ / 2;
   const double cell = spacing_ * spacing_, area = 1.0 / (period_ * period_), step = 2.0 * kPi / period_;
   const Wave rows = WavesOf(-step * (place.y - window.centreY), half);
@@ -783,7 +802,7 @@ LightLattice::Slope LightLattice::WeightsOfCircle(const LightWindow& window, Pla
   for (const Radial& radial : radial_) {
     const int p = radial.row < half ? radial.row : radial.row - side_;
     const std::size_t r = Size(p + half), c = Size(radial.q + half);
-    const double* const v = spectrum_.data() + transform.At(radial.row, radial.q);
+    const double* const v = spectrum_.data() + places.At(radial.row, radial.q);
     const double cosine = rows.cosine[r] * columns.cosine[c] - rows.sine[r] * columns.sine[c];
     const double sine = rows.cosine[r] * columns.sine[c] + rows.sine[r] * columns.cosine[c];
     double factor = 0.0;
@@ -830,8 +849,9 @@ double LightLattice::Circles::RadiusOf(double share, double first, double larges
 
 // The autocorrelation is the transform of the squared modulus, here on a lattice of places twice as fine.
 double LightLattice::AreaOfAutocorrelation(double width, Workspace& workspace) const {
-  const PlaneTransform& transform = workspace.transforms.Of(side_);
+  const SpectrumPlaces spectrumPlaces(workspace.transforms.Of(side_));
   const PlaneTransform& fine = workspace.transforms.Of(2 * side_);
+  const SpectrumPlaces finePlaces(fine);
   const int half = side_ / 2;
   workspace.re.Reserve(Size(1LL * side_ * side_));
   workspace.im.Reserve(fine.SpectrumSize());
@@ -842,8 +862,8 @@ double LightLattice::AreaOfAutocorrelation(double width, Workspace& workspace) c
     const int p = row < half ? row : row - side_;
     for (int q = 0; q <= half; ++q) {
       const double correction = allCorrection_[Size(1LL * row * (half + 1) + q)];
-      const double* const v = spectrum_.data() + transform.At(row, q);
-      const double square = correction * correction * (v[0] * v[0] + v[width_] * v[width_]);
+      const double* const v = spectrum_.data() + spectrumPlaces.At(row, q);
+      const double square = correction == 0.0 ? 0.0 : correction * correction * (v[0] * v[0] + v[width_] * v[width_]);
       if (q < half) squares[Size(1LL * (p + half) * side_ + q + half)] = square;
       if (p > -half) squares[Size(1LL * (half - p) * side_ + half - q)] = square;
     }
@@ -854,7 +874,7 @@ double LightLattice::AreaOfAutocorrelation(double width, Workspace& workspace) c
   const auto at = [&](int row, int column) {
     // Of a negative column, the mirrored place; without the phase of the middle's move by half a period.
     const int r = column < 0 ? -row : row, c = std::abs(column);
-    const double* const v = places + fine.At(Wrapped(r, fineSide), c);
+    const double* const v = places + finePlaces.At(Wrapped(r, fineSide), c);
     switch (((r + c) % 4 + 4) % 4) {  // real part of v times (-i)^(r + c)
       case 1:
         return v[width_];
@@ -874,7 +894,7 @@ double LightLattice::AreaOfAutocorrelation(double width, Workspace& workspace) c
   for (int c = 0; c < reach; c += 2) {
     for (int r = -(reach / 2) * 2; r < reach; r += 2) {
       // r + c is even.
-      const double value = places[fine.At(Wrapped(r, fineSide), c)] * ((r + c) % 4 == 0 ? 1.0 : -1.0);
+      const double value = places[finePlaces.At(Wrapped(r, fineSide), c)] * ((r + c) % 4 == 0 ? 1.0 : -1.0);
       if (value < kShare * highest) continue;
       rows = std::max(rows, std::abs(r));
       columns = c;

@@ -165,21 +165,25 @@ void ForCircle(const LightWindow& window, Place place, const Visit& visit) {
   const int middleRow = static_cast<int>(std::floor((place.y - window.centreY) / window.spacing + 0.5));
   const int middleColumn = static_cast<int>(std::floor(-(place.x - window.centreX) / window.spacing + 0.5));
   const auto wrapped = [&](int k) { return ((k % window.side) + window.side) % window.side; };
+  std::vector<int> columns(Size(2LL * reach + 1));
+  for (int i = 0; i <= 2 * reach; ++i) columns[Size(i)] = wrapped(middleColumn - reach + i);
   const double inner = kEntropyRadiusArcmin - window.spacing, outer = kEntropyRadiusArcmin + window.spacing;
   for (int r = middleRow - reach; r <= middleRow + reach; ++r) {
     const double dy = r * window.spacing + window.centreY - place.y;
-    for (int c = middleColumn - reach; c <= middleColumn + reach; ++c) {
-      const double dx = -c * window.spacing + window.centreX - place.x;
+    const int row = wrapped(r);
+    for (int i = 0; i <= 2 * reach; ++i) {
+      const double dx = -(middleColumn - reach + i) * window.spacing + window.centreX - place.x;
       const double square = dx * dx + dy * dy;
       if (square > outer * outer) continue;
+      const int column = columns[Size(i)];
       if (square < inner * inner) {
-        visit(wrapped(r), wrapped(c), 1.0, Place{});
+        visit(row, column, 1.0, Place{});
         continue;
       }
       const double distance = std::sqrt(square);
       const double t = (outer - distance) / (outer - inner);
       const double slope = 6.0 * t * (1.0 - t) / ((outer - inner) * distance);
-      visit(wrapped(r), wrapped(c), t * t * (3.0 - 2.0 * t), Place{slope * dx, slope * dy});
+      visit(row, column, t * t * (3.0 - 2.0 * t), Place{slope * dx, slope * dy});
     }
   }
 }
