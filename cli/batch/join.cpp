@@ -38,9 +38,11 @@ using ShardFiles = std::vector<std::unique_ptr<ShardFile>>;
 ShardFiles OpenAll(const std::vector<std::string>& names) {
   ShardFiles shards;
   for (const std::string& name : names) shards.push_back(std::make_unique<ShardFile>(name));
-  const ShardFile& first = *shards.front();
+  ShardFile& first = *shards.front();
   for (const auto& shard : shards) {
     const std::string difference = Difference(first.record, shard->record, true);
+    // Not all shards name all spectra.
+    first.record.lightFiles.insert(shard->record.lightFiles.begin(), shard->record.lightFiles.end());
     if (!difference.empty()) {
       throw Error(shard->file + ": belongs to another run than " + first.file + ": " + difference);
     }
@@ -83,6 +85,9 @@ RunRecord JoinShards(const std::vector<std::string>& names, const std::string& r
   }
   const ShardFiles shards = OpenAll(names);
   RunRecord record = shards.front()->record;
+  for (const auto& shard : shards) {
+    record.lightFiles.insert(shard->record.lightFiles.begin(), shard->record.lightFiles.end());
+  }
   NewFile file(results, replace);
   std::string header, row, pending;
   for (const auto& shard : shards) {

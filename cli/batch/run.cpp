@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 #include <filesystem>
+#include <list>
 #include <memory>
 #include <set>
 #include <system_error>
@@ -16,6 +17,7 @@
 #include "cli/batch/output/results_file.h"
 #include "cli/batch/place_lock.h"
 #include "cli/batch/rate.h"
+#include "cli/batch/row_conditions.h"
 #include "cli/batch/whole_files.h"
 #include "cli/batch/whole_rows.h"
 #include "cli/console/terminal.h"
@@ -42,6 +44,7 @@ using Clock = std::chrono::steady_clock;
 struct BatchRow {
   std::size_t row = 0;  // of the table or the list of files, from 0
   TableEye eye;
+  RowLight light;
   std::string error;
   std::string undersampled;  // a warning about undersampling, which is not an error
   bool noted = false;        // the line has a note
@@ -77,47 +80,89 @@ QualityRequest FocusRequestOf(const BatchRequest& request) {
   return quality;
 }
 
+// The columns of numbers that a run computes.
+std::vector<std::string> ResultColumns(const BatchRequest& request) {
+  std::vector<std::string> columns = Columns(request.choice);
+  const auto add = [&columns](const std::vector<std::string>& more) {
+    columns.insert(columns.end(), more.begin(), more.end());
+  };
+  add(QualityColumnNames(request.quality));
+  if (request.lensBy) add(LensColumnNames(LensRequest(request)));
+  if (!request.lenses.empty()) add(FocusColumnNames(FocusRequestOf(request)));
+  if (request.adjustments.highestOrder) columns.emplace_back("dropped_rms_um");
+  return columns;
+}
+
+// What computes eyes in one light.
+struct Evaluators {
+  Evaluators(const BatchRequest& request, const ModelRequest& model, const std::optional<PictureFolder>& pictures,
+             const Plane& star)
+      : results(model),
+        quality(request.quality.metrics.empty() ? nullptr
+                                                : std::make_unique<QualityEvaluator>(model.physical, request.quality)),
+        lens(request.lensBy ? std::make_unique<QualityEvaluator>(model.physical, LensRequest(request)) : nullptr),
+        focus(request.lenses.empty() ? nullptr
+                                     : std::make_unique<QualityEvaluator>(model.physical, FocusRequestOf(request))) {
+    if (pictures) painter.emplace(*pictures, results, star);
+  }
+
+  Evaluator results;
+  std::unique_ptr<QualityEvaluator> quality, lens, focus;
+  std::optional<PictureWriter> painter;
+};
+
 // Computes eyes; one object for each thread.
 class Worker {
  public:
   Worker(const BatchRequest& request, const std::optional<PictureFolder>& pictures, const Plane& star)
       : request_(request),
-        evaluator_(request.model),
+        pictures_(pictures),
+        star_(star),
         columns_(ResultColumns(request).size()),
-        quality_(request.quality.metrics.empty()
-                     ? nullptr
-                     : std::make_unique<QualityEvaluator>(request.model.physical, request.quality)),
-        lens_(request.lensBy ? std::make_unique<QualityEvaluator>(request.model.physical, LensRequest(request))
-                             : nullptr),
-        focus_(request.lenses.empty()
-                   ? nullptr
-                   : std::make_unique<QualityEvaluator>(request.model.physical, FocusRequestOf(request))),
         needs_((request.planes.empty() ? Needs() : NeedsOf(request.planeKinds)) |
                (pictures ? NeedsOf(request.pictureKinds) : Needs())) {
-    if (pictures) pictureWriter_.emplace(*pictures, evaluator_, star);
+    EvaluatorsFor({});
   }
 
   Worker(const Worker&) = delete;
   Worker& operator=(const Worker&) = delete;
 
   Rows operator()(Rows& rows) {
-    for (BatchRow& row : rows) Compute(row);
+    for (BatchRow& row : rows) Compute(row, EvaluatorsFor(row.light));
     return std::move(rows);
   }
 
  private:
-  void Compute(BatchRow& row) {
+  // Those of the last lights are kept, since tables often have each eye in a few lights.
+  Evaluators& EvaluatorsFor(const RowLight& light) {
+    constexpr std::size_t kMost = 4;
+    const auto found =
+        std::find_if(kept_.begin(), kept_.end(), [&](const auto& its) { return its.first == light.name; });
+    if (found != kept_.end()) {
+      kept_.splice(kept_.begin(), kept_, found);
+      return *kept_.front().second;
+    }
+    if (kept_.size() == kMost) kept_.pop_back();
+    ModelRequest model = request_.model;
+    if (light.settings) model.physical = *light.settings;
+    kept_.emplace_front(light.name, std::make_unique<Evaluators>(request_, model, pictures_, star_));
+    return *kept_.front().second;
+  }
+
+  void Compute(BatchRow& row, Evaluators& evaluators) {
+    Evaluator& evaluator = evaluators.results;
     ColumnValues columns;
     if (row.error.empty()) {
       try {
         const Eye eye = Adjusted(std::move(row.eye.eye), request_.adjustments, &row.dropped);
-        for (const double value : evaluator_.Measure(eye, request_.choice, needs_)) columns.Add(value);
-        if (quality_) AddQualityColumns(*quality_, eye, columns);
-        if (lens_) AddLensColumns(*lens_, eye, request_.lens, columns);
-        if (focus_) AddFocusColumns(*focus_, eye, request_.lenses, columns);
+        for (const double value : evaluator.Measure(eye, request_.choice, needs_)) columns.Add(value);
+        if (evaluators.quality) AddQualityColumns(*evaluators.quality, eye, columns);
+        if (evaluators.lens) AddLensColumns(*evaluators.lens, eye, request_.lens, columns);
+        if (evaluators.focus) AddFocusColumns(*evaluators.focus, eye, request_.lenses, columns);
         if (row.dropped) columns.Add(row.dropped->rms.value());
-        row.scale = ScaleOf(evaluator_.results());
-        if (evaluator_.results().undersampled > request_.maxUndersampled) row.undersampled = UndersampledText(row.eye);
+        row.scale = ScaleOf(evaluator.results());
+        const double undersampled = evaluator.results().undersampled;
+        if (undersampled > request_.maxUndersampled) row.undersampled = UndersampledText(row.eye, undersampled);
       } catch (const Error& error) {
         row.error = ErrorText(row.eye, error);
         row.dropped.reset();
@@ -125,8 +170,8 @@ class Worker {
     }
     // From here on, a failure is not an error of the eye and ends the run.
     if (row.error.empty()) {
-      if (!request_.planes.empty()) row.planes = CompressedPlanes(request_.planeKinds, evaluator_.results());
-      if (pictureWriter_) pictureWriter_->Paint(row.row);
+      if (!request_.planes.empty()) row.planes = CompressedPlanes(request_.planeKinds, evaluator.results());
+      if (evaluators.painter) evaluators.painter->Paint(row.row);
     }
     for (const std::string& identifier : row.eye.identifiers) row.line += CsvField(identifier) + ",";
     for (std::size_t i = 0; i < columns_; ++i) {
@@ -141,19 +186,19 @@ class Worker {
     row.line += CsvField(row.error) + "\n";
   }
 
-  std::string UndersampledText(const TableEye& eye) const {
+  std::string UndersampledText(const TableEye& eye, double share) const {
     return ErrorText(eye,
-                     Error("the wavefront is too steep for the samples in " +
-                           NumberText(100.0 * evaluator_.results().undersampled, 2) + " % of the pupil, more than " +
-                           NumberText(100.0 * request_.maxUndersampled, 2) + " %"));
+                     Error("the wavefront is too steep for the samples in " + NumberText(100.0 * share, 2) +
+                           " % of the pupil, more than " + NumberText(100.0 * request_.maxUndersampled, 2) + " %"));
   }
 
   const BatchRequest& request_;
-  Evaluator evaluator_;
+  const std::optional<PictureFolder>& pictures_;
+  const Plane& star_;
   std::size_t columns_;
-  std::unique_ptr<QualityEvaluator> quality_, lens_, focus_;
   Needs needs_;  // beside those of the metrics
-  std::optional<PictureWriter> pictureWriter_;
+  std::list<std::pair<std::string, std::unique_ptr<Evaluators>>>
+      kept_;  // by the name of the light, the last used first
 };
 
 class Batch {
@@ -162,8 +207,15 @@ class Batch {
       : request_(request),
         record_(request.record),
         source_(request.eyeFiles.empty() ? EyeSource(request.table, request.kind, request.stated, request.tableOptions)
-                                         : EyeSource(request.eyeFiles, request.stated)) {
-    record_.columns = ResultColumns(request);
+                                         : EyeSource(request.eyeFiles, request.stated)),
+        conditions_(source_.identifierNames(), request.table, request.model, request.light) {
+    if (conditions_.haveLight()) {
+      record_.settings.emplace_back("--light by name", request.light);  // rows without a light state it
+      ComputeConstantsOfEachRow();
+    }
+    result_.columns = ResultColumns(request_);
+    result_.constants = record_.constants;
+    record_.columns = result_.columns;
     if (HasNotes(request)) record_.columns.emplace_back(kNoteColumn);
     record_.eyeFiles = source_.files();
     if (request.eyeFiles.empty()) {
@@ -184,7 +236,10 @@ class Batch {
 
   BatchResult Run(const std::function<void(const std::string& columns)>& tell) {
     Begin();
-    if (tell) tell(source_.Summary());
+    if (tell) {
+      const std::string conditions = conditions_.Summary();
+      tell(source_.Summary() + (conditions.empty() ? "" : "; " + conditions));
+    }
     Plane star;
     if (pictures_) star = SectorStar();
     std::vector<std::function<Rows(Rows&)>> workers;
@@ -221,6 +276,13 @@ class Batch {
   }
 
  private:
+  // Rows share values of their pupil only if they share the light too.
+  void ComputeConstantsOfEachRow() {
+    if (record_.constants.empty()) return;
+    record_.constants.clear();
+    request_.choice.metrics = UsualMetrics(false, request_.choice.model);
+  }
+
   std::string Header() const {
     std::string header;
     for (const std::string& name : source_.identifierNames()) {
@@ -292,6 +354,8 @@ class Batch {
       throw Error(refusal + RecordFileOf(request_.results) + " is missing, which describes its rows");
     }
     if (IsPipe()) throw Error(refusal + "the table of eyes is a pipe; give a file");
+    conditions_.Read(before->lightFiles);
+    record_.lightFiles = conditions_.files();
     const std::string difference = Difference(*before, record_, false);
     if (!difference.empty()) throw Error(refusal + difference + "; give another name, or start over with --force");
     const std::uintmax_t sure = before->resultsBytes;
@@ -384,8 +448,11 @@ class Batch {
     row.again = read_ < result_.earlier;
     try {
       if (!source_.Next(row.eye)) return false;
+      row.light = conditions_.Complete(row.eye.identifiers);
     } catch (const ErrorAt& error) {
       row.error = ErrorText(error);
+    } catch (const ConditionRefused& error) {
+      row.error = ErrorText(row.eye, error);
     } catch (const UnreadableEye& error) {
       row.error = error.what();
     }
@@ -456,6 +523,7 @@ class Batch {
   void Vouch() {
     file_->Synchronise();
     record_.eyeFiles = source_.files();
+    record_.lightFiles = conditions_.files();
     record_.resultsBytes = onDisk_.bytes;
     record_.resultsHash = onDisk_.hash.Text();
     WriteRecord(request_.results, record_);
@@ -484,9 +552,10 @@ class Batch {
     line_.Show(RateText(share, before_, taken_, shown_ - begun_));
   }
 
-  const BatchRequest& request_;
+  BatchRequest request_;
   RunRecord record_;
   EyeSource source_;
+  RowConditions conditions_;
   std::string header_;
 
   std::optional<ResultsFile> file_;
@@ -519,18 +588,6 @@ class Batch {
 };
 
 }  // namespace
-
-std::vector<std::string> ResultColumns(const BatchRequest& request) {
-  std::vector<std::string> columns = Columns(request.choice);
-  const auto add = [&columns](const std::vector<std::string>& more) {
-    columns.insert(columns.end(), more.begin(), more.end());
-  };
-  add(QualityColumnNames(request.quality));
-  if (request.lensBy) add(LensColumnNames(LensRequest(request)));
-  if (!request.lenses.empty()) add(FocusColumnNames(FocusRequestOf(request)));
-  if (request.adjustments.highestOrder) columns.emplace_back("dropped_rms_um");
-  return columns;
-}
 
 bool HasNotes(const BatchRequest& request) {
   return !request.quality.metrics.empty() || request.lensBy || !request.lenses.empty();

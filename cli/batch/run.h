@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/layers.h"
@@ -29,6 +30,7 @@ struct BatchRequest {
   TableOptions tableOptions;
   Adjustments adjustments;
   ModelRequest model;
+  std::string light = "555";  // the name of the model's light, for rows of a table that states lights and not theirs
   MetricChoice choice;
   QualityRequest quality;               // metrics of image quality; none unless it names some
   std::optional<QualityMetric> lensBy;  // the metric that a lens is searched by, under the conditions of `quality`
@@ -44,24 +46,24 @@ struct BatchRequest {
 };
 
 struct BatchResult {
-  std::size_t rows = 0;          // of the results
-  std::size_t earlier = 0;       // rows of earlier runs
-  std::size_t errors = 0;        // rows with an error
-  std::size_t again = 0;         // rows of earlier runs whose planes and pictures are written again
-  std::size_t undersampled = 0;  // rows of this run above maxUndersampled
-  std::size_t noted = 0;         // rows of this run with a note
-  DroppedOfMany dropped;         // by this run
+  std::size_t rows = 0;              // of the results
+  std::size_t earlier = 0;           // rows of earlier runs
+  std::size_t errors = 0;            // rows with an error
+  std::size_t again = 0;             // rows of earlier runs whose planes and pictures are written again
+  std::size_t undersampled = 0;      // rows of this run above maxUndersampled
+  std::size_t noted = 0;             // rows of this run with a note
+  DroppedOfMany dropped;             // by this run
+  std::vector<std::string> columns;  // of numbers
+  std::vector<std::pair<std::string, double>> constants{};  // columns left out: all rows have the same value
 };
-
-// The columns of numbers that a run computes.
-std::vector<std::string> ResultColumns(const BatchRequest& request);
 
 // Whether the results have the column of notes, with the reasons of missing and doubtful values in valid rows.
 bool HasNotes(const BatchRequest& request);
 
 // Computes one row of results for each row of the table in the shard, in the same order. A row has the user's columns,
 // the chosen columns, the note if there is such a column, and the error, empty if there is none. An eye file becomes a
-// row with its name in the column "file". Throws Error; the results then contain whole rows only.
+// row with its name in the column "file". The user's columns "light" and "model" are conditions of their row; metrics
+// that all rows share are then computed for each. Throws Error; the results then contain whole rows only.
 //   tell  is called before the first row with the summary of the table's columns; empty for eye files
 BatchResult RunBatch(const BatchRequest& request, const std::function<void(const std::string& columns)>& tell = {});
 

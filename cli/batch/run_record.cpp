@@ -7,6 +7,7 @@
 
 #include "base/error.h"
 #include "base/number_text.h"
+#include "base/visible_text.h"
 #include "files/input_file.h"
 #include "files/json_text.h"
 #include "files/new_file.h"
@@ -69,6 +70,17 @@ std::string DifferenceOfFiles(const std::vector<EyeFile>& before, const std::vec
   return changed == now.end() ? "" : "the eye file " + changed->name + " was changed";
 }
 
+// Parts of a table may name different files.
+std::string DifferenceOfLights(const RunRecord& before, const RunRecord& now) {
+  for (const auto& [file, hash] : before.lightFiles) {
+    const auto found = now.lightFiles.find(file);
+    if (found != now.lightFiles.end() && found->second != hash) {
+      return "the spectrum " + VisibleText(file) + " was changed";
+    }
+  }
+  return "";
+}
+
 }  // namespace
 
 std::string RecordFileOf(const std::string& results) { return results + ".orvanel"; }
@@ -90,6 +102,7 @@ void WriteRecord(const std::string& results, const RunRecord& record) {
                {"complete", record.end.has_value()}};
   for (const auto& [name, value] : record.constants) json["same_in_all_rows"][name] = value;
   for (const EyeFile& file : record.eyeFiles) json["eye_files"].push_back({{"file", file.name}, {"hash", file.hash}});
+  if (!record.lightFiles.empty()) json["light_files"] = record.lightFiles;
   if (record.end) {
     json["table_rows"] = record.end->tableRows;
     json["error_rows"] = record.end->errors;
@@ -116,6 +129,7 @@ std::optional<RunRecord> ReadRecord(const std::string& results) {
     for (const Json& file : json.value("eye_files", Json::array())) {
       record.eyeFiles.push_back({file.at("file"), file.at("hash")});
     }
+    record.lightFiles = json.value("light_files", std::map<std::string, std::string>());
     record.shard.of = Count(json, "shards", 1, kMaxShards);
     record.shard.number = Count(json, "shard", 1, record.shard.of);
     record.chunkRows = Count(json, "chunk_rows", 1, kMaxChunkRows);
@@ -138,6 +152,7 @@ std::string Difference(const RunRecord& before, const RunRecord& now, bool anySh
   if (before.version != now.version) return "it was version " + before.version + " and is " + now.version;
   if (before.tableHash != now.tableHash) return "the table of eyes differs or was changed";
   std::string difference = DifferenceOfFiles(before.eyeFiles, now.eyeFiles);
+  if (difference.empty()) difference = DifferenceOfLights(before, now);
   if (!difference.empty()) return difference;
   if (before.chunkRows != now.chunkRows) {
     return "--chunk was " + std::to_string(before.chunkRows) + " and is " + std::to_string(now.chunkRows);

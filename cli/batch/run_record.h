@@ -3,6 +3,7 @@
 #define ORVANEL_CLI_BATCH_RUN_RECORD_H
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -39,6 +40,8 @@ struct RunRecord {
   std::optional<End> end;                                   // set when the results are complete
   std::vector<std::pair<std::string, double>> constants{};  // columns left out: all rows have the same value
   std::vector<EyeFile> eyeFiles{};                          // in order; empty for a table of eyes
+  std::map<std::string, std::string> lightFiles{};  // spectra that rows name, with the hashes of their bytes; an empty
+                                                    // hash if the file cannot be read
 };
 
 // "results.csv.orvanel".

@@ -46,6 +46,10 @@ state the convention, and all further ones are copied. Each row gives one row of
 invalid row, the last column, 'error', has the line and the reason, and the exit status is 3. The column 'implausible'
 counts values unlike those of a human eye: a pupil outside 0.5 to 12 mm, a refraction beyond 30 D.
 
+The columns 'light' and 'model' of a table state the conditions of their row, as --light and --model state those of the
+run: a wavelength in nm, white, display, or the name of a file; physical or classic. An empty field takes the option,
+and the results have its value there. The models have different columns, so a row of the other model is invalid.
+
 Instead of a table there can be eye files (.json). Each gives one row, in the order of the command line, with its name
 in the column 'file'. A file that is invalid or cannot be read gives an invalid row.
 
@@ -132,7 +136,7 @@ void RunCommand(const BatchCommand& command) {
       "Written", request.results + ", " + std::to_string(result.rows) + " rows" +
                      (result.earlier > 0 ? ", " + std::to_string(result.earlier) + " of them by an earlier run" : ""));
   std::string label = "In all rows";
-  for (const auto& [name, value] : request.record.constants) {
+  for (const auto& [name, value] : result.constants) {
     report += ReportLine(std::exchange(label, ""), name + " = " + ShortestText(value));
   }
   if (result.dropped.eyes > 0) {
@@ -151,7 +155,7 @@ void RunCommand(const BatchCommand& command) {
     report += ReportLine("Repeated", "planes and pictures of " + std::to_string(result.again) +
                                          " rows, since some were missing or incomplete");
   }
-  if (command.summary) report += "\n" + StatisticsText(request.results, ResultColumns(request));
+  if (command.summary) report += "\n" + StatisticsText(request.results, result.columns);
   if (toFile) {
     PrintOutput(report, results + " is written");
   } else {
@@ -333,6 +337,7 @@ void Complete(BatchCommand& command, const CLI::App& batch) {
   }
   if (KindOf(request.results) != FileKind::kCsv) throw CLI::ValidationError("--output", "results are written as .csv");
   request.model = command.model.request;
+  request.light = command.model.light;
   request.model.physical.mtfAt = request.choice.mtfAt;
   request.choice.model = request.model.kind;
   if (request.model.kind == ModelKind::kPhysical && !request.choice.acuities.empty()) {

@@ -10,8 +10,8 @@
 #include "base/error.h"
 #include "base/number_text.h"
 #include "base/split.h"
-#include "base/wavelength_range.h"
 #include "cli/commands/options/options.h"
+#include "cli/quality/named_light.h"
 #include "files/tables/spectrum.h"
 
 namespace orvanel::cli {
@@ -29,19 +29,6 @@ double NumberWithin(std::string_view text, double low, double high) {
   return number;
 }
 
-physical::Light LightOf(const std::string& text) {
-  if (text == "white") return physical::WhiteLight();
-  double wavelength = 0.0;
-  try {
-    wavelength = ParseNumber(text);
-  } catch (const Error&) {
-    physical::Light light;
-    for (const auto& [length, weight] : ReadSpectrum(text)) light.push_back({length.value(), weight});
-    return light;
-  }
-  return {{NumberWithin(ShortestText(wavelength), kShortestNm, kLongestNm), 1.0}};
-}
-
 physical::Display ReadDisplay(const std::string& file) {
   std::vector<physical::PrimaryPowers> rows;
   for (const auto& [wavelength, power] : ReadPrimaries(file)) rows.push_back({wavelength.value(), power});
@@ -54,11 +41,6 @@ physical::Display ReadDisplay(const std::string& file) {
     }
   }
   return display;
-}
-
-void SetDisplay(PhysicalSettings& settings, physical::Display display) {
-  settings.light = WhiteOf(display);
-  settings.display = std::move(display);
 }
 
 physical::StilesCrawford StilesCrawfordOf(const std::string& text) {
@@ -112,18 +94,18 @@ void AddModelOptions(CLI::App& app, ModelOptions& options, ModelOutput output, c
       });
   std::vector<CLI::Option*> own = {
       add("--light", "LIGHT", "A wavelength in nm, white, display, or a CSV file of wavelengths and weights [555]",
-          [&settings](const std::string& text) {
-            if (text == "display") {
-              SetDisplay(settings, physical::BuiltInDisplay());
-            } else {
-              settings.light = LightOf(text);
-            }
+          [&options, &settings](const std::string& text) {
+            SetLight(settings, text);
+            options.light = text;
           }),
       add("--stiles-crawford", "RHO[,X,Y]", "Stiles-Crawford effect per mm^2, and its centre in mm [0]",
           [&settings](const std::string& text) { settings.stilesCrawford = StilesCrawfordOf(text); })};
   const auto addPlanes = [&] {
     own.push_back(add("--spd", "FILE", "The light of a measured display: wavelengths, powers of red, green and blue",
-                      [&settings](const std::string& text) { SetDisplay(settings, ReadDisplay(text)); }));
+                      [&options, &settings](const std::string& text) {
+                        SetDisplay(settings, ReadDisplay(text));
+                        options.light = "display " + text;
+                      }));
     own.back()->excludes(own.front());
     own.push_back(add("--psf-field", "ARCMIN", "Side of the PSF window in arc minutes [20]",
                       [&settings](const std::string& text) {

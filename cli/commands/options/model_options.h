@@ -13,6 +13,7 @@ namespace orvanel::cli {
 
 struct ModelOptions {
   ModelRequest request{ModelKind::kPhysical, {}};
+  std::string light = "555";  // as named by --light; "display FILE" with --spd
 };
 
 // What a subcommand writes.

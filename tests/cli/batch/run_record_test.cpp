@@ -37,10 +37,12 @@ TEST(RunRecord, IsReadAsItWasWritten) {
   record.constants = {{"cutoff_cpd_optical_scale", 118.8141}, {"a", -0.25}};
   record.end = RunRecord::End{1000, 7};
   record.eyeFiles = {{"b.json", "0123"}, {"a, \"b\".json", ""}};
+  record.lightFiles = {{"a, \"b\".csv", "0123"}, {"c.csv", ""}};
   WriteRecord(results, record);
   EXPECT_EQ(ReadRecord(results)->end, record.end);
   EXPECT_EQ(ReadRecord(results)->eyeFiles, record.eyeFiles);
   EXPECT_EQ(ReadRecord(results)->constants, record.constants);
+  EXPECT_EQ(ReadRecord(results)->lightFiles, record.lightFiles);
 }
 
 TEST(RunRecord, WhatIsNoneIsRefused) {
@@ -133,6 +135,20 @@ TEST(RunRecord, TellsWhichEyeFileIsDifferent) {
   EXPECT_EQ(changed({{"a.json", "1"}}), "the list of eye files differs");
   EXPECT_EQ(changed({}), "the list of eye files differs");
   EXPECT_EQ(changed({{"a.json", "1"}, {"b.json", "2"}, {"c.json", "3"}}), "the list of eye files differs");
+}
+
+TEST(RunRecord, TellsWhichSpectrumIsDifferentOfThoseThatBothName) {
+  const auto changed = [](const std::map<std::string, std::string>& files) {
+    RunRecord before = Sample(), now = Sample();
+    before.lightFiles = {{"a.csv", "1"}, {"b.csv", ""}};
+    now.lightFiles = files;
+    return Difference(before, now, true);
+  };
+  EXPECT_EQ(changed({{"a.csv", "1"}, {"b.csv", ""}}), "");
+  EXPECT_EQ(changed({{"a.csv", "1"}, {"c.csv", "3"}}), "");
+  EXPECT_EQ(changed({}), "");
+  EXPECT_EQ(changed({{"a.csv", "2"}}), "the spectrum a.csv was changed");
+  EXPECT_EQ(changed({{"b.csv", "2"}}), "the spectrum b.csv was changed");  // it was missing
 }
 
 TEST(RunRecord, AHashKnowsEveryByte) {

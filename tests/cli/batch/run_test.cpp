@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <numbers>
 #include <thread>
 
 #include "base/error.h"
@@ -144,6 +145,138 @@ TEST(Run, MetricsOfImageQualityAndLensesHaveTheSameBytesForAnyThreadsShardsAndCu
   const std::string merged = (folder / "merged.csv").string();
   JoinShards(shards, merged, false);
   EXPECT_EQ(Read(merged), whole);
+}
+
+// One eye in several lights. The eye has no aberration in the first rows. The last rows are invalid.
+BatchRequest RequestOfLights(const TemporaryFolder& folder) {
+  Write(folder / "sodium.csv", "nm,weight\n589,1\n");
+  Write(folder / "two.csv", "500,1\n650,0.5\n");
+  Write(folder / "wrong.csv", "500,x\n");
+  const std::string of = "," + folder.path().string() + "/", none = ",0,0\n", some = ",0.1,-0.03\n";
+  Write(folder / "eyes.csv",
+        "id,Light,pupil_diameter_mm,reference_wavelength_nm,eye,unit,normalisation,order,y_axis,Z4,Z7\n"
+        "a,450,3,555,OD,um,orthonormal,osa,up" +
+            none + "b,,3,555,OD,um,orthonormal,osa,up" + some + "c,600,3,555,OD,um,orthonormal,osa,up" + none + "d" +
+            of + "sodium.csv,3,555,OD,um,orthonormal,osa,up" + some + "e, 589 ,3,555,OD,um,orthonormal,osa,up" + some +
+            "f" + of + "two.csv,3,555,OD,um,orthonormal,osa,up" + some + "g,650,3,555,OD,um,orthonormal,osa,up" + some +
+            "h,450,3,555,OD,um,orthonormal,osa,up" + some + "i" + of + "sodium.csv,2.5,555,OD,um,orthonormal,osa,up" +
+            some + "j,200,3,555,OD,um,orthonormal,osa,up" + some + "k" + of +
+            "wrong.csv,3,555,OD,um,orthonormal,osa,up" + some);
+  BatchRequest request = RequestIn(folder);
+  request.model.kind = request.choice.model = ModelKind::kPhysical;
+  request.choice.metrics = MetricsNamed("strehl_axis,cutoff", ModelKind::kPhysical);
+  request.quality.metrics = {QualityMetric::kVsx, QualityMetric::kRmsW};
+  request.record.chunkRows = 2;
+  return request;
+}
+
+// The row that begins with a letter, without the user's own columns.
+std::string NumbersOf(const std::string& results, char id) {
+  const std::size_t begin = results.find(std::string("\n") + id + ",") + 1, numbers = results.find(',', begin + 2) + 1;
+  return results.substr(numbers, results.find('\n', begin) - numbers);
+}
+
+TEST(Run, ARowHasTheLightThatItStates) {
+  const TemporaryFolder folder;
+  const BatchRequest request = RequestOfLights(folder);
+  const BatchResult result = RunBatch(request);
+  EXPECT_EQ(result.rows, 11U);
+  EXPECT_EQ(result.errors, 2U);
+  const std::string rows = Read(request.results);
+  EXPECT_NE(rows.find("\nb,555,"), std::string::npos) << rows;  // the light of the run
+  const auto cutOff = [&rows](char id) {
+    const std::string numbers = NumbersOf(rows, id);
+    return std::stod(numbers.substr(numbers.find(',') + 1));
+  };
+  constexpr double kPerDegree = std::numbers::pi / 180.0;
+  EXPECT_DOUBLE_EQ(cutOff('a'), 3.0 / 450e-6 * kPerDegree);
+  EXPECT_DOUBLE_EQ(cutOff('c'), 3.0 / 600e-6 * kPerDegree);
+  // The same light under three names.
+  EXPECT_EQ(NumbersOf(rows, 'd'), NumbersOf(rows, 'e'));
+  EXPECT_NE(NumbersOf(rows, 'd'), NumbersOf(rows, 'b'));
+  EXPECT_NE(NumbersOf(rows, 'h'), NumbersOf(rows, 'g'));
+  EXPECT_NE(
+      rows.find("\nj,200" + std::string(7, ',') + "line 11: column 'light': '200' is outside of 300 to 1200 nm\n"),
+      std::string::npos)
+      << rows;
+  EXPECT_NE(rows.find("wrong.csv: line 1, column 5: 'x' is not a number"), std::string::npos) << rows;
+  // Each row is that of a run in its light alone.
+  const std::pair<char, physical::Light> lights[] = {{'a', {{450.0, 1.0}}},
+                                                     {'c', {{600.0, 1.0}}},
+                                                     {'e', {{589.0, 1.0}}},
+                                                     {'f', {{500.0, 1.0}, {650.0, 0.5}}},
+                                                     {'g', {{650.0, 1.0}}}};
+  std::string eyes = Read(request.table);
+  eyes.replace(eyes.find("Light"), 5, "lamp");
+  Write(folder / "own.csv", eyes);
+  BatchRequest single = RequestOfLights(folder);
+  single.table = (folder / "own.csv").string();
+  single.force = true;
+  for (const auto& [id, light] : lights) {
+    single.model.physical.light = light;
+    RunBatch(single);
+    EXPECT_EQ(NumbersOf(rows, id), NumbersOf(Read(single.results), id)) << id;
+  }
+}
+
+TEST(Run, LightOfEachRowHasTheSameBytesForAnyThreadsShardsAndCuts) {
+  const TemporaryFolder folder;
+  BatchRequest request = RequestOfLights(folder);
+  RunBatch(request);
+  const std::string whole = Read(request.results), record = Read(RecordFileOf(request.results));
+  EXPECT_EQ(ReadRecord(request.results)->lightFiles.size(), 3U);
+  request.jobs = 3;
+  request.force = true;
+  RunBatch(request);
+  EXPECT_EQ(Read(request.results), whole);
+  EXPECT_EQ(Read(RecordFileOf(request.results)), record);
+  request.force = false;
+  request.resume = true;
+  for (const std::size_t rows : {1U, 5U, 10U}) {
+    LeaveAsKilled(request.results, EndOfRows(whole, rows), whole.size());
+    EXPECT_EQ(RunBatch(request).earlier, rows);
+    EXPECT_EQ(Read(request.results), whole) << rows;
+    EXPECT_EQ(Read(RecordFileOf(request.results)), record) << rows;
+  }
+  request.resume = false;
+  std::vector<std::string> shards;
+  for (const std::size_t number : {1U, 2U, 3U}) {
+    request.record.shard = {number, 3};
+    request.results = (folder / ("shard_" + std::to_string(number) + ".csv")).string();
+    RunBatch(request);
+    shards.push_back(request.results);
+  }
+  const std::string merged = (folder / "merged.csv").string();
+  JoinShards(shards, merged, false);
+  EXPECT_EQ(Read(merged), whole);
+  EXPECT_EQ(Read(RecordFileOf(merged)), record);
+}
+
+TEST(Run, ASpectrumThatHasChangedIsNoticed) {
+  const TemporaryFolder folder;
+  BatchRequest request = RequestOfLights(folder);
+  RunBatch(request);
+  const std::string whole = Read(request.results), spectrum = (folder / "sodium.csv").string();
+  request.resume = true;
+  Write(spectrum, "590,1\n");
+  EXPECT_NE(Refusal(request).find("the spectrum " + spectrum + " was changed"), std::string::npos);
+  EXPECT_EQ(Read(request.results), whole);
+  // Rows d and i of different shards name it.
+  std::vector<std::string> shards;
+  request.resume = false;
+  for (const std::size_t number : {1U, 2U, 3U, 4U, 5U, 6U}) {
+    Write(spectrum, number == 2 ? "590,1\n" : "nm,weight\n589,1\n");
+    request.record.shard = {number, 6};
+    request.results = (folder / ("shard_" + std::to_string(number) + ".csv")).string();
+    RunBatch(request);
+    shards.push_back(request.results);
+  }
+  try {
+    JoinShards(shards, (folder / "merged.csv").string(), false);
+    FAIL() << "joined";
+  } catch (const Error& error) {
+    EXPECT_NE(std::string(error.what()).find("the spectrum " + spectrum + " was changed"), std::string::npos);
+  }
 }
 
 // Eye files in place of the table, of which every fifth is missing.
