@@ -57,13 +57,13 @@ void RequireSpectrumFile(const std::string& file) {
 
 }  // namespace
 
-RowConditions::RowConditions(const std::vector<std::string>& columns, const std::string& table,
-                             const ModelRequest& model, std::string light)
-    : table_(table),
-      model_(model),
+RowConditions::RowConditions(const std::vector<std::string>& columns, std::string table, ModelRequest model,
+                             std::string light)
+    : table_(std::move(table)),
+      model_(std::move(model)),
       runLight_(std::move(light)),
-      light_(ColumnNamed(kLight, columns, table)),
-      kind_(ColumnNamed(kModel, columns, table)) {}
+      light_(ColumnNamed(kLight, columns, table_)),
+      kind_(ColumnNamed(kModel, columns, table_)) {}
 
 std::string RowConditions::Summary() const {
   std::string names = light_ ? kLight : "";

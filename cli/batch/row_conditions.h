@@ -32,8 +32,7 @@ class RowConditions {
   // Finds the columns. Letter case and blanks around a name do not count. Throws Error if one is there twice.
   //   columns  the user's own columns, which a row of results copies
   //   light    the name of the run's light
-  RowConditions(const std::vector<std::string>& columns, const std::string& table, const ModelRequest& model,
-                std::string light);
+  RowConditions(const std::vector<std::string>& columns, std::string table, ModelRequest model, std::string light);
 
   // Whether rows may differ in light.
   bool haveLight() const { return light_.has_value(); }
