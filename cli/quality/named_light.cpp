@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char *kWhite = "white", *kDisplay = "display";
 
-std::optional<double> Wavelength(const std::string& light) {
+std::optional<double> NumberOfWavelength(const std::string& light) {
   try {
     return ParseNumber(light);
   } catch (const Error&) {
@@ -24,7 +24,9 @@ std::optional<double> Wavelength(const std::string& light) {
 
 }  // namespace
 
-bool NamesSpectrumFile(const std::string& light) { return light != kWhite && light != kDisplay && !Wavelength(light); }
+bool NamesSpectrumFile(const std::string& light) {
+  return light != kWhite && light != kDisplay && !NumberOfWavelength(light);
+}
 
 void SetLight(PhysicalSettings& settings, const std::string& light) {
   if (light == kDisplay) {
@@ -34,7 +36,7 @@ void SetLight(PhysicalSettings& settings, const std::string& light) {
   physical::Light lines;
   if (light == kWhite) {
     lines = physical::WhiteLight();
-  } else if (const std::optional<double> wavelength = Wavelength(light)) {
+  } else if (const std::optional<double> wavelength = NumberOfWavelength(light)) {
     if (*wavelength < kShortestNm || *wavelength > kLongestNm) {
       throw Error(Quoted(light) + " is outside of " + ShortestText(kShortestNm) + " to " + ShortestText(kLongestNm) +
                   " nm");
