@@ -21,7 +21,7 @@ FocusedEye Example() {
   focused.conditions = Evaluator({ModelKind::kPhysical, {}}).Evaluate(focused.eye, {});
   NameMetrics("SFcMTF,MTF@10", focused.metrics);
   focused.focus.lenses = LensesOfRange("-1:1:0.25");
-  for (QualityColumn& column : ColumnsOf(focused.metrics)) focused.focus.curves.push_back({column, {}, {}});
+  for (QualityColumn& column : ColumnsOf(focused.metrics)) focused.focus.curves.push_back({column, {}, {}, {}});
   FocusCurve &cutOff = focused.focus.curves[0], &mtf = focused.focus.curves[1];
   for (const double lens : focused.focus.lenses) {
     cutOff.values.push_back(lens == 1.0 ? std::numeric_limits<double>::quiet_NaN() : 30.0 + lens);
