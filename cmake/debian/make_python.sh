@@ -5,7 +5,7 @@ set -euo pipefail
 source=$1 library=$2 folder=$3
 version=$(dpkg-deb --field "$library" Version)
 architecture=$(dpkg-deb --field "$library" Architecture)
-shared=$(dpkg-deb --contents "$library" | sed -n 's|.* \./\(usr/lib/.*/liborvanel\.so\.[0-9]*\) -> .*|\1|p')
+shared=$(dpkg-deb --contents "$library" | sed -n 's|.* \./\(usr/lib/\(.*/\)\?liborvanel\.so\.[0-9]*\) -> .*|\1|p')
 [ -n "$shared" ] || { echo "$library has no liborvanel.so" >&2; exit 1; }
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
