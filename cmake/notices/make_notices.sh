@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Writes THIRD-PARTY-NOTICES for a platform, from the table and the copyright files of Debian's packages. Also writes
 # REQUIREMENTS, the libraries that a build needs to run.
-# Usage: make_notices.sh TABLE linux|windows FOLDER
+# Usage: make_notices.sh TABLE linux|windows|wheel FOLDER
 set -euo pipefail
 table=$1 platform=$2 folder=$3
 export LC_ALL=C.UTF-8
@@ -50,7 +50,7 @@ notices() {
 
 requirements() {
   if [ -z "$(needs)" ]; then
-    printf 'Orvanel needs nothing but Windows.\n'
+    if [ "$platform" = windows ]; then echo 'Orvanel needs nothing but Windows.'; else echo 'Orvanel needs only the C library.'; fi
     return
   fi
   printf 'What Orvanel needs on the machine that runs it: the program all of these libraries, the library\n'

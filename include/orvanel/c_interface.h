@@ -31,8 +31,8 @@
  * must not be written. If `owner` is null, the memory is the caller's. Functions keep no pointer to the caller's
  * memory.
  *
- * TEXTS are UTF-8 and end with a zero byte. Texts that a struct points to belong to the handle they come from; those of
- * an error belong to the calling thread, until its next call.
+ * TEXTS are UTF-8 and end with a zero byte; arguments with other bytes are refused. Texts that a struct points to
+ * belong to the handle they come from; those of an error belong to the calling thread, until its next call.
  *
  * THREADS: functions may be called from any number of threads at the same time, also for the same eye or plane. Two
  * threads must not release the same handle. Batches start as many threads as they are asked for; they end before the

@@ -71,6 +71,12 @@ def main() -> None:
         require(sorted(tags) == sorted(f"py3-none-{tag}" for tag in match[2].split(".")), f"its tags are {tags}")
         files = set(wheel.namelist())
         require({"orvanel/__init__.py", "orvanel/py.typed", f"orvanel/{library}"} <= files, "files are missing")
+        require({"orvanel/LICENSE", "orvanel/THIRD-PARTY-NOTICES"} <= files, "the terms of its parts are missing")
+        terms = wheel.read("orvanel/THIRD-PARTY-NOTICES").decode()
+        for part in ("GCC's runtime libraries", "JSON for Modern C++"):
+            require(f"  * {part}" in terms, f"THIRD-PARTY-NOTICES does not name {part}")
+        mingw = "the MinGW-w64 runtime" in terms
+        require(mingw == library.endswith(".dll"), "THIRD-PARTY-NOTICES is that of another platform")
         libraries = {name for name in files if re.search(r"\.(so|dll|dylib)(\.|$)", name)}
         require(libraries == {f"orvanel/{library}"}, f"its libraries are {sorted(libraries)}")
         needed, exported = names_of_library(wheel.extract(f"orvanel/{library}", folder))

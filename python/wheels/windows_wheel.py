@@ -1,6 +1,7 @@
 """Makes the wheel for Windows from that for Linux and from orvanel.dll: the Python files of both are the same.
 
-Usage: python windows_wheel.py LINUX_WHEEL DLL FOLDER
+Usage: python windows_wheel.py LINUX_WHEEL DLL NOTICES FOLDER
+  NOTICES  the terms of what the DLL contains
 """
 
 import base64
@@ -13,7 +14,7 @@ import zipfile
 TAG = "py3-none-win_amd64"
 
 
-def files_of(linux: pathlib.Path, dll: pathlib.Path) -> dict[str, bytes]:
+def files_of(linux: pathlib.Path, dll: pathlib.Path, notices: pathlib.Path) -> dict[str, bytes]:
     """Return the files of the new wheel but its RECORD."""
     files = {}
     with zipfile.ZipFile(linux) as wheel:
@@ -24,13 +25,14 @@ def files_of(linux: pathlib.Path, dll: pathlib.Path) -> dict[str, bytes]:
             if name.endswith(".dist-info/WHEEL"):
                 files[name] = re.sub(rb"(?m)^Tag: .*\n", b"", files[name]).rstrip() + f"\nTag: {TAG}\n".encode()
     files["orvanel/orvanel.dll"] = dll.read_bytes()
+    files["orvanel/THIRD-PARTY-NOTICES"] = notices.read_bytes()
     return files
 
 
 def main() -> None:
     """Write the wheel and print its name."""
-    linux, dll, folder = (pathlib.Path(word) for word in sys.argv[1:])
-    files = files_of(linux, dll)
+    linux, dll, notices, folder = (pathlib.Path(word) for word in sys.argv[1:])
+    files = files_of(linux, dll, notices)
     information = next(name for name in files if name.endswith(".dist-info/WHEEL")).split("/")[0]
     record = ""
     for name, data in files.items():
