@@ -82,7 +82,7 @@ std::vector<std::string> ModelNotes(const Results& results) {
       "3e-4), images 1e-4 of white.");
   const double waves = WavesRms(results.wavefront.rms, own.light);
   if (waves > kLargestStatedWaves) {
-    notes.push_back("This eye has " + NumberText(waves, 3) + " waves RMS, so no errors are stated for it.");
+    notes.push_back("This eye has " + NumberText(waves, 3) + " waves RMS, so these errors are not stated for it.");
   }
   return notes;
 }

@@ -118,4 +118,4 @@ def test_no_error_is_stated_above_five_waves() -> None:
         psf = ov.Eye([0, 0, 0, 0, defocus], pupil_mm=3.0, convention="osa", laterality="OD").psf(samples=8)
         assert (psf.error == 1e-9) == stated
         assert np.isnan(psf.error) != stated
-        assert any("no errors are stated" in note for note in psf.notes) != stated
+        assert any("these errors are not stated" in note for note in psf.notes) != stated

@@ -56,9 +56,9 @@ TEST(ModelNotes, StateNoErrorsAboveFiveWavesOfTheShortestLight) {
   Results results;
   results.physical.emplace().light = {{700.0, 1.0}, {400.0, 1.0}};
   results.wavefront.rms = Micrometres(1.999);
-  EXPECT_FALSE(Has(ModelNotes(results), "no errors are stated"));
+  EXPECT_FALSE(Has(ModelNotes(results), "these errors are not stated"));
   results.wavefront.rms = Micrometres(2.2);
-  EXPECT_TRUE(Has(ModelNotes(results), "This eye has 5.5 waves RMS, so no errors are stated for it."));
+  EXPECT_TRUE(Has(ModelNotes(results), "This eye has 5.5 waves RMS, so these errors are not stated for it."));
 }
 
 }  // namespace
